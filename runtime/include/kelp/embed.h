@@ -1,0 +1,291 @@
+/* The embedding API: what a program calls to run modules of types: databases, handles, locks,
+ * tenants, the collector, the change feed, and aids for tests.
+ *
+ * A function that can fail takes a kelp_error last, which may be null. It gives 0, or the code that
+ * error->code holds then; error->text says what failed, where, what was found and what was
+ * expected. Functions that make something give null on failure.
+ *
+ * A database and its handles may be used by several threads, each with a handle of its own, under
+ * the locks below. One handle is used by one thread at a time. */
+#ifndef KELP_EMBED_H
+#define KELP_EMBED_H
+
+#include <kelp/database.h>
+#include <kelp/handle.h>
+#include <kelp/table.h>
+
+KELP_EXTERN_C_BEGIN
+
+typedef struct kelp_error {
+  int32_t code; /* 0 when there is no failure, else errno */
+  char text[512];
+} kelp_error;
+
+/* --- databases -------------------------------------------------------------------------------------- */
+
+typedef struct kelp_database_options {
+  size_t struct_size;          /* set by kelp_database_options_init */
+  uint32_t marked_shared;      /* non-zero: follow the rules of a shared database */
+  uint32_t shared_tinfo;       /* non-zero: objects point at the database's own type records */
+  size_t memory_limit;         /* bytes that objects may take, 0 for no limit */
+  uint32_t replication_cache_entries; /* records in the replication cache, 0 turns it off */
+} kelp_database_options;
+
+/* Fills in the defaults: not shared, static type records, no limit, 1024 cache entries. */
+KELP_API void kelp_database_options_init(kelp_database_options *options);
+
+/* Opens a new, empty database in the memory of this process. name (not empty, at most 63 bytes) is
+ * for messages and need not be unique. options may be null. marked_shared makes the database ask
+ * for locks and collector as one that several processes share does; its memory stays private. The
+ * caller closes it. 22 for a bad name or options of another size, 12 without memory. */
+KELP_API kelp_database *kelp_database_open_private(const char *name,
+                                                   const kelp_database_options *options,
+                                                   kelp_error *error);
+
+/* Closes a database and frees all that is in it. 16 while handles are open: nothing is closed then,
+ * and the text names how many. On success the text is empty, or says how many allocations of how
+ * many bytes were still in use. A null database is no error. */
+KELP_API int32_t kelp_database_close(kelp_database *database, kelp_error *error);
+
+/* The database's name; lives as long as the database. */
+KELP_API const char *kelp_database_name(const kelp_database *database);
+
+/* Makes a database (or none, for null) the calling thread's current one: kelplib_db_is_shared. */
+KELP_API void kelp_database_make_current(kelp_database *database);
+
+/* What the objects of a database take. Type records and the table of contents are not counted. */
+typedef struct kelp_memory_statistics {
+  uint64_t live_allocations;
+  uint64_t live_bytes;      /* as they were asked for */
+  uint64_t used_bytes;      /* as they were given, rounded up to their size class */
+  uint64_t peak_used_bytes;
+  uint64_t reserved_bytes;  /* taken from the system */
+  uint64_t limit_bytes;     /* 0 for none */
+  uint64_t total_allocations;
+  uint64_t failed_allocations;
+} kelp_memory_statistics;
+
+KELP_API void kelp_database_memory(const kelp_database *database,
+                                   kelp_memory_statistics *statistics);
+
+/* Sets the bytes that objects may take (used_bytes), 0 for no limit. 22 when more is used already:
+ * the limit stays as it was. */
+KELP_API int32_t kelp_database_set_memory_limit(kelp_database *database, size_t bytes,
+                                                kelp_error *error);
+
+/* The table after the given one in the database's list, the first for null; null at the end. */
+KELP_API kelp_table *kelp_database_next_table(const kelp_database *database,
+                                              const kelp_table *table);
+
+/* --- handles ------------------------------------------------------------------------------------------ */
+
+enum kelp_handle_tracking { KELP_TRACKING_ABSENT = 0, KELP_TRACKING_ON = 1, KELP_TRACKING_OFF = 2 };
+
+enum { KELP_TENANT_UNCHANGED = -1 };
+
+typedef struct kelp_handle_options {
+  size_t struct_size;        /* set by kelp_handle_options_init */
+  uint32_t state_tracking;   /* enum kelp_handle_tracking */
+  int32_t tenant;            /* 0 to 65535: making and locking the handle sets the thread's tenant */
+  uint32_t work_space_size;  /* bytes of kelplib_get_handle_ws */
+  uint32_t collector_context;
+  uint32_t quiet_insert;
+  uint32_t space_id;         /* cr_space_id */
+  uint32_t peer_stamp;
+} kelp_handle_options;
+
+/* Fills in the defaults: no state tracking, the thread's tenant unchanged, 256 KiB of work space,
+ * no collector context, duplicates traced, space 0. */
+KELP_API void kelp_handle_options_init(kelp_handle_options *options);
+
+/* Makes a handle on a database, with every type at its highest variant. options may be null. The
+ * caller destroys it; objects made through it stay and can be used through other handles. Makes the
+ * database the current one. 22 for a bad argument, 12 without memory. */
+KELP_API kelp_handle *kelp_handle_create(kelp_database *database,
+                                         const kelp_handle_options *options, kelp_error *error);
+
+/* Destroys a handle, giving up the lock that it holds. A null handle is passed over. */
+KELP_API void kelp_handle_destroy(kelp_handle *handle);
+
+/* The handle's database. */
+KELP_API kelp_database *kelp_handle_database(const kelp_handle *handle);
+
+/* Fixes the variant that the handle's domain gives to the type of that name (1 to 63 bytes), above
+ * the highest that its module knows included. The name need not be known. 22 for a bad argument. */
+KELP_API int32_t kelp_handle_set_variant(kelp_handle *handle, const char *type_name, int32_t variant,
+                                         kelp_error *error);
+
+/* Goes back to the highest variant of the type. */
+KELP_API void kelp_handle_clear_variant(kelp_handle *handle, const char *type_name);
+
+/* The code that the handle stored last, 0 for none. error, when not null, gets it with a text; after
+ * an allocation that failed the text says what is used, what the limit is and what raises it. */
+KELP_API int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *error);
+
+/* --- locks --------------------------------------------------------------------------------------------- */
+
+/* Take the database's lock: for reading with other readers, for writing alone. They wait for
+ * whoever holds it; writers go before readers that come later. They set the handle's db_lock_state,
+ * make the database the current one and set the thread's tenant when the handle has one.
+ * 35 when the handle has the lock already, or when the wait could never end because the calling
+ * thread itself holds the lock through another handle. */
+KELP_API int32_t kelp_lock_read(kelp_handle *handle, kelp_error *error);
+KELP_API int32_t kelp_lock_write(kelp_handle *handle, kelp_error *error);
+
+/* Gives up the lock that the handle holds. 1 when it holds none. */
+KELP_API int32_t kelp_unlock(kelp_handle *handle, kelp_error *error);
+
+/* --- tenants ---------------------------------------------------------------------------------------------- */
+
+/* Sets the calling thread's tenant (mt_get_tenant_id); 0, the value to begin with, is none. */
+KELP_API void kelp_tenant_set(uint16_t tenant);
+
+/* --- tables and the change feed ----------------------------------------------------------------------------- */
+
+/* Marks a table for replication: the runtime's cursors follow it, records are destroyed by request
+ * only, and the collector ends them. implicit_write_cursor non-zero: inserts enter the feed by
+ * themselves; else kelp_feed_record_changed does. Calling it again changes only that. A table stays
+ * marked until it is freed. */
+KELP_API int32_t kelp_table_enable_cursors(kelp_handle *handle, kelp_table *table,
+                                           uint32_t implicit_write_cursor, kelp_error *error);
+
+enum kelp_feed_kind { KELP_FEED_INSERTED = 1, KELP_FEED_MODIFIED = 2, KELP_FEED_DESTROYED = 3 };
+
+typedef struct kelp_feed_change {
+  kelp_table *table;
+  kelp_record *record;
+  uint32_t kind;     /* enum kelp_feed_kind, as this cursor sees it */
+  uint64_t sequence; /* rises with every change of the table */
+} kelp_feed_change;
+
+/* A reader's place in the changes of one table. */
+typedef struct kelp_feed_cursor kelp_feed_cursor;
+
+/* Opens a cursor in front of everything: first it shows each record that the feed knows, as
+ * inserted, then what changes. The feed keeps one entry for each record, its latest change, so it
+ * never outgrows the table. 22 for a table without cursors, 12. The caller closes it. */
+KELP_API kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_table *table,
+                                                 kelp_error *error);
+
+/* Moves over the next change and writes it to *change: 1, or 0 when there is none now. The record
+ * stays allocated at least until the collector runs after this cursor moved on; so a record shown
+ * as destroyed can still be read. Hold the read lock. */
+KELP_API int32_t kelp_feed_cursor_next(kelp_feed_cursor *cursor, kelp_feed_change *change);
+
+/* Closes a cursor. A cursor left open holds back the collector. Null is passed over. */
+KELP_API void kelp_feed_cursor_close(kelp_feed_cursor *cursor);
+
+/* Enters a record in the feed after its objects were changed. 22 as for
+ * kelpdb_enq_rec_move_write_cursor_internal. */
+KELP_API int32_t kelp_feed_record_changed(kelp_handle *handle, kelp_table *table,
+                                          kelp_record *record, kelp_error *error);
+
+/* A record in the replication cache. */
+typedef struct kelp_cache_entry {
+  kelp_table *table;
+  kelp_record *record;
+  uint64_t times;    /* how often it was entered since it came in */
+  uint64_t sequence; /* rises with every entering; the latest one of this record */
+} kelp_cache_entry;
+
+/* Writes the entry that was entered next after *position (0 to begin with) to *entry and moves
+ * *position to it: 1, or 0 when there is none. */
+KELP_API int32_t kelp_replication_cache_next(kelp_handle *handle, uint64_t *position,
+                                             kelp_cache_entry *entry);
+
+/* How many entries gave way to newer ones since the database was opened. */
+KELP_API uint64_t kelp_replication_cache_dropped(const kelp_handle *handle);
+
+/* --- the collector --------------------------------------------------------------------------------------------- */
+
+/* A module's function that finds the vft of a table by its LUID (16 bytes). */
+typedef void (*kelp_vft_lookup)(kelp_handle *handle, uint32_t space_id, const uint8_t *luid,
+                                const kelp_table_vft **vft, uint32_t *err);
+
+/* Tells the runtime where the tables of a module are found; null takes it back. Without this it
+ * looks for the function "<module name>_table_get_vft" in the process. 22 for a bad name, 12. */
+KELP_API int32_t kelp_module_set_vft_lookup(const char *module_name, kelp_vft_lookup lookup,
+                                            kelp_error *error);
+
+/* Ends an object of a type that is no table, as "<type name>_destroy" does. */
+typedef void (*kelp_object_destroyer)(kelp_handle *handle, uint32_t space_id, void *object);
+
+/* Tells the runtime how objects of a type are ended; null takes it back. Without this it looks for
+ * the function "<type name>_destroy" in the process. 22 for a bad name, 12. */
+KELP_API int32_t kelp_type_set_destroyer(const char *type_name, kelp_object_destroyer destroyer,
+                                         kelp_error *error);
+
+typedef struct kelp_collector_report {
+  uint32_t records_ended;
+  uint32_t records_waiting; /* a cursor has not passed them yet */
+  uint32_t tables_freed;
+  uint32_t tables_waiting;  /* records, cursors or references remain */
+  uint32_t objects_ended;
+} kelp_collector_report;
+
+/* Finishes what was put off: ends the pending records that every cursor has passed, frees the
+ * tables whose free was requested or had to wait for references, and ends the objects whose last
+ * reference has gone. Works with collector_context set. A database marked shared must be write
+ * locked through this handle: 1 otherwise. report may be null. 2 when the function that ends a
+ * thing is not found; the rest is done all the same. */
+KELP_API int32_t kelp_collector_run(kelp_handle *handle, kelp_collector_report *report,
+                                    kelp_error *error);
+
+/* --- bundles --------------------------------------------------------------------------------------------------- */
+
+/* Calls every registered bundle handler (kelp/core.h) with the bytes, in the order in which they
+ * were registered. Gives how many were called. */
+KELP_API uint32_t kelp_bundle_deliver(const void *bundle, size_t length);
+
+/* --- aids for tests --------------------------------------------------------------------------------------------- */
+
+/* Where an announced write comes from. */
+enum kelp_write_origin {
+  KELP_WRITE_MODULE = 0,  /* write_notify, called by a module or for an object's own bytes */
+  KELP_WRITE_COUNTER = 1, /* counter_notify */
+  KELP_WRITE_TREE = 2,    /* the links of a tree */
+  KELP_WRITE_RANGE = 3    /* lumen_set_range */
+};
+
+/* Hears of every write before it is made. */
+typedef void (*kelp_write_observer)(void *context, const void *address, size_t length,
+                                    uint32_t space_id, uint32_t origin);
+
+/* Sets the observer of the writes announced through the handle's pool; null ends that. */
+KELP_API void kelp_handle_set_write_observer(kelp_handle *handle, kelp_write_observer observer,
+                                             void *context);
+
+/* How many writes of an origin were announced through the handle since it was made. */
+KELP_API uint64_t kelp_handle_write_count(const kelp_handle *handle, uint32_t origin);
+
+/* What can be made to fail. */
+enum kelp_fault {
+  KELP_FAULT_ALLOCATION = 0,  /* obj_alloc and type_alloc give null */
+  KELP_FAULT_RANGE = 1,       /* lumen_set_range gives 0 */
+  KELP_FAULT_SET_KEY = 2,     /* lumen_set_key gives 0 */
+  KELP_FAULT_OID_MAPPING = 3, /* an OID mapping cannot be made: 12 */
+  KELP_FAULT_TOC_OPEN = 4,    /* kelpdb_database_toc_open: 5 */
+  KELP_FAULT_TOC_FIND = 5,    /* kelpdb_database_toc_get_table_root: 5 */
+  KELP_FAULT_TOC_INSERT = 6,  /* kelpdb_database_toc_insert: 5 */
+  KELP_FAULT_TOC_DELETE = 7,  /* kelpdb_database_toc_delete and its forced form: 5 */
+  KELP_FAULT_COUNT = 8
+};
+
+/* Lets n calls of a kind succeed and fails the one after, once: n 0 fails the next one. A negative
+ * n takes an outstanding fault back. */
+KELP_API void kelp_database_fail_after(kelp_database *database, uint32_t fault, int64_t n);
+
+/* The same for allocations. */
+KELP_API void kelp_database_fail_allocation_after(kelp_database *database, int64_t n);
+
+/* Makes the handle's lookups of that type's variant fail with code, in addition to giving the
+ * variant; 0 takes it back. */
+KELP_API int32_t kelp_handle_fail_variant(kelp_handle *handle, const char *type_name, uint32_t code,
+                                          kelp_error *error);
+
+/* The reference count of an object's OID mapping; -1 when it has none. */
+KELP_API int64_t kelp_handle_oid_references(const kelp_handle *handle, const void *object);
+
+KELP_EXTERN_C_END
+
+#endif

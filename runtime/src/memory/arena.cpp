@@ -1,0 +1,398 @@
+// The arena's spans, slots and large blocks. A chunk lies at a multiple of its size, so the chunk
+// of any address is one table lookup and the slot in it plain arithmetic.
+#include "memory/arena.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "memory/poison.hpp"
+
+namespace kelp {
+
+namespace {
+
+constexpr std::uint8_t kLive = 1;
+constexpr std::uint8_t kWatched = 2;
+constexpr std::size_t kAlignment = 16;
+constexpr std::size_t kLargeHeader = 64;
+
+constexpr std::size_t round_up(std::size_t value, std::size_t step) {
+  return (value + step - 1) / step * step;
+}
+
+}  // namespace
+
+// 64 KiB of slots of one size. The state bytes and the asked-for sizes stand in front of the slots.
+struct Arena::Span {
+  std::byte *start = nullptr;  // of the 64 KiB
+  std::size_t length = 0;      // less in the span that holds the chunk's head
+  std::uint8_t *states = nullptr;
+  std::uint16_t *asked = nullptr;
+  std::byte *slots = nullptr;
+  std::uint32_t slot_bytes = 0;
+  std::uint32_t class_index = 0;
+  std::uint32_t slot_count = 0;
+  std::uint32_t fresh = 0;  // slots from here on were never given out
+  std::uint32_t live = 0;
+  std::byte *first_free = nullptr;  // freed slots, each holding the address of the next
+  std::byte *last_free = nullptr;
+  Span *next = nullptr;
+  Span *previous = nullptr;
+
+  bool has_room() const { return first_free != nullptr || fresh < slot_count; }
+
+  void divide(std::size_t index, std::size_t bytes) {
+    class_index = static_cast<std::uint32_t>(index);
+    slot_bytes = static_cast<std::uint32_t>(bytes);
+    constexpr std::size_t kBookkeeping = sizeof(std::uint8_t) + sizeof(std::uint16_t);
+    slot_count = static_cast<std::uint32_t>((length - kAlignment) / (bytes + kBookkeeping));
+    asked = reinterpret_cast<std::uint16_t *>(start);
+    states = reinterpret_cast<std::uint8_t *>(asked + slot_count);
+    slots = start + round_up(slot_count * kBookkeeping, kAlignment);
+    fresh = live = 0;
+    first_free = last_free = nullptr;
+    unpoison(start, length);
+    std::memset(states, 0, slot_count);
+    poison(slots, slot_count * bytes);
+  }
+
+  std::byte *take() {
+    if (first_free == nullptr) return slots + std::size_t{fresh++} * slot_bytes;
+    std::byte *slot = first_free;
+    unpoison(slot, sizeof(std::byte *));
+    std::memcpy(&first_free, slot, sizeof first_free);
+    if (first_free == nullptr) last_free = nullptr;
+    return slot;
+  }
+
+  // A freed slot is used again at once, while it is in the cache; under the address sanitizer it
+  // waits behind all the others, so that a late use of it is noticed.
+  void give_back(std::byte *slot) {
+    unpoison(slot, slot_bytes);
+    std::byte *following = kAddressSanitizer ? nullptr : first_free;
+    std::memcpy(slot, &following, sizeof following);
+    if (kAddressSanitizer && last_free != nullptr) {
+      unpoison(last_free, sizeof slot);
+      std::memcpy(last_free, &slot, sizeof slot);
+      poison(last_free, sizeof slot);
+      last_free = slot;
+    } else {
+      first_free = slot;
+      if (last_free == nullptr) last_free = slot;
+    }
+    poison(slot, slot_bytes);
+  }
+};
+
+// What the system gave: sixteen spans, or one large block behind a head.
+struct Arena::Chunk {
+  bool large = false;
+  std::size_t bytes = 0;  // from the start of the chunk
+  std::byte *memory = nullptr;
+  std::size_t asked = 0;  // large only
+  std::uint8_t state = 0;
+  Span spans[kSpansPerChunk];
+};
+
+struct Arena::Block {
+  Chunk *chunk = nullptr;
+  Span *span = nullptr;  // null for a large block
+  std::byte *start = nullptr;
+  std::size_t asked = 0;
+  std::size_t used = 0;
+  std::uint8_t *state = nullptr;
+};
+
+std::size_t Arena::class_of(std::size_t size) {
+  if (size <= 128) return size <= kAlignment ? 0 : (size - 1) / kAlignment;
+  const std::size_t doubling = static_cast<std::size_t>(std::bit_width(size - 1)) - 1;
+  const std::size_t quarter = (size - 1) >> (doubling - 2) & 3;
+  return 8 + (doubling - 7) * 4 + quarter;
+}
+
+std::size_t Arena::class_bytes(std::size_t index) {
+  if (index < 8) return (index + 1) * kAlignment;
+  const std::size_t doubling = (index - 8) / 4 + 7;
+  return (std::size_t{1} << doubling) + ((index - 8) % 4 + 1) * (std::size_t{1} << (doubling - 2));
+}
+
+Arena::~Arena() {
+  for (const auto &[key, chunk] : chunks_) {
+    if (reinterpret_cast<std::uintptr_t>(chunk->memory) / kChunkBytes != key) continue;
+    unpoison(chunk->memory, chunk->bytes);
+    std::free(chunk->memory);
+    chunk->memory = nullptr;
+  }
+  // A large chunk stands under several keys; it goes once.
+  std::vector<Chunk *> gone;
+  for (const auto &[key, chunk] : chunks_) gone.push_back(chunk);
+  std::sort(gone.begin(), gone.end());
+  gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
+  for (Chunk *chunk : gone) delete chunk;
+}
+
+void Arena::set_release_hook(ReleaseHook hook, void *context) {
+  release_hook_ = hook;
+  release_context_ = context;
+}
+
+void *Arena::allocate(std::size_t size) {
+  const std::lock_guard lock(mutex_);
+  try {
+    const std::size_t padded = size + kRedZone;
+    if (padded < size || padded > SIZE_MAX / 2) {
+      refuse(size);
+      return nullptr;
+    }
+    void *block =
+        padded <= kLargestSlot ? allocate_slot(size, class_of(padded)) : allocate_large(size);
+    if (block == nullptr) refuse(size);
+    return block;
+  } catch (const std::bad_alloc &) {
+    refuse(size);
+    return nullptr;
+  }
+}
+
+void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
+  const std::size_t bytes = class_bytes(class_index);
+  if (!within_limit(bytes)) return nullptr;
+  Span *span = span_with_room(class_index);
+  if (span == nullptr) return nullptr;
+  std::byte *slot = span->take();
+  const std::size_t number = static_cast<std::size_t>(slot - span->slots) / span->slot_bytes;
+  span->states[number] = kLive;
+  span->asked[number] = static_cast<std::uint16_t>(size);
+  ++span->live;
+  if (!span->has_room()) {
+    available_[class_index] = span->next;
+    if (span->next != nullptr) span->next->previous = nullptr;
+    span->next = nullptr;
+  }
+  poison(slot, bytes);
+  unpoison(slot, size);
+  count_in(size, bytes);
+  return slot;
+}
+
+void *Arena::allocate_large(std::size_t size) {
+  const std::size_t bytes = round_up(size + kRedZone, kAlignment);
+  if (!within_limit(bytes)) return nullptr;
+  Chunk *chunk = add_chunk(kLargeHeader + bytes, true);
+  if (chunk == nullptr) return nullptr;
+  chunk->asked = size;
+  chunk->state = kLive;
+  std::byte *block = chunk->memory + kLargeHeader;
+  poison(chunk->memory, chunk->bytes);
+  unpoison(block, size);
+  count_in(size, bytes);
+  return block;
+}
+
+Arena::Span *Arena::span_with_room(std::size_t class_index) {
+  if (available_[class_index] != nullptr) return available_[class_index];
+  Span *span = take_free_span();
+  if (span == nullptr) return nullptr;
+  span->divide(class_index, class_bytes(class_index));
+  span->next = span->previous = nullptr;
+  available_[class_index] = span;
+  return span;
+}
+
+Arena::Span *Arena::take_free_span() {
+  if (free_spans_ == nullptr) {
+    Chunk *chunk = add_chunk(kChunkBytes, false);
+    if (chunk == nullptr) return nullptr;
+    for (std::size_t i = kSpansPerChunk; i-- > 0;) {
+      Span &span = chunk->spans[i];
+      span.start = chunk->memory + i * kSpanBytes;
+      span.length = kSpanBytes;
+      span.next = free_spans_;
+      free_spans_ = &span;
+    }
+    poison(chunk->memory, chunk->bytes);
+  }
+  Span *span = free_spans_;
+  free_spans_ = span->next;
+  return span;
+}
+
+// An empty span goes back so that any class can use it.
+void Arena::retire_span(Span *span) {
+  if (span->previous != nullptr) {
+    span->previous->next = span->next;
+  } else {
+    available_[span->class_index] = span->next;
+  }
+  if (span->next != nullptr) span->next->previous = span->previous;
+  span->previous = nullptr;
+  span->next = free_spans_;
+  span->slots = nullptr;
+  free_spans_ = span;
+  poison(span->start, span->length);
+}
+
+Arena::Chunk *Arena::add_chunk(std::size_t bytes, bool large) {
+  const std::size_t rounded = round_up(bytes, large ? std::size_t{4096} : kChunkBytes);
+  void *memory = std::aligned_alloc(kChunkBytes, round_up(rounded, kChunkBytes));
+  if (memory == nullptr) return nullptr;
+  Chunk *chunk = new (std::nothrow) Chunk;
+  if (chunk == nullptr) {
+    std::free(memory);
+    return nullptr;
+  }
+  chunk->large = large;
+  chunk->bytes = rounded;
+  chunk->memory = static_cast<std::byte *>(memory);
+  const auto first = reinterpret_cast<std::uintptr_t>(memory) / kChunkBytes;
+  const std::size_t pages = round_up(rounded, kChunkBytes) / kChunkBytes;
+  try {
+    for (std::size_t i = 0; i < pages; ++i) chunks_[first + i] = chunk;
+  } catch (const std::bad_alloc &) {
+    for (std::size_t i = 0; i < pages; ++i) chunks_.erase(first + i);
+    delete chunk;
+    std::free(memory);
+    return nullptr;
+  }
+  statistics_.reserved_bytes += rounded;
+  return chunk;
+}
+
+void Arena::drop_large(Chunk *chunk) {
+  const auto first = reinterpret_cast<std::uintptr_t>(chunk->memory) / kChunkBytes;
+  const std::size_t pages = round_up(chunk->bytes, kChunkBytes) / kChunkBytes;
+  for (std::size_t i = 0; i < pages; ++i) chunks_.erase(first + i);
+  statistics_.reserved_bytes -= chunk->bytes;
+  unpoison(chunk->memory, chunk->bytes);
+  std::free(chunk->memory);
+  delete chunk;
+}
+
+bool Arena::find(const void *address, Block *block) const {
+  const auto value = reinterpret_cast<std::uintptr_t>(address);
+  const auto found = chunks_.find(value / kChunkBytes);
+  if (found == chunks_.end()) return false;
+  Chunk *chunk = found->second;
+  const std::size_t offset = value - reinterpret_cast<std::uintptr_t>(chunk->memory);
+  block->chunk = chunk;
+  if (chunk->large) {
+    if (offset < kLargeHeader || offset >= chunk->bytes) return false;
+    block->start = chunk->memory + kLargeHeader;
+    block->asked = chunk->asked;
+    block->used = round_up(chunk->asked + kRedZone, kAlignment);
+    block->state = &chunk->state;
+    return true;
+  }
+  Span *span = &chunk->spans[offset / kSpanBytes];
+  if (span->slots == nullptr) return false;
+  const std::byte *place = chunk->memory + offset;
+  if (place < span->slots) return false;
+  const std::size_t number = static_cast<std::size_t>(place - span->slots) / span->slot_bytes;
+  if (number >= span->slot_count) return false;
+  block->span = span;
+  block->start = span->slots + number * span->slot_bytes;
+  block->asked = span->asked[number];
+  block->used = span->slot_bytes;
+  block->state = &span->states[number];
+  return true;
+}
+
+bool Arena::free(void *pointer) {
+  const std::lock_guard lock(mutex_);
+  Block block;
+  if (!find(pointer, &block) || block.start != pointer || (*block.state & kLive) == 0) return false;
+  if ((*block.state & kWatched) != 0 && release_hook_ != nullptr) {
+    release_hook_(release_context_, pointer, block.asked);
+  }
+  *block.state = 0;
+  count_out(block.asked, block.used);
+  if (block.span == nullptr) {
+    drop_large(block.chunk);
+    return true;
+  }
+  Span *span = block.span;
+  const bool was_full = !span->has_room();
+  span->give_back(block.start);
+  if (was_full) {
+    span->previous = nullptr;
+    span->next = available_[span->class_index];
+    if (span->next != nullptr) span->next->previous = span;
+    available_[span->class_index] = span;
+  }
+  // The last span of a class stays divided, so that one object made and freed in turn costs nothing.
+  const bool only_one = span->next == nullptr && span->previous == nullptr;
+  if (--span->live == 0 && !only_one) retire_span(span);
+  return true;
+}
+
+BlockState Arena::watch(const void *address) {
+  const std::lock_guard lock(mutex_);
+  Block block;
+  if (!find(address, &block)) {
+    const auto value = reinterpret_cast<std::uintptr_t>(address);
+    return chunks_.count(value / kChunkBytes) == 0 ? BlockState::foreign : BlockState::dead;
+  }
+  if ((*block.state & kLive) == 0) return BlockState::dead;
+  *block.state |= kWatched;
+  return BlockState::live;
+}
+
+bool Arena::holds(const void *address, std::size_t length) const {
+  const std::lock_guard lock(mutex_);
+  Block block;
+  if (!find(address, &block) || (*block.state & kLive) == 0) return false;
+  const auto offset =
+      static_cast<std::size_t>(static_cast<const std::byte *>(address) - block.start);
+  return offset <= block.asked && length <= block.asked - offset;
+}
+
+ArenaStatistics Arena::statistics() const {
+  const std::lock_guard lock(mutex_);
+  return statistics_;
+}
+
+bool Arena::set_limit(std::size_t bytes) {
+  const std::lock_guard lock(mutex_);
+  if (bytes != 0 && bytes < statistics_.used_bytes) return false;
+  statistics_.limit_bytes = bytes;
+  return true;
+}
+
+Arena::Refusal Arena::last_refusal() const {
+  const std::lock_guard lock(mutex_);
+  return refusal_;
+}
+
+void Arena::note_refusal(std::size_t size) {
+  const std::lock_guard lock(mutex_);
+  refuse(size);
+}
+
+bool Arena::within_limit(std::size_t bytes) const {
+  const std::uint64_t limit = statistics_.limit_bytes;
+  return limit == 0 || (bytes <= limit && statistics_.used_bytes <= limit - bytes);
+}
+
+void Arena::count_in(std::size_t asked, std::size_t used) {
+  ++statistics_.live_allocations;
+  ++statistics_.total_allocations;
+  statistics_.live_bytes += asked;
+  statistics_.used_bytes += used;
+  statistics_.peak_used_bytes = std::max(statistics_.peak_used_bytes, statistics_.used_bytes);
+}
+
+void Arena::count_out(std::size_t asked, std::size_t used) {
+  --statistics_.live_allocations;
+  statistics_.live_bytes -= asked;
+  statistics_.used_bytes -= used;
+}
+
+void Arena::refuse(std::size_t asked) {
+  ++statistics_.failed_allocations;
+  refusal_ = Refusal{asked, statistics_.used_bytes, statistics_.limit_bytes};
+}
+
+}  // namespace kelp

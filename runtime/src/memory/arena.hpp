@@ -1,0 +1,110 @@
+// The memory of a private store: blocks of any size out of large chunks, without a call of the
+// system's allocator for each.
+//
+// Small blocks come from 64 KiB spans of equal slots, one size class to a span; blocks above
+// kLargestSlot are taken from the system directly. Each slot has a state byte, so that a block is
+// never freed twice and the runtime learns when memory goes beside which it keeps something
+// (watch). Freed memory is poisoned for the address sanitizer, and so is the part of a slot beyond
+// what was asked for. Locked by a mutex of its own; under it the release hook runs, which therefore
+// must not call back into the arena.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
+
+namespace kelp {
+
+struct ArenaStatistics {
+  std::uint64_t live_allocations = 0;
+  std::uint64_t live_bytes = 0;
+  std::uint64_t used_bytes = 0;
+  std::uint64_t peak_used_bytes = 0;
+  std::uint64_t reserved_bytes = 0;
+  std::uint64_t limit_bytes = 0;
+  std::uint64_t total_allocations = 0;
+  std::uint64_t failed_allocations = 0;
+};
+
+enum class BlockState { foreign, dead, live };
+
+class Arena {
+ public:
+  // Called with a watched block just before it is freed.
+  using ReleaseHook = void (*)(void *context, const void *block, std::size_t size);
+
+  static constexpr std::size_t kLargestSlot = 16384;
+
+  Arena() = default;
+  Arena(const Arena &) = delete;
+  Arena &operator=(const Arena &) = delete;
+  ~Arena();
+
+  void set_release_hook(ReleaseHook hook, void *context);
+
+  // A block of at least size bytes, aligned to 16; null when the limit or the system refuses. A
+  // block of 0 bytes has an address of its own.
+  void *allocate(std::size_t size);
+
+  // False when the pointer is not a live block of this arena: nothing was done then.
+  bool free(void *pointer);
+
+  // Has the release hook called when the block that holds the address is freed.
+  BlockState watch(const void *address);
+
+  // Whether all of the range lies in one live block.
+  bool holds(const void *address, std::size_t length) const;
+
+  ArenaStatistics statistics() const;
+
+  // False, with the limit as it was, when more is used than bytes. 0 is no limit.
+  bool set_limit(std::size_t bytes);
+
+  // How the last refused allocation came about.
+  struct Refusal {
+    std::size_t asked = 0;
+    std::uint64_t used = 0;
+    std::uint64_t limit = 0; // 0: the system had none
+  };
+  Refusal last_refusal() const;
+  void note_refusal(std::size_t size);
+
+ private:
+  struct Span;
+  struct Chunk;
+  struct Block;  // a block that was found by an address
+
+  static constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
+  static constexpr std::size_t kSpanBytes = std::size_t{1} << 16;
+  static constexpr std::size_t kSpansPerChunk = kChunkBytes / kSpanBytes;
+  static constexpr std::size_t kClasses = 36;
+
+  static std::size_t class_of(std::size_t size);
+  static std::size_t class_bytes(std::size_t index);
+
+  void *allocate_slot(std::size_t size, std::size_t class_index);
+  void *allocate_large(std::size_t size);
+  Span *span_with_room(std::size_t class_index);
+  Span *take_free_span();
+  void retire_span(Span *span);
+  Chunk *add_chunk(std::size_t bytes, bool large);
+  void drop_large(Chunk *chunk);
+  bool find(const void *address, Block *block) const;
+  bool within_limit(std::size_t bytes) const;
+  void count_in(std::size_t asked, std::size_t used);
+  void count_out(std::size_t asked, std::size_t used);
+  void refuse(std::size_t asked);
+
+  mutable std::mutex mutex_;
+  std::unordered_map<std::uintptr_t, Chunk *> chunks_;  // by address / kChunkBytes
+  Span *available_[kClasses] = {};                      // spans with a free slot
+  Span *free_spans_ = nullptr;
+  ArenaStatistics statistics_;
+  Refusal refusal_;
+  ReleaseHook release_hook_ = nullptr;
+  void *release_context_ = nullptr;
+};
+
+}  // namespace kelp

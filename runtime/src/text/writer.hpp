@@ -1,0 +1,37 @@
+/* The bounded text writing behind kelp_print_space and kelp_snprintf, and the one-line form of a
+ * primitive: blanks, "<label>@<type>:<value>" and a newline. The print operations of the primitives
+ * call it directly. It never writes past the space and allocates nothing. */
+#ifndef KELP_TEXT_WRITER_HPP
+#define KELP_TEXT_WRITER_HPP
+
+#include <kelp/base.h>
+
+#include <string_view>
+
+namespace kelp {
+
+/* A buffer that fills from the front. Text keeps a NUL behind it and so leaves one byte of the space
+ * unused; blanks don't. */
+class TextWriter {
+ public:
+  TextWriter(char *buffer, uint32_t size) : buffer_(buffer), size_(size) {}
+
+  void Blanks(uint32_t count);
+  void Text(std::string_view text);
+  /* Printable bytes as they are; backslash and control characters as \\ \n \r \t \xHH. */
+  void Escaped(std::string_view text);
+
+  uint32_t used() const { return used_; }
+
+ private:
+  char *buffer_;
+  uint32_t size_;
+  uint32_t used_ = 0;
+};
+
+/* What comes before a primitive's value on its line. A null label counts as empty. */
+void OpenLine(TextWriter &writer, uint32_t indent, const char *label, std::string_view type);
+
+}  // namespace kelp
+
+#endif

@@ -1,0 +1,44 @@
+// The skeletons that all field operations share: the read gate, and the opening of a write.
+#pragma once
+
+#include <kelp/core.h>
+
+#include "module/failure.hpp"
+#include "module/object.hpp"
+
+namespace harbor::field_access {
+
+// A variant below the field's floor refuses the access with 43.
+template <const Field &F>
+inline bool has_field(kelp_handle *handle, const void *object, std::uint32_t *err) {
+  if (kelp_get_instance_variant(object, 1, plain_valued(F.kind)) >= F.since) return true;
+  fail_variant(handle, err);
+  return false;
+}
+
+// Steps 1 to 3 of a read: an earlier failure stands, the last error is forgotten, the object's
+// variant must hold the field.
+template <const Field &F>
+inline bool begin_read(kelp_handle *handle, const void *object, std::uint32_t *err) {
+  return begin(handle, err) && has_field<F>(handle, object, err);
+}
+
+// A structure is brought in line with its domain before anything is written to it. What the
+// runtime leaves in the error word is not looked at.
+template <const Structure &T>
+inline void adjust(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
+  kelplib_adjust_variant(handle, space_id, object,
+                         object == nullptr ? nullptr : kelp_get_manifested_type_info(object),
+                         T.variants - 1, err);
+}
+
+// Steps 1 to 4 of a write.
+template <const Structure &T, const Field &F>
+inline bool begin_write(kelp_handle *handle, std::uint32_t space_id, void *object,
+                        std::uint32_t *err) {
+  if (!begin(handle, err)) return false;
+  adjust<T>(handle, space_id, object, err);
+  return has_field<F>(handle, object, err);
+}
+
+}  // namespace harbor::field_access

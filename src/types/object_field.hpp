@@ -1,0 +1,72 @@
+// Object fields: addresses, texts and embedded structures that lie in place. They have no value to
+// hand out, only the object itself; set takes over what the source owned. Same promises as value
+// fields.
+#pragma once
+
+#include "module/operation.hpp"
+#include "types/field_access.hpp"
+#include "types/primitive.hpp"
+#include "types/state_mark.hpp"
+#include "types/transfer.hpp"
+
+namespace harbor::object_field {
+
+inline constexpr std::array operations{
+    Operation{
+        .suffix = "get",
+        .result = "$F *",
+        .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
+        .rule = "object_field::get",
+        .brief = "Gives $field inside the object. $meaning",
+        .errors = "43 when the object's variant does not hold the field; null then",
+        .ownership = "the result belongs to the object",
+    },
+    Operation{
+        .suffix = "set",
+        .result = "void",
+        .arguments =
+            "kelp_handle *handle, uint32_t space_id, $T *object, $F *source, uint32_t *err",
+        .rule = "object_field::set",
+        .brief = "Moves the content of source into $field. $meaning",
+        .errors = "43 when the object's variant does not hold the field; 22 when the handle tracks "
+                  "state and the object or the source does not, with the content moved",
+        .ownership = "source stays the caller's, but gives up the texts, arrays and arms that it "
+                     "owned",
+    },
+};
+
+constexpr bool holds(const Field &field) {
+  return field.kind == Kind::address || field.kind == Kind::text || field.kind == Kind::structure;
+}
+
+inline constexpr FieldFamily family{"object_field", holds, operations};
+
+// --- the rules --------------------------------------------------------------------------------
+
+template <const Structure &T, const Field &F>
+void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
+  if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
+  if constexpr (is_primitive(F.kind)) {
+    return Primitive<F.kind>::get(handle, space_id, place_of<T, F>(object), err);
+  } else {
+    return place_of<T, F>(object);
+  }
+}
+
+// Required: the state byte is marked whatever the write ended in.
+template <const Structure &T, const Field &F>
+void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *source,
+         std::uint32_t *err) {
+  if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
+  auto *place = place_of<T, F>(object);
+  if constexpr (is_primitive(F.kind)) {
+    using Value = typename Primitive<F.kind>::value_type;
+    Primitive<F.kind>::set(handle, space_id, place, static_cast<Value *>(source), err);
+  } else {
+    transfer::set<*F.structure>(handle, space_id, place, source, err);
+  }
+  state_tracking::mark(handle, space_id, object,
+                       state_tracking::write_place<T, F, messages::WriteSite::set>, err);
+}
+
+}  // namespace harbor::object_field

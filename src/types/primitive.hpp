@@ -1,0 +1,119 @@
+// The runtime's primitive types by field kind: one name for each operation of the seven families,
+// so that a rule can be written once for all kinds. An operation that a primitive lacks is absent
+// here too.
+#pragma once
+
+#include <kelp/primitives.h>
+
+#include "module/object.hpp"
+
+namespace harbor {
+
+template <Kind kind>
+struct Primitive;
+
+#define HARBOR_PRIMITIVE_COMMON(family)                  \
+  static constexpr auto get = &family##_get;             \
+  static constexpr auto set = &family##_set;             \
+  static constexpr auto hash = &family##_hash;           \
+  static constexpr auto len = &family##_len;             \
+  static constexpr auto marshal = &family##_marshal;     \
+  static constexpr auto unmarshal = &family##_unmarshal; \
+  static constexpr auto print = &family##_print;         \
+  static constexpr auto to_xml = &family##_to_xml;       \
+  static constexpr auto from_xml = &family##_from_xml
+
+#define HARBOR_PRIMITIVE_VALUE(family)                   \
+  static constexpr auto get_value = &family##_get_value; \
+  static constexpr auto set_value = &family##_set_value
+
+#define HARBOR_PRIMITIVE_OBJECT(family)                                          \
+  static constexpr auto compare = &family##_compare;                             \
+  static constexpr auto initialize = &family##_initialize;                       \
+  static constexpr auto set_instance_embedded = &family##_set_instance_embedded; \
+  static constexpr kelp_type_record *record = &_##family##_type_info_internal
+
+template <>
+struct Primitive<Kind::u8> {
+  using value_type = std::uint8_t;
+  HARBOR_PRIMITIVE_COMMON(u_int8);
+  HARBOR_PRIMITIVE_VALUE(u_int8);
+  static constexpr auto create = &u_int8_create;
+  static constexpr auto destroy = &u_int8_destroy;
+  static constexpr auto size = &u_int8_sizeof;
+};
+template <>
+struct Primitive<Kind::u16> {
+  using value_type = std::uint16_t;
+  HARBOR_PRIMITIVE_COMMON(u_int16);
+  HARBOR_PRIMITIVE_VALUE(u_int16);
+};
+template <>
+struct Primitive<Kind::u32> {
+  using value_type = std::uint32_t;
+  HARBOR_PRIMITIVE_COMMON(u_int32);
+  HARBOR_PRIMITIVE_VALUE(u_int32);
+  static constexpr auto create = &u_int32_create;
+  static constexpr auto destroy = &u_int32_destroy;
+  static constexpr auto destroy_internal = &u_int32_destroy_internal;
+  static constexpr auto size = &u_int32_sizeof;
+};
+template <>
+struct Primitive<Kind::counter> : Primitive<Kind::u32> {};
+template <>
+struct Primitive<Kind::real> {
+  using value_type = double;
+  HARBOR_PRIMITIVE_COMMON(double);
+  HARBOR_PRIMITIVE_VALUE(double);
+};
+template <>
+struct Primitive<Kind::boolean> {
+  using value_type = kelp_boolean;
+  HARBOR_PRIMITIVE_COMMON(kelp_boolean);
+  HARBOR_PRIMITIVE_VALUE(kelp_boolean);
+  HARBOR_PRIMITIVE_OBJECT(kelp_boolean);
+};
+template <>
+struct Primitive<Kind::address> {
+  using value_type = ip_address;
+  HARBOR_PRIMITIVE_COMMON(ip_address);
+  HARBOR_PRIMITIVE_OBJECT(ip_address);
+  static constexpr auto create = &ip_address_create;
+  static constexpr auto destroy = &ip_address_destroy;
+  static constexpr auto destroy_internal = &ip_address_destroy_internal;
+  static constexpr auto size = &ip_address_sizeof;
+  static constexpr auto get_oid_count = &ip_address_get_oid_count;
+  static constexpr auto get_object_references = &ip_address_get_object_references;
+};
+template <>
+struct Primitive<Kind::text> {
+  using value_type = kelp_vstring;
+  HARBOR_PRIMITIVE_COMMON(kelp_vstring);
+  HARBOR_PRIMITIVE_OBJECT(kelp_vstring);
+  static constexpr auto create = &kelp_vstring_create;
+  static constexpr auto destroy_internal = &kelp_vstring_destroy_internal;
+  static constexpr auto get_oid_count = &kelp_vstring_get_oid_count;
+  static constexpr auto get_object_references = &kelp_vstring_get_object_references;
+};
+
+#undef HARBOR_PRIMITIVE_COMMON
+#undef HARBOR_PRIMITIVE_VALUE
+#undef HARBOR_PRIMITIVE_OBJECT
+
+constexpr bool is_primitive(Kind kind) {
+  switch (kind) {
+    case Kind::u8:
+    case Kind::u16:
+    case Kind::u32:
+    case Kind::counter:
+    case Kind::real:
+    case Kind::boolean:
+    case Kind::address:
+    case Kind::text:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace harbor

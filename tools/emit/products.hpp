@@ -1,0 +1,34 @@
+// The products: each takes the composed units or the schema and gives one text to a writer.
+#pragma once
+
+#include <vector>
+
+#include "composition.hpp"
+#include "writer.hpp"
+
+namespace emit {
+
+// Everything that carries exported functions, in the order of the public headers.
+std::vector<Unit> all_units();
+
+// Checked in: the public headers, the goldens that a reviewer reads, and the list of families.
+void write_headers(Writer &writer, const std::vector<Unit> &units);
+void write_goldens(Writer &writer, const std::vector<Unit> &units);
+
+// For the build alone: forwarders, type records, table facts, vfts, the version script.
+void write_forwarders(Writer &writer, const std::vector<Unit> &units);
+void write_records(Writer &writer);
+void write_vfts(Writer &writer);
+void write_version_script(Writer &writer, const std::vector<Unit> &units);
+
+// Exported data symbols, sorted.
+std::vector<std::string> data_symbols();
+
+// The optional handlers that an application may define: name and C prototype.
+struct Handler {
+  std::string name;
+  std::string arguments;
+};
+std::vector<Handler> handlers();
+
+}  // namespace emit
