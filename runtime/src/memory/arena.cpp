@@ -60,7 +60,8 @@ struct Arena::Span {
   }
 
   std::byte *take() {
-    if (first_free == nullptr) return slots + std::size_t{fresh++} * slot_bytes;
+    const bool rather_fresh = kAddressSanitizer && fresh < slot_count;
+    if (first_free == nullptr || rather_fresh) return slots + std::size_t{fresh++} * slot_bytes;
     std::byte *slot = first_free;
     unpoison(slot, sizeof(std::byte *));
     std::memcpy(&first_free, slot, sizeof first_free);
@@ -120,18 +121,16 @@ std::size_t Arena::class_bytes(std::size_t index) {
 }
 
 Arena::~Arena() {
-  for (const auto &[key, chunk] : chunks_) {
-    if (reinterpret_cast<std::uintptr_t>(chunk->memory) / kChunkBytes != key) continue;
+  // A large chunk stands under several keys; it goes once.
+  std::vector<Chunk *> chunks;
+  for (const auto &[key, chunk] : chunks_) chunks.push_back(chunk);
+  std::sort(chunks.begin(), chunks.end());
+  chunks.erase(std::unique(chunks.begin(), chunks.end()), chunks.end());
+  for (Chunk *chunk : chunks) {
     unpoison(chunk->memory, chunk->bytes);
     std::free(chunk->memory);
-    chunk->memory = nullptr;
+    delete chunk;
   }
-  // A large chunk stands under several keys; it goes once.
-  std::vector<Chunk *> gone;
-  for (const auto &[key, chunk] : chunks_) gone.push_back(chunk);
-  std::sort(gone.begin(), gone.end());
-  gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
-  for (Chunk *chunk : gone) delete chunk;
 }
 
 void Arena::set_release_hook(ReleaseHook hook, void *context) {
@@ -392,7 +391,7 @@ void Arena::count_out(std::size_t asked, std::size_t used) {
 
 void Arena::refuse(std::size_t asked) {
   ++statistics_.failed_allocations;
-  refusal_ = Refusal{asked, statistics_.used_bytes, statistics_.limit_bytes};
+  refusal_ = Refusal{asked, statistics_.used_bytes, statistics_.limit_bytes, true};
 }
 
 }  // namespace kelp

@@ -66,7 +66,8 @@ class Arena {
   struct Refusal {
     std::size_t asked = 0;
     std::uint64_t used = 0;
-    std::uint64_t limit = 0; // 0: the system had none
+    std::uint64_t limit = 0;  // 0: the system had none
+    bool asked_any = false;   // whether one was refused at all
   };
   Refusal last_refusal() const;
   void note_refusal(std::size_t size);
