@@ -23,6 +23,10 @@ struct Tlv {
   bool typed = false;
 };
 
+// The next TLV of `cursor`, a type, a length and a value padded to four octets; false if it runs
+// over the end. Padding may be missing behind the last one.
+bool next_tlv(Cursor &cursor, Tlv &out);
+
 // Bits of TeLink::present, one for each sub-TLV with a typed field.
 enum TeField : std::uint16_t {
   te_link_type = 1 << 0,

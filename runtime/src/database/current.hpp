@@ -1,0 +1,14 @@
+// The calling thread's current database and tenant.
+#pragma once
+
+#include <cstdint>
+
+#include "kelp/base.h"
+
+namespace kelp {
+
+// The current database, null for none or for one that was closed since.
+kelp_database *current_database();
+void set_current_database(kelp_database *database);
+
+}  // namespace kelp

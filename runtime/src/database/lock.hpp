@@ -1,0 +1,40 @@
+// The lock of a database: many readers or one writer, with writers before readers that come later.
+// It knows which handle and thread holds it, so that a wait that could never end is refused.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "kelp/base.h"
+
+namespace kelp {
+
+enum class LockMode : std::uint32_t { none = 0, read = 1, write = 2 };
+
+class DatabaseLock {
+ public:
+  enum class Outcome { taken, held_by_handle, held_by_thread };
+
+  // Waits until the lock can be had in this mode. Throws bad_alloc.
+  Outcome take(const kelp_handle *handle, LockMode mode);
+
+  // False when the handle holds nothing.
+  bool give_up(const kelp_handle *handle);
+
+ private:
+  struct Holder {
+    const kelp_handle *handle;
+    std::thread::id thread;
+    LockMode mode;
+  };
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::vector<Holder> holders_;
+  std::uint32_t writers_waiting_ = 0;
+};
+
+}  // namespace kelp

@@ -1,0 +1,97 @@
+// What modules ask about one object: its variant and flags, its type record, its type's identity,
+// whether it may be taken hold of, and its counters.
+#include <cstddef>
+#include <cstring>
+
+#include "handle/failure.hpp"
+#include "handle/state.hpp"
+#include "kelp/core.h"
+
+namespace {
+
+const kelp_object_header *header_of(const void *object) {
+  return static_cast<const kelp_object_header *>(object);
+}
+
+void count(kelp_handle *handle, uint32_t space_id, const kelp_type_record *record,
+           uint64_t *counter) {
+  handle->counter_notify(handle->obj_pool, counter, 1, space_id);
+  if (record->plain_counters != 0) {
+    ++*counter;
+  } else {
+    __atomic_fetch_add(counter, 1, __ATOMIC_RELAXED);
+  }
+}
+
+}  // namespace
+
+extern "C" int8_t kelp_get_instance_variant(const void *object, int32_t, int32_t) {
+  return object == nullptr ? int8_t{0} : header_of(object)->variant;
+}
+
+extern "C" uint8_t kelp_get_instance_obj_flag(const void *object, int32_t, int32_t) {
+  return object == nullptr ? uint8_t{0} : header_of(object)->obj_flags;
+}
+
+extern "C" kelp_type_record **kelp_get_manifested_type_info_ptr_mem(void *object) {
+  auto *header = static_cast<kelp_object_header *>(object);
+  if ((header->obj_flags & OBJ_TINFO_BLOCK) == 0 || header->tinfo == nullptr) return &header->tinfo;
+  void *block = header->tinfo;
+  return &static_cast<kelp_tinfo_block *>(block)->tinfo;
+}
+
+extern "C" kelp_type_record *kelp_get_manifested_type_info(const void *object) {
+  if (object == nullptr) return nullptr;
+  return *kelp_get_manifested_type_info_ptr_mem(const_cast<void *>(object));
+}
+
+extern "C" const uint8_t *kelp_get_luid(kelp_handle *handle, uint32_t space_id, const void *object,
+                                        uint32_t *err) {
+  (void)space_id;
+  if (kelp::is_set(err)) return nullptr;
+  const kelp_type_record *record = kelp_get_manifested_type_info(object);
+  if (record == nullptr) {
+    kelp::raise(handle, err, KELP_ERR_INVALID);
+    return nullptr;
+  }
+  return record->md5;
+}
+
+extern "C" uint32_t kelplib_validate_object_flags(const void *object, int32_t refuse_embedded,
+                                                  int32_t refuse_nested) {
+  if (object == nullptr) return KELP_ERR_INVALID;
+  const uint8_t flags = header_of(object)->obj_flags;
+  const bool refused = (refuse_embedded != 0 && (flags & OBJ_EMBEDDED) != 0) ||
+                       (refuse_nested != 0 && (flags & OBJ_NESTED) != 0);
+  return refused ? KELP_ERR_PERMISSION : 0;
+}
+
+extern "C" void kelplib_type_stats_create_object(kelp_handle *handle, uint32_t space_id,
+                                                 const kelp_type_record *record,
+                                                 uint64_t *create_count, uint32_t *err) {
+  if (kelp::is_set(err)) return;
+  if (record == nullptr || create_count == nullptr) {
+    kelp::raise(handle, err, KELP_ERR_INVALID);
+    return;
+  }
+  count(handle, space_id, record, create_count);
+}
+
+extern "C" void kelplib_type_stats_destroy_object(kelp_handle *handle, uint32_t space_id,
+                                                  const kelp_type_record *record,
+                                                  uint64_t *create_count, uint32_t *err) {
+  if (kelp::is_set(err)) return;
+  if (record == nullptr || create_count == nullptr) {
+    kelp::raise(handle, err, KELP_ERR_INVALID);
+    return;
+  }
+  constexpr std::size_t kApart = offsetof(kelp_variant_entry, destroy_count) -
+                                 offsetof(kelp_variant_entry, create_count);
+  count(handle, space_id, record, create_count + kApart / sizeof(uint64_t));
+}
+
+extern "C" uint8_t kelplib_type_header_get_state_tracking_flag(const void *image) {
+  if (image == nullptr) return 0;
+  constexpr std::size_t kFlagOffset = 1;
+  return (static_cast<const uint8_t *>(image)[kFlagOffset] & OBJ_STATE_TRACKED) != 0 ? 1 : 0;
+}

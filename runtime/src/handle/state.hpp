@@ -1,0 +1,33 @@
+// A handle with all that the runtime keeps for it. kelp_handle_create makes it and
+// kelp_handle_destroy ends it; the public handle is its first member and points back at it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "handle/domain.hpp"
+#include "kelp/embed.h"
+#include "store/pool.hpp"
+
+struct kelp_handle_state {
+  kelp_handle handle = {};
+  kelp_database *database = nullptr;
+  kelp::Pool pool;
+  kelp::Domain domain;
+  kelp_sttr sttr = {};
+  std::uint32_t last_error = 0;
+  std::int32_t tenant = KELP_TENANT_UNCHANGED;
+  std::unique_ptr<std::byte[]> work_space;  // made when first asked for
+  std::uint32_t work_space_size = 0;
+};
+
+namespace kelp {
+
+// Announces a store into an object's own bytes through the handle's hook.
+inline void announce(kelp_handle *handle, const void *address, std::size_t length,
+                     std::uint32_t space_id) {
+  handle->write_notify(handle->obj_pool, address, length, space_id);
+}
+
+}  // namespace kelp

@@ -1,0 +1,101 @@
+// The type table, and the runtime's side of registering type records.
+#include "handle/type_table.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+#include "database/database.hpp"
+#include "handle/failure.hpp"
+#include "handle/state.hpp"
+
+namespace kelp {
+
+void TypeTable::insert(const char *key, kelp_type_record_copy *copy) {
+  const std::lock_guard lock(mutex_);
+  copies_[key] = copy;
+  by_record_.clear();
+}
+
+kelp_type_record_copy *TypeTable::find(const char *key) const {
+  const std::lock_guard lock(mutex_);
+  const auto found = copies_.find(key);
+  return found == copies_.end() ? nullptr : found->second;
+}
+
+kelp_type_record_copy *TypeTable::find(const kelp_type_record *record) {
+  const std::lock_guard lock(mutex_);
+  // A library that was unloaded may have left its address to another one's record.
+  const auto known = by_record_.find(record);
+  if (known != by_record_.end() &&
+      std::memcmp(known->second->record.md5, record->md5, sizeof record->md5) == 0) {
+    return known->second;
+  }
+  const auto found = copies_.find(record->md5_text);
+  if (found == copies_.end()) return nullptr;
+  by_record_[record] = found->second;
+  return found->second;
+}
+
+}  // namespace kelp
+
+extern "C" kelp_type_record *kelp_type_info_ptr_get(kelp_handle *handle, uint32_t space_id,
+                                                    kelp_type_record *static_record,
+                                                    kelp_typeinfo_initializer initialize) {
+  if (handle == nullptr || static_record == nullptr || handle->shared_tinfo == 0) {
+    return static_record;
+  }
+  kelp::TypeTable &types = handle->state->database->types;
+  kelp_type_record_copy *copy = nullptr;
+  uint32_t code = 0;
+  const bool done = kelp::without_exceptions([&] {
+    copy = types.find(static_record);
+    if (copy != nullptr || initialize == nullptr) return;
+    initialize(handle, space_id, &code);
+    copy = types.find(static_record);
+  });
+  if (copy != nullptr) return &copy->record;
+  if (!done) code = KELP_ERR_NO_MEMORY;
+  kelp_store_err(handle, code == 0 ? static_cast<uint32_t>(KELP_ERR_NOT_FOUND) : code);
+  return static_record;
+}
+
+extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
+                                         kelp_type_record_copy *copy,
+                                         const kelp_type_record *static_record, uint32_t is_new) {
+  (void)space_id;
+  if (handle == nullptr || copy == nullptr || static_record == nullptr ||
+      static_record->varinfo == nullptr) {
+    return;
+  }
+  const kelp_variant_info &wanted = *static_record->varinfo;
+  const std::size_t count =
+      static_cast<std::size_t>(std::max<int8_t>(wanted.n_variants, int8_t{0}));
+  kelp_variant_info *kept = is_new != 0 ? nullptr : copy->record.varinfo;
+  // The copy starts with the static record's own variant info, which is not the copy's to change.
+  if (kept == static_record->varinfo) kept = nullptr;
+
+  if (kept == nullptr || kept->n_variants < wanted.n_variants) {
+    kelp::Arena &memory = handle->state->database->system;
+    auto *info = static_cast<kelp_variant_info *>(
+        memory.allocate(sizeof(kelp_variant_info) + count * sizeof(kelp_variant_entry)));
+    if (info == nullptr) {
+      kelp_store_err(handle, KELP_ERR_NO_MEMORY);
+      return;
+    }
+    auto *entries = reinterpret_cast<kelp_variant_entry *>(info + 1);
+    info->n_variants = wanted.n_variants;
+    info->entries = entries;
+    for (std::size_t i = 0; i < count; ++i) {
+      const bool has_counts = kept != nullptr && i < static_cast<std::size_t>(kept->n_variants);
+      entries[i] = has_counts ? kept->entries[i] : kelp_variant_entry{};
+    }
+    // Objects may still be counted in the old entries, so these stay until the database closes.
+    copy->record.varinfo = info;
+    kept = info;
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    kept->entries[i].variant_id = wanted.entries[i].variant_id;
+    kept->entries[i].used_length = wanted.entries[i].used_length;
+    kept->entries[i].alloc_slop = wanted.entries[i].alloc_slop;
+  }
+}

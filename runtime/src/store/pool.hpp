@@ -1,0 +1,40 @@
+// What obj_pool and type_pool point at: the way from a hook's first argument to the database, and
+// the place where the writes announced through one handle are counted and shown to an observer.
+//
+// Hooks may be given pools that are not the runtime's (a program may put its own hooks into a
+// handle); pool_of tells them apart by the first word.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "kelp/embed.h"
+
+namespace kelp {
+
+struct Pool {
+  static constexpr std::uint64_t kMagic = UINT64_C(0x6c6f6f70706c656b);  // "kelppool"
+
+  std::uint64_t magic = kMagic;
+  kelp_database *database = nullptr;
+  kelp_write_observer observer = nullptr;
+  void *observer_context = nullptr;
+  std::uint64_t counts[4] = {};
+
+  void announce(const void *address, std::size_t length, std::uint32_t space_id,
+                kelp_write_origin origin) {
+    ++counts[origin];
+    if (observer != nullptr) observer(observer_context, address, length, space_id, origin);
+  }
+};
+
+// The pool, or null for a pointer to something else.
+inline Pool *pool_of(void *pointer) {
+  if (pointer == nullptr) return nullptr;
+  std::uint64_t magic;
+  std::memcpy(&magic, pointer, sizeof magic);
+  return magic == Pool::kMagic ? static_cast<Pool *>(pointer) : nullptr;
+}
+
+}  // namespace kelp

@@ -1,0 +1,23 @@
+/* Comments and CDATA sections split a text into several nodes; they are put together again here. */
+#include "element_text.hpp"
+
+namespace kelp {
+
+ElementText::ElementText(pugi::xml_node element) {
+  bool several = false;
+  for (const pugi::xml_node node : element.children()) {
+    if (node.type() != pugi::node_pcdata && node.type() != pugi::node_cdata) continue;
+    if (several) {
+      joined_ += node.value();
+      view_ = joined_;
+    } else if (view_.empty()) {
+      view_ = node.value();
+    } else {
+      several = true;
+      joined_ = std::string(view_) + node.value();
+      view_ = joined_;
+    }
+  }
+}
+
+}  // namespace kelp

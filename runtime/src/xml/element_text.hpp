@@ -1,0 +1,28 @@
+/* The text of an element: its own character data in order, without that of its children. */
+#ifndef KELP_XML_ELEMENT_TEXT_HPP
+#define KELP_XML_ELEMENT_TEXT_HPP
+
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+
+namespace kelp {
+
+/* Valid as long as it and its document are. Nearly every element has its text in one piece, which is
+ * then not copied; joining several pieces may throw std::bad_alloc. */
+class ElementText {
+ public:
+  explicit ElementText(pugi::xml_node element);
+  ElementText(const ElementText &) = delete;
+  ElementText &operator=(const ElementText &) = delete;
+
+  std::string_view view() const { return view_; }
+
+ private:
+  std::string joined_;
+  std::string_view view_;
+};
+
+}  // namespace kelp
+
+#endif

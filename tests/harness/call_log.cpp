@@ -1,0 +1,103 @@
+// Platform functions stand here under their own names, so that calls of the system's library come
+// by: each is noted while a log lives, and goes on to the real one.
+#include <dlfcn.h>
+#include <kelp/database.h>
+#include <kelp/hash.h>
+#include <kelp/oid.h>
+#include <kelp/primitives.h>
+#include <kelp/text.h>
+#include <kelp/tree.h>
+#include <kelp/wire.h>
+#include <kelp/xml.h>
+
+#include <algorithm>
+
+#include "harness/harness.hpp"
+
+namespace harness {
+
+namespace {
+
+std::vector<std::string> *noted = nullptr;
+
+void note(const char *name) {
+  if (noted != nullptr) noted->push_back(name);
+}
+
+void *next_symbol(const char *name) { return dlsym(RTLD_NEXT, name); }
+
+// The hooks of the handle that a log watches, as they were.
+kelp_handle hooks;
+
+void *logged_alloc(void *pool, std::uint32_t space_id, std::size_t size) {
+  note("obj_alloc");
+  return hooks.obj_alloc(pool, space_id, size);
+}
+void logged_free(void *pool, std::uint32_t space_id, void *pointer) {
+  note("obj_free");
+  hooks.obj_free(pool, space_id, pointer);
+}
+void logged_write(void *pool, const void *address, std::size_t length, std::uint32_t space_id) {
+  note("write_notify");
+  hooks.write_notify(pool, address, length, space_id);
+}
+void logged_counter(void *pool, const void *address, std::size_t length, std::uint32_t space_id) {
+  note("counter_notify");
+  hooks.counter_notify(pool, address, length, space_id);
+}
+
+std::vector<std::string> &log() {
+  static std::vector<std::string> calls;
+  return calls;
+}
+
+}  // namespace
+
+CallLog::CallLog(kelp_handle *handle) : handle_(handle) {
+  log().clear();
+  noted = &log();
+  if (handle == nullptr) return;
+  hooks = *handle;
+  handle->obj_alloc = logged_alloc;
+  handle->obj_free = logged_free;
+  handle->write_notify = logged_write;
+  handle->counter_notify = logged_counter;
+}
+
+CallLog::~CallLog() {
+  noted = nullptr;
+  if (handle_ == nullptr) return;
+  handle_->obj_alloc = hooks.obj_alloc;
+  handle_->obj_free = hooks.obj_free;
+  handle_->write_notify = hooks.write_notify;
+  handle_->counter_notify = hooks.counter_notify;
+}
+
+const std::vector<std::string> &CallLog::calls() const { return log(); }
+
+std::size_t CallLog::count(const std::string &name) const {
+  return static_cast<std::size_t>(std::count(log().begin(), log().end(), name));
+}
+
+std::vector<std::string> CallLog::only(const std::vector<std::string> &names) const {
+  std::vector<std::string> result;
+  for (const std::string &call : log()) {
+    if (std::find(names.begin(), names.end(), call) != names.end()) result.push_back(call);
+  }
+  return result;
+}
+
+void CallLog::clear() { log().clear(); }
+
+}  // namespace harness
+
+#define HARNESS_INTERPOSE(result, name, parameters, arguments)                                     \
+  result name parameters {                                                                         \
+    static auto *const real = reinterpret_cast<result(*) parameters>(harness::next_symbol(#name)); \
+    harness::note(#name);                                                                          \
+    return real arguments;                                                                         \
+  }
+
+extern "C" {
+#include "harness/interposed.inc"
+}
