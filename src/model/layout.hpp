@@ -86,6 +86,23 @@ constexpr std::uint32_t offset(const Structure &type, const Field &wanted) {
   return 0;
 }
 
+// The counter of an array: the field directly before it.
+constexpr const Field &counter_of(const Structure &type, const Field &array) {
+  const Field *before = &array;
+  for (const Field *field : type.fields) {
+    if (field == &array) break;
+    before = field;
+  }
+  return *before;
+}
+
+// The field of a choice whose value says which arms count.
+constexpr const Field &selector_of(const Structure &choice) {
+  const Field *const *at = choice.fields.data();
+  while ((*at)->kind != Kind::enumeration) ++at;
+  return **at;
+}
+
 // Bytes that the fields of a variant reach, header included.
 constexpr std::uint32_t used_length(const Structure &type, int variant) {
   std::uint32_t at = header_length;

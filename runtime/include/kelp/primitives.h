@@ -488,9 +488,9 @@ enum {
 };
 
 /* Builds an address in the caller's own memory from text: "10.0.0.1", "10.0.0.0/8", "fe80::1%3",
- * "fe80::%3/64"; the zone is a number. All 48 bytes are written, the header as zero, and nothing is
- * announced; ip_address_set then puts it into an object. Returns 0, or 22 with *address unchanged
- * when text is null or no address. */
+ * "fe80::%3/64"; the zone is a number, and the empty text is the unset address. All 48 bytes are
+ * written, the header as zero, and nothing is announced; ip_address_set then puts it into an
+ * object. Returns 0, or 22 with *address unchanged when text is null or no address. */
 KELP_API uint32_t ip_address_parse(const char *text, ip_address *address);
 
 /* Returns the IPv4 address with the 32 bits host_order, most significant octet first, its header

@@ -17,7 +17,7 @@ thread_local std::uint16_t t_tenant = 0;
 }  // namespace
 
 kelp_database *current_database() {
-  return t_database != nullptr && database_is_open(t_database, t_serial) ? t_database : nullptr;
+  return t_database != nullptr && database_is_open(t_serial) ? t_database : nullptr;
 }
 
 void set_current_database(kelp_database *database) {

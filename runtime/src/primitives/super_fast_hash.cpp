@@ -1,43 +1,43 @@
-/* Four bytes at a time as two 16-bit halves, the one to three bytes that are left in a step of their
- * own, then an avalanche that runs for every length, 0 too. Halves are put together byte by byte, so
- * any address alignment and any machine byte order give the same result. */
-#include "super_fast_hash.hpp"
+// Four bytes at a time as two 16-bit halves, the one to three bytes that are left in a step of
+// their own, then an avalanche that runs for every length, 0 too. Halves are put together byte by
+// byte, so any address alignment and any machine byte order give the same result.
+#include "primitives/super_fast_hash.hpp"
 
-#include <kelp/hash.h>
+#include "kelp/hash.h"
 
 namespace kelp {
 namespace {
 
-uint32_t Half(const uint8_t *at) { return at[0] | (uint32_t{at[1]} << 8); }
+uint32_t half(const uint8_t *at) { return at[0] | (uint32_t{at[1]} << 8); }
 
-/* The published text reads the odd byte as a signed char, whatever the compiler's plain char is. */
-uint32_t SignedByte(uint8_t byte) { return static_cast<uint32_t>(static_cast<int8_t>(byte)); }
+// The published text reads the odd byte as a signed char, whatever the compiler's plain char is.
+uint32_t signed_byte(uint8_t byte) { return static_cast<uint32_t>(static_cast<int8_t>(byte)); }
 
 }  // namespace
 
-uint32_t HashBytes(const void *address, uint32_t length, uint32_t seed) {
+uint32_t hash_bytes(const void *address, uint32_t length, uint32_t seed) {
   const auto *at = static_cast<const uint8_t *>(address);
   if (at == nullptr) length = 0;
   uint32_t hash = seed;
   for (uint32_t quads = length / 4; quads > 0; --quads, at += 4) {
-    hash += Half(at);
-    hash = (hash << 16) ^ ((Half(at + 2) << 11) ^ hash);
+    hash += half(at);
+    hash = (hash << 16) ^ ((half(at + 2) << 11) ^ hash);
     hash += hash >> 11;
   }
   switch (length % 4) {
     case 3:
-      hash += Half(at);
+      hash += half(at);
       hash ^= hash << 16;
-      hash ^= SignedByte(at[2]) << 18;
+      hash ^= signed_byte(at[2]) << 18;
       hash += hash >> 11;
       break;
     case 2:
-      hash += Half(at);
+      hash += half(at);
       hash ^= hash << 11;
       hash += hash >> 17;
       break;
     case 1:
-      hash += SignedByte(at[0]);
+      hash += signed_byte(at[0]);
       hash ^= hash << 10;
       hash += hash >> 1;
       break;
@@ -56,5 +56,5 @@ uint32_t HashBytes(const void *address, uint32_t length, uint32_t seed) {
 }  // namespace kelp
 
 uint32_t SuperFastHash(const void *address, uint32_t length, uint32_t seed) {
-  return kelp::HashBytes(address, length, seed);
+  return kelp::hash_bytes(address, length, seed);
 }

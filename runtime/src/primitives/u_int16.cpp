@@ -1,5 +1,5 @@
-/* u_int16: metrics, costs, lengths. No operation makes one that stands alone. */
-#include "unsigned_rule.hpp"
+// u_int16: metrics, costs, lengths. No operation makes one that stands alone.
+#include "primitives/unsigned_rule.hpp"
 
 namespace {
 

@@ -1,6 +1,6 @@
-/* u_int32: identifiers, counters, element counts of arrays, values of enumerations on the wire. */
-#include "own_memory.hpp"
-#include "unsigned_rule.hpp"
+// u_int32: identifiers, counters, element counts of arrays, values of enumerations on the wire.
+#include "primitives/own_memory.hpp"
+#include "primitives/unsigned_rule.hpp"
 
 namespace {
 
@@ -14,7 +14,7 @@ struct U32 : kelp::UnsignedRule<uint32_t> {
 KELP_EXPORT_NUMBER_FAMILY(u_int32, U32)
 
 uint32_t *u_int32_create(kelp_handle *handle, uint32_t space_id) {
-  return kelp::CreateZeroed<uint32_t>({handle, space_id});
+  return kelp::create_zeroed<uint32_t>({handle, space_id});
 }
 
 void u_int32_destroy(kelp_handle *handle, uint32_t space_id, uint32_t *address) {
@@ -23,7 +23,7 @@ void u_int32_destroy(kelp_handle *handle, uint32_t space_id, uint32_t *address) 
 
 void u_int32_destroy_internal(kelp_handle *handle, uint32_t space_id, uint32_t *address,
                               int32_t free_it) {
-  if (free_it != 0) kelp::Destroy({handle, space_id}, address);
+  if (free_it != 0) kelp::destroy({handle, space_id}, address);
 }
 
 size_t u_int32_sizeof(void) { return sizeof(uint32_t); }

@@ -1,6 +1,6 @@
-/* u_int8: octets of undecoded data, priorities, prefix lengths. */
-#include "own_memory.hpp"
-#include "unsigned_rule.hpp"
+// u_int8: octets of undecoded data, priorities, prefix lengths.
+#include "primitives/own_memory.hpp"
+#include "primitives/unsigned_rule.hpp"
 
 namespace {
 
@@ -14,11 +14,11 @@ struct U8 : kelp::UnsignedRule<uint8_t> {
 KELP_EXPORT_NUMBER_FAMILY(u_int8, U8)
 
 uint8_t *u_int8_create(kelp_handle *handle, uint32_t space_id) {
-  return kelp::CreateZeroed<uint8_t>({handle, space_id});
+  return kelp::create_zeroed<uint8_t>({handle, space_id});
 }
 
 void u_int8_destroy(kelp_handle *handle, uint32_t space_id, uint8_t *address) {
-  kelp::Destroy({handle, space_id}, address);
+  kelp::destroy({handle, space_id}, address);
 }
 
 size_t u_int8_sizeof(void) { return sizeof(uint8_t); }

@@ -1,17 +1,17 @@
-/* The exported text writers: modules build the text form of objects from them. They set no error. */
-#include <kelp/text.h>
+// The exported text writers: modules build the text form of objects from them. They set no error.
+#include "kelp/text.h"
 
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 
-#include "writer.hpp"
+#include "text/writer.hpp"
 
 uint32_t kelp_print_space(kelp_handle *, uint32_t, char *buffer, uint32_t count, uint32_t size,
                           uint32_t *err) {
   if (*err != 0) return 0;
   kelp::TextWriter writer(buffer, size);
-  writer.Blanks(count);
+  writer.put_blanks(count);
   return writer.used();
 }
 

@@ -1,20 +1,20 @@
-/* Every byte of readable text that the runtime writes passes through Text or Blanks, where the space
- * ends it. */
-#include "writer.hpp"
+// Every byte of readable text that the runtime writes passes through put or put_blanks, where the
+// space ends it.
+#include "text/writer.hpp"
 
 #include <algorithm>
 #include <cstring>
 
 namespace kelp {
 
-void TextWriter::Blanks(uint32_t count) {
+void TextWriter::put_blanks(uint32_t count) {
   const uint32_t room = std::min(count, size_ - used_);
   if (room == 0) return;
   std::memset(buffer_ + used_, ' ', room);
   used_ += room;
 }
 
-void TextWriter::Text(std::string_view text) {
+void TextWriter::put(std::string_view text) {
   if (used_ >= size_) return;
   const auto room = static_cast<uint32_t>(std::min<size_t>(text.size(), size_ - used_ - 1));
   if (room > 0) std::memcpy(buffer_ + used_, text.data(), room);
@@ -22,9 +22,9 @@ void TextWriter::Text(std::string_view text) {
   buffer_[used_] = '\0';
 }
 
-void TextWriter::Escaped(std::string_view text) {
+void TextWriter::put_escaped(std::string_view text) {
   static constexpr char kDigits[] = "0123456789abcdef";
-  size_t plain = 0; /* start of the run of bytes that need no escape */
+  size_t plain = 0;  // start of the run of bytes that need no escape
   for (size_t i = 0; i < text.size() && used_ + 1 < size_; ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     char escape[4] = {'\\', 0, 0, 0};
@@ -50,19 +50,19 @@ void TextWriter::Escaped(std::string_view text) {
         length = 4;
         break;
     }
-    Text(text.substr(plain, i - plain));
-    Text({escape, length});
+    put(text.substr(plain, i - plain));
+    put({escape, length});
     plain = i + 1;
   }
-  Text(text.substr(plain));
+  put(text.substr(plain));
 }
 
-void OpenLine(TextWriter &writer, uint32_t indent, const char *label, std::string_view type) {
-  writer.Blanks(indent);
-  writer.Text(label == nullptr ? std::string_view() : std::string_view(label));
-  writer.Text("@");
-  writer.Text(type);
-  writer.Text(":");
+void open_line(TextWriter &writer, uint32_t indent, const char *label, std::string_view type) {
+  writer.put_blanks(indent);
+  writer.put(label == nullptr ? std::string_view() : std::string_view(label));
+  writer.put("@");
+  writer.put(type);
+  writer.put(":");
 }
 
 }  // namespace kelp

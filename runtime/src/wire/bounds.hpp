@@ -1,16 +1,15 @@
-/* The test that stands before every piece of an image, read or written: arguments there, and room for
- * the whole piece. The error word's own rule is the caller's, as it differs: pieces of the frame are
- * written under a set word too, and must not replace the first failure then. */
-#ifndef KELP_WIRE_BOUNDS_HPP
-#define KELP_WIRE_BOUNDS_HPP
+// The test that stands before every piece of an image, read or written: arguments there, and room
+// for the whole piece. The error word's own rule is the caller's, as it differs: pieces of the
+// frame are written under a set word too, and must not replace the first failure then.
+#pragma once
 
-#include "../primitives/failure.hpp"
+#include "handle/failure.hpp"
 
 namespace kelp {
 
-/* False with 22 or 90 in the error word, unless that holds an earlier failure already. */
-inline bool PieceFits(kelp_handle *handle, const void *buffer, const void *item, uint64_t needed,
-                      int32_t length, uint32_t *err) {
+// False with 22 or 90 in the error word, unless that holds an earlier failure already.
+inline bool piece_fits(kelp_handle *handle, const void *buffer, const void *item, uint64_t needed,
+                       int32_t length, uint32_t *err) {
   uint32_t code = 0;
   if (buffer == nullptr || item == nullptr) {
     code = KELP_ERR_INVALID;
@@ -18,10 +17,8 @@ inline bool PieceFits(kelp_handle *handle, const void *buffer, const void *item,
     code = KELP_ERR_NO_ROOM;
   }
   if (code == 0) return true;
-  if (*err == 0) Fail(handle, err, code);
+  if (*err == 0) raise(handle, err, code);
   return false;
 }
 
 }  // namespace kelp
-
-#endif

@@ -1,7 +1,6 @@
-/* Numbers in network byte order at any address. Every multi-byte number of an image goes through
- * these two. */
-#ifndef KELP_WIRE_BYTE_ORDER_HPP
-#define KELP_WIRE_BYTE_ORDER_HPP
+// Numbers in network byte order at any address. Every multi-byte number of an image goes through
+// these two.
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +8,7 @@
 namespace kelp {
 
 template <class T>
-void StoreBigEndian(uint8_t *at, T value) {
+void store_big_endian(uint8_t *at, T value) {
   for (size_t i = sizeof(T); i-- > 0;) {
     at[i] = static_cast<uint8_t>(value);
     if constexpr (sizeof(T) > 1) value = static_cast<T>(value >> 8);
@@ -17,7 +16,7 @@ void StoreBigEndian(uint8_t *at, T value) {
 }
 
 template <class T>
-T LoadBigEndian(const uint8_t *at) {
+T load_big_endian(const uint8_t *at) {
   T value = 0;
   for (size_t i = 0; i < sizeof(T); ++i) {
     if constexpr (sizeof(T) > 1) value = static_cast<T>(value << 8);
@@ -27,5 +26,3 @@ T LoadBigEndian(const uint8_t *at) {
 }
 
 }  // namespace kelp
-
-#endif

@@ -1,30 +1,29 @@
-/* The frame of a marshalled object: variant byte, flag byte, ra-data block and jump word. Writers of
- * objects call these around the values.
- *
- * The four marshal operations ignore a set error word and write when there is room: a writer that has
- * failed in the middle still patches its jump word, and one that lowers a variant (which sets the
- * word) still writes its frame. */
-#include <kelp/wire.h>
-
-#include "bounds.hpp"
-#include "byte_order.hpp"
+// The frame of a marshalled object: variant byte, flag byte, ra-data block and jump word. Writers
+// of objects call these around the values.
+//
+// The four marshal operations ignore a set error word and write when there is room: a writer that
+// has failed in the middle still patches its jump word, and one that lowers a variant (which sets
+// the word) still writes its frame.
+#include "kelp/wire.h"
+#include "wire/bounds.hpp"
+#include "wire/byte_order.hpp"
 
 namespace kelp {
 namespace {
 
 template <class T>
-uint32_t WritePiece(kelp_handle *handle, void *buffer, const T *item, int32_t remaining,
-                    uint32_t *err) {
-  if (!PieceFits(handle, buffer, item, sizeof(T), remaining, err)) return 0;
-  StoreBigEndian(static_cast<uint8_t *>(buffer), *item);
+uint32_t write_piece(kelp_handle *handle, void *buffer, const T *item, int32_t remaining,
+                     uint32_t *err) {
+  if (!piece_fits(handle, buffer, item, sizeof(T), remaining, err)) return 0;
+  store_big_endian(static_cast<uint8_t *>(buffer), *item);
   return sizeof(T);
 }
 
 template <class T>
-uint32_t ReadPiece(kelp_handle *handle, const void *buffer, T *item, int32_t remaining,
-                   uint32_t *err) {
-  if (*err != 0 || !PieceFits(handle, buffer, item, sizeof(T), remaining, err)) return 0;
-  *item = LoadBigEndian<T>(static_cast<const uint8_t *>(buffer));
+uint32_t read_piece(kelp_handle *handle, const void *buffer, T *item, int32_t remaining,
+                    uint32_t *err) {
+  if (*err != 0 || !piece_fits(handle, buffer, item, sizeof(T), remaining, err)) return 0;
+  *item = load_big_endian<T>(static_cast<const uint8_t *>(buffer));
   return sizeof(T);
 }
 
@@ -33,31 +32,31 @@ uint32_t ReadPiece(kelp_handle *handle, const void *buffer, T *item, int32_t rem
 
 uint32_t _kelp_instance_variant_marshal(kelp_handle *handle, uint32_t, void *buffer,
                                         const int8_t *variant, int32_t remaining, uint32_t *err) {
-  return kelp::WritePiece(handle, buffer, variant, remaining, err);
+  return kelp::write_piece(handle, buffer, variant, remaining, err);
 }
 
 uint32_t _kelp_instance_variant_unmarshal(kelp_handle *handle, uint32_t, const void *buffer,
                                           int8_t *variant, int32_t remaining, uint32_t *err) {
-  return kelp::ReadPiece(handle, buffer, variant, remaining, err);
+  return kelp::read_piece(handle, buffer, variant, remaining, err);
 }
 
 uint32_t _kelp_instance_obj_flag_marshal(kelp_handle *handle, uint32_t, void *buffer,
                                          const uint8_t *flags, int32_t remaining, uint32_t *err) {
-  return kelp::WritePiece(handle, buffer, flags, remaining, err);
+  return kelp::write_piece(handle, buffer, flags, remaining, err);
 }
 
 uint32_t _kelp_instance_obj_flag_unmarshal(kelp_handle *handle, uint32_t, const void *buffer,
                                            uint8_t *flags, int32_t remaining, uint32_t *err) {
-  return kelp::ReadPiece(handle, buffer, flags, remaining, err);
+  return kelp::read_piece(handle, buffer, flags, remaining, err);
 }
 
 uint32_t _kelp_instance_ra_data_marshal(kelp_handle *handle, uint32_t, void *buffer,
                                         const uint64_t *word, const uint8_t *byte,
                                         int32_t remaining, uint32_t *err) {
   const void *items = byte == nullptr ? nullptr : static_cast<const void *>(word);
-  if (!kelp::PieceFits(handle, buffer, items, KELP_WIRE_RA_DATA_SIZE, remaining, err)) return 0;
+  if (!kelp::piece_fits(handle, buffer, items, KELP_WIRE_RA_DATA_SIZE, remaining, err)) return 0;
   auto *at = static_cast<uint8_t *>(buffer);
-  kelp::StoreBigEndian(at, *word);
+  kelp::store_big_endian(at, *word);
   at[sizeof *word] = *byte;
   return KELP_WIRE_RA_DATA_SIZE;
 }
@@ -67,9 +66,9 @@ uint32_t _kelp_instance_ra_data_unmarshal(kelp_handle *handle, uint32_t, const v
                                           uint32_t *err) {
   if (*err != 0) return 0;
   const void *items = byte == nullptr ? nullptr : static_cast<const void *>(word);
-  if (!kelp::PieceFits(handle, buffer, items, KELP_WIRE_RA_DATA_SIZE, remaining, err)) return 0;
+  if (!kelp::piece_fits(handle, buffer, items, KELP_WIRE_RA_DATA_SIZE, remaining, err)) return 0;
   const auto *at = static_cast<const uint8_t *>(buffer);
-  *word = kelp::LoadBigEndian<uint64_t>(at);
+  *word = kelp::load_big_endian<uint64_t>(at);
   *byte = at[sizeof *word];
   return KELP_WIRE_RA_DATA_SIZE;
 }
@@ -77,7 +76,7 @@ uint32_t _kelp_instance_ra_data_unmarshal(kelp_handle *handle, uint32_t, const v
 uint32_t _kelp_variant_jump_marshal(kelp_handle *handle, uint32_t, void *buffer,
                                     const int32_t *jump, int32_t remaining, uint32_t *err) {
   const auto *word = reinterpret_cast<const uint32_t *>(jump);
-  return kelp::WritePiece(handle, buffer, word, remaining, err);
+  return kelp::write_piece(handle, buffer, word, remaining, err);
 }
 
 uint32_t _kelp_variant_jump_unmarshal(kelp_handle *handle, uint32_t, const void *buffer,
@@ -85,12 +84,12 @@ uint32_t _kelp_variant_jump_unmarshal(kelp_handle *handle, uint32_t, const void 
   uint32_t word = 0;
   const void *destination = jump;
   if (jump != nullptr) *jump = 0;
-  if (*err != 0 || !kelp::PieceFits(handle, buffer, destination, sizeof word, remaining, err)) {
+  if (*err != 0 || !kelp::piece_fits(handle, buffer, destination, sizeof word, remaining, err)) {
     return 0;
   }
-  word = kelp::LoadBigEndian<uint32_t>(static_cast<const uint8_t *>(buffer));
-  /* A reader goes on at the word's own place plus the word, untested: it must lie in the buffer. */
-  if (!kelp::PieceFits(handle, buffer, destination, word, remaining, err)) return 0;
+  word = kelp::load_big_endian<uint32_t>(static_cast<const uint8_t *>(buffer));
+  // A reader goes on at the word's own place plus the word, untested: it must lie in the buffer.
+  if (!kelp::piece_fits(handle, buffer, destination, word, remaining, err)) return 0;
   *jump = static_cast<int32_t>(word);
   return sizeof word;
 }

@@ -1,12 +1,11 @@
-/* The message header in front of a record's image: the 16 bytes of its record in network order, then
- * 11 bytes of zero that fill the 27. It checks nothing of what it reads: what a marker or a length is
- * worth is for whoever takes in the image. */
-#include <kelp/wire.h>
-
+// The message header in front of a record's image: the 16 bytes of its record in network order,
+// then 11 bytes of zero that fill the 27. It checks nothing of what it reads: what a marker or a
+// length is worth is for whoever takes in the image.
 #include <cstring>
 
-#include "bounds.hpp"
-#include "byte_order.hpp"
+#include "kelp/wire.h"
+#include "wire/bounds.hpp"
+#include "wire/byte_order.hpp"
 
 static_assert(sizeof(kelp_message_header_record) == 16);
 
@@ -24,13 +23,13 @@ uint32_t _kelp_message_header_marshal(kelp_handle *handle, uint32_t, void *buffe
                                       const kelp_message_header_record *record, int32_t remaining,
                                       uint32_t *err) {
   constexpr uint32_t kSize = KELP_WIRE_MESSAGE_HEADER_SIZE;
-  if (*err != 0 || !kelp::PieceFits(handle, buffer, record, kSize, remaining, err)) return 0;
+  if (*err != 0 || !kelp::piece_fits(handle, buffer, record, kSize, remaining, err)) return 0;
   auto *at = static_cast<uint8_t *>(buffer);
   at[0] = record->marker;
   std::memcpy(at + kReservedAt, record->reserved, sizeof record->reserved);
   at[kTrackingAt] = record->tracking;
-  kelp::StoreBigEndian(at + kHandleWordAt, record->handle_word);
-  kelp::StoreBigEndian(at + kLengthAt, record->length);
+  kelp::store_big_endian(at + kHandleWordAt, record->handle_word);
+  kelp::store_big_endian(at + kLengthAt, record->length);
   std::memset(at + kFillAt, 0, kSize - kFillAt);
   return kSize;
 }
@@ -39,12 +38,12 @@ uint32_t _kelp_message_header_unmarshal(kelp_handle *handle, uint32_t, const voi
                                         kelp_message_header_record *record, int32_t remaining,
                                         uint32_t *err) {
   constexpr uint32_t kSize = KELP_WIRE_MESSAGE_HEADER_SIZE;
-  if (*err != 0 || !kelp::PieceFits(handle, buffer, record, kSize, remaining, err)) return 0;
+  if (*err != 0 || !kelp::piece_fits(handle, buffer, record, kSize, remaining, err)) return 0;
   const auto *at = static_cast<const uint8_t *>(buffer);
   record->marker = at[0];
   std::memcpy(record->reserved, at + kReservedAt, sizeof record->reserved);
   record->tracking = at[kTrackingAt];
-  record->handle_word = kelp::LoadBigEndian<uint32_t>(at + kHandleWordAt);
-  record->length = kelp::LoadBigEndian<uint32_t>(at + kLengthAt);
+  record->handle_word = kelp::load_big_endian<uint32_t>(at + kHandleWordAt);
+  record->length = kelp::load_big_endian<uint32_t>(at + kLengthAt);
   return kSize;
 }

@@ -1,12 +1,11 @@
-/* The image of an OID: its handle word in network order, then its id and source as they are. Readers
- * and writers of by-reference fields call these; no reference is counted here. */
-#include <kelp/wire.h>
-
+// The image of an OID: its handle word in network order, then its id and source as they are.
+// Readers and writers of by-reference fields call these; no reference is counted here.
 #include <cstring>
 
-#include "../primitives/announce.hpp"
-#include "bounds.hpp"
-#include "byte_order.hpp"
+#include "kelp/wire.h"
+#include "primitives/announce.hpp"
+#include "wire/bounds.hpp"
+#include "wire/byte_order.hpp"
 
 namespace {
 
@@ -19,9 +18,10 @@ uint32_t kelplib_oid_len(kelp_handle *, uint32_t, const kelp_oid *) { return KEL
 
 uint32_t kelplib_oid_marshal(kelp_handle *handle, uint32_t, void *buffer, const kelp_oid *oid,
                              int32_t length, uint32_t *err) {
-  if (*err != 0 || !kelp::PieceFits(handle, buffer, oid, KELP_WIRE_OID_SIZE, length, err)) return 0;
+  if (*err != 0 || !kelp::piece_fits(handle, buffer, oid, KELP_WIRE_OID_SIZE, length, err))
+    return 0;
   auto *at = static_cast<uint8_t *>(buffer);
-  kelp::StoreBigEndian(at, oid->handle_word);
+  kelp::store_big_endian(at, oid->handle_word);
   std::memcpy(at + kIdAt, oid->id, sizeof oid->id);
   std::memcpy(at + kSourceAt, oid->source, sizeof oid->source);
   return KELP_WIRE_OID_SIZE;
@@ -29,10 +29,11 @@ uint32_t kelplib_oid_marshal(kelp_handle *handle, uint32_t, void *buffer, const 
 
 uint32_t kelplib_oid_unmarshal(kelp_handle *handle, uint32_t space_id, const void *buffer,
                                kelp_oid *oid, int32_t length, uint32_t, uint32_t *err) {
-  if (*err != 0 || !kelp::PieceFits(handle, buffer, oid, KELP_WIRE_OID_SIZE, length, err)) return 0;
+  if (*err != 0 || !kelp::piece_fits(handle, buffer, oid, KELP_WIRE_OID_SIZE, length, err))
+    return 0;
   const auto *at = static_cast<const uint8_t *>(buffer);
-  kelp::Writer{handle, space_id}.Announce(oid, sizeof *oid);
-  oid->handle_word = kelp::LoadBigEndian<uint64_t>(at);
+  kelp::Writer{handle, space_id}.announce(oid, sizeof *oid);
+  oid->handle_word = kelp::load_big_endian<uint64_t>(at);
   std::memcpy(oid->id, at + kIdAt, sizeof oid->id);
   std::memcpy(oid->source, at + kSourceAt, sizeof oid->source);
   return KELP_WIRE_OID_SIZE;

@@ -1,11 +1,11 @@
-/* A strict UTF-8 reader: shortest forms only. */
-#include "characters.hpp"
+// A strict UTF-8 reader: shortest forms only.
+#include "xml/characters.hpp"
 
 namespace kelp {
 namespace {
 
-/* The bytes of the well-formed character at the start of text, which is not empty; 0 for none. */
-size_t Character(std::string_view text, uint32_t *character) {
+// The bytes of the well-formed character at the start of text, which is not empty; 0 for none.
+size_t take_character(std::string_view text, uint32_t *character) {
   const auto first = static_cast<unsigned char>(text[0]);
   if (first < 0x80) {
     *character = first;
@@ -36,18 +36,18 @@ size_t Character(std::string_view text, uint32_t *character) {
 
 }  // namespace
 
-bool XmlHasCharacter(uint32_t character) {
+bool xml_has_character(uint32_t character) {
   if (character < 0x20) return character == '\t' || character == '\n' || character == '\r';
   if (character >= 0xD800 && character <= 0xDFFF) return false;
   return character != 0xFFFE && character != 0xFFFF && character <= 0x10FFFF;
 }
 
-size_t XmlPrefix(std::string_view text) {
+size_t xml_prefix(std::string_view text) {
   size_t at = 0;
   while (at < text.size()) {
     uint32_t character = 0;
-    const size_t length = Character(text.substr(at), &character);
-    if (length == 0 || !XmlHasCharacter(character)) break;
+    const size_t length = take_character(text.substr(at), &character);
+    if (length == 0 || !xml_has_character(character)) break;
     at += length;
   }
   return at;

@@ -1,8 +1,6 @@
-/* Parsing and paths. A path is walked part by part: "//name" through the index of names, then each
- * "/tag" or "/tag[n]" through the index of children. */
-#include "document.hpp"
-
-#include <kelp/xml.h>
+// Parsing and paths. A path is walked part by part: "//name" through the index of names, then each
+// "/tag" or "/tag[n]" through the index of children.
+#include "xml/document.hpp"
 
 #include <algorithm>
 #include <charconv>
@@ -11,7 +9,8 @@
 #include <memory>
 #include <new>
 
-#include "well_formed.hpp"
+#include "kelp/xml.h"
+#include "xml/well_formed.hpp"
 
 namespace kelp {
 
@@ -21,8 +20,8 @@ LineMap::LineMap(std::string_view text) : starts_{0} {
   }
 }
 
-Position LineMap::At(size_t offset) const {
-  const auto next = std::ranges::upper_bound(starts_, offset);
+Position LineMap::at(size_t offset) const {
+  const auto next = std::upper_bound(starts_.begin(), starts_.end(), offset);
   return {static_cast<size_t>(next - starts_.begin()), offset - *(next - 1) + 1};
 }
 
@@ -30,14 +29,14 @@ namespace {
 
 constexpr std::string_view kNotInNames = "/[]@*()=\"'<>&|,$!+ \t\r\n";
 
-/* One part of a path; index 0 stands for no index. */
+// One part of a path; index 0 stands for no index.
 struct Part {
   std::string_view name;
   uint32_t index = 0;
 };
 
-/* Takes the part off the front of *path, which starts behind its slash. False for another form. */
-bool TakePart(std::string_view *path, Part *part) {
+// Takes the part off the front of *path, which starts behind its slash. False for another form.
+bool take_part(std::string_view *path, Part *part) {
   part->name = path->substr(0, path->find_first_of(kNotInNames));
   part->index = 0;
   path->remove_prefix(part->name.size());
@@ -50,49 +49,49 @@ bool TakePart(std::string_view *path, Part *part) {
   return true;
 }
 
-void Describe(char *message, uint32_t size, const char *what, Position at) {
+void describe(char *message, uint32_t size, const char *what, Position at) {
   if (message == nullptr || size == 0) return;
   std::snprintf(message, size, "XML document: found %s at line %zu, column %zu", what, at.line,
                 at.column);
 }
 
-/* Texts of blanks only are kept where they are all that an element holds. Texts outside the root
- * element become nodes instead of vanishing, so that they can be refused. */
+// Texts of blanks only are kept where they are all that an element holds. Texts outside the root
+// element become nodes instead of vanishing, so that they can be refused.
 constexpr unsigned kParseOptions =
     pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_fragment;
 
-/* Where a node starts: the "<" of an element, whose own offset is that of its name. */
-size_t OffsetOf(pugi::xml_node node) {
+// Where a node starts: the "<" of an element, whose own offset is that of its name.
+size_t offset_of(pugi::xml_node node) {
   const auto offset = static_cast<size_t>(node.offset_debug());
   return node.type() == pugi::node_element ? offset - 1 : offset;
 }
 
-kelp_xml_document *Parse(std::string_view text, char *message, uint32_t size) {
+kelp_xml_document *parse(std::string_view text, char *message, uint32_t size) {
   auto document = std::make_unique<kelp_xml_document>(text);
-  if (const Refusal refused = FindForbidden(text); refused.found != nullptr) {
-    Describe(message, size, refused.found, document->lines.At(refused.offset));
+  if (const Refusal refused = find_forbidden(text); refused.found != nullptr) {
+    describe(message, size, refused.found, document->lines.at(refused.offset));
     return nullptr;
   }
-  const pugi::xml_parse_result result = document->tree.load_buffer(
-      text.data(), text.size(), kParseOptions, pugi::encoding_utf8);
+  const pugi::xml_parse_result result =
+      document->tree.load_buffer(text.data(), text.size(), kParseOptions, pugi::encoding_utf8);
   if (!result) {
-    Describe(message, size, result.description(),
-             document->lines.At(static_cast<size_t>(result.offset)));
+    describe(message, size, result.description(),
+             document->lines.at(static_cast<size_t>(result.offset)));
     return nullptr;
   }
   const pugi::xml_node root = document->tree.first_child();
   if (!root) {
-    Describe(message, size, "no root element", document->lines.At(text.size()));
+    describe(message, size, "no root element", document->lines.at(text.size()));
     return nullptr;
   }
   for (pugi::xml_node node = root; node; node = node.next_sibling()) {
     if (node == root && node.type() == pugi::node_element) continue;
-    Describe(message, size, "something beside the one root element", document->PositionOf(node));
+    describe(message, size, "something beside the one root element", document->position_of(node));
     return nullptr;
   }
   pugi::xml_node too_deep;
-  if (!document->index.Build(document->tree, KELP_XML_MAX_DEPTH, &too_deep)) {
-    Describe(message, size, "an element nested too deep", document->PositionOf(too_deep));
+  if (!document->index.build(document->tree, KELP_XML_MAX_DEPTH, &too_deep)) {
+    describe(message, size, "an element nested too deep", document->position_of(too_deep));
     return nullptr;
   }
   return document.release();
@@ -101,23 +100,24 @@ kelp_xml_document *Parse(std::string_view text, char *message, uint32_t size) {
 }  // namespace
 }  // namespace kelp
 
-kelp::Position kelp_xml_document::PositionOf(pugi::xml_node node) const {
-  return lines.At(kelp::OffsetOf(node));
+kelp::Position kelp_xml_document::position_of(pugi::xml_node node) const {
+  return lines.at(kelp::offset_of(node));
 }
 
-kelp::Found kelp_xml_document::Find(std::string_view path) const {
-  constexpr kelp::Found kBadPath = {KELP_ERR_INVALID, {}, 0};
-  constexpr kelp::Found kMissing = {KELP_ERR_NOT_FOUND, {}, 0};
+kelp::Found kelp_xml_document::find(std::string_view path) const {
+  const kelp::Found kBadPath = {KELP_ERR_INVALID, {}, 0};
+  const kelp::Found kMissing = {KELP_ERR_NOT_FOUND, {}, 0};
   kelp::Part part;
   if (!path.starts_with("//")) return kBadPath;
   path.remove_prefix(2);
-  if (!kelp::TakePart(&path, &part) || part.index != 0) return kBadPath;
-  kelp::ElementIndex::Nodes nodes = index.Named(part.name);
+  if (!kelp::take_part(&path, &part) || part.index != 0) return kBadPath;
+  kelp::ElementIndex::Nodes nodes = index.named(part.name);
   while (!path.empty()) {
+    if (!path.starts_with('/')) return kBadPath;
     path.remove_prefix(1);
-    if (!kelp::TakePart(&path, &part)) return kBadPath;
+    if (!kelp::take_part(&path, &part)) return kBadPath;
     if (nodes.empty()) continue;
-    nodes = index.Children(pugi::xml_node(nodes.front()), part.name);
+    nodes = index.children(pugi::xml_node(nodes.front()), part.name);
     if (part.index == 0) continue;
     nodes = part.index <= nodes.size() ? nodes.subspan(part.index - 1, 1) : nodes.first(0);
   }
@@ -128,7 +128,7 @@ kelp::Found kelp_xml_document::Find(std::string_view path) const {
 kelp_xml_document *kelp_xml_parse(const char *data, size_t length, char *message,
                                   uint32_t message_size) {
   try {
-    return kelp::Parse(data == nullptr ? std::string_view() : std::string_view(data, length),
+    return kelp::parse(data == nullptr ? std::string_view() : std::string_view(data, length),
                        message, message_size);
   } catch (const std::bad_alloc &) {
     if (message != nullptr && message_size > 0) {

@@ -1,39 +1,37 @@
-/* A parsed document and the look-up of one path in it. The exported look-ups and the from_xml
- * operations of the primitives stand on Find; nobody changes a document after Parse. */
-#ifndef KELP_XML_DOCUMENT_HPP
-#define KELP_XML_DOCUMENT_HPP
-
-#include <kelp/base.h>
+// A parsed document and the look-up of one path in it. The exported look-ups and the from_xml
+// operations of the primitives stand on Find; nobody changes a document after Parse.
+#pragma once
 
 #include <pugixml.hpp>
 #include <string_view>
 #include <vector>
 
-#include "element_index.hpp"
+#include "kelp/base.h"
+#include "xml/element_index.hpp"
 
 namespace kelp {
 
-/* Line and column of a byte, both from 1; columns count bytes. */
+// Line and column of a byte, both from 1; columns count bytes.
 struct Position {
   size_t line;
   size_t column;
 };
 
-/* Where the lines of a text start. */
+// Where the lines of a text start.
 class LineMap {
  public:
   explicit LineMap(std::string_view text);
-  Position At(size_t offset) const;
+  Position at(size_t offset) const;
 
  private:
   std::vector<size_t> starts_;
 };
 
-/* What a path leads to. */
+// What a path leads to.
 struct Found {
-  uint32_t code = 0;      /* 0, or 2 for no element, or 22 for a path of another form */
-  pugi::xml_node element; /* the first one, when code is 0 */
-  uint32_t count = 0;     /* how many there are, see xml_get_element_nodecount */
+  uint32_t code = 0;       // 0, or 2 for no element, or 22 for a path of another form
+  pugi::xml_node element;  // the first one, when code is 0
+  uint32_t count = 0;      // how many there are, see xml_get_element_nodecount
 };
 
 }  // namespace kelp
@@ -41,12 +39,10 @@ struct Found {
 struct kelp_xml_document {
   explicit kelp_xml_document(std::string_view text) : lines(text) {}
 
-  kelp::Found Find(std::string_view path) const;
-  kelp::Position PositionOf(pugi::xml_node node) const;
+  kelp::Found find(std::string_view path) const;
+  kelp::Position position_of(pugi::xml_node node) const;
 
   pugi::xml_document tree;
   kelp::LineMap lines;
   kelp::ElementIndex index;
 };
-
-#endif

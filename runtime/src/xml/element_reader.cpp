@@ -1,11 +1,11 @@
-/* Messages quote at most the first bytes of a text, with control characters escaped, so that they stay
- * one short line whatever the document holds. */
-#include "element_reader.hpp"
+// Messages quote at most the first bytes of a text, with control characters escaped, so that they
+// stay one short line whatever the document holds.
+#include "xml/element_reader.hpp"
 
 #include <cstdio>
 
-#include "../text/writer.hpp"
-#include "element_writer.hpp"
+#include "text/writer.hpp"
+#include "xml/element_writer.hpp"
 
 namespace kelp {
 namespace {
@@ -13,21 +13,21 @@ namespace {
 constexpr size_t kQuotedBytes = 40;
 constexpr std::string_view kWhite = " \t\r\n";
 
-bool HasMessage(const XmlSource &source) {
+bool has_message(const XmlSource &source) {
   return source.message != nullptr && source.message_size > 0;
 }
 
 }  // namespace
 
-pugi::xml_node FindElement(const XmlSource &source) {
+pugi::xml_node find_element(const XmlSource &source) {
   if (source.document == nullptr || source.path == nullptr) {
-    Fail(source.handle, source.err, KELP_ERR_INVALID);
+    raise(source.handle, source.err, KELP_ERR_INVALID);
     return {};
   }
-  const Found found = source.document->Find(source.path);
+  const Found found = source.document->find(source.path);
   if (found.code == 0) return found.element;
-  Fail(source.handle, source.err, found.code);
-  if (found.code == KELP_ERR_INVALID && HasMessage(source)) {
+  raise(source.handle, source.err, found.code);
+  if (found.code == KELP_ERR_INVALID && has_message(source)) {
     std::snprintf(source.message, static_cast<size_t>(source.message_size),
                   "%s: found no path that can be read, expected //name, /tag and /tag[n]",
                   source.path);
@@ -35,25 +35,25 @@ pugi::xml_node FindElement(const XmlSource &source) {
   return {};
 }
 
-void RefuseText(const XmlSource &source, pugi::xml_node element, std::string_view text,
-                const char *expected) {
-  Fail(source.handle, source.err, KELP_ERR_INVALID);
-  if (!HasMessage(source)) return;
-  const Position at = source.document->PositionOf(element);
+void refuse_text(const XmlSource &source, pugi::xml_node element, std::string_view text,
+                 const char *expected) {
+  raise(source.handle, source.err, KELP_ERR_INVALID);
+  if (!has_message(source)) return;
+  const Position at = source.document->position_of(element);
   char quoted[4 * kQuotedBytes + 1] = "";
-  TextWriter(quoted, sizeof quoted).Escaped(text.substr(0, kQuotedBytes));
+  TextWriter(quoted, sizeof quoted).put_escaped(text.substr(0, kQuotedBytes));
   std::snprintf(source.message, static_cast<size_t>(source.message_size),
                 "%s: found \"%s\"%s at line %zu, column %zu, expected %s", source.path, quoted,
                 text.size() > kQuotedBytes ? "..." : "", at.line, at.column, expected);
 }
 
-std::string_view Trimmed(std::string_view text) {
+std::string_view trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(kWhite);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kWhite) - first + 1);
 }
 
-bool IsHexadecimal(pugi::xml_node element) {
+bool is_hexadecimal(pugi::xml_node element) {
   return element.attribute(kEncodingAttribute.data()).value() == kHexEncoding;
 }
 

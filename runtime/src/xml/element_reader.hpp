@@ -1,16 +1,15 @@
-/* The reading side of a primitive's from_xml: finds the element, hands its text to the primitive, and
- * says in the message buffer what was wrong with a text or a path. */
-#ifndef KELP_XML_ELEMENT_READER_HPP
-#define KELP_XML_ELEMENT_READER_HPP
+// The reading side of a primitive's from_xml: finds the element, hands its text to the primitive,
+// and says in the message buffer what was wrong with a text or a path.
+#pragma once
 
 #include <string_view>
 
-#include "../primitives/failure.hpp"
-#include "document.hpp"
+#include "handle/failure.hpp"
+#include "xml/document.hpp"
 
 namespace kelp {
 
-/* The arguments that every from_xml has. */
+// The arguments that every from_xml has.
 struct XmlSource {
   kelp_handle *handle;
   const char *path;
@@ -20,19 +19,17 @@ struct XmlSource {
   int32_t message_size;
 };
 
-/* The element at the source's path; null with the error word set when there is none to read. */
-pugi::xml_node FindElement(const XmlSource &source);
+// The element at the source's path; null with the error word set when there is none to read.
+pugi::xml_node find_element(const XmlSource &source);
 
-/* Fails with 22 and a message: what the element holds, where, and what was expected. */
-void RefuseText(const XmlSource &source, pugi::xml_node element, std::string_view text,
-                const char *expected);
+// Fails with 22 and a message: what the element holds, where, and what was expected.
+void refuse_text(const XmlSource &source, pugi::xml_node element, std::string_view text,
+                 const char *expected);
 
-/* The text without the blanks, tabs, newlines and returns around it. */
-std::string_view Trimmed(std::string_view text);
+// The text without the blanks, tabs, newlines and returns around it.
+std::string_view trimmed(std::string_view text);
 
-/* Whether the element's text is in hexadecimal digits. */
-bool IsHexadecimal(pugi::xml_node element);
+// Whether the element's text is in hexadecimal digits.
+bool is_hexadecimal(pugi::xml_node element);
 
 }  // namespace kelp
-
-#endif

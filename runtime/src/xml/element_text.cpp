@@ -1,5 +1,5 @@
-/* Comments and CDATA sections split a text into several nodes; they are put together again here. */
-#include "element_text.hpp"
+// Comments and CDATA sections split a text into several nodes; they are put together again here.
+#include "xml/element_text.hpp"
 
 namespace kelp {
 

@@ -1,6 +1,5 @@
-/* The text of an element: its own character data in order, without that of its children. */
-#ifndef KELP_XML_ELEMENT_TEXT_HPP
-#define KELP_XML_ELEMENT_TEXT_HPP
+// The text of an element: its own character data in order, without that of its children.
+#pragma once
 
 #include <pugixml.hpp>
 #include <string>
@@ -8,8 +7,8 @@
 
 namespace kelp {
 
-/* Valid as long as it and its document are. Nearly every element has its text in one piece, which is
- * then not copied; joining several pieces may throw std::bad_alloc. */
+// Valid as long as it and its document are. Nearly every element has its text in one piece, which
+// is then not copied; joining several pieces may throw std::bad_alloc.
 class ElementText {
  public:
   explicit ElementText(pugi::xml_node element);
@@ -24,5 +23,3 @@ class ElementText {
 };
 
 }  // namespace kelp
-
-#endif

@@ -1,18 +1,17 @@
-/* The exported look-ups, through which modules read enumerations and flag sets and test whether an
- * element is there at all. They have no handle and no error word: the code is the result. */
-#include <kelp/xml.h>
-
+// The exported look-ups, through which modules read enumerations and flag sets and test whether an
+// element is there at all. They have no handle and no error word: the code is the result.
 #include <algorithm>
 #include <cstring>
 #include <new>
 
-#include "document.hpp"
-#include "element_text.hpp"
+#include "kelp/xml.h"
+#include "xml/document.hpp"
+#include "xml/element_text.hpp"
 
 uint32_t xml_get_element_value(kelp_xml_document *document, const char *path, char *value,
                                uint32_t size, uint32_t) {
   if (document == nullptr || path == nullptr) return KELP_ERR_INVALID;
-  const kelp::Found found = document->Find(path);
+  const kelp::Found found = document->find(path);
   if (found.code != 0 || value == nullptr || size == 0) return found.code;
   try {
     const kelp::ElementText text(found.element);
@@ -25,10 +24,9 @@ uint32_t xml_get_element_value(kelp_xml_document *document, const char *path, ch
   }
 }
 
-uint32_t xml_get_element_nodecount(kelp_xml_document *document, const char *path,
-                                   uint32_t *count) {
+uint32_t xml_get_element_nodecount(kelp_xml_document *document, const char *path, uint32_t *count) {
   if (document == nullptr || path == nullptr || count == nullptr) return KELP_ERR_INVALID;
-  const kelp::Found found = document->Find(path);
+  const kelp::Found found = document->find(path);
   if (found.code == KELP_ERR_INVALID) return found.code;
   *count = found.count;
   return 0;

@@ -1,16 +1,16 @@
-/* One pass over the markup. Comments, CDATA sections and processing instructions are stepped over,
- * since nothing in them is a declaration or a reference. */
-#include "well_formed.hpp"
+// One pass over the markup. Comments, CDATA sections and processing instructions are stepped over,
+// since nothing in them is a declaration or a reference.
+#include "xml/well_formed.hpp"
 
 #include <charconv>
 
-#include "characters.hpp"
+#include "xml/characters.hpp"
 
 namespace kelp {
 namespace {
 
-/* Whether name, the text between "&" and ";", refers to a character or one of the five entities. */
-bool IsAllowedReference(std::string_view name) {
+// Whether name, the text between "&" and ";", refers to a character or one of the five entities.
+bool is_allowed_reference(std::string_view name) {
   for (const std::string_view known : {"amp", "lt", "gt", "quot", "apos"}) {
     if (name == known) return true;
   }
@@ -20,21 +20,21 @@ bool IsAllowedReference(std::string_view name) {
   uint32_t character = 0;
   const auto [end, error] =
       std::from_chars(name.data(), name.data() + name.size(), character, hexadecimal ? 16 : 10);
-  return error == std::errc() && end == name.data() + name.size() && XmlHasCharacter(character);
+  return error == std::errc() && end == name.data() + name.size() && xml_has_character(character);
 }
 
-/* The longest reference is a character number; no look further than that keeps the pass linear. */
+// The longest reference is a character number; no look further than that keeps the pass linear.
 constexpr size_t kLongestReference = 16;
 
 }  // namespace
 
-Refusal FindForbidden(std::string_view text) {
+Refusal find_forbidden(std::string_view text) {
   static constexpr struct {
     std::string_view start;
     std::string_view end;
   } kSections[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
 
-  const size_t carried = XmlPrefix(text);
+  const size_t carried = xml_prefix(text);
   if (carried < text.size()) return {"a byte that XML cannot carry", carried};
 
   size_t at = 0;
@@ -42,7 +42,7 @@ Refusal FindForbidden(std::string_view text) {
     const std::string_view rest = text.substr(at);
     if (rest[0] == '&') {
       const size_t end = rest.substr(0, kLongestReference).find(';');
-      if (end == std::string_view::npos || !IsAllowedReference(rest.substr(1, end - 1))) {
+      if (end == std::string_view::npos || !is_allowed_reference(rest.substr(1, end - 1))) {
         return {"a reference to an unknown entity", at};
       }
       at += end;

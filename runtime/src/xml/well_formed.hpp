@@ -1,20 +1,17 @@
-/* What a document must not contain, looked for before it is parsed: bytes that XML cannot carry,
- * document type declarations, and references to anything but a character or XML's own five entities.
- * The parser behind it would pass over these in silence. */
-#ifndef KELP_XML_WELL_FORMED_HPP
-#define KELP_XML_WELL_FORMED_HPP
+// What a document must not contain, looked for before it is parsed: bytes that XML cannot carry,
+// document type declarations, and references to anything but a character or XML's own five
+// entities. The parser behind it would pass over these in silence.
+#pragma once
 
 #include <string_view>
 
 namespace kelp {
 
 struct Refusal {
-  const char *found = nullptr; /* null: nothing was refused */
+  const char *found = nullptr;  // null: nothing was refused
   size_t offset = 0;
 };
 
-Refusal FindForbidden(std::string_view text);
+Refusal find_forbidden(std::string_view text);
 
 }  // namespace kelp
-
-#endif

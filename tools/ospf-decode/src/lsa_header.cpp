@@ -57,8 +57,8 @@ bool lsa_scope_v2(std::uint16_t type, Scope &scope) {
 }
 
 bool lsa_scope_v3(std::uint16_t type, Scope &scope) {
-  // The function codes of RFC 5340, 5187, 5329, 5613's successor RFC 7770 and RFC 8362 are known
-  // whatever their U bit says; another one without it is flooded on its link only.
+  // The function codes that have a definition are known, whatever their U bit says; another one
+  // without the bit is flooded on its link only.
   const std::uint16_t function = type & 0x1fff;
   const bool known = (function >= 1 && function <= 13) || (function >= 33 && function <= 41);
   if ((type & 0x8000) == 0 && !known) {

@@ -1,0 +1,60 @@
+// A database: its memory, and everything that the runtime keeps beside the objects in it.
+//
+// Order of the short locks inside: the memory's first, then that of whatever is told of a freed
+// block. So nothing here may call the object memory while it holds a lock of its own.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "database/fault.hpp"
+#include "database/lock.hpp"
+#include "database/table_state.hpp"
+#include "database/toc.hpp"
+#include "handle/distances.hpp"
+#include "handle/type_table.hpp"
+#include "kelp/embed.h"
+#include "memory/arena.hpp"
+#include "oid/registry.hpp"
+#include "replication/cache.hpp"
+
+struct kelp_database {
+  std::string name;
+  std::uint64_t serial = 0;  // no other database of the process ever has it
+  bool marked_shared = false;
+  bool shared_tinfo = false;
+  kelp::Faults faults;
+
+  // What is told of freed blocks stands before the memory, so that it outlives it.
+  kelp::Distances distances;
+  kelp::OidRegistry oids;
+  kelp::TableOfContents toc;
+  kelp::TableStates tables;
+  kelp::ReplicationCache cache;
+
+  kelp::Arena system;   // type records, the table of contents' roots
+  kelp::Arena objects;  // what modules allocate
+  kelp::TypeTable types;
+
+  std::mutex roots_mutex;
+  kelp_table_list *table_list = nullptr;
+  kelp_toc_root *toc_root = nullptr;
+
+  mutable std::mutex keys_mutex;
+  std::unordered_map<std::string, void *> keys;  // of the store
+
+  kelp::DatabaseLock lock;
+
+  mutable std::mutex handles_mutex;
+  std::vector<kelp_handle *> handles;
+};
+
+namespace kelp {
+
+// Whether the database with this serial is still open.
+bool database_is_open(std::uint64_t serial);
+
+}  // namespace kelp

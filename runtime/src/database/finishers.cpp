@@ -1,0 +1,93 @@
+// Registering and finding the functions that end things.
+#include "database/finishers.hpp"
+
+#include <dlfcn.h>
+
+#include <cstring>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+#include "handle/failure.hpp"
+
+namespace kelp {
+
+namespace {
+
+// One registry for each kind of function; never destroyed.
+template <typename Function>
+struct Registry {
+  std::mutex mutex;
+  std::unordered_map<std::string, Function> functions;
+
+  static Registry &the() {
+    static auto *const registry = new Registry;
+    return *registry;
+  }
+};
+
+template <typename Function>
+std::int32_t enter(const char *name, Function function, const char *caller, kelp_error *error) {
+  if (name == nullptr || *name == '\0') {
+    return fail(error, KELP_ERR_INVALID, "%s: no name, expected a text", caller);
+  }
+  const bool done = without_exceptions([&] {
+    auto &registry = Registry<Function>::the();
+    const std::lock_guard lock(registry.mutex);
+    if (function == nullptr) {
+      registry.functions.erase(name);
+    } else {
+      registry.functions[name] = function;
+    }
+  });
+  return done ? succeed(error) : fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", caller);
+}
+
+// The registered function of the name, else the process's function "<name><suffix>".
+template <typename Function>
+Function find(const char *text, std::size_t size, const char *suffix) {
+  Function found = nullptr;
+  without_exceptions([&] {
+    const std::string name(text, strnlen(text, size));
+    auto &registry = Registry<Function>::the();
+    {
+      const std::lock_guard lock(registry.mutex);
+      const auto place = registry.functions.find(name);
+      if (place != registry.functions.end()) found = place->second;
+    }
+    if (found == nullptr) {
+      found = reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, (name + suffix).c_str()));
+    }
+  });
+  return found;
+}
+
+}  // namespace
+
+const kelp_table_vft *find_vft(kelp_handle *handle, const kelp_type_record *table_type) {
+  if (table_type == nullptr) return nullptr;
+  const auto lookup = find<kelp_vft_lookup>(table_type->module_name,
+                                            sizeof table_type->module_name, "_table_get_vft");
+  if (lookup == nullptr) return nullptr;
+  const kelp_table_vft *vft = nullptr;
+  std::uint32_t err = 0;
+  lookup(handle, KELP_SPACE_RUNTIME, table_type->md5, &vft, &err);
+  return err == 0 ? vft : nullptr;
+}
+
+kelp_object_destroyer find_destroyer(const kelp_type_record *type) {
+  if (type == nullptr) return nullptr;
+  return find<kelp_object_destroyer>(type->type_name, sizeof type->type_name, "_destroy");
+}
+
+}  // namespace kelp
+
+extern "C" int32_t kelp_module_set_vft_lookup(const char *module_name, kelp_vft_lookup lookup,
+                                              kelp_error *error) {
+  return kelp::enter(module_name, lookup, "kelp_module_set_vft_lookup", error);
+}
+
+extern "C" int32_t kelp_type_set_destroyer(const char *type_name, kelp_object_destroyer destroyer,
+                                           kelp_error *error) {
+  return kelp::enter(type_name, destroyer, "kelp_type_set_destroyer", error);
+}

@@ -1,0 +1,209 @@
+// Making and ending handles: the hooks behind a handle's function pointers, its options, its work
+// space and its write observer.
+#include <algorithm>
+#include <memory>
+#include <new>
+
+#include "database/current.hpp"
+#include "database/database.hpp"
+#include "handle/failure.hpp"
+#include "handle/state.hpp"
+#include "kelp/core.h"
+
+namespace kelp {
+
+namespace {
+
+constexpr std::uint32_t kDefaultWorkSpace = 256 * 1024;
+
+void *allocate(Pool *pool, Arena &memory, std::size_t size) {
+  if (pool->database->faults.strikes(KELP_FAULT_ALLOCATION)) {
+    memory.note_refusal(size);
+    return nullptr;
+  }
+  return memory.allocate(size);
+}
+
+void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
+  Pool *pool = pool_of(type_pool);
+  return pool == nullptr ? nullptr : allocate(pool, pool->database->system, size);
+}
+
+void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
+  Pool *pool = pool_of(obj_pool);
+  return pool == nullptr ? nullptr : allocate(pool, pool->database->objects, size);
+}
+
+void obj_free(void *obj_pool, std::uint32_t, void *pointer) {
+  if (pointer == nullptr) return;
+  Pool *pool = pool_of(obj_pool);
+  if (pool == nullptr || !pool->database->objects.free(pointer)) {
+    bassert("obj_free: the pointer is a live block of this database", __FILE__, __LINE__);
+  }
+}
+
+void write_notify(void *obj_pool, const void *address, std::size_t length,
+                  std::uint32_t space_id) {
+  if (Pool *pool = pool_of(obj_pool)) pool->announce(address, length, space_id, KELP_WRITE_MODULE);
+}
+
+void counter_notify(void *obj_pool, const void *address, std::size_t length,
+                    std::uint32_t space_id) {
+  if (Pool *pool = pool_of(obj_pool)) pool->announce(address, length, space_id, KELP_WRITE_COUNTER);
+}
+
+void type_table_insert(void *type_table, std::uint32_t, const char *key,
+                       kelp_type_record_copy *copy) {
+  if (type_table == nullptr || key == nullptr) return;
+  // Without memory the copy is not entered, and kelp_type_info_ptr_get reports that it is missing.
+  without_exceptions([&] { static_cast<TypeTable *>(type_table)->insert(key, copy); });
+}
+
+kelp_type_record_copy *type_table_lookup(void *type_table, std::uint32_t, const char *key) {
+  if (type_table == nullptr || key == nullptr) return nullptr;
+  kelp_type_record_copy *copy = nullptr;
+  without_exceptions([&] { copy = static_cast<const TypeTable *>(type_table)->find(key); });
+  return copy;
+}
+
+void fill_in(kelp_handle_state &state, kelp_database *database,
+             const kelp_handle_options &options) {
+  kelp_handle &handle = state.handle;
+  state.database = database;
+  state.pool.database = database;
+  state.tenant = options.tenant;
+  state.work_space_size = options.work_space_size;
+  handle.type_alloc = type_alloc;
+  handle.obj_alloc = obj_alloc;
+  handle.obj_free = obj_free;
+  handle.write_notify = write_notify;
+  handle.counter_notify = counter_notify;
+  handle.type_table_insert = type_table_insert;
+  handle.type_table_lookup = type_table_lookup;
+  handle.shared_tinfo = database->shared_tinfo ? 1 : 0;
+  handle.obj_pool = &state.pool;
+  handle.type_table = &database->types;
+  handle.type_pool = &state.pool;
+  handle.domain.variants = &state.domain;
+  handle.cr_space_id = options.space_id;
+  if (options.state_tracking != KELP_TRACKING_ABSENT) {
+    state.sttr.sttr_mode =
+        options.state_tracking == KELP_TRACKING_ON ? STTR_MODE_ON : STTR_MODE_OFF;
+    handle.sttr = &state.sttr;
+  }
+  handle.hd_mapped = database->distances.empty() ? 0 : 1;
+  handle.db_name = database->name.c_str();
+  handle.collector_context = options.collector_context;
+  handle.quiet_insert = options.quiet_insert;
+  handle.peer_stamp = options.peer_stamp;
+  handle.state = &state;
+}
+
+// 0 when the options can be followed, else the code that error got.
+std::int32_t check_options(const kelp_handle_options &options, const char *function,
+                           kelp_error *error) {
+  if (options.struct_size != sizeof options) {
+    return fail(error, KELP_ERR_INVALID,
+                "%s: options of %zu bytes, expected %zu; kelp_handle_options_init sets this",
+                function, options.struct_size, sizeof options);
+  }
+  if (options.state_tracking > KELP_TRACKING_OFF) {
+    return fail(error, KELP_ERR_INVALID, "%s: state tracking %u, expected absent, on or off",
+                function, options.state_tracking);
+  }
+  if (options.tenant < KELP_TENANT_UNCHANGED || options.tenant > UINT16_MAX) {
+    return fail(error, KELP_ERR_INVALID,
+                "%s: tenant %d, expected 0 to 65535 or KELP_TENANT_UNCHANGED", function,
+                options.tenant);
+  }
+  return 0;
+}
+
+}  // namespace
+
+}  // namespace kelp
+
+extern "C" void kelp_handle_options_init(kelp_handle_options *options) {
+  if (options == nullptr) return;
+  *options = {};
+  options->struct_size = sizeof *options;
+  options->tenant = KELP_TENANT_UNCHANGED;
+  options->work_space_size = kelp::kDefaultWorkSpace;
+}
+
+extern "C" kelp_handle *kelp_handle_create(kelp_database *database,
+                                           const kelp_handle_options *options, kelp_error *error) {
+  constexpr const char *kFunction = "kelp_handle_create";
+  if (database == nullptr) {
+    kelp::fail(error, KELP_ERR_INVALID, "%s: the database is null", kFunction);
+    return nullptr;
+  }
+  kelp_handle_options defaults;
+  kelp_handle_options_init(&defaults);
+  const kelp_handle_options &wanted = options == nullptr ? defaults : *options;
+  if (kelp::check_options(wanted, kFunction, error) != 0) return nullptr;
+  std::unique_ptr<kelp_handle_state> state;
+  const bool done = kelp::without_exceptions([&] {
+    state = std::make_unique<kelp_handle_state>();
+    kelp::fill_in(*state, database, wanted);
+    const std::lock_guard lock(database->handles_mutex);
+    database->handles.push_back(&state->handle);
+  });
+  if (!done) {
+    kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: database '%s': no memory", kFunction,
+               database->name.c_str());
+    return nullptr;
+  }
+  kelp::set_current_database(database);
+  if (state->tenant >= 0) kelp_tenant_set(static_cast<uint16_t>(state->tenant));
+  kelp::succeed(error);
+  return &state.release()->handle;
+}
+
+extern "C" void kelp_handle_destroy(kelp_handle *handle) {
+  if (handle == nullptr) return;
+  kelp_database *database = handle->state->database;
+  database->lock.give_up(handle);
+  {
+    const std::lock_guard lock(database->handles_mutex);
+    std::erase(database->handles, handle);
+  }
+  delete handle->state;
+}
+
+extern "C" kelp_database *kelp_handle_database(const kelp_handle *handle) {
+  return handle == nullptr ? nullptr : handle->state->database;
+}
+
+extern "C" void kelplib_get_handle_ws(kelp_handle *handle, void **buffer, uint32_t *size,
+                                      uint32_t *err) {
+  if (buffer != nullptr) *buffer = nullptr;
+  if (size != nullptr) *size = 0;
+  if (kelp::is_set(err)) return;
+  if (handle == nullptr || buffer == nullptr || size == nullptr) {
+    kelp::raise(handle, err, KELP_ERR_INVALID);
+    return;
+  }
+  kelp_handle_state &state = *handle->state;
+  if (state.work_space == nullptr) {
+    state.work_space.reset(new (std::nothrow) std::byte[state.work_space_size]);
+    if (state.work_space == nullptr) {
+      kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
+      return;
+    }
+  }
+  *buffer = state.work_space.get();
+  *size = state.work_space_size;
+}
+
+extern "C" void kelp_handle_set_write_observer(kelp_handle *handle, kelp_write_observer observer,
+                                               void *context) {
+  if (handle == nullptr) return;
+  handle->state->pool.observer = observer;
+  handle->state->pool.observer_context = context;
+}
+
+extern "C" uint64_t kelp_handle_write_count(const kelp_handle *handle, uint32_t origin) {
+  if (handle == nullptr || origin > KELP_WRITE_RANGE) return 0;
+  return handle->state->pool.counts[origin];
+}

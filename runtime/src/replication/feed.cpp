@@ -1,0 +1,199 @@
+// The change feed, its cursors, and what modules call to move the write cursor.
+#include "replication/feed.hpp"
+
+#include <algorithm>
+
+#include "database/database.hpp"
+#include "handle/failure.hpp"
+#include "handle/state.hpp"
+
+namespace kelp {
+
+void Feed::note_first(Records::Entries::iterator place) {
+  if (place->second.details.first == 0) place->second.details.first = place->first;
+}
+
+void Feed::change(kelp_table *table, kelp_record *record) {
+  const std::lock_guard lock(mutex_);
+  const auto known = records_.find(record);
+  if (known != records_.end() && known->second.details.destroyed) return;
+  note_first(records_.enter(table, record));
+}
+
+void Feed::destroy(kelp_table *table, kelp_record *record) {
+  const std::lock_guard lock(mutex_);
+  const auto place = records_.enter(table, record);
+  try {
+    pending_.insert(place->first);
+  } catch (...) {
+    if (place->second.details.first == 0) records_.forget(record);
+    throw;
+  }
+  note_first(place);
+  place->second.details.destroyed = true;
+}
+
+void Feed::forget(const kelp_record *record) {
+  const std::lock_guard lock(mutex_);
+  const auto place = records_.find(record);
+  if (place == records_.end()) return;
+  pending_.erase(place->first);
+  records_.forget(record);
+}
+
+void Feed::close() {
+  const std::lock_guard lock(mutex_);
+  records_ = {};
+  pending_.clear();
+}
+
+bool Feed::next(std::uint64_t *position, kelp_feed_change *change) const {
+  const std::lock_guard lock(mutex_);
+  const auto place = records_.after(*position);
+  if (place == records_.entries().end()) return false;
+  const Details &details = place->second.details;
+  change->table = place->second.table;
+  change->record = place->second.record;
+  change->sequence = place->first;
+  if (details.destroyed) {
+    change->kind = KELP_FEED_DESTROYED;
+  } else {
+    change->kind = details.first > *position ? KELP_FEED_INSERTED : KELP_FEED_MODIFIED;
+  }
+  *position = place->first;
+  return true;
+}
+
+void Feed::add(const kelp_feed_cursor *cursor) {
+  const std::lock_guard lock(mutex_);
+  cursors_.push_back(cursor);
+}
+
+void Feed::remove(const kelp_feed_cursor *cursor) {
+  const std::lock_guard lock(mutex_);
+  std::erase(cursors_, cursor);
+}
+
+std::vector<kelp_record *> Feed::take_passed(std::uint32_t *waiting) {
+  const std::lock_guard lock(mutex_);
+  std::uint64_t passed = UINT64_MAX;
+  for (const kelp_feed_cursor *cursor : cursors_) passed = std::min(passed, cursor->position);
+  std::vector<kelp_record *> taken;
+  const auto end = pending_.upper_bound(passed);
+  for (auto sequence = pending_.begin(); sequence != end; ++sequence) {
+    taken.push_back(records_.entries().at(*sequence).record);
+  }
+  pending_.erase(pending_.begin(), end);
+  for (const kelp_record *record : taken) records_.forget(record);
+  *waiting = static_cast<std::uint32_t>(pending_.size());
+  return taken;
+}
+
+namespace {
+
+// Whether the record may enter the table's feed; raises 22 when not.
+bool check_feed(kelp_handle *handle, const kelp_table *table, const kelp_record *record,
+                std::uint32_t *err) {
+  const TableState *state = table == nullptr ? nullptr : TableState::of(table);
+  if (record != nullptr && state != nullptr && state->feed != nullptr) return true;
+  raise(handle, err, KELP_ERR_INVALID);
+  return false;
+}
+
+// Enters a record in its table's feed by one of the feed's functions, and watches its memory.
+bool enter_feed(kelp_handle *handle, kelp_table *table, kelp_record *record,
+                void (Feed::*enter)(kelp_table *, kelp_record *), std::uint32_t *err) {
+  kelp_database &database = *handle->state->database;
+  const std::shared_ptr<Feed> feed = TableState::of(table)->feed;
+  const bool done = without_exceptions([&] {
+    database.tables.note_record(record, feed);
+    (feed.get()->*enter)(table, record);
+  });
+  if (!done) {
+    raise(handle, err, KELP_ERR_NO_MEMORY);
+    return false;
+  }
+  database.objects.watch(record);
+  return true;
+}
+
+}  // namespace
+
+}  // namespace kelp
+
+extern "C" void kelpdb_enq_rec_move_write_cursor_internal(kelp_handle *handle, uint32_t space_id,
+                                                          kelp_table *table, kelp_record *record,
+                                                          uint32_t *err) {
+  (void)space_id;
+  if (kelp::is_set(err) || !kelp::check_feed(handle, table, record, err)) return;
+  kelp::enter_feed(handle, table, record, &kelp::Feed::change, err);
+}
+
+extern "C" void kelpdb_request_record_destroy(kelp_handle *handle, uint32_t space_id,
+                                              kelp_record *record, uint32_t *err) {
+  if (kelp::is_set(err)) return;
+  if (record == nullptr) {
+    kelp::raise(handle, err, KELP_ERR_NOT_FOUND);
+    return;
+  }
+  kelp_table *table = record->record_table;
+  if (!kelp::check_feed(handle, table, record, err)) return;
+  if ((record->rec_flags & REC_PENDING_DESTROY) != 0) return;
+  if (!kelp::enter_feed(handle, table, record, &kelp::Feed::destroy, err)) return;
+  kelp::announce(handle, &record->rec_flags, sizeof record->rec_flags, space_id);
+  record->rec_flags |= REC_PENDING_DESTROY;
+  kelp::announce(handle, &table->pending_destroy_count, sizeof table->pending_destroy_count,
+                 space_id);
+  ++table->pending_destroy_count;
+}
+
+extern "C" int32_t kelp_feed_record_changed(kelp_handle *handle, kelp_table *table,
+                                            kelp_record *record, kelp_error *error) {
+  constexpr const char *kFunction = "kelp_feed_record_changed";
+  if (handle == nullptr) {
+    return kelp::fail(error, KELP_ERR_INVALID, "%s: the handle is null", kFunction);
+  }
+  uint32_t err = 0;
+  kelpdb_enq_rec_move_write_cursor_internal(handle, handle->cr_space_id, table, record, &err);
+  if (err == 0) return kelp::succeed(error);
+  return kelp::fail(error, static_cast<int32_t>(err),
+                    err == KELP_ERR_NO_MEMORY
+                        ? "%s: no memory"
+                        : "%s: expected a record and a table marked for replication",
+                    kFunction);
+}
+
+extern "C" kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_table *table,
+                                                   kelp_error *error) {
+  constexpr const char *kFunction = "kelp_feed_cursor_open";
+  const kelp::TableState *state =
+      handle == nullptr || table == nullptr ? nullptr : kelp::TableState::of(table);
+  if (state == nullptr || state->feed == nullptr) {
+    kelp::fail(error, KELP_ERR_INVALID,
+               "%s: expected a table that kelp_table_enable_cursors has marked", kFunction);
+    return nullptr;
+  }
+  std::unique_ptr<kelp_feed_cursor> cursor;
+  const bool done = kelp::without_exceptions([&] {
+    cursor = std::make_unique<kelp_feed_cursor>();
+    cursor->feed = state->feed;
+    cursor->feed->add(cursor.get());
+  });
+  if (!done) {
+    kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
+    return nullptr;
+  }
+  kelp::succeed(error);
+  return cursor.release();
+}
+
+extern "C" int32_t kelp_feed_cursor_next(kelp_feed_cursor *cursor, kelp_feed_change *change) {
+  if (cursor == nullptr || change == nullptr) return 0;
+  return cursor->feed->next(&cursor->position, change) ? 1 : 0;
+}
+
+extern "C" void kelp_feed_cursor_close(kelp_feed_cursor *cursor) {
+  if (cursor == nullptr) return;
+  cursor->feed->remove(cursor);
+  delete cursor;
+}

@@ -1,0 +1,100 @@
+// The store as modules see it: declaring ranges, keys, and what lies in it. Failures are kept for
+// lumen_perror, by thread.
+#include <cinttypes>
+#include <cstdio>
+#include <mutex>
+
+#include "database/database.hpp"
+#include "handle/failure.hpp"
+#include "store/pool.hpp"
+
+namespace {
+
+thread_local kelp_error t_failure = {};
+
+const char *name_of(const kelp::Pool *pool) { return pool->database->name.c_str(); }
+
+// The pool, or null with the failure noted.
+kelp::Pool *pool_for(void *obj_pool, const char *function) {
+  kelp::Pool *pool = kelp::pool_of(obj_pool);
+  if (pool == nullptr) {
+    kelp::fail(&t_failure, KELP_ERR_INVALID, "%s: %s, expected the obj_pool of a handle", function,
+               obj_pool == nullptr ? "a null pool" : "a pool of something else");
+  }
+  return pool;
+}
+
+bool in_store(const kelp::Pool *pool, const void *address, size_t length) {
+  return pool->database->objects.holds(address, length) ||
+         pool->database->system.holds(address, length);
+}
+
+}  // namespace
+
+extern "C" uint32_t lumen_set_range(void *obj_pool, const void *address, size_t length,
+                                    uint32_t space_id) {
+  kelp::Pool *pool = pool_for(obj_pool, "lumen_set_range");
+  if (pool == nullptr) return 0;
+  if (pool->database->faults.strikes(KELP_FAULT_RANGE)) {
+    kelp::fail(&t_failure, KELP_ERR_INVALID, "lumen_set_range: store '%s': a fault was asked for",
+               name_of(pool));
+    return 0;
+  }
+  if (!in_store(pool, address, length)) {
+    kelp::fail(&t_failure, KELP_ERR_BAD_ADDRESS,
+               "lumen_set_range: store '%s': %zu bytes at %p, expected a range inside one block of "
+               "the store",
+               name_of(pool), length, address);
+    return 0;
+  }
+  pool->announce(address, length, space_id, KELP_WRITE_RANGE);
+  return 1;
+}
+
+extern "C" void *lumen_get_key(void *obj_pool, const char *key) {
+  kelp::Pool *pool = pool_for(obj_pool, "lumen_get_key");
+  if (pool == nullptr || key == nullptr) return nullptr;
+  const std::lock_guard lock(pool->database->keys_mutex);
+  void *found = nullptr;
+  const bool done = kelp::without_exceptions([&] {
+    const auto place = pool->database->keys.find(key);
+    if (place != pool->database->keys.end()) found = place->second;
+  });
+  if (!done) kelp::fail(&t_failure, KELP_ERR_NO_MEMORY, "lumen_get_key: no memory");
+  return found;
+}
+
+extern "C" uint32_t lumen_set_key(void *obj_pool, const char *key, void *pointer) {
+  kelp::Pool *pool = pool_for(obj_pool, "lumen_set_key");
+  if (pool == nullptr) return 0;
+  if (key == nullptr || *key == '\0') {
+    kelp::fail(&t_failure, KELP_ERR_INVALID, "lumen_set_key: store '%s': no key, expected a text",
+               name_of(pool));
+    return 0;
+  }
+  if (pool->database->faults.strikes(KELP_FAULT_SET_KEY)) {
+    kelp::fail(&t_failure, KELP_ERR_INVALID, "lumen_set_key: store '%s': a fault was asked for",
+               name_of(pool));
+    return 0;
+  }
+  const std::lock_guard lock(pool->database->keys_mutex);
+  const bool done = kelp::without_exceptions([&] {
+    if (pointer == nullptr) {
+      pool->database->keys.erase(key);
+    } else {
+      pool->database->keys[key] = pointer;
+    }
+  });
+  if (!done) kelp::fail(&t_failure, KELP_ERR_NO_MEMORY, "lumen_set_key: no memory");
+  return done ? 1 : 0;
+}
+
+extern "C" uint32_t lumen_in_range(void *obj_pool, const void *pointer) {
+  kelp::Pool *pool = pool_for(obj_pool, "lumen_in_range");
+  return pool != nullptr && in_store(pool, pointer, 1) ? 1 : 0;
+}
+
+extern "C" void lumen_perror(void) {
+  std::fprintf(stderr, "%s\n",
+               t_failure.code == 0 ? "lumen: no failure on this thread" : t_failure.text);
+}

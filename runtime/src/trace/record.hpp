@@ -1,0 +1,33 @@
+// Trace records as bytes: packing them from an emitter's arguments and unpacking them again. The
+// layout is told in kelp/trace.h.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "kelp/trace.h"
+
+namespace kelp::trace {
+
+inline constexpr std::uint32_t kMagic = 0x54504c4b;
+inline constexpr std::size_t kHeadBytes = 48;
+inline constexpr std::size_t kLongestText = 1024;
+inline constexpr std::size_t kMostArguments = 3;
+inline constexpr std::size_t kLongestRecord = kHeadBytes + kMostArguments * (8 + kLongestText);
+
+// Packs an event; sets the length. The buffer holds kLongestRecord bytes. Gives the length.
+std::size_t pack(const kelp_trace_event &event, std::uint8_t *buffer);
+
+// What is wrong with bytes that should be a record.
+struct Fault {
+  const char *what = nullptr;  // null: nothing
+  std::uint64_t found = 0;
+  std::uint64_t expected = 0;
+};
+
+// Unpacks the record at the start of the bytes. The event's texts point into them.
+Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event *event,
+             std::size_t *length);
+
+}  // namespace kelp::trace

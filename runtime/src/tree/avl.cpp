@@ -1,0 +1,264 @@
+// The AVL tree. balance is the height of the right subtree less that of the left one and stays
+// between -1 and 1; each store goes through a Writer, which declares it to the store first.
+#include <cstddef>
+
+#include "kelp/trace.h"
+#include "kelp/tree.h"
+#include "store/pool.hpp"
+
+namespace {
+
+enum Order : uint32_t { kBefore = 0, kEqual = 1, kAfter = 2 };
+
+// Makes the stores of one insertion or deletion.
+class Writer {
+ public:
+  Writer(void *obj_pool, uint32_t space_id) : pool_(kelp::pool_of(obj_pool)), space_id_(space_id) {}
+
+  template <typename Word>
+  void set(Word &word, Word value) const {
+    if (word == value) return;
+    if (pool_ != nullptr) pool_->announce(&word, sizeof word, space_id_, KELP_WRITE_TREE);
+    word = value;
+  }
+
+  void count(uint64_t *aux, int64_t change) const {
+    if (aux != nullptr) set(*aux, *aux + static_cast<uint64_t>(change));
+  }
+
+ private:
+  kelp::Pool *pool_;
+  uint32_t space_id_;
+};
+
+// The pointer that holds the node: its parent's, or the root's.
+e_avl_node *&holder_of(e_avl_root *root, const e_avl_node *node) {
+  if (node->parent == nullptr) return root->top;
+  return node->parent->left == node ? node->parent->left : node->parent->right;
+}
+
+// Puts replacement, which may be null, in the place of node.
+void replace(const Writer &writer, e_avl_root *root, const e_avl_node *node,
+             e_avl_node *replacement) {
+  if (replacement != nullptr) writer.set(replacement->parent, node->parent);
+  writer.set(holder_of(root, node), replacement);
+}
+
+// The child on the side named by direction, -1 for left and 1 for right.
+e_avl_node *&child(e_avl_node *node, int32_t direction) {
+  return direction < 0 ? node->left : node->right;
+}
+
+// Turns the subtree so that the child on the side of direction comes to its top. Balances are the
+// caller's.
+e_avl_node *rotate_up(const Writer &writer, e_avl_root *root, e_avl_node *top, int32_t direction) {
+  e_avl_node *riser = child(top, direction);
+  e_avl_node *inner = child(riser, -direction);
+  replace(writer, root, top, riser);
+  writer.set(child(top, direction), inner);
+  if (inner != nullptr) writer.set(inner->parent, top);
+  writer.set(child(riser, -direction), top);
+  writer.set(top->parent, riser);
+  return riser;
+}
+
+// Mends a subtree that is two higher on the side of direction; gives its new top.
+e_avl_node *mend(const Writer &writer, e_avl_root *root, e_avl_node *top, int32_t direction) {
+  e_avl_node *heavy = child(top, direction);
+  if (heavy->balance != -direction) {
+    // A single rotation. With heavy even, which only a deletion meets, the height stays as it was.
+    const int32_t left_over = heavy->balance == 0 ? direction : 0;
+    rotate_up(writer, root, top, direction);
+    writer.set(top->balance, left_over);
+    writer.set(heavy->balance, -left_over);
+    return heavy;
+  }
+  e_avl_node *middle = child(heavy, -direction);
+  rotate_up(writer, root, heavy, -direction);
+  rotate_up(writer, root, top, direction);
+  writer.set(top->balance, middle->balance == direction ? -direction : 0);
+  writer.set(heavy->balance, middle->balance == -direction ? direction : 0);
+  writer.set(middle->balance, 0);
+  return middle;
+}
+
+int32_t side_of(const e_avl_node *parent, const e_avl_node *node) {
+  return parent->left == node ? -1 : 1;
+}
+
+void rebalance_after_insert(const Writer &writer, e_avl_root *root, e_avl_node *node) {
+  for (e_avl_node *parent = node->parent; parent != nullptr; node = parent, parent = node->parent) {
+    const int32_t side = side_of(parent, node);
+    if (parent->balance == side) {
+      mend(writer, root, parent, side);
+      return;
+    }
+    writer.set(parent->balance, parent->balance + side);
+    if (parent->balance == 0) return;
+  }
+}
+
+// The subtree of parent on this side has become one lower.
+void rebalance_after_delete(const Writer &writer, e_avl_root *root, e_avl_node *parent,
+                            int32_t side) {
+  while (parent != nullptr) {
+    e_avl_node *top = parent;
+    if (parent->balance == -side) {
+      top = mend(writer, root, parent, -side);
+      if (top->balance != 0) return;
+    } else {
+      writer.set(parent->balance, parent->balance - side);
+      if (parent->balance != 0) return;
+    }
+    parent = top->parent;
+    if (parent != nullptr) side = side_of(parent, top);
+  }
+}
+
+const e_avl_node *outermost(const e_avl_node *node, int32_t direction) {
+  if (node == nullptr) return nullptr;
+  for (;;) {
+    const e_avl_node *further = direction < 0 ? node->left : node->right;
+    if (further == nullptr) return node;
+    node = further;
+  }
+}
+
+// Whether the node hangs in this tree: its way up ends at this root.
+bool hangs_in(const e_avl_root *root, const e_avl_node *node) {
+  while (node->parent != nullptr) node = node->parent;
+  return root->top == node;
+}
+
+// Whether the node hangs in some tree, by its own links.
+bool is_linked(const e_avl_root *root, const e_avl_node *node) {
+  return node->parent != nullptr || node->left != nullptr || node->right != nullptr ||
+         root->top == node;
+}
+
+// The nearest node on the side of direction of a position that is not in the tree.
+const e_avl_node *nearest(const e_avl_root *root, const e_avl_node *position, int32_t direction,
+                          e_avl_comparator compare) {
+  const Order passed_by = direction > 0 ? kBefore : kAfter;
+  const e_avl_node *best = nullptr;
+  for (const e_avl_node *node = root->top; node != nullptr;) {
+    // The node is wanted when the position sorts on its other side.
+    const bool beyond = compare(position, node) == passed_by;
+    if (beyond) best = node;
+    const bool go_left = beyond == (direction > 0);
+    node = go_left ? node->left : node->right;
+  }
+  return best;
+}
+
+const e_avl_node *neighbour(const e_avl_root *root, const e_avl_node *node, int32_t direction,
+                            e_avl_comparator compare) {
+  if (root == nullptr || node == nullptr || root->top == nullptr) return nullptr;
+  if (!is_linked(root, node)) {
+    return compare == nullptr ? nullptr : nearest(root, node, direction, compare);
+  }
+  const e_avl_node *inward = direction < 0 ? node->left : node->right;
+  if (inward != nullptr) return outermost(inward, -direction);
+  while (node->parent != nullptr && side_of(node->parent, node) == direction) node = node->parent;
+  return node->parent;
+}
+
+}  // namespace
+
+extern "C" uint32_t e_avl_insert(void *obj_pool, uint32_t space_id, e_avl_root *root,
+                                 e_avl_node *node, uint64_t *aux, e_avl_comparator compare) {
+  if (root == nullptr || node == nullptr || compare == nullptr) return 0;
+  e_avl_node *parent = nullptr;
+  e_avl_node **holder = &root->top;
+  while (*holder != nullptr) {
+    parent = *holder;
+    const uint32_t order = compare(node, parent);
+    if (order == kEqual) return 0;
+    holder = order == kBefore ? &parent->left : &parent->right;
+  }
+  const Writer writer(obj_pool, space_id);
+  writer.set<e_avl_node *>(node->left, nullptr);
+  writer.set<e_avl_node *>(node->right, nullptr);
+  writer.set(node->parent, parent);
+  writer.set(node->balance, 0);
+  writer.set(*holder, node);
+  rebalance_after_insert(writer, root, node);
+  writer.count(aux, 1);
+  return 1;
+}
+
+extern "C" uint32_t e_avl_delete(void *obj_pool, uint32_t space_id, e_avl_root *root,
+                                 e_avl_node *node, uint64_t *aux, e_avl_comparator compare) {
+  (void)compare;
+  if (root == nullptr || node == nullptr || !hangs_in(root, node)) return 0;
+  const Writer writer(obj_pool, space_id);
+  e_avl_node *lowered = node->parent;
+  int32_t side = lowered == nullptr ? 0 : side_of(lowered, node);
+  if (node->left != nullptr && node->right != nullptr) {
+    // The successor takes the node's place, links and balance.
+    auto *successor = const_cast<e_avl_node *>(outermost(node->right, -1));
+    if (successor->parent == node) {
+      lowered = successor;
+      side = 1;
+    } else {
+      lowered = successor->parent;
+      side = -1;
+      replace(writer, root, successor, successor->right);
+      writer.set(successor->right, node->right);
+      writer.set(successor->right->parent, successor);
+    }
+    writer.set(successor->left, node->left);
+    writer.set(successor->left->parent, successor);
+    writer.set(successor->balance, node->balance);
+    replace(writer, root, node, successor);
+  } else {
+    replace(writer, root, node, node->left != nullptr ? node->left : node->right);
+  }
+  writer.set<e_avl_node *>(node->left, nullptr);
+  writer.set<e_avl_node *>(node->right, nullptr);
+  writer.set<e_avl_node *>(node->parent, nullptr);
+  writer.set(node->balance, 0);
+  rebalance_after_delete(writer, root, lowered, side);
+  writer.count(aux, -1);
+  return 1;
+}
+
+extern "C" e_avl_node *e_avl_get_first(const e_avl_root *root) {
+  return root == nullptr ? nullptr : const_cast<e_avl_node *>(outermost(root->top, -1));
+}
+
+extern "C" e_avl_node *e_avl_get_last(const e_avl_root *root) {
+  return root == nullptr ? nullptr : const_cast<e_avl_node *>(outermost(root->top, 1));
+}
+
+extern "C" e_avl_node *e_avl_get_next(const e_avl_root *root, const e_avl_node *node,
+                                      e_avl_comparator compare) {
+  return const_cast<e_avl_node *>(neighbour(root, node, 1, compare));
+}
+
+extern "C" e_avl_node *e_avl_get_prev(const e_avl_root *root, const e_avl_node *node,
+                                      e_avl_comparator compare) {
+  return const_cast<e_avl_node *>(neighbour(root, node, -1, compare));
+}
+
+extern "C" uint32_t e_avl_walk(const e_avl_root *root, e_avl_walker walker, void *context) {
+  if (walker == nullptr) return 0;
+  for (e_avl_node *node = e_avl_get_first(root); node != nullptr;) {
+    e_avl_node *following = e_avl_get_next(root, node, nullptr);
+    if (const uint32_t result = walker(node, context)) return result;
+    node = following;
+  }
+  return 0;
+}
+
+extern "C" void snap_avl_trace_init(void) {
+  static uint32_t id_word = 0;
+  static uint32_t level_word = 0;
+  xlog_module_init_fn("snap_avl", &id_word, &level_word);
+}
+
+extern "C" void snap_gbt_trace_init(void) {
+  static uint32_t id_word = 0;
+  static uint32_t level_word = 0;
+  xlog_module_init_fn("snap_gbt", &id_word, &level_word);
+}

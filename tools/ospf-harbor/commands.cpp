@@ -1,0 +1,90 @@
+#include "commands.hpp"
+
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
+#include "frr_reader.hpp"
+#include "show.hpp"
+#include "tree.hpp"
+
+namespace tool {
+
+namespace {
+
+std::string counted(std::size_t count, const char *one, const char *many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string summary(const Instance &instance) {
+  std::size_t interfaces = 0;
+  std::size_t neighbors = 0;
+  for (const Area &area : instance.areas) {
+    interfaces += area.interfaces.size();
+    for (const Interface &interface : area.interfaces) neighbors += interface.neighbors.size();
+  }
+  return std::string(instance.family == Family::ipv4 ? "OSPFv2" : "OSPFv3") + " router " +
+         dotted(instance.router_id) + ": " + counted(instance.areas.size(), "area", "areas") +
+         ", " + counted(interfaces, "interface", "interfaces") + ", " +
+         counted(neighbors, "neighbour", "neighbours");
+}
+
+}  // namespace
+
+void load_frr(Session &session, const std::vector<std::string> &folders) {
+  PassedOver passed_over;
+  std::vector<Instance> instances;
+  for (const std::string &folder : folders) {
+    for (Instance &instance : read_frr(folder, passed_over)) {
+      instances.push_back(std::move(instance));
+    }
+  }
+  for (const Instance &instance : instances) {
+    add_instance(session, instance);
+    std::printf("loaded %s\n", summary(instance).c_str());
+  }
+  if (passed_over.values == 0) return;
+  std::printf("passed over %s of %s that the model has no place for\n",
+              counted(passed_over.values, "value", "values").c_str(),
+              counted(passed_over.keys.size(), "key", "keys").c_str());
+}
+
+int show_path(Session &session, const std::string &path) {
+  const std::vector<Row> tree = read_tree(session);
+  if (show(tree, path, stdout) != 0) return 0;
+  if (tree.empty()) {
+    std::fprintf(stderr, "ospf-harbor: show: nothing is loaded\n");
+  } else {
+    std::fprintf(stderr, "ospf-harbor: show %s: nothing there\n", path.c_str());
+  }
+  return 1;
+}
+
+int run_shell(Session &session) {
+  int status = 0;
+  std::string line;
+  for (std::size_t number = 1; std::getline(std::cin, line); ++number) {
+    std::istringstream in(line);
+    std::vector<std::string> words;
+    for (std::string word; in >> word;) words.push_back(word);
+    if (words.empty() || words[0][0] == '#') continue;
+    try {
+      if (words.size() >= 3 && words[0] == "load" && words[1] == "frr") {
+        load_frr(session, {words.begin() + 2, words.end()});
+      } else if (words[0] == "show" && words.size() <= 2) {
+        if (show_path(session, words.size() == 2 ? words[1] : "") != 0) status = 1;
+      } else {
+        throw InputError("standard input", "line " + std::to_string(number), "\"" + line + "\"",
+                         "load frr FOLDER..., or show [PATH]");
+      }
+    } catch (const std::exception &failure) {
+      std::fflush(stdout);
+      std::fprintf(stderr, "ospf-harbor: %s\n", failure.what());
+      status = 1;
+    }
+    std::fflush(stdout);
+  }
+  return status;
+}
+
+}  // namespace tool

@@ -1,0 +1,22 @@
+// The commands of the tool over one session. They may be given together in one call, or one a line
+// to `shell`, which keeps the session.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "session.hpp"
+
+namespace tool {
+
+// Loads all folders, or none: InputError is thrown for the first that is not sound, with the tables
+// as they were.
+void load_frr(Session &session, const std::vector<std::string> &folders);
+
+// Prints the tree or a part of it; 1 when there is nothing at the path.
+int show_path(Session &session, const std::string &path);
+
+// Reads commands from standard input until its end. The status of the last one that failed, or 0.
+int run_shell(Session &session);
+
+}  // namespace tool

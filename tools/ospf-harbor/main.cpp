@@ -1,0 +1,58 @@
+// ospf-harbor: looks at real OSPF networks through the library's tables.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+
+#include "commands.hpp"
+
+namespace {
+
+int run(int argc, char **argv) {
+  CLI::App app{"Looks at OSPF networks: loads what routers say into typed tables and shows them."};
+  app.require_subcommand(1);
+  app.set_help_all_flag("--help-all", "Help of all commands");
+
+  CLI::App *load = app.add_subcommand("load", "Load state into the tables of this run");
+  load->require_subcommand(1);
+  CLI::App *frr = load->add_subcommand(
+      "frr", "Read the JSON that a routing daemon prints (ip-ospf*.json, ipv6-ospf6*.json)");
+  std::vector<std::string> folders;
+  frr->add_option("FOLDER", folders, "One folder for each router")->required();
+  bool then_show = false;
+  std::string path;
+  frr->add_flag("--show", then_show, "Show the tree afterwards");
+  frr->add_option("--path", path, "What to show of it, such as area/0.0.0.0/interface/eth0");
+
+  CLI::App *show = app.add_subcommand("show", "Load routers and print the tree, or a part of it");
+  std::string show_at;
+  std::vector<std::string> show_folders;
+  show->add_option("PATH", show_at,
+                   "Rows by kind and key, such as area/0.0.0.0/interface/eth0; all without it");
+  show->add_option("--from", show_folders, "Folders as for load frr")->required();
+
+  CLI::App *shell =
+      app.add_subcommand("shell", "Read commands from standard input, one a line, on one database");
+
+  CLI11_PARSE(app, argc, argv);
+
+  tool::Session session;
+  if (shell->parsed()) return tool::run_shell(session);
+  if (show->parsed()) {
+    tool::load_frr(session, show_folders);
+    return tool::show_path(session, show_at);
+  }
+  tool::load_frr(session, folders);
+  return then_show || !path.empty() ? tool::show_path(session, path) : 0;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception &failure) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "ospf-harbor: %s\n", failure.what());
+    return 1;
+  }
+}
