@@ -1,7 +1,7 @@
 // Array fields: a count in the object and a pointer to elements in a block of their own. Called by
-// the forwarders of <type>_<field>_get, _set, _set_mem, _remove_elements and their kin. Promises, in
-// order: an earlier failure stands and nothing happens; a field that the object's variant lacks is
-// never touched; the block is always exactly as long as the count says, so appending one by one
+// the forwarders of <type>_<field>_get, _set, _set_mem, _remove_elements and their kin. Promises,
+// in order: an earlier failure stands and nothing happens; a field that the object's variant lacks
+// is never touched; the block is always exactly as long as the count says, so appending one by one
 // costs one allocation and one copy each; pointer and count are announced before they change, the
 // elements of a fresh block are not; under state tracking one state byte per element is kept in
 // step with the block.
@@ -32,8 +32,9 @@ inline constexpr Operation element_get{
         "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t index, uint32_t *err",
     .rule = "array_field::get",
     .brief = "Gives the place of element index of $field. $meaning",
-    .errors = "43 when the object's variant does not hold the field, 2 for an index that is not "
-              "below the count; null then",
+    .errors =
+        "43 when the object's variant does not hold the field, 2 for an index that is not "
+        "below the count; null then",
     .ownership = "the place belongs to the object and is good until the array grows or is replaced",
 };
 inline constexpr Operation elements_removal{
@@ -41,8 +42,9 @@ inline constexpr Operation elements_removal{
     .result = "void",
     .arguments = "kelp_handle *handle, uint32_t space_id, $T *object",
     .rule = "array_field::remove_elements",
-    .brief = "Gives back all elements of $field, so that its count is 0; the state bytes stay as "
-             "they are. A null object or an empty array is passed over. $meaning",
+    .brief =
+        "Gives back all elements of $field, so that its count is 0; the state bytes stay as "
+        "they are. A null object or an empty array is passed over. $meaning",
     .ownership = "the element block is freed",
 };
 

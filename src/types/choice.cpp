@@ -28,9 +28,9 @@ bool tracks(kelp_handle *handle, const state_tracking::WritePlace &place) {
 
 }  // namespace
 
-// Required: the earlier arm is not released, the selector's value is stored without the enumeration's
-// own range test, its state byte is not marked, and arm and selector are set before tracking is
-// looked at. A structure as the arm is read there, null or not.
+// Required: the earlier arm is not released, the selector's value is stored without the
+// enumeration's own range test, its state byte is not marked, and arm and selector are set before
+// tracking is looked at. A structure as the arm is read there, null or not.
 void attach(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm,
             const ArmFacts &place, std::uint32_t *err) {
   store(handle, space_id, arm_of(object, place), arm);

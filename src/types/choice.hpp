@@ -1,7 +1,8 @@
 // The arms of a choice: pointers to objects of their own, which the choice owns once they are set.
 // Called by the forwarders of <type>_<arm>_get, _get_detach, _set and _set_cr. Promises: setting an
-// arm selects it; detaching gives a selected arm back to the caller; each pointer and the selector's
-// value are announced before they change; nothing that an arm pointed at is ever released here.
+// arm selects it; detaching gives a selected arm back to the caller; each pointer and the
+// selector's value are announced before they change; nothing that an arm pointed at is ever
+// released here.
 //
 // The selector itself is an ordinary value field; changing it by hand touches no arm.
 #pragma once
@@ -127,8 +128,7 @@ void *get_detach(kelp_handle *handle, std::uint32_t space_id, void *object, std:
 }
 
 template <const Structure &T, const Field &F>
-void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm,
-         std::uint32_t *err) {
+void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm, std::uint32_t *err) {
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
   attach(handle, space_id, object, arm, facts<T, F>, err);
 }

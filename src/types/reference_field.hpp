@@ -1,15 +1,14 @@
 // By-reference fields: a record refers to a table by an OID that the runtime counts and resolves.
-// Called by the forwarders of <type>_<field>_get_by_ref and _set_by_ref, and of <type>_get_oid_count
-// and <type>_get_object_references. Promises: the 40 bytes of an OID are announced and written as
-// one; an earlier reference is given up before a new one is taken; only a reference that was really
-// taken marks the field's state.
+// Called by the forwarders of <type>_<field>_get_by_ref and _set_by_ref, and of
+// <type>_get_oid_count and <type>_get_object_references. Promises: the 40 bytes of an OID are
+// announced and written as one; an earlier reference is given up before a new one is taken; only a
+// reference that was really taken marks the field's state.
 //
 // The steps stand in reference_field.cpp. Nothing here is held across them: the counts are the
 // runtime's, and the caller keeps other writers of the object away.
 #pragma once
 
 #include <kelp/oid.h>
-#include <kelp/table.h>
 
 #include "module/module.hpp"
 #include "module/operation.hpp"
@@ -81,8 +80,7 @@ inline constexpr std::array whole_operations{
     Operation{
         .suffix = "get_oid_count",
         .result = "uint32_t",
-        .arguments =
-            "kelp_handle *handle, uint32_t space_id, const $T *object, uint32_t *err",
+        .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object, uint32_t *err",
         .rule = "reference_field::get_oid_count",
         .brief = "Gives the number of by-reference fields of $type, those of embedded objects not "
                  "counted: the same at every variant.",
@@ -188,15 +186,13 @@ void resolve_all(kelp_handle *handle, std::uint32_t space_id, const void *object
 // --- the rules ----------------------------------------------------------------------------------
 
 template <const Structure &T, const Field &F>
-kelp_table *get_by_ref(kelp_handle *handle, std::uint32_t space_id, void *object,
-                       std::uint32_t *err) {
+void *get_by_ref(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
   if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
-  return static_cast<kelp_table *>(
-      resolve(handle, space_id, place_of<T, F>(object), facts<T, F>, err));
+  return resolve(handle, space_id, place_of<T, F>(object), facts<T, F>, err);
 }
 
 template <const Structure &T, const Field &F>
-kelp_table *get_by_ref_cr(kelp_handle *handle, void *object) {
+void *get_by_ref_cr(kelp_handle *handle, void *object) {
   return get_by_ref<T, F>(handle, handle->cr_space_id, object, &handle->cr_err);
 }
 
