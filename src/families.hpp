@@ -54,6 +54,7 @@ inline constexpr std::array structure_families{
     structure_object::family,
     structure::family,
     transfer::family,
+    reference_field::whole_family,
     state_tracking::whole_family,
     image::family,
     text::family,

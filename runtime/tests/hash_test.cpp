@@ -1,4 +1,5 @@
-// SuperFastHash against values from an implementation of the published algorithm in another language.
+// SuperFastHash against values from an implementation of the published algorithm in another
+// language.
 #include "kelp/hash.h"
 
 #include <gtest/gtest.h>
@@ -43,9 +44,9 @@ const Vector kVectors[] = {
 
 TEST(Hash, EqualsThePublishedAlgorithmForEveryRemainderOfTheLength) {
   for (const Vector &vector : kVectors) {
-    EXPECT_EQ(SuperFastHash(vector.data.data(), static_cast<uint32_t>(vector.data.size()),
-                            vector.seed),
-              vector.hash)
+    EXPECT_EQ(
+        SuperFastHash(vector.data.data(), static_cast<uint32_t>(vector.data.size()), vector.seed),
+        vector.hash)
         << vector.data;
   }
 }

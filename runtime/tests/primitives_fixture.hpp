@@ -1,14 +1,16 @@
-// A handle whose hooks are watched: what the tests of the primitives, of text, XML and images stand on.
-// The handle is a real one on a private database; its hooks are replaced by ones that record the call
-// and hand it on.
+// A handle whose hooks are watched: what the tests of the primitives, of text, XML and images stand
+// on. The handle is a real one on a private database; its hooks are replaced by ones that record
+// the call and hand it on.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "kelp/core.h"
 #include "kelp/embed.h"
 #include "kelp/primitives.h"
 #include "kelp/wire.h"
@@ -28,6 +30,21 @@ struct Announcement {
 inline std::string bytes_at(const void *address, size_t length) {
   return std::string(static_cast<const char *>(address), length);
 }
+
+// The first length bytes of an image in a block of exactly that size, so that the address sanitizer
+// sees a reader that goes further.
+class ExactCopy {
+ public:
+  ExactCopy(const void *image, int32_t length)
+      : size_(length > 0 ? static_cast<size_t>(length) : 0), bytes_(new char[size_]) {
+    std::memcpy(bytes_.get(), image, size_);
+  }
+  const char *get() const { return bytes_.get(); }
+
+ private:
+  size_t size_;
+  std::unique_ptr<char[]> bytes_;
+};
 
 class PrimitiveTest : public ::testing::Test {
  protected:

@@ -188,8 +188,7 @@ TEST_F(WireTest, FrameIsNotReadUnderASetErrorWord) {
   expect_stopped([&](uint8_t *buffer, int32_t length) {
     return _kelp_instance_variant_unmarshal(handle_, kSpace, buffer, &variant, length, &err_) +
            _kelp_instance_obj_flag_unmarshal(handle_, kSpace, buffer, &flags, length, &err_) +
-           _kelp_instance_ra_data_unmarshal(handle_, kSpace, buffer, &word, &byte, length,
-                                            &err_) +
+           _kelp_instance_ra_data_unmarshal(handle_, kSpace, buffer, &word, &byte, length, &err_) +
            _kelp_variant_jump_unmarshal(handle_, kSpace, buffer, &jump, length, &err_);
   });
   EXPECT_EQ(variant, 9);
@@ -214,8 +213,8 @@ TEST_F(WireTest, NullArgumentsAreInvalid) {
 }
 
 TEST_F(WireTest, MessageHeaderLaysOutItsRecordAndFillsWithZero) {
-  kelp_message_header_record record = {KELP_MESSAGE_MARKER, {255, 255, 255, 255, 255, 255}, 8,
-                                       0x11223344, 300};
+  kelp_message_header_record record = {
+      KELP_MESSAGE_MARKER, {255, 255, 255, 255, 255, 255}, 8, 0x11223344, 300};
   uint8_t buffer[28];
   std::memset(buffer, 0xEE, sizeof buffer);
   EXPECT_EQ(_kelp_message_header_marshal(handle_, kSpace, buffer, &record, 27, &err_), 27u);

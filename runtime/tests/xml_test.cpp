@@ -138,10 +138,12 @@ TEST_F(XmlTest, MissingElementsAreCodeTwoAndCountZero) {
 
 TEST_F(XmlTest, EveryOtherFormOfPathIsInvalid) {
   const Document document("<a><b/></a>");
-  for (const char *path :
-       {"", "/", "//", "a", "/a", "///a", "//a/", "//a//b", "//a[1]", "//a/b[0]", "//a/b[]",
-        "//a/b[x]", "//a/b[1", "//a/b[-1]", "//a/b[1]x", "//a/b[99999999999]", "//*", "//a/@x",
-        "//a/..", "//a/.", "//a b", "//a/b[1][1]", "//a|//b", "//a/text()"}) {
+  for (const char *path : {"",        "/",           "//",        "a",
+                           "/a",      "///a",        "//a/",      "//a//b",
+                           "//a[1]",  "//a/b[0]",    "//a/b[]",   "//a/b[x]",
+                           "//a/b[1", "//a/b[-1]",   "//a/b[1]x", "//a/b[99999999999]",
+                           "//*",     "//a/@x",      "//a/..",    "//a/.",
+                           "//a b",   "//a/b[1][1]", "//a|//b",   "//a/text()"}) {
     EXPECT_EQ(value_at(document, path, KELP_ERR_INVALID), "unchanged");
     uint32_t count = 999;
     EXPECT_EQ(xml_get_element_nodecount(document, path, &count), 22u) << path;
@@ -215,9 +217,8 @@ TEST_F(XmlTest, BytesThatXmlCannotCarryAreRefused) {
 }
 
 TEST_F(XmlTest, MalformedDocumentsAreRefusedWithAMessage) {
-  for (const char *text :
-       {"", " ", "<a>", "<a></b>", "<a/><b/>", "<a/>text", "text", "<a", "<a x=1/>",
-        "<a><!-- </a>", "<a><![CDATA[</a>", "<?xml"}) {
+  for (const char *text : {"", " ", "<a>", "<a></b>", "<a/><b/>", "<a/>text", "text", "<a",
+                           "<a x=1/>", "<a><!-- </a>", "<a><![CDATA[</a>", "<?xml"}) {
     EXPECT_NE(refusal(text), "") << text;
   }
   EXPECT_EQ(refusal("<a>\n <b></c>\n</a>").rfind("XML document: found ", 0), 0u);

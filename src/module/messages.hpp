@@ -273,16 +273,21 @@ constexpr std::uint32_t type_rows(TypeForm form) {
   }
 }
 
-constexpr std::uint32_t first_row(TypeForm form) {
-  std::uint32_t row = 0;
-  for (std::uint8_t before = 0; before < static_cast<std::uint8_t>(form); ++before) {
-    row += type_rows(static_cast<TypeForm>(before));
+// Where the rows of each form begin, and behind the last one their number. Counted once: every index
+// starts from here.
+inline constexpr auto first_rows = [] {
+  std::array<std::uint32_t, type_forms.size() + 1> rows{};
+  for (std::size_t form = 0; form < type_forms.size(); ++form) {
+    rows[form + 1] = rows[form] + type_rows(static_cast<TypeForm>(form));
   }
-  return row;
+  return rows;
+}();
+
+constexpr std::uint32_t first_row(TypeForm form) {
+  return first_rows[static_cast<std::size_t>(form)];
 }
 
-inline constexpr std::uint32_t type_message_count =
-    first_row(TypeForm::dump_without_varinfo) + type_rows(TypeForm::dump_without_varinfo);
+inline constexpr std::uint32_t type_message_count = first_rows.back();
 static_assert(type_message_count == 3855);
 static_assert(first_row(TypeForm::light_create_failed) == 0);
 static_assert(type_rows(TypeForm::corrupted_handle) == 1339);

@@ -42,7 +42,8 @@ namespace module_frame {
 
 namespace {
 
-constinit kelp_module_node module_node{"ospf_harbor_oper", ospf_harbor_oper_type_records, nullptr, nullptr};
+constinit kelp_module_node module_node{"ospf_harbor_oper", ospf_harbor_oper_type_records, nullptr,
+                                       nullptr};
 std::uint8_t is_linked = 0;
 
 __attribute__((constructor)) void load() {

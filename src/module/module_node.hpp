@@ -1,6 +1,6 @@
-// The module's place in the runtime's list of modules, a tail queue. The library links its node when
-// it is loaded and takes it out when it is unloaded; the loader keeps the two apart, so that no lock
-// is needed. Nothing else changes the node.
+// The module's place in the runtime's list of modules, a tail queue. The library links its node
+// when it is loaded and takes it out when it is unloaded; the loader keeps the two apart, so that
+// no lock is needed. Nothing else changes the node.
 #pragma once
 
 #include <kelp/object.h>

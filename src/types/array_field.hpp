@@ -195,17 +195,17 @@ inline constexpr TrackingMessages tracking_messages{messages::corrupted_at_write
 
 template <const Structure &T, const Field &F>
 inline constexpr ArrayFacts facts{
-    model::offset(T, model::counter_of(T, F)),
-    model::offset(T, F),
-    model::object_size(T),
-    model::state_place(T, F),
-    model::state_block_place(T, F),
-    F.held == Kind::address,
-    Primitive<F.held>::size,
-    &has_grown<T, F>,
-    messages::of_array(messages::TypeForm::reallocating, T, F),
-    tracking_messages<T, F, messages::WriteSite::array_gate>,
-    tracking_messages<T, F, messages::WriteSite::array_growth>,
+    .count_offset = model::offset(T, model::counter_of(T, F)),
+    .store_offset = model::offset(T, F),
+    .object_size = model::object_size(T),
+    .state_place = model::state_place(T, F),
+    .element_states_place = model::state_block_place(T, F),
+    .holds_addresses = F.held == Kind::address,
+    .element_width = Primitive<F.held>::size,
+    .has_grown = &has_grown<T, F>,
+    .reallocating = messages::of_array(messages::TypeForm::reallocating, T, F),
+    .gate = tracking_messages<T, F, messages::WriteSite::array_gate>,
+    .growth = tracking_messages<T, F, messages::WriteSite::array_growth>,
 };
 
 // --- what does not depend on the element's type -------------------------------------------------

@@ -81,13 +81,13 @@ struct ArmFacts {
 
 template <const Structure &T, const Field &F>
 inline constexpr ArmFacts facts{
-    model::offset(T, F),
-    model::offset(T, model::selector_of(T)) + model::enumeration_value_offset,
-    F.selector,
-    F.held == Kind::structure,
-    messages::first_row(messages::TypeForm::arm_not_tracked),
-    state_tracking::write_place<T, F, messages::WriteSite::set>,
-    state_tracking::write_place<T, F, messages::WriteSite::detach>,
+    .arm_offset = model::offset(T, F),
+    .selector_offset = model::offset(T, model::selector_of(T)) + model::enumeration_value_offset,
+    .selector = F.selector,
+    .holds_tracked_object = F.held == Kind::structure,
+    .arm_not_tracked = messages::first_row(messages::TypeForm::arm_not_tracked),
+    .set_place = state_tracking::write_place<T, F, messages::WriteSite::set>,
+    .detach_place = state_tracking::write_place<T, F, messages::WriteSite::detach>,
 };
 
 void attach(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm,

@@ -24,8 +24,8 @@ constexpr std::uint32_t untracked_size() {
   }
 }
 
-// One for each type, all zero. It is no valid object: its type record pointer is null, destroy knows
-// it by its address, and nothing ever writes to it.
+// One for each type, all zero. It is no valid object: its type record pointer is null, destroy
+// knows it by its address, and nothing ever writes to it.
 template <const auto &T>
 alignas(8) inline constinit std::uint8_t null_object[untracked_size<T>()] = {};
 

@@ -75,12 +75,7 @@ bool drop_earlier(kelp_handle *handle, std::uint32_t space_id, const kelp_refere
 void *resolve(kelp_handle *handle, std::uint32_t space_id, const kelp_reference *field,
               const ReferenceFacts &reference, std::uint32_t *err) {
   if (kelp_oid_id_is_zero(field->oid.id) != 0) return nullptr;
-  const kelp_type_record *expected = reference.target;
-  if (handle->shared_tinfo != 0) {
-    expected = kelp_type_info_ptr_get(handle, space_id, reference.target,
-                                      ospf_harbor_oper_typeinfo_initialize);
-  }
-  if (field->target_type != expected) {
+  if (field->target_type != type_record_access::record_for(handle, space_id, reference.target)) {
     fail(handle, KELP_ERR_INVALID, err);
     return nullptr;
   }
@@ -104,20 +99,6 @@ void refer(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_refer
   store_oid_of(handle, space_id, field, target, 1, err);
   if (failed(err, reference.target_without_oid)) return;
   state_tracking::mark(handle, space_id, object, reference.write_place, err);
-}
-
-bool may_look_at(kelp_handle *handle, const void *object, const EntryMessages &messages,
-                 std::uint32_t *err) {
-  if (*err != 0) {
-    trace(type_source, Level::error, messages.error_present);
-    return false;
-  }
-  if (object == nullptr) {
-    trace(type_source, Level::error, messages.object_null);
-    fail(handle, KELP_ERR_INVALID, err);
-    return false;
-  }
-  return true;
 }
 
 void resolve_all(kelp_handle *handle, std::uint32_t space_id, const void *object,

@@ -10,11 +10,11 @@
 
 #include <kelp/oid.h>
 
-#include "module/module.hpp"
 #include "module/operation.hpp"
 #include "module/type_record.hpp"
 #include "types/field_access.hpp"
 #include "types/state_mark.hpp"
+#include "types/type_record_access.hpp"
 
 namespace harbor::reference_field {
 
@@ -77,15 +77,7 @@ inline constexpr std::array operations{
 };
 
 inline constexpr std::array whole_operations{
-    Operation{
-        .suffix = "get_oid_count",
-        .result = "uint32_t",
-        .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object, uint32_t *err",
-        .rule = "reference_field::get_oid_count",
-        .brief = "Gives the number of by-reference fields of $type, those of embedded objects not "
-                 "counted: the same at every variant.",
-        .errors = "22 for a null object; 0 then",
-    },
+    type_record_access::get_oid_count_operation,
     Operation{
         .suffix = "get_object_references",
         .result = "void",
@@ -122,16 +114,18 @@ struct ReferenceFacts {
 
 template <const Structure &T, const Field &F>
 inline constexpr ReferenceFacts facts{
-    type_record<model::table(F.table)>,
-    messages::of_reference(messages::TypeForm::existing_oid_unresolved, T, F),
-    messages::of_reference(messages::TypeForm::mapping_missing_for_clear, T, F),
-    messages::of_reference(messages::TypeForm::clear_not_dropped, T, F),
-    messages::of_reference(messages::TypeForm::target_refused, T, F),
-    messages::of_reference(messages::TypeForm::existing_mapping_unknown, T, F),
-    messages::of_reference(messages::TypeForm::earlier_not_dropped, T, F),
-    messages::of_reference(messages::TypeForm::mapping_entry_missing, T, F),
-    messages::of_reference(messages::TypeForm::target_without_oid, T, F),
-    state_tracking::write_place<T, F, messages::WriteSite::set>,
+    .target = type_record<model::table(F.table)>,
+    .unresolved_for_clear =
+        messages::of_reference(messages::TypeForm::existing_oid_unresolved, T, F),
+    .missing_for_clear =
+        messages::of_reference(messages::TypeForm::mapping_missing_for_clear, T, F),
+    .not_dropped_for_clear = messages::of_reference(messages::TypeForm::clear_not_dropped, T, F),
+    .target_refused = messages::of_reference(messages::TypeForm::target_refused, T, F),
+    .unresolved = messages::of_reference(messages::TypeForm::existing_mapping_unknown, T, F),
+    .not_dropped = messages::of_reference(messages::TypeForm::earlier_not_dropped, T, F),
+    .missing = messages::of_reference(messages::TypeForm::mapping_entry_missing, T, F),
+    .target_without_oid = messages::of_reference(messages::TypeForm::target_without_oid, T, F),
+    .write_place = state_tracking::write_place<T, F, messages::WriteSite::set>,
 };
 
 // The table that a field refers to, once the variant has been looked at.
@@ -151,15 +145,8 @@ struct ReferencePlace {
 };
 
 template <const Structure &T>
-inline constexpr std::uint32_t reference_count = [] {
-  std::uint32_t count = 0;
-  for (const Field *field : T.fields) count += holds(*field) ? 1 : 0;
-  return count;
-}();
-
-template <const Structure &T>
 inline constexpr auto reference_places = [] {
-  std::array<ReferencePlace, reference_count<T>> places{};
+  std::array<ReferencePlace, type_record_access::reference_count<T>()> places{};
   std::size_t at = 0;
   for (const Field *field : T.fields) {
     if (!holds(*field)) continue;
@@ -170,15 +157,6 @@ inline constexpr auto reference_places = [] {
   }
   return places;
 }();
-
-struct EntryMessages {
-  std::uint32_t error_present;
-  std::uint32_t object_null;
-};
-
-// The entry test of both operations: an earlier failure and a null object are each traced.
-bool may_look_at(kelp_handle *handle, const void *object, const EntryMessages &messages,
-                 std::uint32_t *err);
 
 void resolve_all(kelp_handle *handle, std::uint32_t space_id, const void *object,
                  std::span<const ReferencePlace> places, void **references, std::uint32_t *err);
@@ -209,23 +187,11 @@ std::uint32_t set_by_ref_cr(kelp_handle *handle, void *object, void *target) {
   return handle->cr_err;
 }
 
-// Required: neither of these clears the handle's last error, and the variant is not looked at.
-template <const Structure &T>
-std::uint32_t get_oid_count(kelp_handle *handle, std::uint32_t, const void *object,
-                            std::uint32_t *err) {
-  static constexpr EntryMessages entry{
-      messages::of_type(messages::TypeForm::count_error_present, T),
-      messages::of_type(messages::TypeForm::count_object_null, T)};
-  return may_look_at(handle, object, entry, err) ? reference_count<T> : 0;
-}
-
+// Required: the handle's last error is not cleared, and the variant is not looked at.
 template <const Structure &T>
 void get_object_references(kelp_handle *handle, std::uint32_t space_id, const void *object,
                            void **references, std::uint32_t, std::uint32_t *err) {
-  static constexpr EntryMessages entry{
-      messages::of_type(messages::TypeForm::references_error_present, T),
-      messages::of_type(messages::TypeForm::references_object_null, T)};
-  if (!may_look_at(handle, object, entry, err)) return;
+  if (!type_record_access::may_ask_references<T>(handle, object, err)) return;
   resolve_all(handle, space_id, object, reference_places<T>, references, err);
 }
 

@@ -1,20 +1,270 @@
+// Direct access to state bytes: reading and writing one, those of an array, and all of an object at
+// once. Called by the forwarders of <type>_<field>_state_flag_get, _set and their array forms, and
+// of <type>_set_all_state_tracking_flag. The state bytes of an object that has them can be used
+// under a handle without a tracking descriptor too, but not under one that has tracking switched
+// off. Reading tests no variant; the last error is never cleared; what the values other than 0 and
+// 2 mean is the caller's affair.
+//
+// The rules stand in state_tracking.cpp, once for all fields; the templates bind a field's facts.
 #pragma once
 
-#include <array>
+#include <span>
 
 #include "module/operation.hpp"
+#include "types/array_field.hpp"
+#include "types/field_access.hpp"
+#include "types/state_mark.hpp"
 
 namespace harbor::state_tracking {
 
-inline constexpr std::array<Operation, 0> operations{};
-inline constexpr std::array<Operation, 0> array_operations{};
-inline constexpr std::array<Operation, 0> whole_operations{};
-constexpr bool holds(const model::Field &field) {
-  return field.kind != model::Kind::counter && field.kind != model::Kind::array;
+inline constexpr std::string_view reading_errors =
+    "22 when the handle has tracking switched off or the object has no state bytes; 0 then";
+inline constexpr std::string_view writing_errors =
+    "22 when the handle has tracking switched off or the object has no state bytes; 43 when the "
+    "object's variant does not hold the field";
+
+inline constexpr std::array operations{
+    Operation{
+        .suffix = "state_flag_get",
+        .result = "uint8_t",
+        .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
+        .rule = "state_tracking::state_flag_get",
+        .brief = "Gives the state byte of $field: 0 not written, 2 written by a setter, any other "
+                 "as a caller set it.",
+        .errors = reading_errors,
+    },
+    Operation{
+        .suffix = "state_flag_set",
+        .result = "void",
+        .arguments =
+            "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t value, uint32_t *err",
+        .rule = "state_tracking::state_flag_set",
+        .brief = "Sets the state byte of $field to the low 8 bits of value.",
+        .errors = writing_errors,
+    },
+};
+inline constexpr std::array array_operations{
+    Operation{
+        .suffix = "state_flag_whole_get",
+        .result = "uint8_t",
+        .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
+        .rule = "state_tracking::state_flag_get",
+        .brief = "Gives the state byte of $field as a whole.",
+        .errors = reading_errors,
+    },
+    Operation{
+        .suffix = "state_flag_whole_set",
+        .result = "void",
+        .arguments =
+            "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t value, uint32_t *err",
+        .rule = "state_tracking::state_flag_set",
+        .brief = "Sets the state byte of $field as a whole to the low 8 bits of value.",
+        .errors = writing_errors,
+    },
+    Operation{
+        .suffix = "state_flag_get",
+        .result = "uint8_t",
+        .arguments =
+            "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t index, uint32_t *err",
+        .rule = "state_tracking::element_state_flag_get",
+        .brief = "Gives the state byte of element index of $field.",
+        .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
+                  "2 for an index that is not below the count; 0 then",
+    },
+    Operation{
+        .suffix = "state_flag_set",
+        .result = "void",
+        .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t index, uint32_t "
+                     "value, uint32_t *err",
+        .rule = "state_tracking::element_state_flag_set",
+        .brief = "Sets the state byte of element index of $field to the low 8 bits of value.",
+        .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
+                  "2 for an index that is not below the count, 43 when the object's variant does "
+                  "not hold the field",
+    },
+    Operation{
+        .suffix = "state_flag_get_arr",
+        .result = "void",
+        .arguments =
+            "kelp_handle *handle, uint32_t space_id, $T *object, uint64_t *out, uint32_t *err",
+        .rule = "state_tracking::element_states_get",
+        .brief = "Stores the address of the state bytes of the elements of $field, one for each "
+                 "element, into out.",
+        .errors = "22 when the handle has tracking switched off or the object has no state bytes; "
+                  "out is unchanged then",
+        .ownership = "the bytes belong to the object and are good until the array grows, is "
+                     "replaced or moved",
+    },
+    Operation{
+        .suffix = "state_flag_set_arr",
+        .result = "void",
+        .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, const uint8_t *source, "
+                     "uint32_t count, uint32_t *err",
+        .rule = "state_tracking::element_states_set",
+        .brief = "Copies count bytes from source over the beginning of the object's state bytes, "
+                 "unannounced; the state bytes of the elements of $field stay as they are. count "
+                 "must be that of the array.",
+        .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
+                  "2 for another count than the array's, 43 when the object's variant does not "
+                  "hold the field",
+        .ownership = "source stays the caller's",
+    },
+};
+inline constexpr std::array whole_operations{
+    Operation{
+        .suffix = "set_all_state_tracking_flag",
+        .result = "void",
+        .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t value",
+        .rule = "state_tracking::set_all_state_tracking_flag",
+        .brief = "Sets every state byte of the object, those of embedded structures too, to the "
+                 "low 8 bits of value, unannounced. Only for objects without array elements: the "
+                 "pointers to the state bytes of elements are overwritten too. Does nothing unless "
+                 "handle and object track state.",
+    },
+};
+
+constexpr bool holds(const Field &field) {
+  return field.kind != Kind::counter && field.kind != Kind::array;
 }
-constexpr bool holds_array(const model::Field &field) { return field.kind == model::Kind::array; }
+constexpr bool holds_array(const Field &field) { return field.kind == Kind::array; }
+
 inline constexpr FieldFamily family{"state_tracking", holds, operations};
 inline constexpr FieldFamily array_family{"state_tracking (array)", holds_array, array_operations};
 inline constexpr StructureFamily whole_family{"state_tracking (whole object)", whole_operations};
+
+// --- what the rules know of a place -------------------------------------------------------------
+
+// The messages of one place that reads or writes state bytes directly.
+struct StateAccess {
+  std::uint32_t corrupted_message;
+  std::uint32_t not_tracked_message;
+};
+
+template <const Structure &T, const Field &F, messages::StateSite site>
+inline constexpr StateAccess state_read{messages::corrupted_at_state_get(T, F, site),
+                                        messages::non_tracked_at_state_get(T, F, site)};
+template <const Structure &T, const Field &F, messages::StateSite site>
+inline constexpr StateAccess state_write{messages::corrupted_at_state_set(T, F, site),
+                                         messages::not_tracked_at_state_set(T, F, site)};
+
+// --- the rules ----------------------------------------------------------------------------------
+
+// The gate of all of them: an earlier failure stands; tracking that is switched off is 22, without
+// a message; an object without state bytes is 22 with the place's message.
+bool may_access(kelp_handle *handle, const void *object, const StateAccess &access,
+                std::uint32_t *err);
+
+template <const Structure &T>
+std::uint8_t *area_of(kelp_handle *handle, std::uint32_t space_id, void *object) {
+  return area_of(handle, space_id, object, model::object_size(T));
+}
+
+// The gate of a write, with what may stand between the gate and the variant: brings the object in
+// line and asks for the field.
+template <const Structure &T, const Field &F>
+bool may_write(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
+  field_access::adjust<T>(handle, space_id, object, err);
+  return field_access::has_field<F>(handle, object, err);
+}
+
+template <const Structure &T, const Field &F>
+std::uint8_t state_flag_get(kelp_handle *handle, std::uint32_t space_id, void *object,
+                            std::uint32_t *err) {
+  if (!may_access(handle, object, state_read<T, F, messages::StateSite::whole>, err)) return 0;
+  return area_of<T>(handle, space_id, object)[model::state_place(T, F)];
+}
+
+template <const Structure &T, const Field &F>
+void state_flag_set(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t value,
+                    std::uint32_t *err) {
+  if (!may_access(handle, object, state_write<T, F, messages::StateSite::whole>, err)) return;
+  if (!may_write<T, F>(handle, space_id, object, err)) return;
+  store(handle, space_id, area_of<T>(handle, space_id, object) + model::state_place(T, F),
+        static_cast<std::uint8_t>(value));
+}
+
+template <const Structure &T, const Field &F>
+std::uint32_t count_of(const void *object) {
+  return *place_of<T, model::counter_of(T, F)>(object);
+}
+
+template <const Structure &T, const Field &F>
+std::uint8_t *element_states(kelp_handle *handle, std::uint32_t space_id, void *object) {
+  return array_field::element_states_of(area_of<T>(handle, space_id, object),
+                                        array_field::facts<T, F>);
+}
+
+template <const Structure &T, const Field &F>
+std::uint8_t element_state_flag_get(kelp_handle *handle, std::uint32_t space_id, void *object,
+                                    std::uint32_t index, std::uint32_t *err) {
+  if (!may_access(handle, object, state_read<T, F, messages::StateSite::element>, err)) return 0;
+  if (index >= count_of<T, F>(object)) {
+    fail(handle, KELP_ERR_NOT_FOUND, err);
+    return 0;
+  }
+  return element_states<T, F>(handle, space_id, object)[index];
+}
+
+template <const Structure &T, const Field &F>
+void element_state_flag_set(kelp_handle *handle, std::uint32_t space_id, void *object,
+                            std::uint32_t index, std::uint32_t value, std::uint32_t *err) {
+  if (!may_access(handle, object, state_write<T, F, messages::StateSite::element>, err)) return;
+  if (index >= count_of<T, F>(object)) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (!may_write<T, F>(handle, space_id, object, err)) return;
+  store(handle, space_id, element_states<T, F>(handle, space_id, object) + index,
+        static_cast<std::uint8_t>(value));
+}
+
+template <const Structure &T, const Field &F>
+void element_states_get(kelp_handle *handle, std::uint32_t space_id, void *object,
+                        std::uint64_t *out, std::uint32_t *err) {
+  if (!may_access(handle, object, state_read<T, F, messages::StateSite::element_array>, err)) {
+    return;
+  }
+  *out = reinterpret_cast<std::uintptr_t>(element_states<T, F>(handle, space_id, object));
+}
+
+// Required: the bytes go to the beginning of the object's own state bytes, not to those of the
+// elements, and are not announced.
+template <const Structure &T, const Field &F>
+void element_states_set(kelp_handle *handle, std::uint32_t space_id, void *object,
+                        const std::uint8_t *source, std::uint32_t count, std::uint32_t *err) {
+  if (!may_access(handle, object, state_write<T, F, messages::StateSite::element_array>, err)) {
+    return;
+  }
+  if (count != count_of<T, F>(object)) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (!may_write<T, F>(handle, space_id, object, err)) return;
+  std::uint8_t *area = area_of<T>(handle, space_id, object);
+  for (std::uint32_t i = 0; i < count; ++i) area[i] = source[i];
+}
+
+// Sets all state bytes of an object; arrays are those of its type.
+void fill(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint8_t value,
+          std::uint32_t object_size, std::uint32_t state_size,
+          std::span<const array_field::ArrayFacts *const> arrays);
+
+template <const Structure &T>
+inline constexpr std::size_t array_count = [] {
+  std::size_t count = 0;
+  for (const Field *field : T.fields) count += holds_array(*field) ? 1 : 0;
+  return count;
+}();
+
+template <const Structure &T>
+inline constexpr auto arrays_of = [] {
+  std::array<const array_field::ArrayFacts *, array_count<T>> arrays{};
+  std::size_t next = 0;
+  for_each_field<T>([&]<const Field & F>() {
+    if constexpr (holds_array(F)) arrays[next++] = &array_field::facts<T, F>;
+  });
+  return arrays;
+}();
+
+template <const Structure &T>
+void set_all_state_tracking_flag(kelp_handle *handle, std::uint32_t space_id, void *object,
+                                 std::uint32_t value) {
+  fill(handle, space_id, object, static_cast<std::uint8_t>(value), model::object_size(T),
+       model::state_size(T), arrays_of<T>);
+}
 
 }  // namespace harbor::state_tracking

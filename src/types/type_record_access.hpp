@@ -109,8 +109,9 @@ inline constexpr Operation variant_data_index_cap_operation{
     .result = "int32_t",
     .arguments = "int32_t variant",
     .rule = "type_record_access::variant_data_index_cap",
-    .brief = "Gives the variant number limited to the highest variant of $type. Negative numbers "
-             "pass as they are.",
+    .brief =
+        "Gives the variant number limited to the highest variant of $type. Negative numbers "
+        "pass as they are.",
 };
 inline constexpr Operation get_luid_operation{
     .suffix = "get_luid",
@@ -126,8 +127,9 @@ inline constexpr Operation adjust_variant_operation{
     .result = "void",
     .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
     .rule = "type_record_access::adjust_variant",
-    .brief = "Brings the object to the variant that the handle's domain gives to its type, as far "
-             "as $type has it. A null object is passed over.",
+    .brief =
+        "Brings the object to the variant that the handle's domain gives to its type, as far "
+        "as $type has it. A null object is passed over.",
     .errors = "those of kelplib_adjust_variant",
 };
 inline constexpr Operation get_oid_count_operation{
@@ -135,8 +137,9 @@ inline constexpr Operation get_oid_count_operation{
     .result = "uint32_t",
     .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object, uint32_t *err",
     .rule = "type_record_access::get_oid_count",
-    .brief = "Gives the number of by-reference fields of $type, whatever the object's variant: the "
-             "slots that $type_get_object_references fills.",
+    .brief =
+        "Gives the number of by-reference fields of $type, whatever the object's variant: the "
+        "slots that $type_get_object_references fills.",
     .errors = "22 for a null object; 0 then",
 };
 
@@ -175,8 +178,7 @@ bool may_ask(kelp_handle *handle, const void *object, std::uint32_t error_presen
 
 template <const auto &T>
 bool may_ask_references(kelp_handle *handle, const void *object, std::uint32_t *err) {
-  return may_ask(handle, object,
-                 messages::of_type(messages::TypeForm::references_error_present, T),
+  return may_ask(handle, object, messages::of_type(messages::TypeForm::references_error_present, T),
                  messages::of_type(messages::TypeForm::references_object_null, T), err);
 }
 

@@ -44,27 +44,11 @@ std::string value_type(const Field &field) {
   return number_type(kind);
 }
 
-bool has_value(const Field &field) {
-  switch (field.kind) {
-    case Kind::u8:
-    case Kind::u16:
-    case Kind::u32:
-    case Kind::real:
-    case Kind::boolean:
-    case Kind::enumeration:
-    case Kind::flags:
-    case Kind::counter:
-      return true;
-    default:
-      return false;
-  }
-}
-
 // One argument for each field of the bulk forms, with a comma behind each.
 std::string bulk_arguments(const Structure &type, bool getters) {
   std::string list;
   for (const Field *field : type.fields) {
-    if (!has_value(*field) || (!getters && field->kind == Kind::counter)) continue;
+    if (!harbor::structure::is_in_bulk(type, *field, !getters)) continue;
     list += value_type(*field) + (getters ? " *" : " ") + std::string(field->name) + ", ";
   }
   return list;

@@ -1,0 +1,218 @@
+// The object memory, through the hooks of a handle.
+#include <algorithm>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "support.hpp"
+
+namespace {
+
+using kelp_test::DatabaseTest;
+
+class ArenaTest : public DatabaseTest {};
+
+TEST_F(ArenaTest, BlockOfNoBytesHasAnAddressOfItsOwn) {
+  void *first = allocate(0);
+  void *second = allocate(0);
+  EXPECT_NE(first, nullptr);
+  EXPECT_NE(second, nullptr);
+  EXPECT_NE(first, second);
+  EXPECT_EQ(memory().live_allocations, 2u);
+  EXPECT_EQ(memory().live_bytes, 0u);
+  release(first);
+  release(second);
+  EXPECT_EQ(memory().live_allocations, 0u);
+}
+
+TEST_F(ArenaTest, FreeOfNullDoesNothing) {
+  release(nullptr);
+  EXPECT_EQ(memory().total_allocations, 0u);
+}
+
+TEST_F(ArenaTest, EverySizeIsAlignedAndWritableToItsLastByte) {
+  std::vector<void *> blocks;
+  for (std::size_t size = 0; size < 20000; size += size < 600 ? 1 : 97) {
+    auto *block = static_cast<unsigned char *>(allocate(size));
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % 16, 0u);
+    std::memset(block, 0xA5, size);
+    blocks.push_back(block);
+  }
+  for (void *block : blocks) release(block);
+  EXPECT_EQ(memory().live_allocations, 0u);
+  EXPECT_EQ(memory().live_bytes, 0u);
+  EXPECT_EQ(memory().used_bytes, 0u);
+}
+
+TEST_F(ArenaTest, BlocksKeepTheirContentWhileOthersComeAndGo) {
+  std::mt19937 random(12345);
+  struct Held {
+    unsigned char *block;
+    std::size_t size;
+    unsigned char mark;
+  };
+  std::vector<Held> held;
+  for (int step = 0; step < 40000; ++step) {
+    if (held.size() < 500 || random() % 2 == 0) {
+      const std::size_t size = random() % 100 == 0 ? random() % 70000 : random() % 700;
+      auto *block = static_cast<unsigned char *>(allocate(size));
+      ASSERT_NE(block, nullptr);
+      const auto mark = static_cast<unsigned char>(random());
+      std::memset(block, mark, size);
+      held.push_back({block, size, mark});
+    } else {
+      const std::size_t at = random() % held.size();
+      std::swap(held[at], held.back());
+      const Held gone = held.back();
+      held.pop_back();
+      EXPECT_TRUE(std::all_of(gone.block, gone.block + gone.size,
+                              [&](unsigned char byte) { return byte == gone.mark; }));
+      release(gone.block);
+    }
+  }
+  std::size_t live_bytes = 0;
+  for (const Held &each : held) live_bytes += each.size;
+  EXPECT_EQ(memory().live_allocations, held.size());
+  EXPECT_EQ(memory().live_bytes, live_bytes);
+  for (const Held &each : held) release(each.block);
+  EXPECT_EQ(memory().used_bytes, 0u);
+}
+
+TEST_F(ArenaTest, LargeBlocksGoBackToTheSystem) {
+  const std::uint64_t before = memory().reserved_bytes;
+  void *block = allocate(3 * 1024 * 1024);
+  ASSERT_NE(block, nullptr);
+  std::memset(block, 1, 3 * 1024 * 1024);
+  EXPECT_GE(memory().reserved_bytes, before + 3 * 1024 * 1024);
+  release(block);
+  EXPECT_EQ(memory().reserved_bytes, before);
+}
+
+TEST_F(ArenaTest, EmptiedSpansServeOtherSizes) {
+  std::vector<void *> blocks;
+  for (int i = 0; i < 4000; ++i) blocks.push_back(allocate(200));
+  const std::uint64_t reserved = memory().reserved_bytes;
+  for (void *block : blocks) release(block);
+  blocks.clear();
+  for (int i = 0; i < 2000; ++i) blocks.push_back(allocate(300));
+  EXPECT_EQ(memory().reserved_bytes, reserved);
+  for (void *block : blocks) release(block);
+}
+
+TEST_F(ArenaTest, ImpossibleSizeIsRefused) {
+  EXPECT_EQ(allocate(SIZE_MAX), nullptr);
+  EXPECT_EQ(allocate(SIZE_MAX / 2), nullptr);
+  EXPECT_EQ(memory().failed_allocations, 2u);
+}
+
+TEST_F(ArenaTest, LimitRefusesAndSaysWhatRaisesIt) {
+  kelp_error error;
+  ASSERT_EQ(kelp_database_set_memory_limit(database, 4096, &error), 0);
+  std::vector<void *> blocks;
+  while (void *block = allocate(100)) blocks.push_back(block);
+  EXPECT_GT(blocks.size(), 10u);
+  EXPECT_LE(memory().used_bytes, 4096u);
+  kelp_store_err(handle, 12);
+  EXPECT_EQ(kelp_handle_last_error(handle, &error), 12);
+  const std::string text = error.text;
+  EXPECT_NE(text.find("'test' is full"), std::string::npos) << text;
+  EXPECT_NE(text.find("100 bytes asked for"), std::string::npos) << text;
+  EXPECT_NE(text.find(std::to_string(memory().used_bytes) + " bytes used"), std::string::npos)
+      << text;
+  EXPECT_NE(text.find("limit of 4096"), std::string::npos) << text;
+  EXPECT_NE(text.find("kelp_database_set_memory_limit"), std::string::npos) << text;
+
+  EXPECT_EQ(kelp_database_set_memory_limit(database, 100, &error), 22);
+  EXPECT_NE(std::string(error.text).find("a limit of 100 bytes"), std::string::npos) << error.text;
+  EXPECT_EQ(memory().limit_bytes, 4096u);
+
+  ASSERT_EQ(kelp_database_set_memory_limit(database, 8192, &error), 0);
+  void *more = allocate(100);
+  EXPECT_NE(more, nullptr);
+  release(more);
+  for (void *block : blocks) release(block);
+}
+
+TEST_F(ArenaTest, FaultStrikesTheChosenAllocationOnce) {
+  kelp_database_fail_allocation_after(database, 2);
+  void *first = allocate(10);
+  void *second = allocate(10);
+  EXPECT_NE(first, nullptr);
+  EXPECT_NE(second, nullptr);
+  EXPECT_EQ(allocate(10), nullptr);
+  void *third = allocate(10);
+  EXPECT_NE(third, nullptr);
+  kelp_database_fail_allocation_after(database, 0);
+  kelp_database_fail_allocation_after(database, -1);
+  void *fourth = allocate(10);
+  EXPECT_NE(fourth, nullptr);
+  for (void *block : {first, second, third, fourth}) release(block);
+}
+
+TEST_F(ArenaTest, CloseReportsWhatIsStillInUse) {
+  allocate(24);
+  allocate(0);
+  expected_close_text =
+      "database 'test' was closed with 2 allocations of 24 bytes still in use";
+}
+
+TEST_F(ArenaTest, ThreadsAllocateTogether) {
+  std::vector<std::thread> threads;
+  for (int number = 0; number < 4; ++number) {
+    threads.emplace_back([&] {
+      std::vector<void *> blocks;
+      for (int i = 0; i < 2000; ++i) blocks.push_back(allocate(64));
+      for (void *block : blocks) release(block);
+    });
+  }
+  for (std::thread &thread : threads) thread.join();
+  EXPECT_EQ(memory().live_allocations, 0u);
+  EXPECT_EQ(memory().total_allocations, 8000u);
+}
+
+TEST_F(ArenaTest, ReadersOfTheStoreKnowLiveBlocksOnly) {
+  auto *block = static_cast<char *>(allocate(40));
+  EXPECT_NE(lumen_in_range(handle->obj_pool, block), 0u);
+  EXPECT_NE(lumen_in_range(handle->obj_pool, block + 39), 0u);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, block + 40), 0u);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, &block), 0u);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, nullptr), 0u);
+  release(block);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
+}
+
+using ArenaDeathTest = ArenaTest;
+
+TEST_F(ArenaDeathTest, SecondFreeEndsTheProcess) {
+  void *block = allocate(32);
+  release(block);
+  EXPECT_DEATH(release(block), "obj_free: the pointer is a live block of this database");
+}
+
+TEST_F(ArenaDeathTest, FreeOfForeignMemoryEndsTheProcess) {
+  int local = 0;
+  EXPECT_DEATH(release(&local), "obj_free: the pointer is a live block of this database");
+}
+
+TEST_F(ArenaDeathTest, FreeOfAnInnerAddressEndsTheProcess) {
+  auto *block = static_cast<char *>(allocate(64));
+  EXPECT_DEATH(release(block + 16), "obj_free: the pointer is a live block of this database");
+  release(block);
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+TEST_F(ArenaDeathTest, UseAfterFreeIsCaught) {
+  auto *block = static_cast<volatile char *>(allocate(48));
+  release(const_cast<char *>(block));
+  EXPECT_DEATH(block[0] = 1, "use-after-poison");
+}
+
+TEST_F(ArenaDeathTest, OverrunIsCaught) {
+  auto *block = static_cast<volatile char *>(allocate(48));
+  EXPECT_DEATH(block[48] = 1, "use-after-poison");
+  release(const_cast<char *>(block));
+}
+#endif
+
+}  // namespace

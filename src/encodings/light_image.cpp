@@ -1,0 +1,49 @@
+#include "encodings/light_image.hpp"
+
+#include <kelp/wire.h>
+
+#include "module/failure.hpp"
+#include "types/type_record_access.hpp"
+
+namespace harbor::light_image {
+
+bool begin_image(kelp_handle *handle, std::int32_t length, std::uint32_t *err) {
+  if (!begin(handle, err)) return false;
+  if (length >= 1) return true;
+  fail(handle, KELP_ERR_NO_MEMORY, err);
+  return false;
+}
+
+// The mismatch does not stop the writer, it lowers the image.
+std::uint32_t marshal_variant(kelp_handle *handle, std::uint32_t space_id, void *buffer,
+                              const void *object, std::uint8_t variants, std::int32_t length,
+                              std::uint32_t *err) {
+  std::int8_t variant = kelp_get_instance_variant(object, 0, 1);
+  const kelp_type_record *record = object == nullptr ? nullptr : header_of(object)->tinfo;
+  const std::int8_t domain = kelp_domain_lookup_variant(handle, &handle->domain, record, err);
+  if (variant > domain) {
+    fail_variant(handle, err);
+    variant = domain;
+  }
+  variant = type_record_access::capped_variant(variant, variants);
+  return _kelp_instance_variant_marshal(handle, space_id, buffer, &variant, length, err);
+}
+
+std::uint32_t unmarshal_variant(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
+                                std::int8_t &variant, std::uint8_t variants, std::int32_t length,
+                                std::uint32_t *err) {
+  std::int8_t read = 0;
+  const std::uint32_t used =
+      _kelp_instance_variant_unmarshal(handle, space_id, buffer, &read, length, err);
+  variant = type_record_access::capped_variant(read, variants);
+  return used;
+}
+
+// Required: neither store is announced, and created_variant stays as it was.
+void take_header(kelp_handle *handle, std::uint32_t space_id, kelp_object_header *object,
+                 std::int8_t variant, kelp_type_record *record) {
+  object->variant = variant;
+  object->tinfo = type_record_access::record_for(handle, space_id, record);
+}
+
+}  // namespace harbor::light_image

@@ -1,0 +1,30 @@
+#include "encodings/light_text.hpp"
+
+#include <cstdio>
+
+#include "module/failure.hpp"
+
+namespace harbor::light_text {
+
+// The word is read again behind kelp_store_err: it may be the handle's own. A path of more than 255
+// characters is cut. The text of the element is of no interest.
+Found find_member(kelp_handle *handle, kelp_xml_document *document, const char *path,
+                  std::string_view name, std::uint32_t *err, char *message,
+                  std::int32_t message_size) {
+  char child[256];
+  char scratch[128];
+  std::snprintf(child, sizeof(child), "%s/%.*s", path, static_cast<int>(name.size()), name.data());
+  *err = xml_get_element_value(document, child, scratch, sizeof(scratch), 0);
+  if (*err != 0) kelp_store_err(handle, *err);
+  if (*err == 0) return Found::yes;
+  if (*err == KELP_ERR_NOT_FOUND) {
+    *err = 0;
+    return Found::no;
+  }
+  if (message != nullptr && message_size > 0) {
+    std::snprintf(message, static_cast<std::size_t>(message_size), "Failed xpath: %s", path);
+  }
+  return Found::failed;
+}
+
+}  // namespace harbor::light_text

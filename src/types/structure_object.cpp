@@ -1,0 +1,347 @@
+#include "types/structure_object.hpp"
+
+#include <kelp/oid.h>
+
+#include "types/state_mark.hpp"
+#include "types/transfer.hpp"
+
+namespace harbor::structure_object {
+
+namespace {
+
+using state_tracking::Tracking;
+using state_tracking::tracking_of;
+
+// The place of a field, as the type that its kind is stored as.
+template <typename Value>
+Value *at(void *object, const FieldFacts &field) {
+  return reinterpret_cast<Value *>(bytes(object) + field.offset);
+}
+
+// Announces a store only where the caller's object is in shared use.
+struct Notifier {
+  kelp_handle *handle;
+  std::uint32_t space_id;
+  bool notify;
+
+  void operator()(const void *address, std::size_t length) const {
+    if (notify) announce(handle, space_id, address, length);
+  }
+  template <typename Value>
+  void put(Value *place, Value value) const {
+    (*this)(place, sizeof(Value));
+    *place = value;
+  }
+};
+
+// --- initialize ---------------------------------------------------------------------------------
+
+// The bases of nested state bytes, or false when a nested child was given none. Nothing is to be
+// told where the parent's area already serves.
+bool place_state(kelp_handle *handle, std::uint32_t space_id, void *object, void *&sttr_base,
+                 std::uint32_t *err, const StructureFacts &facts) {
+  const std::uint8_t flags = header_of(object)->obj_flags;
+  const bool nested = (flags & OBJ_NESTED) != 0;
+  const bool relocated = (flags & OBJ_STTR_RELOCATED) != 0;
+  if (nested && sttr_base == nullptr) {
+    fail(handle, KELP_ERR_INVALID, err);
+    trace(type_source, Level::error, facts.messages.base_missing);
+    return false;
+  }
+  if (nested && !relocated) return true;
+  if (!nested && sttr_base == nullptr) sttr_base = bytes(object) + facts.object_size;
+  if (relocated) sttr_base = bytes(object) + kelplib_get_sttr_offset(handle, space_id, object);
+  transfer::offset_update(handle, space_id, object, sttr_base, facts);
+  return true;
+}
+
+void initialize_child(kelp_handle *handle, std::uint32_t space_id, void *object,
+                      const FieldFacts &field, bool notify, std::int32_t skip_stats,
+                      void *sttr_base, std::uint32_t *err) {
+  void *child = bytes(object) + field.offset;
+  switch (field.kind) {
+    case Kind::structure:
+      initialize(handle, space_id, child, field.structure->record, notify, skip_stats, OBJ_NESTED,
+                 sttr_base, err, *field.structure);
+      break;
+    case Kind::enumeration:
+    case Kind::flags:
+      light_object::prepare(handle, space_id, header_of(child), field.light->record, notify,
+                            OBJ_NESTED, err);
+      break;
+    case Kind::boolean:
+      kelp_boolean_initialize(handle, space_id, static_cast<kelp_boolean *>(child),
+                              Primitive<Kind::boolean>::record, notify, skip_stats, OBJ_NESTED,
+                              sttr_base, err);
+      break;
+    case Kind::address:
+      ip_address_initialize(handle, space_id, static_cast<ip_address *>(child),
+                            Primitive<Kind::address>::record, notify, skip_stats, OBJ_NESTED,
+                            sttr_base, err);
+      break;
+    case Kind::text:
+      kelp_vstring_initialize(handle, space_id, static_cast<kelp_vstring *>(child),
+                              Primitive<Kind::text>::record, notify, skip_stats, OBJ_NESTED,
+                              sttr_base, err);
+      break;
+    default:
+      break;
+  }
+}
+
+// --- destroy ------------------------------------------------------------------------------------
+
+// Removes the object's OID mapping: true when destroy may go on.
+bool remove_mapping(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err,
+                    const StructureFacts &facts) {
+  const std::uint32_t gone = kelp_request_oid_mapping_destroy(handle, space_id, object, err);
+  if (*err != 0) {
+    trace(type_source, Level::error, facts.messages.mapping_not_removed, std::strerror(*err));
+    kelp_store_err(handle, *err);
+    return false;
+  }
+  if (gone == 0) {
+    trace(type_source, Level::information, facts.messages.still_referenced);
+    return false;
+  }
+  trace(type_source, Level::debug, facts.messages.mapping_removed);
+  return true;
+}
+
+// Drops the references that an address or a text holds. One that cannot be dropped is told and
+// passed over.
+template <Kind kind>
+bool drop_references(kelp_handle *handle, std::uint32_t space_id, void *object,
+                     const FieldFacts &field, std::uint32_t *err) {
+  using Type = Primitive<kind>;
+  auto *place = at<storage_of<kind>>(object, field);
+  const std::uint32_t count = Type::get_oid_count(handle, space_id, place, err);
+  if (count == 0) return true;
+  auto **references = static_cast<void **>(__builtin_alloca(count * sizeof(void *)));
+  Type::get_object_references(handle, space_id, place, references, count, err);
+  if (*err != 0) {
+    trace(type_source, Level::error, field.references_unknown, std::strerror(*err));
+    return false;
+  }
+  for (std::uint32_t i = 0; i < count; ++i) {
+    kelplib_lookup_and_update_oid_ref_count(handle, space_id, references[i], KELP_OID_DECREMENT,
+                                            err);
+    if (*err == 0) continue;
+    trace(type_source, Level::error, field.reference_not_dropped,
+          static_cast<const void *>(references[i]), std::strerror(*err));
+    *err = 0;
+  }
+  return true;
+}
+
+void end_arm(kelp_handle *handle, std::uint32_t space_id, void *object, const FieldFacts &field) {
+  void **arm = at<void *>(object, field);
+  if (*arm == nullptr) return;
+  switch (field.held) {
+    case Kind::text:
+      kelp_vstring_destroy_internal(handle, space_id, static_cast<kelp_vstring *>(*arm), 1);
+      break;
+    case Kind::structure:
+      destroy_internal(handle, space_id, *arm, true, *field.structure);
+      break;
+    default:
+      u_int32_destroy_internal(handle, space_id, static_cast<std::uint32_t *>(*arm), 1);
+      break;
+  }
+  store<void *>(handle, space_id, arm, nullptr);
+}
+
+// False when the object has to stay as it now is. An embedded enumeration or flag set owns nothing
+// and is not counted, so that there is nothing to do for it.
+bool end_field(kelp_handle *handle, std::uint32_t space_id, void *object, const FieldFacts &field,
+               std::uint32_t *err) {
+  switch (field.kind) {
+    case Kind::reference:
+      kelplib_oid_release_internal(handle, space_id, at<kelp_reference>(object, field), err);
+      if (*err == 0) return true;
+      trace(type_source, Level::error, field.reference_not_released, std::strerror(*err));
+      return false;
+    case Kind::address:
+      if (!drop_references<Kind::address>(handle, space_id, object, field, err)) return false;
+      ip_address_destroy_internal(handle, space_id, at<ip_address>(object, field), 0);
+      return true;
+    case Kind::text:
+      if (!drop_references<Kind::text>(handle, space_id, object, field, err)) return false;
+      kelp_vstring_destroy_internal(handle, space_id, at<kelp_vstring>(object, field), 0);
+      return true;
+    case Kind::array:
+      array_field::remove(handle, space_id, object, *field.array);
+      return true;
+    case Kind::structure:
+      destroy_internal(handle, space_id, bytes(object) + field.offset, false, *field.structure);
+      return true;
+    case Kind::arm:
+      end_arm(handle, space_id, object, field);
+      return true;
+    default:
+      return true;
+  }
+}
+
+// Gives back the state bytes of array elements, which lie in blocks of their own.
+// Required: their pointers are cleared without announcement.
+void end_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
+                        const StructureFacts &facts) {
+  if (!state_tracking::is_tracked(object)) return;
+  std::uint8_t *area = state_tracking::area_of(handle, space_id, object, facts.object_size);
+  for (const FieldFacts &field : facts.fields) {
+    if (field.kind != Kind::array) continue;
+    std::uint8_t *&states = array_field::element_states_of(area, *field.array);
+    if (states == nullptr) continue;
+    handle->obj_free(handle->obj_pool, space_id, states);
+    states = nullptr;
+  }
+}
+
+}  // namespace
+
+std::size_t size(const kelp_handle *handle, const StructureFacts &facts) {
+  const bool on = tracking_of(handle, facts.messages.corrupted_at_size) == Tracking::on;
+  return facts.object_size + (on ? facts.state_size : 0);
+}
+
+void *create(kelp_handle *handle, std::uint32_t space_id, const StructureFacts &facts) {
+  register_trace();
+  return create_internal(handle, space_id, facts);
+}
+
+void *create_cr(kelp_handle *handle, const StructureFacts &facts) {
+  register_trace();
+  return creation::in_chain(handle, [&](kelp_handle *chain, std::uint32_t space_id) {
+    return create_internal(chain, space_id, facts);
+  });
+}
+
+// Required: an object that cannot be prepared yields null in all forms, and leaves cr_err alone.
+void *create_internal(kelp_handle *handle, std::uint32_t space_id, const StructureFacts &facts) {
+  if (creation::is_failed_chain(handle)) return facts.null_object;
+  void *object = handle->obj_alloc(handle->obj_pool, space_id, size(handle, facts));
+  if (object == nullptr) return creation::without_memory(handle, facts.null_object);
+  std::memset(object, 0, size(handle, facts));
+  std::uint32_t err = 0;
+  initialize(handle, space_id, object, facts.record, true, 0, 0, nullptr, &err, facts);
+  if (err == 0) return object;
+  trace(type_source, Level::error, facts.messages.create_failed, std::strerror(err));
+  handle->obj_free(handle->obj_pool, space_id, object);
+  return nullptr;
+}
+
+void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_type_record *record,
+                bool notify, std::int32_t skip_stats, std::uint8_t flags, void *sttr_base,
+                std::uint32_t *err, const StructureFacts &facts) {
+  if (!begin(handle, err)) return;
+  const Notifier changing{handle, space_id, notify};
+  const std::int8_t variant = type_record_access::capped_variant(
+      kelp_domain_lookup_variant(handle, &handle->domain, record, err), facts.variants);
+
+  for (const FieldFacts &field : facts.fields) {
+    if (field.kind != Kind::reference) continue;
+    auto *reference = at<kelp_reference>(object, field);
+    changing(&reference->target_type, sizeof reference->target_type);
+    reference->target_type = type_record_access::record_for(handle, space_id, field.target);
+  }
+
+  kelp_object_header *header = header_of(object);
+  changing.put(&header->created_variant, variant);
+  changing.put(&header->variant, variant);
+  kelp_type_record **tinfo = kelp_get_manifested_type_info_ptr_mem(object);
+  changing(tinfo, sizeof *tinfo);
+  *tinfo = type_record_access::record_for(handle, space_id, record);
+  changing.put(&header->obj_flags, static_cast<std::uint8_t>(header->obj_flags | flags));
+  if (tracking_of(handle, facts.messages.corrupted_at_flag) == Tracking::on) {
+    changing.put(&header->obj_flags,
+                 static_cast<std::uint8_t>(header->obj_flags | OBJ_STATE_TRACKED));
+  }
+
+  if (skip_stats == 0) {
+    kelp_variant_entry &entry =
+        type_record_access::entry_of(*tinfo, variant, facts.variants, facts.messages.creation);
+    kelplib_type_stats_create_object(handle, space_id, *tinfo, &entry.create_count, err);
+    if (tracking_of(handle, facts.messages.corrupted_at_state) == Tracking::on &&
+        !place_state(handle, space_id, object, sttr_base, err, facts)) {
+      return;
+    }
+  }
+  for (const FieldFacts &field : facts.fields) {
+    initialize_child(handle, space_id, object, field, notify, skip_stats, sttr_base, err);
+  }
+}
+
+void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *object,
+                           const StructureFacts &facts) {
+  if (object == nullptr) {
+    trace(type_source, Level::error, facts.messages.embedded_object_null);
+    return;
+  }
+  for (const FieldFacts &field : facts.fields) {
+    switch (field.kind) {
+      case Kind::structure:
+        set_instance_embedded(handle, space_id, bytes(object) + field.offset, *field.structure);
+        break;
+      case Kind::enumeration:
+      case Kind::flags:
+        light_object::mark_embedded(handle, space_id, bytes(object) + field.offset, *field.light);
+        break;
+      case Kind::boolean:
+        kelp_boolean_set_instance_embedded(handle, space_id, at<kelp_boolean>(object, field));
+        break;
+      case Kind::address:
+        ip_address_set_instance_embedded(handle, space_id, at<ip_address>(object, field));
+        break;
+      case Kind::text:
+        kelp_vstring_set_instance_embedded(handle, space_id, at<kelp_vstring>(object, field));
+        break;
+      default:
+        break;
+    }
+  }
+  std::uint8_t &flags = header_of(object)->obj_flags;
+  store(handle, space_id, &flags, static_cast<std::uint8_t>(flags | OBJ_EMBEDDED));
+}
+
+// An object that stays behind a failure is neither counted nor freed. What its fields gave back
+// before is gone from them, so that a later destroy does not give it back twice.
+void destroy_internal(kelp_handle *handle, std::uint32_t space_id, void *object, bool free_it,
+                      const StructureFacts &facts) {
+  if (object == nullptr || object == facts.null_object) return;
+  kelp_object_header *header = header_of(object);
+  std::uint32_t err = 0;
+  if ((header->obj_flags & OBJ_OID_MAPPED) != 0 &&
+      !remove_mapping(handle, space_id, object, &err, facts)) {
+    return;
+  }
+  for (const FieldFacts &field : facts.fields) {
+    if (!end_field(handle, space_id, object, field, &err)) return;
+  }
+  end_element_states(handle, space_id, object, facts);
+
+  kelp_type_record *tinfo = kelp_get_manifested_type_info(object);
+  type_record_access::require_record(tinfo, facts.messages.destruction);
+  kelp_variant_entry &entry = type_record_access::entry_of(
+      tinfo, kelp_get_instance_variant(object, 1, 0), facts.variants, facts.messages.destruction);
+  // Required: the runtime is given the create counter here too and finds the other beside it.
+  kelplib_type_stats_destroy_object(handle, space_id, tinfo, &entry.create_count, &err);
+
+  if ((header->obj_flags & (OBJ_RA_DATA | OBJ_STTR_RELOCATED)) != 0 && handle != nullptr &&
+      handle->hd_mapped != 0) {
+    kelp_hd_mapping_destroy(handle, space_id, object, &err);
+    if (err != 0) {
+      trace(type_source, Level::error, facts.messages.distance_not_removed, std::strerror(err));
+      kelp_store_err(handle, err);
+      return;
+    }
+  }
+  if (!free_it) return;
+  if ((header->obj_flags & OBJ_TINFO_BLOCK) != 0 && header->tinfo != nullptr) {
+    handle->obj_free(handle->obj_pool, space_id, header->tinfo);
+  }
+  store<kelp_type_record *>(handle, space_id, &header->tinfo, nullptr);
+  handle->obj_free(handle->obj_pool, space_id, object);
+}
+
+}  // namespace harbor::structure_object
