@@ -55,7 +55,7 @@ NUMBER_FAMILY(Double, double,
               {{0.0, "0", std::string(8, '\0')},
                {0.1, "0.1", "\x3F\xB9\x99\x99\x99\x99\x99\x9A"},
                {-2.0, "-2", std::string("\xC0\0\0\0\0\0\0\0", 8)},
-               {1e300, "1e+300", "\x7E\x37\xE4\x3C\x88\x00\x75\x9C"},
+               {1e300, "1e+300", std::string("\x7E\x37\xE4\x3C\x88\x00\x75\x9C", 8)},
                {5e-324, "5e-324", std::string("\0\0\0\0\0\0\0\1", 8)},
                {std::numeric_limits<double>::infinity(), "inf",
                 std::string("\x7F\xF0\0\0\0\0\0\0", 8)}});

@@ -1,12 +1,333 @@
+// The XML form of a structure: an element for the object, one for each field under its name. Called
+// by the forwarders of <type>_to_xml, _toxml_cr and _from_xml and by the record encodings of the
+// tables. Promises: writing shows every field of the object's variant but references, set or not,
+// and always asks for the closing tag; reading asks for every field but references and counters
+// whatever the object's variant, leaves alone what the document does not have, and keeps what was
+// read before a failure.
+//
+//   <stats><nbr_event_count>1</nbr_event_count><nbr_retrans_qlen>0</nbr_retrans_qlen></stats>
 #pragma once
 
-#include <array>
+#include <kelp/xml.h>
 
+#include "encodings/arm_creation.hpp"
+#include "encodings/enumeration_encodings.hpp"
+#include "encodings/field_walk.hpp"
+#include "encodings/flag_set_encodings.hpp"
 #include "module/operation.hpp"
+#include "types/array_field.hpp"
+#include "types/primitive.hpp"
+#include "types/state_mark.hpp"
+#include "types/state_tracking.hpp"
 
 namespace harbor::xml {
 
-inline constexpr std::array<Operation, 0> operations{};
+inline constexpr std::array operations{
+    Operation{
+        .suffix = "to_xml",
+        .result = "uint32_t",
+        .arguments = "kelp_handle *handle, uint32_t space_id, const char *tag, char *buffer, "
+                     "const $T *object, uint32_t size, uint32_t state_byte, uint32_t *err",
+        .rule = "xml::to_xml",
+        .brief = "Writes object as the element tag into buffer, at most size bytes, and gives the "
+                 "bytes written. state_byte is that of the element; under a tracking handle each "
+                 "field's element carries its own.",
+        .errors = "what the field writers set, such as 90 when the buffer is too short; 22 when "
+                  "the handle tracks state and the object does not. What was written stays",
+    },
+    Operation{
+        .suffix = "toxml_cr",
+        .result = "uint32_t",
+        .arguments = "kelp_handle *handle, const $T *object, char *buffer, uint32_t size",
+        .rule = "xml::toxml_cr",
+        .brief = "Writes object as an element with the type's name, under the handle's "
+                 "cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set "
+                 "afterwards.",
+        .errors = "as $type_to_xml, in cr_err",
+    },
+    Operation{
+        .suffix = "from_xml",
+        .result = "void",
+        .arguments = "kelp_handle *handle, uint32_t space_id, const char *path, "
+                     "kelp_xml_document *document, $T *object, uint32_t *err, char *message, "
+                     "int32_t message_size",
+        .rule = "xml::from_xml",
+        .brief = "Reads the element at path into object. Fields that it does not have keep what "
+                 "they held; elements that are no fields are passed over. A failed lookup is told "
+                 "in message, message_size bytes or null.",
+        .errors = "2 when there is no element at path; 12 when there is no memory; what a field's "
+                  "reader sets otherwise. What was read before stays",
+        .ownership = "what is allocated for arrays, texts and arms belongs to the object; an arm "
+                     "that it had before is left to the caller",
+    },
+};
+
 inline constexpr StructureFamily family{"xml", operations};
+
+// --- writing ------------------------------------------------------------------------------------
+
+// An element while it is written.
+struct Element {
+  kelp_handle *handle;
+  std::uint32_t space_id;
+  char *buffer;
+  std::uint32_t size;
+  std::uint32_t *err;
+  bool tracks_state;
+  std::uint32_t length = 0;
+
+  char *here() const { return buffer + length; }
+  std::uint32_t space() const { return size - length; }
+};
+
+template <const Structure &T>
+std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
+                     const void *object, std::uint32_t size, std::uint32_t state_byte,
+                     std::uint32_t *err);
+
+template <const Structure &T, const Field &F>
+std::uint8_t state_of(Element &element, const void *object) {
+  if (!element.tracks_state) return 0;
+  return state_tracking::state_flag_get<T, F>(element.handle, element.space_id,
+                                              const_cast<void *>(object), element.err);
+}
+
+template <Kind kind>
+void write_primitive(Element &element, const char *tag, const void *value, std::uint32_t state) {
+  using Type = Primitive<kind>;
+  element.length += Type::to_xml(element.handle, element.space_id, tag, element.here(),
+                                 static_cast<const typename Type::value_type *>(value),
+                                 element.space(), state, element.err);
+}
+
+template <const Structure &T>
+void write_structure(Element &element, const char *tag, const void *object, std::uint32_t state) {
+  element.length += to_xml<T>(element.handle, element.space_id, tag, element.here(), object,
+                              element.space(), state, element.err);
+}
+
+template <const Structure &T, const Field &F>
+void write_array(Element &element, const void *object) {
+  using Value = typename Primitive<F.held>::value_type;
+  const std::uint32_t count = field_walk::count_of<T, F>(object);
+  const auto *values = field_walk::elements_of<T, F, Value>(object);
+  for (std::uint32_t index = 0; index < count && *element.err == 0; ++index) {
+    std::uint8_t state = 0;
+    if (element.tracks_state) {
+      state = static_cast<std::uint8_t>(state_tracking::element_state_flag_get<T, F>(
+          element.handle, element.space_id, const_cast<void *>(object), index, element.err));
+    }
+    write_primitive<F.held>(element, F.name.data(), values + index, state);
+  }
+}
+
+template <const Structure &T, const Field &F>
+void write_arm(Element &element, const void *object) {
+  const void *held = *place_of<T, F>(object);
+  if (!field_walk::is_selected<T, F>(object) || held == nullptr) return;
+  const char *tag = field_walk::arm_name<T, F, '-'>.data();
+  const std::uint8_t state = state_of<T, F>(element, object);
+  if constexpr (F.held == Kind::structure) {
+    write_structure<*F.structure>(element, tag, held, state);
+  } else {
+    write_primitive<F.held>(element, tag, held, state);
+  }
+}
+
+// Required: the state byte of an enumeration or flag field is read and then dropped. A counter has
+// none.
+template <const Structure &T, const Field &F>
+void write_field(Element &element, const void *object) {
+  if (*element.err != 0) return;
+  const char *tag = F.name.data();
+  if constexpr (F.kind == Kind::counter) {
+    write_primitive<F.kind>(element, tag, place_of<T, F>(object), 0);
+  } else if constexpr (F.kind == Kind::array) {
+    write_array<T, F>(element, object);
+  } else if constexpr (F.kind == Kind::arm) {
+    write_arm<T, F>(element, object);
+  } else if constexpr (F.kind != Kind::reference) {
+    const std::uint8_t state = state_of<T, F>(element, object);
+    if constexpr (F.kind == Kind::structure) {
+      write_structure<*F.structure>(element, tag, place_of<T, F>(object), state);
+    } else if constexpr (F.kind == Kind::enumeration) {
+      element.length += enumeration_encodings::to_xml<*F.enumeration>(
+          element.handle, element.space_id, tag, element.here(), place_of<T, F>(object),
+          element.space(), element.err);
+    } else if constexpr (F.kind == Kind::flags) {
+      element.length += flag_set_encodings::to_xml<*F.flag_set>(
+          element.handle, element.space_id, tag, element.here(), place_of<T, F>(object),
+          element.space(), element.err);
+    } else {
+      write_primitive<F.kind>(element, tag, place_of<T, F>(object), state);
+    }
+  }
+}
+
+template <const Structure &T, std::uint8_t floor>
+void write_fields(Element &element, const void *object) {
+  field_walk::for_each_field<T, floor>(
+      [&]<const Field & F>() { write_field<T, F>(element, object); });
+}
+
+template <const Structure &T>
+std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
+                     const void *object, std::uint32_t size, std::uint32_t state_byte,
+                     std::uint32_t *err) {
+  using enum state_tracking::Tracking;
+  if (!begin(handle, err)) return 0;
+  const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
+  constexpr std::uint32_t corrupted = messages::corrupted_at(T, messages::StructureSite::to_xml);
+  const bool tracks_state = state_tracking::tracking_of(handle, corrupted) == on;
+  Element element{handle, space_id, buffer, size, err, tracks_state};
+  element.length += start_tag(handle, space_id, buffer, tag, size, state_byte, err);
+  if (variant >= 0) write_fields<T, 0>(element, object);
+  if (variant > 0) write_fields<T, 1>(element, object);
+  element.length += end_tag(handle, space_id, element.here(), tag, element.space(), err);
+  return element.length;
+}
+
+template <const Structure &T>
+std::uint32_t toxml_cr(kelp_handle *handle, const void *object, char *buffer, std::uint32_t size) {
+  const std::uint32_t length = to_xml<T>(handle, handle->cr_space_id, T.name.data(), buffer, object,
+                                         size, 0, &handle->cr_err);
+  return light_text::carried_result(handle, length);
+}
+
+// --- reading ------------------------------------------------------------------------------------
+
+// A document while one element of it is read.
+struct Source {
+  kelp_handle *handle;
+  std::uint32_t space_id;
+  const char *path;
+  kelp_xml_document *document;
+  std::uint32_t *err;
+  char *message;
+  std::int32_t message_size;
+};
+
+// Paths are cut at this length without a message.
+inline constexpr std::size_t path_size = 256;
+using Path = std::array<char, path_size>;
+Path child_path(const Source &source, const char *tag);
+// Indexes in paths begin at 1.
+Path element_path(const Source &source, const char *tag, std::uint32_t index);
+
+// Asks for the element itself: 2 when it is not there.
+bool open(const Source &source);
+
+// True to go on behind a field: it was read, or its element is missing and the field stays as it
+// was.
+bool goes_on(const Source &source);
+
+// No memory for a temporary element: 12.
+void fail_creation(const Source &source);
+
+template <const Structure &T>
+void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
+              kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
+              std::int32_t message_size);
+
+template <Kind kind>
+void read_primitive(const Source &source, const char *path, void *value) {
+  using Type = Primitive<kind>;
+  Type::from_xml(source.handle, source.space_id, path, source.document,
+                 static_cast<typename Type::value_type *>(value), source.err, source.message,
+                 source.message_size);
+}
+
+template <const Structure &T>
+void read_structure(const Source &source, const char *path, void *object) {
+  from_xml<T>(source.handle, source.space_id, path, source.document, object, source.err,
+              source.message, source.message_size);
+}
+
+// The elements are read into a temporary one each, up to the first that the document does not have,
+// and enter the array by its own setter.
+template <const Structure &T, const Field &F>
+bool read_array(const Source &source, void *object) {
+  using Type = Primitive<F.held>;
+  for (std::uint32_t index = 0;; ++index) {
+    auto *value = Type::create(source.handle, source.space_id);
+    if (value == nullptr) {
+      fail_creation(source);
+      return false;
+    }
+    const Path path = element_path(source, F.name.data(), index + 1);
+    read_primitive<F.held>(source, path.data(), value);
+    const bool is_read = *source.err == 0;
+    if (is_read) {
+      array_field::set<T, F>(source.handle, source.space_id, object, index, value, source.err);
+    }
+    Type::destroy(source.handle, source.space_id, value);
+    if (!is_read) return goes_on(source);
+  }
+}
+
+// Required: the selected arm is made anew, whatever the slot holds, and stays when the document
+// does not have it.
+template <const Structure &T, const Field &F>
+bool read_arm(const Source &source, void *object) {
+  if (!field_walk::is_selected<T, F>(object)) return true;
+  void **slot = place_of<T, F>(object);
+  void *created = create_arm<F>(source.handle, source.space_id, slot, source.err);
+  if (created == nullptr) return false;
+  const Path path = child_path(source, field_walk::arm_name<T, F, '-'>.data());
+  if constexpr (F.held == Kind::structure) {
+    read_structure<*F.structure>(source, path.data(), created);
+  } else {
+    read_primitive<F.held>(source, path.data(), created);
+  }
+  return goes_on(source);
+}
+
+template <const Structure &T, const Field &F>
+bool read_field(const Source &source, void *object) {
+  if constexpr (F.kind == Kind::reference || F.kind == Kind::counter) {
+    return true;
+  } else if constexpr (F.kind == Kind::array) {
+    return read_array<T, F>(source, object);
+  } else if constexpr (F.kind == Kind::arm) {
+    return read_arm<T, F>(source, object);
+  } else {
+    const Path path = child_path(source, F.name.data());
+    auto *place = place_of<T, F>(object);
+    if constexpr (F.kind == Kind::structure) {
+      read_structure<*F.structure>(source, path.data(), place);
+    } else if constexpr (F.kind == Kind::enumeration) {
+      enumeration_encodings::from_xml<*F.enumeration>(source.handle, source.space_id, path.data(),
+                                                      source.document, place, source.err,
+                                                      source.message, source.message_size);
+    } else if constexpr (F.kind == Kind::flags) {
+      flag_set_encodings::from_xml<*F.flag_set>(source.handle, source.space_id, path.data(),
+                                                source.document, place, source.err, source.message,
+                                                source.message_size);
+    } else {
+      read_primitive<F.kind>(source, path.data(), place);
+    }
+    return goes_on(source);
+  }
+}
+
+template <const Structure &T, std::uint8_t floor>
+bool read_fields(const Source &source, void *object) {
+  return field_walk::every_field<T, floor>(
+      [&]<const Field & F>() { return read_field<T, F>(source, object); });
+}
+
+// The object's variant is not looked at: fields of all floors are asked for, and those of floor 1
+// stand behind the others in every structure. A choice, which creates objects of its own as it
+// reads, registers the trace first.
+template <const Structure &T>
+void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
+              kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
+              std::int32_t message_size) {
+  if constexpr (T.is_choice()) register_trace();
+  if (!begin(handle, err)) return;
+  const Source source{handle, space_id, path, document, err, message, message_size};
+  if (!open(source)) return;
+  if (read_fields<T, 0>(source, object)) read_fields<T, 1>(source, object);
+}
 
 }  // namespace harbor::xml

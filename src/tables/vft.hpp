@@ -1,14 +1,75 @@
+// How the runtime finds a table that it knows only by its LUID: the lookup from LUID to index, and
+// the one copy of the 21 vfts that callers are handed. Called through the module's exported names.
+// Never hands out the constant records, and never copies twice: a copy that failed is not tried
+// again.
+//
+// Nothing here is locked or atomic. The first call is to be made before threads contend.
 #pragma once
+
+#include <kelp/vft.h>
 
 #include <array>
 
 #include "module/operation.hpp"
+#include "tables/facts.hpp"
 
 namespace harbor::vft {
 
-inline constexpr std::array<Operation, 0> operations{};
+inline constexpr std::array operations{
+    Operation{
+        .suffix = "get_luid",
+        .result = "const uint8_t *",
+        .arguments = "kelp_handle *handle, uint32_t space_id, const void *object, uint32_t *err",
+        .rule = "vft::get_luid",
+        .brief = "Gives the 16-byte identity of the object's type, as kelp_get_luid does.",
+        .errors = "those of kelp_get_luid; null then",
+        .ownership = "the bytes belong to the type record and live as long",
+    },
+};
 inline constexpr TableFamily family{"vft", TableScope::table, operations};
-inline constexpr std::array<Operation, 0> module_operations{};
+
+inline constexpr std::array module_operations{
+    Operation{
+        .suffix = "ospf_harbor_oper_table_vft_init",
+        .result = "uint32_t",
+        .arguments = "void",
+        .rule = "vft::init",
+        .brief = "Copies the 21 table vfts into ospf_harbor_oper_table_lut, once in a process. "
+                 "Gives 0 when the copy was started before, else the result of table_vft_cpy. The "
+                 "first call is to be made before threads contend.",
+        .errors = "none; the result is the code",
+    },
+    Operation{
+        .suffix = "ospf_harbor_oper_table_get_vft",
+        .result = "void",
+        .arguments = "kelp_handle *handle, uint32_t space_id, const uint8_t *luid, "
+                     "const kelp_table_vft **vft_out, uint32_t *err",
+        .rule = "vft::get",
+        .brief = "Writes the vft of the table with the 16-byte LUID to *vft_out, making the copy "
+                 "first if nobody has. The error word says whether that copy failed; the vft that "
+                 "is handed out is then not filled in.",
+        .errors = "2 for an unknown LUID, with null in *vft_out; the code of a failed copy",
+        .ownership = "the vft belongs to the library and lives as long as the process",
+    },
+    Operation{
+        .suffix = "ospf_harbor_oper_table_mrst_lookup",
+        .result = "int32_t",
+        .arguments = "const uint8_t *luid",
+        .rule = "vft::lookup",
+        .brief = "Gives the index in ospf_harbor_oper_table_lut of the table with the 16-byte "
+                 "LUID, which need not be aligned; -1 when there is none.",
+    },
+};
 inline constexpr ModuleFamily module_family{"vft", module_operations};
+
+// --- the rules --------------------------------------------------------------------------------
+
+std::uint32_t init();
+void get(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *luid,
+         const kelp_table_vft **vft_out, std::uint32_t *err);
+std::int32_t lookup(const std::uint8_t *luid);
+
+const std::uint8_t *get_luid(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                             const void *object, std::uint32_t *err);
 
 }  // namespace harbor::vft

@@ -23,7 +23,8 @@ inline constexpr std::array operations{
         .result = "$T *",
         .arguments = "kelp_handle *handle, uint32_t space_id",
         .rule = "light_object::create_internal",
-        .brief = "Creates a $type at the variant that the handle's domain gives, with a value of "
+        .brief = "Creates an object of type $type at the variant that the handle's domain gives, "
+                 "with a value of "
                  "0. Null when there is no memory. A domain that gives no variant is told in the "
                  "trace, and the object is created all the same.",
         .errors = "none is reported; in a _cr chain 12 becomes the handle's last error",
@@ -55,7 +56,8 @@ inline constexpr std::array operations{
                      "*record, int32_t notify, int32_t skip_stats, uint8_t flags, void "
                      "*sttr_base, uint32_t *err",
         .rule = "light_object::initialize",
-        .brief = "Prepares the header of a $type in memory of the caller's: the variant that the "
+        .brief = "Prepares the header of an object of type $type in memory of the caller's: the "
+                 "variant that the "
                  "handle's domain gives, the type record, and flags, OR-ed into obj_flags. Stores "
                  "are announced when notify is not 0. The object is not counted; skip_stats and "
                  "sttr_base are not looked at.",
@@ -76,8 +78,9 @@ inline constexpr std::array operations{
         .result = "void",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object",
         .rule = "light_object::destroy",
-        .brief = "Counts and frees a $type. Null and the null object are ignored. Ends the process "
-                 "when the object's type record is missing or broken, as after an earlier destroy.",
+        .brief =
+            "Counts and frees the object. Null and the null object are ignored. Ends the process "
+            "when the object's type record is missing or broken, as after an earlier destroy.",
         .ownership = "takes the object",
     },
     Operation{
@@ -101,7 +104,7 @@ inline constexpr std::array operations{
         .result = "size_t",
         .arguments = "void",
         .rule = "light_object::size",
-        .brief = "Gives the bytes that a $type is allocated with.",
+        .brief = "Gives the bytes that an object of type $type is allocated with.",
     },
     type_record_access::get_oid_count_operation,
     Operation{
@@ -110,7 +113,7 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object, void **tables, "
                      "uint32_t count, uint32_t *err",
         .rule = "light_object::get_object_references",
-        .brief = "Stores nothing: a $type refers to no table.",
+        .brief = "Stores nothing: an object of type $type refers to no table.",
         .errors = "22 for a null object",
     },
 };

@@ -60,17 +60,18 @@ struct StructureFacts {
   StructureMessages messages;
 };
 
+// How a row reaches the facts of another structure, which are bound below.
 template <const Structure &T>
-extern const StructureFacts structure_facts;
+constexpr const StructureFacts *facts_of_structure();
 
 template <const Structure &T, const Field &F>
 constexpr FieldFacts facts_of_field() {
   FieldFacts facts{.kind = F.kind, .held = F.held, .offset = model::offset(T, F), .block_place = 0};
   if constexpr (F.kind == Kind::structure) {
-    facts.structure = &structure_facts<*F.structure>;
+    facts.structure = facts_of_structure<*F.structure>();
     facts.block_place = model::state_block_place(T, F);
   } else if constexpr (F.kind == Kind::arm && F.held == Kind::structure) {
-    facts.structure = &structure_facts<*F.structure>;
+    facts.structure = facts_of_structure<*F.structure>();
   } else if constexpr (F.kind == Kind::enumeration) {
     facts.light = &light_object::facts<*F.enumeration>;
   } else if constexpr (F.kind == Kind::flags) {
@@ -128,5 +129,10 @@ inline constexpr StructureFacts structure_facts{
     .fields = facts_of_fields<T>,
     .messages = messages_of_structure<T>(),
 };
+
+template <const Structure &T>
+constexpr const StructureFacts *facts_of_structure() {
+  return &structure_facts<T>;
+}
 
 }  // namespace harbor

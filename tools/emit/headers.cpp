@@ -56,12 +56,33 @@ std::string field_table(const Structure &type) {
   return text;
 }
 
+// A prototype, broken behind commas so that it stays within 100 columns.
+std::string prototype(const Function &function) {
+  std::string text;
+  std::string line = "KELP_API " + function.result + (function.result.back() == '*' ? "" : " ") +
+                     function.name + "(";
+  const std::string margin(line.size() <= 60 ? line.size() : 4, ' ');
+  std::size_t at = 0;
+  while (at < function.arguments.size()) {
+    std::size_t end = function.arguments.find(", ", at);
+    end = end == std::string::npos ? function.arguments.size() : end + 1;
+    const std::string argument = function.arguments.substr(at, end - at);
+    at = end + 1;
+    const bool opens = line.back() == '(' || line == margin;
+    if (line.size() + argument.size() + 3 > 100) {
+      text += line + "\n";
+      line = margin + argument;
+    } else {
+      line += (opens ? "" : " ") + argument;
+    }
+  }
+  return text + line + ");\n";
+}
+
 std::string declarations(const Unit &unit) {
   std::string text;
   for (const Function &function : unit.functions) {
-    text += function.doc + "KELP_API " + function.result +
-            (function.result.back() == '*' ? "" : " ") + function.name + "(" + function.arguments +
-            ");\n\n";
+    text += function.doc + prototype(function) + "\n";
   }
   return text;
 }
@@ -103,7 +124,10 @@ std::string types_header() {
     text += "typedef struct " + name + "_table " + name + "_table;\ntypedef struct " + name +
             "_record " + name + "_record;\n";
   }
-  text += "\n";
+  text +=
+      "\n/* Called by a walk with each record, a <table>_record, and the walk's argument; a "
+      "non-zero\n * result ends the walk. */\n"
+      "typedef uint32_t (*ospf_harbor_oper_record_callback)(void *record, void *argument);\n\n";
   for (const Enumeration *type : all_enumerations) {
     text += "/* Values of " + std::string(type->name) + ". */\nenum " + std::string(type->name) +
             "_value {\n";

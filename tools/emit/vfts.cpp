@@ -1,5 +1,6 @@
 // The constant data of the tables: identities, vfts and the source list of vfts in lookup order, as
-// C, where a function's address in a generic type is a constant. And the optional handlers.
+// C, where a function's address in a generic type is a constant. And, for each table, the optional
+// handlers and the functions that its tree is given.
 #include <algorithm>
 #include <array>
 
@@ -139,7 +140,8 @@ void write_vfts(Writer &writer) {
   writer.file("vfts.c", text + "};\n");
 
   std::string symbols =
-      "#pragma once\n\n#include \"model/tables.hpp\"\n#include \"tables/handler_addresses.hpp\"\n\n"
+      "#pragma once\n\n#include \"model/tables.hpp\"\n#include \"tables/handler_addresses.hpp\"\n"
+      "#include \"tables/tree_functions.hpp\"\n\n"
       "extern \"C\" {\n";
   std::string sets = "namespace harbor {\n";
   for (const Table *table : all_tables) {
@@ -152,6 +154,13 @@ void write_vfts(Writer &writer) {
       sets += "&" + name + ", ";
     }
     sets += "};\n";
+    const std::string key_prefix = "tbl_" + std::string(table->name) + "_" + key_part(*table) + "_";
+    symbols += "KELP_API uint32_t " + key_prefix +
+               "avl_compare(const e_avl_node *a, const e_avl_node *b);\nKELP_API uint32_t " +
+               key_prefix + "avl_internal_walk(e_avl_node *node, void *context);\n";
+    sets += "template <>\ninline constexpr TreeFunctions tree_functions_of<model::tables::" +
+            std::string(table->name) + ">{&" + key_prefix + "avl_compare, &" + key_prefix +
+            "avl_internal_walk};\n";
   }
   writer.file("handler_symbols.hpp", symbols + "}\n\n" + sets + "}  // namespace harbor\n");
 }

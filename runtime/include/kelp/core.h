@@ -3,8 +3,9 @@
  * lie. Also the guarded memory calls, the assertion, and the hand-through to the communications
  * library.
  *
- * Every function that takes a handle makes the handle's database the calling thread's current one
- * only where its doc block says so. An error word that is not zero on entry is left alone. */
+ * A function makes the handle's database the calling thread's current one only where its doc block
+ * says so. A function with an error word does nothing on a non-zero word unless it says otherwise,
+ * and stores a code that it sets as the handle's last error. err may be null. */
 #ifndef KELP_CORE_H
 #define KELP_CORE_H
 
@@ -131,8 +132,8 @@ KELP_API uint32_t kelplib_get_sttr_offset(kelp_handle *handle, uint32_t space_id
 /* Remembers the distance for an embedded object and sets its OBJ_STTR_RELOCATED, announced to
  * write_notify when the bit was clear. The distance is kept beside the objects, by address, so that
  * a whole-object copy does not overwrite it; it goes with kelp_hd_mapping_destroy, or with the
- * memory that holds the object. hd_mapped of every handle of the database is non-zero while any
- * distance is known. */
+ * memory that holds the object. hd_mapped of the handle becomes non-zero; that of another handle
+ * follows when it is locked. Without memory for the distance the process ends. */
 KELP_API void kelplib_update_sttr_offset(kelp_handle *handle, uint32_t space_id, void *object,
                                          uint32_t distance);
 
@@ -141,8 +142,8 @@ KELP_API void kelplib_update_sttr_offset(kelp_handle *handle, uint32_t space_id,
 KELP_API uint8_t kelplib_type_header_get_state_tracking_flag(const void *image);
 
 /* Forgets what is kept by the object's address: the distance of its state bytes. The object's own
- * bytes are not touched, OBJ_STTR_RELOCATED included. An object without a mapping is no error. A
- * null object sets 22. */
+ * bytes are not touched, OBJ_STTR_RELOCATED included. hd_mapped of the handle becomes 0 when no
+ * distance is left. An object without a mapping is no error. A null object sets 22. */
 KELP_API void kelp_hd_mapping_destroy(kelp_handle *handle, uint32_t space_id, void *object,
                                       uint32_t *err);
 

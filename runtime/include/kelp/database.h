@@ -9,23 +9,9 @@
 
 #include <kelp/handle.h>
 #include <kelp/table.h>
+#include <kelp/vft.h>
 
 KELP_EXTERN_C_BEGIN
-
-/* The words of a table vft, as far as the runtime calls them. */
-enum kelp_vft_slot {
-  KELP_VFT_LUID = 0,
-  KELP_VFT_NAME = 1,
-  KELP_VFT_TABLE_FREE = 7,
-  KELP_VFT_DESTROY_RECORD = 19,
-  KELP_VFT_DELETE = 21,
-  KELP_VFT_WORDS = 48
-};
-
-/* A table vft: 384 bytes. */
-typedef struct kelp_table_vft {
-  const void *words[KELP_VFT_WORDS];
-} kelp_table_vft;
 
 /* Copies count vft records. 0, or 22 for a null pointer with a count above 0. The ranges must not
  * overlap. */

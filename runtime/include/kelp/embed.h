@@ -167,9 +167,10 @@ typedef struct kelp_feed_cursor kelp_feed_cursor;
 KELP_API kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_table *table,
                                                  kelp_error *error);
 
-/* Moves over the next change and writes it to *change: 1, or 0 when there is none now. The record
- * stays allocated at least until the collector runs after this cursor moved on; so a record shown
- * as destroyed can still be read. Hold the read lock. */
+/* Moves over the next change and writes it to *change: 1, or 0 when there is none now, or when the
+ * table has been freed. A record that came and went since the last look is shown as destroyed. It
+ * stays allocated until the collector runs after every cursor has moved over it, so that a record
+ * shown as destroyed can still be read. Hold the read lock. */
 KELP_API int32_t kelp_feed_cursor_next(kelp_feed_cursor *cursor, kelp_feed_change *change);
 
 /* Closes a cursor. A cursor left open holds back the collector. Null is passed over. */

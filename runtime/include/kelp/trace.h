@@ -31,9 +31,10 @@ KELP_EXTERN_C_BEGIN
 
 /* --- what modules call -------------------------------------------------------------------------- */
 
-/* Registers a module by name, once: writes its id to *id_word and its level to *level_word, and
- * keeps *level_word up to date when the level changes. A repeated call gives the same id. Ids start
- * at 1; 0 is what goes out before any registration. level_word may be null. */
+/* Registers a module by name, once, and writes its id to *id_word and its present level to
+ * *level_word (which may be null). A repeated call gives the same id, writes only what differs and
+ * costs one comparison. Ids start at 1 and stay below 1,025; 0 is what goes out before any
+ * registration, and what a module gets when there are no ids left. */
 KELP_API void xlog_module_init_fn(const char *name, uint32_t *id_word, uint32_t *level_word);
 
 /* Non-zero when messages of this level (0 to 7) of the module go out. */

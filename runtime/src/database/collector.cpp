@@ -19,7 +19,7 @@ using TableRecordFunction = void (*)(kelp_handle *, std::uint32_t, kelp_table *,
 
 template <typename Function>
 Function slot(const kelp_table_vft *vft, kelp_vft_slot number) {
-  return reinterpret_cast<Function>(const_cast<void *>(vft->words[number]));
+  return reinterpret_cast<Function>(vft->operations[number - KELP_VFT_TABLE_OPEN]);
 }
 
 // One run: the handle works in collector context while this exists.

@@ -21,6 +21,14 @@ class Redecode {
     decode_lsa_v3(entry.raw, v3_, report_);
     return v3_.router;
   }
+  const Grace &grace(const LsdbEntry &entry) {
+    if (entry.key.version == 2) {
+      decode_lsa_v2(entry.raw, v2_, report_);
+      return v2_.opaque.grace;
+    }
+    decode_lsa_v3(entry.raw, v3_, report_);
+    return v3_.tlvs.grace;
+  }
   const NetworkBodyV3 &network_v3(const LsdbEntry &entry) {
     decode_lsa_v3(entry.raw, v3_, report_);
     return v3_.network;
@@ -170,6 +178,27 @@ std::vector<const LsdbEntry *> Network::router_lsas(const Interface &interface, 
     if (entry != nullptr && !entry->gone_at(now)) out.push_back(entry);
   }
   return out;
+}
+
+bool Network::grace_over(const LsdbEntry &entry, Time now) const {
+  const bool is_grace = entry.key.version == 2
+                            ? entry.key.type == lsa2_opaque_link &&
+                                  entry.key.link_state_id >> 24 == opaque_grace
+                            : entry.key.type == lsa3_grace;
+  if (!is_grace) return false;
+  Redecode decode;
+  const Grace &grace = decode.grace(entry);
+  if (grace.has_period && entry.age_at(now) > grace.period) return true;
+  for (const Interface &of : interfaces_) {
+    if (of.version != entry.key.version || of.instance_id != entry.key.instance_id ||
+        of.router_id != entry.key.advertising_router) {
+      continue;
+    }
+    for (const LsdbEntry *router : router_lsas(of, now)) {
+      if (router->received > entry.received) return true;
+    }
+  }
+  return false;
 }
 
 std::optional<std::uint16_t> Network::interface_cost(std::uint32_t interface) const {

@@ -500,7 +500,9 @@ TEST(Scopes, OfVersion2) {
     Scope scope{};
     const bool known = lsa_scope_v2(static_cast<std::uint16_t>(type), scope);
     EXPECT_EQ(known, scopes.contains(type)) << type;
-    if (known) EXPECT_EQ(scope, scopes.at(type)) << type;
+    if (known) {
+      EXPECT_EQ(scope, scopes.at(type)) << type;
+    }
   }
 }
 

@@ -156,6 +156,10 @@ class Network : public Visitor {
   std::map<std::uint32_t, std::vector<std::uint32_t>> links() const;
 
   std::vector<Neighbor> neighbors(Time now) const;
+  // Whether a grace LSA has served its purpose, so that routers may have dropped it without a flush
+  // on a captured link: its period is over, or its router has since originated its router LSA anew,
+  // as it does when the restart ends. False for every other LSA.
+  bool grace_over(const LsdbEntry &entry, Time now) const;
   NetworkType network_type(std::uint32_t interface) const;
   InterfaceState interface_state(std::uint32_t interface) const;
   // Its cost, if its router's LSA in the database tells.

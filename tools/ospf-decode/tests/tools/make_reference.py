@@ -5,11 +5,12 @@
 
 RECORDING is a directory as the lab writes it: pcap/all.tshark.json.gz, what tshark says of
 pcap/all.pcap, and routers/NAME/*.json, what each FRR router says of its databases and neighbours.
-Two files come out of it:
+Three files come out of it:
 
 decoder.txt    one line for each packet, hello, description, request, LSA header and LSA, with every
                field; the first word is the number of the packet. The test writes the same lines
-               from its own decoding. Floats are the hexadecimal digits of their 32 bits.
+               from its own decoding. Floats are the hexadecimal digits of their 32 bits. An
+               authentication trailer that tshark shows nothing of is "trailer=?" and its length.
 databases.txt  one line for each LSA that a router holds and that is not at MaxAge:
                router, version, place (area, "as", or the segment of a link), type, link-state ID,
                advertising router, sequence number, checksum.
@@ -227,7 +228,7 @@ def body_fields(lsa):
     return ""  # tshark 4.0 does not know OSPFv3 grace and router-information LSAs
 
 
-def packet_line(layer):
+def packet_line(layer, payload_length):
     head = layer["ospf.header"]
     out = (f"packet version={head['ospf.version']} type={head['ospf.msg']} length={head['ospf.packet_length']} "
            f"router={head['ospf.srcrouter']} area={head['ospf.area_id']} checksum={number(head['ospf.checksum']):x}")
@@ -245,6 +246,9 @@ def packet_line(layer):
         out += (f" trailer={number(trailer['ospf.at.auth_type'])} association={number(trailer['ospf.at.sa_id'])} "
                 f"sequence={number(trailer['ospf.at.crypto_seq_nbr'])} "
                 f"digest={hexadecimal(trailer['ospf.at.auth_data'])}")
+    elif payload_length > number(head["ospf.packet_length"]):
+        # Behind updates tshark 4.0 leaves the trailer alone; its length is known all the same.
+        out += f" trailer=?{payload_length - number(head['ospf.packet_length'])}"
     return out
 
 
@@ -277,7 +281,8 @@ def decoder_lines(packets):
         layer = layers.get("ospf")
         if layer is None:
             continue
-        lines = [packet_line(layer)]
+        payload_length = number(layers["ipv6"]["ipv6.plen"]) if "ipv6" in layers else 0
+        lines = [packet_line(layer, payload_length)]
         kind = layer["ospf.header"]["ospf.msg"]
         for key, value in layer.items():
             if key == "ospf.hello":

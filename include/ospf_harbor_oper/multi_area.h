@@ -1,0 +1,433 @@
+/* multi_area: Settings of a multi-area adjacency.
+ *
+ * Fields (name: type, form, first variant):
+ *   multi_area_id: uint32_t, scalar, 0. The other area's ID.
+ *   cost: uint16_t, scalar, 0. Output cost in the other area.
+ * Written by the emitter from the schema; `make emit` renews it. */
+#ifndef OSPF_HARBOR_OPER_MULTI_AREA_H
+#define OSPF_HARBOR_OPER_MULTI_AREA_H
+
+#include <ospf_harbor_oper/types.h>
+
+KELP_EXTERN_C_BEGIN
+
+/* Gives the variant number limited to the highest variant of multi_area. Negative numbers pass as
+ * they are.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API int32_t multi_area_variant_data_index_cap(int32_t variant);
+
+/* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
+ * Errors: those of kelp_get_luid; null then
+ * Ownership: the bytes belong to the type record and live as long
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API const uint8_t *multi_area_get_luid(kelp_handle *handle, uint32_t space_id,
+                                            const multi_area *object, uint32_t *err);
+
+/* Brings the object to the variant that the handle's domain gives to its type, as far as
+ * multi_area has it. A null object is passed over.
+ * Errors: those of kelplib_adjust_variant
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void multi_area_adjust_variant(kelp_handle *handle, uint32_t space_id,
+                                        multi_area *object, uint32_t *err);
+
+/* Makes a new multi_area: all zero, at the variant of the handle's domain, with state bytes
+ * behind it when the handle tracks state. Null when there is no memory or the object cannot be
+ * prepared.
+ * Errors: no error word; what went wrong is the handle's last error or a trace message
+ * Ownership: the object is the caller's, who gives it back with multi_area_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API multi_area *multi_area_create(kelp_handle *handle, uint32_t space_id);
+
+/* As multi_area_create, without registering the module with the trace library.
+ * Errors: as multi_area_create
+ * Ownership: as multi_area_create
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API multi_area *multi_area_create_internal(kelp_handle *handle, uint32_t space_id);
+
+/* As multi_area_create with the handle's cr_space_id, but without memory, or with an earlier
+ * failure in cr_err, the type's null object comes back: a chain of calls may go on with it, and
+ * multi_area_destroy ignores it. Null when the object cannot be prepared.
+ * Errors: 12 as the last error when there is no memory and cr_err is 0
+ * Ownership: as multi_area_create
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API multi_area *multi_area_create_cr(kelp_handle *handle);
+
+/* Prepares a zeroed multi_area in memory that the caller provides, its children too: headers,
+ * target types of references, places of nested state bytes. record is the type's static record.
+ * notify non-zero announces each store; skip_stats non-zero leaves out the counting and the state
+ * bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null for
+ * directly behind the object.
+ * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
+ *   domain's lookup leaves
+ * Ownership: the memory stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void multi_area_initialize(kelp_handle *handle, uint32_t space_id, multi_area *object,
+                                    kelp_type_record *record, int32_t notify, int32_t skip_stats,
+                                    uint8_t flags, void *sttr_base, uint32_t *err);
+
+/* Marks the object, and before it all its children, as living inside other memory. A null object
+ * is traced and passed over.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void multi_area_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
+                                               multi_area *object);
+
+/* Ends the object: removes its OID mapping, drops its references, gives back what its fields own
+ * and frees it. Null and the type's null object are passed over. An object that is still referred
+ * to stays as it is until the last reference is gone.
+ * Errors: no error word; an object that cannot be ended stays, with a trace message
+ * Ownership: the object and all it owns are freed
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void multi_area_destroy(kelp_handle *handle, uint32_t space_id, multi_area *object);
+
+/* As multi_area_destroy; with free_it 0 everything is done but the freeing of the object's own
+ * memory, the form for an embedded object.
+ * Errors: as multi_area_destroy
+ * Ownership: what the object owns is freed, the object itself when free_it is non-zero
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void multi_area_destroy_internal(kelp_handle *handle, uint32_t space_id,
+                                          multi_area *object, int32_t free_it);
+
+/* As multi_area_destroy with the handle's cr_space_id.
+ * Errors: as multi_area_destroy
+ * Ownership: as multi_area_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void multi_area_destroy_cr(kelp_handle *handle, multi_area *object);
+
+/* Gives the bytes that a multi_area takes under this handle, its state bytes included when the
+ * handle tracks state.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API size_t multi_area_sizeof(const kelp_handle *handle);
+
+/* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
+ * sorts before, with or after b. Null sorts first. Headers do not count.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API int32_t multi_area_compare(const multi_area *a, const multi_area *b);
+
+/* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API uint32_t multi_area_hash(const multi_area *object, uint32_t seed);
+
+/* 1 when the variant that the handle's domain gives to multi_area holds the field of that number,
+ * counted from 0 in declared order, else 0. The object is not looked at.
+ * Errors: those of the domain's lookup, in the handle's cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API uint32_t multi_area_is_valid_cr(kelp_handle *handle, const multi_area *object,
+                                         uint32_t field_number);
+
+/* Gives the object itself.
+ * Errors: none
+ * Ownership: as the object's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API multi_area *multi_area_get(kelp_handle *handle, uint32_t space_id,
+                                    const multi_area *object);
+
+/* Reads the numbers, booleans, enumerations and array counts of the object, each into the
+ * argument of its name. Arguments of fields that the object's variant lacks are left as they are,
+ * without an error.
+ * Errors: none
+ * Ownership: the places that are written to are the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API void multi_area_get_all(kelp_handle *handle, uint32_t space_id, const multi_area *object,
+                                 uint32_t *multi_area_id, uint16_t *cost, uint32_t *err);
+
+/* Writes the numbers, booleans and enumerations of the object, each from the argument of its
+ * name. Fields that the object's variant lacks are passed over, without an error. No state byte
+ * changes.
+ * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
+ *   are not written then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API void multi_area_set_all(kelp_handle *handle, uint32_t space_id, multi_area *object,
+                                 uint32_t multi_area_id, uint16_t cost, uint32_t *err);
+
+/* Moves the content of source to destination, the header with it, and the state bytes when the
+ * handle tracks state. A non-zero error word on entry stops nothing.
+ * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
+ *   objects holding the same texts, arrays and arms
+ * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
+ *   is forgotten and not freed
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void multi_area_set(kelp_handle *handle, uint32_t space_id, multi_area *destination,
+                             multi_area *source, uint32_t *err);
+
+/* Ends a transfer after the bytes of source were copied to destination: source gives up its
+ * arrays and arms, and its children are moved each by its own set.
+ * Errors: those of the children's set
+ * Ownership: what both held after the copy is destination's alone
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void multi_area_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
+                                              multi_area *destination, multi_area *source,
+                                              uint32_t *err);
+
+/* Tells the runtime where the state bytes of the embedded structures lie, at any depth, when the
+ * object's own begin at sttr_base. Does nothing for a multi_area without embedded structures.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void multi_area_offset_update(kelp_handle *handle, uint32_t space_id, multi_area *object,
+                                       void *sttr_base);
+
+/* Makes the runtime forget where the state bytes of the embedded structures lie, at any depth.
+ * Does nothing for a multi_area without embedded structures.
+ * Errors: those of kelp_hd_mapping_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void multi_area_offset_remove(kelp_handle *handle, uint32_t space_id, multi_area *object,
+                                       uint32_t *err);
+
+/* Gives the number of by-reference fields of multi_area, whatever the object's variant: the slots
+ * that multi_area_get_object_references fills.
+ * Errors: 22 for a null object; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: reference_field (whole object) */
+KELP_API uint32_t multi_area_get_oid_count(kelp_handle *handle, uint32_t space_id,
+                                           const multi_area *object, uint32_t *err);
+
+/* Writes the table of each by-reference field of multi_area to references, in field order, null
+ * for an empty one. references has room for as many as multi_area_get_oid_count gives; size is
+ * not looked at.
+ * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
+ *   output and the later ones left alone
+ * Ownership: the tables stay the database's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: reference_field (whole object) */
+KELP_API void multi_area_get_object_references(kelp_handle *handle, uint32_t space_id,
+                                               const multi_area *object, void **references,
+                                               uint32_t size, uint32_t *err);
+
+/* Sets every state byte of the object, those of embedded structures too, to the low 8 bits of
+ * value, unannounced. Only for objects without array elements: the pointers to the state bytes of
+ * elements are overwritten too. Does nothing unless handle and object track state.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking (whole object) */
+KELP_API void multi_area_set_all_state_tracking_flag(kelp_handle *handle, uint32_t space_id,
+                                                     multi_area *object, uint32_t value);
+
+/* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
+ * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
+ * an image that did not fit may fall behind it.
+ * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
+ *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
+ *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
+ *   properly all the same
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t multi_area_marshal(kelp_handle *handle, uint32_t space_id, void *buffer,
+                                     const multi_area *object, int32_t length, uint32_t *err);
+
+/* Writes the image of object as multi_area_marshal does, but at the object's own variant when
+ * that is above the domain's. Objects embedded in it are lowered all the same.
+ * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
+ *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
+ *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
+ *   properly all the same
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t multi_area_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
+                                               void *buffer, const multi_area *object,
+                                               int32_t length, uint32_t *err);
+
+/* Reads an image of at most length bytes from buffer into object and gives the bytes consumed.
+ * Set reuse when the object may hold arrays from an earlier image: they are then reused or
+ * released. Fields that the image lacks keep what they held; what is behind the fields known here
+ * is skipped.
+ * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
+ *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
+ *   value that no writer writes
+ * Ownership: what is allocated for arrays, texts and arms belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t multi_area_unmarshal(kelp_handle *handle, uint32_t space_id, const void *buffer,
+                                       multi_area *object, int32_t length, uint32_t reuse,
+                                       uint32_t *err);
+
+/* Gives the bytes to provide for the image of object, without an ra-data block. An image may be
+ * shorter: an empty array leaves out its state byte.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t multi_area_len(kelp_handle *handle, uint32_t space_id, const multi_area *object);
+
+/* Gives what multi_area_len gives under the handle's cr_space_id, 0 when its cr_err is set.
+ * Errors: none; cr_err is only read
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t multi_area_len_cr(kelp_handle *handle, const multi_area *object);
+
+/* Writes object as text at the start of buffer, at most size bytes, each line behind indent
+ * blanks, the first one with label; gives the bytes written. The closing line of an object with
+ * an indent stands behind a gap of as many bytes, which keeps what buffer held; an object of
+ * variant 0 has no closing line when multi_area has two variants.
+ * Errors: none of its own; what a field's print sets stands, and nothing is written behind it
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: text */
+KELP_API uint32_t multi_area_print(kelp_handle *handle, uint32_t space_id, char *buffer,
+                                   uint32_t indent, const char *label, const multi_area *object,
+                                   uint32_t size, uint32_t *err);
+
+/* Writes object as text with the type's name as label and no indent, under the handle's
+ * cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
+ * Errors: as multi_area_print, in cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: text */
+KELP_API uint32_t multi_area_print_cr(kelp_handle *handle, const multi_area *object, char *buffer,
+                                      int32_t size);
+
+/* Writes object as the element tag into buffer, at most size bytes, and gives the bytes written.
+ * state_byte is that of the element; under a tracking handle each field's element carries its
+ * own.
+ * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
+ *   tracks state and the object does not. What was written stays
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API uint32_t multi_area_to_xml(kelp_handle *handle, uint32_t space_id, const char *tag,
+                                    char *buffer, const multi_area *object, uint32_t size,
+                                    uint32_t state_byte, uint32_t *err);
+
+/* Writes object as an element with the type's name, under the handle's cr_space_id; gives the
+ * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
+ * Errors: as multi_area_to_xml, in cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API uint32_t multi_area_toxml_cr(kelp_handle *handle, const multi_area *object, char *buffer,
+                                      uint32_t size);
+
+/* Reads the element at path into object. Fields that it does not have keep what they held;
+ * elements that are no fields are passed over. A failed lookup is told in message, message_size
+ * bytes or null.
+ * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
+ *   sets otherwise. What was read before stays
+ * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
+ *   had before is left to the caller
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API void multi_area_from_xml(kelp_handle *handle, uint32_t space_id, const char *path,
+                                  kelp_xml_document *document, multi_area *object, uint32_t *err,
+                                  char *message, int32_t message_size);
+
+/* Gives the place of multi_area_id inside the object. The other area's ID.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API uint32_t *multi_area_multi_area_id_get(kelp_handle *handle, uint32_t space_id,
+                                                multi_area *object, uint32_t *err);
+
+/* Gives the value of multi_area_id, 0 for a null object. The other area's ID.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API uint32_t multi_area_multi_area_id_get_value(kelp_handle *handle, uint32_t space_id,
+                                                     const multi_area *object, uint32_t *err);
+
+/* Copies source into multi_area_id. The other area's ID.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void multi_area_multi_area_id_set(kelp_handle *handle, uint32_t space_id,
+                                           multi_area *object, const uint32_t *source,
+                                           uint32_t *err);
+
+/* Sets multi_area_id. The other area's ID.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void multi_area_multi_area_id_set_value(kelp_handle *handle, uint32_t space_id,
+                                                 multi_area *object, uint32_t value, uint32_t *err);
+
+/* Gives the state byte of multi_area_id: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t multi_area_multi_area_id_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                         multi_area *object, uint32_t *err);
+
+/* Sets the state byte of multi_area_id to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void multi_area_multi_area_id_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                      multi_area *object, uint32_t value,
+                                                      uint32_t *err);
+
+/* Gives the place of cost inside the object. Output cost in the other area.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API uint16_t *multi_area_cost_get(kelp_handle *handle, uint32_t space_id, multi_area *object,
+                                       uint32_t *err);
+
+/* Gives the value of cost, 0 for a null object. Output cost in the other area.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API uint16_t multi_area_cost_get_value(kelp_handle *handle, uint32_t space_id,
+                                            const multi_area *object, uint32_t *err);
+
+/* Copies source into cost. Output cost in the other area.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void multi_area_cost_set(kelp_handle *handle, uint32_t space_id, multi_area *object,
+                                  const uint16_t *source, uint32_t *err);
+
+/* Sets cost. Output cost in the other area.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void multi_area_cost_set_value(kelp_handle *handle, uint32_t space_id,
+                                        multi_area *object, uint16_t value, uint32_t *err);
+
+/* Gives the state byte of cost: 0 not written, 2 written by a setter, any other as a caller set
+ * it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t multi_area_cost_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                multi_area *object, uint32_t *err);
+
+/* Sets the state byte of cost to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void multi_area_cost_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                             multi_area *object, uint32_t value, uint32_t *err);
+
+KELP_EXTERN_C_END
+
+#endif

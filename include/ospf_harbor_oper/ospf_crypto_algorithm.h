@@ -1,0 +1,788 @@
+/* ospf_crypto_algorithm: Algorithms that may be used; not exclusive of one another.
+ *
+ * Fields (name: type, form, first variant):
+ *   hmac_sha1_12: kelp_boolean, scalar, 0. HMAC-SHA-1-12 may be used.
+ *   hmac_sha1_20: kelp_boolean, scalar, 0. HMAC-SHA-1-20 may be used.
+ *   md5: kelp_boolean, scalar, 0. MD5 may be used.
+ *   sha_1: kelp_boolean, scalar, 0. SHA-1 may be used.
+ *   hmac_sha_1: kelp_boolean, scalar, 0. HMAC-SHA-1 may be used.
+ *   hmac_sha_256: kelp_boolean, scalar, 0. HMAC-SHA-256 may be used.
+ *   hmac_sha_384: kelp_boolean, scalar, 0. HMAC-SHA-384 may be used.
+ *   hmac_sha_512: kelp_boolean, scalar, 0. HMAC-SHA-512 may be used.
+ * Written by the emitter from the schema; `make emit` renews it. */
+#ifndef OSPF_HARBOR_OPER_OSPF_CRYPTO_ALGORITHM_H
+#define OSPF_HARBOR_OPER_OSPF_CRYPTO_ALGORITHM_H
+
+#include <ospf_harbor_oper/types.h>
+
+KELP_EXTERN_C_BEGIN
+
+/* Gives the variant number limited to the highest variant of ospf_crypto_algorithm. Negative
+ * numbers pass as they are.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API int32_t ospf_crypto_algorithm_variant_data_index_cap(int32_t variant);
+
+/* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
+ * Errors: those of kelp_get_luid; null then
+ * Ownership: the bytes belong to the type record and live as long
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API const uint8_t *ospf_crypto_algorithm_get_luid(kelp_handle *handle, uint32_t space_id,
+                                                       const ospf_crypto_algorithm *object,
+                                                       uint32_t *err);
+
+/* Brings the object to the variant that the handle's domain gives to its type, as far as
+ * ospf_crypto_algorithm has it. A null object is passed over.
+ * Errors: those of kelplib_adjust_variant
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospf_crypto_algorithm_adjust_variant(kelp_handle *handle, uint32_t space_id,
+                                                   ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Makes a new ospf_crypto_algorithm: all zero, at the variant of the handle's domain, with state
+ * bytes behind it when the handle tracks state. Null when there is no memory or the object cannot
+ * be prepared.
+ * Errors: no error word; what went wrong is the handle's last error or a trace message
+ * Ownership: the object is the caller's, who gives it back with ospf_crypto_algorithm_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create(kelp_handle *handle,
+    uint32_t space_id);
+
+/* As ospf_crypto_algorithm_create, without registering the module with the trace library.
+ * Errors: as ospf_crypto_algorithm_create
+ * Ownership: as ospf_crypto_algorithm_create
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_internal(kelp_handle *handle,
+    uint32_t space_id);
+
+/* As ospf_crypto_algorithm_create with the handle's cr_space_id, but without memory, or with an
+ * earlier failure in cr_err, the type's null object comes back: a chain of calls may go on with
+ * it, and ospf_crypto_algorithm_destroy ignores it. Null when the object cannot be prepared.
+ * Errors: 12 as the last error when there is no memory and cr_err is 0
+ * Ownership: as ospf_crypto_algorithm_create
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_cr(kelp_handle *handle);
+
+/* Prepares a zeroed ospf_crypto_algorithm in memory that the caller provides, its children too:
+ * headers, target types of references, places of nested state bytes. record is the type's static
+ * record. notify non-zero announces each store; skip_stats non-zero leaves out the counting and
+ * the state bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null
+ * for directly behind the object.
+ * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
+ *   domain's lookup leaves
+ * Ownership: the memory stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospf_crypto_algorithm_initialize(kelp_handle *handle, uint32_t space_id,
+                                               ospf_crypto_algorithm *object,
+                                               kelp_type_record *record, int32_t notify,
+                                               int32_t skip_stats, uint8_t flags, void *sttr_base,
+                                               uint32_t *err);
+
+/* Marks the object, and before it all its children, as living inside other memory. A null object
+ * is traced and passed over.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospf_crypto_algorithm_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
+                                                          ospf_crypto_algorithm *object);
+
+/* Ends the object: removes its OID mapping, drops its references, gives back what its fields own
+ * and frees it. Null and the type's null object are passed over. An object that is still referred
+ * to stays as it is until the last reference is gone.
+ * Errors: no error word; an object that cannot be ended stays, with a trace message
+ * Ownership: the object and all it owns are freed
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospf_crypto_algorithm_destroy(kelp_handle *handle, uint32_t space_id,
+                                            ospf_crypto_algorithm *object);
+
+/* As ospf_crypto_algorithm_destroy; with free_it 0 everything is done but the freeing of the
+ * object's own memory, the form for an embedded object.
+ * Errors: as ospf_crypto_algorithm_destroy
+ * Ownership: what the object owns is freed, the object itself when free_it is non-zero
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospf_crypto_algorithm_destroy_internal(kelp_handle *handle, uint32_t space_id,
+                                                     ospf_crypto_algorithm *object,
+                                                     int32_t free_it);
+
+/* As ospf_crypto_algorithm_destroy with the handle's cr_space_id.
+ * Errors: as ospf_crypto_algorithm_destroy
+ * Ownership: as ospf_crypto_algorithm_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospf_crypto_algorithm_destroy_cr(kelp_handle *handle, ospf_crypto_algorithm *object);
+
+/* Gives the bytes that a ospf_crypto_algorithm takes under this handle, its state bytes included
+ * when the handle tracks state.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API size_t ospf_crypto_algorithm_sizeof(const kelp_handle *handle);
+
+/* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
+ * sorts before, with or after b. Null sorts first. Headers do not count.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API int32_t ospf_crypto_algorithm_compare(const ospf_crypto_algorithm *a,
+                                               const ospf_crypto_algorithm *b);
+
+/* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API uint32_t ospf_crypto_algorithm_hash(const ospf_crypto_algorithm *object, uint32_t seed);
+
+/* 1 when the variant that the handle's domain gives to ospf_crypto_algorithm holds the field of
+ * that number, counted from 0 in declared order, else 0. The object is not looked at.
+ * Errors: those of the domain's lookup, in the handle's cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API uint32_t ospf_crypto_algorithm_is_valid_cr(kelp_handle *handle,
+                                                    const ospf_crypto_algorithm *object,
+                                                    uint32_t field_number);
+
+/* Gives the object itself.
+ * Errors: none
+ * Ownership: as the object's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_get(kelp_handle *handle, uint32_t space_id,
+                                                          const ospf_crypto_algorithm *object);
+
+/* Reads the numbers, booleans, enumerations and array counts of the object, each into the
+ * argument of its name. Arguments of fields that the object's variant lacks are left as they are,
+ * without an error.
+ * Errors: none
+ * Ownership: the places that are written to are the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API void ospf_crypto_algorithm_get_all(kelp_handle *handle, uint32_t space_id,
+                                            const ospf_crypto_algorithm *object,
+                                            kelp_boolean *hmac_sha1_12,
+                                            kelp_boolean *hmac_sha1_20, kelp_boolean *md5,
+                                            kelp_boolean *sha_1, kelp_boolean *hmac_sha_1,
+                                            kelp_boolean *hmac_sha_256,
+                                            kelp_boolean *hmac_sha_384,
+                                            kelp_boolean *hmac_sha_512, uint32_t *err);
+
+/* Writes the numbers, booleans and enumerations of the object, each from the argument of its
+ * name. Fields that the object's variant lacks are passed over, without an error. No state byte
+ * changes.
+ * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
+ *   are not written then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API void ospf_crypto_algorithm_set_all(kelp_handle *handle, uint32_t space_id,
+                                            ospf_crypto_algorithm *object,
+                                            kelp_boolean hmac_sha1_12, kelp_boolean hmac_sha1_20,
+                                            kelp_boolean md5, kelp_boolean sha_1,
+                                            kelp_boolean hmac_sha_1, kelp_boolean hmac_sha_256,
+                                            kelp_boolean hmac_sha_384, kelp_boolean hmac_sha_512,
+                                            uint32_t *err);
+
+/* Moves the content of source to destination, the header with it, and the state bytes when the
+ * handle tracks state. A non-zero error word on entry stops nothing.
+ * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
+ *   objects holding the same texts, arrays and arms
+ * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
+ *   is forgotten and not freed
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospf_crypto_algorithm_set(kelp_handle *handle, uint32_t space_id,
+                                        ospf_crypto_algorithm *destination,
+                                        ospf_crypto_algorithm *source, uint32_t *err);
+
+/* Ends a transfer after the bytes of source were copied to destination: source gives up its
+ * arrays and arms, and its children are moved each by its own set.
+ * Errors: those of the children's set
+ * Ownership: what both held after the copy is destination's alone
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospf_crypto_algorithm_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
+                                                         ospf_crypto_algorithm *destination,
+                                                         ospf_crypto_algorithm *source,
+                                                         uint32_t *err);
+
+/* Tells the runtime where the state bytes of the embedded structures lie, at any depth, when the
+ * object's own begin at sttr_base. Does nothing for a ospf_crypto_algorithm without embedded
+ * structures.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospf_crypto_algorithm_offset_update(kelp_handle *handle, uint32_t space_id,
+                                                  ospf_crypto_algorithm *object, void *sttr_base);
+
+/* Makes the runtime forget where the state bytes of the embedded structures lie, at any depth.
+ * Does nothing for a ospf_crypto_algorithm without embedded structures.
+ * Errors: those of kelp_hd_mapping_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospf_crypto_algorithm_offset_remove(kelp_handle *handle, uint32_t space_id,
+                                                  ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Gives the number of by-reference fields of ospf_crypto_algorithm, whatever the object's
+ * variant: the slots that ospf_crypto_algorithm_get_object_references fills.
+ * Errors: 22 for a null object; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: reference_field (whole object) */
+KELP_API uint32_t ospf_crypto_algorithm_get_oid_count(kelp_handle *handle, uint32_t space_id,
+                                                      const ospf_crypto_algorithm *object,
+                                                      uint32_t *err);
+
+/* Writes the table of each by-reference field of ospf_crypto_algorithm to references, in field
+ * order, null for an empty one. references has room for as many as
+ * ospf_crypto_algorithm_get_oid_count gives; size is not looked at.
+ * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
+ *   output and the later ones left alone
+ * Ownership: the tables stay the database's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: reference_field (whole object) */
+KELP_API void ospf_crypto_algorithm_get_object_references(kelp_handle *handle, uint32_t space_id,
+                                                          const ospf_crypto_algorithm *object,
+                                                          void **references, uint32_t size,
+                                                          uint32_t *err);
+
+/* Sets every state byte of the object, those of embedded structures too, to the low 8 bits of
+ * value, unannounced. Only for objects without array elements: the pointers to the state bytes of
+ * elements are overwritten too. Does nothing unless handle and object track state.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking (whole object) */
+KELP_API void ospf_crypto_algorithm_set_all_state_tracking_flag(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value);
+
+/* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
+ * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
+ * an image that did not fit may fall behind it.
+ * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
+ *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
+ *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
+ *   properly all the same
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospf_crypto_algorithm_marshal(kelp_handle *handle, uint32_t space_id,
+                                                void *buffer, const ospf_crypto_algorithm *object,
+                                                int32_t length, uint32_t *err);
+
+/* Writes the image of object as ospf_crypto_algorithm_marshal does, but at the object's own
+ * variant when that is above the domain's. Objects embedded in it are lowered all the same.
+ * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
+ *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
+ *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
+ *   properly all the same
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospf_crypto_algorithm_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
+                                                          void *buffer,
+                                                          const ospf_crypto_algorithm *object,
+                                                          int32_t length, uint32_t *err);
+
+/* Reads an image of at most length bytes from buffer into object and gives the bytes consumed.
+ * Set reuse when the object may hold arrays from an earlier image: they are then reused or
+ * released. Fields that the image lacks keep what they held; what is behind the fields known here
+ * is skipped.
+ * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
+ *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
+ *   value that no writer writes
+ * Ownership: what is allocated for arrays, texts and arms belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospf_crypto_algorithm_unmarshal(kelp_handle *handle, uint32_t space_id,
+                                                  const void *buffer,
+                                                  ospf_crypto_algorithm *object, int32_t length,
+                                                  uint32_t reuse, uint32_t *err);
+
+/* Gives the bytes to provide for the image of object, without an ra-data block. An image may be
+ * shorter: an empty array leaves out its state byte.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospf_crypto_algorithm_len(kelp_handle *handle, uint32_t space_id,
+                                            const ospf_crypto_algorithm *object);
+
+/* Gives what ospf_crypto_algorithm_len gives under the handle's cr_space_id, 0 when its cr_err is
+ * set.
+ * Errors: none; cr_err is only read
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospf_crypto_algorithm_len_cr(kelp_handle *handle,
+                                               const ospf_crypto_algorithm *object);
+
+/* Writes object as text at the start of buffer, at most size bytes, each line behind indent
+ * blanks, the first one with label; gives the bytes written. The closing line of an object with
+ * an indent stands behind a gap of as many bytes, which keeps what buffer held; an object of
+ * variant 0 has no closing line when ospf_crypto_algorithm has two variants.
+ * Errors: none of its own; what a field's print sets stands, and nothing is written behind it
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: text */
+KELP_API uint32_t ospf_crypto_algorithm_print(kelp_handle *handle, uint32_t space_id,
+                                              char *buffer, uint32_t indent, const char *label,
+                                              const ospf_crypto_algorithm *object, uint32_t size,
+                                              uint32_t *err);
+
+/* Writes object as text with the type's name as label and no indent, under the handle's
+ * cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
+ * Errors: as ospf_crypto_algorithm_print, in cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: text */
+KELP_API uint32_t ospf_crypto_algorithm_print_cr(kelp_handle *handle,
+                                                 const ospf_crypto_algorithm *object,
+                                                 char *buffer, int32_t size);
+
+/* Writes object as the element tag into buffer, at most size bytes, and gives the bytes written.
+ * state_byte is that of the element; under a tracking handle each field's element carries its
+ * own.
+ * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
+ *   tracks state and the object does not. What was written stays
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API uint32_t ospf_crypto_algorithm_to_xml(kelp_handle *handle, uint32_t space_id,
+                                               const char *tag, char *buffer,
+                                               const ospf_crypto_algorithm *object, uint32_t size,
+                                               uint32_t state_byte, uint32_t *err);
+
+/* Writes object as an element with the type's name, under the handle's cr_space_id; gives the
+ * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
+ * Errors: as ospf_crypto_algorithm_to_xml, in cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API uint32_t ospf_crypto_algorithm_toxml_cr(kelp_handle *handle,
+                                                 const ospf_crypto_algorithm *object,
+                                                 char *buffer, uint32_t size);
+
+/* Reads the element at path into object. Fields that it does not have keep what they held;
+ * elements that are no fields are passed over. A failed lookup is told in message, message_size
+ * bytes or null.
+ * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
+ *   sets otherwise. What was read before stays
+ * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
+ *   had before is left to the caller
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API void ospf_crypto_algorithm_from_xml(kelp_handle *handle, uint32_t space_id,
+                                             const char *path, kelp_xml_document *document,
+                                             ospf_crypto_algorithm *object, uint32_t *err,
+                                             char *message, int32_t message_size);
+
+/* Gives the place of hmac_sha1_12 inside the object. HMAC-SHA-1-12 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha1_12_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Gives the value of hmac_sha1_12, 0 for a null object. HMAC-SHA-1-12 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha1_12_get_value(kelp_handle *handle,
+    uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Copies source into hmac_sha1_12. HMAC-SHA-1-12 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha1_12_set(kelp_handle *handle, uint32_t space_id,
+                                                     ospf_crypto_algorithm *object,
+                                                     const kelp_boolean *source, uint32_t *err);
+
+/* Sets hmac_sha1_12. HMAC-SHA-1-12 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha1_12_set_value(kelp_handle *handle, uint32_t space_id,
+                                                           ospf_crypto_algorithm *object,
+                                                           kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of hmac_sha1_12: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_hmac_sha1_12_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Sets the state byte of hmac_sha1_12 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_hmac_sha1_12_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
+
+/* Gives the place of hmac_sha1_20 inside the object. HMAC-SHA-1-20 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha1_20_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Gives the value of hmac_sha1_20, 0 for a null object. HMAC-SHA-1-20 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha1_20_get_value(kelp_handle *handle,
+    uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Copies source into hmac_sha1_20. HMAC-SHA-1-20 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha1_20_set(kelp_handle *handle, uint32_t space_id,
+                                                     ospf_crypto_algorithm *object,
+                                                     const kelp_boolean *source, uint32_t *err);
+
+/* Sets hmac_sha1_20. HMAC-SHA-1-20 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha1_20_set_value(kelp_handle *handle, uint32_t space_id,
+                                                           ospf_crypto_algorithm *object,
+                                                           kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of hmac_sha1_20: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_hmac_sha1_20_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Sets the state byte of hmac_sha1_20 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_hmac_sha1_20_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
+
+/* Gives the place of md5 inside the object. MD5 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_md5_get(kelp_handle *handle, uint32_t space_id,
+                                                     ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Gives the value of md5, 0 for a null object. MD5 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_md5_get_value(kelp_handle *handle, uint32_t space_id,
+                                                          const ospf_crypto_algorithm *object,
+                                                          uint32_t *err);
+
+/* Copies source into md5. MD5 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_md5_set(kelp_handle *handle, uint32_t space_id,
+                                            ospf_crypto_algorithm *object,
+                                            const kelp_boolean *source, uint32_t *err);
+
+/* Sets md5. MD5 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_md5_set_value(kelp_handle *handle, uint32_t space_id,
+                                                  ospf_crypto_algorithm *object,
+                                                  kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of md5: 0 not written, 2 written by a setter, any other as a caller set
+ * it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_md5_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                          ospf_crypto_algorithm *object,
+                                                          uint32_t *err);
+
+/* Sets the state byte of md5 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_md5_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                       ospf_crypto_algorithm *object,
+                                                       uint32_t value, uint32_t *err);
+
+/* Gives the place of sha_1 inside the object. SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_sha_1_get(kelp_handle *handle, uint32_t space_id,
+                                                       ospf_crypto_algorithm *object,
+                                                       uint32_t *err);
+
+/* Gives the value of sha_1, 0 for a null object. SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_sha_1_get_value(kelp_handle *handle,
+                                                            uint32_t space_id,
+                                                            const ospf_crypto_algorithm *object,
+                                                            uint32_t *err);
+
+/* Copies source into sha_1. SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_sha_1_set(kelp_handle *handle, uint32_t space_id,
+                                              ospf_crypto_algorithm *object,
+                                              const kelp_boolean *source, uint32_t *err);
+
+/* Sets sha_1. SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_sha_1_set_value(kelp_handle *handle, uint32_t space_id,
+                                                    ospf_crypto_algorithm *object,
+                                                    kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of sha_1: 0 not written, 2 written by a setter, any other as a caller set
+ * it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_sha_1_state_flag_get(kelp_handle *handle,
+                                                            uint32_t space_id,
+                                                            ospf_crypto_algorithm *object,
+                                                            uint32_t *err);
+
+/* Sets the state byte of sha_1 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_sha_1_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                         ospf_crypto_algorithm *object,
+                                                         uint32_t value, uint32_t *err);
+
+/* Gives the place of hmac_sha_1 inside the object. HMAC-SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_1_get(kelp_handle *handle,
+                                                            uint32_t space_id,
+                                                            ospf_crypto_algorithm *object,
+                                                            uint32_t *err);
+
+/* Gives the value of hmac_sha_1, 0 for a null object. HMAC-SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_1_get_value(kelp_handle *handle,
+    uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Copies source into hmac_sha_1. HMAC-SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_1_set(kelp_handle *handle, uint32_t space_id,
+                                                   ospf_crypto_algorithm *object,
+                                                   const kelp_boolean *source, uint32_t *err);
+
+/* Sets hmac_sha_1. HMAC-SHA-1 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_1_set_value(kelp_handle *handle, uint32_t space_id,
+                                                         ospf_crypto_algorithm *object,
+                                                         kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of hmac_sha_1: 0 not written, 2 written by a setter, any other as a caller
+ * set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_1_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Sets the state byte of hmac_sha_1 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_hmac_sha_1_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
+
+/* Gives the place of hmac_sha_256 inside the object. HMAC-SHA-256 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_256_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Gives the value of hmac_sha_256, 0 for a null object. HMAC-SHA-256 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_256_get_value(kelp_handle *handle,
+    uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Copies source into hmac_sha_256. HMAC-SHA-256 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_256_set(kelp_handle *handle, uint32_t space_id,
+                                                     ospf_crypto_algorithm *object,
+                                                     const kelp_boolean *source, uint32_t *err);
+
+/* Sets hmac_sha_256. HMAC-SHA-256 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_256_set_value(kelp_handle *handle, uint32_t space_id,
+                                                           ospf_crypto_algorithm *object,
+                                                           kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of hmac_sha_256: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_256_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Sets the state byte of hmac_sha_256 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_hmac_sha_256_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
+
+/* Gives the place of hmac_sha_384 inside the object. HMAC-SHA-384 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_384_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Gives the value of hmac_sha_384, 0 for a null object. HMAC-SHA-384 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_384_get_value(kelp_handle *handle,
+    uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Copies source into hmac_sha_384. HMAC-SHA-384 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_384_set(kelp_handle *handle, uint32_t space_id,
+                                                     ospf_crypto_algorithm *object,
+                                                     const kelp_boolean *source, uint32_t *err);
+
+/* Sets hmac_sha_384. HMAC-SHA-384 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_384_set_value(kelp_handle *handle, uint32_t space_id,
+                                                           ospf_crypto_algorithm *object,
+                                                           kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of hmac_sha_384: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_384_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Sets the state byte of hmac_sha_384 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_hmac_sha_384_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
+
+/* Gives the place of hmac_sha_512 inside the object. HMAC-SHA-512 may be used.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_512_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Gives the value of hmac_sha_512, 0 for a null object. HMAC-SHA-512 may be used.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_512_get_value(kelp_handle *handle,
+    uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Copies source into hmac_sha_512. HMAC-SHA-512 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_512_set(kelp_handle *handle, uint32_t space_id,
+                                                     ospf_crypto_algorithm *object,
+                                                     const kelp_boolean *source, uint32_t *err);
+
+/* Sets hmac_sha_512. HMAC-SHA-512 may be used.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospf_crypto_algorithm_hmac_sha_512_set_value(kelp_handle *handle, uint32_t space_id,
+                                                           ospf_crypto_algorithm *object,
+                                                           kelp_boolean value, uint32_t *err);
+
+/* Gives the state byte of hmac_sha_512: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_512_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
+
+/* Sets the state byte of hmac_sha_512 to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospf_crypto_algorithm_hmac_sha_512_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
+
+KELP_EXTERN_C_END
+
+#endif

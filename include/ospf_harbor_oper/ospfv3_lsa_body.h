@@ -1,0 +1,778 @@
+/* ospfv3_lsa_body: The body of an OSPFv3 LSA: all kinds side by side.
+ *
+ * Fields (name: type, form, first variant):
+ *   lsa_flags: ospfv3_lsa_body_flags, embedded, 0. A router LSA's bits as booleans.
+ *   lsa_body_options: ospfv3_lsa_options, embedded, 0. A router LSA's option bits as booleans.
+ *   network: ospfv3_network, embedded, 0. What a network LSA says.
+ *   prefix: ospfv3_inter_area_prefix, embedded, 0. What an inter-area prefix LSA says.
+ *   ia_router: ospfv3_inter_area_router, embedded, 0. What an inter-area router LSA says.
+ *   lsa_external: ospfv3_lsa_external, embedded, 0. What an AS-external LSA says.
+ *   nssa: ospfv3_nssa, embedded, 0. What an NSSA LSA says.
+ *   link_data: ospfv3_link_data, embedded, 0. What a link LSA says.
+ *   ia_prefix: ospfv3_intra_area_prefix, embedded, 0. What an intra-area prefix LSA says.
+ *   lsa_flag_options: ospfv3_lsa_flag_options, flag set, 1. A router LSA's option bits as a flag set; filling one form does not fill the other.
+ *   lsa_body_flags: ospfv3_lsa_body_flag_options, flag set, 1. A router LSA's bits as a flag set; filling one form does not fill the other.
+ * Written by the emitter from the schema; `make emit` renews it. */
+#ifndef OSPF_HARBOR_OPER_OSPFV3_LSA_BODY_H
+#define OSPF_HARBOR_OPER_OSPFV3_LSA_BODY_H
+
+#include <ospf_harbor_oper/types.h>
+
+KELP_EXTERN_C_BEGIN
+
+/* Gives the variant number limited to the highest variant of ospfv3_lsa_body. Negative numbers
+ * pass as they are.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API int32_t ospfv3_lsa_body_variant_data_index_cap(int32_t variant);
+
+/* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
+ * Errors: those of kelp_get_luid; null then
+ * Ownership: the bytes belong to the type record and live as long
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API const uint8_t *ospfv3_lsa_body_get_luid(kelp_handle *handle, uint32_t space_id,
+                                                 const ospfv3_lsa_body *object, uint32_t *err);
+
+/* Brings the object to the variant that the handle's domain gives to its type, as far as
+ * ospfv3_lsa_body has it. A null object is passed over.
+ * Errors: those of kelplib_adjust_variant
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospfv3_lsa_body_adjust_variant(kelp_handle *handle, uint32_t space_id,
+                                             ospfv3_lsa_body *object, uint32_t *err);
+
+/* Makes a new ospfv3_lsa_body: all zero, at the variant of the handle's domain, with state bytes
+ * behind it when the handle tracks state. Null when there is no memory or the object cannot be
+ * prepared.
+ * Errors: no error word; what went wrong is the handle's last error or a trace message
+ * Ownership: the object is the caller's, who gives it back with ospfv3_lsa_body_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API ospfv3_lsa_body *ospfv3_lsa_body_create(kelp_handle *handle, uint32_t space_id);
+
+/* As ospfv3_lsa_body_create, without registering the module with the trace library.
+ * Errors: as ospfv3_lsa_body_create
+ * Ownership: as ospfv3_lsa_body_create
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API ospfv3_lsa_body *ospfv3_lsa_body_create_internal(kelp_handle *handle, uint32_t space_id);
+
+/* As ospfv3_lsa_body_create with the handle's cr_space_id, but without memory, or with an earlier
+ * failure in cr_err, the type's null object comes back: a chain of calls may go on with it, and
+ * ospfv3_lsa_body_destroy ignores it. Null when the object cannot be prepared.
+ * Errors: 12 as the last error when there is no memory and cr_err is 0
+ * Ownership: as ospfv3_lsa_body_create
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API ospfv3_lsa_body *ospfv3_lsa_body_create_cr(kelp_handle *handle);
+
+/* Prepares a zeroed ospfv3_lsa_body in memory that the caller provides, its children too:
+ * headers, target types of references, places of nested state bytes. record is the type's static
+ * record. notify non-zero announces each store; skip_stats non-zero leaves out the counting and
+ * the state bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null
+ * for directly behind the object.
+ * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
+ *   domain's lookup leaves
+ * Ownership: the memory stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospfv3_lsa_body_initialize(kelp_handle *handle, uint32_t space_id,
+                                         ospfv3_lsa_body *object, kelp_type_record *record,
+                                         int32_t notify, int32_t skip_stats, uint8_t flags,
+                                         void *sttr_base, uint32_t *err);
+
+/* Marks the object, and before it all its children, as living inside other memory. A null object
+ * is traced and passed over.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospfv3_lsa_body_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
+                                                    ospfv3_lsa_body *object);
+
+/* Ends the object: removes its OID mapping, drops its references, gives back what its fields own
+ * and frees it. Null and the type's null object are passed over. An object that is still referred
+ * to stays as it is until the last reference is gone.
+ * Errors: no error word; an object that cannot be ended stays, with a trace message
+ * Ownership: the object and all it owns are freed
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospfv3_lsa_body_destroy(kelp_handle *handle, uint32_t space_id,
+                                      ospfv3_lsa_body *object);
+
+/* As ospfv3_lsa_body_destroy; with free_it 0 everything is done but the freeing of the object's
+ * own memory, the form for an embedded object.
+ * Errors: as ospfv3_lsa_body_destroy
+ * Ownership: what the object owns is freed, the object itself when free_it is non-zero
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospfv3_lsa_body_destroy_internal(kelp_handle *handle, uint32_t space_id,
+                                               ospfv3_lsa_body *object, int32_t free_it);
+
+/* As ospfv3_lsa_body_destroy with the handle's cr_space_id.
+ * Errors: as ospfv3_lsa_body_destroy
+ * Ownership: as ospfv3_lsa_body_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API void ospfv3_lsa_body_destroy_cr(kelp_handle *handle, ospfv3_lsa_body *object);
+
+/* Gives the bytes that a ospfv3_lsa_body takes under this handle, its state bytes included when
+ * the handle tracks state.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure_object */
+KELP_API size_t ospfv3_lsa_body_sizeof(const kelp_handle *handle);
+
+/* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
+ * sorts before, with or after b. Null sorts first. Headers do not count.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API int32_t ospfv3_lsa_body_compare(const ospfv3_lsa_body *a, const ospfv3_lsa_body *b);
+
+/* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API uint32_t ospfv3_lsa_body_hash(const ospfv3_lsa_body *object, uint32_t seed);
+
+/* 1 when the variant that the handle's domain gives to ospfv3_lsa_body holds the field of that
+ * number, counted from 0 in declared order, else 0. The object is not looked at.
+ * Errors: those of the domain's lookup, in the handle's cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API uint32_t ospfv3_lsa_body_is_valid_cr(kelp_handle *handle, const ospfv3_lsa_body *object,
+                                              uint32_t field_number);
+
+/* Gives the object itself.
+ * Errors: none
+ * Ownership: as the object's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API ospfv3_lsa_body *ospfv3_lsa_body_get(kelp_handle *handle, uint32_t space_id,
+                                              const ospfv3_lsa_body *object);
+
+/* Reads the numbers, booleans, enumerations and array counts of the object, each into the
+ * argument of its name. Arguments of fields that the object's variant lacks are left as they are,
+ * without an error.
+ * Errors: none
+ * Ownership: the places that are written to are the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API void ospfv3_lsa_body_get_all(kelp_handle *handle, uint32_t space_id,
+                                      const ospfv3_lsa_body *object, uint32_t *err);
+
+/* Writes the numbers, booleans and enumerations of the object, each from the argument of its
+ * name. Fields that the object's variant lacks are passed over, without an error. No state byte
+ * changes.
+ * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
+ *   are not written then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: structure */
+KELP_API void ospfv3_lsa_body_set_all(kelp_handle *handle, uint32_t space_id,
+                                      ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source to destination, the header with it, and the state bytes when the
+ * handle tracks state. A non-zero error word on entry stops nothing.
+ * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
+ *   objects holding the same texts, arrays and arms
+ * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
+ *   is forgotten and not freed
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospfv3_lsa_body_set(kelp_handle *handle, uint32_t space_id,
+                                  ospfv3_lsa_body *destination, ospfv3_lsa_body *source,
+                                  uint32_t *err);
+
+/* Ends a transfer after the bytes of source were copied to destination: source gives up its
+ * arrays and arms, and its children are moved each by its own set.
+ * Errors: those of the children's set
+ * Ownership: what both held after the copy is destination's alone
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospfv3_lsa_body_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
+                                                   ospfv3_lsa_body *destination,
+                                                   ospfv3_lsa_body *source, uint32_t *err);
+
+/* Tells the runtime where the state bytes of the embedded structures lie, at any depth, when the
+ * object's own begin at sttr_base. Does nothing for a ospfv3_lsa_body without embedded
+ * structures.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospfv3_lsa_body_offset_update(kelp_handle *handle, uint32_t space_id,
+                                            ospfv3_lsa_body *object, void *sttr_base);
+
+/* Makes the runtime forget where the state bytes of the embedded structures lie, at any depth.
+ * Does nothing for a ospfv3_lsa_body without embedded structures.
+ * Errors: those of kelp_hd_mapping_destroy
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: transfer */
+KELP_API void ospfv3_lsa_body_offset_remove(kelp_handle *handle, uint32_t space_id,
+                                            ospfv3_lsa_body *object, uint32_t *err);
+
+/* Gives the number of by-reference fields of ospfv3_lsa_body, whatever the object's variant: the
+ * slots that ospfv3_lsa_body_get_object_references fills.
+ * Errors: 22 for a null object; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: reference_field (whole object) */
+KELP_API uint32_t ospfv3_lsa_body_get_oid_count(kelp_handle *handle, uint32_t space_id,
+                                                const ospfv3_lsa_body *object, uint32_t *err);
+
+/* Writes the table of each by-reference field of ospfv3_lsa_body to references, in field order,
+ * null for an empty one. references has room for as many as ospfv3_lsa_body_get_oid_count gives;
+ * size is not looked at.
+ * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
+ *   output and the later ones left alone
+ * Ownership: the tables stay the database's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: reference_field (whole object) */
+KELP_API void ospfv3_lsa_body_get_object_references(kelp_handle *handle, uint32_t space_id,
+                                                    const ospfv3_lsa_body *object,
+                                                    void **references, uint32_t size,
+                                                    uint32_t *err);
+
+/* Sets every state byte of the object, those of embedded structures too, to the low 8 bits of
+ * value, unannounced. Only for objects without array elements: the pointers to the state bytes of
+ * elements are overwritten too. Does nothing unless handle and object track state.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking (whole object) */
+KELP_API void ospfv3_lsa_body_set_all_state_tracking_flag(kelp_handle *handle, uint32_t space_id,
+                                                          ospfv3_lsa_body *object, uint32_t value);
+
+/* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
+ * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
+ * an image that did not fit may fall behind it.
+ * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
+ *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
+ *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
+ *   properly all the same
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospfv3_lsa_body_marshal(kelp_handle *handle, uint32_t space_id, void *buffer,
+                                          const ospfv3_lsa_body *object, int32_t length,
+                                          uint32_t *err);
+
+/* Writes the image of object as ospfv3_lsa_body_marshal does, but at the object's own variant
+ * when that is above the domain's. Objects embedded in it are lowered all the same.
+ * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
+ *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
+ *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
+ *   properly all the same
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospfv3_lsa_body_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
+                                                    void *buffer, const ospfv3_lsa_body *object,
+                                                    int32_t length, uint32_t *err);
+
+/* Reads an image of at most length bytes from buffer into object and gives the bytes consumed.
+ * Set reuse when the object may hold arrays from an earlier image: they are then reused or
+ * released. Fields that the image lacks keep what they held; what is behind the fields known here
+ * is skipped.
+ * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
+ *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
+ *   value that no writer writes
+ * Ownership: what is allocated for arrays, texts and arms belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospfv3_lsa_body_unmarshal(kelp_handle *handle, uint32_t space_id,
+                                            const void *buffer, ospfv3_lsa_body *object,
+                                            int32_t length, uint32_t reuse, uint32_t *err);
+
+/* Gives the bytes to provide for the image of object, without an ra-data block. An image may be
+ * shorter: an empty array leaves out its state byte.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospfv3_lsa_body_len(kelp_handle *handle, uint32_t space_id,
+                                      const ospfv3_lsa_body *object);
+
+/* Gives what ospfv3_lsa_body_len gives under the handle's cr_space_id, 0 when its cr_err is set.
+ * Errors: none; cr_err is only read
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: image */
+KELP_API uint32_t ospfv3_lsa_body_len_cr(kelp_handle *handle, const ospfv3_lsa_body *object);
+
+/* Writes object as text at the start of buffer, at most size bytes, each line behind indent
+ * blanks, the first one with label; gives the bytes written. The closing line of an object with
+ * an indent stands behind a gap of as many bytes, which keeps what buffer held; an object of
+ * variant 0 has no closing line when ospfv3_lsa_body has two variants.
+ * Errors: none of its own; what a field's print sets stands, and nothing is written behind it
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: text */
+KELP_API uint32_t ospfv3_lsa_body_print(kelp_handle *handle, uint32_t space_id, char *buffer,
+                                        uint32_t indent, const char *label,
+                                        const ospfv3_lsa_body *object, uint32_t size,
+                                        uint32_t *err);
+
+/* Writes object as text with the type's name as label and no indent, under the handle's
+ * cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
+ * Errors: as ospfv3_lsa_body_print, in cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: text */
+KELP_API uint32_t ospfv3_lsa_body_print_cr(kelp_handle *handle, const ospfv3_lsa_body *object,
+                                           char *buffer, int32_t size);
+
+/* Writes object as the element tag into buffer, at most size bytes, and gives the bytes written.
+ * state_byte is that of the element; under a tracking handle each field's element carries its
+ * own.
+ * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
+ *   tracks state and the object does not. What was written stays
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API uint32_t ospfv3_lsa_body_to_xml(kelp_handle *handle, uint32_t space_id, const char *tag,
+                                         char *buffer, const ospfv3_lsa_body *object,
+                                         uint32_t size, uint32_t state_byte, uint32_t *err);
+
+/* Writes object as an element with the type's name, under the handle's cr_space_id; gives the
+ * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
+ * Errors: as ospfv3_lsa_body_to_xml, in cr_err
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API uint32_t ospfv3_lsa_body_toxml_cr(kelp_handle *handle, const ospfv3_lsa_body *object,
+                                           char *buffer, uint32_t size);
+
+/* Reads the element at path into object. Fields that it does not have keep what they held;
+ * elements that are no fields are passed over. A failed lookup is told in message, message_size
+ * bytes or null.
+ * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
+ *   sets otherwise. What was read before stays
+ * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
+ *   had before is left to the caller
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: xml */
+KELP_API void ospfv3_lsa_body_from_xml(kelp_handle *handle, uint32_t space_id, const char *path,
+                                       kelp_xml_document *document, ospfv3_lsa_body *object,
+                                       uint32_t *err, char *message, int32_t message_size);
+
+/* Gives lsa_flags inside the object. A router LSA's bits as booleans.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_lsa_flags_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into lsa_flags. A router LSA's bits as booleans.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_lsa_flags_set(kelp_handle *handle, uint32_t space_id,
+                                            ospfv3_lsa_body *object,
+                                            ospfv3_lsa_body_flags *source, uint32_t *err);
+
+/* Gives the state byte of lsa_flags: 0 not written, 2 written by a setter, any other as a caller
+ * set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_lsa_flags_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                          ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of lsa_flags to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_lsa_flags_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                       ospfv3_lsa_body *object, uint32_t value,
+                                                       uint32_t *err);
+
+/* Gives lsa_body_options inside the object. A router LSA's option bits as booleans.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_lsa_options *ospfv3_lsa_body_lsa_body_options_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into lsa_body_options. A router LSA's option bits as booleans.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_lsa_body_options_set(kelp_handle *handle, uint32_t space_id,
+                                                   ospfv3_lsa_body *object,
+                                                   ospfv3_lsa_options *source, uint32_t *err);
+
+/* Gives the state byte of lsa_body_options: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_lsa_body_options_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of lsa_body_options to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_lsa_body_options_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t value, uint32_t *err);
+
+/* Gives network inside the object. What a network LSA says.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_network *ospfv3_lsa_body_network_get(kelp_handle *handle, uint32_t space_id,
+                                                     ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into network. What a network LSA says.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_network_set(kelp_handle *handle, uint32_t space_id,
+                                          ospfv3_lsa_body *object, ospfv3_network *source,
+                                          uint32_t *err);
+
+/* Gives the state byte of network: 0 not written, 2 written by a setter, any other as a caller
+ * set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_network_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                        ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of network to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_network_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                     ospfv3_lsa_body *object, uint32_t value,
+                                                     uint32_t *err);
+
+/* Gives prefix inside the object. What an inter-area prefix LSA says.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_inter_area_prefix *ospfv3_lsa_body_prefix_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into prefix. What an inter-area prefix LSA says.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_prefix_set(kelp_handle *handle, uint32_t space_id,
+                                         ospfv3_lsa_body *object,
+                                         ospfv3_inter_area_prefix *source, uint32_t *err);
+
+/* Gives the state byte of prefix: 0 not written, 2 written by a setter, any other as a caller set
+ * it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_prefix_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                       ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of prefix to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_prefix_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                    ospfv3_lsa_body *object, uint32_t value,
+                                                    uint32_t *err);
+
+/* Gives ia_router inside the object. What an inter-area router LSA says.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_inter_area_router *ospfv3_lsa_body_ia_router_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into ia_router. What an inter-area router LSA says.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_ia_router_set(kelp_handle *handle, uint32_t space_id,
+                                            ospfv3_lsa_body *object,
+                                            ospfv3_inter_area_router *source, uint32_t *err);
+
+/* Gives the state byte of ia_router: 0 not written, 2 written by a setter, any other as a caller
+ * set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_ia_router_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                          ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of ia_router to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_ia_router_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                       ospfv3_lsa_body *object, uint32_t value,
+                                                       uint32_t *err);
+
+/* Gives lsa_external inside the object. What an AS-external LSA says.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_lsa_external *ospfv3_lsa_body_lsa_external_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into lsa_external. What an AS-external LSA says.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_lsa_external_set(kelp_handle *handle, uint32_t space_id,
+                                               ospfv3_lsa_body *object,
+                                               ospfv3_lsa_external *source, uint32_t *err);
+
+/* Gives the state byte of lsa_external: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_lsa_external_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of lsa_external to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_lsa_external_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                          ospfv3_lsa_body *object, uint32_t value,
+                                                          uint32_t *err);
+
+/* Gives nssa inside the object. What an NSSA LSA says.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_nssa *ospfv3_lsa_body_nssa_get(kelp_handle *handle, uint32_t space_id,
+                                               ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into nssa. What an NSSA LSA says.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_nssa_set(kelp_handle *handle, uint32_t space_id,
+                                       ospfv3_lsa_body *object, ospfv3_nssa *source, uint32_t *err);
+
+/* Gives the state byte of nssa: 0 not written, 2 written by a setter, any other as a caller set
+ * it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_nssa_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                     ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of nssa to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_nssa_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                  ospfv3_lsa_body *object, uint32_t value,
+                                                  uint32_t *err);
+
+/* Gives link_data inside the object. What a link LSA says.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_link_data *ospfv3_lsa_body_link_data_get(kelp_handle *handle, uint32_t space_id,
+                                                         ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into link_data. What a link LSA says.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_link_data_set(kelp_handle *handle, uint32_t space_id,
+                                            ospfv3_lsa_body *object, ospfv3_link_data *source,
+                                            uint32_t *err);
+
+/* Gives the state byte of link_data: 0 not written, 2 written by a setter, any other as a caller
+ * set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_link_data_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                          ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of link_data to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_link_data_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                       ospfv3_lsa_body *object, uint32_t value,
+                                                       uint32_t *err);
+
+/* Gives ia_prefix inside the object. What an intra-area prefix LSA says.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the result belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API ospfv3_intra_area_prefix *ospfv3_lsa_body_ia_prefix_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Moves the content of source into ia_prefix. What an intra-area prefix LSA says.
+ * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
+ *   and the object or the source does not, with the content moved
+ * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: object_field */
+KELP_API void ospfv3_lsa_body_ia_prefix_set(kelp_handle *handle, uint32_t space_id,
+                                            ospfv3_lsa_body *object,
+                                            ospfv3_intra_area_prefix *source, uint32_t *err);
+
+/* Gives the state byte of ia_prefix: 0 not written, 2 written by a setter, any other as a caller
+ * set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_ia_prefix_state_flag_get(kelp_handle *handle, uint32_t space_id,
+                                                          ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of ia_prefix to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_ia_prefix_state_flag_set(kelp_handle *handle, uint32_t space_id,
+                                                       ospfv3_lsa_body *object, uint32_t value,
+                                                       uint32_t *err);
+
+/* Gives the place of lsa_flag_options inside the object. A router LSA's option bits as a flag
+ * set; filling one form does not fill the other.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API ospfv3_lsa_flag_options *ospfv3_lsa_body_lsa_flag_options_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Gives the value of lsa_flag_options, 0 for a null object. A router LSA's option bits as a flag
+ * set; filling one form does not fill the other.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API uint32_t ospfv3_lsa_body_lsa_flag_options_get_value(kelp_handle *handle,
+    uint32_t space_id, const ospfv3_lsa_body *object, uint32_t *err);
+
+/* Copies source into lsa_flag_options. A router LSA's option bits as a flag set; filling one form
+ * does not fill the other.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospfv3_lsa_body_lsa_flag_options_set(kelp_handle *handle, uint32_t space_id,
+                                                   ospfv3_lsa_body *object,
+                                                   const ospfv3_lsa_flag_options *source,
+                                                   uint32_t *err);
+
+/* Sets lsa_flag_options. A router LSA's option bits as a flag set; filling one form does not fill
+ * the other.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospfv3_lsa_body_lsa_flag_options_set_value(kelp_handle *handle, uint32_t space_id,
+                                                         ospfv3_lsa_body *object, uint32_t value,
+                                                         uint32_t *err);
+
+/* Gives the state byte of lsa_flag_options: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_lsa_flag_options_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of lsa_flag_options to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_lsa_flag_options_state_flag_set(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t value, uint32_t *err);
+
+/* Gives the place of lsa_body_flags inside the object. A router LSA's bits as a flag set; filling
+ * one form does not fill the other.
+ * Errors: 43 when the object's variant does not hold the field; null then
+ * Ownership: the place belongs to the object
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API ospfv3_lsa_body_flag_options *ospfv3_lsa_body_lsa_body_flags_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Gives the value of lsa_body_flags, 0 for a null object. A router LSA's bits as a flag set;
+ * filling one form does not fill the other.
+ * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API uint32_t ospfv3_lsa_body_lsa_body_flags_get_value(kelp_handle *handle, uint32_t space_id,
+                                                           const ospfv3_lsa_body *object,
+                                                           uint32_t *err);
+
+/* Copies source into lsa_body_flags. A router LSA's bits as a flag set; filling one form does not
+ * fill the other.
+ * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
+ *   tracks state and the object does not, with the value stored
+ * Ownership: source stays the caller's
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospfv3_lsa_body_lsa_body_flags_set(kelp_handle *handle, uint32_t space_id,
+                                                 ospfv3_lsa_body *object,
+                                                 const ospfv3_lsa_body_flag_options *source,
+                                                 uint32_t *err);
+
+/* Sets lsa_body_flags. A router LSA's bits as a flag set; filling one form does not fill the
+ * other.
+ * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
+ *   22 when the handle tracks state and the object does not, with the value stored
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: value_field */
+KELP_API void ospfv3_lsa_body_lsa_body_flags_set_value(kelp_handle *handle, uint32_t space_id,
+                                                       ospfv3_lsa_body *object, uint32_t value,
+                                                       uint32_t *err);
+
+/* Gives the state byte of lsa_body_flags: 0 not written, 2 written by a setter, any other as a
+ * caller set it.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API uint8_t ospfv3_lsa_body_lsa_body_flags_state_flag_get(kelp_handle *handle,
+    uint32_t space_id, ospfv3_lsa_body *object, uint32_t *err);
+
+/* Sets the state byte of lsa_body_flags to the low 8 bits of value.
+ * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
+ *   the object's variant does not hold the field
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: state_tracking */
+KELP_API void ospfv3_lsa_body_lsa_body_flags_state_flag_set(kelp_handle *handle,
+                                                            uint32_t space_id,
+                                                            ospfv3_lsa_body *object,
+                                                            uint32_t value, uint32_t *err);
+
+KELP_EXTERN_C_END
+
+#endif

@@ -1,0 +1,12 @@
+/* tbl_link_scope_lsa: LSAs of link scope.
+ * Written by the emitter from the schema; `make emit` renews it. */
+#ifndef OSPF_HARBOR_OPER_TBL_LINK_SCOPE_LSA_H
+#define OSPF_HARBOR_OPER_TBL_LINK_SCOPE_LSA_H
+
+#include <ospf_harbor_oper/types.h>
+
+KELP_EXTERN_C_BEGIN
+
+KELP_EXTERN_C_END
+
+#endif

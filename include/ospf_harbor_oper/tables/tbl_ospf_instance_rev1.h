@@ -1,0 +1,12 @@
+/* tbl_ospf_instance_rev1: Instances, by address family and router ID.
+ * Written by the emitter from the schema; `make emit` renews it. */
+#ifndef OSPF_HARBOR_OPER_TBL_OSPF_INSTANCE_REV1_H
+#define OSPF_HARBOR_OPER_TBL_OSPF_INSTANCE_REV1_H
+
+#include <ospf_harbor_oper/types.h>
+
+KELP_EXTERN_C_BEGIN
+
+KELP_EXTERN_C_END
+
+#endif

@@ -1,0 +1,12 @@
+/* tbl_ospfv2_external: Entries of an external LSA, by topology.
+ * Written by the emitter from the schema; `make emit` renews it. */
+#ifndef OSPF_HARBOR_OPER_TBL_OSPFV2_EXTERNAL_H
+#define OSPF_HARBOR_OPER_TBL_OSPFV2_EXTERNAL_H
+
+#include <ospf_harbor_oper/types.h>
+
+KELP_EXTERN_C_BEGIN
+
+KELP_EXTERN_C_END
+
+#endif

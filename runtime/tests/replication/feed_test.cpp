@@ -1,0 +1,153 @@
+// The change feed and its cursors.
+#include "tables.hpp"
+
+namespace {
+
+using kelp_test::TablesTest;
+
+class FeedTest : public TablesTest {
+ protected:
+  FeedTest() { kelp_table_enable_cursors(handle, table, 1, nullptr); }
+  ~FeedTest() override {
+    kelp_feed_cursor_close(cursor);
+    for (kelp_record *record : records) kelpdb_request_record_destroy(handle, 0, record, &err);
+    collect();
+    if (table != nullptr) free_now(table);
+  }
+
+  kelp_record *add(std::uintptr_t key) {
+    records.push_back(insert(table, key));
+    return records.back();
+  }
+  void open_cursor() { cursor = kelp_feed_cursor_open(handle, table, nullptr); }
+  void change(kelp_record *record) {
+    EXPECT_EQ(kelp_feed_record_changed(handle, table, record, nullptr), 0);
+  }
+  void request(kelp_record *record) {
+    kelpdb_request_record_destroy(handle, 0, record, &err);
+    EXPECT_EQ(err, 0u);
+  }
+
+  // The kinds and keys of all changes up to now, as "+1 ~2 -3".
+  std::string changes() {
+    std::string text;
+    kelp_feed_change next;
+    while (kelp_feed_cursor_next(cursor, &next) != 0) {
+      EXPECT_EQ(next.table, table);
+      text += text.empty() ? "" : " ";
+      text += next.kind == KELP_FEED_INSERTED ? "+" : next.kind == KELP_FEED_MODIFIED ? "~" : "-";
+      text += std::to_string(reinterpret_cast<std::uintptr_t>(next.record->objects[0]));
+    }
+    return text;
+  }
+
+  std::vector<kelp_record *> records;
+  kelp_feed_cursor *cursor = nullptr;
+};
+
+TEST_F(FeedTest, ChangesComeInTheirOrder) {
+  open_cursor();
+  EXPECT_EQ(changes(), "");
+  add(2);
+  add(1);
+  EXPECT_EQ(changes(), "+2 +1");
+  EXPECT_EQ(changes(), "");
+  change(records[0]);
+  request(records[1]);
+  EXPECT_EQ(changes(), "~2 -1");
+}
+
+TEST_F(FeedTest, NewCursorStartsWithWhatIsThere) {
+  add(1);
+  add(2);
+  change(records[0]);
+  open_cursor();
+  EXPECT_EQ(changes(), "+2 +1");
+}
+
+TEST_F(FeedTest, ChangesOfOneRecordAreOneChange) {
+  open_cursor();
+  add(1);
+  for (int i = 0; i < 1000; ++i) change(records[0]);
+  EXPECT_EQ(changes(), "+1");
+  for (int i = 0; i < 1000; ++i) change(records[0]);
+  EXPECT_EQ(changes(), "~1");
+}
+
+TEST_F(FeedTest, DestroyedRecordStaysDestroyed) {
+  open_cursor();
+  add(1);
+  request(records[0]);
+  change(records[0]);
+  EXPECT_EQ(changes(), "-1");
+}
+
+TEST_F(FeedTest, SequenceRises) {
+  open_cursor();
+  add(1);
+  kelp_feed_change first;
+  kelp_feed_change second;
+  ASSERT_EQ(kelp_feed_cursor_next(cursor, &first), 1);
+  change(records[0]);
+  ASSERT_EQ(kelp_feed_cursor_next(cursor, &second), 1);
+  EXPECT_LT(first.sequence, second.sequence);
+  EXPECT_EQ(first.record, second.record);
+}
+
+TEST_F(FeedTest, WithoutImplicitCursorInsertsAreSilent) {
+  kelp_table_enable_cursors(handle, table, 0, nullptr);
+  open_cursor();
+  add(1);
+  EXPECT_EQ(changes(), "");
+  change(records[0]);
+  EXPECT_EQ(changes(), "+1");
+}
+
+TEST_F(FeedTest, EndedRecordIsForgotten) {
+  add(1);
+  request(records[0]);
+  records.clear();
+  collect();
+  open_cursor();
+  EXPECT_EQ(changes(), "");
+}
+
+TEST_F(FeedTest, RecordFreedBehindItsBackIsForgotten) {
+  kelp_record *record = insert(table, 1);
+  handle->collector_context = 1;
+  kelp_test::delete_record(handle, 0, table, record, &err);
+  handle->collector_context = 0;
+  release(record);
+  open_cursor();
+  EXPECT_EQ(changes(), "");
+}
+
+TEST_F(FeedTest, CursorOfAFreedTableShowsNothing) {
+  add(1);
+  open_cursor();
+  request(records[0]);
+  changes();
+  records.clear();
+  collect();
+  free_now(table);
+  kelp_feed_change next;
+  EXPECT_EQ(kelp_feed_cursor_next(cursor, &next), 0);
+}
+
+TEST_F(FeedTest, FeedNeedsCursorsAndARecord) {
+  kelp_table *plain = open_table("plain");
+  kelp_error error;
+  EXPECT_EQ(kelp_feed_cursor_open(handle, plain, &error), nullptr);
+  EXPECT_EQ(error.code, 22);
+  EXPECT_EQ(kelp_feed_cursor_open(handle, nullptr, &error), nullptr);
+  EXPECT_EQ(kelp_feed_record_changed(handle, table, nullptr, &error), 22);
+  EXPECT_STREQ(error.text,
+               "kelp_feed_record_changed: expected a record and a table marked for replication");
+  kelpdb_enq_rec_move_write_cursor_internal(handle, 0, nullptr, nullptr, &err);
+  EXPECT_EQ(err, 22u);
+  err = 0;
+  free_now(plain);
+  EXPECT_EQ(kelp_feed_cursor_next(nullptr, nullptr), 0);
+}
+
+}  // namespace

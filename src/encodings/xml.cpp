@@ -1,0 +1,35 @@
+#include "encodings/xml.hpp"
+
+#include <cstdio>
+
+namespace harbor::xml {
+
+Path child_path(const Source &source, const char *tag) {
+  Path path;
+  std::snprintf(path.data(), path.size(), "%s/%s", source.path, tag);
+  return path;
+}
+
+Path element_path(const Source &source, const char *tag, std::uint32_t index) {
+  Path path;
+  std::snprintf(path.data(), path.size(), "%s/%s[%d]", source.path, tag, static_cast<int>(index));
+  return path;
+}
+
+bool open(const Source &source) {
+  std::uint32_t count = 0;
+  if (xml_get_element_nodecount(source.document, source.path, &count) == 0 && count != 0) {
+    return true;
+  }
+  fail(source.handle, KELP_ERR_NOT_FOUND, source.err);
+  return false;
+}
+
+bool goes_on(const Source &source) {
+  if (*source.err == KELP_ERR_NOT_FOUND) *source.err = 0;
+  return *source.err == 0;
+}
+
+void fail_creation(const Source &source) { fail(source.handle, KELP_ERR_NO_MEMORY, source.err); }
+
+}  // namespace harbor::xml
