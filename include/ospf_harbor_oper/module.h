@@ -63,6 +63,32 @@ KELP_API void *ospf_harbor_oper_bundle_handler_unregister(void *handler, void *c
  * Family: module_frame */
 KELP_API void kelp_ospf_harbor_oper_trace_init(void);
 
+/* Copies the 21 table vfts into ospf_harbor_oper_table_lut, once in a process. Gives 0 when the
+ * copy was started before, else the result of table_vft_cpy. The first call is to be made before
+ * threads contend.
+ * Errors: none; the result is the code
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: vft */
+KELP_API uint32_t ospf_harbor_oper_table_vft_init(void);
+
+/* Writes the vft of the table with the 16-byte LUID to *vft_out, making the copy first if nobody
+ * has. The error word says whether that copy failed; the vft that is handed out is then not
+ * filled in.
+ * Errors: 2 for an unknown LUID, with null in *vft_out; the code of a failed copy
+ * Ownership: the vft belongs to the library and lives as long as the process
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: vft */
+KELP_API void ospf_harbor_oper_table_get_vft(kelp_handle *handle, uint32_t space_id,
+                                             const uint8_t *luid, const kelp_table_vft **vft_out,
+                                             uint32_t *err);
+
+/* Gives the index in ospf_harbor_oper_table_lut of the table with the 16-byte LUID, which need
+ * not be aligned; -1 when there is none.
+ * Errors: none
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: vft */
+KELP_API int32_t ospf_harbor_oper_table_mrst_lookup(const uint8_t *luid);
+
 KELP_EXTERN_C_END
 
 #endif

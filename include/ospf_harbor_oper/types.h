@@ -179,6 +179,10 @@ typedef struct tbl_ospf_instance_rev1_record tbl_ospf_instance_rev1_record;
 typedef struct tbl_ospf_rev1_table tbl_ospf_rev1_table;
 typedef struct tbl_ospf_rev1_record tbl_ospf_rev1_record;
 
+/* Called by a walk with each record, a <table>_record, and the walk's argument; a non-zero
+ * result ends the walk. */
+typedef uint32_t (*ospf_harbor_oper_record_callback)(void *record, void *argument);
+
 /* Values of address_family. */
 enum address_family_value {
   ADDR_FAMILY_IPV4 = 0, /* IPv4. */

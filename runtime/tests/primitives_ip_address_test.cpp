@@ -282,14 +282,16 @@ TEST_F(PrimitiveIpAddressTest, ImagesAreBoundedAtEveryLength) {
 
 TEST_F(PrimitiveIpAddressTest, PrintsOneLineAndNothingForAnUnsetOne) {
   char buffer[128];
+  const auto print = [&](uint32_t indent, const ip_address *printed) {
+    const uint32_t used =
+        ip_address_print(handle_, kSpace, buffer, indent, "id", printed, 128, &err_);
+    return std::string(buffer, used);
+  };
   const ip_address value = address("fe80::1%3/64");
   const ip_address unset = address("");
-  ip_address_print(handle_, kSpace, buffer, 2, "id", &value, 128, &err_);
-  EXPECT_STREQ(buffer, "  id@ip_address:fe80::1%3/64\n");
-  ip_address_print(handle_, kSpace, buffer, 0, "id", &unset, 128, &err_);
-  EXPECT_STREQ(buffer, "id@ip_address:\n");
-  ip_address_print(handle_, kSpace, buffer, 0, "id", nullptr, 128, &err_);
-  EXPECT_STREQ(buffer, "id@ip_address:\n");
+  EXPECT_EQ(print(2, &value), "  id@ip_address:fe80::1%3/64\n");
+  EXPECT_EQ(print(0, &unset), "id@ip_address:\n");
+  EXPECT_EQ(print(0, nullptr), "id@ip_address:\n");
 }
 
 TEST_F(PrimitiveIpAddressTest, ElementsComeBackAndLeaveTheHeaderAlone) {

@@ -316,6 +316,16 @@ TEST_F(PrimitiveVstringTest, ImageIsALengthAndTheBytes) {
   destroy(&back);
 }
 
+TEST_F(PrimitiveVstringTest, ImageHasNoFinalNul) {
+  kelp_vstring vstring = {};
+  assign(&vstring, "eth0");
+  char image[9];
+  std::memset(image, '#', sizeof image);
+  EXPECT_EQ(kelp_vstring_marshal(handle_, kSpace, image, &vstring, 9, &err_), 8u);
+  EXPECT_EQ(bytes_at(image, 9), std::string("\0\0\0\4eth0#", 9));
+  destroy(&vstring);
+}
+
 TEST_F(PrimitiveVstringTest, ImageOfAnEmptyTextIsItsLength) {
   const kelp_vstring empty = {};
   char image[4];
@@ -446,7 +456,7 @@ TEST_F(PrimitiveVstringTest, PrintStopsAtEverySpace) {
     std::memset(buffer, '#', sizeof buffer);
     const uint32_t used =
         kelp_vstring_print(handle_, kSpace, buffer, 1, "n", &vstring, size, &err_);
-    EXPECT_EQ(used, size <= 1 ? size : size - 1);
+    EXPECT_EQ(used, std::min<uint32_t>(size, static_cast<uint32_t>(line.size())));
     EXPECT_EQ(std::string(buffer, used), line.substr(0, used));
     for (size_t i = size; i < sizeof buffer; ++i) EXPECT_EQ(buffer[i], '#');
   }

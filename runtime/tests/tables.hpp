@@ -28,8 +28,8 @@ inline void delete_record(kelp_handle *handle, std::uint32_t space_id, kelp_tabl
     *err = 22;
     return;
   }
-  if (e_avl_delete(handle->obj_pool, space_id, &table->avl_root, &record->avl_node,
-                   &table->avl_aux, compare_records) == 0) {
+  if (e_avl_delete(handle->obj_pool, space_id, &table->avl_root, &record->avl_node, &table->avl_aux,
+                   compare_records) == 0) {
     *err = 2;
   }
   record->record_table = nullptr;
@@ -78,9 +78,12 @@ inline void get_vft(kelp_handle *, std::uint32_t, const std::uint8_t *, const ke
                     std::uint32_t *) {
   static kelp_table_vft the_vft = [] {
     kelp_table_vft made = {};
-    made.words[KELP_VFT_TABLE_FREE] = reinterpret_cast<const void *>(&free_table);
-    made.words[KELP_VFT_DESTROY_RECORD] = reinterpret_cast<const void *>(&destroy_record);
-    made.words[KELP_VFT_DELETE] = reinterpret_cast<const void *>(&delete_record);
+    made.operations[KELP_VFT_TABLE_FREE - KELP_VFT_TABLE_OPEN] =
+        reinterpret_cast<kelp_vft_word>(&free_table);
+    made.operations[KELP_VFT_DESTROY_RECORD - KELP_VFT_TABLE_OPEN] =
+        reinterpret_cast<kelp_vft_word>(&destroy_record);
+    made.operations[KELP_VFT_DELETE - KELP_VFT_TABLE_OPEN] =
+        reinterpret_cast<kelp_vft_word>(&delete_record);
     return made;
   }();
   *vft = &the_vft;
@@ -114,8 +117,8 @@ class TablesTest : public DatabaseTest {
     record->ref_word = 1;
     record->src = KELP_SRC_DEFAULT;
     record->objects[0] = reinterpret_cast<void *>(key);
-    EXPECT_EQ(e_avl_insert(handle->obj_pool, 0, &into->avl_root, &record->avl_node,
-                           &into->avl_aux, compare_records),
+    EXPECT_EQ(e_avl_insert(handle->obj_pool, 0, &into->avl_root, &record->avl_node, &into->avl_aux,
+                           compare_records),
               1u);
     record->record_table = into;
     record->rec_flags |= REC_IN_TABLE;

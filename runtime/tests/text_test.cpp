@@ -41,25 +41,32 @@ TEST(Text, PrintSpaceDoesNothingUnderASetErrorWord) {
   EXPECT_EQ(buffer.err, 5u);
 }
 
-TEST(Text, SnprintfReturnsTheBytesWrittenAndTerminates) {
+TEST(Text, SnprintfReturnsTheBytesWrittenAndLeavesWhatIsBehindThem) {
   Buffer buffer;
   EXPECT_EQ(kelp_snprintf(nullptr, 0, buffer.bytes, 32, &buffer.err, "%s@%s:", "peer", "lsa"), 9u);
-  EXPECT_EQ(buffer.all(), std::string("peer@lsa:\0", 10) + hashes(22));
+  EXPECT_EQ(buffer.all(), "peer@lsa:" + hashes(23));
 }
 
 TEST(Text, SnprintfNeverWritesPastAnySpace) {
   const std::string text = "0123456789";
   for (uint32_t size = 0; size <= 12; ++size) {
     Buffer buffer;
-    const uint32_t fits = size == 0 ? 0 : std::min<uint32_t>(size - 1, 10);
+    const uint32_t fits = std::min<uint32_t>(size, 10);
     EXPECT_EQ(kelp_snprintf(nullptr, 0, buffer.bytes, size, &buffer.err, "%s", text.c_str()), fits);
-    EXPECT_EQ(std::string(buffer.bytes, fits), text.substr(0, fits));
-    if (size > 0) {
-      EXPECT_EQ(buffer.bytes[fits], '\0');
-    }
-    const size_t end = size == 0 ? 0 : fits + 1;
-    EXPECT_EQ(buffer.untouched_from(end), hashes(32 - end)) << "size " << size;
+    EXPECT_EQ(buffer.all(), text.substr(0, fits) + hashes(32 - fits)) << "size " << size;
     EXPECT_EQ(buffer.err, 0u);
+  }
+}
+
+TEST(Text, SnprintfOfALongTextStopsAtTheSpaceAndLeavesWhatIsBehindIt) {
+  const std::string text(2000, 'x');
+  for (uint32_t size : {1u, 100u, 1999u, 2000u, 2001u, 2100u}) {
+    std::string buffer(2200, '#');
+    uint32_t err = 0;
+    const uint32_t used = kelp_snprintf(nullptr, 0, buffer.data(), size, &err, "%s", text.c_str());
+    EXPECT_LE(used, size);
+    EXPECT_GE(used, std::min(size - 1, 2000u));
+    EXPECT_EQ(buffer, text.substr(0, used) + std::string(2200 - used, '#')) << "size " << size;
   }
 }
 

@@ -275,7 +275,11 @@ Unit unit_of(const Table &table) {
   place.prefix = place.cr_prefix = name + "_";
   const std::string record(table.record->name);
   const std::string key(composite ? table.key_structure->name : table.record->name);
-  place.words = {{"$table", name}, {"$bindings", place.bindings}, {"$K", key}};
+  place.words = {{"$table", name},
+                 {"$bindings", place.bindings},
+                 {"$encodings",
+                  "harbor::encodings_of<harbor::model::tables::" + std::string(table.name) + ">"},
+                 {"$K", key}};
   for (const auto &family : harbor::table_families) {
     for (const Operation &operation : family.operations) {
       switch (family.scope) {

@@ -13,7 +13,7 @@
 
 KELP_EXTERN_C_BEGIN
 
-/* --- the last error of a handle ---------------------------------------------------------------- */
+/* --- the last error of a handle --- */
 
 /* Forgets the error that the handle stored last. Touches no error word, cr_err included. Makes the
  * handle's database the current one. A null handle is passed over. */
@@ -27,7 +27,7 @@ KELP_API void kelp_store_err(kelp_handle *handle, uint32_t code);
  * KELP_ERR_EPOCH, whatever code is given. err may be null. */
 KELP_API void kelp_store_epoch_err(kelp_handle *handle, uint32_t code, uint32_t *err);
 
-/* --- variants ---------------------------------------------------------------------------------- */
+/* --- variants --- */
 
 /* The variant that the handle's domain gives to the record's type: what kelp_handle_set_variant
  * fixed for the type's name, else the highest variant of the record. Called for every object that
@@ -55,7 +55,7 @@ KELP_API void kelplib_adjust_variant(kelp_handle *handle, uint32_t space_id, voi
                                      const kelp_type_record *record, int32_t highest,
                                      uint32_t *err);
 
-/* --- type records ------------------------------------------------------------------------------ */
+/* --- type records --- */
 
 /* What the first word of an object with OBJ_TINFO_BLOCK points at: the type record, and whatever
  * the block's maker puts behind it. The block comes from obj_alloc; destroy frees it. */
@@ -95,7 +95,7 @@ KELP_API void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
 KELP_API const uint8_t *kelp_get_luid(kelp_handle *handle, uint32_t space_id, const void *object,
                                       uint32_t *err);
 
-/* --- objects ----------------------------------------------------------------------------------- */
+/* --- objects --- */
 
 /* Tests an object before something takes hold of it. With refuse_embedded an object that lives in
  * a record or in other memory (OBJ_EMBEDDED) is refused, with refuse_nested one that is a child of
@@ -122,7 +122,7 @@ KELP_API void kelplib_type_stats_destroy_object(kelp_handle *handle, uint32_t sp
                                                 const kelp_type_record *record,
                                                 uint64_t *create_count, uint32_t *err);
 
-/* --- nested state bytes ------------------------------------------------------------------------ */
+/* --- nested state bytes --- */
 
 /* The distance in bytes from an object with OBJ_STTR_RELOCATED to its state bytes, as
  * kelplib_update_sttr_offset was last told; 0 when none is known. */
@@ -147,7 +147,7 @@ KELP_API uint8_t kelplib_type_header_get_state_tracking_flag(const void *image);
 KELP_API void kelp_hd_mapping_destroy(kelp_handle *handle, uint32_t space_id, void *object,
                                       uint32_t *err);
 
-/* --- guarded memory calls ---------------------------------------------------------------------- */
+/* --- guarded memory calls --- */
 
 /* As memcpy, but ranges that overlap are copied as memmove does. A null pointer with a length above
  * 0 ends the process. Gives destination. */
@@ -163,7 +163,7 @@ KELP_API char *__strncpy_to_buf(char *destination, const char *source, size_t le
 /* Reports a failed assertion on standard error, flushes the trace and ends the process. */
 KELP_API KELP_NORETURN void bassert(const char *expression, const char *source, int line);
 
-/* --- the communications library ---------------------------------------------------------------- */
+/* --- the communications library --- */
 
 /* What a registered handler points at: kelp_bundle_deliver (kelp/embed.h) calls it with each bundle
  * that comes in. flags are those of the registration. */

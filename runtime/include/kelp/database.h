@@ -17,7 +17,7 @@ KELP_EXTERN_C_BEGIN
  * overlap. */
 KELP_API uint32_t table_vft_cpy(void *destination, const void *source, uint32_t count);
 
-/* --- the database of a handle ---------------------------------------------------------------------- */
+/* --- the database of a handle --- */
 
 /* 1 when the calling thread's current database is marked shared, else 0; 0 without a current one.
  * The current database is that of the handle last made, locked, or given to kelp_clear_last_error
@@ -27,7 +27,7 @@ KELP_API uint32_t kelplib_db_is_shared(void);
 /* Non-zero when the handle holds the write lock of its database. */
 KELP_API uint32_t kelplib_database_is_write_locked(const kelp_handle *handle);
 
-/* --- the table of contents -------------------------------------------------------------------------- */
+/* --- the table of contents --- */
 
 /* The head of the database's list of tables; made on the first call. */
 KELP_API kelp_table_list *kelplib_database_table_toc_create(kelp_handle *handle, uint32_t space_id,
@@ -64,7 +64,7 @@ KELP_API void kelpdb_database_toc_delete(kelp_handle *handle, uint32_t space_id,
 KELP_API void kelpdb_database_toc_force_delete(kelp_handle *handle, uint32_t space_id,
                                                kelp_table *table, uint32_t *err);
 
-/* --- cursors ------------------------------------------------------------------------------------------ */
+/* --- cursors --- */
 
 /* Non-zero when the table is marked for replication (kelp_table_enable_cursors). */
 KELP_API uint32_t kelpdb_table_are_cursors_enabled(kelp_handle *handle, uint32_t space_id,
@@ -90,7 +90,7 @@ KELP_API void kelpdb_enq_rec_move_write_cursor_internal(kelp_handle *handle, uin
 KELP_API void kelpdb_request_record_destroy(kelp_handle *handle, uint32_t space_id,
                                             kelp_record *record, uint32_t *err);
 
-/* --- counts by tenant ---------------------------------------------------------------------------------- */
+/* --- counts by tenant --- */
 
 /* Adds 1 (direction 1) to, or takes 1 (direction 0) from, the table's counter of the tenant and
  * source. A counter at 0 stays 0. */
@@ -107,7 +107,7 @@ KELP_API void kelpdb_get_tenant_counter(kelp_handle *handle, uint32_t space_id,
 /* Writes the calling thread's tenant, 0 for none, to *tenant (kelp_tenant_set). */
 KELP_API void mt_get_tenant_id(uint16_t *tenant);
 
-/* --- the replication cache ------------------------------------------------------------------------------ */
+/* --- the replication cache --- */
 
 /* Enters a record that a reader was given in the database's replication cache: once per record,
  * and at most as many as the database option replication_cache_entries, the oldest giving way.
@@ -115,7 +115,7 @@ KELP_API void mt_get_tenant_id(uint16_t *tenant);
 KELP_API void kelprepl_add_to_cache(kelp_handle *handle, uint32_t space_id, kelp_table *table,
                                     kelp_record *record, uint32_t *err);
 
-/* --- the store behind obj_pool ---------------------------------------------------------------------------- */
+/* --- the store behind obj_pool --- */
 
 /* Declares bytes about to be written. 1 on success, 0 when the range is not wholly the store's. */
 KELP_API uint32_t lumen_set_range(void *obj_pool, const void *address, size_t length,

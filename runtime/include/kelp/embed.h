@@ -21,13 +21,13 @@ typedef struct kelp_error {
   char text[512];
 } kelp_error;
 
-/* --- databases -------------------------------------------------------------------------------------- */
+/* --- databases --- */
 
 typedef struct kelp_database_options {
-  size_t struct_size;          /* set by kelp_database_options_init */
-  uint32_t marked_shared;      /* non-zero: follow the rules of a shared database */
-  uint32_t shared_tinfo;       /* non-zero: objects point at the database's own type records */
-  size_t memory_limit;         /* bytes that objects may take, 0 for no limit */
+  size_t struct_size;     /* set by kelp_database_options_init */
+  uint32_t marked_shared; /* non-zero: follow the rules of a shared database */
+  uint32_t shared_tinfo;  /* non-zero: objects point at the database's own type records */
+  size_t memory_limit;    /* bytes that objects may take, 0 for no limit */
   uint32_t replication_cache_entries; /* records in the replication cache, 0 turns it off */
 } kelp_database_options;
 
@@ -56,11 +56,11 @@ KELP_API void kelp_database_make_current(kelp_database *database);
 /* What the objects of a database take. Type records and the table of contents are not counted. */
 typedef struct kelp_memory_statistics {
   uint64_t live_allocations;
-  uint64_t live_bytes;      /* as they were asked for */
-  uint64_t used_bytes;      /* as they were given, rounded up to their size class */
+  uint64_t live_bytes; /* as they were asked for */
+  uint64_t used_bytes; /* as they were given, rounded up to their size class */
   uint64_t peak_used_bytes;
-  uint64_t reserved_bytes;  /* taken from the system */
-  uint64_t limit_bytes;     /* 0 for none */
+  uint64_t reserved_bytes; /* taken from the system */
+  uint64_t limit_bytes;    /* 0 for none */
   uint64_t total_allocations;
   uint64_t failed_allocations;
 } kelp_memory_statistics;
@@ -77,20 +77,20 @@ KELP_API int32_t kelp_database_set_memory_limit(kelp_database *database, size_t 
 KELP_API kelp_table *kelp_database_next_table(const kelp_database *database,
                                               const kelp_table *table);
 
-/* --- handles ------------------------------------------------------------------------------------------ */
+/* --- handles --- */
 
 enum kelp_handle_tracking { KELP_TRACKING_ABSENT = 0, KELP_TRACKING_ON = 1, KELP_TRACKING_OFF = 2 };
 
 enum { KELP_TENANT_UNCHANGED = -1 };
 
 typedef struct kelp_handle_options {
-  size_t struct_size;        /* set by kelp_handle_options_init */
-  uint32_t state_tracking;   /* enum kelp_handle_tracking */
-  int32_t tenant;            /* 0 to 65535: making and locking the handle sets the thread's tenant */
-  uint32_t work_space_size;  /* bytes of kelplib_get_handle_ws */
+  size_t struct_size;       /* set by kelp_handle_options_init */
+  uint32_t state_tracking;  /* enum kelp_handle_tracking */
+  int32_t tenant;           /* 0 to 65535: making and locking the handle sets the thread's tenant */
+  uint32_t work_space_size; /* bytes of kelplib_get_handle_ws */
   uint32_t collector_context;
   uint32_t quiet_insert;
-  uint32_t space_id;         /* cr_space_id */
+  uint32_t space_id; /* cr_space_id */
   uint32_t peer_stamp;
 } kelp_handle_options;
 
@@ -112,17 +112,18 @@ KELP_API kelp_database *kelp_handle_database(const kelp_handle *handle);
 
 /* Fixes the variant that the handle's domain gives to the type of that name (1 to 63 bytes), above
  * the highest that its module knows included. The name need not be known. 22 for a bad argument. */
-KELP_API int32_t kelp_handle_set_variant(kelp_handle *handle, const char *type_name, int32_t variant,
-                                         kelp_error *error);
+KELP_API int32_t kelp_handle_set_variant(kelp_handle *handle, const char *type_name,
+                                         int32_t variant, kelp_error *error);
 
 /* Goes back to the highest variant of the type. */
 KELP_API void kelp_handle_clear_variant(kelp_handle *handle, const char *type_name);
 
-/* The code that the handle stored last, 0 for none. error, when not null, gets it with a text; after
- * an allocation that failed the text says what is used, what the limit is and what raises it. */
+/* The code that the handle stored last, 0 for none. error, when not null, gets it with a text;
+ * after an allocation that failed the text says what is used, what the limit is and what raises it.
+ */
 KELP_API int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *error);
 
-/* --- locks --------------------------------------------------------------------------------------------- */
+/* --- locks --- */
 
 /* Take the database's lock: for reading with other readers, for writing alone. They wait for
  * whoever holds it; writers go before readers that come later. They set the handle's db_lock_state,
@@ -135,12 +136,12 @@ KELP_API int32_t kelp_lock_write(kelp_handle *handle, kelp_error *error);
 /* Gives up the lock that the handle holds. 1 when it holds none. */
 KELP_API int32_t kelp_unlock(kelp_handle *handle, kelp_error *error);
 
-/* --- tenants ---------------------------------------------------------------------------------------------- */
+/* --- tenants --- */
 
 /* Sets the calling thread's tenant (mt_get_tenant_id); 0, the value to begin with, is none. */
 KELP_API void kelp_tenant_set(uint16_t tenant);
 
-/* --- tables and the change feed ----------------------------------------------------------------------------- */
+/* --- tables and the change feed --- */
 
 /* Marks a table for replication: the runtime's cursors follow it, records are destroyed by request
  * only, and the collector ends them. implicit_write_cursor non-zero: inserts enter the feed by
@@ -163,7 +164,8 @@ typedef struct kelp_feed_cursor kelp_feed_cursor;
 
 /* Opens a cursor in front of everything: first it shows each record that the feed knows, as
  * inserted, then what changes. The feed keeps one entry for each record, its latest change, so it
- * never outgrows the table. 22 for a table without cursors, 12. The caller closes it. */
+ * never outgrows the table. 22 for a table without cursors, 11 when 64 are open on the table, 12.
+ * The caller closes it. */
 KELP_API kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_table *table,
                                                  kelp_error *error);
 
@@ -197,7 +199,7 @@ KELP_API int32_t kelp_replication_cache_next(kelp_handle *handle, uint64_t *posi
 /* How many entries gave way to newer ones since the database was opened. */
 KELP_API uint64_t kelp_replication_cache_dropped(const kelp_handle *handle);
 
-/* --- the collector --------------------------------------------------------------------------------------------- */
+/* --- the collector --- */
 
 /* A module's function that finds the vft of a table by its LUID (16 bytes). */
 typedef void (*kelp_vft_lookup)(kelp_handle *handle, uint32_t space_id, const uint8_t *luid,
@@ -220,7 +222,7 @@ typedef struct kelp_collector_report {
   uint32_t records_ended;
   uint32_t records_waiting; /* a cursor has not passed them yet */
   uint32_t tables_freed;
-  uint32_t tables_waiting;  /* records, cursors or references remain */
+  uint32_t tables_waiting; /* records, cursors or references remain */
   uint32_t objects_ended;
 } kelp_collector_report;
 
@@ -232,13 +234,13 @@ typedef struct kelp_collector_report {
 KELP_API int32_t kelp_collector_run(kelp_handle *handle, kelp_collector_report *report,
                                     kelp_error *error);
 
-/* --- bundles --------------------------------------------------------------------------------------------------- */
+/* --- bundles --- */
 
 /* Calls every registered bundle handler (kelp/core.h) with the bytes, in the order in which they
  * were registered. Gives how many were called. */
 KELP_API uint32_t kelp_bundle_deliver(const void *bundle, size_t length);
 
-/* --- aids for tests --------------------------------------------------------------------------------------------- */
+/* --- aids for tests --- */
 
 /* Where an announced write comes from. */
 enum kelp_write_origin {

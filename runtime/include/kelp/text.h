@@ -16,10 +16,10 @@ KELP_EXTERN_C_BEGIN
 KELP_API uint32_t kelp_print_space(kelp_handle *handle, uint32_t space_id, char *buffer,
                                    uint32_t count, uint32_t size, uint32_t *err);
 
-/* Formats like snprintf into buffer and returns the bytes written without the final NUL. A text
- * that needs more than size - 1 bytes is cut there; there is always a NUL behind it. With size 0
- * nothing is written and the result is 0. A format that the C library refuses writes the empty
- * text. */
+/* Formats like snprintf into buffer, at most size bytes of it, and returns the bytes written. No NUL
+ * is written behind them: a text is as long as the results say, and what a module leaves out between
+ * two of its texts keeps what the buffer held. A text that does not fit is cut. With size 0 nothing
+ * is written and the result is 0. A format that the C library refuses gives the empty text. */
 KELP_API uint32_t kelp_snprintf(kelp_handle *handle, uint32_t space_id, char *buffer, uint32_t size,
                                 uint32_t *err, const char *format, ...) KELP_PRINTF(6, 7);
 

@@ -29,7 +29,7 @@
 
 KELP_EXTERN_C_BEGIN
 
-/* --- what modules call -------------------------------------------------------------------------- */
+/* --- what modules call --- */
 
 /* Registers a module by name, once, and writes its id to *id_word and its present level to
  * *level_word (which may be null). A repeated call gives the same id, writes only what differs and
@@ -45,12 +45,12 @@ KELP_API uint32_t xlog_module_test(uint16_t module, uint32_t level);
  * 4 a 32-bit integer, 5 a pointer, 0 none. */
 KELP_API void __XLf_0(const uint8_t *identity, uint32_t index, uint16_t module,
                       uint32_t level_word);
-KELP_API void __XLf_1(const uint8_t *identity, uint32_t index, uint16_t module,
-                      uint32_t level_word, const char *a);
-KELP_API void __XLf_4(const uint8_t *identity, uint32_t index, uint16_t module,
-                      uint32_t level_word, uint32_t a);
-KELP_API void __XLf_5(const uint8_t *identity, uint32_t index, uint16_t module,
-                      uint32_t level_word, const void *a);
+KELP_API void __XLf_1(const uint8_t *identity, uint32_t index, uint16_t module, uint32_t level_word,
+                      const char *a);
+KELP_API void __XLf_4(const uint8_t *identity, uint32_t index, uint16_t module, uint32_t level_word,
+                      uint32_t a);
+KELP_API void __XLf_5(const uint8_t *identity, uint32_t index, uint16_t module, uint32_t level_word,
+                      const void *a);
 KELP_API void __XLf_11(const uint8_t *identity, uint32_t index, uint16_t module,
                        uint32_t level_word, const char *a, const char *b);
 KELP_API void __XLf_14(const uint8_t *identity, uint32_t index, uint16_t module,
@@ -62,7 +62,7 @@ KELP_API void __XLf_444(const uint8_t *identity, uint32_t index, uint16_t module
 KELP_API void __XLf_51(const uint8_t *identity, uint32_t index, uint16_t module,
                        uint32_t level_word, const void *a, const char *b);
 
-/* --- what programs call -------------------------------------------------------------------------- */
+/* --- what programs call --- */
 
 enum kelp_trace_level {
   KELP_TRACE_FATAL = 0,
@@ -106,13 +106,15 @@ typedef const char *(*kelp_trace_text_source)(void *context, const uint8_t ident
  * begin with. 0, or 22 for a level above 7, or 12. */
 KELP_API int32_t kelp_trace_set_level(const char *module_name, uint32_t level);
 
-/* The name of a registered module, null for an id that was not given out. Lives with the process. */
+/* The name of a registered module, null for an id that was not given out. Lives with the process.
+ */
 KELP_API const char *kelp_trace_module_name(uint16_t module);
 
 /* Calls sink with every message that goes out, on the thread that emits it; null ends that. */
 KELP_API void kelp_trace_set_sink(kelp_trace_callback sink, void *context);
 
-/* Where the line about a fatal message gets its text; null: it shows the index and the arguments. */
+/* Where the line about a fatal message gets its text; null: it shows the index and the arguments.
+ */
 KELP_API void kelp_trace_set_text_source(kelp_trace_text_source source, void *context);
 
 /* Sets the bytes of the ring in memory, rounded up to 8, and empties it; 0 turns it off. 64 KiB to

@@ -103,9 +103,9 @@ class Run {
 
   void note_missing(const kelp_type_record *type, const char *what) {
     if (!missing_.empty()) return;
-    missing_ = type == nullptr ? "(no type)"
-                               : std::string(type->type_name,
-                                             strnlen(type->type_name, sizeof type->type_name));
+    missing_ = type == nullptr
+                   ? "(no type)"
+                   : std::string(type->type_name, strnlen(type->type_name, sizeof type->type_name));
     missing_ += what;
   }
 

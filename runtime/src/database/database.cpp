@@ -153,11 +153,10 @@ extern "C" int32_t kelp_database_set_memory_limit(kelp_database *database, size_
     return kelp::fail(error, KELP_ERR_INVALID, "%s: the database is null", kFunction);
   }
   if (!database->objects.set_limit(bytes)) {
-    return kelp::fail(error, KELP_ERR_INVALID,
-                      "%s: database '%s': a limit of %zu bytes, expected at least the %" PRIu64
-                      " that are used",
-                      kFunction, database->name.c_str(), bytes,
-                      database->objects.statistics().used_bytes);
+    return kelp::fail(
+        error, KELP_ERR_INVALID,
+        "%s: database '%s': a limit of %zu bytes, expected at least the %" PRIu64 " that are used",
+        kFunction, database->name.c_str(), bytes, database->objects.statistics().used_bytes);
   }
   return kelp::succeed(error);
 }

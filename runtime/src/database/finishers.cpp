@@ -66,8 +66,8 @@ Function find(const char *text, std::size_t size, const char *suffix) {
 
 const kelp_table_vft *find_vft(kelp_handle *handle, const kelp_type_record *table_type) {
   if (table_type == nullptr) return nullptr;
-  const auto lookup = find<kelp_vft_lookup>(table_type->module_name,
-                                            sizeof table_type->module_name, "_table_get_vft");
+  const auto lookup = find<kelp_vft_lookup>(table_type->module_name, sizeof table_type->module_name,
+                                            "_table_get_vft");
   if (lookup == nullptr) return nullptr;
   const kelp_table_vft *vft = nullptr;
   std::uint32_t err = 0;

@@ -39,9 +39,8 @@ DatabaseLock::Outcome DatabaseLock::take(const kelp_handle *handle, LockMode mod
 bool DatabaseLock::give_up(const kelp_handle *handle) {
   {
     const std::lock_guard lock(mutex_);
-    const auto held =
-        std::find_if(holders_.begin(), holders_.end(),
-                     [&](const Holder &holder) { return holder.handle == handle; });
+    const auto held = std::find_if(holders_.begin(), holders_.end(),
+                                   [&](const Holder &holder) { return holder.handle == handle; });
     if (held == holders_.end()) return false;
     holders_.erase(held);
   }
@@ -73,7 +72,8 @@ std::int32_t take_lock(kelp_handle *handle, LockMode mode, const char *function,
   handle->db_lock_state = static_cast<std::uint32_t>(mode);
   handle->hd_mapped = database->distances.empty() ? 0 : 1;
   set_current_database(database);
-  if (handle->state->tenant >= 0) kelp_tenant_set(static_cast<std::uint16_t>(handle->state->tenant));
+  if (handle->state->tenant >= 0)
+    kelp_tenant_set(static_cast<std::uint16_t>(handle->state->tenant));
   return succeed(error);
 }
 

@@ -62,8 +62,8 @@ extern "C" int32_t kelp_table_enable_cursors(kelp_handle *handle, kelp_table *ta
   }
   TableState *state = kelp::state_for(handle, handle->cr_space_id, table);
   const bool done = state != nullptr && kelp::without_exceptions([&] {
-    if (state->feed == nullptr) state->feed = std::make_shared<kelp::Feed>();
-  });
+                      if (state->feed == nullptr) state->feed = std::make_shared<kelp::Feed>();
+                    });
   if (!done) return kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
   state->implicit_write_cursor = implicit_write_cursor != 0;
   return kelp::succeed(error);
@@ -90,8 +90,8 @@ extern "C" uint32_t kelpdb_table_implicit_write_cursor_enabled(kelp_handle *hand
 }
 
 extern "C" void kelpdb_update_tenant_counter(kelp_handle *handle, uint32_t space_id,
-                                             kelp_table *table, uint32_t direction,
-                                             uint16_t tenant, uint8_t src, uint32_t *err) {
+                                             kelp_table *table, uint32_t direction, uint16_t tenant,
+                                             uint8_t src, uint32_t *err) {
   if (kelp::is_set(err)) return;
   if (table == nullptr) {
     kelp::raise(handle, err, KELP_ERR_INVALID);
@@ -101,15 +101,15 @@ extern "C" void kelpdb_update_tenant_counter(kelp_handle *handle, uint32_t space
   TableState *state = add ? kelp::state_for(handle, space_id, table) : TableState::of(table);
   if (!add && state == nullptr) return;
   const bool done = state != nullptr && kelp::without_exceptions([&] {
-    const std::pair key(tenant, src);
-    if (add) {
-      ++state->counts[key];
-      return;
-    }
-    const auto count = state->counts.find(key);
-    if (count == state->counts.end()) return;
-    if (--count->second == 0) state->counts.erase(count);
-  });
+                      const std::pair key(tenant, src);
+                      if (add) {
+                        ++state->counts[key];
+                        return;
+                      }
+                      const auto count = state->counts.find(key);
+                      if (count == state->counts.end()) return;
+                      if (--count->second == 0) state->counts.erase(count);
+                    });
   if (!done) kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
 }
 

@@ -125,8 +125,7 @@ extern "C" kelp_toc_root *kelpdb_database_toc_open(kelp_handle *handle, uint32_t
     kelp::raise(handle, err, kelp::kInputOutput);
     return nullptr;
   }
-  const bool may_write =
-      !database.marked_shared || kelplib_database_is_write_locked(handle) != 0;
+  const bool may_write = !database.marked_shared || kelplib_database_is_write_locked(handle) != 0;
   if (!may_write) return database.toc_root;
   if (!kelp::make_once(database, database.toc_root)) {
     kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
@@ -154,8 +153,8 @@ extern "C" kelp_table *kelpdb_database_toc_get_table_root(kelp_handle *handle, u
   }
   kelp_table *table = nullptr;
   const bool done = kelp::without_exceptions([&] {
-    const std::string_view name = by_name != 0 ? std::string_view(path, path_length)
-                                               : std::string_view();
+    const std::string_view name =
+        by_name != 0 ? std::string_view(path, path_length) : std::string_view();
     table = database.toc.find({luid, by_name != 0, name, id});
   });
   if (!done) kelp::raise(handle, err, KELP_ERR_NO_MEMORY);

@@ -22,9 +22,9 @@ const Domain::Fixed *Domain::find(const kelp_type_record *record) {
   const auto key = reinterpret_cast<std::uintptr_t>(record);
   Remembered &place = remembered_[(key >> 4 ^ key >> 11) % remembered_.size()];
   if (place.record != record) {
-    const auto found =
-        std::find_if(fixed_.begin(), fixed_.end(),
-                     [&](const Fixed &fixed) { return fixed.type_name == name_of(record); });
+    const auto found = std::find_if(fixed_.begin(), fixed_.end(), [&](const Fixed &fixed) {
+      return fixed.type_name == name_of(record);
+    });
     place.record = record;
     place.place =
         found == fixed_.end() ? kNothing : static_cast<std::int32_t>(found - fixed_.begin());
@@ -45,7 +45,8 @@ Domain::Fixed &Domain::entry(std::string_view type_name) {
 
 void Domain::drop_empty() {
   forget();
-  std::erase_if(fixed_, [](const Fixed &fixed) { return !fixed.has_variant && fixed.failure == 0; });
+  std::erase_if(fixed_,
+                [](const Fixed &fixed) { return !fixed.has_variant && fixed.failure == 0; });
 }
 
 namespace {

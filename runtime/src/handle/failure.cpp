@@ -54,10 +54,11 @@ extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error 
   const auto code = static_cast<int32_t>(handle->state->last_error);
   const kelp_database *database = handle->state->database;
   if (code == KELP_ERR_EPOCH) {
-    return kelp::fail(error, code,
-                      "handle on database '%s': variant mismatch: the object or the handle's domain "
-                      "holds a lower variant than the field or value needs",
-                      database->name.c_str());
+    return kelp::fail(
+        error, code,
+        "handle on database '%s': variant mismatch: the object or the handle's domain "
+        "holds a lower variant than the field or value needs",
+        database->name.c_str());
   }
   const kelp::Arena::Refusal refusal = database->objects.last_refusal();
   if (code == KELP_ERR_NO_MEMORY && refusal.asked_any) {

@@ -42,8 +42,7 @@ void obj_free(void *obj_pool, std::uint32_t, void *pointer) {
   }
 }
 
-void write_notify(void *obj_pool, const void *address, std::size_t length,
-                  std::uint32_t space_id) {
+void write_notify(void *obj_pool, const void *address, std::size_t length, std::uint32_t space_id) {
   if (Pool *pool = pool_of(obj_pool)) pool->announce(address, length, space_id, KELP_WRITE_MODULE);
 }
 

@@ -85,8 +85,8 @@ extern "C" void kelplib_type_stats_destroy_object(kelp_handle *handle, uint32_t 
     kelp::raise(handle, err, KELP_ERR_INVALID);
     return;
   }
-  constexpr std::size_t kApart = offsetof(kelp_variant_entry, destroy_count) -
-                                 offsetof(kelp_variant_entry, create_count);
+  constexpr std::size_t kApart =
+      offsetof(kelp_variant_entry, destroy_count) - offsetof(kelp_variant_entry, create_count);
   count(handle, space_id, record, create_count + kApart / sizeof(uint64_t));
 }
 

@@ -321,7 +321,8 @@ bool Arena::free(void *pointer) {
     if (span->next != nullptr) span->next->previous = span;
     available_[span->class_index] = span;
   }
-  // The last span of a class stays divided, so that one object made and freed in turn costs nothing.
+  // The last span of a class stays divided, so that one object made and freed in turn costs
+  // nothing.
   const bool only_one = span->next == nullptr && span->previous == nullptr;
   if (--span->live == 0 && !only_one) retire_span(span);
   return true;

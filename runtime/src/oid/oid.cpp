@@ -55,8 +55,8 @@ kelp_oid_mapping *mapping_for(kelp_handle *handle, std::uint32_t space_id, void 
   return made;
 }
 
-// Required: a count of 0 stays 0 without a failure. Cloned and unmarshalled objects carry references
-// that were never counted, and dropping theirs must not keep the objects from ending.
+// Required: a count of 0 stays 0 without a failure. Cloned and unmarshalled objects carry
+// references that were never counted, and dropping theirs must not keep the objects from ending.
 void move_count(kelp_oid_mapping *mapping, std::uint32_t direction) {
   if (direction != KELP_OID_DECREMENT) {
     ++mapping->references;
@@ -68,7 +68,9 @@ void move_count(kelp_oid_mapping *mapping, std::uint32_t direction) {
 void print_hex(const std::uint8_t *part, char *buffer, std::uint32_t size, std::uint32_t *length) {
   constexpr char kDigits[] = "0123456789abcdef";
   constexpr std::uint32_t kFull = 32;
-  const std::uint32_t shown = size == 0 || buffer == nullptr ? 0 : size - 1 < kFull ? size - 1 : kFull;
+  const std::uint32_t shown = size == 0 || buffer == nullptr ? 0
+                              : size - 1 < kFull             ? size - 1
+                                                             : kFull;
   for (std::uint32_t i = 0; i < shown; ++i) {
     const unsigned byte = part == nullptr ? 0 : part[i / 2];
     buffer[i] = kDigits[i % 2 == 0 ? byte >> 4 : byte & 15];

@@ -9,27 +9,23 @@
 
 namespace kelp {
 
-void Feed::note_first(Records::Entries::iterator place) {
-  if (place->second.details.first == 0) place->second.details.first = place->first;
-}
-
 void Feed::change(kelp_table *table, kelp_record *record) {
   const std::lock_guard lock(mutex_);
   const auto known = records_.find(record);
   if (known != records_.end() && known->second.details.destroyed) return;
-  note_first(records_.enter(table, record));
+  records_.enter(table, record);
 }
 
 void Feed::destroy(kelp_table *table, kelp_record *record) {
   const std::lock_guard lock(mutex_);
+  const bool known = records_.knows(record);
   const auto place = records_.enter(table, record);
   try {
     pending_.insert(place->first);
   } catch (...) {
-    if (place->second.details.first == 0) records_.forget(record);
+    if (!known) records_.forget(record);
     throw;
   }
-  note_first(place);
   place->second.details.destroyed = true;
 }
 
@@ -47,31 +43,41 @@ void Feed::close() {
   pending_.clear();
 }
 
-bool Feed::next(std::uint64_t *position, kelp_feed_change *change) const {
+bool Feed::next(kelp_feed_cursor *cursor, kelp_feed_change *change) {
   const std::lock_guard lock(mutex_);
-  const auto place = records_.after(*position);
-  if (place == records_.entries().end()) return false;
-  const Details &details = place->second.details;
+  const auto place = records_.after(cursor->position);
+  if (place == records_.end()) return false;
+  Details &details = place->second.details;
   change->table = place->second.table;
   change->record = place->second.record;
   change->sequence = place->first;
   if (details.destroyed) {
     change->kind = KELP_FEED_DESTROYED;
   } else {
-    change->kind = details.first > *position ? KELP_FEED_INSERTED : KELP_FEED_MODIFIED;
+    const bool shown_before = (details.seen_by & cursor->bit) != 0;
+    change->kind = shown_before ? KELP_FEED_MODIFIED : KELP_FEED_INSERTED;
   }
-  *position = place->first;
+  details.seen_by |= cursor->bit;
+  cursor->position = place->first;
   return true;
 }
 
-void Feed::add(const kelp_feed_cursor *cursor) {
+bool Feed::add(kelp_feed_cursor *cursor) {
   const std::lock_guard lock(mutex_);
+  if (cursors_.size() == kMostCursors) return false;
   cursors_.push_back(cursor);
+  cursor->bit = ~bits_in_use_ & (bits_in_use_ + 1);  // the lowest free one
+  bits_in_use_ |= cursor->bit;
+  return true;
 }
 
 void Feed::remove(const kelp_feed_cursor *cursor) {
   const std::lock_guard lock(mutex_);
   std::erase(cursors_, cursor);
+  bits_in_use_ &= ~cursor->bit;
+  for (auto place = records_.after(0); place != records_.end(); ++place) {
+    place->second.details.seen_by &= ~cursor->bit;
+  }
 }
 
 std::vector<kelp_record *> Feed::take_passed(std::uint32_t *waiting) {
@@ -174,11 +180,17 @@ extern "C" kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_tab
     return nullptr;
   }
   std::unique_ptr<kelp_feed_cursor> cursor;
+  bool has_room = true;
   const bool done = kelp::without_exceptions([&] {
     cursor = std::make_unique<kelp_feed_cursor>();
     cursor->feed = state->feed;
-    cursor->feed->add(cursor.get());
+    has_room = cursor->feed->add(cursor.get());
   });
+  if (!has_room) {
+    kelp::fail(error, KELP_ERR_AGAIN, "%s: %zu cursors are open on the table, expected fewer",
+               kFunction, kelp::Feed::kMostCursors);
+    return nullptr;
+  }
   if (!done) {
     kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
     return nullptr;
@@ -189,7 +201,7 @@ extern "C" kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_tab
 
 extern "C" int32_t kelp_feed_cursor_next(kelp_feed_cursor *cursor, kelp_feed_change *change) {
   if (cursor == nullptr || change == nullptr) return 0;
-  return cursor->feed->next(&cursor->position, change) ? 1 : 0;
+  return cursor->feed->next(cursor, change) ? 1 : 0;
 }
 
 extern "C" void kelp_feed_cursor_close(kelp_feed_cursor *cursor) {

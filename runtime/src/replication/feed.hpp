@@ -5,6 +5,7 @@
 // it closed.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -28,11 +29,14 @@ class Feed {
   // The table has gone: nothing is left to show.
   void close();
 
-  // Moves a cursor's position over the next change.
-  bool next(std::uint64_t *position, kelp_feed_change *change) const;
+  // Moves a cursor over the next change.
+  bool next(kelp_feed_cursor *cursor, kelp_feed_change *change);
 
-  void add(const kelp_feed_cursor *cursor);
+  // False when kMostCursors are open already. Throws bad_alloc.
+  bool add(kelp_feed_cursor *cursor);
   void remove(const kelp_feed_cursor *cursor);
+
+  static constexpr std::size_t kMostCursors = 64;
 
   // Takes out the records marked for destruction that every cursor has passed, in the order of
   // their marking; waiting gets how many a cursor has still to pass. Throws bad_alloc.
@@ -40,17 +44,16 @@ class Feed {
 
  private:
   struct Details {
-    std::uint64_t first = 0;  // the sequence at which the record came in
+    std::uint64_t seen_by = 0;  // one bit for each cursor that was shown the record
     bool destroyed = false;
   };
   using Records = RecordSequence<Details>;
-
-  void note_first(Records::Entries::iterator place);
 
   mutable std::mutex mutex_;
   Records records_;
   std::set<std::uint64_t> pending_;  // sequences of the records marked for destruction
   std::vector<const kelp_feed_cursor *> cursors_;
+  std::uint64_t bits_in_use_ = 0;
 };
 
 }  // namespace kelp
@@ -58,4 +61,5 @@ class Feed {
 struct kelp_feed_cursor {
   std::shared_ptr<kelp::Feed> feed;
   std::uint64_t position = 0;
+  std::uint64_t bit = 0;  // its own among the feed's cursors
 };

@@ -56,6 +56,10 @@ class RecordSequence {
 
   const Entries &entries() const { return entries_; }
   typename Entries::iterator end() { return entries_.end(); }
+  // The first entry behind a place.
+  typename Entries::iterator after(std::uint64_t position) {
+    return entries_.upper_bound(position);
+  }
   typename Entries::const_iterator after(std::uint64_t position) const {
     return entries_.upper_bound(position);
   }

@@ -15,17 +15,15 @@ void TextWriter::put_blanks(uint32_t count) {
 }
 
 void TextWriter::put(std::string_view text) {
-  if (used_ >= size_) return;
-  const auto room = static_cast<uint32_t>(std::min<size_t>(text.size(), size_ - used_ - 1));
+  const auto room = static_cast<uint32_t>(std::min<size_t>(text.size(), size_ - used_));
   if (room > 0) std::memcpy(buffer_ + used_, text.data(), room);
   used_ += room;
-  buffer_[used_] = '\0';
 }
 
 void TextWriter::put_escaped(std::string_view text) {
   static constexpr char kDigits[] = "0123456789abcdef";
   size_t plain = 0;  // start of the run of bytes that need no escape
-  for (size_t i = 0; i < text.size() && used_ + 1 < size_; ++i) {
+  for (size_t i = 0; i < text.size() && used_ < size_; ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     char escape[4] = {'\\', 0, 0, 0};
     size_t length = 2;

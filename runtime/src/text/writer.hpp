@@ -9,8 +9,7 @@
 
 namespace kelp {
 
-// A buffer that fills from the front. Text keeps a NUL behind it and so leaves one byte of the
-// space unused; blanks don't.
+// A buffer that fills from the front. Nothing is written behind what was put, no NUL either.
 class TextWriter {
  public:
   TextWriter(char *buffer, uint32_t size) : buffer_(buffer), size_(size) {}

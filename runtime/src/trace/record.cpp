@@ -99,7 +99,9 @@ Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event 
       return {"kind of an argument, 4 or 5 or", kind, kText};
     }
     argument.kind = static_cast<std::uint8_t>(kind);
-    const std::size_t expected = kind == kText ? std::min(size, total - at) : kind == kNumber ? 4 : 8;
+    const std::size_t expected = kind == kText     ? std::min(size, total - at)
+                                 : kind == kNumber ? 4
+                                                   : 8;
     if (size != expected) return {"length of an argument", size, expected};
     if (padded(size) > total - at) return {"bytes left for an argument", total - at, padded(size)};
     if (kind == kText) {

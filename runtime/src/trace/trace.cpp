@@ -187,8 +187,7 @@ std::uint32_t register_module(Trace &trace, const char *name) {
   id = trace.module_count.load() + 1;
   trace.names[id] = name;
   const auto wanted = trace.wanted_levels.find(name);
-  trace.levels[id] =
-      wanted == trace.wanted_levels.end() ? trace.default_level : wanted->second;
+  trace.levels[id] = wanted == trace.wanted_levels.end() ? trace.default_level : wanted->second;
   trace.module_count.store(id, std::memory_order_release);
   return id;
 }
@@ -395,9 +394,9 @@ extern "C" int32_t kelp_trace_read_file(const char *path, kelp_trace_callback ca
     }
     const size_t available = kept + got;
     const bool last = got < kPiece;
-    const size_t whole =
-        last || available < kelp::trace::kLongestRecord ? available
-                                                        : available - kelp::trace::kLongestRecord;
+    const size_t whole = last || available < kelp::trace::kLongestRecord
+                             ? available
+                             : available - kelp::trace::kLongestRecord;
     bool ended = false;
     size_t offset = 0;
     while (offset < whole && !ended) {

@@ -127,8 +127,8 @@ TEST_F(CollectorTest, ManyRecordsEndInOneRun) {
   EXPECT_EQ(table->record_count, 250u);
   while (table->avl_root.top != nullptr) {
     const auto *top = reinterpret_cast<const char *>(table->avl_root.top);
-    request(reinterpret_cast<kelp_record *>(
-        const_cast<char *>(top - offsetof(kelp_record, avl_node))));
+    request(
+        reinterpret_cast<kelp_record *>(const_cast<char *>(top - offsetof(kelp_record, avl_node))));
     collect();
   }
   free_now(table);

@@ -62,9 +62,9 @@ TEST_F(TocTest, TypesHaveNamesOfTheirOwn) {
   kelp_table *table = make_table("path");
   insert(table);
   const Type other("tbl_other", "table", 1, 99);
-  EXPECT_EQ(kelpdb_database_toc_get_table_root(handle, 0, "path", 4, 0, other.record.md5, 16, 1,
-                                               &err),
-            nullptr);
+  EXPECT_EQ(
+      kelpdb_database_toc_get_table_root(handle, 0, "path", 4, 0, other.record.md5, 16, 1, &err),
+      nullptr);
   EXPECT_EQ(err, 0u);
   release(table);
 }

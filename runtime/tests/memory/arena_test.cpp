@@ -153,8 +153,7 @@ TEST_F(ArenaTest, FaultStrikesTheChosenAllocationOnce) {
 TEST_F(ArenaTest, CloseReportsWhatIsStillInUse) {
   allocate(24);
   allocate(0);
-  expected_close_text =
-      "database 'test' was closed with 2 allocations of 24 bytes still in use";
+  expected_close_text = "database 'test' was closed with 2 allocations of 24 bytes still in use";
 }
 
 TEST_F(ArenaTest, ThreadsAllocateTogether) {

@@ -1,4 +1,6 @@
 // The change feed and its cursors.
+#include <utility>
+
 #include "tables.hpp"
 
 namespace {
@@ -63,6 +65,40 @@ TEST_F(FeedTest, NewCursorStartsWithWhatIsThere) {
   change(records[0]);
   open_cursor();
   EXPECT_EQ(changes(), "+2 +1");
+}
+
+TEST_F(FeedTest, EachCursorIsShownTheInsertFirst) {
+  add(1);
+  open_cursor();
+  EXPECT_EQ(changes(), "+1");
+  change(records[0]);
+  kelp_feed_cursor *first = cursor;
+  open_cursor();
+  EXPECT_EQ(changes(), "+1");
+  std::swap(first, cursor);
+  EXPECT_EQ(changes(), "~1");
+  kelp_feed_cursor_close(first);
+  change(records[0]);
+  kelp_feed_cursor_close(cursor);
+  open_cursor();
+  EXPECT_EQ(changes(), "+1");
+}
+
+TEST_F(FeedTest, CursorsOfATableAreLimited) {
+  std::vector<kelp_feed_cursor *> cursors;
+  for (int i = 0; i < 64; ++i) {
+    cursors.push_back(kelp_feed_cursor_open(handle, table, nullptr));
+    EXPECT_NE(cursors.back(), nullptr);
+  }
+  kelp_error refusal;
+  EXPECT_EQ(kelp_feed_cursor_open(handle, table, &refusal), nullptr);
+  EXPECT_EQ(refusal.code, 11);
+  EXPECT_STREQ(refusal.text,
+               "kelp_feed_cursor_open: 64 cursors are open on the table, expected fewer");
+  kelp_feed_cursor_close(cursors[10]);
+  cursors[10] = kelp_feed_cursor_open(handle, table, nullptr);
+  EXPECT_NE(cursors[10], nullptr);
+  for (kelp_feed_cursor *each : cursors) kelp_feed_cursor_close(each);
 }
 
 TEST_F(FeedTest, ChangesOfOneRecordAreOneChange) {

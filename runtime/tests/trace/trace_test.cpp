@@ -187,9 +187,7 @@ TEST_F(TraceTest, SinkHearsEachMessageAndCannotLoop) {
 
 TEST_F(TraceTest, ReadingStopsWhenAsked) {
   for (std::uint32_t i = 0; i < 5; ++i) __XLf_0(kSource, i, module, kError);
-  const auto stop = [](void *, const kelp_trace_event *event) {
-    return event->index == 2 ? 1 : 0;
-  };
+  const auto stop = [](void *, const kelp_trace_event *event) { return event->index == 2 ? 1 : 0; };
   EXPECT_EQ(kelp_trace_read_ring(stop, nullptr), 3u);
 }
 
@@ -292,7 +290,8 @@ TEST_F(TraceFileTest, DamagedRecordsAreRefused) {
   }
   for (const std::size_t at : {0, 4, 5, 7, 39, 48, 52, 55, 64, 68}) {
     for (const char value : {'\0', '\2', '\x09', '\x7F', '\xF8', '\xFF'}) {
-      if (good[at] == value) continue;
+      // A text cut to two bytes within its padding is a sound record.
+      if (good[at] == value || (at == 52 && value == '\2')) continue;
       std::string bad = good;
       bad[at] = value;
       std::remove(path.c_str());

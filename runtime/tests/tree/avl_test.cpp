@@ -1,6 +1,4 @@
 // The AVL tree: order, shape, links, and what it announces.
-#include "kelp/tree.h"
-
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -8,6 +6,7 @@
 #include <random>
 
 #include "kelp/trace.h"
+#include "kelp/tree.h"
 #include "support.hpp"
 
 namespace {

@@ -49,8 +49,8 @@ std::string ip_text(const IpAddress &value) {
 }
 
 std::string prefix_text(const PrefixV3 &prefix, bool ipv4) {
-  const std::string address = ipv4 ? ipv4_text(IpAddress{prefix.address, false}.as_v4())
-                                   : ipv6_text(prefix.address);
+  const std::string address =
+      ipv4 ? ipv4_text(IpAddress{prefix.address, false}.as_v4()) : ipv6_text(prefix.address);
   return address + '/' + std::to_string(prefix.length);
 }
 

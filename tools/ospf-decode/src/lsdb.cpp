@@ -29,10 +29,10 @@ std::uint16_t LsdbEntry::age_at(Time now) const {
 std::size_t Lsdb::Hash::operator()(const LsdbKey &key) const {
   constexpr std::uint64_t odd = 0x9e3779b97f4a7c15;
   const std::uint64_t first = std::uint64_t{key.link_state_id} << 32 | key.advertising_router;
-  const std::uint64_t second_word =
-      std::uint64_t{key.domain} << 32 | std::uint64_t{key.type} << 16 |
-      static_cast<std::uint64_t>(key.scope) << 12 | std::uint64_t{key.instance_id} << 4 |
-      key.version;
+  const std::uint64_t second_word = std::uint64_t{key.domain} << 32 |
+                                    std::uint64_t{key.type} << 16 |
+                                    static_cast<std::uint64_t>(key.scope) << 12 |
+                                    std::uint64_t{key.instance_id} << 4 | key.version;
   std::uint64_t mixed = (first ^ first >> 29) * odd;
   mixed = (mixed ^ second_word ^ mixed >> 32) * odd;
   return static_cast<std::size_t>(mixed ^ mixed >> 31);
@@ -44,8 +44,8 @@ bool Lsdb::replaces(const LsdbEntry &held, const LsaHeader &header, Time time) {
   if (order > 0) return true;
   if (!held.gone_at(time) || age >= max_age) return false;
   // When the held instance went: when it was flushed, or when its age ran out.
-  const Time gone = held.flushed ? held.received
-                                 : held.received + (max_age - held.header.age_seconds()) * second;
+  const Time gone =
+      held.flushed ? held.received : held.received + (max_age - held.header.age_seconds()) * second;
   const Time originated = header.do_not_age() ? time : time - age * second;
   return originated + age_slack >= gone;
 }
@@ -58,8 +58,8 @@ Lsdb::Outcome Lsdb::offer(const LsdbKey &key, const LsaHeader &header, Bytes raw
     entry.key = key;
     if (key.scope == Scope::link) link_keys_.push_back(key);
   } else if (!replaces(entry, header, time)) {
-    const bool same = header.sequence == entry.header.sequence &&
-                      header.checksum == entry.header.checksum;
+    const bool same =
+        header.sequence == entry.header.sequence && header.checksum == entry.header.checksum;
     return same ? Outcome::duplicate : Outcome::older;
   }
   entry.header = header;
@@ -88,9 +88,8 @@ std::vector<const LsdbEntry *> Lsdb::sorted() const {
 }
 
 void Lsdb::join_links(std::uint32_t from, std::uint32_t to) {
-  const auto moved = std::stable_partition(
-      link_keys_.begin(), link_keys_.end(),
-      [&](const LsdbKey &key) { return key.domain != from; });
+  const auto moved = std::stable_partition(link_keys_.begin(), link_keys_.end(),
+                                           [&](const LsdbKey &key) { return key.domain != from; });
   const std::vector<LsdbKey> keys(moved, link_keys_.end());
   link_keys_.erase(moved, link_keys_.end());
   for (const LsdbKey &key : keys) {

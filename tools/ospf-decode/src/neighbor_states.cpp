@@ -119,9 +119,9 @@ NetworkType Network::network_type(std::uint32_t interface) const {
   if (of.hello_count == 0) return NetworkType::unknown;
   if (of.is_virtual) return NetworkType::virtual_link;
   if (of.had_designated_router) {
-    return of.multicast_hello ? NetworkType::broadcast : NetworkType::non_broadcast;
+    return of.multicasts_hellos() ? NetworkType::broadcast : NetworkType::non_broadcast;
   }
-  if (!of.multicast_hello) {
+  if (!of.multicasts_hellos()) {
     // Before an election a non-broadcast network looks the same; adjacencies form without one only
     // where there is none.
     return of.exchanges.empty() ? NetworkType::unknown : NetworkType::point_to_multipoint;
@@ -181,10 +181,9 @@ std::vector<const LsdbEntry *> Network::router_lsas(const Interface &interface, 
 }
 
 bool Network::grace_over(const LsdbEntry &entry, Time now) const {
-  const bool is_grace = entry.key.version == 2
-                            ? entry.key.type == lsa2_opaque_link &&
-                                  entry.key.link_state_id >> 24 == opaque_grace
-                            : entry.key.type == lsa3_grace;
+  const bool is_grace = entry.key.version == 2 ? entry.key.type == lsa2_opaque_link &&
+                                                     entry.key.link_state_id >> 24 == opaque_grace
+                                               : entry.key.type == lsa3_grace;
   if (!is_grace) return false;
   Redecode decode;
   const Grace &grace = decode.grace(entry);
@@ -213,13 +212,12 @@ std::optional<std::uint16_t> Network::interface_cost(std::uint32_t interface) co
     }
     const RouterBodyV2 &body = decode.router_v2(*entry);
     for (const RouterLinkV2 &link : body.links) {
-      const bool stub = link.type == router_link_stub &&
-                        link.link_data == of.hello.network_mask &&
+      const bool stub = link.type == router_link_stub && link.link_data == of.hello.network_mask &&
                         link.link_id == (of.address.as_v4() & of.hello.network_mask);
       const bool virtual_link = link.type == router_link_virtual;
       const bool same_kind = virtual_link == of.is_virtual;
-      const bool adjacency = link.type != router_link_stub && same_kind &&
-                             link.link_data == of.address.as_v4();
+      const bool adjacency =
+          link.type != router_link_stub && same_kind && link.link_data == of.address.as_v4();
       if (adjacency || (stub && !of.is_virtual)) {
         return static_cast<std::uint16_t>(body.metrics_of(link).front().metric);
       }
@@ -240,8 +238,7 @@ std::optional<Time> Network::full_since(const Interface &of, const Interface &wi
                (is_v2 ? id == with.address.as_v4() && data == of.address.as_v4()
                       : id == with.router_id && data == of.hello.interface_id);
       }
-      const std::uint8_t wanted =
-          of.is_virtual ? router_link_virtual : router_link_point_to_point;
+      const std::uint8_t wanted = of.is_virtual ? router_link_virtual : router_link_point_to_point;
       if (type != wanted || id != with.router_id) return false;
       if (is_v2) {
         // An unnumbered link has its number among the router's interfaces as its data.
@@ -263,12 +260,11 @@ std::optional<Time> Network::full_since(const Interface &of, const Interface &wi
     if (found) return entry->received;
   }
   if (!declares_designated(of, of)) return std::nullopt;
-  const LsdbEntry *network = lsa_of_area(of, lsa2_network, lsa3_network, of.address.as_v4(),
-                                         of.hello.interface_id);
+  const LsdbEntry *network =
+      lsa_of_area(of, lsa2_network, lsa3_network, of.address.as_v4(), of.hello.interface_id);
   if (network == nullptr || network->gone_at(now)) return std::nullopt;
-  const std::vector<std::uint32_t> &attached =
-      is_v2 ? decode.network_v2(*network).attached_routers
-            : decode.network_v3(*network).attached_routers;
+  const std::vector<std::uint32_t> &attached = is_v2 ? decode.network_v2(*network).attached_routers
+                                                     : decode.network_v3(*network).attached_routers;
   if (std::ranges::find(attached, with.router_id) == attached.end()) return std::nullopt;
   return network->received;
 }
@@ -284,8 +280,7 @@ bool Network::in_transit_network(const Interface &interface, Time now) const {
       }
     } else {
       for (const RouterLinkV3 &link : decode.router_v3(*entry).links) {
-        if (link.type == router_link_transit &&
-            link.interface_id == interface.hello.interface_id) {
+        if (link.type == router_link_transit && link.interface_id == interface.hello.interface_id) {
           return true;
         }
       }
@@ -337,10 +332,10 @@ Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, Time now) c
     const bool over =
         sent->sent_last && received != nullptr && received->going_on && received->sent_last;
     out.evidence = Evidence::description;
-    out.state = !sent->going_on             ? NeighborState::ex_start
-                : !over                     ? NeighborState::exchange
+    out.state = !sent->going_on            ? NeighborState::ex_start
+                : !over                    ? NeighborState::exchange
                 : !sent->requested.empty() ? NeighborState::loading
-                                            : NeighborState::full;
+                                           : NeighborState::full;
     if (out.state == NeighborState::full) return out;
   }
   const std::optional<Time> full = full_since(of, with, now);

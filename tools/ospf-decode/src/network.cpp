@@ -29,6 +29,10 @@ bool Interface::demand_circuit() const {
   return (hello.options & bit) != 0;
 }
 
+bool Interface::multicasts_hellos() const {
+  return last_multicast_hello && last_hello - *last_multicast_hello <= hello.dead_interval * second;
+}
+
 Network::Network()
     : links_([this](std::uint32_t from, std::uint32_t to) { lsdb_.join_links(from, to); }) {}
 
@@ -130,9 +134,8 @@ std::uint32_t Network::sender(const Packet &packet) {
     }
     return score;
   };
-  return *std::max_element(known.begin(), known.end(), [&](std::uint32_t a, std::uint32_t b) {
-    return best(a) < best(b);
-  });
+  return *std::max_element(known.begin(), known.end(),
+                           [&](std::uint32_t a, std::uint32_t b) { return best(a) < best(b); });
 }
 
 void Network::join_by_unicast(std::uint32_t interface, const Packet &packet) {
@@ -196,15 +199,15 @@ void Network::on_hello(const Packet &packet, const Hello &hello) {
   if (of.hello_count == 1) of.first_hello = datagram.time;
   of.last_hello = datagram.time;
   if (datagram.destination.is_multicast()) {
-    of.multicast_hello = true;
+    of.last_multicast_hello = datagram.time;
   } else {
     of.hello_targets[datagram.destination] = datagram.time;
   }
   of.had_designated_router |= hello.designated_router != 0;
   of.lls |= packet.lls.present;
   of.auth_kind = packet.auth.kind;
-  of.auth_key_id = packet.auth.kind == AuthKind::trailer ? packet.auth.association_id
-                                                         : packet.auth.key_id;
+  of.auth_key_id =
+      packet.auth.kind == AuthKind::trailer ? packet.auth.association_id : packet.auth.key_id;
   of.auth_digest_length = packet.auth.digest.size();
 
   std::map<std::uint32_t, Time> listed;

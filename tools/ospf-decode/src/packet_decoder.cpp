@@ -71,8 +71,8 @@ bool PacketDecoder::read_header(const Report &report) {
     short_body(report, ErrorKind::short_packet);
     return false;
   }
-  const bool version_fits = packet_.version == 3 ||
-                            (packet_.version == 2 && !packet_.datagram.source.is_v6);
+  const bool version_fits =
+      packet_.version == 3 || (packet_.version == 2 && !packet_.datagram.source.is_v6);
   if (!version_fits) {
     report(ErrorKind::unsupported_version);
     return false;

@@ -23,8 +23,8 @@ void Reassembler::expire(Time now) {
 }
 
 void Reassembler::make_room(std::size_t octets) {
-  while (!waiting_.empty() && (waiting_.size() >= limits_.max_datagrams ||
-                               octets_ + octets > limits_.max_octets)) {
+  while (!waiting_.empty() &&
+         (waiting_.size() >= limits_.max_datagrams || octets_ + octets > limits_.max_octets)) {
     const auto oldest = std::min_element(
         waiting_.begin(), waiting_.end(),
         [](const auto &a, const auto &b) { return a.second.first_packet < b.second.first_packet; });
@@ -36,8 +36,8 @@ bool Reassembler::add(IpPacket &packet, std::uint32_t vlan, Time time, std::uint
   expire(time);
   const std::size_t begin = packet.fragment_offset;
   const std::size_t end = begin + packet.payload.size();
-  const Key key{packet.source, packet.destination, vlan,
-                packet.fragment_id, packet.protocol, packet.ttl};
+  const Key key{packet.source,      packet.destination, vlan,
+                packet.fragment_id, packet.protocol,    packet.ttl};
   // All but the last fragment are multiples of eight octets; one that the capture cut cannot help.
   if (packet.payload.empty() || end > largest_datagram || packet.cut ||
       (packet.more_fragments && packet.payload.size() % 8 != 0)) {

@@ -31,7 +31,8 @@ class CaptureFile : public ::testing::Test {
   std::string path_;
 };
 
-const Octets frame_octets = make_ethernet(0x0800, make_ipv4({}, make_packet_v2({}, make_hello_v2())));
+const Octets frame_octets =
+    make_ethernet(0x0800, make_ipv4({}, make_packet_v2({}, make_hello_v2())));
 
 Octets pcap_header(unsigned link_type = 1, std::uint32_t magic = 0xa1b2c3d4) {
   return Writer().u32(magic).u16(2).u16(4).u32(0).u32(0).u32(65535).u32(link_type);
@@ -57,9 +58,8 @@ TEST_F(CaptureFile, Pcap) {
 }
 
 TEST_F(CaptureFile, PcapWithNanoseconds) {
-  write(Writer()
-            .bytes(pcap_header(1, 0xa1b23c4d))
-            .bytes(pcap_record(100, 123456789, frame_octets)));
+  write(
+      Writer().bytes(pcap_header(1, 0xa1b23c4d)).bytes(pcap_record(100, 123456789, frame_octets)));
   CaptureReader reader;
   ASSERT_TRUE(reader.open_file(path_)) << reader.error();
   Frame frame;
@@ -73,10 +73,28 @@ TEST_F(CaptureFile, PcapNg) {
   const auto length = static_cast<std::uint32_t>(frame_octets.size());
   const auto block = static_cast<std::uint32_t>(32 + padded.size());
   write(Writer()
-            .u32(0x0a0d0d0a).u32(28).u32(0x1a2b3c4d).u16(1).u16(0).u32(0xffffffff).u32(0xffffffff)
+            .u32(0x0a0d0d0a)
             .u32(28)
-            .u32(1).u32(20).u16(1).u16(0).u32(0).u32(20)
-            .u32(6).u32(block).u32(0).u32(0).u32(1000000).u32(length).u32(length).bytes(padded)
+            .u32(0x1a2b3c4d)
+            .u16(1)
+            .u16(0)
+            .u32(0xffffffff)
+            .u32(0xffffffff)
+            .u32(28)
+            .u32(1)
+            .u32(20)
+            .u16(1)
+            .u16(0)
+            .u32(0)
+            .u32(20)
+            .u32(6)
+            .u32(block)
+            .u32(0)
+            .u32(0)
+            .u32(1000000)
+            .u32(length)
+            .u32(length)
+            .bytes(padded)
             .u32(block));
   CaptureReader reader;
   ASSERT_TRUE(reader.open_file(path_)) << reader.error();

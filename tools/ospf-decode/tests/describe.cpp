@@ -114,8 +114,8 @@ std::string router_v2(const RouterBodyV2 &router) {
   // The reference has the links sorted by their text.
   std::vector<std::string> links;
   for (const RouterLinkV2 &link : router.links) {
-    std::string text = " [" + ipv4_text(link.link_id) + ' ' + ipv4_text(link.link_data) + ' ' +
-                       dec(link.type);
+    std::string text =
+        " [" + ipv4_text(link.link_id) + ' ' + ipv4_text(link.link_data) + ' ' + dec(link.type);
     for (const TopologyMetric &metric : router.metrics_of(link)) {
       text += ' ' + dec(metric.mt_id) + ':' + dec(metric.metric);
     }
@@ -227,8 +227,7 @@ void Describer::on_packet(const Packet &packet) {
     if (packet.auth.kind == AuthKind::trailer) {
       out += " trailer=" + dec(packet.auth.trailer_type) +
              " association=" + dec(packet.auth.association_id) +
-             " sequence=" + dec(packet.auth.sequence) +
-             " digest=" + hex_octets(packet.auth.digest);
+             " sequence=" + dec(packet.auth.sequence) + " digest=" + hex_octets(packet.auth.digest);
     }
   }
   add(packet, out);

@@ -76,8 +76,8 @@ TEST(RawLinks, TheVersionIsInTheFirstOctet) {
 
 TEST(Link, StackedVlanNumbersAreTold) {
   Bench bench;
-  bench.frame(Writer().zeros(12).u16(0x88a8).u16(7).u16(0x8100).u16(0x6009).u16(0x0800).bytes(
-      ip_v2));
+  bench.frame(
+      Writer().zeros(12).u16(0x88a8).u16(7).u16(0x8100).u16(0x6009).u16(0x0800).bytes(ip_v2));
   ASSERT_EQ(bench.seen.vlans.size(), 1u);
   EXPECT_EQ(bench.seen.vlans[0], 7u << 12 | 9u);
 }
@@ -106,7 +106,8 @@ TEST(Ipv4, EthernetPaddingIsNotPartOfThePacket) {
 
 TEST(Ipv4, OptionsAreSteppedOver) {
   Octets header = Writer().u8(0x46).u8(0).u16(static_cast<unsigned>(24 + hello_v2.size())).u32(0);
-  header = Writer().bytes(header).u8(1).u8(89).u16(0).u32(0x0a000001).u32(0xe0000005).u32(0x94040000);
+  header =
+      Writer().bytes(header).u8(1).u8(89).u16(0).u32(0x0a000001).u32(0xe0000005).u32(0x94040000);
   put16(header, 10, internet_checksum(header));
   Bench bench;
   bench.frame(make_ethernet(0x0800, Writer().bytes(header).bytes(hello_v2)));
@@ -144,10 +145,18 @@ TEST(Ipv4, LengthsThatLieAreCounted) {
 
 TEST(Ipv6, ExtensionHeadersAreSteppedOver) {
   const Octets chain = Writer()
-                           .u8(60).u8(0).zeros(6)   // hop by hop
-                           .u8(43).u8(1).zeros(14)  // destination options
-                           .u8(51).u8(0).zeros(6)   // routing
-                           .u8(89).u8(4).zeros(22)  // authentication header
+                           .u8(60)
+                           .u8(0)
+                           .zeros(6)  // hop by hop
+                           .u8(43)
+                           .u8(1)
+                           .zeros(14)  // destination options
+                           .u8(51)
+                           .u8(0)
+                           .zeros(6)  // routing
+                           .u8(89)
+                           .u8(4)
+                           .zeros(22)  // authentication header
                            .bytes(hello_v3);
   Bench bench;
   bench.ipv6(chain, 0);
@@ -349,7 +358,8 @@ TEST(CutFrame, IsCountedOnceAndWhatIsWholeIsLoaded) {
 }
 
 TEST(CutFrame, AnyCutOfAHelloYieldsNoHello) {
-  const Octets frame = make_ethernet(0x0800, make_ipv4({}, make_packet_v2({}, make_hello_v2({1, 2}))));
+  const Octets frame =
+      make_ethernet(0x0800, make_ipv4({}, make_packet_v2({}, make_hello_v2({1, 2}))));
   for (std::size_t length = 0; length < frame.size(); ++length) {
     Bench bench;
     bench.frame(part(frame, 0, length), 1, static_cast<std::uint32_t>(frame.size() - length));

@@ -30,8 +30,9 @@ struct V3 {
 
 TEST(LsaV2, Header) {
   V2 v2;
-  v2.decode({.age = 0x8005, .options = 0x22, .type = 2, .id = 3, .router = 4, .sequence = 0x80000009},
-            Writer().u32(0xffffff00).u32(7).u32(8));
+  v2.decode(
+      {.age = 0x8005, .options = 0x22, .type = 2, .id = 3, .router = 4, .sequence = 0x80000009},
+      Writer().u32(0xffffff00).u32(7).u32(8));
   EXPECT_TRUE(v2.lsa.checksum_ok);
   EXPECT_TRUE(v2.lsa.complete);
   EXPECT_EQ(v2.lsa.header.age_seconds(), 5);
@@ -49,11 +50,25 @@ TEST(LsaV2, Header) {
 TEST(LsaV2, RouterWithTopologies) {
   V2 v2;
   v2.decode({.type = 1}, Writer()
-                             .u8(0x07).u8(0).u16(2)
-                             .u32(1).u32(2).u8(1).u8(2).u16(10)
-                             .u8(32).u8(0).u16(20)
-                             .u8(127).u8(0).u16(30)
-                             .u32(3).u32(4).u8(3).u8(0).u16(65535));
+                             .u8(0x07)
+                             .u8(0)
+                             .u16(2)
+                             .u32(1)
+                             .u32(2)
+                             .u8(1)
+                             .u8(2)
+                             .u16(10)
+                             .u8(32)
+                             .u8(0)
+                             .u16(20)
+                             .u8(127)
+                             .u8(0)
+                             .u16(30)
+                             .u32(3)
+                             .u32(4)
+                             .u8(3)
+                             .u8(0)
+                             .u16(65535));
   ASSERT_TRUE(v2.lsa.complete);
   const RouterBodyV2 &router = v2.lsa.router;
   EXPECT_EQ(router.flags, router_flag_b | router_flag_e | router_flag_v);
@@ -105,8 +120,14 @@ TEST(LsaV2, ExternalsOfBothKindsWithTopologies) {
     V2 v2;
     v2.decode({.type = type}, Writer()
                                   .u32(0xffffff00)
-                                  .u8(0x80).u24(20).u32(0x0a000063).u32(300)
-                                  .u8(0x21).u24(9).u32(0).u32(1));
+                                  .u8(0x80)
+                                  .u24(20)
+                                  .u32(0x0a000063)
+                                  .u32(300)
+                                  .u8(0x21)
+                                  .u24(9)
+                                  .u32(0)
+                                  .u32(1));
     EXPECT_TRUE(v2.lsa.complete);
     EXPECT_EQ(v2.lsa.external.mask, 0xffffff00u);
     EXPECT_EQ(v2.lsa.external.entries,
@@ -327,9 +348,20 @@ const Octets documentation_prefix = Writer().u32(0x20010db8).u32(0x00010000);  /
 TEST(LsaV3, Router) {
   V3 v3;
   v3.decode({.type = 0x2001}, Writer()
-                                  .u8(0x13).u24(0x13)
-                                  .u8(1).u8(0).u16(10).u32(5).u32(6).u32(7)
-                                  .u8(4).u8(0).u16(20).u32(8).u32(9).u32(10));
+                                  .u8(0x13)
+                                  .u24(0x13)
+                                  .u8(1)
+                                  .u8(0)
+                                  .u16(10)
+                                  .u32(5)
+                                  .u32(6)
+                                  .u32(7)
+                                  .u8(4)
+                                  .u8(0)
+                                  .u16(20)
+                                  .u32(8)
+                                  .u32(9)
+                                  .u32(10));
   EXPECT_TRUE(v3.lsa.complete);
   EXPECT_EQ(v3.lsa.router.flags, router_flag_b | router_flag_e | router_flag_nt);
   EXPECT_EQ(v3.lsa.router.options, 0x13u);
@@ -371,8 +403,15 @@ TEST(LsaV3, InterAreaRouter) {
 
 TEST(LsaV3, ExternalWithAllThatMayFollow) {
   const Octets body = Writer()
-                          .u8(7).u24(20).u8(48).u8(0).u16(0x2001).bytes(documentation_prefix)
-                          .bytes(v6_source).u32(300).u32(12);
+                          .u8(7)
+                          .u24(20)
+                          .u8(48)
+                          .u8(0)
+                          .u16(0x2001)
+                          .bytes(documentation_prefix)
+                          .bytes(v6_source)
+                          .u32(300)
+                          .u32(12);
   V3 v3;
   v3.decode({.type = 0x4005}, body);
   EXPECT_TRUE(v3.lsa.complete);
@@ -403,9 +442,17 @@ TEST(LsaV3, ExternalWithNothingThatMayFollow) {
 TEST(LsaV3, Link) {
   V3 v3;
   v3.decode({.type = 0x0008}, Writer()
-                                  .u8(9).u24(0x13).bytes(v6_source).u32(2)
-                                  .u8(48).u8(0).u16(0).bytes(documentation_prefix)
-                                  .u8(0).u8(0).u16(0));
+                                  .u8(9)
+                                  .u24(0x13)
+                                  .bytes(v6_source)
+                                  .u32(2)
+                                  .u8(48)
+                                  .u8(0)
+                                  .u16(0)
+                                  .bytes(documentation_prefix)
+                                  .u8(0)
+                                  .u8(0)
+                                  .u16(0));
   EXPECT_TRUE(v3.lsa.complete);
   EXPECT_EQ(v3.lsa.link.priority, 9);
   EXPECT_EQ(v3.lsa.link.options, 0x13u);
@@ -426,9 +473,18 @@ TEST(LsaV3, APrefixCountThatLies) {
 TEST(LsaV3, IntraAreaPrefix) {
   V3 v3;
   v3.decode({.type = 0x2009}, Writer()
-                                  .u16(2).u16(0x2002).u32(5).u32(6)
-                                  .u8(48).u8(2).u16(10).bytes(documentation_prefix)
-                                  .u8(128).u8(0).u16(0).bytes(v6_source));
+                                  .u16(2)
+                                  .u16(0x2002)
+                                  .u32(5)
+                                  .u32(6)
+                                  .u8(48)
+                                  .u8(2)
+                                  .u16(10)
+                                  .bytes(documentation_prefix)
+                                  .u8(128)
+                                  .u8(0)
+                                  .u16(0)
+                                  .bytes(v6_source));
   EXPECT_TRUE(v3.lsa.complete);
   const IntraAreaPrefixBody &body = v3.lsa.intra_area_prefix;
   EXPECT_EQ(body.referenced_ls_type, 0x2002);
@@ -443,9 +499,8 @@ TEST(LsaV3, IntraAreaPrefix) {
 TEST(LsaV3, PrefixLengths) {
   for (unsigned length = 0; length <= 255; ++length) {
     V3 v3;
-    v3.decode({.type = 0x2003}, Writer()
-                                    .u32(1).u8(length).u8(0).u16(0)
-                                    .bytes(Octets((length + 31) / 32 * 4, 0xff)));
+    v3.decode({.type = 0x2003},
+              Writer().u32(1).u8(length).u8(0).u16(0).bytes(Octets((length + 31) / 32 * 4, 0xff)));
     if (length > 128) {
       EXPECT_FALSE(v3.lsa.complete) << length;
       EXPECT_EQ(v3.errors[ErrorKind::bad_prefix_length].count, 1u) << length;
@@ -492,10 +547,10 @@ TEST(LsaV3, UnknownFunctionCodesAreRaw) {
 }
 
 TEST(Scopes, OfVersion2) {
-  const std::map<int, Scope> scopes = {
-      {1, Scope::area}, {2, Scope::area},  {3, Scope::area}, {4, Scope::area},
-      {5, Scope::as},   {6, Scope::area},  {7, Scope::area}, {8, Scope::as},
-      {9, Scope::link}, {10, Scope::area}, {11, Scope::as}};
+  const std::map<int, Scope> scopes = {{1, Scope::area},  {2, Scope::area}, {3, Scope::area},
+                                       {4, Scope::area},  {5, Scope::as},   {6, Scope::area},
+                                       {7, Scope::area},  {8, Scope::as},   {9, Scope::link},
+                                       {10, Scope::area}, {11, Scope::as}};
   for (int type = 0; type <= 255; ++type) {
     Scope scope{};
     const bool known = lsa_scope_v2(static_cast<std::uint16_t>(type), scope);

@@ -22,8 +22,9 @@ struct Scene {
 
   void packet(std::uint32_t router, std::uint32_t source, unsigned type, const Octets &body,
               std::uint32_t destination = all_routers, std::uint32_t area = 0) {
-    const Octets ip = make_ipv4({.source = source, .destination = destination},
-                                make_packet_v2({.type = type, .router = router, .area = area}, body));
+    const Octets ip =
+        make_ipv4({.source = source, .destination = destination},
+                  make_packet_v2({.type = type, .router = router, .area = area}, body));
     Frame frame;
     frame.link_type = 101;
     frame.time = now;
@@ -84,10 +85,10 @@ TEST(Neighbors, ClimbToFull) {
   scene.packet(router_a, address_a, 3, Writer().u32(1).u32(9).u32(9), address_b);
   scene.description(true, 0);
   EXPECT_EQ(scene.state(), NeighborState::loading);
-  scene.packet(router_b, address_b, 4,
-               make_update(1, {make_lsa_v2({.type = 1, .id = 9, .router = 9},
-                                           Writer().u8(0).u8(0).u16(0))}),
-               address_a);
+  scene.packet(
+      router_b, address_b, 4,
+      make_update(1, {make_lsa_v2({.type = 1, .id = 9, .router = 9}, Writer().u8(0).u8(0).u16(0))}),
+      address_a);
   EXPECT_EQ(scene.state(), NeighborState::full);
   EXPECT_EQ(scene.a_has_b()->evidence, Evidence::description);
   EXPECT_EQ(scene.a_has_b()->address, IpAddress::v4(address_b));
@@ -126,10 +127,12 @@ TEST(Neighbors, FullIsToldFromTheDatabase) {
   scene.hello_a({router_b});
   scene.hello_b({router_a});
   EXPECT_EQ(scene.state(), NeighborState::two_way);
-  scene.packet(router_b, address_b, 4,
-               make_update(1, {make_lsa_v2({.type = 1, .id = router_a, .router = router_a},
-                                           Writer().u8(0).u8(0).u16(1).u32(router_b).u32(address_a)
-                                               .u8(1).u8(0).u16(25))}));
+  scene.packet(
+      router_b, address_b, 4,
+      make_update(
+          1, {make_lsa_v2(
+                 {.type = 1, .id = router_a, .router = router_a},
+                 Writer().u8(0).u8(0).u16(1).u32(router_b).u32(address_a).u8(1).u8(0).u16(25))}));
   EXPECT_EQ(scene.state(), NeighborState::full);
   EXPECT_EQ(scene.a_has_b()->evidence, Evidence::database);
   EXPECT_EQ(scene.network.interface_cost(0), 25);
@@ -165,6 +168,15 @@ TEST(Neighbors, AttemptOnANonBroadcastNetwork) {
   ASSERT_EQ(neighbors.size(), 1u);
   EXPECT_EQ(neighbors[0].state, NeighborState::attempt);
   EXPECT_EQ(neighbors[0].address, IpAddress::v4(0x0a000009));
+  EXPECT_EQ(scene.network.network_type(0), NetworkType::non_broadcast);
+}
+
+TEST(Interfaces, AreNonBroadcastFromWhenTheirHellosGoToOne) {
+  Scene scene;
+  scene.hello_a({}, address_a);
+  EXPECT_EQ(scene.network.network_type(0), NetworkType::broadcast);
+  scene.now += 41 * second;
+  scene.hello_a({}, address_a, address_b);
   EXPECT_EQ(scene.network.network_type(0), NetworkType::non_broadcast);
 }
 

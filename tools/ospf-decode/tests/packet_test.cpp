@@ -126,8 +126,17 @@ TEST(Version3, IsSaidOverIpv4Too) {
 Octets cryptographic(unsigned digest_said, std::size_t digest_there, unsigned options = 2) {
   const Octets body = make_hello_v2({}, 0xffffff00, options);
   return Writer()
-      .u8(2).u8(1).u16(static_cast<unsigned>(24 + body.size())).u32(1).u32(0).u16(0).u16(2)
-      .u16(0).u8(7).u8(digest_said).u32(99)
+      .u8(2)
+      .u8(1)
+      .u16(static_cast<unsigned>(24 + body.size()))
+      .u32(1)
+      .u32(0)
+      .u16(0)
+      .u16(2)
+      .u16(0)
+      .u8(7)
+      .u8(digest_said)
+      .u32(99)
       .bytes(body)
       .zeros(digest_there);
 }
@@ -197,9 +206,8 @@ TEST(Authentication, TrailerOfVersion3) {
   EXPECT_EQ(bench.seen.auth_kinds.at(0), AuthKind::trailer);
   EXPECT_EQ(bench.seen.digests.at(0), 32u);
   // A packet without options does not announce it.
-  bench.ipv6(Writer()
-                 .bytes(without_checksum(make_packet_v3({.type = 5}, {})))
-                 .bytes(trailer_v3(48, 32)));
+  bench.ipv6(
+      Writer().bytes(without_checksum(make_packet_v3({.type = 5}, {}))).bytes(trailer_v3(48, 32)));
   EXPECT_EQ(bench.seen.auth_kinds.at(1), AuthKind::trailer);
   EXPECT_EQ(bench.errors(), 0u);
 }
@@ -220,9 +228,8 @@ Octets lls_block(std::uint32_t extended_options) {
 
 TEST(Lls, BehindAHello) {
   Bench bench;
-  bench.ipv4(Writer()
-                 .bytes(make_packet_v2({}, make_hello_v2({}, 0xffffff00, 0x12)))
-                 .bytes(lls_block(1)));
+  bench.ipv4(
+      Writer().bytes(make_packet_v2({}, make_hello_v2({}, 0xffffff00, 0x12))).bytes(lls_block(1)));
   EXPECT_EQ(bench.seen.lls.at(0), true);
   EXPECT_EQ(bench.seen.lls_options.at(0), 1u);
   bench.ipv6(Writer().bytes(make_packet_v3({}, hello_v3(0x213))).bytes(lls_block(2)));
@@ -233,9 +240,7 @@ TEST(Lls, BehindAHello) {
 TEST(Lls, BehindADigest) {
   Bench bench;
   // Under cryptographic authentication the block's checksum is zero.
-  bench.ipv4(Writer()
-                 .bytes(cryptographic(16, 16, 0x12))
-                 .u16(0).u16(3).u16(1).u16(4).u32(1));
+  bench.ipv4(Writer().bytes(cryptographic(16, 16, 0x12)).u16(0).u16(3).u16(1).u16(4).u32(1));
   EXPECT_EQ(bench.seen.lls.at(0), true);
   EXPECT_EQ(bench.errors(), 0u);
 }
@@ -244,7 +249,11 @@ TEST(Lls, BeforeATrailer) {
   Bench bench;
   bench.ipv6(Writer()
                  .bytes(without_checksum(make_packet_v3({}, hello_v3(0x613))))
-                 .u16(0).u16(3).u16(1).u16(4).u32(1)
+                 .u16(0)
+                 .u16(3)
+                 .u16(1)
+                 .u16(4)
+                 .u32(1)
                  .bytes(trailer_v3(36, 20)));
   EXPECT_EQ(bench.seen.lls.at(0), true);
   EXPECT_EQ(bench.seen.auth_kinds.at(0), AuthKind::trailer);
@@ -258,8 +267,8 @@ TEST(Lls, FaultsAreCountedAndTheHelloLoaded) {
   Octets bad_sum = lls_block(1);
   bad_sum[0] ^= 1;
   bench.ipv4(Writer().bytes(hello).bytes(bad_sum));
-  bench.ipv4(Writer().bytes(hello).u16(0).u16(9).zeros(8));          // longer than what is there
-  bench.ipv4(Writer().bytes(hello).u16(0).u16(2).u16(1).u16(4));     // a TLV that overruns
+  bench.ipv4(Writer().bytes(hello).u16(0).u16(9).zeros(8));       // longer than what is there
+  bench.ipv4(Writer().bytes(hello).u16(0).u16(2).u16(1).u16(4));  // a TLV that overruns
   EXPECT_EQ(bench.count(ErrorKind::bad_lls), 4u);
   EXPECT_EQ(bench.seen.hellos.size(), 4u);
   EXPECT_EQ(bench.seen.lls, (std::vector<bool>{false, false, false, false}));
@@ -270,8 +279,8 @@ Octets header_octets(const Octets &lsa) { return Octets(lsa.begin(), lsa.begin()
 TEST(Description, OfVersion2) {
   const Octets lsa = make_lsa_v2({.age = 77, .type = 3, .id = 5}, Octets(8, 0));
   Bench bench;
-  bench.ipv4(make_packet_v2({.type = 2},
-                            Writer().u16(1500).u8(0x42).u8(0x07).u32(123).bytes(header_octets(lsa))));
+  bench.ipv4(make_packet_v2(
+      {.type = 2}, Writer().u16(1500).u8(0x42).u8(0x07).u32(123).bytes(header_octets(lsa))));
   ASSERT_EQ(bench.seen.descriptions.size(), 1u);
   const DatabaseDescription &dd = bench.seen.descriptions[0];
   EXPECT_EQ(dd.mtu, 1500);
@@ -302,8 +311,7 @@ TEST(Request, OfBothVersions) {
   Bench bench;
   bench.ipv4(make_packet_v2({.type = 3}, Writer().u32(1).u32(2).u32(3).u32(5).u32(6).u32(7)));
   bench.ipv6(make_packet_v3({.type = 3}, Writer().u16(0).u16(0x2001).u32(0).u32(9)));
-  EXPECT_EQ(bench.seen.requests,
-            (std::vector<LsaName>{{1, 2, 3}, {5, 6, 7}, {0x2001, 0, 9}}));
+  EXPECT_EQ(bench.seen.requests, (std::vector<LsaName>{{1, 2, 3}, {5, 6, 7}, {0x2001, 0, 9}}));
   EXPECT_EQ(bench.errors(), 0u);
 }
 
@@ -368,9 +376,8 @@ TEST(Update, UnknownTypesAndAgesAreCounted) {
   bench.ipv4(make_packet_v2({.type = 4}, make_update(1, {make_lsa_v2({.type = 12}, {})})));
   bench.ipv6(make_packet_v3({.type = 4}, make_update(1, {make_lsa_v3({.type = 0xe00e}, {})})));
   EXPECT_EQ(bench.count(ErrorKind::unknown_lsa_type), 2u);
-  bench.ipv4(make_packet_v2(
-      {.type = 4},
-      make_update(1, {make_lsa_v2({.age = 3601, .type = 2}, Writer().u32(0).u32(1))})));
+  bench.ipv4(make_packet_v2({.type = 4}, make_update(1, {make_lsa_v2({.age = 3601, .type = 2},
+                                                                     Writer().u32(0).u32(1))})));
   EXPECT_EQ(bench.count(ErrorKind::bad_lsa_age), 1u);
   EXPECT_EQ(bench.errors(), 3u);
 }

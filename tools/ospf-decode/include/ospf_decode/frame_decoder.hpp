@@ -16,7 +16,7 @@ namespace ospf_decode {
 struct Frame {
   int link_type = 0;
   Time time = 0;
-  std::uint64_t number = 0;    // from 1
+  std::uint64_t number = 0;       // from 1
   std::uint32_t wire_length = 0;  // what the frame had; `data` may be less
   Bytes data;
 };

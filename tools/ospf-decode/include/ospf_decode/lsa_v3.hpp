@@ -27,8 +27,8 @@ enum LsaTypeV3 : std::uint16_t {
   lsa3_intra_area_prefix = 0x2009,
   lsa3_grace = 0x000b,
 };
-inline constexpr std::uint16_t lsa3_unknown_bit = 0x8000;         // U
-inline constexpr std::uint16_t lsa3_function_mask = 0x1fff;       //
+inline constexpr std::uint16_t lsa3_unknown_bit = 0x8000;              // U
+inline constexpr std::uint16_t lsa3_function_mask = 0x1fff;            //
 inline constexpr std::uint16_t lsa3_function_router_information = 12;  // in any scope
 
 enum OptionV3 : std::uint32_t {

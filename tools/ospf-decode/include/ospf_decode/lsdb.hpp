@@ -4,10 +4,10 @@
 // or the number of a link), then type, link-state ID and advertising router. Which instance stays
 // is RFC 2328's section 13.1, with the ages that the instances have at the moment of comparing.
 //
-// An LSA that is flushed (taken over at MaxAge) or that outlived MaxAge in the capture's clock stays
-// as an entry, `flushed` or past its age. Routers forget it, so an instance that was originated
-// after the flush replaces it even if its sequence number is lower; a straggling copy of an older
-// instance does not, as its age tells that it was originated before.
+// An LSA that is flushed (taken over at MaxAge) or that outlived MaxAge in the capture's clock
+// stays as an entry, `flushed` or past its age. Routers forget it, so an instance that was
+// originated after the flush replaces it even if its sequence number is lower; a straggling copy of
+// an older instance does not, as its age tells that it was originated before.
 #pragma once
 
 #include <cstddef>

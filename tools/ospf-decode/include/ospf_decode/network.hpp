@@ -4,11 +4,11 @@
 // follows from several of them (on which link an interface stands, the state of a neighbour) is
 // worked out when asked for. Routers are seen from outside, so some of it is judgement:
 //
-// Links. OSPFv2 interfaces of one subnet share a link; a hello with mask 0 to one address belongs to
-// a virtual link, which is the pair of its addresses. OSPFv3 interfaces are known by router and
+// Links. OSPFv2 interfaces of one subnet share a link; a hello with mask 0 to one address belongs
+// to a virtual link, which is the pair of its addresses. OSPFv3 interfaces are known by router and
 // interface ID; a unicast between them, a link LSA that one floods for the other or a router LSA's
-// link joins them. Where neither helps, an interface is joined with one that it lists and that lists
-// it, if each is its router's only interface in the area with the timers that both have.
+// link joins them. Where neither helps, an interface is joined with one that it lists and that
+// lists it, if each is its router's only interface in the area with the timers that both have.
 //
 // Neighbour states, of B as A has it:
 //   Down     B's hellos have stopped for longer than A's dead interval
@@ -80,8 +80,8 @@ struct ExchangeFacts {
   std::uint8_t flags = 0;
   std::uint32_t sequence = 0;
   Time last = 0;
-  bool going_on = false;  // a description without the I bit followed the last one with it
-  bool sent_last = false;  // and one without the M bit
+  bool going_on = false;        // a description without the I bit followed the last one with it
+  bool sent_last = false;       // and one without the M bit
   std::set<LsaName> requested;  // and not yet answered
 };
 
@@ -99,9 +99,9 @@ struct Interface {
   std::uint64_t hello_count = 0;
   Time first_hello = 0;
   Time last_hello = 0;
-  Hello hello;                               // the last
+  Hello hello;                                 // the last
   std::map<std::uint32_t, Time> listed_since;  // neighbours in the last hello
-  bool multicast_hello = false;
+  std::optional<Time> last_multicast_hello;
   bool had_designated_router = false;
   std::map<IpAddress, Time> hello_targets;  // of unicast hellos, with the last of each
 
@@ -113,10 +113,12 @@ struct Interface {
   std::vector<ExchangeFacts> exchanges;
 
   bool demand_circuit() const;
+  // Whether its hellos go to everyone now, not only in some earlier configuration.
+  bool multicasts_hellos() const;
 };
 
 struct Neighbor {
-  std::uint32_t interface = 0;  // A: index into interfaces()
+  std::uint32_t interface = 0;        // A: index into interfaces()
   std::optional<std::uint32_t> peer;  // B; none for Attempt
   std::uint32_t router_id = 0;
   IpAddress address;

@@ -32,12 +32,12 @@ enum class AuthKind : std::uint8_t { none, simple, cryptographic, trailer };
 
 struct Authentication {
   AuthKind kind = AuthKind::none;
-  std::uint8_t key_id = 0;            // cryptographic
-  std::uint16_t trailer_type = 0;     // trailer (RFC 7166)
-  std::uint16_t association_id = 0;   // trailer
-  std::uint64_t sequence = 0;         // cryptographic and trailer
-  Bytes password;                     // simple: the eight octets
-  Bytes digest;                       // cryptographic and trailer
+  std::uint8_t key_id = 0;           // cryptographic
+  std::uint16_t trailer_type = 0;    // trailer (RFC 7166)
+  std::uint16_t association_id = 0;  // trailer
+  std::uint64_t sequence = 0;        // cryptographic and trailer
+  Bytes password;                    // simple: the eight octets
+  Bytes digest;                      // cryptographic and trailer
 };
 
 // Link-local signalling, RFC 5613.

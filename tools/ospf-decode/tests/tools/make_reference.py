@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Makes the reference files that the decoder is compared with.
 
-    make_reference.py RECORDING OUTDIR
+    make_reference.py RECORDING
 
-RECORDING is a directory as the lab writes it: pcap/all.tshark.json.gz, what tshark says of
-pcap/all.pcap, and routers/NAME/*.json, what each FRR router says of its databases and neighbours.
-Three files come out of it:
+RECORDING is a directory with all.pcap, segments.tsv (which router's interface is on which segment)
+and routers/NAME/*.json.gz, what each FRR router says of its databases and neighbours, as lab.sh
+writes them. tshark decodes the capture. Four files come out of it, in the same directory:
 
 decoder.txt    one line for each packet, hello, description, request, LSA header and LSA, with every
                field; the first word is the number of the packet. The test writes the same lines
@@ -14,6 +14,8 @@ decoder.txt    one line for each packet, hello, description, request, LSA header
 databases.txt  one line for each LSA that a router holds and that is not at MaxAge:
                router, version, place (area, "as", or the segment of a link), type, link-state ID,
                advertising router, sequence number, checksum.
+unsent.txt     such lines of LSAs that tshark finds in no update: a router may hold LSAs of its own
+               that it has nobody to send to (AS-externals of a router with no area but an NSSA).
 neighbors.txt  one line for each neighbour: router, version, neighbour, its address, state.
 
 Nothing is taken from the library under test.
@@ -24,6 +26,7 @@ import ipaddress
 import json
 import pathlib
 import struct
+import subprocess
 import sys
 
 
@@ -303,6 +306,18 @@ def decoder_lines(packets):
             yield f"{frame} {line}"
 
 
+def sent_lsas(packets):
+    """Version, type, link-state ID, router, sequence number and checksum of each LSA in an update."""
+    for packet in packets:
+        update = packet["_source"]["layers"].get("ospf", {}).get("LS Update Packet", {})
+        for name, lsas in update.items():
+            if name.startswith("LSA-type "):
+                for lsa in many(lsas):
+                    words = dict(word.split("=") for word in header_fields(lsa).split())
+                    yield (3 if is_v3(lsa) else 2, int(words["type"], 16), words["id"], words["adv"],
+                           int(words["seq"], 16), int(words["checksum"], 16))
+
+
 V2_LISTS = {"routerLinkStates": 1, "networkLinkStates": 2, "summaryLinkStates": 3, "asbrSummaryLinkStates": 4,
             "nssaExternalLinkStates": 7, "areaLocalOpaqueLsa": 10}
 V2_AS_LISTS = {"asExternalLinkStates": 5, "asExternalOpaqueLsa": 11}
@@ -370,26 +385,31 @@ def neighbor_rows(recording, name):
 
 
 def main():
-    if len(sys.argv) != 3:
+    if len(sys.argv) != 2:
         raise SystemExit(__doc__)
-    recording, out = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2])
-    out.mkdir(parents=True, exist_ok=True)
-
-    packets = json.loads(gzip.decompress((recording / "pcap/all.tshark.json.gz").read_bytes()))
+    recording = out = pathlib.Path(sys.argv[1])
+    answer = subprocess.run(["tshark", "-r", recording / "all.pcap", "-Y", "ospf", "-T", "json", "-J",
+                             "frame ip ipv6 ospf", "--no-duplicate-keys"],
+                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True)
+    packets = json.loads(answer.stdout)
     with open(out / "decoder.txt", "w", encoding="ascii") as file:
         for line in decoder_lines(packets):
             print(line, file=file)
+    sent = set(sent_lsas(packets))
 
     segment_of = {}
     for line in (recording / "segments.tsv").read_text().splitlines()[1:]:
         segment, router, interface, _ = line.split("\t")
         segment_of[router, interface] = segment
     names = sorted(path.name for path in (recording / "routers").iterdir() if (path / "frr.conf").exists())
-    with open(out / "databases.txt", "w", encoding="ascii") as file:
+    with open(out / "databases.txt", "w", encoding="ascii") as file, \
+            open(out / "unsent.txt", "w", encoding="ascii") as unsent:
         for name in names:
             for version, place, kind, lsid, adv, sequence, checksum in sorted(
                     set(database_rows(recording, name, segment_of))):
-                print(name, version, place, f"{kind:x}", lsid, adv, f"{sequence:x}", f"{checksum:x}", file=file)
+                instance = (version, kind, lsid, adv, sequence, checksum)
+                print(name, version, place, f"{kind:x}", lsid, adv, f"{sequence:x}", f"{checksum:x}",
+                      file=file if instance in sent else unsent)
     with open(out / "neighbors.txt", "w", encoding="ascii") as file:
         for name in names:
             router_id = (load(recording / "routers" / name / "ip-ospf.json") or {}).get("routerId", "?")

@@ -1,0 +1,598 @@
+// The XML form of structures: what is written, what is read back, and what stays as it was.
+#include <kelp/xml.h>
+#include <ospf_harbor_oper.h>
+
+#include "encodings/objects.hpp"
+#include "model/lists.hpp"
+
+namespace {
+
+using namespace encodings;
+using harness::CallLog;
+using harness::Store;
+using harness::TraceLog;
+using harness::WriteWatch;
+namespace types = harbor::model::types;
+
+using ToXml = std::uint32_t(kelp_handle *, std::uint32_t, const char *, char *, const void *,
+                            std::uint32_t, std::uint32_t, std::uint32_t *);
+using FromXml = void(kelp_handle *, std::uint32_t, const char *, kelp_xml_document *, void *,
+                     std::uint32_t *, char *, std::int32_t);
+
+template <typename Type>
+std::string xml_of(kelp_handle *handle, const Object<Type> &object, std::uint32_t *err,
+                   std::uint32_t size = 64 * 1024, std::uint32_t state_byte = 0) {
+  std::string buffer(size + 1, '#');
+  const std::uint32_t length = object.template call<ToXml>("to_xml")(handle, 0, "x", buffer.data(),
+                                                                     object, size, state_byte, err);
+  return buffer.substr(0, length);
+}
+
+class Document {
+ public:
+  explicit Document(const std::string &text) {
+    char message[256] = "";
+    document_ = kelp_xml_parse(text.data(), text.size(), message, sizeof message);
+    EXPECT_NE(document_, nullptr) << message;
+  }
+  ~Document() { kelp_xml_free(document_); }
+  Document(const Document &) = delete;
+  Document &operator=(const Document &) = delete;
+  operator kelp_xml_document *() const { return document_; }
+
+ private:
+  kelp_xml_document *document_;
+};
+
+template <typename Type>
+void read(kelp_handle *handle, const Object<Type> &object, const std::string &text,
+          std::uint32_t *err, char *message = nullptr, std::int32_t message_size = 0) {
+  const Document document(text);
+  object.template call<FromXml>("from_xml")(handle, 0, "//x", document, object, err, message,
+                                            message_size);
+}
+
+kelp_vstring *text_arm(Store &store, const char *text) {
+  kelp_vstring *arm = kelp_vstring_create(store, 0);
+  kelp_vstring_assign(store, 0, arm, text, std::strlen(text), &store.err);
+  return arm;
+}
+
+// --- writing
+// ----------------------------------------------------------------------------------------
+
+TEST(Xml, AnAreaIsItsValuesWithoutReferences) {
+  Store store;
+  const Object<ospf_area> area(store, types::ospf_area);
+  ospf_area_area_id_set_value(store, 0, area, 10, &store.err);
+  EXPECT_EQ(xml_of(store, area, &store.err), "<x><area_id>10</area_id></x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, ATypeOfReferencesAloneIsAnEmptyElement) {
+  Store store;
+  const Object<ospf_instance_rev1> instance(store, types::ospf_instance_rev1);
+  EXPECT_EQ(xml_of(store, instance, &store.err), "<x></x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, AnObjectOfANegativeVariantIsAnEmptyElement) {
+  Store store;
+  const Object<ospfv2_topology> object(store, types::ospfv2_topology);
+  header(object).variant = -1;
+  EXPECT_EQ(xml_of(store, object, &store.err), "<x></x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, FieldsAreWrittenInOrderAndAnEmbeddedStructureAsAnElement) {
+  Store store;
+  const Object<ospf_neighbor> neighbor(store, types::ospf_neighbor);
+  ip_address address = ip_address_make_ipv4(0x0A000001);
+  ospf_neighbor_neighbor_id_set(store, 0, neighbor, &address, &store.err);
+  EXPECT_EQ(xml_of(store, neighbor, &store.err),
+            "<x><neighbor_id>10.0.0.1</neighbor_id><address></address><dr></dr><bdr></bdr>"
+            "<state><nbr_state_type value out of range/></state>"
+            "<stats><nbr_event_count>0</nbr_event_count><nbr_retrans_qlen>0</nbr_retrans_qlen>"
+            "</stats></x>");
+  ospf_neighbor_state_set_value(store, 0, neighbor, 8, &store.err);
+  EXPECT_NE(xml_of(store, neighbor, &store.err).find("<state><NBR_STATE_FULL/></state>"),
+            std::string::npos);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, AnObjectOfVariant0LacksTheLaterFieldAndIsClosed) {
+  Store store;
+  const Object<ospf_interface> object(store, types::ospf_interface);
+  const std::string whole = xml_of(store, object, &store.err);
+  EXPECT_TRUE(whole.ends_with("<bdr></bdr><priority>0</priority></x>")) << whole;
+  header(object).variant = 0;
+  const std::string lower = xml_of(store, object, &store.err);
+  EXPECT_TRUE(lower.ends_with("<bdr></bdr></x>")) << lower;
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, ALinkScopeLsaOfVariant0IsACompleteElement) {
+  Store store;
+  const Object<link_scope_lsa> object(store, types::link_scope_lsa);
+  header(object).variant = 0;
+  const std::string text = xml_of(store, object, &store.err);
+  EXPECT_TRUE(text.ends_with("</ospfv3_lsa_val></x>"));
+  EXPECT_NE(text.find("<raw_data_len>0</raw_data_len><version>0</version><ospfv2_lsa_val>"),
+            std::string::npos);
+  EXPECT_EQ(text.find("<raw_data>"), std::string::npos);
+  EXPECT_EQ(text.find("router_address"), std::string::npos);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, AnArrayIsItsCounterAndOneElementEach) {
+  Store store;
+  const Object<ospfv2_network> network(store, types::ospfv2_network);
+  const std::uint32_t routers[] = {7, 8};
+  ospfv2_network_attached_router_set_mem(store, 0, network, routers, 2, &store.err);
+  EXPECT_EQ(xml_of(store, network, &store.err),
+            "<x><network_mask></network_mask><attached_router_num>2</attached_router_num>"
+            "<attached_router>7</attached_router><attached_router>8</attached_router></x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, FlagSetsAreOneEmptyElementForEachSetBit) {
+  Store store;
+  const Object<ospfv2_lsa_body> body(store, types::ospfv2_lsa_body);
+  ospfv2_lsa_body_body_flag_options_set_value(store, 0, body, 5, &store.err);
+  EXPECT_TRUE(xml_of(store, body, &store.err)
+                  .ends_with("<body_flag_options><OSPV2_LSA_BODY_FLAG_OPTIONS_V/>"
+                             "<OSPV2_LSA_BODY_FLAG_OPTIONS_B/></body_flag_options></x>"));
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, StateBytesGoToTheElementsOfPlainAndEmbeddedFields) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  const Object<ospf_neighbor> neighbor(store, types::ospf_neighbor);
+  std::uint32_t &err = store.err;
+  ospf_neighbor_state_set_value(store, 0, neighbor, 8, &err);
+  ospf_neighbor_dr_state_flag_set(store, 0, neighbor, 3, &err);
+  ospf_neighbor_stats_state_flag_set(store, 0, neighbor, 4, &err);
+  auto *stats = ospf_neighbor_stats_get(store, 0, neighbor, &err);
+  ospf_nbr_stat_nbr_event_count_set_value(store, 0, stats, 5, &err);
+  // The enumeration's element carries none, although its field was written.
+  EXPECT_EQ(xml_of(store, neighbor, &err, 4096, 9),
+            "<x state=\"9\"><neighbor_id></neighbor_id><address></address><dr state=\"3\"></dr>"
+            "<bdr></bdr><state><NBR_STATE_FULL/></state><stats state=\"4\">"
+            "<nbr_event_count state=\"2\">5</nbr_event_count>"
+            "<nbr_retrans_qlen>0</nbr_retrans_qlen></stats></x>");
+  EXPECT_EQ(err, 0u);
+}
+
+TEST(Xml, ElementsOfAnArrayCarryTheirOwnStateAndTheCounterNone) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  const Object<ospfv2_network> network(store, types::ospfv2_network);
+  ospfv2_network_attached_router_set_value(store, 0, network, 1, 8, &store.err);
+  EXPECT_EQ(xml_of(store, network, &store.err),
+            "<x><network_mask></network_mask><attached_router_num>2</attached_router_num>"
+            "<attached_router>0</attached_router>"
+            "<attached_router state=\"2\">8</attached_router></x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, WithTrackingOffNoStateIsAskedFor) {
+  Store store({.tracking = KELP_TRACKING_OFF});
+  const Object<ospf_area> area(store, types::ospf_area);
+  EXPECT_EQ(xml_of(store, area, &store.err), "<x><area_id>0</area_id></x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, AnUntrackedObjectUnderATrackingHandleEndsBehindItsOpeningTag) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  const Object<ospf> object(store.another_handle({}), types::ospf);
+  TraceLog trace;
+  CallLog calls;
+  EXPECT_EQ(xml_of(store, object, &store.err), "<x>");
+  EXPECT_EQ(store.err, 22u);
+  EXPECT_TRUE(trace.has(3, "The object is non state tracked"));
+  EXPECT_EQ(trace.messages().size(), 1u);
+  EXPECT_EQ(calls.count("end_tag"), 1u);
+  EXPECT_EQ(calls.count("start_tag"), 1u);
+}
+
+TEST(Xml, ArmsAreElementsNamedAfterTheSelectorWithAHyphen) {
+  Store store;
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  const std::string head = "<x><auth_type_selection>";
+  EXPECT_EQ(xml_of(store, choice, &store.err),
+            head + "<OSPF_AUTH_IPSEC/></auth_type_selection></x>");
+  ospf_authentication_sa_set(store, 0, choice, text_arm(store, "one"), &store.err);
+  EXPECT_EQ(xml_of(store, choice, &store.err),
+            head +
+                "<OSPF_AUTH_IPSEC/></auth_type_selection>"
+                "<auth_type_selection-sa>one</auth_type_selection-sa></x>");
+  ospf_authentication_key_chain_set(store, 0, choice, text_arm(store, "two"), &store.err);
+  EXPECT_EQ(xml_of(store, choice, &store.err),
+            head +
+                "<OSPF_AUTH_TRAILER_KEY_CHAIN/></auth_type_selection>"
+                "<auth_type_selection-key_chain>two</auth_type_selection-key_chain></x>");
+  auto *algorithm = ospf_crypto_algorithm_create(store, 0);
+  ospf_authentication_crypto_algorithm_val_set(store, 0, choice, algorithm, &store.err);
+  const std::string key_without_text = xml_of(store, choice, &store.err);
+  EXPECT_TRUE(key_without_text.starts_with(head + "<OSPF_AUTH_TRAILER_KEY/></auth_type_selection>"
+                                                  "<auth_type_selection-crypto_algorithm_val>"
+                                                  "<hmac_sha1_12>false</hmac_sha1_12>"))
+      << key_without_text;
+  ospf_authentication_key_string_set(store, 0, choice, text_arm(store, "key"), &store.err);
+  EXPECT_NE(xml_of(store, choice, &store.err)
+                .find("<auth_type_selection-key_string>key</auth_type_selection-key_string>"
+                      "<auth_type_selection-crypto_algorithm_val>"),
+            std::string::npos);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, TheArmOfVariant1IsWrittenFromVariant1On) {
+  Store store;
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  ospf_authentication_no_auth_set(store, 0, choice, u_int32_create(store, 0), &store.err);
+  const std::string selector =
+      "<x><auth_type_selection><OSPF_AUTH_TYPE_NONE/></auth_type_selection>";
+  EXPECT_EQ(xml_of(store, choice, &store.err),
+            selector + "<auth_type_selection-no_auth>0</auth_type_selection-no_auth></x>");
+  header(choice).variant = 0;
+  EXPECT_EQ(xml_of(store, choice, &store.err), selector + "</x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, TheStateOfAnArmGoesToItsElement) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  ospf_authentication_sa_set(store, 0, choice, text_arm(store, "one"), &store.err);
+  EXPECT_EQ(xml_of(store, choice, &store.err),
+            "<x><auth_type_selection><OSPF_AUTH_IPSEC/></auth_type_selection>"
+            "<auth_type_selection-sa state=\"2\">one</auth_type_selection-sa></x>");
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, AfterAFailureTheClosingTagIsAskedForAndAddsNothing) {
+  Store store;
+  const Object<ospf_area> area(store, types::ospf_area);
+  CallLog calls;
+  EXPECT_EQ(xml_of(store, area, &store.err, 10), "<x>");
+  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(calls.count("u_int32_to_xml"), 1u);
+  EXPECT_EQ(calls.count("end_tag"), 1u);
+}
+
+TEST(Xml, ASetErrorWordWritesNothing) {
+  Store store;
+  const Object<ospf_area> area(store, types::ospf_area);
+  std::uint32_t err = 5;
+  CallLog calls;
+  EXPECT_EQ(xml_of(store, area, &err), "");
+  EXPECT_TRUE(calls.calls().empty());
+  EXPECT_EQ(err, 5u);
+}
+
+TEST(Xml, TheCrFormUsesTheTypesName) {
+  Store store;
+  const Object<ospf_area> area(store, types::ospf_area);
+  std::string buffer(128, '#');
+  const std::uint32_t length = ospf_area_toxml_cr(store, area, buffer.data(), 128);
+  EXPECT_EQ(buffer.substr(0, length), "<ospf_area><area_id>0</area_id></ospf_area>");
+  EXPECT_EQ(ospf_area_toxml_cr(store, area, buffer.data(), 12), 0xFFFFFFFFu);
+  EXPECT_EQ(store.handle()->cr_err, 90u);
+}
+
+class XmlDeathTest : public testing::Test {};
+
+TEST_F(XmlDeathTest, ACorruptedHandleEndsTheWriter) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  const Object<ospf_area> area(store, types::ospf_area);
+  EXPECT_FATAL(
+      {
+        store.handle()->sttr->sttr_mode = 0x1234;
+        xml_of(store, area, &store.err);
+      },
+      "Corrupted KELP Handle");
+}
+
+// --- reading
+// ----------------------------------------------------------------------------------------
+
+TEST(Xml, AMissingRootIs2) {
+  Store store;
+  const Object<ospf_instance_rev1> instance(store, types::ospf_instance_rev1);
+  CallLog calls;
+  read(store, instance, "<y/>", &store.err);
+  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(calls.count("kelp_store_err"), 1u);
+  store.err = 0;
+  read(store, instance, "<x/>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, ARootThatCannotBeAskedForIs2) {
+  Store store;
+  const Object<ospf_area> area(store, types::ospf_area);
+  const Document document("<x/>");
+  ospf_area_from_xml(store, 0, "x[last()]", document, area, &store.err, nullptr, 0);
+  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.last_error(), 2);
+}
+
+TEST(Xml, ASetErrorWordReadsNothing) {
+  Store store;
+  const Object<ospf_area> area(store, types::ospf_area);
+  std::uint32_t err = 5;
+  const Document document("<x><area_id>3</area_id></x>");
+  CallLog calls;
+  ospf_area_from_xml(store, 0, "//x", document, area, &err, nullptr, 0);
+  EXPECT_TRUE(calls.calls().empty());
+  EXPECT_EQ(err, 5u);
+}
+
+TEST(Xml, AMissingElementLeavesItsFieldAndAnUnknownOneIsPassedOver) {
+  Store store;
+  const Object<ospf_static_neighbor> object(store, types::ospf_static_neighbor);
+  ospf_static_neighbor_cost_set_value(store, 0, object, 5, &store.err);
+  read(store, object, "<x><colour>red</colour><poll_interval>30</poll_interval></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(ospf_static_neighbor_cost_get_value(store, 0, object, &store.err), 5u);
+  EXPECT_EQ(ospf_static_neighbor_poll_interval_get_value(store, 0, object, &store.err), 30u);
+}
+
+TEST(Xml, EmbeddedStructuresAreReadAndAMissingOneIsNoFailure) {
+  Store store;
+  const Object<ospf_neighbor> object(store, types::ospf_neighbor);
+  read(store, object, "<x><stats><nbr_retrans_qlen>4</nbr_retrans_qlen></stats></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  auto *stats = ospf_neighbor_stats_get(store, 0, object, &store.err);
+  EXPECT_EQ(ospf_nbr_stat_nbr_retrans_qlen_get_value(store, 0, stats, &store.err), 4u);
+  read(store, object, "<x><address>10.0.0.9</address></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(ospf_nbr_stat_nbr_retrans_qlen_get_value(store, 0, stats, &store.err), 4u);
+}
+
+TEST(Xml, FieldsOfVariant1AreReadWhateverTheObjectsVariant) {
+  Store store;
+  store.set_variant("ospf_interface", 0);
+  const Object<ospf_interface> object(store, types::ospf_interface);
+  read(store, object, "<x><priority>9</priority></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(header(object).variant, 0);
+  EXPECT_EQ(field<std::uint8_t>(object, types::ospf_interface, "priority"), 9);
+}
+
+TEST(Xml, AnArrayHasTheElementsThatAreThereWhateverItsCounterSays) {
+  Store store;
+  const Object<ospfv2_network> network(store, types::ospfv2_network);
+  CallLog calls;
+  read(store, network,
+       "<x><attached_router_num>5</attached_router_num><attached_router>7</attached_router>"
+       "<attached_router>8</attached_router></x>",
+       &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(calls.count("u_int32_create"), 3u);
+  EXPECT_EQ(calls.count("u_int32_destroy"), 3u);
+  EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network, &store.err), 2u);
+  EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network, 0, &store.err), 7u);
+  EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network, 1, &store.err), 8u);
+}
+
+TEST(Xml, ElementsReadOverwriteTheirIndexesOnly) {
+  Store store;
+  const Object<ospfv2_network> network(store, types::ospfv2_network);
+  const std::uint32_t routers[] = {1, 2, 3};
+  ospfv2_network_attached_router_set_mem(store, 0, network, routers, 3, &store.err);
+  read(store, network, "<x><attached_router>7</attached_router></x>", &store.err);
+  EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network, &store.err), 3u);
+  EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network, 0, &store.err), 7u);
+  EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network, 2, &store.err), 3u);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, BytesAndAddressesOfArraysAreReadFromIndex1On) {
+  Store store;
+  const Object<ospfv2_unknown_tlv> tlv(store, types::ospfv2_unknown_tlv);
+  read(store, tlv,
+       "<x><value>1</value><value>255</value><tlv><local_if_ipv4_addr>10.0.0.1"
+       "</local_if_ipv4_addr><local_if_ipv4_addr>10.0.0.2</local_if_ipv4_addr></tlv></x>",
+       &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(ospfv2_unknown_tlv_value_num_get_value(store, 0, tlv, &store.err), 2u);
+  EXPECT_EQ(ospfv2_unknown_tlv_value_get_value(store, 0, tlv, 1, &store.err), 255u);
+  auto *link = ospfv2_unknown_tlv_tlv_get(store, 0, tlv, &store.err);
+  EXPECT_EQ(ospfv2_link_tlv_local_if_ipv4_addr_num_get_value(store, 0, link, &store.err), 2u);
+  char text[IP_ADDRESS_TEXT_SIZE];
+  ip_address_format(ospfv2_link_tlv_local_if_ipv4_addr_get(store, 0, link, 1, &store.err), text,
+                    sizeof text);
+  EXPECT_STREQ(text, "10.0.0.2");
+}
+
+TEST(Xml, AFailedFieldEndsTheReadingAndKeepsWhatCameBefore) {
+  Store store;
+  const Object<ospf_static_neighbor> object(store, types::ospf_static_neighbor);
+  char message[128] = "";
+  read(store, object,
+       "<x><address>10.0.0.9</address><cost>many</cost><poll_interval>30</poll_interval></x>",
+       &store.err, message, sizeof message);
+  EXPECT_EQ(store.err, 22u);
+  EXPECT_NE(std::string(message).find("//x/cost"), std::string::npos) << message;
+  store.err = 0;
+  ip_address expected = ip_address_make_ipv4(0x0A000009);
+  EXPECT_EQ(
+      ip_address_compare(ospf_static_neighbor_address_get(store, 0, object, &store.err), &expected),
+      0);
+  EXPECT_EQ(ospf_static_neighbor_poll_interval_get_value(store, 0, object, &store.err), 0u);
+}
+
+TEST(Xml, AFailedElementEndsTheReadingAndKeepsTheElementsBeforeIt) {
+  Store store;
+  const Object<ospfv2_unknown_sub_tlv> tlv(store, types::ospfv2_unknown_sub_tlv);
+  read(store, tlv, "<x><value>1</value><value>300</value><value>2</value></x>", &store.err);
+  EXPECT_EQ(store.err, 22u);
+  store.err = 0;
+  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_len_get_value(store, 0, tlv, &store.err), 1u);
+}
+
+TEST(Xml, AFailureInsideAnEmbeddedStructureEndsTheWholeReading) {
+  Store store;
+  const Object<ospf_interface> object(store, types::ospf_interface);
+  read(store, object,
+       "<x><multi_area_val><cost>-1</cost></multi_area_val><hello_timer>5</hello_timer></x>",
+       &store.err);
+  EXPECT_EQ(store.err, 22u);
+  store.err = 0;
+  EXPECT_EQ(ospf_interface_hello_timer_get_value(store, 0, object, &store.err), 0u);
+}
+
+TEST(Xml, WithoutMemoryForATemporaryElementTheReadingEndsWith12) {
+  Store store;
+  const Object<ospfv2_network> network(store, types::ospfv2_network);
+  store.fail_allocation(0);
+  read(store, network, "<x><attached_router>7</attached_router></x>", &store.err);
+  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.last_error(), 12);
+}
+
+TEST(Xml, AnArrayThatCannotTakeItsElementEndsTheReading) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  const Object<ospfv2_network> network(store.another_handle({}), types::ospfv2_network);
+  read(store, network, "<x><attached_router>7</attached_router></x>", &store.err);
+  EXPECT_EQ(store.err, 22u);
+}
+
+TEST(Xml, AnEnumerationWithoutAKnownMemberKeepsItsValue) {
+  Store store;
+  const Object<ospf_interface> object(store, types::ospf_interface);
+  ospf_interface_network_type_set_value(store, 0, object, 3, &store.err);
+  read(store, object, "<x><network_type><CAROUSEL/></network_type></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(ospf_interface_network_type_get_value(store, 0, object, &store.err), 3u);
+  read(store, object, "<x><network_type><NON_BROADCAST/></network_type></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(ospf_interface_network_type_get_value(store, 0, object, &store.err), 1u);
+}
+
+TEST(Xml, ReadingAFlagSetOnlyAddsBits) {
+  Store store;
+  const Object<ospfv2_header> object(store, types::ospfv2_header);
+  ospfv2_header_flag_options_set_value(store, 0, object, 1, &store.err);
+  read(store, object, "<x><flag_options><LSA_FLAG_OPTIONS_E/></flag_options></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(ospfv2_header_flag_options_get_value(store, 0, object, &store.err), 9u);
+}
+
+TEST(Xml, ASelectedArmIsAnnouncedMadeAndRead) {
+  Store store;
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  WriteWatch watch(store);
+  read(store, choice,
+       "<x><auth_type_selection><OSPF_AUTH_TRAILER_KEY/></auth_type_selection>"
+       "<auth_type_selection-sa>no</auth_type_selection-sa>"
+       "<auth_type_selection-key_string>key</auth_type_selection-key_string>"
+       "<auth_type_selection-crypto_algorithm_val><md5>true</md5><sha_1>true</sha_1>"
+       "</auth_type_selection-crypto_algorithm_val></x>",
+       &store.err);
+  EXPECT_EQ(store.err, 0u);
+  const void *slot = &field<void *>(choice, types::ospf_authentication, "key_string");
+  const auto writes = watch.writes();
+  EXPECT_EQ(
+      std::count_if(writes.begin(), writes.end(),
+                    [&](const auto &range) { return range.address == slot && range.length == 8; }),
+      1);
+  EXPECT_STREQ(kelp_vstring_text(ospf_authentication_key_string_get(store, 0, choice, &store.err)),
+               "key");
+  EXPECT_EQ(ospf_authentication_sa_get(store, 0, choice, &store.err), nullptr);
+  auto *algorithm = ospf_authentication_crypto_algorithm_val_get(store, 0, choice, &store.err);
+  ASSERT_NE(algorithm, nullptr);
+  EXPECT_EQ(ospf_crypto_algorithm_md5_get_value(store, 0, algorithm, &store.err), 1u);
+  EXPECT_EQ(ospf_crypto_algorithm_sha_1_get_value(store, 0, algorithm, &store.err), 1u);
+  const std::string text = xml_of(store, choice, &store.err);
+  EXPECT_NE(text.find("<md5>true</md5><sha_1>true</sha_1>"), std::string::npos);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(Xml, ASelectedArmWithoutAnElementIsMadeAndStaysEmpty) {
+  Store store;
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  read(store, choice, "<x><auth_type_selection><OSPF_AUTH_TYPE_NONE/></auth_type_selection></x>",
+       &store.err);
+  EXPECT_EQ(store.err, 0u);
+  const auto *arm = ospf_authentication_no_auth_get(store, 0, choice, &store.err);
+  ASSERT_NE(arm, nullptr);
+  EXPECT_EQ(*arm, 0u);
+}
+
+TEST(Xml, AnArmThatWasThereIsForgotten) {
+  Store store({.may_leave = 2});
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  kelp_vstring *before = text_arm(store, "old");
+  ospf_authentication_sa_set(store, 0, choice, before, &store.err);
+  read(store, choice, "<x><auth_type_selection-sa>new</auth_type_selection-sa></x>", &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_STREQ(kelp_vstring_text(before), "old");
+  EXPECT_STREQ(kelp_vstring_text(ospf_authentication_sa_get(store, 0, choice, &store.err)), "new");
+  kelp_vstring_destroy_internal(store, 0, before, 1);
+}
+
+TEST(Xml, WithoutMemoryForAnArmTheReadingEndsWith12) {
+  Store store;
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  store.fail_allocation(0);
+  read(store, choice, "<x><auth_type_selection-sa>new</auth_type_selection-sa></x>", &store.err);
+  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(field<void *>(choice, types::ospf_authentication, "sa"), nullptr);
+}
+
+TEST(Xml, OnlyTheReaderOfTheChoiceRegistersTheTrace) {
+  Store store;
+  const Object<ospf_authentication> choice(store, types::ospf_authentication);
+  const Object<ospf_area> area(store, types::ospf_area);
+  CallLog calls;
+  read(store, area, "<x/>", &store.err);
+  EXPECT_EQ(calls.count("xlog_module_init_fn"), 0u);
+  read(store, choice, "<x/>", &store.err);
+  EXPECT_EQ(calls.count("xlog_module_init_fn"), 1u);
+}
+
+TEST(Xml, APathBeyond255BytesIsCutWithoutAMessage) {
+  for (const bool fits : {true, false}) {
+    Store store;
+    const Object<ospfv2_topology> object(store, types::ospfv2_topology);
+    const std::string tag(fits ? 247 : 248, 'a');
+    const Document document("<" + tag + "><mt_id>7</mt_id><mt_i>8</mt_i></" + tag + ">");
+    char message[64] = "unchanged";
+    ospfv2_topology_from_xml(store, 0, ("//" + tag).c_str(), document, object, &store.err, message,
+                             sizeof message);
+    EXPECT_EQ(store.err, 0u);
+    EXPECT_STREQ(message, "unchanged");
+    EXPECT_EQ(ospfv2_topology_mt_id_get_value(store, 0, object, &store.err), fits ? 7u : 8u);
+  }
+}
+
+// XML carries no variants.
+void copy_variants(const void *source, void *destination, const Structure &type) {
+  header(destination).variant = static_cast<const kelp_object_header *>(source)->variant;
+  for (const Field *field : type.fields) {
+    if (field->kind != Kind::structure) continue;
+    const std::uint32_t at = harbor::model::offset(type, *field);
+    copy_variants(static_cast<const std::uint8_t *>(source) + at,
+                  static_cast<std::uint8_t *>(destination) + at, *field->structure);
+  }
+}
+
+TEST(Xml, WhatIsWrittenIsReadBackForEveryStructure) {
+  for (const Structure *type : harbor::model::structures) {
+    Store store;
+    const Object<> object(store, *type);
+    const Object<> copy(store, *type);
+    Filler(store, 7).fill(object, *type);
+    const std::string text = xml_of(store, object, &store.err);
+    ASSERT_EQ(store.err, 0u) << type->name;
+    read(store, copy, text, &store.err);
+    EXPECT_EQ(store.err, 0u) << type->name << " " << text;
+    copy_variants(object, copy, *type);
+    EXPECT_EQ(xml_of(store, copy, &store.err), text) << type->name;
+    EXPECT_EQ(store.err, 0u) << type->name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,418 @@
+#include <kelp/hash.h>
+
+#include <climits>
+#include <cstring>
+
+#include "types/light_family.hpp"
+
+namespace {
+
+using harness::CallLog;
+using harness::Store;
+using harness::WriteWatch;
+using light::Place;
+
+constexpr std::uint32_t space = 7;
+
+// The operations on values that all five enumerations have.
+struct Values {
+  explicit Values(const harbor::model::Enumeration &enumeration)
+      : type(enumeration),
+        name(enumeration.name),
+        compare(light::operation<std::int32_t(const void *, const void *)>(name, "compare")),
+        hash(light::operation<std::uint32_t(const void *, std::uint32_t)>(name, "hash")),
+        get(light::operation<void *(kelp_handle *, std::uint32_t, void *)>(name, "get")),
+        get_value(light::operation<std::uint32_t(kelp_handle *, std::uint32_t, const void *,
+                                                 std::uint32_t *)>(name, "get_value")),
+        set(light::operation<void(kelp_handle *, std::uint32_t, void *, const void *,
+                                  std::uint32_t *)>(name, "set")),
+        set_value(light::operation<void(kelp_handle *, std::uint32_t, void *, std::uint32_t,
+                                        std::uint32_t *)>(name, "set_value")),
+        is_valid_cr(
+            light::operation<std::uint32_t(kelp_handle *, std::int32_t)>(name, "is_valid_cr")),
+        to_user(light::operation<std::uint32_t(std::uint32_t)>(name, "map_to_user_value")),
+        to_internal(light::operation<std::uint32_t(std::uint32_t)>(name, "map_to_internal_value")),
+        life(name, true) {}
+
+  const harbor::model::Enumeration &type;
+  std::string name;
+  std::int32_t (*compare)(const void *, const void *);
+  std::uint32_t (*hash)(const void *, std::uint32_t);
+  void *(*get)(kelp_handle *, std::uint32_t, void *);
+  std::uint32_t (*get_value)(kelp_handle *, std::uint32_t, const void *, std::uint32_t *);
+  void (*set)(kelp_handle *, std::uint32_t, void *, const void *, std::uint32_t *);
+  void (*set_value)(kelp_handle *, std::uint32_t, void *, std::uint32_t, std::uint32_t *);
+  std::uint32_t (*is_valid_cr)(kelp_handle *, std::int32_t);
+  std::uint32_t (*to_user)(std::uint32_t);
+  std::uint32_t (*to_internal)(std::uint32_t);
+  light::Family life;
+};
+
+std::vector<Values> all() {
+  std::vector<Values> result;
+  for (const auto *type : harbor::model::all_enumerations) result.emplace_back(*type);
+  return result;
+}
+
+TEST(EnumerationExports, AreTheThirtyTwoThatAreNamed) {
+  const std::vector<std::string> suffixes{"variant_data_index_cap",
+                                          "get_luid",
+                                          "adjust_variant",
+                                          "create",
+                                          "create_internal",
+                                          "create_cr",
+                                          "initialize",
+                                          "set_instance_embedded",
+                                          "destroy",
+                                          "destroy_internal",
+                                          "destroy_cr",
+                                          "sizeof",
+                                          "get_oid_count",
+                                          "get_object_references",
+                                          "map_to_user_value",
+                                          "map_to_internal_value",
+                                          "compare",
+                                          "hash",
+                                          "len",
+                                          "len_cr",
+                                          "get",
+                                          "get_value",
+                                          "set",
+                                          "set_value",
+                                          "marshal",
+                                          "unmarshal",
+                                          "print",
+                                          "print_cr",
+                                          "to_xml",
+                                          "toxml_cr",
+                                          "from_xml",
+                                          "is_valid_cr"};
+  ASSERT_EQ(suffixes.size(), 32u);
+  for (const auto *type : harbor::model::all_enumerations) {
+    for (const std::string &suffix : suffixes) {
+      EXPECT_TRUE(harness::is_exported(std::string(type->name) + "_" + suffix)) << suffix;
+    }
+  }
+}
+
+TEST(EnumerationCompare, PutsNullBelowAll) {
+  Store store;
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    void *object = values.life.create(store, space);
+    EXPECT_EQ(values.compare(nullptr, nullptr), 0);
+    EXPECT_EQ(values.compare(nullptr, object), -1);
+    EXPECT_EQ(values.compare(object, nullptr), 1);
+    values.life.destroy(store, space, object);
+  }
+}
+
+TEST(EnumerationCompare, IsADifferenceThatWraps) {
+  harbor::EnumerationObject a{};
+  harbor::EnumerationObject b{};
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    a.value = 7;
+    b.value = 2;
+    EXPECT_EQ(values.compare(&a, &b), 5);
+    EXPECT_EQ(values.compare(&b, &a), -5);
+    EXPECT_EQ(values.compare(&a, &a), 0);
+    a.value = 0x80000000u;
+    b.value = 0;
+    EXPECT_EQ(values.compare(&a, &b), INT_MIN);
+    EXPECT_EQ(values.compare(&b, &a), INT_MIN);
+  }
+}
+
+TEST(EnumerationHash, TakesTheFourBytesOfTheHeldValue) {
+  harbor::EnumerationObject object{};
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    for (std::uint32_t value : {0u, 1u, 8u, 0xFFFFFFFFu}) {
+      object.value = value;
+      EXPECT_EQ(values.hash(&object, 99), SuperFastHash(&value, 4, 99));
+    }
+    EXPECT_EQ(values.hash(nullptr, 99), 99u) << "null gives the seed";
+  }
+}
+
+TEST(EnumerationMapping, IsTheValueItselfButForTheNeighbourState) {
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    for (std::uint32_t value : {0u, 1u, 5u, 8u, 9u, 0xFFFFFFFFu}) {
+      EXPECT_EQ(values.to_user(value), value);
+      const bool shifted = values.name == "nbr_state_type" && value >= 1 && value <= 8;
+      EXPECT_EQ(values.to_internal(value), shifted ? value - 1 : value);
+    }
+  }
+}
+
+TEST(EnumerationGet, GivesTheObject) {
+  Store store;
+  int anything = 0;
+  for (const Values &values : all()) {
+    EXPECT_EQ(values.get(store, space, &anything), &anything);
+    EXPECT_EQ(values.get(store, space, nullptr), nullptr);
+  }
+}
+
+TEST(EnumerationGetValue, GivesTheValueAndClearsTheLastError) {
+  Store store;
+  harbor::EnumerationObject object{};
+  object.value = 123;
+  for (const Values &values : all()) {
+    kelp_store_err(store, 9);
+    EXPECT_EQ(values.get_value(store, space, &object, &store.err), 123u);
+    EXPECT_EQ(store.last_error(), 0);
+  }
+}
+
+TEST(EnumerationGetValue, OfNullFailsOnce) {
+  Store store;
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    store.err = 0;
+    CallLog calls;
+    EXPECT_EQ(values.get_value(store, space, nullptr, &store.err), 0u);
+    EXPECT_EQ(store.err, 22u);
+    EXPECT_EQ(calls.calls(), (std::vector<std::string>{"kelp_clear_last_error", "kelp_store_err"}));
+    EXPECT_EQ(store.last_error(), 22);
+  }
+}
+
+TEST(EnumerationOperations, LeaveAllAloneUnderAnEarlierFailure) {
+  Store store;
+  kelp_store_err(store, 9);
+  store.err = 5;
+  harbor::EnumerationObject object{};
+  object.value = 1;
+  harbor::EnumerationObject source{};
+  CallLog calls(store);
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    EXPECT_EQ(values.get_value(store, space, &object, &store.err), 0u);
+    values.set(store, space, &object, &source, &store.err);
+    values.set_value(store, space, &object, 0, &store.err);
+  }
+  EXPECT_TRUE(calls.calls().empty());
+  EXPECT_EQ(object.value, 1u);
+  EXPECT_EQ(store.err, 5u);
+  EXPECT_EQ(store.last_error(), 9);
+}
+
+TEST(EnumerationSetValue, StoresFourAnnouncedBytes) {
+  Store store;
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    void *object = values.life.create(store, space);
+    for (const auto &member : values.type.members) {
+      WriteWatch watch(store);
+      values.set_value(store, space, object, member.value, &store.err);
+      EXPECT_EQ(store.err, 0u) << member.name;
+      EXPECT_EQ(light::enumeration(object)->value, member.value);
+      EXPECT_EQ(light::places(watch.writes(), object), (std::vector<Place>{{12, 4}}));
+    }
+    values.life.destroy(store, space, object);
+  }
+}
+
+TEST(EnumerationSetValue, RefusesWhatTheVariantDoesNotKnowWithoutStoringAnError) {
+  Store store;
+  const auto refusal = light::refusal(store);
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    void *object = values.life.create(store, space);
+    const std::uint32_t held = values.type.members.front().value;
+    light::enumeration(object)->value = held;
+    for (std::uint32_t value : {values.type.members.back().value + 1, 0xFFFFFFFFu}) {
+      CallLog calls;
+      WriteWatch watch(store);
+      store.err = 0;
+      values.set_value(store, space, object, value, &store.err);
+      EXPECT_EQ(store.err, 43u) << value;
+      EXPECT_EQ(light::enumeration(object)->value, held);
+      EXPECT_TRUE(watch.writes().empty());
+      EXPECT_EQ(light::stored(calls), refusal);
+    }
+    values.life.destroy(store, space, object);
+  }
+}
+
+TEST(EnumerationSetValue, AcceptsAnyValueAtAVariantAboveTheLimits) {
+  Store store;
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    void *object = values.life.create(store, space);
+    light::header(object)->variant = 2;
+    values.set_value(store, space, object, 0xFFFFFFFF, &store.err);
+    EXPECT_EQ(store.err, 0u);
+    EXPECT_EQ(light::enumeration(object)->value, 0xFFFFFFFFu);
+    values.life.destroy(store, space, object);
+  }
+}
+
+TEST(EnumerationSetValue, AdjustsTheObjectFirst) {
+  Store store;
+  store.set_variant("ospf_auth_type", 0);
+  ospf_auth_type *object = ospf_auth_type_create(store, space);
+  store.set_variant("ospf_auth_type", 1);
+  CallLog calls;
+  ospf_auth_type_set_value(store, space, object, OSPF_AUTH_TYPE_NONE, &store.err);
+  EXPECT_EQ(
+      calls.only({"kelp_clear_last_error", "kelplib_adjust_variant", "kelp_get_instance_variant"}),
+      (std::vector<std::string>{"kelp_clear_last_error", "kelplib_adjust_variant",
+                                "kelp_get_instance_variant"}));
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(light::enumeration(object)->value, 3u);
+  EXPECT_EQ(light::header(object)->variant, 1);
+  ospf_auth_type_destroy(store, space, object);
+}
+
+TEST(EnumerationSetValue, AddressFamilyTakesOneAndRefusesTwo) {
+  Store store;
+  address_family *object = address_family_create(store, space);
+  address_family_set_value(store, space, object, 2, &store.err);
+  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(light::enumeration(object)->value, 0u);
+  store.err = 0;
+  address_family_set_value(store, space, object, 1, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(light::enumeration(object)->value, 1u);
+  address_family_destroy(store, space, object);
+}
+
+TEST(EnumerationSetValue, AuthTypeNoneNeedsVariantOne) {
+  Store store;
+  store.set_variant("ospf_auth_type", 0);
+  ospf_auth_type *object = ospf_auth_type_create(store, space);
+  ospf_auth_type_set_value(store, space, object, 3, &store.err);
+  EXPECT_EQ(store.err, 43u);
+  store.err = 0;
+  light::header(object)->variant = 1;
+  ospf_auth_type_set_value(store, space, object, 3, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(light::enumeration(object)->value, 3u);
+  ospf_auth_type_set_value(store, space, object, 4, &store.err);
+  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(light::enumeration(object)->value, 3u);
+  ospf_auth_type_destroy(store, space, object);
+}
+
+TEST(EnumerationSetValue, NeighbourStateTakesTheUnnamedZeroAndRefusesNine) {
+  Store store;
+  nbr_state_type *object = nbr_state_type_create(store, space);
+  light::enumeration(object)->value = 4;
+  nbr_state_type_set_value(store, space, object, 0, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(light::enumeration(object)->value, 0u);
+  nbr_state_type_set_value(store, space, object, 8, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  nbr_state_type_set_value(store, space, object, 9, &store.err);
+  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(light::enumeration(object)->value, 8u);
+  nbr_state_type_destroy(store, space, object);
+}
+
+TEST(EnumerationSet, CopiesTheHeaderToo) {
+  Store store;
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    void *destination = values.life.create(store, space);
+    harbor::EnumerationObject source{};
+    source.tinfo = values.life.record;
+    source.variant = -2;
+    source.created_variant = 5;
+    source.obj_flags = OBJ_NESTED;
+    source.value = values.type.members.front().value;
+    WriteWatch watch(store);
+    values.set(store, space, destination, &source, &store.err);
+    EXPECT_EQ(light::places(watch.writes(), destination), (std::vector<Place>{{0, 16}}));
+    EXPECT_EQ(std::memcmp(destination, &source, 16), 0);
+    EXPECT_EQ(store.err, 0u);
+    light::header(destination)->variant = 0;
+    values.life.destroy(store, space, destination);
+  }
+}
+
+TEST(EnumerationSet, RefusesByTheDestinationsVariantAndLeavesItAlone) {
+  Store store;
+  const auto refusal = light::refusal(store);
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    void *destination = values.life.create(store, space);
+    std::vector<std::uint8_t> before(16);
+    std::memcpy(before.data(), destination, 16);
+    harbor::EnumerationObject source{};
+    source.tinfo = values.life.record;
+    source.variant = 9;
+    source.value = values.type.members.back().value + 1;
+    store.err = 0;
+    CallLog calls(store);
+    values.set(store, space, destination, &source, &store.err);
+    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(calls.count("write_notify"), 0u);
+    EXPECT_EQ(light::stored(calls), refusal);
+    EXPECT_EQ(std::memcmp(destination, before.data(), 16), 0);
+    values.life.destroy(store, space, destination);
+  }
+}
+
+TEST(EnumerationSet, OntoItselfKeepsTheObject) {
+  Store store;
+  address_family *object = address_family_create(store, space);
+  light::enumeration(object)->value = 1;
+  address_family_set(store, space, object, object, &store.err);
+  EXPECT_EQ(light::enumeration(object)->value, 1u);
+  EXPECT_EQ(light::header(object)->tinfo, &_address_family_type_info_internal);
+  address_family_destroy(store, space, object);
+}
+
+TEST(EnumerationIsValid, FollowsTheDomainsVariant) {
+  Store store;
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    store.set_variant(values.name.c_str(), 0);
+    const auto limit =
+        static_cast<std::int32_t>(values.type.limits[0]) + (values.type.has_internal_range ? 1 : 0);
+    EXPECT_EQ(values.is_valid_cr(store, limit - 1), 1u);
+    EXPECT_EQ(values.is_valid_cr(store, limit), 0u);
+    store.set_variant(values.name.c_str(), 1);
+    EXPECT_EQ(values.is_valid_cr(store, limit), 1u);
+  }
+  EXPECT_EQ(store.handle()->cr_err, 0u);
+}
+
+TEST(EnumerationIsValid, AuthTypeFourNeedsAVariantThatTheTypeDoesNotHave) {
+  Store store;
+  store.set_variant("ospf_auth_type", 0);
+  EXPECT_EQ(ospf_auth_type_is_valid_cr(store, 2), 1u);
+  EXPECT_EQ(ospf_auth_type_is_valid_cr(store, 3), 0u);
+  store.set_variant("ospf_auth_type", 1);
+  EXPECT_EQ(ospf_auth_type_is_valid_cr(store, 3), 1u);
+  EXPECT_EQ(ospf_auth_type_is_valid_cr(store, 4), 0u);
+  store.set_variant("ospf_auth_type", 2);
+  EXPECT_EQ(ospf_auth_type_is_valid_cr(store, 4), 1u);
+}
+
+TEST(EnumerationIsValid, CountsNegativeValuesAsValidThoughSetRefusesThem) {
+  Store store;
+  for (const Values &values : all()) {
+    SCOPED_TRACE(values.name);
+    EXPECT_EQ(values.is_valid_cr(store, -1), 1u);
+    EXPECT_EQ(values.is_valid_cr(store, INT_MIN), 1u);
+    void *object = values.life.create(store, space);
+    store.err = 0;
+    values.set_value(store, space, object, 0xFFFFFFFF, &store.err);
+    EXPECT_EQ(store.err, 43u);
+    values.life.destroy(store, space, object);
+  }
+}
+
+TEST(EnumerationIsValid, LeavesALookupFailureInTheChain) {
+  Store store;
+  ASSERT_EQ(kelp_handle_fail_variant(store, "address_family", 5, nullptr), 0);
+  EXPECT_EQ(address_family_is_valid_cr(store, 1), 1u);
+  EXPECT_EQ(store.handle()->cr_err, 5u);
+}
+
+}  // namespace

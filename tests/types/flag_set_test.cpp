@@ -1,0 +1,367 @@
+#include <kelp/hash.h>
+
+#include <cstring>
+
+#include "types/light_family.hpp"
+
+namespace {
+
+using harness::CallLog;
+using harness::Store;
+using harness::WriteWatch;
+using light::Place;
+
+constexpr std::uint32_t space = 7;
+
+// The operations on bits that all four flag sets have.
+struct Bits {
+  explicit Bits(const harbor::model::FlagSet &flag_set)
+      : name(flag_set.name),
+        count(static_cast<std::uint32_t>(flag_set.members.size())),
+        get(light::operation<void *(kelp_handle *, std::uint32_t, void *)>(name, "get")),
+        in_range(light::operation<std::uint32_t(std::uint32_t)>(name, "in_range")),
+        compare(light::operation<std::int32_t(const void *, const void *)>(name, "compare")),
+        hash(light::operation<std::uint32_t(const void *, std::uint32_t)>(name, "hash")),
+        get_value(
+            light::operation<std::uint32_t(kelp_handle *, std::uint32_t, const void *,
+                                           std::uint32_t, std::uint32_t *)>(name, "get_value")),
+        get_cr(light::operation<std::uint32_t(kelp_handle *, const void *, std::uint32_t)>(
+            name, "get_cr")),
+        set(light::operation<void(kelp_handle *, std::uint32_t, void *, const void *,
+                                  std::uint32_t *)>(name, "set")),
+        set_value(light::operation<void(kelp_handle *, std::uint32_t, void *, std::uint32_t,
+                                        std::uint32_t, std::uint32_t *)>(name, "set_value")),
+        set_cr(light::operation<std::uint32_t(kelp_handle *, void *, std::uint32_t, std::uint32_t)>(
+            name, "set_cr")),
+        is_valid_cr(
+            light::operation<std::uint32_t(kelp_handle *, std::uint32_t)>(name, "is_valid_cr")),
+        life(name, false) {}
+
+  std::string name;
+  std::uint32_t count;
+  void *(*get)(kelp_handle *, std::uint32_t, void *);
+  std::uint32_t (*in_range)(std::uint32_t);
+  std::int32_t (*compare)(const void *, const void *);
+  std::uint32_t (*hash)(const void *, std::uint32_t);
+  std::uint32_t (*get_value)(kelp_handle *, std::uint32_t, const void *, std::uint32_t,
+                             std::uint32_t *);
+  std::uint32_t (*get_cr)(kelp_handle *, const void *, std::uint32_t);
+  void (*set)(kelp_handle *, std::uint32_t, void *, const void *, std::uint32_t *);
+  void (*set_value)(kelp_handle *, std::uint32_t, void *, std::uint32_t, std::uint32_t,
+                    std::uint32_t *);
+  std::uint32_t (*set_cr)(kelp_handle *, void *, std::uint32_t, std::uint32_t);
+  std::uint32_t (*is_valid_cr)(kelp_handle *, std::uint32_t);
+  light::Family life;
+};
+
+std::vector<Bits> all() {
+  std::vector<Bits> result;
+  for (const auto *type : harbor::model::all_flag_sets) result.emplace_back(*type);
+  return result;
+}
+
+TEST(FlagSetExports, AreTheThirtyThreeThatAreNamed) {
+  const std::vector<std::string> suffixes{"variant_data_index_cap",
+                                          "get_luid",
+                                          "adjust_variant",
+                                          "create",
+                                          "create_internal",
+                                          "create_cr",
+                                          "initialize",
+                                          "set_instance_embedded",
+                                          "destroy",
+                                          "destroy_internal",
+                                          "destroy_cr",
+                                          "sizeof",
+                                          "get_oid_count",
+                                          "get_object_references",
+                                          "get",
+                                          "in_range",
+                                          "compare",
+                                          "hash",
+                                          "len",
+                                          "len_cr",
+                                          "get_value",
+                                          "get_cr",
+                                          "set",
+                                          "set_value",
+                                          "set_cr",
+                                          "marshal",
+                                          "unmarshal",
+                                          "print",
+                                          "print_cr",
+                                          "to_xml",
+                                          "toxml_cr",
+                                          "from_xml",
+                                          "is_valid_cr"};
+  ASSERT_EQ(suffixes.size(), 33u);
+  for (const auto *type : harbor::model::all_flag_sets) {
+    const std::string name(type->name);
+    for (const std::string &suffix : suffixes) {
+      EXPECT_TRUE(harness::is_exported(name + "_" + suffix)) << name << " " << suffix;
+    }
+    EXPECT_FALSE(harness::is_exported(name + "_map_to_user_value"));
+    EXPECT_FALSE(harness::is_exported(name + "_map_to_internal_value"));
+  }
+}
+
+TEST(FlagSetInRange, EndsAtTheLastNamedBit) {
+  const std::vector<std::uint32_t> counts{8, 3, 6, 4};
+  std::size_t at = 0;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    EXPECT_EQ(bits.count, counts[at++]);
+    EXPECT_EQ(bits.in_range(0), 1u);
+    EXPECT_EQ(bits.in_range(bits.count - 1), 1u);
+    EXPECT_EQ(bits.in_range(bits.count), 0u);
+    EXPECT_EQ(bits.in_range(0xFFFFFFFF), 0u);
+  }
+}
+
+TEST(FlagSetCompare, TakesBytesAsUnsignedAndPutsNullBelowAll) {
+  harbor::FlagObject a{};
+  harbor::FlagObject b{};
+  a.flags = 0x80;
+  b.flags = 0x01;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    EXPECT_EQ(bits.compare(&a, &b), 0x7F);
+    EXPECT_EQ(bits.compare(&b, &a), -0x7F);
+    EXPECT_EQ(bits.compare(&a, &a), 0);
+    EXPECT_EQ(bits.compare(nullptr, nullptr), 0);
+    EXPECT_EQ(bits.compare(nullptr, &b), -1);
+    EXPECT_EQ(bits.compare(&b, nullptr), 1);
+  }
+}
+
+TEST(FlagSetHash, TakesTheOneByte) {
+  harbor::FlagObject object{};
+  object.flags = 0xA5;
+  const std::uint8_t byte = 0xA5;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    EXPECT_EQ(bits.hash(&object, 99), SuperFastHash(&byte, 1, 99));
+    EXPECT_EQ(bits.hash(nullptr, 99), 99u);
+  }
+}
+
+TEST(FlagSetGet, GivesTheObject) {
+  Store store;
+  int anything = 0;
+  for (const Bits &bits : all()) EXPECT_EQ(bits.get(store, space, &anything), &anything);
+}
+
+TEST(FlagSetGetValue, GivesTheMaskAndSpreadsTheSignOfBitSeven) {
+  Store store;
+  harbor::FlagObject object{};
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    for (std::uint32_t bit = 0; bit < bits.count; ++bit) {
+      object.flags = static_cast<std::uint8_t>(1u << bit);
+      const std::uint32_t mask = bit == 7 ? 0xFFFFFF80u : 1u << bit;
+      EXPECT_EQ(bits.get_value(store, space, &object, bit, &store.err), mask);
+      EXPECT_EQ(bits.get_cr(store, &object, bit), mask);
+      object.flags = static_cast<std::uint8_t>(~object.flags);
+      EXPECT_EQ(bits.get_value(store, space, &object, bit, &store.err), 0u);
+      EXPECT_EQ(bits.get_cr(store, &object, bit), 0u);
+    }
+  }
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(store.handle()->cr_err, 0u);
+}
+
+TEST(FlagSetGetValue, DoesNotClearTheLastError) {
+  Store store;
+  kelp_store_err(store, 9);
+  harbor::FlagObject object{};
+  lsa_flag_options_get_value(store, space, reinterpret_cast<lsa_flag_options *>(&object), 0,
+                             &store.err);
+  EXPECT_EQ(store.last_error(), 9);
+}
+
+TEST(FlagSetGetValue, OfABitBeyondTheSetOrOfNullFails) {
+  Store store;
+  const auto refusal = light::refusal(store);
+  harbor::FlagObject object{};
+  object.flags = 0xFF;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    CallLog calls;
+    store.err = 0;
+    EXPECT_EQ(bits.get_value(store, space, &object, bits.count, &store.err), 0u);
+    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(light::stored(calls), refusal);
+    calls.clear();
+    store.err = 0;
+    EXPECT_EQ(bits.get_value(store, space, nullptr, 0, &store.err), 0u);
+    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(light::stored(calls), refusal);
+    store.handle()->cr_err = 0;
+    EXPECT_EQ(bits.get_cr(store, nullptr, 0), 0u);
+    EXPECT_EQ(store.handle()->cr_err, 43u);
+  }
+}
+
+TEST(FlagSetOperations, LeaveAllAloneUnderAnEarlierFailure) {
+  Store store;
+  kelp_store_err(store, 9);
+  store.err = 5;
+  store.handle()->cr_err = 6;
+  harbor::FlagObject object{};
+  object.flags = 0x01;
+  alignas(8) std::uint8_t source[24] = {};
+  CallLog calls(store);
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    EXPECT_EQ(bits.get_value(store, space, &object, 0, &store.err), 0u);
+    EXPECT_EQ(bits.get_cr(store, &object, 0), 0u);
+    bits.set(store, space, &object, source, &store.err);
+    bits.set_value(store, space, &object, 0, 0, &store.err);
+    EXPECT_EQ(bits.set_cr(store, &object, 0, 0), 6u);
+  }
+  EXPECT_TRUE(calls.calls().empty());
+  EXPECT_EQ(object.flags, 0x01);
+  EXPECT_EQ(store.err, 5u);
+  EXPECT_EQ(store.last_error(), 9);
+}
+
+TEST(FlagSetSetValue, ChangesOneAnnouncedByteAndKeepsTheOtherBits) {
+  Store store;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    void *object = bits.life.create(store, space);
+    for (std::uint32_t bit = 0; bit < bits.count; ++bit) {
+      const auto mask = static_cast<std::uint8_t>(1u << bit);
+      light::flags(object)->flags = static_cast<std::uint8_t>(~mask);
+      WriteWatch watch(store);
+      bits.set_value(store, space, object, bit, 2, &store.err);
+      EXPECT_EQ(light::flags(object)->flags, 0xFF);
+      bits.set_value(store, space, object, bit, 0, &store.err);
+      EXPECT_EQ(light::flags(object)->flags, static_cast<std::uint8_t>(~mask));
+      EXPECT_EQ(light::places(watch.writes(), object), (std::vector<Place>{{11, 1}, {11, 1}}));
+    }
+    bits.life.destroy(store, space, object);
+  }
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(FlagSetSetValue, ThatFillsBitSevenReadsBackAsTheSpreadSign) {
+  Store store;
+  lsa_flag_options *object = lsa_flag_options_create(store, space);
+  lsa_flag_options_set_value(store, space, object, LSA_FLAG_OPTIONS_AF, 1, &store.err);
+  EXPECT_EQ(lsa_flag_options_get_value(store, space, object, 7, &store.err), 0xFFFFFF80u);
+  lsa_flag_options_set_value(store, space, object, LSA_FLAG_OPTIONS_E, 1, &store.err);
+  EXPECT_EQ(lsa_flag_options_get_value(store, space, object, 3, &store.err), 8u);
+  lsa_flag_options_destroy(store, space, object);
+}
+
+TEST(FlagSetSetValue, OfABitBeyondTheSetFailsAtVariantZero) {
+  Store store;
+  const auto refusal = light::refusal(store);
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    void *object = bits.life.create(store, space);
+    CallLog calls(store);
+    store.err = 0;
+    bits.set_value(store, space, object, bits.count, 1, &store.err);
+    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(light::flags(object)->flags, 0);
+    EXPECT_EQ(calls.count("write_notify"), 0u);
+    EXPECT_EQ(light::stored(calls), refusal);
+    store.err = 0;
+    bits.set_value(store, space, nullptr, bits.count, 1, &store.err);
+    EXPECT_EQ(store.err, 43u) << "a null object is at variant 0";
+    bits.life.destroy(store, space, object);
+  }
+}
+
+TEST(FlagSetSetValue, OfABitBeyondTheSetIsSilentAtALaterVariant) {
+  Store store;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    void *object = bits.life.create(store, space);
+    light::header(object)->variant = 1;
+    CallLog calls(store);
+    bits.set_value(store, space, object, bits.count, 1, &store.err);
+    EXPECT_EQ(store.err, 0u);
+    EXPECT_EQ(light::flags(object)->flags, 0);
+    EXPECT_EQ(calls.count("write_notify"), 0u);
+    EXPECT_EQ(calls.count("kelp_store_epoch_err"), 0u);
+    bits.life.destroy(store, space, object);
+  }
+}
+
+TEST(FlagSetSetValue, OfANamedBitOfNullIsSilent) {
+  Store store;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    bits.set_value(store, space, nullptr, 0, 1, &store.err);
+    EXPECT_EQ(store.err, 0u);
+    EXPECT_EQ(store.last_error(), 0);
+  }
+}
+
+TEST(FlagSetSetValue, AsksForTheVariantOnlyForABitBeyondTheSet) {
+  Store store;
+  lsa_flag_options *object = lsa_flag_options_create(store, space);
+  CallLog calls;
+  lsa_flag_options_set_value(store, space, object, 0, 1, &store.err);
+  EXPECT_EQ(
+      calls.only({"kelp_clear_last_error", "kelplib_adjust_variant", "kelp_get_instance_variant"}),
+      (std::vector<std::string>{"kelp_clear_last_error", "kelplib_adjust_variant"}));
+  lsa_flag_options_destroy(store, space, object);
+}
+
+TEST(FlagSetSetCr, GivesTheChainsErrorAndWorksInItsSpace) {
+  Store store;
+  store.handle()->cr_space_id = 31;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    void *object = bits.life.create(store, space);
+    WriteWatch watch(store);
+    EXPECT_EQ(bits.set_cr(store, object, 1, 1), 0u);
+    EXPECT_EQ(light::flags(object)->flags, 2);
+    ASSERT_EQ(watch.writes().size(), 1u);
+    EXPECT_EQ(watch.writes()[0].space_id, 31u);
+    EXPECT_EQ(bits.set_cr(store, object, bits.count, 1), 43u);
+    store.handle()->cr_err = 0;
+    bits.life.destroy(store, space, object);
+  }
+}
+
+TEST(FlagSetSet, CopiesAllTwentyFourBytesAndLooksAtNoVariant) {
+  Store store;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    void *destination = bits.life.create(store, space);
+    alignas(8) std::uint8_t source[24];
+    for (std::size_t at = 0; at < sizeof(source); ++at) {
+      source[at] = static_cast<std::uint8_t>(0x30 + at);
+    }
+    light::header(source)->tinfo = bits.life.record;
+    CallLog calls;
+    WriteWatch watch(store);
+    bits.set(store, space, destination, source, &store.err);
+    EXPECT_EQ(calls.calls(), std::vector<std::string>{"kelp_clear_last_error"});
+    EXPECT_EQ(light::places(watch.all(), destination), (std::vector<Place>{{0, 24}}));
+    EXPECT_EQ(std::memcmp(destination, source, 24), 0);
+    light::header(destination)->variant = 0;
+    bits.life.destroy(store, space, destination);
+  }
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(FlagSetIsValid, RefusesABitBeyondTheSetAtVariantZeroOnly) {
+  Store store;
+  for (const Bits &bits : all()) {
+    SCOPED_TRACE(bits.name);
+    EXPECT_EQ(bits.is_valid_cr(store, bits.count - 1), 1u);
+    EXPECT_EQ(bits.is_valid_cr(store, bits.count), 0u);
+    EXPECT_EQ(bits.is_valid_cr(store, 0xFFFFFFFF), 0u);
+    store.set_variant(bits.name.c_str(), 1);
+    EXPECT_EQ(bits.is_valid_cr(store, bits.count), 1u);
+  }
+  EXPECT_EQ(store.handle()->cr_err, 0u);
+}
+
+}  // namespace

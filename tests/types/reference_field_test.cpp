@@ -1,0 +1,670 @@
+// By-reference fields: what a set counts, announces, traces and marks, and what the gets tell.
+#include <kelp/oid.h>
+
+#include <cstring>
+
+#include "harness/harness.hpp"
+#include "model/layout.hpp"
+#include "ospf_harbor_oper.h"
+
+namespace {
+
+using harness::CallLog;
+using harness::Store;
+using harness::StoreOptions;
+using harness::TraceLog;
+using harness::WriteWatch;
+namespace model = harbor::model;
+
+using Names = std::vector<std::string>;
+
+constexpr std::size_t interfaces_offset =
+    model::offset(model::types::ospf_area, model::fields::ospf_area::interfaces);
+constexpr std::size_t area_size = model::object_size(model::types::ospf_area);
+// Of the field's state byte, in the area behind the object.
+constexpr std::size_t interfaces_state = 1;
+
+// A table as the runtime knows it: memory of the database with the type's record.
+class Table {
+ public:
+  Table(Store &store, kelp_type_record &record) : store_(store) {
+    kelp_handle *handle = store;
+    table_ = static_cast<kelp_table *>(handle->obj_alloc(handle->obj_pool, 0, sizeof(kelp_table)));
+    std::memset(static_cast<void *>(table_), 0, sizeof(kelp_table));
+    table_->header.tinfo = &record;
+  }
+  ~Table() {
+    kelp_handle *handle = store_;
+    handle->obj_free(handle->obj_pool, 0, table_);
+  }
+  std::int64_t references() const { return kelp_handle_oid_references(store_, table_); }
+  kelp_table *get() const { return table_; }
+  template <typename Type>
+  operator Type *() const {
+    return reinterpret_cast<Type *>(table_);
+  }
+
+ private:
+  Store &store_;
+  kelp_table *table_;
+};
+
+// An area, whose first reference is to interfaces and whose second came with variant 1.
+class Area {
+ public:
+  explicit Area(StoreOptions options = {}) : store(options) { object = ospf_area_create(store, 0); }
+  ~Area() {
+    store.err = 0;
+    ospf_area_destroy(store, 0, object);
+  }
+  kelp_reference &interfaces() {
+    return *reinterpret_cast<kelp_reference *>(reinterpret_cast<char *>(object) +
+                                               interfaces_offset);
+  }
+  std::uint8_t &state() {
+    return *(reinterpret_cast<std::uint8_t *>(object) + area_size + interfaces_state);
+  }
+  void refer(tbl_ospf_interface_table *target) {
+    ospf_area_interfaces_set_by_ref(store, 0, object, target, &store.err);
+  }
+  tbl_ospf_interface_table *referred() {
+    return ospf_area_interfaces_get_by_ref(store, 0, object, &store.err);
+  }
+  void expect_failure(std::uint32_t code) {
+    EXPECT_EQ(store.err, code);
+    EXPECT_EQ(store.last_error(), static_cast<std::int32_t>(code));
+  }
+  // Gives the field the OID of nothing that the runtime knows.
+  void refer_to_nothing_known() {
+    interfaces().oid.handle_word = 4096;
+    for (std::uint8_t i = 0; i < 16; ++i) {
+      interfaces().oid.id[i] = static_cast<std::uint8_t>(i + 1);
+      interfaces().oid.source[i] = static_cast<std::uint8_t>(0xA0 + i);
+    }
+  }
+  void forget() { std::memset(&interfaces().oid, 0, sizeof(kelp_oid)); }
+
+  Store store;
+  ospf_area *object;
+};
+
+bool operator==(const kelp_oid &a, const kelp_oid &b) {
+  return std::memcmp(&a, &b, sizeof(a)) == 0;
+}
+
+constexpr char missing_entry[] =
+    "ospf_area interfaces set by ref: Could not get oid mapping entry using oid id";
+constexpr char missing_for_clear[] =
+    "ospf_area interfaces set by ref: Could not get oid id mapping for object "
+    "0102030405060708090a0b0c0d0e0f10/a0a1a2a3a4a5a6a7a8a9aaabacadaeaf";
+
+// --- get ----------------------------------------------------------------------------------------
+
+TEST(GetByRef, AFreshObjectRefersToNothingWithoutAnError) {
+  Area area;
+  CallLog calls;
+  EXPECT_EQ(area.referred(), nullptr);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(calls.count("kelp_oid_to_handle"), 0u);
+}
+
+TEST(GetByRef, GivesTheTableThatWasSet) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(table);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(area.referred(), static_cast<tbl_ospf_interface_table *>(table));
+  EXPECT_EQ(ospf_area_interfaces_get_by_ref_cr(area.store, area.object),
+            static_cast<tbl_ospf_interface_table *>(table));
+  area.refer(nullptr);
+}
+
+TEST(GetByRef, ATargetTypeChangedBehindTheFieldsBackIsInvalid) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(table);
+  kelp_type_record *const record = area.interfaces().target_type;
+  area.interfaces().target_type = &_tbl_ospf_area_table_type_info_internal;
+  EXPECT_EQ(area.referred(), nullptr);
+  area.expect_failure(22);
+  area.interfaces().target_type = record;
+  area.store.err = 0;
+  area.refer(nullptr);
+}
+
+TEST(GetByRef, UnderSharedRecordsTheRuntimesCopyIsExpected) {
+  Area area({.shared_tinfo = true});
+  kelp_handle *handle = area.store;
+  kelp_type_record *copy =
+      kelp_type_info_ptr_get(handle, 0, &_tbl_ospf_interface_table_type_info_internal,
+                             ospf_harbor_oper_typeinfo_initialize);
+  ASSERT_NE(copy, &_tbl_ospf_interface_table_type_info_internal);
+  EXPECT_EQ(area.interfaces().target_type, copy);
+  Table table(area.store, *copy);
+  area.refer(table);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(area.referred(), static_cast<tbl_ospf_interface_table *>(table));
+  area.interfaces().target_type = &_tbl_ospf_interface_table_type_info_internal;
+  EXPECT_EQ(area.referred(), nullptr);
+  area.expect_failure(22);
+  area.interfaces().target_type = copy;
+  area.store.err = 0;
+  area.refer(nullptr);
+}
+
+TEST(GetByRef, AnOidThatNamesNothingFailsAsTheRuntimeSays) {
+  Area area;
+  area.refer_to_nothing_known();
+  EXPECT_EQ(area.referred(), nullptr);
+  area.expect_failure(2);
+  area.forget();
+}
+
+TEST(GetByRef, AFieldOfALaterVariantIsRefused) {
+  Store store;
+  store.set_variant("ospf_area", 0);
+  ospf_area *area = ospf_area_create(store, 0);
+  EXPECT_EQ(ospf_area_area_scope_lsas_get_by_ref(store, 0, area, &store.err), nullptr);
+  EXPECT_EQ(store.err, 43u);
+  store.err = 0;
+  EXPECT_EQ(ospf_area_area_scope_lsas_get_by_ref_cr(store, area), nullptr);
+  EXPECT_EQ(store.handle()->cr_err, 43u);
+  store.handle()->cr_err = 0;
+  ospf_area_destroy(store, 0, area);
+}
+
+TEST(ByRef, AnErrorThatStandsIsLeftAlone) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  kelp_store_err(area.store, 5);
+  area.store.err = 5;
+  CallLog calls(area.store);
+  EXPECT_EQ(area.referred(), nullptr);
+  area.refer(table);
+  area.refer(nullptr);
+  EXPECT_TRUE(calls.calls().empty());
+  area.expect_failure(5);
+  EXPECT_EQ(area.interfaces().oid.handle_word, 0u);
+}
+
+// --- set ----------------------------------------------------------------------------------------
+
+TEST(SetByRef, TakesACountedReferenceAndMarksTheState) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(table);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(table.references(), 1);
+  EXPECT_EQ(area.state(), 2);
+  area.refer(nullptr);
+  EXPECT_EQ(table.references(), 0);
+}
+
+TEST(SetByRef, AnnouncesTheOidAsOneThenTheState) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  kelp_handle_to_oid(area.store, 0, table.get(), KELP_OID_KIND_TABLE, 0, &area.store.err);
+  WriteWatch watch(area.store);
+  ospf_area_interfaces_set_by_ref(area.store, 17, area.object, table, &area.store.err);
+  const auto writes = watch.writes();
+  ASSERT_EQ(writes.size(), 2u);
+  EXPECT_EQ(writes[0].offset_in(area.object), static_cast<std::ptrdiff_t>(interfaces_offset + 8));
+  EXPECT_EQ(writes[0].length, 40u);
+  EXPECT_EQ(writes[1].offset_in(area.object),
+            static_cast<std::ptrdiff_t>(area_size + interfaces_state));
+  EXPECT_EQ(writes[1].length, 1u);
+  for (const auto &write : writes) EXPECT_EQ(write.space_id, 17u);
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, TheSameTargetTwiceDropsTheEarlierReferenceFirst) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(table);
+  CallLog calls(area.store);
+  area.refer(table);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(table.references(), 1);
+  EXPECT_EQ(calls.only({"kelplib_oid_id_mapping_get", "kelplib_update_oid_ref_count",
+                        "write_notify", "kelp_handle_to_oid"}),
+            (Names{"kelplib_oid_id_mapping_get", "kelplib_update_oid_ref_count", "write_notify",
+                   "kelp_handle_to_oid"}));
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, AnotherTargetTakesOverTheReference) {
+  Area area;
+  Table first(area.store, _tbl_ospf_interface_table_type_info_internal);
+  Table second(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(first);
+  area.refer(second);
+  EXPECT_EQ(first.references(), 0);
+  EXPECT_EQ(second.references(), 1);
+  EXPECT_EQ(area.referred(), static_cast<tbl_ospf_interface_table *>(second));
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, ATargetOfAnotherTypeIsInvalidAndTheOldReferenceStays) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  Table other(area.store, _tbl_ospf_area_table_type_info_internal);
+  area.refer(table);
+  area.state() = 0;
+  const kelp_oid before = area.interfaces().oid;
+  TraceLog trace;
+  area.refer(other);
+  area.expect_failure(22);
+  EXPECT_TRUE(trace.empty());
+  EXPECT_TRUE(area.interfaces().oid == before);
+  EXPECT_EQ(table.references(), 1);
+  EXPECT_EQ(other.references(), -1);
+  EXPECT_EQ(area.state(), 0);
+  area.store.err = 0;
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, ATargetInsideAnotherObjectIsNotPermitted) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  table.get()->header.obj_flags |= OBJ_NESTED;
+  TraceLog trace;
+  area.refer(table);
+  area.expect_failure(1);
+  EXPECT_EQ(trace.texts(),
+            (Names{"ospf_area interfaces set by ref: Cannot set reference to this object"}));
+  EXPECT_TRUE(trace.has(3, trace.texts().front()));
+  EXPECT_EQ(area.interfaces().oid.handle_word, 0u);
+  EXPECT_EQ(table.references(), -1);
+}
+
+TEST(SetByRef, AnEmbeddedTargetIsPermitted) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  table.get()->header.obj_flags |= OBJ_EMBEDDED;
+  area.refer(table);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(table.references(), 1);
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, NullOnAnEmptyFieldMovesNoCountAndStillAnnouncesTheOid) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  WriteWatch watch(area.store);
+  CallLog calls;
+  area.refer(nullptr);
+  EXPECT_EQ(area.store.err, 0u);
+  ASSERT_EQ(watch.writes().size(), 1u);
+  EXPECT_EQ(watch.writes()[0].offset_in(area.object),
+            static_cast<std::ptrdiff_t>(interfaces_offset + 8));
+  EXPECT_EQ(watch.writes()[0].length, 40u);
+  EXPECT_EQ(calls.count("kelplib_oid_id_mapping_get"), 0u);
+  EXPECT_EQ(calls.count("kelplib_update_oid_ref_count"), 0u);
+  EXPECT_EQ(area.state(), 0);
+}
+
+TEST(SetByRef, NullEmptiesTheFieldAndMarksNoState) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(table);
+  area.state() = 0;
+  area.refer(nullptr);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(table.references(), 0);
+  EXPECT_TRUE(area.interfaces().oid == kelp_oid{});
+  EXPECT_EQ(area.interfaces().target_type, &_tbl_ospf_interface_table_type_info_internal);
+  EXPECT_EQ(area.state(), 0);
+}
+
+TEST(SetByRef, NullOverATargetThatIsGoneTellsItsOidAndEmptiesTheField) {
+  Area area;
+  area.refer_to_nothing_known();
+  TraceLog trace;
+  area.refer(nullptr);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(trace.texts(), (Names{missing_for_clear}));
+  EXPECT_TRUE(trace.has(6, missing_for_clear));
+  EXPECT_TRUE(area.interfaces().oid == kelp_oid{});
+}
+
+TEST(SetByRef, AnOidIsOnlyPrintedWhereInformationIsTraced) {
+  Area area;
+  area.refer_to_nothing_known();
+  kelp_ospf_harbor_oper_trace_init();
+  kelp_trace_set_level(nullptr, 3);
+  {
+    CallLog calls;
+    area.refer(nullptr);
+    EXPECT_EQ(calls.count("xlog_module_test"), 1u);
+    EXPECT_EQ(calls.count("kelplib_oid_id_print"), 0u);
+    EXPECT_EQ(calls.count("kelplib_oid_src_print"), 0u);
+  }
+  area.refer_to_nothing_known();
+  kelp_trace_set_level(nullptr, 6);
+  {
+    CallLog calls;
+    area.refer(nullptr);
+    EXPECT_EQ(calls.count("kelplib_oid_id_print"), 1u);
+    EXPECT_EQ(calls.count("kelplib_oid_src_print"), 1u);
+  }
+}
+
+TEST(SetByRef, AnEarlierTargetThatIsGoneIsTracedAndNoFailure) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer_to_nothing_known();
+  TraceLog trace;
+  area.refer(table);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(trace.texts(), (Names{missing_entry}));
+  EXPECT_TRUE(trace.has(3, missing_entry));
+  EXPECT_EQ(table.references(), 1);
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, TheSentinelMovesNoCountAndMarksNoState) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(table);
+  area.state() = 0;
+  const kelp_oid before = area.interfaces().oid;
+  WriteWatch watch(area.store);
+  CallLog calls;
+  area.refer(static_cast<tbl_ospf_interface_table *>(KELP_OID_SENTINEL));
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_FALSE(area.interfaces().oid == before);
+  EXPECT_EQ(kelp_oid_id_is_zero(area.interfaces().oid.id), 0u);
+  EXPECT_EQ(table.references(), 1);
+  EXPECT_EQ(calls.count("kelplib_update_oid_ref_count"), 0u);
+  EXPECT_EQ(calls.count("kelp_handle_to_oid"), 1u);
+  ASSERT_EQ(watch.writes().size(), 1u);
+  EXPECT_EQ(watch.writes()[0].length, 40u);
+  EXPECT_EQ(area.state(), 0);
+  EXPECT_EQ(area.referred(), nullptr);
+  area.interfaces().oid = before;
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, ATargetThatGetsNoOidFailsAfterTheOldReferenceHasGone) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table first(area.store, _tbl_ospf_interface_table_type_info_internal);
+  Table second(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(first);
+  area.state() = 0;
+  kelp_database_fail_after(area.store.database(), KELP_FAULT_OID_MAPPING, 0);
+  TraceLog trace;
+  area.refer(second);
+  area.expect_failure(12);
+  EXPECT_EQ(trace.texts(), (Names{std::string("ospf_area interfaces set by ref: Handle to oid "
+                                              "failed with error code ") +
+                                  std::strerror(12)}));
+  EXPECT_TRUE(trace.has(3, trace.texts().front()));
+  EXPECT_EQ(first.references(), 0);
+  EXPECT_TRUE(area.interfaces().oid == kelp_oid{}) << "what the runtime gave is stored";
+  EXPECT_EQ(area.state(), 0);
+}
+
+// A lookup of the object's variant that fails leaves its code in the error word, which is looked at
+// only where the earlier reference is looked up.
+TEST(SetByRef, AnEarlierReferenceThatCannotBeLookedUpIsKept) {
+  Area area;
+  Table first(area.store, _tbl_ospf_interface_table_type_info_internal);
+  Table second(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(first);
+  const kelp_oid before = area.interfaces().oid;
+  kelp_handle_fail_variant(area.store, "ospf_area", 13, nullptr);
+  const auto expect_kept = [&](tbl_ospf_interface_table *target, const std::string &message) {
+    TraceLog trace;
+    area.refer(target);
+    EXPECT_EQ(area.store.err, 13u);
+    EXPECT_EQ(trace.texts(),
+              (Names{"ospf_area interfaces set by ref: " + message + std::strerror(13)}));
+    EXPECT_TRUE(trace.has(3, trace.texts().front()));
+    EXPECT_TRUE(area.interfaces().oid == before);
+    EXPECT_EQ(first.references(), 1);
+    area.store.err = 0;
+  };
+  expect_kept(nullptr, "Failed to resolve existing oid id. Error ");
+  expect_kept(second, "Failed to obtain existing oid mapping of object. Error ");
+  kelp_handle_fail_variant(area.store, "ospf_area", 0, nullptr);
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, AnUntrackedObjectTakesTheReferenceAndFails) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  kelp_handle *tracking = area.store.another_handle({.tracking = KELP_TRACKING_ON});
+  TraceLog trace;
+  ospf_area_interfaces_set_by_ref(tracking, 0, area.object, table, &area.store.err);
+  EXPECT_EQ(area.store.err, 22u);
+  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), 22);
+  EXPECT_TRUE(trace.has(3, "The object is not state tracked"));
+  EXPECT_EQ(table.references(), 1);
+  area.store.err = 0;
+  area.refer(nullptr);
+}
+
+TEST(SetByRef, ACorruptTrackingModeEndsTheProcess) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  EXPECT_FATAL(
+      {
+        area.store.handle()->sttr->sttr_mode = 1;
+        area.refer(table);
+      },
+      "Corrupted KELP Handle");
+}
+
+TEST(SetByRef, AnObjectBelowTheFloorMovesUpWhereTheDomainLetsIt) {
+  Store store;
+  store.set_variant("ospf_area", 0);
+  ospf_area *area = ospf_area_create(store, 0);
+  Table table(store, _tbl_area_scope_lsas_table_type_info_internal);
+  ospf_area_area_scope_lsas_set_by_ref(store, 0, area, table, &store.err);
+  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(table.references(), -1);
+  store.err = 0;
+  kelp_handle_clear_variant(store, "ospf_area");
+  ospf_area_area_scope_lsas_set_by_ref(store, 0, area, table, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(table.references(), 1);
+  ospf_area_destroy(store, 0, area);
+  EXPECT_EQ(table.references(), 0);
+}
+
+TEST(SetByRefCr, UsesTheHandlesSpaceAndErrorWord) {
+  Area area;
+  kelp_handle *handle = area.store;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  Table other(area.store, _tbl_ospf_area_table_type_info_internal);
+  kelp_handle_to_oid(handle, 0, table.get(), KELP_OID_KIND_TABLE, 0, &area.store.err);
+  handle->cr_space_id = 23;
+  {
+    WriteWatch watch(handle);
+    EXPECT_EQ(ospf_area_interfaces_set_by_ref_cr(handle, area.object, table), 0u);
+    ASSERT_EQ(watch.writes().size(), 1u);
+    EXPECT_EQ(watch.writes()[0].space_id, 23u);
+  }
+  EXPECT_EQ(ospf_area_interfaces_set_by_ref_cr(handle, area.object, other), 22u);
+  EXPECT_EQ(handle->cr_err, 22u);
+  handle->cr_err = 0;
+  EXPECT_EQ(ospf_area_interfaces_set_by_ref_cr(handle, area.object, nullptr), 0u);
+  EXPECT_EQ(table.references(), 0);
+}
+
+// --- the references of a whole object -----------------------------------------------------------
+
+TEST(GetOidCount, IsTheNumberOfTheTypesOwnReferences) {
+  struct Row {
+    const char *type;
+    std::uint32_t count;
+  };
+  const Row rows[] = {{"ospfv2_unknown_tlv", 1}, {"ospfv2_link", 1},
+                      {"link_scope_lsa", 9},     {"area_scope_lsa", 6},
+                      {"area_scope_lsas", 1},    {"link_scope_lsas", 2},
+                      {"ospf_interface", 4},     {"ospf_area", 2},
+                      {"ospf_instance", 3},      {"ospf", 1},
+                      {"ospf_instance_rev1", 3}, {"ospf_rev1", 1},
+                      {"ospfv2_link_tlv", 0},    {"ospf_authentication", 0}};
+  Store store;
+  for (const Row &row : rows) {
+    const std::string type = row.type;
+    auto *create = harness::function<void *(kelp_handle *, std::uint32_t)>(type + "_create");
+    auto *destroy =
+        harness::function<void(kelp_handle *, std::uint32_t, void *)>(type + "_destroy");
+    auto *count = harness::function<std::uint32_t(kelp_handle *, std::uint32_t, const void *,
+                                                  std::uint32_t *)>(type + "_get_oid_count");
+    void *object = create(store, 0);
+    EXPECT_EQ(count(store, 0, object, &store.err), row.count) << type;
+    EXPECT_EQ(store.err, 0u);
+    destroy(store, 0, object);
+  }
+}
+
+TEST(GetOidCount, TracesAnErrorThatStandsAndANullObject) {
+  Area area;
+  TraceLog trace;
+  kelp_store_err(area.store, 5);
+  area.store.err = 5;
+  EXPECT_EQ(ospf_area_get_oid_count(area.store, 0, area.object, &area.store.err), 0u);
+  EXPECT_TRUE(trace.has(3, "Error already present in call to get object oid count"));
+  area.expect_failure(5);
+  trace.clear();
+  area.store.err = 0;
+  EXPECT_EQ(ospf_area_get_oid_count(area.store, 0, nullptr, &area.store.err), 0u);
+  EXPECT_EQ(trace.texts(), (Names{"Invalid object passed in to get object oid count"}));
+  EXPECT_TRUE(trace.has(3, trace.texts().front()));
+  area.expect_failure(22);
+}
+
+TEST(GetOidCount, KeepsTheHandlesLastError) {
+  Area area;
+  kelp_store_err(area.store, 5);
+  EXPECT_EQ(ospf_area_get_oid_count(area.store, 0, area.object, &area.store.err), 2u);
+  void *references[2];
+  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  EXPECT_EQ(area.store.last_error(), 5);
+  EXPECT_EQ(area.store.err, 0u);
+}
+
+TEST(GetObjectReferences, GivesOneTableForEachFieldInOrder) {
+  Area area;
+  Table interfaces(area.store, _tbl_ospf_interface_table_type_info_internal);
+  Table lsas(area.store, _tbl_area_scope_lsas_table_type_info_internal);
+  void *references[2] = {&area, &area};
+  area.refer(interfaces);
+  // The size is not looked at.
+  ospf_area_get_object_references(area.store, 0, area.object, references, 0, &area.store.err);
+  EXPECT_EQ(references[0], interfaces.get());
+  EXPECT_EQ(references[1], nullptr);
+  ospf_area_area_scope_lsas_set_by_ref(area.store, 0, area.object, lsas, &area.store.err);
+  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  EXPECT_EQ(references[0], interfaces.get());
+  EXPECT_EQ(references[1], lsas.get());
+  EXPECT_EQ(area.store.err, 0u);
+  area.refer(nullptr);
+  ospf_area_area_scope_lsas_set_by_ref(area.store, 0, area.object, nullptr, &area.store.err);
+}
+
+TEST(GetObjectReferences, ReadsTheFieldsOfLaterVariantsToo) {
+  Store store;
+  store.set_variant("ospf_area", 0);
+  ospf_area *area = ospf_area_create(store, 0);
+  void *references[2] = {&store, &store};
+  ospf_area_get_object_references(store, 0, area, references, 2, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(references[0], nullptr);
+  EXPECT_EQ(references[1], nullptr);
+  ospf_area_destroy(store, 0, area);
+}
+
+TEST(GetObjectReferences, AnOidWordBelow256IsNotResolved) {
+  Area area;
+  area.refer_to_nothing_known();
+  area.interfaces().oid.handle_word = 255;
+  void *references[2] = {&area, &area};
+  CallLog calls;
+  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  EXPECT_EQ(area.store.err, 0u);
+  EXPECT_EQ(calls.count("kelp_oid_to_handle"), 0u);
+  EXPECT_EQ(references[0], nullptr);
+  area.forget();
+}
+
+TEST(GetObjectReferences, AnUnresolvedOidLeavesItsOutputAndTheLaterOnesAlone) {
+  Area area;
+  area.refer_to_nothing_known();
+  void *references[2] = {&area, &area};
+  TraceLog trace;
+  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  area.expect_failure(2);
+  EXPECT_EQ(trace.texts(), (Names{"Failed to obtain resolve existing oid reference from object"}));
+  EXPECT_TRUE(trace.has(3, trace.texts().front()));
+  EXPECT_EQ(references[0], &area);
+  EXPECT_EQ(references[1], &area);
+  area.forget();
+}
+
+TEST(GetObjectReferences, TracesAnErrorThatStandsAndANullObject) {
+  Area area;
+  void *references[2] = {&area, &area};
+  TraceLog trace;
+  kelp_store_err(area.store, 5);
+  area.store.err = 5;
+  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  EXPECT_EQ(trace.texts(), (Names{"Error present in call to get table references from object"}));
+  EXPECT_TRUE(trace.has(3, trace.texts().front()));
+  area.expect_failure(5);
+  trace.clear();
+  area.store.err = 0;
+  ospf_area_get_object_references(area.store, 0, nullptr, references, 2, &area.store.err);
+  EXPECT_EQ(trace.texts(), (Names{"Cannot get table references. Invalid object passed on"}));
+  EXPECT_TRUE(trace.has(3, trace.texts().front()));
+  area.expect_failure(22);
+  EXPECT_EQ(references[0], &area);
+}
+
+TEST(GetObjectReferences, ATypeWithoutReferencesOnlyTestsItsEntry) {
+  Store store;
+  ospfv2_link_tlv *tlv = ospfv2_link_tlv_create(store, 0);
+  TraceLog trace;
+  ospfv2_link_tlv_get_object_references(store, 0, tlv, nullptr, 0, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_TRUE(trace.empty());
+  ospfv2_link_tlv_get_object_references(store, 0, nullptr, nullptr, 0, &store.err);
+  EXPECT_EQ(store.err, 22u);
+  EXPECT_FALSE(trace.empty());
+  ospfv2_link_tlv_destroy(store, 0, tlv);
+}
+
+// --- destroy ------------------------------------------------------------------------------------
+
+TEST(ByRefDestroy, AnObjectThatIsReferredToStaysWithAllItsFields) {
+  Area area;
+  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(table);
+  kelp_handle_to_oid(area.store, 0, area.object, KELP_OID_KIND_OBJECT, 1, &area.store.err);
+  ASSERT_EQ(area.store.err, 0u);
+  const kelp_oid before = area.interfaces().oid;
+  TraceLog trace;
+  ospf_area_destroy(area.store, 0, area.object);
+  EXPECT_TRUE(trace.has(6,
+                        "ospf_area destroy: Object has references and will be cleaned up when all "
+                        "of them are released"));
+  EXPECT_TRUE(area.interfaces().oid == before);
+  EXPECT_EQ(table.references(), 1);
+  kelplib_lookup_and_update_oid_ref_count(area.store, 0, area.object, KELP_OID_DECREMENT,
+                                          &area.store.err);
+  EXPECT_EQ(area.store.err, 0u);
+}
+
+TEST(ByRefDestroy, ReleasesTheReferenceOfEachField) {
+  Store store;
+  Table table(store, _tbl_ospf_interface_table_type_info_internal);
+  ospf_area *area = ospf_area_create(store, 0);
+  ospf_area_interfaces_set_by_ref(store, 0, area, table, &store.err);
+  EXPECT_EQ(table.references(), 1);
+  ospf_area_destroy(store, 0, area);
+  EXPECT_EQ(table.references(), 0);
+}
+
+}  // namespace
