@@ -356,6 +356,48 @@ KELP_API void ospf_authentication_from_xml(kelp_handle *handle, uint32_t space_i
                                            ospf_authentication *object, uint32_t *err,
                                            char *message, int32_t message_size);
 
+/* Copies source into *destination, which is made first when it is null, through the work_size
+ * bytes at work. Element blocks and arms that *destination held are replaced and not released.
+ * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
+ *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
+ *   one too, and becomes null
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: clone */
+KELP_API void ospf_authentication_clone_internal(kelp_handle *handle, uint32_t space_id,
+                                                 const ospf_authentication *source,
+                                                 ospf_authentication **destination, void *work,
+                                                 uint32_t work_size, uint32_t *err);
+
+/* Makes a new object with the content of source in *destination, whatever that pointed at,
+ * through the work_size bytes at work.
+ * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
+ *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Ownership: *destination is the caller's; null after a failure
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: clone */
+KELP_API void ospf_authentication_clone(kelp_handle *handle, uint32_t space_id,
+                                        const ospf_authentication *source,
+                                        ospf_authentication **destination, void *work,
+                                        uint32_t work_size, uint32_t *err);
+
+/* Gives a new object with the content of source, made through the handle's work space.
+ * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Ownership: the result is the caller's; null after a failure
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: clone */
+KELP_API ospf_authentication *ospf_authentication_clone_cr(kelp_handle *handle,
+                                                           const ospf_authentication *source);
+
+/* Overwrites destination with the content of source in place, through the handle's work space.
+ * Element blocks and arms that destination held are replaced and not released.
+ * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Ownership: both stay the caller's; when reading the image fails destination is destroyed
+ * Lock: none is taken; the caller owns what it passes for the length of the call
+ * Family: clone */
+KELP_API void ospf_authentication_copy_cr(kelp_handle *handle, const ospf_authentication *source,
+                                          ospf_authentication *destination);
+
 /* Gives the place of auth_type_selection inside the object. Which arm is selected.
  * Errors: 43 when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object

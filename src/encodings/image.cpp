@@ -172,7 +172,7 @@ std::uint32_t close(Reading &image, void *object, const Facts &facts) {
 
 // Required: there is a byte wherever the position is not exactly the end of the buffer.
 void take_state(Reading &image, std::uint32_t place) {
-  if (image.states == States::none || image.position == image.length) return;
+  if (image.position == image.length) return;
   if (image.states == States::copy) {
     store(image.handle, image.space_id, image.area + place, *image.here());
   }
@@ -180,7 +180,7 @@ void take_state(Reading &image, std::uint32_t place) {
 }
 
 void take_state_with_room(Reading &image, std::uint32_t place) {
-  if (image.states == States::none || image.remaining() < 2) return;
+  if (image.remaining() < 2) return;
   if (image.states == States::copy) {
     store(image.handle, image.space_id, image.area + place, *image.here());
   }
@@ -243,7 +243,6 @@ void take_block(Reading &image, void *block, std::uint32_t count) {
 }
 
 void take_array_state(Reading &image, std::uint32_t count, const array_field::ArrayFacts &array) {
-  if (image.states == States::none) return;
   take_state(image, array.state_place);
   const std::uint32_t length = fitting(count, image.remaining());
   if (image.states == States::copy && length != 0) {

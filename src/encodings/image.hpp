@@ -302,7 +302,7 @@ bool open(Reading &image, void *object, const Facts &facts);
 // consumed.
 std::uint32_t close(Reading &image, void *object, const Facts &facts);
 
-// Rules A and B on the reader's side.
+// Rules A and B on the reader's side, for images with state bytes.
 void take_state(Reading &image, std::uint32_t place);
 void take_state_with_room(Reading &image, std::uint32_t place);
 
@@ -337,7 +337,7 @@ bool read_array(Reading &image, void *object) {
                           image.remaining(), image.reuse, image.err);
     }
   }
-  take_array_state(image, count, array);
+  if (image.states != States::none) take_array_state(image, count, array);
   return true;
 }
 
@@ -361,7 +361,7 @@ bool read_arm(Reading &image, void *object) {
                                         image.remaining(), image.reuse, image.err);
     }
   }
-  take_state_with_room(image, model::state_place(T, F));
+  if (image.states != States::none) take_state_with_room(image, model::state_place(T, F));
   return true;
 }
 
@@ -396,9 +396,9 @@ bool read_field(Reading &image, void *object) {
                                        image.remaining(), image.reuse, image.err);
     }
     if constexpr (F.kind == Kind::reference) {
-      take_state_with_room(image, model::state_place(T, F));
+      if (image.states != States::none) take_state_with_room(image, model::state_place(T, F));
     } else if constexpr (model::has_state(F)) {
-      take_state(image, model::state_place(T, F));
+      if (image.states != States::none) take_state(image, model::state_place(T, F));
     }
     return true;
   }

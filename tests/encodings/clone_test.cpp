@@ -13,7 +13,6 @@ namespace {
 
 using harness::CallLog;
 using harness::Store;
-using harness::TraceLog;
 namespace model = harbor::model;
 
 using Words = std::vector<std::uint32_t>;
@@ -357,97 +356,6 @@ TEST(CopyCr, ReplacesElementBlocksWithoutReleasingThem) {
   EXPECT_EQ(store.live_allocations(), live + 1);
   ospfv2_network_destroy(store, 0, source);
   ospfv2_network_destroy(store, 0, destination);
-}
-
-// --- the transfer, which copies nothing ---------------------------------------------------------
-
-TEST(Transfer, OntoItselfOnlyAdjustsTheVariant) {
-  Store store;
-  store.set_variant("ospf_area", 0);
-  ospf_area *area = ospf_area_create(store, 0);
-  kelp_handle_clear_variant(store, "ospf_area");
-  harness::WriteWatch watch(store);
-  ospf_area_set(store, 0, area, area, &store.err);
-  EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(kelp_get_instance_variant(area, 1, 0), 1);
-  ASSERT_EQ(watch.writes().size(), 1u);
-  EXPECT_EQ(watch.writes()[0].offset_in(area), 8);
-  EXPECT_EQ(watch.writes()[0].length, 1u);
-  ospf_area_destroy(store, 0, area);
-}
-
-TEST(Transfer, LeavesTheSourceItsValuesAndTakesItsArrays) {
-  Store store;
-  ospfv2_unknown_sub_tlv *source = ospfv2_unknown_sub_tlv_create(store, 0);
-  ospfv2_unknown_sub_tlv *destination = ospfv2_unknown_sub_tlv_create(store, 0);
-  ospfv2_unknown_sub_tlv_length_set_value(store, 0, source, 8, &store.err);
-  ospfv2_unknown_sub_tlv_value_set_value(store, 0, source, 1, 7, &store.err);
-  const std::uint8_t *element = ospfv2_unknown_sub_tlv_value_get(store, 0, source, 0, &store.err);
-  ospfv2_unknown_sub_tlv_set(store, 0, destination, source, &store.err);
-  EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_get(store, 0, destination, 0, &store.err), element);
-  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_len_get_value(store, 0, destination, &store.err), 2u);
-  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_len_get_value(store, 0, source, &store.err), 0u);
-  EXPECT_EQ(ospfv2_unknown_sub_tlv_length_get_value(store, 0, source, &store.err), 8u);
-  ospfv2_unknown_sub_tlv_destroy(store, 0, source);
-  ospfv2_unknown_sub_tlv_destroy(store, 0, destination);
-}
-
-TEST(Transfer, LeavesTheSourceWithoutArms) {
-  Store store;
-  ospf_authentication *source = ospf_authentication_create(store, 0);
-  ospf_authentication *destination = ospf_authentication_create(store, 0);
-  kelp_vstring *chain = kelp_vstring_create(store, 0);
-  ospf_authentication_key_chain_set(store, 0, source, chain, &store.err);
-  ospf_authentication_set(store, 0, destination, source, &store.err);
-  EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(ospf_authentication_key_chain_get(store, 0, destination, &store.err), chain);
-  EXPECT_EQ(ospf_authentication_key_chain_get(store, 0, source, &store.err), nullptr);
-  EXPECT_EQ(ospf_authentication_auth_type_selection_get_value(store, 0, source, &store.err), 1u);
-  ospf_authentication_destroy(store, 0, source);
-  ospf_authentication_destroy(store, 0, destination);
-}
-
-TEST(Transfer, TakesTheStateBytesAndKeepsNestedBlocksInTheDestination) {
-  Store store({.tracking = KELP_TRACKING_ON});
-  ospf_interface *source = ospf_interface_create(store, 0);
-  ospf_interface *destination = ospf_interface_create(store, 0);
-  multi_area *nested = ospf_interface_multi_area_val_get(store, 0, source, &store.err);
-  multi_area_cost_set_value(store, 0, nested, 4, &store.err);
-  ospf_interface_cost_set_value(store, 0, source, 3, &store.err);
-  ospf_interface_set(store, 0, destination, source, &store.err);
-  EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(ospf_interface_cost_state_flag_get(store, 0, destination, &store.err), 2);
-  multi_area *moved = ospf_interface_multi_area_val_get(store, 0, destination, &store.err);
-  EXPECT_EQ(multi_area_cost_state_flag_get(store, 0, moved, &store.err), 2);
-  multi_area_multi_area_id_set_value(store, 0, moved, 1, &store.err);
-  EXPECT_EQ(multi_area_multi_area_id_state_flag_get(store, 0, moved, &store.err), 2);
-  EXPECT_EQ(multi_area_multi_area_id_state_flag_get(store, 0, nested, &store.err), 0);
-  const char *area =
-      reinterpret_cast<const char *>(moved) + kelplib_get_sttr_offset(store, 0, moved);
-  const char *behind = reinterpret_cast<const char *>(destination) +
-                       model::object_size(model::types::ospf_interface);
-  EXPECT_EQ(area, behind + 5);
-  EXPECT_EQ(store.err, 0u);
-  ospf_interface_destroy(store, 0, source);
-  ospf_interface_destroy(store, 0, destination);
-}
-
-TEST(Transfer, FromAnUntrackedToATrackedObjectIsRefusedAfterTheCopy) {
-  Store store({.tracking = KELP_TRACKING_ON});
-  kelp_handle *untracked = store.another_handle({});
-  ospf_area *source = ospf_area_create(untracked, 0);
-  ospf_area *destination = ospf_area_create(store, 0);
-  ospf_area_area_id_set_value(untracked, 0, source, 17, &store.err);
-  TraceLog trace;
-  ospf_area_set(store, 0, destination, source, &store.err);
-  EXPECT_EQ(store.err, 22u);
-  EXPECT_EQ(store.last_error(), 22);
-  EXPECT_TRUE(trace.has(3, "The object is not state tracked"));
-  store.err = 0;
-  EXPECT_EQ(ospf_area_area_id_get_value(store, 0, destination, &store.err), 17u);
-  ospf_area_destroy(store, 0, source);
-  ospf_area_destroy(store, 0, destination);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+// Image, text and XML of flag objects.
 #include "encodings/flag_set_encodings.hpp"
 
 #include <kelp/xml.h>
@@ -253,31 +254,34 @@ TEST(FlagSetPrint, ShowsEachSetFlagWithABlankBehindIt) {
   EXPECT_EQ(written, std::strlen(buffer));
   EXPECT_STREQ(buffer, "  peer@lsa_flag_options:LSA_FLAG_OPTIONS_DC LSA_FLAG_OPTIONS_E \n");
   object.flags() = 0;
-  lsa_flag_options_print(store, space, buffer, 0, "peer", object, 256, &store.err);
-  EXPECT_STREQ(buffer, "peer@lsa_flag_options:\n");
+  const std::uint32_t empty =
+      lsa_flag_options_print(store, space, buffer, 0, "peer", object, 256, &store.err);
+  EXPECT_EQ(std::string(buffer, empty), "peer@lsa_flag_options:\n");
 }
 
 TEST(FlagSetPrint, ShowsBitSevenAndNothingBeyondTheNamedBits) {
   Store store;
   Options object(store, 0x80);
   char buffer[256];
-  lsa_flag_options_print(store, space, buffer, 0, "o", object, 256, &store.err);
-  EXPECT_STREQ(buffer, "o@lsa_flag_options:LSA_FLAG_OPTIONS_AF \n");
+  const std::uint32_t written =
+      lsa_flag_options_print(store, space, buffer, 0, "o", object, 256, &store.err);
+  EXPECT_EQ(std::string(buffer, written), "o@lsa_flag_options:LSA_FLAG_OPTIONS_AF \n");
 
   harbor::FlagObject other{};
   other.flags = 0xF8;
-  ospfv2_lsa_body_flags_options_print(store, space, buffer, 0, "o",
-                                      reinterpret_cast<ospfv2_lsa_body_flags_options *>(&other),
-                                      256, &store.err);
-  EXPECT_STREQ(buffer, "o@ospfv2_lsa_body_flags_options:\n");
+  const std::uint32_t beyond = ospfv2_lsa_body_flags_options_print(
+      store, space, buffer, 0, "o", reinterpret_cast<ospfv2_lsa_body_flags_options *>(&other), 256,
+      &store.err);
+  EXPECT_EQ(std::string(buffer, beyond), "o@ospfv2_lsa_body_flags_options:\n");
 }
 
 TEST(FlagSetPrint, OfNullShowsAnErrorForEachBit) {
   Store store;
   char buffer[256];
   CallLog calls;
-  lsa_flag_options_print(store, space, buffer, 0, "o", nullptr, 256, &store.err);
-  EXPECT_STREQ(buffer, "o@lsa_flag_options:ERR ERR ERR ERR ERR ERR ERR ERR \n");
+  const std::uint32_t written =
+      lsa_flag_options_print(store, space, buffer, 0, "o", nullptr, 256, &store.err);
+  EXPECT_EQ(std::string(buffer, written), "o@lsa_flag_options:ERR ERR ERR ERR ERR ERR ERR ERR \n");
   EXPECT_EQ(calls.count("kelp_store_epoch_err"), 8u);
   EXPECT_EQ(store.err, 0u) << "the word is not touched";
   EXPECT_EQ(store.last_error(), 43);

@@ -28,8 +28,8 @@ std::string text_of(kelp_handle *handle, const Object<Type> &object, std::uint32
   return buffer.substr(0, length);
 }
 
-// The gap of a block's closing line: the NUL behind the text before it, then the buffer's own.
-std::string gap(std::size_t indent) { return '\0' + std::string(indent - 1, filling); }
+// The gap of a block's closing line: what the buffer held.
+std::string gap(std::size_t indent) { return std::string(indent, filling); }
 
 TEST(Text, AnAreaShowsItsValuesAndNoReference) {
   Store store;

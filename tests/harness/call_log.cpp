@@ -11,6 +11,8 @@
 #include <kelp/xml.h>
 
 #include <algorithm>
+#include <type_traits>
+#include <utility>
 
 #include "harness/harness.hpp"
 
@@ -51,6 +53,44 @@ std::vector<std::string> &log() {
   return calls;
 }
 
+// What Failing asked for; an empty name for nothing.
+std::string failing_name;
+std::uint32_t failing_code = 0;
+
+// The error word of a call, which is its last argument.
+std::uint32_t *word_in() { return nullptr; }
+template <typename Last>
+std::uint32_t *word_in(Last last) {
+  if constexpr (std::is_same_v<Last, std::uint32_t *>) {
+    return last;
+  } else {
+    return nullptr;
+  }
+}
+template <typename First, typename Second, typename... Others>
+std::uint32_t *word_in(First, Second second, Others... others) {
+  return word_in(second, others...);
+}
+
+// A call of a platform function on its way to the real one.
+template <typename Result, typename... Parameters>
+struct Call {
+  Call(const char *function, Result (*next)(Parameters...)) : name(function), real(next) {}
+  const char *name;
+  Result (*real)(Parameters...);
+  Result operator()(Parameters... arguments) const {
+    note(name);
+    if (failing_name != name) return real(arguments...);
+    std::uint32_t *word = word_in(arguments...);
+    if (word != nullptr) *word = failing_code;
+    if constexpr (std::is_arithmetic_v<Result>) {
+      return word != nullptr ? Result{} : static_cast<Result>(failing_code);
+    } else {
+      return Result();
+    }
+  }
+};
+
 }  // namespace
 
 CallLog::CallLog(kelp_handle *handle) : handle_(handle) {
@@ -89,13 +129,19 @@ std::vector<std::string> CallLog::only(const std::vector<std::string> &names) co
 
 void CallLog::clear() { log().clear(); }
 
+Failing::Failing(std::string name, std::uint32_t code) {
+  failing_name = std::move(name);
+  failing_code = code;
+}
+
+Failing::~Failing() { failing_name.clear(); }
+
 }  // namespace harness
 
 #define HARNESS_INTERPOSE(result, name, parameters, arguments)                                     \
   result name parameters {                                                                         \
     static auto *const real = reinterpret_cast<result(*) parameters>(harness::next_symbol(#name)); \
-    harness::note(#name);                                                                          \
-    return real arguments;                                                                         \
+    return harness::Call(#name, real) arguments;                                                   \
   }
 
 extern "C" {

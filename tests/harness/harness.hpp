@@ -101,6 +101,14 @@ class CallLog {
   kelp_handle *handle_;
 };
 
+// While this lives, a platform function that the call log sees fails instead of doing anything: its
+// error word becomes the code and its result 0 or null; one without an error word gives the code.
+class Failing {
+ public:
+  Failing(std::string name, std::uint32_t code);
+  ~Failing();
+};
+
 // One traced message, with its text filled in.
 struct Traced {
   std::uint32_t level;  // 0, 3, 6 or 7

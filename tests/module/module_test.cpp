@@ -1,3 +1,5 @@
+// The module frame: the node in the list of modules, the registration and the dump of type records,
+// the bundle handlers, and the trace identity.
 #include "module/module.hpp"
 
 #include <algorithm>

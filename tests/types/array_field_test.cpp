@@ -76,7 +76,8 @@ Bytes states_of(void *object, const Place &place) {
   return states == nullptr ? Bytes{} : Bytes(states, states + count_of(object, place));
 }
 
-// The sizes that obj_alloc is asked for while this lives; it gives null once, when told so.
+// The sizes that obj_alloc is asked for while this lives. Blocks come full of 0xCC, so that what is
+// not zeroed shows; refuse makes it give null.
 class AllocationLog {
  public:
   explicit AllocationLog(kelp_handle *handle) : handle_(handle), real_(handle->obj_alloc) {
@@ -84,7 +85,9 @@ class AllocationLog {
     handle->obj_alloc = [](void *pool, std::uint32_t space_id, std::size_t size) -> void * {
       current->sizes.push_back(size);
       if (current->refuse) return nullptr;
-      return current->real_(pool, space_id, size);
+      void *block = current->real_(pool, space_id, size);
+      if (block != nullptr) std::memset(block, 0xCC, size);
+      return block;
     };
   }
   ~AllocationLog() { handle_->obj_alloc = real_; }
@@ -308,6 +311,7 @@ TEST(ArrayField, AnErrorThatStandsIsLeftAloneByEveryOperation) {
 
 TEST(ArrayFieldSet, AnIndexFarPastTheCountKeepsOldElementsAndLeavesZeroesBetween) {
   Network network(KELP_TRACKING_ON);
+  const AllocationLog dirty(network.store);
   network.set(0, 7);
   network.set(1, 8);
   network.set(5, 9);
@@ -330,6 +334,7 @@ TEST(ArrayFieldSet, OnlyTheWrittenIndexOfAReplacedArrayIsMarked) {
 
 TEST(ArrayFieldSet, ANullSourcePastTheEndGrowsAndMarksNothing) {
   Network network(KELP_TRACKING_ON);
+  const AllocationLog dirty(network.store);
   ospfv2_network_attached_router_set(network.store, 0, network.object, 2, nullptr,
                                      &network.store.err);
   EXPECT_EQ(network.store.err, 0u);
@@ -667,6 +672,7 @@ TEST(ArrayFieldSetValue, ABlockThatIsMissingUnderACountIsMadeAnew) {
 
 TEST(ArrayFieldSetMem, MarksTheArrayAndNoElement) {
   Network network(KELP_TRACKING_ON);
+  const AllocationLog dirty(network.store);
   network.set(0, 1);
   network.set(1, 2);
   network.replace({4, 5, 6});
@@ -900,6 +906,7 @@ TEST(ArrayFieldRemoveElements, LooksAtNoErrorWord) {
 
 TEST(AddressArray, GrowsWithUnsetAddressesBetweenAndKeepsTheOldOnes) {
   LinkTlv tlv(KELP_TRACKING_ON);
+  const AllocationLog dirty(tlv.store);
   tlv.set(0, 0x0A000001);
   tlv.set(3, 0x0A000004);
   EXPECT_EQ(tlv.store.err, 0u);

@@ -1,3 +1,4 @@
+// The values of enumeration objects and the variant rule.
 #include <kelp/hash.h>
 
 #include <climits>

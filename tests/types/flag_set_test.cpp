@@ -1,3 +1,4 @@
+// The bits of flag objects.
 #include <kelp/hash.h>
 
 #include <cstring>

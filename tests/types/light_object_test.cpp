@@ -1,3 +1,4 @@
+// The life of enumeration and flag objects. What holds for all nine types is tested on all nine.
 #include <algorithm>
 #include <cstring>
 

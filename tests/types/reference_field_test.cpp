@@ -6,6 +6,7 @@
 #include "harness/harness.hpp"
 #include "model/layout.hpp"
 #include "ospf_harbor_oper.h"
+#include "types/replaced_call.hpp"
 
 namespace {
 
@@ -429,6 +430,42 @@ TEST(SetByRef, AnEarlierReferenceThatCannotBeLookedUpIsKept) {
   area.refer(nullptr);
 }
 
+// The runtime's counts never fail by themselves.
+void fail_to_count(kelp_handle *handle, std::uint32_t, kelp_oid_mapping *, std::uint32_t,
+                   std::uint32_t *err) {
+  *err = 13;
+  kelp_store_err(handle, 13);
+}
+
+TEST(SetByRef, AnEarlierReferenceThatCannotBeDroppedIsKept) {
+  Area area({.tracking = KELP_TRACKING_ON});
+  Table first(area.store, _tbl_ospf_interface_table_type_info_internal);
+  Table second(area.store, _tbl_ospf_interface_table_type_info_internal);
+  area.refer(first);
+  area.state() = 0;
+  const kelp_oid before = area.interfaces().oid;
+  const auto expect_kept = [&](tbl_ospf_interface_table *target, const std::string &message) {
+    const harness::ReplacedCall replaced("kelplib_update_oid_ref_count", fail_to_count);
+    TraceLog trace;
+    WriteWatch watch(area.store);
+    area.refer(target);
+    area.expect_failure(13);
+    EXPECT_EQ(trace.texts(), (Names{"ospf_area interfaces set by ref: " + message +
+                                    " ref count "
+                                    "on earlier reference. Error " +
+                                    std::strerror(13)}));
+    EXPECT_TRUE(trace.has(3, trace.texts().front()));
+    EXPECT_TRUE(watch.all().empty());
+    EXPECT_TRUE(area.interfaces().oid == before);
+    EXPECT_EQ(area.state(), 0);
+    area.store.err = 0;
+  };
+  expect_kept(nullptr, "Failed to decrement");
+  expect_kept(second, "Failed to update");
+  EXPECT_EQ(second.references(), -1);
+  area.refer(nullptr);
+}
+
 TEST(SetByRef, AnUntrackedObjectTakesTheReferenceAndFails) {
   Area area;
   Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
@@ -493,31 +530,35 @@ TEST(SetByRefCr, UsesTheHandlesSpaceAndErrorWord) {
 
 // --- the references of a whole object -----------------------------------------------------------
 
+template <typename Object>
+std::uint32_t count_of(Store &store, Object *(*create)(kelp_handle *, std::uint32_t),
+                       std::uint32_t (*count)(kelp_handle *, std::uint32_t, const Object *,
+                                              std::uint32_t *),
+                       void (*destroy)(kelp_handle *, std::uint32_t, Object *)) {
+  Object *object = create(store, 0);
+  const std::uint32_t result = count(store, 0, object, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  destroy(store, 0, object);
+  return result;
+}
+#define COUNT_OF(type) count_of(store, type##_create, type##_get_oid_count, type##_destroy)
+
 TEST(GetOidCount, IsTheNumberOfTheTypesOwnReferences) {
-  struct Row {
-    const char *type;
-    std::uint32_t count;
-  };
-  const Row rows[] = {{"ospfv2_unknown_tlv", 1}, {"ospfv2_link", 1},
-                      {"link_scope_lsa", 9},     {"area_scope_lsa", 6},
-                      {"area_scope_lsas", 1},    {"link_scope_lsas", 2},
-                      {"ospf_interface", 4},     {"ospf_area", 2},
-                      {"ospf_instance", 3},      {"ospf", 1},
-                      {"ospf_instance_rev1", 3}, {"ospf_rev1", 1},
-                      {"ospfv2_link_tlv", 0},    {"ospf_authentication", 0}};
   Store store;
-  for (const Row &row : rows) {
-    const std::string type = row.type;
-    auto *create = harness::function<void *(kelp_handle *, std::uint32_t)>(type + "_create");
-    auto *destroy =
-        harness::function<void(kelp_handle *, std::uint32_t, void *)>(type + "_destroy");
-    auto *count = harness::function<std::uint32_t(kelp_handle *, std::uint32_t, const void *,
-                                                  std::uint32_t *)>(type + "_get_oid_count");
-    void *object = create(store, 0);
-    EXPECT_EQ(count(store, 0, object, &store.err), row.count) << type;
-    EXPECT_EQ(store.err, 0u);
-    destroy(store, 0, object);
-  }
+  EXPECT_EQ(COUNT_OF(ospfv2_unknown_tlv), 1u);
+  EXPECT_EQ(COUNT_OF(ospfv2_link), 1u);
+  EXPECT_EQ(COUNT_OF(link_scope_lsa), 9u);
+  EXPECT_EQ(COUNT_OF(area_scope_lsa), 6u);
+  EXPECT_EQ(COUNT_OF(area_scope_lsas), 1u);
+  EXPECT_EQ(COUNT_OF(link_scope_lsas), 2u);
+  EXPECT_EQ(COUNT_OF(ospf_interface), 4u);
+  EXPECT_EQ(COUNT_OF(ospf_area), 2u);
+  EXPECT_EQ(COUNT_OF(ospf_instance), 3u);
+  EXPECT_EQ(COUNT_OF(ospf), 1u);
+  EXPECT_EQ(COUNT_OF(ospf_instance_rev1), 3u);
+  EXPECT_EQ(COUNT_OF(ospf_rev1), 1u);
+  EXPECT_EQ(COUNT_OF(ospfv2_link_tlv), 0u);
+  EXPECT_EQ(COUNT_OF(ospf_authentication), 0u);
 }
 
 TEST(GetOidCount, TracesAnErrorThatStandsAndANullObject) {

@@ -1,3 +1,4 @@
+// The small operations that every data type has for its record's sake, on the nine light types.
 #include "types/type_record_access.hpp"
 
 #include "types/light_family.hpp"

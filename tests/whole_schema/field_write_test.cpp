@@ -71,10 +71,11 @@ class MemoryWatch {
   std::vector<std::size_t> unannounced_;
 };
 
-// What set and set_value of a value field must announce inside the object.
+// What set and set_value of a value field must announce inside the object. A text keeps its header
+// bytes: only its pointer and length move.
 MemoryWatch::Write whole_write(const Structure &type, const Field &field) {
   return {static_cast<std::ptrdiff_t>(harbor::model::offset(type, field)),
-          harbor::model::width(field)};
+          field.kind == Kind::text ? offsetof(kelp_vstring, variant) : harbor::model::width(field)};
 }
 MemoryWatch::Write value_write(const Structure &type, const Field &field) {
   const auto at = static_cast<std::ptrdiff_t>(harbor::model::offset(type, field));

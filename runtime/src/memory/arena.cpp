@@ -141,11 +141,11 @@ void Arena::set_release_hook(ReleaseHook hook, void *context) {
 void *Arena::allocate(std::size_t size) {
   const std::lock_guard lock(mutex_);
   try {
-    const std::size_t padded = size + kRedZone;
-    if (padded < size || padded > SIZE_MAX / 2) {
+    if (size > kLargestBlock) {
       refuse(size);
       return nullptr;
     }
+    const std::size_t padded = size + kRedZone;
     void *block =
         padded <= kLargestSlot ? allocate_slot(size, class_of(padded)) : allocate_large(size);
     if (block == nullptr) refuse(size);

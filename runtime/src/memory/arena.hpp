@@ -36,6 +36,7 @@ class Arena {
   using ReleaseHook = void (*)(void *context, const void *block, std::size_t size);
 
   static constexpr std::size_t kLargestSlot = 16384;
+  static constexpr std::size_t kLargestBlock = std::size_t{1} << 38;  // 256 GiB
 
   Arena() = default;
   Arena(const Arena &) = delete;
@@ -44,8 +45,8 @@ class Arena {
 
   void set_release_hook(ReleaseHook hook, void *context);
 
-  // A block of at least size bytes, aligned to 16; null when the limit or the system refuses. A
-  // block of 0 bytes has an address of its own.
+  // A block of at least size bytes, aligned to 16; null above kLargestBlock, or when the limit or
+  // the system refuses. A block of 0 bytes has an address of its own.
   void *allocate(std::size_t size);
 
   // False when the pointer is not a live block of this arena: nothing was done then.

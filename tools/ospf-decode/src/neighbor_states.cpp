@@ -289,7 +289,7 @@ bool Network::in_transit_network(const Interface &interface, Time now) const {
   return false;
 }
 
-const ExchangeFacts *Network::valid_exchange(const Interface &of, const Interface &with) const {
+Time Network::relation_since(const Interface &of, const Interface &with) {
   Time since = 0;
   if (const auto it = of.listed_since.find(with.router_id); it != of.listed_since.end()) {
     since = std::max(since, it->second);
@@ -298,7 +298,11 @@ const ExchangeFacts *Network::valid_exchange(const Interface &of, const Interfac
     since = std::max(since, it->second);
   }
   // The hello that shows the relation may be sent one interval after the relation began.
-  since -= of.hello.hello_interval * second;
+  return since - of.hello.hello_interval * second;
+}
+
+const ExchangeFacts *Network::valid_exchange(const Interface &of, const Interface &with) const {
+  const Time since = relation_since(of, with);
   const ExchangeFacts *best = nullptr;
   for (const ExchangeFacts &facts : of.exchanges) {
     if (facts.last < since || (!facts.to.is_zero() && facts.to != with.address)) continue;
@@ -307,7 +311,8 @@ const ExchangeFacts *Network::valid_exchange(const Interface &of, const Interfac
   return best;
 }
 
-Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, Time now) const {
+Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, bool only_two,
+                        Time now) const {
   const Interface &of = interfaces_[interface];
   const Interface &with = interfaces_[peer];
   Neighbor out;
@@ -342,6 +347,10 @@ Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, Time now) c
   if (full && (sent == nullptr || *full >= sent->last)) {
     out.state = NeighborState::full;
     out.evidence = Evidence::database;
+  } else if (sent == nullptr && only_two && of.last_flooding &&
+             *of.last_flooding >= relation_since(of, with)) {
+    out.state = NeighborState::full;
+    out.evidence = Evidence::flooding;
   } else if (sent == nullptr && (declares_backup(of, of) || declares_backup(of, with)) &&
              in_transit_network(of, now) && in_transit_network(with, now)) {
     out.state = NeighborState::full;
@@ -360,7 +369,7 @@ std::vector<Neighbor> Network::neighbors(Time now) const {
       for (const std::uint32_t peer : members) {
         if (peer == interface || interfaces_[peer].router_id == of.router_id) continue;
         seen.insert(interfaces_[peer].router_id);
-        out.push_back(judge(interface, peer, now));
+        out.push_back(judge(interface, peer, members.size() == 2, now));
       }
       // Heard by the router, but not by the capture.
       for (const auto &[router, since] : of.listed_since) {

@@ -189,6 +189,9 @@ void Network::on_packet(const Packet &packet) {
   if (packet.checksum_state == ChecksumState::bad || packet.type == PacketType::hello) return;
   sender_ = sender(packet);
   join_by_unicast(sender_, packet);
+  if (packet.type == PacketType::update || packet.type == PacketType::acknowledgement) {
+    interfaces_[sender_].last_flooding = packet.datagram.time;
+  }
   areas_[{packet.version, packet.instance_id, packet.area_id}].routers.insert(packet.router_id);
 }
 

@@ -282,6 +282,18 @@ TEST(Fragments, ThatOverlapGiveTheDatagramUp) {
   EXPECT_EQ(bench.errors(), 1u);
 }
 
+TEST(Fragments, BehindTheLastGiveTheDatagramUp) {
+  Bench bench;
+  bench.ipv4(Octets(8, 0), {.fragment = 8});
+  bench.ipv4(Octets(8, 0), {.fragment = 0x2000 | 20});
+  EXPECT_EQ(bench.count(ErrorKind::bad_fragment), 1u);
+  bench.ipv4(Octets(8, 0), {.id = 2, .fragment = 0x2000 | 20});
+  bench.ipv4(Octets(8, 0), {.id = 2, .fragment = 8});
+  EXPECT_EQ(bench.count(ErrorKind::bad_fragment), 2u);
+  bench.decoder.finish();
+  EXPECT_EQ(bench.errors(), 2u);
+}
+
 TEST(Fragments, BeyondSixtyFourKibAreRefused) {
   Bench bench;
   bench.ipv4(Octets(64, 0), {.fragment = 0x1fff});

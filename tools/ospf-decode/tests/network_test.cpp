@@ -139,6 +139,21 @@ TEST(Neighbors, FullIsToldFromTheDatabase) {
   EXPECT_FALSE(scene.network.interface_cost(1));
 }
 
+TEST(Neighbors, FullIsToldFromFloodingOnALinkOfTwo) {
+  Scene scene;
+  scene.hello_a({router_b});
+  scene.hello_b({router_a});
+  const Octets lsa = make_lsa_v2({.type = 1, .id = 9, .router = 9}, Writer().u8(0).u8(0).u16(0));
+  scene.packet(router_b, address_b, 4, make_update(1, {lsa}));
+  EXPECT_EQ(scene.state(), NeighborState::two_way) << "that was B's word";
+  scene.packet(router_a, address_a, 5, Octets(lsa.begin(), lsa.begin() + 20));
+  EXPECT_EQ(scene.state(), NeighborState::full);
+  EXPECT_EQ(scene.a_has_b()->evidence, Evidence::flooding);
+  // With a third router on the link it may have been meant for that one.
+  scene.packet(0x03030303, 0x0a000003, 1, make_hello_v2({router_a, router_b}));
+  EXPECT_EQ(scene.state(), NeighborState::two_way);
+}
+
 TEST(Neighbors, TheDesignatedRouterIsFullWithWhomItsNetworkLsaLists) {
   Scene scene;
   scene.hello_a({router_b}, address_a);
@@ -206,6 +221,15 @@ TEST(Links, UnnumberedInterfacesAreJoinedByWhatTheyList) {
   scene.packet(router_a, address_a, 1, make_hello_v2({router_b}, 0xffffffff));
   EXPECT_EQ(scene.network.links().size(), 1u);
   EXPECT_EQ(scene.state(), NeighborState::two_way);
+}
+
+TEST(Links, ParallelUnnumberedLinksAreNotGuessedAt) {
+  Scene scene;
+  scene.packet(router_b, 0x0a090909, 1, make_hello_v2({router_a}, 0xffffffff));
+  scene.packet(router_a, 0x0a080801, 1, make_hello_v2({}, 0xffffffff));
+  scene.packet(router_a, 0x0a080802, 1, make_hello_v2({router_b}, 0xffffffff));
+  scene.packet(router_a, 0x0a080801, 1, make_hello_v2({router_b}, 0xffffffff));
+  EXPECT_EQ(scene.network.links().size(), 3u);
 }
 
 TEST(Links, APacketBeforeTheFirstHelloCountsForTheSameInterface) {

@@ -21,7 +21,9 @@
 //   Full     and they are, or A asked for nothing
 // A description counts if it is not older than the present two-way relation. Where the descriptions
 // were before the capture, Full is told from the database: A's router LSA describes the adjacency,
-// or A, the designated router, lists B in its network LSA. A router that so is Full with the
+// or A, the designated router, lists B in its network LSA. On a link of two, A is taken to be Full
+// with B too if it floods or acknowledges there, which no router does below Exchange, and has sent
+// no description since the relation began. A router that the database has Full with the
 // designated router is taken to be Full with the backup too.
 #pragma once
 
@@ -50,7 +52,7 @@ enum class NeighborState : std::uint8_t {
 };
 
 // What a neighbour's state rests on.
-enum class Evidence : std::uint8_t { hello, description, database, role };
+enum class Evidence : std::uint8_t { hello, description, database, flooding, role };
 
 enum class NetworkType : std::uint8_t {
   unknown,
@@ -105,7 +107,8 @@ struct Interface {
   bool had_designated_router = false;
   std::map<IpAddress, Time> hello_targets;  // of unicast hellos, with the last of each
 
-  std::optional<std::uint16_t> mtu;  // from its descriptions
+  std::optional<Time> last_flooding;  // its last update or acknowledgement
+  std::optional<std::uint16_t> mtu;   // from its descriptions
   AuthKind auth_kind = AuthKind::none;
   std::uint16_t auth_key_id = 0;  // key or security association
   std::size_t auth_digest_length = 0;
@@ -195,7 +198,9 @@ class Network : public Visitor {
   void answered(const LsaHeader &header);
   void load(const Packet &packet, const LsaHeader &header, Bytes raw, bool complete, Scope scope);
 
-  Neighbor judge(std::uint32_t interface, std::uint32_t peer, Time now) const;
+  Neighbor judge(std::uint32_t interface, std::uint32_t peer, bool only_two, Time now) const;
+  // Since when both may have listed each other; what was before counts no more.
+  static Time relation_since(const Interface &of, const Interface &with);
   const ExchangeFacts *valid_exchange(const Interface &of, const Interface &with) const;
   const LsdbEntry *lsa_of_area(const Interface &interface, std::uint16_t type_v2,
                                std::uint16_t type_v3, std::uint32_t id_v2,

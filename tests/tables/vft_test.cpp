@@ -1,0 +1,243 @@
+// The lookup from LUID to vft and the one copy that callers are handed.
+#include <kelp/vft.h>
+
+#include <algorithm>
+#include <array>
+
+#include "tables/table_fixture.hpp"
+
+namespace {
+
+using harness::Store;
+using harness::TraceLog;
+using Luid = std::array<std::uint8_t, 16>;
+
+Luid luid_from(std::string_view text) {
+  Luid luid;
+  for (std::size_t at = 0; at < luid.size(); ++at) {
+    luid[at] =
+        static_cast<std::uint8_t>(std::stoi(std::string(text.substr(2 * at, 2)), nullptr, 16));
+  }
+  return luid;
+}
+
+std::vector<std::string> luids_in_order() {
+  std::vector<std::string> luids;
+  for (const auto *table : harbor::model::all_tables) luids.emplace_back(table->luid);
+  std::sort(luids.begin(), luids.end());
+  return luids;
+}
+
+const harbor::model::Table &table_with(const std::string &luid) {
+  for (const auto *table : harbor::model::all_tables) {
+    if (table->luid == luid) return *table;
+  }
+  ADD_FAILURE() << luid;
+  return *harbor::model::all_tables[0];
+}
+
+TEST(Vft, LookupGivesThePlaceInTheOrderOfLuids) {
+  const std::vector<std::string> luids = luids_in_order();
+  ASSERT_EQ(luids.size(), 21u);
+  for (std::size_t at = 0; at < luids.size(); ++at) {
+    EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(luid_from(luids[at]).data()),
+              static_cast<std::int32_t>(at));
+  }
+  EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(table_tbl_area_scope_lsas_luid), 0);
+  EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(table_tbl_ospfv3_prefix_list_luid), 20);
+}
+
+TEST(Vft, LookupComparesTheSecondHalf) {
+  for (const std::string &text : luids_in_order()) {
+    Luid luid = luid_from(text);
+    luid[15] ^= 1;
+    EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(luid.data()), -1);
+    luid[15] ^= 1;
+    luid[8] ^= 0x80;
+    EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(luid.data()), -1);
+  }
+}
+
+TEST(Vft, LookupComparesTheFirstHalfOutsideTheSelector) {
+  for (const std::string &text : luids_in_order()) {
+    Luid luid = luid_from(text);
+    luid[0] ^= 1;
+    EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(luid.data()), -1);
+  }
+}
+
+// The five bits behind the 35th lowest of the first eight bytes, big-endian.
+std::uint32_t selector_of(const Luid &luid) { return ((luid[3] & 3u) << 3) | (luid[4] >> 5); }
+
+TEST(Vft, ThirteenSelectorsHaveNoTable) {
+  std::vector<std::uint32_t> used;
+  for (const std::string &text : luids_in_order()) used.push_back(selector_of(luid_from(text)));
+  std::sort(used.begin(), used.end());
+  used.erase(std::unique(used.begin(), used.end()), used.end());
+  EXPECT_EQ(used.size(), 19u);
+  for (std::uint32_t selector = 0; selector < 32; ++selector) {
+    if (std::find(used.begin(), used.end(), selector) != used.end()) continue;
+    Luid luid{};
+    luid[3] = static_cast<std::uint8_t>(selector >> 3);
+    luid[4] = static_cast<std::uint8_t>(selector << 5);
+    EXPECT_EQ(selector_of(luid), selector);
+    EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(luid.data()), -1);
+  }
+}
+
+TEST(Vft, TablesThatShareASelectorAreBothFound) {
+  const auto place = [](const std::uint8_t *luid) {
+    Luid copy;
+    std::memcpy(copy.data(), luid, copy.size());
+    return std::pair(selector_of(copy), ospf_harbor_oper_table_mrst_lookup(luid));
+  };
+  using Place = std::pair<std::uint32_t, std::int32_t>;
+  EXPECT_EQ(place(table_tbl_ospfv2_unknown_sub_tlv_luid), (Place{12, 2}));
+  EXPECT_EQ(place(table_tbl_ospfv3_ia_prefix_list_luid), (Place{12, 10}));
+  EXPECT_EQ(place(table_tbl_ospf_instance_rev1_luid), (Place{17, 12}));
+  EXPECT_EQ(place(table_tbl_ospfv2_link_luid), (Place{17, 14}));
+}
+
+TEST(Vft, LookupTakesALuidAtAnyAddress) {
+  std::uint8_t bytes[17];
+  std::memcpy(bytes + 1, table_tbl_ospf_area_luid, 16);
+  EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(bytes + 1), 11);
+}
+
+TEST(Vft, GetWithAnErrorPresentLeavesTheOutputAndTellsAtDebug) {
+  Store store;
+  const kelp_table_vft *vft = &tbl_ospf_table_vft;
+  kelp_store_err(store, 5);
+  store.err = 9;
+  const TraceLog traced;
+  ospf_harbor_oper_table_get_vft(store, 0, table_tbl_ospf_area_luid, &vft, &store.err);
+  EXPECT_EQ(vft, &tbl_ospf_table_vft);
+  EXPECT_EQ(store.err, 9u);
+  EXPECT_EQ(store.last_error(), 5);
+  EXPECT_EQ(traced.texts(), std::vector<std::string>{
+                                "Error already set when requesting ospf_harbor_oper table vft"});
+  EXPECT_TRUE(traced.has(7, "Error already set when requesting ospf_harbor_oper table vft"));
+}
+
+TEST(Vft, GetOfAnUnknownLuidGivesNullAnd2) {
+  Store store;
+  const Luid unknown{};
+  const kelp_table_vft *vft = &tbl_ospf_table_vft;
+  ospf_harbor_oper_table_get_vft(store, 0, unknown.data(), &vft, &store.err);
+  EXPECT_EQ(vft, nullptr);
+  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.last_error(), 2);
+}
+
+TEST(Vft, GetHandsOutTheCopyAndClearsTheLastError) {
+  Store store;
+  for (const std::string &luid : luids_in_order()) {
+    kelp_store_err(store, 5);
+    const kelp_table_vft *vft = nullptr;
+    ospf_harbor_oper_table_get_vft(store, 0, luid_from(luid).data(), &vft, &store.err);
+    EXPECT_EQ(store.err, 0u);
+    EXPECT_EQ(store.last_error(), 0);
+    const std::string name = "tbl_" + std::string(table_with(luid).name);
+    const auto *constant =
+        static_cast<const kelp_table_vft *>(harness::exported(name + "_table_vft"));
+    EXPECT_NE(vft, constant);
+    EXPECT_EQ(
+        vft,
+        &ospf_harbor_oper_table_lut[ospf_harbor_oper_table_mrst_lookup(luid_from(luid).data())]);
+    EXPECT_EQ(std::memcmp(vft, constant, sizeof(kelp_table_vft)), 0) << name;
+    EXPECT_EQ(vft->name, "table " + name);
+    EXPECT_EQ(std::memcmp(vft->luid, luid_from(luid).data(), 16), 0);
+  }
+}
+
+TEST(Vft, Slot36IsNullInEveryCopy) {
+  ospf_harbor_oper_table_vft_init();
+  for (const kelp_table_vft &vft : ospf_harbor_oper_table_lut) {
+    EXPECT_EQ(vft.operations[KELP_VFT_UNUSED - 2], nullptr);
+    EXPECT_NE(vft.operations[KELP_VFT_TABLE_OPEN - 2], nullptr);
+  }
+}
+
+TEST(Vft, TheFirstInitCopiesAndTellsAndTheSecondDoesNeither) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        harness::CallLog log;
+        TraceLog traced;
+        const bool first = ospf_harbor_oper_table_vft_init() == 0 &&
+                           traced.has(7, "Initializing table vft for ospf_harbor_oper") &&
+                           log.count("table_vft_cpy") == 1;
+        traced.clear();
+        const bool second = ospf_harbor_oper_table_vft_init() == 0 && traced.empty() &&
+                            log.count("table_vft_cpy") == 1;
+        std::exit(first && second ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(Vft, AFailedCopyIsNotTriedAgainAndStillHandsOutAVft) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        Store store;
+        const kelp_table_vft *vft = nullptr;
+        {
+          const harness::Failing failing("table_vft_cpy", 22);
+          ospf_harbor_oper_table_get_vft(store, 0, table_tbl_ospf_area_luid, &vft, &store.err);
+        }
+        const bool first = store.err == 22 && store.last_error() == 22 &&
+                           vft == &ospf_harbor_oper_table_lut[11] && vft->name == nullptr;
+        store.err = 0;
+        ospf_harbor_oper_table_get_vft(store, 0, table_tbl_ospf_area_luid, &vft, &store.err);
+        const bool second = store.err == 0 && vft->name == nullptr &&
+                            ospf_harbor_oper_table_vft_init() == 0 && vft->name == nullptr;
+        std::exit(first && second ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(Vft, AFailedInitGivesTheCode) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        const harness::Failing failing("table_vft_cpy", 22);
+        const bool first = ospf_harbor_oper_table_vft_init() == 22;
+        std::exit(first && ospf_harbor_oper_table_vft_init() == 0 ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(Vft, IdentitiesOfATableAgree) {
+  for (const auto *table : harbor::model::all_tables) {
+    const std::string name = "tbl_" + std::string(table->name);
+    const auto *luid =
+        static_cast<const std::uint8_t *>(harness::exported("table_" + name + "_luid"));
+    const auto *text = static_cast<const char *>(harness::exported("table_" + name + "_luid_text"));
+    const auto *title = static_cast<const char *>(harness::exported("table_" + name + "_name"));
+    const auto *type = static_cast<const kelp_type_record *>(
+        harness::exported("_" + name + "_table_type_info_internal"));
+    const auto *record_type = static_cast<const kelp_type_record *>(
+        harness::exported("_" + name + "_table_record_type_info_internal"));
+    EXPECT_EQ(std::memcmp(luid, luid_from(table->luid).data(), 16), 0);
+    EXPECT_EQ(text, table->luid);
+    EXPECT_EQ(title, "table " + name);
+    EXPECT_EQ(std::memcmp(type->md5, luid, 16), 0);
+    EXPECT_STREQ(type->type_name, name.c_str());
+    EXPECT_STREQ(type->kind, "table");
+    EXPECT_STREQ(record_type->md5_text, std::string(table->record_md5).c_str());
+    EXPECT_STREQ(record_type->type_name, (name + "_record").c_str());
+    EXPECT_STREQ(record_type->kind, "table_record");
+    EXPECT_EQ(type->varinfo->n_variants, 1);
+    EXPECT_EQ(record_type->varinfo->n_variants, 1);
+  }
+}
+
+TEST(Vft, GetLuidHandsItsArgumentsOn) {
+  harness::AreaTable areas;
+  const std::uint8_t *luid = tbl_ospf_area_get_luid(areas, 0, areas.table, &areas.err);
+  EXPECT_EQ(std::memcmp(luid, table_tbl_ospf_area_luid, 16), 0);
+  EXPECT_EQ(tbl_ospf_area_get_luid(areas, 0, nullptr, &areas.err), nullptr);
+  EXPECT_EQ(areas.err, 22u);
+}
+
+}  // namespace

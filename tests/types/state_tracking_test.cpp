@@ -1,0 +1,363 @@
+// Direct access to state bytes: the gate, each form for fields and arrays, and all bytes at once.
+#include <cstring>
+
+#include "types/object_view.hpp"
+
+namespace {
+
+using namespace harness;
+
+constexpr char not_tracked[] = "The object is not state tracked";
+constexpr char non_tracked[] = "The object is non state tracked";
+
+// An area made under a tracking handle.
+class Area {
+ public:
+  explicit Area(std::uint32_t tracking = KELP_TRACKING_ON)
+      : store({.tracking = tracking}), object(ospf_area_create(store, 0)) {}
+  ~Area() { ospf_area_destroy(store, 0, object); }
+  std::uint8_t *states() { return area(object, types::ospf_area); }
+
+  Store store;
+  ospf_area *object;
+};
+
+// A network with three routers, made under a tracking handle.
+class Network {
+ public:
+  explicit Network(std::uint32_t tracking = KELP_TRACKING_ON)
+      : store({.tracking = tracking}), object(ospfv2_network_create(store, 0)) {
+    const std::uint32_t routers[] = {1, 2, 3};
+    ospfv2_network_attached_router_set_mem(store, 0, object, routers, 3, &store.err);
+  }
+  ~Network() { ospfv2_network_destroy(store, 0, object); }
+  std::uint8_t *states() { return area(object, types::ospfv2_network); }
+  std::uint8_t *element_states() { return at<std::uint8_t *>(states(), 8); }
+
+  Store store;
+  ospfv2_network *object;
+};
+
+TEST(StateFlag, AFreshObjectIsUnwrittenAndASetterMarksItsFieldAlone) {
+  Area area;
+  Store &store = area.store;
+  EXPECT_EQ(ospf_area_area_id_state_flag_get(store, 0, area.object, &store.err), 0);
+  EXPECT_EQ(ospf_area_interfaces_state_flag_get(store, 0, area.object, &store.err), 0);
+  ospf_area_area_id_set_value(store, 0, area.object, 5, &store.err);
+  EXPECT_EQ(ospf_area_area_id_state_flag_get(store, 0, area.object, &store.err), 2);
+  EXPECT_EQ(ospf_area_interfaces_state_flag_get(store, 0, area.object, &store.err), 0);
+  EXPECT_EQ(ospf_area_area_scope_lsas_state_flag_get(store, 0, area.object, &store.err), 0);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(StateFlag, TheLowEightBitsAreStoredAnnounced) {
+  Area area;
+  WriteWatch watch(area.store);
+  ospf_area_area_scope_lsas_state_flag_set(area.store, 0, area.object, 0x1234, &area.store.err);
+  EXPECT_EQ(area.states()[2], 0x34);
+  EXPECT_EQ(ranges_in(watch, area.object), (Ranges{{130, 1}}));
+  EXPECT_EQ(area.store.err, 0u);
+}
+
+TEST(StateFlag, AnEarlierFailureStandsAndTheLastErrorIsNeverCleared) {
+  Area area;
+  area.states()[0] = 7;
+  CallLog log(area.store);
+  EXPECT_EQ(ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err), 7);
+  EXPECT_TRUE(log.calls().empty());
+  area.store.err = 90;
+  EXPECT_EQ(ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err), 0);
+  ospf_area_area_id_state_flag_set(area.store, 0, area.object, 1, &area.store.err);
+  EXPECT_TRUE(log.calls().empty());
+  EXPECT_EQ(area.states()[0], 7);
+  area.store.err = 0;
+  ospf_area_area_id_state_flag_set(area.store, 0, area.object, 1, &area.store.err);
+  EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
+}
+
+TEST(StateFlag, AHandleWithoutADescriptorReadsAndWrites) {
+  Area area;
+  kelp_handle *plain = area.store.another_handle({});
+  area.states()[1] = 9;
+  EXPECT_EQ(ospf_area_interfaces_state_flag_get(plain, 0, area.object, &area.store.err), 9);
+  ospf_area_interfaces_state_flag_set(plain, 0, area.object, 4, &area.store.err);
+  EXPECT_EQ(area.states()[1], 4);
+  EXPECT_EQ(area.store.err, 0u);
+}
+
+TEST(StateFlag, SwitchedOffTrackingFailsWithoutAMessage) {
+  Area area;
+  kelp_handle *off = area.store.another_handle({.tracking = KELP_TRACKING_OFF});
+  area.states()[0] = 9;
+  TraceLog trace;
+  EXPECT_EQ(ospf_area_area_id_state_flag_get(off, 0, area.object, &area.store.err), 0);
+  EXPECT_EQ(area.store.err, 22u);
+  EXPECT_EQ(kelp_handle_last_error(off, nullptr), 22);
+  area.store.err = 0;
+  ospf_area_area_id_state_flag_set(off, 0, area.object, 4, &area.store.err);
+  EXPECT_EQ(area.store.err, 22u);
+  EXPECT_EQ(area.states()[0], 9);
+  EXPECT_TRUE(trace.empty());
+}
+
+TEST(StateFlag, AnUntrackedObjectFailsWithTheMessageOfReadersOrOfWriters) {
+  for (const std::uint32_t tracking : {KELP_TRACKING_ABSENT, KELP_TRACKING_ON}) {
+    Area area(KELP_TRACKING_ABSENT);
+    kelp_handle *handle = area.store.another_handle({.tracking = tracking});
+    TraceLog trace;
+    CallLog log(handle);
+    EXPECT_EQ(ospf_area_area_id_state_flag_get(handle, 0, area.object, &area.store.err), 0);
+    EXPECT_EQ(area.store.err, 22u);
+    area.store.err = 0;
+    ospf_area_area_id_state_flag_set(handle, 0, area.object, 4, &area.store.err);
+    EXPECT_EQ(area.store.err, 22u);
+    EXPECT_EQ(log.calls(), (Names{"kelp_store_err", "kelp_store_err"}));
+    EXPECT_EQ(trace.texts(), (Names{non_tracked, not_tracked}));
+    EXPECT_EQ(trace.messages()[0].level, 3u);
+    EXPECT_EQ(trace.messages()[1].level, 3u);
+  }
+}
+
+TEST(StateFlag, ACorruptedHandleEndsTheProcess) {
+  Area area;
+  EXPECT_FATAL(
+      {
+        area.store.handle()->sttr->sttr_mode = 0xEEEF;
+        ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err);
+      },
+      "Corrupted KELP Handle");
+  EXPECT_FATAL(
+      {
+        area.store.handle()->sttr->sttr_mode = 0xEEEF;
+        ospf_area_area_id_state_flag_set(area.store, 0, area.object, 1, &area.store.err);
+      },
+      "Corrupted KELP Handle");
+}
+
+TEST(StateFlag, ReadingTestsNoVariantAndWritingDoes) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  store.set_variant("ospf_area", 0);
+  ospf_area *object = ospf_area_create(store, 0);
+  EXPECT_EQ(ospf_area_area_scope_lsas_state_flag_get(store, 0, object, &store.err), 0);
+  EXPECT_EQ(store.err, 0u);
+  ospf_area_area_scope_lsas_state_flag_set(store, 0, object, 6, &store.err);
+  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(area(object, types::ospf_area)[2], 0);
+  store.err = 0;
+  store.set_variant("ospf_area", 1);
+  ospf_area_area_scope_lsas_state_flag_set(store, 0, object, 6, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(header(object).variant, 1);
+  EXPECT_EQ(area(object, types::ospf_area)[2], 6);
+  ospf_area_destroy(store, 0, object);
+}
+
+TEST(StateFlag, ANestedObjectsBytesLieInTheOutermostParent) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospf_interface *object = ospf_interface_create(store, 0);
+  auto *settings = static_cast<ttl_security *>(
+      place(object, types::ospf_interface, fields::ospf_interface::ttl_security_val));
+  ttl_security_hops_set_value(store, 0, settings, 5, &store.err);
+  EXPECT_EQ(area(object, types::ospf_interface)[24], 2);
+  EXPECT_EQ(area(object, types::ospf_interface)[22], 0);
+  ttl_security_enabled_state_flag_set(store, 0, settings, 9, &store.err);
+  EXPECT_EQ(area(object, types::ospf_interface)[23], 9);
+  EXPECT_EQ(ttl_security_hops_state_flag_get(store, 0, settings, &store.err), 2);
+  EXPECT_EQ(store.err, 0u);
+  ospf_interface_destroy(store, 0, object);
+}
+
+// --- arrays -------------------------------------------------------------------------------------
+
+TEST(ArrayStateFlag, TheWholeHasAByteOfItsOwn) {
+  Network network;
+  Store &store = network.store;
+  EXPECT_EQ(
+      ospfv2_network_attached_router_state_flag_whole_get(store, 0, network.object, &store.err), 2);
+  ospfv2_network_attached_router_state_flag_whole_set(store, 0, network.object, 0x105, &store.err);
+  EXPECT_EQ(network.states()[1], 5);
+  EXPECT_EQ(network.element_states()[0], 0);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(ArrayStateFlag, AnElementsByteIsStoredAnnounced) {
+  Network network;
+  Store &store = network.store;
+  WriteWatch watch(store);
+  ospfv2_network_attached_router_state_flag_set(store, 0, network.object, 2, 0x107, &store.err);
+  ASSERT_EQ(watch.writes().size(), 1u);
+  EXPECT_EQ(watch.writes()[0].address, network.element_states() + 2);
+  EXPECT_EQ(watch.writes()[0].length, 1u);
+  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 2, &store.err),
+            7);
+  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 1, &store.err),
+            0);
+  EXPECT_EQ(store.err, 0u);
+}
+
+TEST(ArrayStateFlag, AnIndexAtTheCountIsRefused) {
+  Network network;
+  Store &store = network.store;
+  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 3, &store.err),
+            0);
+  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.last_error(), 2);
+  store.err = 0;
+  CallLog log(store);
+  ospfv2_network_attached_router_state_flag_set(store, 0, network.object, 3, 1, &store.err);
+  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(log.calls(), (Names{"kelp_store_err"}));
+}
+
+TEST(ArrayStateFlag, TheElementsBytesAreHandedOutInPlace) {
+  Network network;
+  std::uint64_t address = 0;
+  ospfv2_network_attached_router_state_flag_get_arr(network.store, 0, network.object, &address,
+                                                    &network.store.err);
+  EXPECT_EQ(address, reinterpret_cast<std::uintptr_t>(network.element_states()));
+  EXPECT_EQ(network.store.err, 0u);
+}
+
+TEST(ArrayStateFlag, BytesForTheElementsGoToTheBeginningOfTheObjectsArea) {
+  Network network;
+  Store &store = network.store;
+  const std::uint8_t source[] = {11, 12, 13};
+  network.element_states()[1] = 6;
+  std::uint8_t *const elements = network.element_states();
+  WriteWatch watch(store);
+  ospfv2_network_attached_router_state_flag_set_arr(store, 0, network.object, source, 3,
+                                                    &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_TRUE(watch.writes().empty());
+  EXPECT_EQ(std::memcmp(network.states(), source, 3), 0);
+  EXPECT_EQ(network.element_states(), elements);
+  const std::uint8_t kept[] = {0, 6, 0};
+  EXPECT_EQ(std::memcmp(elements, kept, 3), 0);
+}
+
+TEST(ArrayStateFlag, AnotherCountThanTheArraysIsRefused) {
+  Network network;
+  Store &store = network.store;
+  const std::uint8_t source[] = {11, 12, 13, 14};
+  for (const std::uint32_t count : {2u, 4u}) {
+    store.err = 0;
+    ospfv2_network_attached_router_state_flag_set_arr(store, 0, network.object, source, count,
+                                                      &store.err);
+    EXPECT_EQ(store.err, 2u);
+    EXPECT_EQ(store.last_error(), 2);
+    EXPECT_EQ(network.states()[0], 0);
+  }
+}
+
+TEST(ArrayStateFlag, EachFormHasTheGate) {
+  Network network(KELP_TRACKING_ABSENT);
+  Store &store = network.store;
+  kelp_handle *off = store.another_handle({.tracking = KELP_TRACKING_OFF});
+  ospfv2_network *object = network.object;
+  std::uint8_t source[3] = {};
+  std::uint64_t out = 1;
+  const auto run = [&](kelp_handle *handle) {
+    const auto expect_refused = [&] {
+      EXPECT_EQ(store.err, 22u);
+      store.err = 0;
+    };
+    ospfv2_network_attached_router_state_flag_whole_get(handle, 0, object, &store.err);
+    expect_refused();
+    ospfv2_network_attached_router_state_flag_get(handle, 0, object, 9, &store.err);
+    expect_refused();
+    ospfv2_network_attached_router_state_flag_get_arr(handle, 0, object, &out, &store.err);
+    expect_refused();
+    ospfv2_network_attached_router_state_flag_whole_set(handle, 0, object, 1, &store.err);
+    expect_refused();
+    ospfv2_network_attached_router_state_flag_set(handle, 0, object, 9, 1, &store.err);
+    expect_refused();
+    ospfv2_network_attached_router_state_flag_set_arr(handle, 0, object, source, 9, &store.err);
+    expect_refused();
+  };
+  TraceLog trace;
+  run(off);
+  EXPECT_TRUE(trace.empty());
+  run(store);
+  EXPECT_EQ(trace.texts(),
+            (Names{non_tracked, non_tracked, non_tracked, not_tracked, not_tracked, not_tracked}));
+  EXPECT_EQ(out, 1u);
+}
+
+TEST(ArrayStateFlag, EachPlaceHasAMessageOfItsOwn) {
+  Network network(KELP_TRACKING_ABSENT);
+  Store &store = network.store;
+  std::uint64_t out = 0;
+  TraceLog trace;
+  ospfv2_network_attached_router_state_flag_whole_get(store, 0, network.object, &store.err);
+  store.err = 0;
+  ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 0, &store.err);
+  store.err = 0;
+  ospfv2_network_attached_router_state_flag_get_arr(store, 0, network.object, &out, &store.err);
+  ASSERT_EQ(trace.messages().size(), 3u);
+  EXPECT_EQ(trace.messages()[1].index, trace.messages()[0].index + 1);
+  EXPECT_EQ(trace.messages()[2].index, trace.messages()[0].index + 2);
+}
+
+// --- all bytes at once --------------------------------------------------------------------------
+
+TEST(AllStateFlags, EveryByteIsFilledUnannouncedNestedBlocksIncluded) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospf_interface *object = ospf_interface_create(store, 0);
+  CallLog log(store);
+  ospf_interface_set_all_state_tracking_flag(store, 0, object, 0x103);
+  EXPECT_TRUE(log.calls().empty());
+  const std::vector<std::uint8_t> filled(42, 3);
+  EXPECT_EQ(std::memcmp(area(object, types::ospf_interface), filled.data(), filled.size()), 0);
+  ospf_interface_destroy(store, 0, object);
+}
+
+TEST(AllStateFlags, EmptyArraysAreLeftWithThePatternInTheirPointers) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospfv2_link_tlv *object = ospfv2_link_tlv_create(store, 0);
+  ospfv2_link_tlv_set_all_state_tracking_flag(store, 0, object, 2);
+  std::uint8_t *states = area(object, types::ospfv2_link_tlv);
+  EXPECT_EQ(at<std::uint64_t>(states, 8), 0x0202020202020202u);
+  EXPECT_EQ(at<std::uint64_t>(states, 24), 0x0202020202020202u);
+  EXPECT_EQ(states[39], 2);
+  EXPECT_EQ(ospfv2_link_tlv_local_if_ipv4_addr_state_flag_whole_get(store, 0, object, &store.err),
+            2);
+  // No valid pointer is left there, so that destroy must not meet it.
+  at<std::uint64_t>(states, 8) = 0;
+  at<std::uint64_t>(states, 24) = 0;
+  ospfv2_link_tlv_destroy(store, 0, object);
+}
+
+TEST(AllStateFlags, ANestedObjectFillsItsBlockAlone) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospf_interface *object = ospf_interface_create(store, 0);
+  auto *settings = static_cast<fast_reroute *>(
+      place(object, types::ospf_interface, fields::ospf_interface::fast_reroute_val));
+  fast_reroute_set_all_state_tracking_flag(store, 0, settings, 7);
+  const std::uint8_t *states = area(object, types::ospf_interface);
+  const std::uint8_t around[] = {0, 7, 7, 7, 0};
+  EXPECT_EQ(std::memcmp(states + 9, around, sizeof around), 0);
+  ospf_interface_destroy(store, 0, object);
+}
+
+TEST(AllStateFlags, OnlyATrackingHandleAndATrackedObjectDoAnything) {
+  Area tracked;
+  kelp_handle *plain = tracked.store.another_handle({});
+  kelp_handle *off = tracked.store.another_handle({.tracking = KELP_TRACKING_OFF});
+  kelp_handle *corrupted = tracked.store.another_handle({.tracking = KELP_TRACKING_ON});
+  corrupted->sttr->sttr_mode = 1;
+  TraceLog trace;
+  for (kelp_handle *handle : {plain, off, corrupted}) {
+    ospf_area_set_all_state_tracking_flag(handle, 0, tracked.object, 5);
+  }
+  EXPECT_EQ(tracked.states()[0], 0);
+  header(tracked.object).obj_flags = 0;
+  ospf_area_set_all_state_tracking_flag(tracked.store, 0, tracked.object, 5);
+  EXPECT_EQ(tracked.states()[0], 0);
+  header(tracked.object).obj_flags = OBJ_STATE_TRACKED;
+  ospf_area_set_all_state_tracking_flag(tracked.store, 0, tracked.object, 5);
+  EXPECT_EQ(tracked.states()[0], 5);
+  EXPECT_TRUE(trace.empty());
+  corrupted->sttr->sttr_mode = STTR_MODE_ON;
+}
+
+}  // namespace

@@ -1,0 +1,466 @@
+// Moving the content of structures: what is copied, who owns it afterwards, what state tracking
+// adds, and the distances of nested state bytes.
+#include <kelp/oid.h>
+
+#include <cstring>
+
+#include "types/object_view.hpp"
+
+namespace {
+
+using namespace harness;
+
+constexpr std::ptrdiff_t offset_of(const model::Structure &type, const model::Field &field) {
+  return static_cast<std::ptrdiff_t>(model::offset(type, field));
+}
+
+// Two sub-TLVs, the second with three octets.
+class SubTlvs {
+ public:
+  explicit SubTlvs(StoreOptions options = {})
+      : store(options),
+        to(ospfv2_unknown_sub_tlv_create(store, 0)),
+        from(ospfv2_unknown_sub_tlv_create(store, 0)) {
+    const std::uint8_t octets[] = {1, 2, 3};
+    ospfv2_unknown_sub_tlv_type_set_value(store, 0, from, 4, &store.err);
+    ospfv2_unknown_sub_tlv_value_set_mem(store, 0, from, octets, 3, &store.err);
+    EXPECT_EQ(store.err, 0u);
+  }
+  ~SubTlvs() {
+    ospfv2_unknown_sub_tlv_destroy(store, 0, to);
+    ospfv2_unknown_sub_tlv_destroy(store, 0, from);
+  }
+  static void *&octets(ospfv2_unknown_sub_tlv *object) {
+    return at<void *>(object, model::offset(types::ospfv2_unknown_sub_tlv,
+                                            fields::ospfv2_unknown_sub_tlv::value));
+  }
+  static std::uint32_t &count(ospfv2_unknown_sub_tlv *object) {
+    return at<std::uint32_t>(object, model::offset(types::ospfv2_unknown_sub_tlv,
+                                                   fields::ospfv2_unknown_sub_tlv::value_len));
+  }
+  static std::uint8_t *&element_states(ospfv2_unknown_sub_tlv *object) {
+    return at<std::uint8_t *>(object, model::object_size(types::ospfv2_unknown_sub_tlv) + 8);
+  }
+
+  Store store;
+  ospfv2_unknown_sub_tlv *to;
+  ospfv2_unknown_sub_tlv *from;
+};
+
+TEST(TransferSet, AnArrayMovesByItsPointer) {
+  SubTlvs tlvs;
+  void *octets = SubTlvs::octets(tlvs.from);
+  WriteWatch watch(tlvs.store);
+  ospfv2_unknown_sub_tlv_set(tlvs.store, 0, tlvs.to, tlvs.from, &tlvs.store.err);
+  EXPECT_EQ(SubTlvs::octets(tlvs.to), octets);
+  EXPECT_EQ(SubTlvs::count(tlvs.to), 3u);
+  EXPECT_EQ(SubTlvs::octets(tlvs.from), nullptr);
+  EXPECT_EQ(SubTlvs::count(tlvs.from), 0u);
+  EXPECT_EQ(ospfv2_unknown_sub_tlv_type_get_value(tlvs.store, 0, tlvs.from, &tlvs.store.err), 4);
+  using namespace fields::ospfv2_unknown_sub_tlv;
+  ASSERT_EQ(watch.writes().size(), 3u);
+  EXPECT_EQ(watch.writes()[0].offset_in(tlvs.to), 0);
+  EXPECT_EQ(watch.writes()[0].length, 40u);
+  EXPECT_EQ(watch.writes()[1].offset_in(tlvs.from),
+            offset_of(types::ospfv2_unknown_sub_tlv, value));
+  EXPECT_EQ(watch.writes()[1].length, 8u);
+  EXPECT_EQ(watch.writes()[2].offset_in(tlvs.from),
+            offset_of(types::ospfv2_unknown_sub_tlv, value_len));
+  EXPECT_EQ(watch.writes()[2].length, 4u);
+}
+
+TEST(TransferSet, OntoItselfOnlyTheVariantIsAdjusted) {
+  Store store;
+  ospfv2_topology *object = ospfv2_topology_create(store, 0);
+  CallLog log(store);
+  ospfv2_topology_set(store, 0, object, object, &store.err);
+  EXPECT_EQ(log.only({"kelplib_adjust_variant", "write_notify"}),
+            (Names{"kelplib_adjust_variant"}));
+  EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
+  log.clear();
+  ospfv2_topology_set(store, 0, nullptr, nullptr, &store.err);
+  EXPECT_EQ(log.calls(), (Names{"kelplib_adjust_variant"}));
+  ospfv2_topology_destroy(store, 0, object);
+}
+
+TEST(TransferSet, ASetErrorWordStopsNothing) {
+  SubTlvs tlvs;
+  tlvs.store.err = 90;
+  CallLog log(tlvs.store);
+  ospfv2_unknown_sub_tlv_set(tlvs.store, 0, tlvs.to, tlvs.from, &tlvs.store.err);
+  EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
+  EXPECT_EQ(SubTlvs::count(tlvs.to), 3u);
+  EXPECT_EQ(SubTlvs::count(tlvs.from), 0u);
+  EXPECT_EQ(tlvs.store.err, 90u);
+}
+
+TEST(TransferSet, TheHeaderComesAlong) {
+  Store store;
+  store.set_variant("ospf_area", 0);
+  ospf_area *from = ospf_area_create(store, 0);
+  store.set_variant("ospf_area", 1);
+  ospf_area *to = ospf_area_create(store, 0);
+  header(from).obj_flags = OBJ_RA_DATA;
+  ospf_area_set(store, 0, to, from, &store.err);
+  EXPECT_EQ(header(to).variant, 0);
+  EXPECT_EQ(header(to).created_variant, 0);
+  EXPECT_EQ(header(to).obj_flags, OBJ_RA_DATA);
+  ospf_area_destroy(store, 0, to);
+  ospf_area_destroy(store, 0, from);
+}
+
+TEST(TransferSet, OidsAreCopiedAndNoCountMoves) {
+  Store store;
+  ospf_area *from = ospf_area_create(store, 0);
+  ospf_area *to = ospf_area_create(store, 0);
+  ospf_area *target = ospf_area_create(store, 0);
+  const auto oid = [](ospf_area *area) -> kelp_oid & {
+    return at<kelp_reference>(area, model::offset(types::ospf_area, fields::ospf_area::interfaces))
+        .oid;
+  };
+  oid(from) = kelp_handle_to_oid(store, 0, target, KELP_OID_KIND_OBJECT, 1, &store.err);
+  ospf_area_set(store, 0, to, from, &store.err);
+  EXPECT_EQ(kelp_handle_oid_references(store, target), 1);
+  EXPECT_EQ(std::memcmp(&oid(to), &oid(from), sizeof(kelp_oid)), 0);
+  EXPECT_EQ(kelp_oid_id_is_zero(oid(from).id), 0u);
+  ospf_area_destroy(store, 0, to);
+  ospf_area_destroy(store, 0, from);
+  ospf_area_destroy(store, 0, target);
+}
+
+TEST(TransferSet, TextsAndNestedArraysMoveToo) {
+  Store store;
+  ospfv2_lsa *from = ospfv2_lsa_create(store, 0);
+  ospfv2_lsa *to = ospfv2_lsa_create(store, 0);
+  const auto checksum = [](ospfv2_lsa *object) {
+    return static_cast<kelp_vstring *>(
+        place(place(object, types::ospfv2_lsa, fields::ospfv2_lsa::header), types::ospfv2_header,
+              fields::ospfv2_header::checksum));
+  };
+  const auto network = [](ospfv2_lsa *object) {
+    return static_cast<ospfv2_network *>(
+        place(place(object, types::ospfv2_lsa, fields::ospfv2_lsa::lsa_body),
+              types::ospfv2_lsa_body, fields::ospfv2_lsa_body::network));
+  };
+  kelp_vstring_assign(store, 0, checksum(from), "0xbeef", 6, &store.err);
+  ospfv2_network_attached_router_set_value(store, 0, network(from), 0, 5, &store.err);
+  ospfv2_lsa_set(store, 0, to, from, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_STREQ(kelp_vstring_text(checksum(to)), "0xbeef");
+  EXPECT_STREQ(kelp_vstring_text(checksum(from)), "");
+  EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network(to), 0, &store.err), 5u);
+  EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network(from), &store.err), 0u);
+  ospfv2_lsa_destroy(store, 0, from);
+  EXPECT_EQ(store.live_allocations(), 3u);
+  ospfv2_lsa_destroy(store, 0, to);
+}
+
+TEST(TransferSet, ArmsMoveAndTheSourcesAreClearedAnnounced) {
+  Store store;
+  ospf_authentication *from = ospf_authentication_create(store, 0);
+  ospf_authentication *to = ospf_authentication_create(store, 0);
+  kelp_vstring *text = kelp_vstring_create(store, 0);
+  ospf_authentication_key_chain_set(store, 0, from, text, &store.err);
+  WriteWatch watch(store);
+  ospf_authentication_set(store, 0, to, from, &store.err);
+  using namespace fields::ospf_authentication;
+  EXPECT_EQ(at<void *>(to, model::offset(types::ospf_authentication, key_chain)), text);
+  EXPECT_EQ(at<void *>(from, model::offset(types::ospf_authentication, key_chain)), nullptr);
+  EXPECT_EQ(ospf_authentication_auth_type_selection_get_value(store, 0, from, &store.err), 1u);
+  Ranges cleared = ranges_in(watch, from);
+  ASSERT_EQ(cleared.size(), 6u);
+  cleared.erase(cleared.begin());
+  const auto arm = [](const model::Field &field) {
+    return std::pair<std::ptrdiff_t, std::size_t>(offset_of(types::ospf_authentication, field), 8);
+  };
+  EXPECT_EQ(cleared, (Ranges{arm(sa), arm(key_chain), arm(key_string), arm(crypto_algorithm_val),
+                             arm(no_auth)}));
+  ospf_authentication_destroy(store, 0, from);
+  ospf_authentication_destroy(store, 0, to);
+}
+
+// --- under state tracking -----------------------------------------------------------------------
+
+TEST(TransferState, ElementStatesMoveByTheirPointer) {
+  SubTlvs tlvs({.tracking = KELP_TRACKING_ON});
+  Store &store = tlvs.store;
+  ospfv2_unknown_sub_tlv_value_state_flag_set(store, 0, tlvs.from, 1, 9, &store.err);
+  std::uint8_t *states = SubTlvs::element_states(tlvs.from);
+  WriteWatch watch(store);
+  ospfv2_unknown_sub_tlv_set(store, 0, tlvs.to, tlvs.from, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(SubTlvs::element_states(tlvs.to), states);
+  EXPECT_EQ(SubTlvs::element_states(tlvs.from), nullptr);
+  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_state_flag_get(store, 0, tlvs.to, 1, &store.err), 9);
+  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_state_flag_whole_get(store, 0, tlvs.to, &store.err), 2);
+  ASSERT_GE(watch.writes().size(), 3u);
+  EXPECT_EQ(watch.writes()[1].offset_in(tlvs.to), 40);
+  EXPECT_EQ(watch.writes()[1].length, 16u);
+  EXPECT_EQ(watch.writes()[2].offset_in(tlvs.from), 48);
+  EXPECT_EQ(watch.writes()[2].length, 8u);
+}
+
+TEST(TransferState, AnUntrackedSourceFailsAfterTheCopy) {
+  Store store;
+  kelp_handle *tracking = store.another_handle({.tracking = KELP_TRACKING_ON});
+  ospf_area *from = ospf_area_create(store, 0);
+  ospf_area *to = ospf_area_create(tracking, 0);
+  ospf_area_area_id_set_value(store, 0, from, 77, &store.err);
+  area(to, types::ospf_area)[0] = 5;
+  TraceLog trace;
+  ospf_area_set(tracking, 0, to, from, &store.err);
+  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), 22);
+  EXPECT_EQ(trace.texts(), (Names{"The object is not state tracked"}));
+  EXPECT_EQ(trace.messages()[0].level, 3u);
+  EXPECT_EQ(at<std::uint32_t>(to, model::offset(types::ospf_area, fields::ospf_area::area_id)),
+            77u);
+  EXPECT_EQ(area(to, types::ospf_area)[0], 5);
+  ospf_area_destroy(store, 0, from);
+  ospf_area_destroy(store, 0, to);
+}
+
+TEST(TransferState, AnUntrackedSourceKeepsItsPointersSoThatBothHoldThem) {
+  SubTlvs tlvs;
+  kelp_handle *tracking = tlvs.store.another_handle({.tracking = KELP_TRACKING_ON});
+  ospfv2_unknown_sub_tlv_set(tracking, 0, tlvs.to, tlvs.from, &tlvs.store.err);
+  EXPECT_EQ(tlvs.store.err, 22u);
+  EXPECT_EQ(SubTlvs::octets(tlvs.to), SubTlvs::octets(tlvs.from));
+  EXPECT_EQ(SubTlvs::count(tlvs.from), 3u);
+  SubTlvs::octets(tlvs.to) = nullptr;
+  SubTlvs::count(tlvs.to) = 0;
+}
+
+TEST(TransferState, SwitchedOffTrackingMovesNoStateButKeepsThePlace) {
+  Store store({.tracking = KELP_TRACKING_OFF});
+  ospf_area *from = ospf_area_create(store, 0);
+  ospf_area *to = ospf_area_create(store, 0);
+  header(to).obj_flags = OBJ_STTR_RELOCATED;
+  header(from).obj_flags = OBJ_RA_DATA;
+  WriteWatch watch(store);
+  ospf_area_set(store, 0, to, from, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_EQ(flags_of(to), OBJ_RA_DATA | OBJ_STTR_RELOCATED);
+  EXPECT_EQ(ranges_in(watch, to), (Ranges{{0, 128}}));
+  header(from).obj_flags = OBJ_STTR_RELOCATED;
+  header(to).obj_flags = 0;
+  ospf_area_set(store, 0, to, from, &store.err);
+  EXPECT_EQ(flags_of(to), 0);
+  ospf_area_destroy(store, 0, from);
+  ospf_area_destroy(store, 0, to);
+}
+
+TEST(TransferState, WithoutADescriptorTheSourcesPlaceIsTakenOver) {
+  Store store;
+  ospf_area *from = ospf_area_create(store, 0);
+  ospf_area *to = ospf_area_create(store, 0);
+  header(from).obj_flags = OBJ_STTR_RELOCATED;
+  ospf_area_set(store, 0, to, from, &store.err);
+  EXPECT_EQ(flags_of(to), OBJ_STTR_RELOCATED);
+  ospf_area_destroy(store, 0, from);
+  ospf_area_destroy(store, 0, to);
+}
+
+TEST(TransferState, ACorruptedHandleEndsTheProcess) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospf_area *from = ospf_area_create(store, 0);
+  ospf_area *to = ospf_area_create(store, 0);
+  EXPECT_FATAL(
+      {
+        store.handle()->sttr->sttr_mode = 0;
+        ospf_area_set(store, 0, to, from, &store.err);
+      },
+      "Corrupted KELP Handle");
+  ospf_area_destroy(store, 0, from);
+  ospf_area_destroy(store, 0, to);
+}
+
+TEST(TransferState, ANestedObjectsStateGoesToItsBlockInTheOwner) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospf_interface *owner = ospf_interface_create(store, 0);
+  multi_area *source = multi_area_create(store, 0);
+  multi_area_cost_set_value(store, 0, source, 8, &store.err);
+  ospf_interface_multi_area_val_set(store, 0, owner, source, &store.err);
+  EXPECT_EQ(store.err, 0u);
+  const std::uint8_t *states = area(owner, types::ospf_interface);
+  EXPECT_EQ(states[4], 2);
+  EXPECT_EQ(states[5], 0);
+  EXPECT_EQ(states[6], 2);
+  void *nested = place(owner, types::ospf_interface, fields::ospf_interface::multi_area_val);
+  EXPECT_EQ(flags_of(nested), OBJ_STATE_TRACKED | OBJ_STTR_RELOCATED);
+  multi_area_destroy(store, 0, source);
+  ospf_interface_destroy(store, 0, owner);
+}
+
+TEST(TransferState, ChildrenFindTheirBlocksInTheDestinationsArea) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  link_scope_lsa *from = link_scope_lsa_create(store, 0);
+  link_scope_lsa *to = link_scope_lsa_create(store, 0);
+  const auto network = [](link_scope_lsa *object) {
+    void *lsa = place(object, types::link_scope_lsa, fields::link_scope_lsa::ospfv2_lsa_val);
+    void *body = place(lsa, types::ospfv2_lsa, fields::ospfv2_lsa::lsa_body);
+    return static_cast<ospfv2_network *>(
+        place(body, types::ospfv2_lsa_body, fields::ospfv2_lsa_body::network));
+  };
+  ospfv2_network_attached_router_set_value(store, 0, network(from), 1, 5, &store.err);
+  link_scope_lsa_set(store, 0, to, from, &store.err);
+  ASSERT_EQ(store.err, 0u);
+  const std::size_t block =
+      model::state_block_place(types::link_scope_lsa, fields::link_scope_lsa::ospfv2_lsa_val) +
+      model::state_block_place(types::ospfv2_lsa, fields::ospfv2_lsa::lsa_body) +
+      model::state_block_place(types::ospfv2_lsa_body, fields::ospfv2_lsa_body::network);
+  const auto *found = static_cast<const std::uint8_t *>(static_cast<void *>(network(to))) +
+                      kelplib_get_sttr_offset(store, 0, network(to));
+  EXPECT_EQ(found, area(to, types::link_scope_lsa) + block);
+  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network(to), 1, &store.err), 2);
+  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network(to), 0, &store.err), 0);
+  EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network(from), &store.err), 0u);
+  link_scope_lsa_destroy(store, 0, from);
+  link_scope_lsa_destroy(store, 0, to);
+}
+
+// --- post_copyout_cleanup, offset_update, offset_remove
+// -------------------------------------------
+
+TEST(TransferCleanup, ATypeThatOwnsNothingIsLeftAlone) {
+  Store store;
+  ospfv2_topology *a = ospfv2_topology_create(store, 0);
+  ospfv2_topology *b = ospfv2_topology_create(store, 0);
+  CallLog log(store);
+  ospfv2_topology_post_copyout_cleanup(store, 0, a, b, &store.err);
+  EXPECT_TRUE(log.calls().empty());
+  ospfv2_topology_destroy(store, 0, a);
+  ospfv2_topology_destroy(store, 0, b);
+}
+
+TEST(TransferCleanup, ChildrenAreSetInFieldOrder) {
+  Store store;
+  ospfv3_lsa_external *a = ospfv3_lsa_external_create(store, 0);
+  ospfv3_lsa_external *b = ospfv3_lsa_external_create(store, 0);
+  CallLog log(store);
+  ospfv3_lsa_external_post_copyout_cleanup(store, 0, a, b, &store.err);
+  EXPECT_EQ(
+      log.only({"kelplib_adjust_variant", "kelp_vstring_set", "ip_address_set"}),
+      (Names{"kelplib_adjust_variant", "kelp_vstring_set", "kelp_vstring_set", "ip_address_set"}));
+  ospfv3_lsa_external_destroy(store, 0, a);
+  ospfv3_lsa_external_destroy(store, 0, b);
+}
+
+TEST(TransferOffsets, TypesWithoutBlocksHaveEmptyOperations) {
+  Store store;
+  ospf_area *object = ospf_area_create(store, 0);
+  CallLog log(store);
+  ospf_area_offset_update(store, 0, object, area(object, types::ospf_area));
+  ospf_area_offset_remove(store, 0, object, &store.err);
+  EXPECT_TRUE(log.calls().empty());
+  ospf_area_destroy(store, 0, object);
+}
+
+TEST(TransferOffsets, ABaseThatHasMovedIsToldAtAnyDepthAndForgottenAgain) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospfv3_lsa_body *object = ospfv3_lsa_body_create(store, 0);
+  void *network = place(object, types::ospfv3_lsa_body, fields::ospfv3_lsa_body::network);
+  void *options = place(network, types::ospfv3_network, fields::ospfv3_network::lsa_net_options);
+  const std::uint32_t before = kelplib_get_sttr_offset(store, 0, options);
+  std::uint8_t *moved = area(object, types::ospfv3_lsa_body) + 4096;
+  CallLog log(store);
+  ospfv3_lsa_body_offset_update(store, 0, object, moved);
+  // Nine children, and within them four sets of options and the flags, the external LSA and again
+  // the flags of an external LSA.
+  EXPECT_EQ(log.count("kelplib_update_sttr_offset"), 15u);
+  EXPECT_EQ(kelplib_get_sttr_offset(store, 0, options), before + 4096);
+  log.clear();
+  ospfv3_lsa_body_offset_remove(store, 0, object, &store.err);
+  EXPECT_EQ(log.count("kelp_hd_mapping_destroy"), 15u);
+  EXPECT_EQ(kelplib_get_sttr_offset(store, 0, options), 0u);
+  ospfv3_lsa_body_offset_update(store, 0, object, area(object, types::ospfv3_lsa_body));
+  ospfv3_lsa_body_destroy(store, 0, object);
+}
+
+TEST(TransferOffsets, TheErrorWordIsPassedThrough) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  ospf_neighbor *object = ospf_neighbor_create(store, 0);
+  void *stats = place(object, types::ospf_neighbor, fields::ospf_neighbor::stats);
+  const std::uint32_t distance = kelplib_get_sttr_offset(store, 0, stats);
+  std::uint32_t err = 90;
+  CallLog log(store);
+  ospf_neighbor_offset_remove(store, 0, object, &err);
+  EXPECT_EQ(log.calls(), (Names{"kelp_hd_mapping_destroy"}));
+  EXPECT_EQ(kelplib_get_sttr_offset(store, 0, stats), distance);
+  EXPECT_EQ(err, 90u);
+  ospf_neighbor_destroy(store, 0, object);
+}
+
+TEST(TransferOffsets, ExactlyTheTypesWithEmbeddedStructuresTellDistances) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  alignas(8) static char memory[4096];
+  Names telling;
+#define TELL(type)                                                                   \
+  {                                                                                  \
+    std::memset(memory, 0, sizeof memory);                                           \
+    CallLog log(store);                                                              \
+    type##_offset_update(store, 0, reinterpret_cast<type *>(memory), memory + 3000); \
+    if (log.count("kelplib_update_sttr_offset") != 0) telling.emplace_back(#type);   \
+  }                                                                                  \
+  static_assert(true)
+  TELL(ospfv2_unknown_sub_tlv);
+  TELL(ospfv2_link_tlv);
+  TELL(ospfv2_unknown_tlv);
+  TELL(ospfv2_external);
+  TELL(ospfv2_topology);
+  TELL(ospfv2_link_key);
+  TELL(ospfv2_link);
+  TELL(link_scope_lsa_key);
+  TELL(lsa_options);
+  TELL(ospfv2_lsa_body_flags);
+  TELL(ospfv2_network);
+  TELL(ospfv2_lsa_body);
+  TELL(lsa_header);
+  TELL(ospfv2_header);
+  TELL(ospfv2_lsa);
+  TELL(ospfv3_lsa_options);
+  TELL(ospfv3_header);
+  TELL(ospfv3_lsa_body_flags);
+  TELL(ospfv3_network);
+  TELL(ospfv3_inter_area_prefix);
+  TELL(ospfv3_inter_area_router);
+  TELL(ospfv3_lsa_external_flags);
+  TELL(ospfv3_lsa_external);
+  TELL(ospfv3_nssa);
+  TELL(ospfv3_link_data);
+  TELL(ospfv3_intra_area_prefix);
+  TELL(ospfv3_lsa_body);
+  TELL(ospfv3_lsa);
+  TELL(ospfv3_link_key);
+  TELL(ospfv3_link);
+  TELL(ospfv3_prefix_list);
+  TELL(multi_topology);
+  TELL(link_scope_lsa);
+  TELL(area_scope_lsa_key);
+  TELL(area_scope_lsa);
+  TELL(area_scope_lsas);
+  TELL(link_scope_lsas);
+  TELL(ospf_static_neighbor);
+  TELL(ospf_nbr_stat);
+  TELL(ospf_neighbor);
+  TELL(fast_reroute);
+  TELL(multi_area);
+  TELL(ospf_crypto_algorithm);
+  TELL(ospf_authentication);
+  TELL(ttl_security);
+  TELL(ospf_interface);
+  TELL(ospf_area);
+  TELL(ospf_instance);
+  TELL(ospf);
+  TELL(ospf_instance_rev1_key);
+  TELL(ospf_instance_rev1);
+  TELL(ospf_rev1);
+#undef TELL
+  EXPECT_EQ(telling, (Names{"ospfv2_unknown_tlv", "ospfv2_lsa_body", "ospfv2_header", "ospfv2_lsa",
+                            "ospfv3_header", "ospfv3_network", "ospfv3_inter_area_router",
+                            "ospfv3_lsa_external", "ospfv3_nssa", "ospfv3_link_data",
+                            "ospfv3_lsa_body", "ospfv3_lsa", "link_scope_lsa", "area_scope_lsa",
+                            "ospf_neighbor", "ospf_interface"}));
+}
+
+}  // namespace
