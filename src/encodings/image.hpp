@@ -415,7 +415,9 @@ template <const Structure &T>
 std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
                         void *object, std::int32_t length, std::uint32_t reuse,
                         std::uint32_t *err) {
-  if constexpr (T.is_choice()) register_trace();
+  if constexpr (T.is_choice()) {
+    if (*err == 0) register_trace();
+  }
   Reading image{handle, space_id, bytes(buffer), length, reuse, err};
   if (!open(image, object, facts<T>)) return 0;
   if (image.variant >= 0 && !read_fields<T, 0>(image, object)) return 0;

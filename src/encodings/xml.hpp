@@ -323,8 +323,8 @@ template <const Structure &T>
 void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
               kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
               std::int32_t message_size) {
-  if constexpr (T.is_choice()) register_trace();
   if (!begin(handle, err)) return;
+  if constexpr (T.is_choice()) register_trace();
   const Source source{handle, space_id, path, document, err, message, message_size};
   if (!open(source)) return;
   if (read_fields<T, 0>(source, object)) read_fields<T, 1>(source, object);

@@ -84,28 +84,29 @@ inline constexpr Meaning first{
     start_arguments,
     "traversal::start($bindings, harbor::traversal::Way::next, handle, space_id, table, "
     "{.src = KELP_SRC_DEFAULT, .filter_src = 1}, err)",
-    "Gives the first record with the default source, when it is the caller's tenant's; else null."};
+    "Gives the first record of the caller's tenant with the default source, null when it has "
+    "none."};
 inline constexpr Meaning last{
     start_arguments,
     "traversal::start($bindings, harbor::traversal::Way::previous, handle, space_id, table, "
     "{.src = KELP_SRC_DEFAULT, .filter_src = 1}, err)",
-    "Gives the last record with the default source, when it is the caller's tenant's; else null."};
+    "Gives the last record of the caller's tenant with the default source, null when it has none."};
 inline constexpr Meaning first_by_source{
     start_arguments_by_source,
     "traversal::start($bindings, harbor::traversal::Way::next, handle, space_id, table, "
     "{.src = src, .filter_src = 1}, err)",
-    "Gives the first record with the source src, when it is the caller's tenant's; else null."};
+    "Gives the first record of the caller's tenant with the source src, null when it has none."};
 inline constexpr Meaning last_by_source{
     start_arguments_by_source,
     "traversal::start($bindings, harbor::traversal::Way::previous, handle, space_id, table, "
     "{.src = src, .filter_src = 1}, err)",
-    "Gives the last record with the source src, when it is the caller's tenant's; else null."};
+    "Gives the last record of the caller's tenant with the source src, null when it has none."};
 inline constexpr Meaning first_any_source{
     start_arguments,
     "traversal::start($bindings, harbor::traversal::Way::next, handle, space_id, table, "
     "{.src = KELP_SRC_DEFAULT}, err)",
-    "Gives the first record whatever its source, shadow records included, when it is the caller's "
-    "tenant's; else null."};
+    "Gives the first record of the caller's tenant whatever its source, shadow records included; "
+    "null when it has none."};
 
 inline constexpr Meaning same_key_next{
     step_arguments,
@@ -171,14 +172,14 @@ inline constexpr Meaning first_not_pending{
     start_arguments_by_source,
     "traversal::start($bindings, harbor::traversal::Way::next, handle, space_id, table, "
     "{.src = src, .filter_src = harbor::traversal::names_a_source(src), .skip_pending = 1}, err)",
-    "Gives the first record with the source src that does not wait for its destruction, when it "
-    "is the caller's tenant's; else null. src 0 takes any source but shadow records."};
+    "Gives the first record of the caller's tenant with the source src that does not wait for its "
+    "destruction, null when it has none. src 0 takes any source but shadow records."};
 inline constexpr Meaning last_not_pending{
     start_arguments_by_source,
     "traversal::start($bindings, harbor::traversal::Way::previous, handle, space_id, table, "
     "{.src = src, .filter_src = 1, .skip_pending = 1}, err)",
-    "Gives the last record with the source src that does not wait for its destruction, when it is "
-    "the caller's tenant's; else null. src 0 takes only records whose source is 0."};
+    "Gives the last record of the caller's tenant with the source src that does not wait for its "
+    "destruction, null when it has none. src 0 takes only records whose source is 0."};
 
 inline constexpr std::array key_operations{
     row("get_next_internal", internal_next),

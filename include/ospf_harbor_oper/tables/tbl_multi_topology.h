@@ -549,7 +549,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_p
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table,
     tbl_multi_topology_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -558,7 +558,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_p
 KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -567,7 +567,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_f
 KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -577,7 +577,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_f
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -587,8 +587,8 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_l
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -598,8 +598,8 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_f
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -609,8 +609,8 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_multi_topology_name_get_l
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -782,7 +782,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_prev_ignore_src_
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table,
     tbl_multi_topology_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -795,7 +795,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_first(kelp_handl
 KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_first_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_multi_topology_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -809,8 +809,8 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_first_by_src_uns
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -823,7 +823,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_first_ignore_src
 KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_multi_topology_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -836,7 +836,7 @@ KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_last(kelp_handle
 KELP_API tbl_multi_topology_record *tbl_multi_topology_pkey_get_last_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_multi_topology_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

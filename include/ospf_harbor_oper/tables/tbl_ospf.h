@@ -530,7 +530,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_ignore_src(kelp_ha
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -539,7 +539,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_ignore_src(kelp_ha
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -548,7 +548,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first(kelp_handle *hand
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -557,7 +557,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last(kelp_handle *handl
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -566,8 +566,8 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_by_src(kelp_handl
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -576,8 +576,8 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last_by_src(kelp_handle
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -586,8 +586,8 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_not_pending_destr
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -756,7 +756,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev_ignore_src(kelp_handle *handle,
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev_ignore_src_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -769,7 +769,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first(kelp_handle *handle, uint32_t 
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_unsafe(kelp_handle *handle, uint32_t space_id,
                                                          tbl_ospf_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -783,8 +783,8 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_by_src(kelp_handle *handle, ui
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_by_src_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -797,7 +797,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_ignore_src(kelp_handle *handle
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_ignore_src_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -810,7 +810,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_last(kelp_handle *handle, uint32_t s
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_last_unsafe(kelp_handle *handle, uint32_t space_id,
                                                         tbl_ospf_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

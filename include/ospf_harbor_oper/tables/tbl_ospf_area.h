@@ -538,7 +538,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_prev_ignore_s
     kelp_handle *handle, uint32_t space_id, tbl_ospf_area_table *table,
     tbl_ospf_area_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -547,7 +547,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_prev_ignore_s
 KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_first(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_area_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -556,7 +556,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_first(kelp_ha
 KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_area_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -566,7 +566,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_first_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_area_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -576,8 +576,8 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_last_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_area_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -587,8 +587,8 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_first_not_pen
     kelp_handle *handle, uint32_t space_id, tbl_ospf_area_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -598,8 +598,8 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_ospf_area_area_id_get_last_not_pend
     kelp_handle *handle, uint32_t space_id, tbl_ospf_area_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -763,7 +763,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_prev_ignore_src(kelp_handl
 KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_prev_ignore_src_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_area_table *table, tbl_ospf_area_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -778,7 +778,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_first(kelp_handle *handle,
 KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_first_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_area_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -791,8 +791,8 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_first_by_src(kelp_handle *
 KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_first_by_src_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_area_table *table, uint32_t src, uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -805,7 +805,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_first_ignore_src(kelp_hand
 KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_area_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -819,7 +819,7 @@ KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_last(kelp_handle *handle, 
 KELP_API tbl_ospf_area_record *tbl_ospf_area_pkey_get_last_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_area_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

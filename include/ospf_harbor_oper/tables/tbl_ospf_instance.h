@@ -546,7 +546,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_prev_i
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table,
     tbl_ospf_instance_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -555,7 +555,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_prev_i
 KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -564,7 +564,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_first(
 KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -574,7 +574,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_first_
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -584,8 +584,8 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_last_b
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -595,8 +595,8 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_first_
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -606,8 +606,8 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_ospf_instance_af_get_last_n
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -779,7 +779,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_prev_ignore_src_un
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table,
     tbl_ospf_instance_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -792,7 +792,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_first(kelp_handle 
 KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_first_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_instance_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -806,8 +806,8 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_first_by_src_unsaf
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -820,7 +820,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_first_ignore_src(
 KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -833,7 +833,7 @@ KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_last(kelp_handle *
 KELP_API tbl_ospf_instance_record *tbl_ospf_instance_pkey_get_last_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_instance_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

@@ -555,7 +555,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table,
     tbl_ospf_instance_rev1_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -564,7 +564,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev
 KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev1_key__get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -573,7 +573,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev
 KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev1_key__get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -583,7 +583,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -593,8 +593,8 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -604,8 +604,8 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -615,8 +615,8 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_ospf_instance_rev
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -788,7 +788,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_prev_ign
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table,
     tbl_ospf_instance_rev1_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -801,7 +801,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_first(
 KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_first_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -816,8 +816,8 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_first_by
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -830,7 +830,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_first_ig
 KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -843,7 +843,7 @@ KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_last(kel
 KELP_API tbl_ospf_instance_rev1_record *tbl_ospf_instance_rev1_pkey_get_last_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_instance_rev1_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

@@ -541,7 +541,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_ign
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -550,7 +550,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_ign
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -559,7 +559,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first(
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -569,7 +569,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_by
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -579,8 +579,8 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last_by_
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -590,8 +590,8 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_no
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -601,8 +601,8 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last_not
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -770,7 +770,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev_ignore_src(kelp_handl
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev_ignore_src_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -785,7 +785,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first(kelp_handle *handle,
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -798,8 +798,8 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_by_src(kelp_handle *
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_by_src_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src, uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -812,7 +812,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_ignore_src(kelp_hand
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -826,7 +826,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_last(kelp_handle *handle, 
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_last_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

@@ -558,7 +558,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_n
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table,
     tbl_ospf_static_neighbor_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -567,7 +567,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_n
 KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_neighbor_address_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -576,7 +576,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_n
 KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_neighbor_address_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -586,7 +586,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_n
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -596,8 +596,8 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_n
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -607,8 +607,8 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_n
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -618,8 +618,8 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_ospf_static_n
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -791,7 +791,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_prev
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table,
     tbl_ospf_static_neighbor_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -804,7 +804,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_firs
 KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_first_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -819,8 +819,8 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_firs
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -833,7 +833,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_firs
 KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -846,7 +846,7 @@ KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_last
 KELP_API tbl_ospf_static_neighbor_record *tbl_ospf_static_neighbor_pkey_get_last_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_static_neighbor_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

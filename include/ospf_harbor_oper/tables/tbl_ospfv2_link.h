@@ -540,7 +540,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_ignor
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -549,7 +549,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_ignor
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -558,7 +558,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first(kelp
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -568,7 +568,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_by_s
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -578,8 +578,8 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last_by_sr
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -589,8 +589,8 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_not_
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -600,8 +600,8 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last_not_p
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -765,7 +765,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_prev_ignore_src_unsafe
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -778,7 +778,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first(kelp_handle *han
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -792,8 +792,8 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_by_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -806,7 +806,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_ignore_src(kelp_
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -819,7 +819,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_last(kelp_handle *hand
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_last_unsafe(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

@@ -554,7 +554,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_g
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table,
     tbl_ospfv2_topology_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -563,7 +563,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_g
 KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -572,7 +572,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_g
 KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -582,7 +582,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_g
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -592,8 +592,8 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_g
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -603,8 +603,8 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_g
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -614,8 +614,8 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_ospfv2_topology_mt_id_g
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -786,7 +786,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_prev_ignore_sr
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table,
     tbl_ospfv2_topology_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -799,7 +799,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_first(kelp_han
 KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_first_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -814,8 +814,8 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_first_by_src_u
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -828,7 +828,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_first_ignore_s
 KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -841,7 +841,7 @@ KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_last(kelp_hand
 KELP_API tbl_ospfv2_topology_record *tbl_ospfv2_topology_pkey_get_last_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_topology_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

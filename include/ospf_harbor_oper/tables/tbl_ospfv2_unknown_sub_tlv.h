@@ -563,7 +563,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -572,7 +572,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -581,7 +581,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -591,7 +591,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -601,8 +601,8 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -612,8 +612,8 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -623,8 +623,8 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -796,7 +796,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -809,7 +809,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_first_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -824,8 +824,8 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -838,7 +838,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -851,7 +851,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_last_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken

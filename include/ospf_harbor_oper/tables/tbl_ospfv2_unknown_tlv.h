@@ -554,7 +554,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tl
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table,
     tbl_ospfv2_unknown_tlv_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -563,7 +563,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tl
 KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tlv_type_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -572,7 +572,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tl
 KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tlv_type_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -582,7 +582,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tl
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -592,8 +592,8 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tl
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes any source but shadow records.
+/* Gives the first record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes any source but shadow records.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -603,8 +603,8 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tl
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the last record with the source src that does not wait for its destruction, when it is
- * the caller's tenant's; else null. src 0 takes only records whose source is 0.
+/* Gives the last record of the caller's tenant with the source src that does not wait for its
+ * destruction, null when it has none. src 0 takes only records whose source is 0.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -614,8 +614,8 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_ospfv2_unknown_tl
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -787,7 +787,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_prev_ign
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table,
     tbl_ospfv2_unknown_tlv_record *record, uint32_t *err);
 
-/* Gives the first record with the default source, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -800,7 +800,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_first(
 KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_first_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t *err);
 
-/* Gives the first record with the source src, when it is the caller's tenant's; else null.
+/* Gives the first record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -815,8 +815,8 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_first_by
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t src,
     uint32_t *err);
 
-/* Gives the first record whatever its source, shadow records included, when it is the caller's
- * tenant's; else null.
+/* Gives the first record of the caller's tenant whatever its source, shadow records included;
+ * null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -829,7 +829,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_first_ig
 KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_first_ignore_src_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t *err);
 
-/* Gives the last record with the default source, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the default source, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
@@ -842,7 +842,7 @@ KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_last(kel
 KELP_API tbl_ospfv2_unknown_tlv_record *tbl_ospfv2_unknown_tlv_pkey_get_last_unsafe(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_tlv_table *table, uint32_t *err);
 
-/* Gives the last record with the source src, when it is the caller's tenant's; else null.
+/* Gives the last record of the caller's tenant with the source src, null when it has none.
  * Errors: none of its own; what the replication cache reports stays in the error word, and the
  *   record is given all the same
  * Ownership: no reference is taken
