@@ -52,8 +52,8 @@ std::int32_t compare_nodes(const e_avl_node *a, const e_avl_node *b, bool key_on
   const kelp_record &x = record_at(a);
   const kelp_record &y = record_at(b);
   if (!key_only && x.tenant_id != y.tenant_id) return three_way(x.tenant_id, y.tenant_id);
-  const std::int32_t keys = three_way(compare<T>(x, y), 0);
-  if (keys != 0 || key_only) return keys;
+  const std::int32_t keys = compare<T>(x, y);
+  if (keys != 0 || key_only) return keys < 0 ? -1 : keys > 0;
   return three_way(x.src, y.src);
 }
 

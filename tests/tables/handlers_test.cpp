@@ -291,10 +291,9 @@ TEST_F(Handlers, ThePlainHandlersGetTheirArgumentsAndTheirResultGoesBack) {
 
 TEST_F(Handlers, TheGroupingHandlerGetsTheErrorWordBeforeItsTwoLastArguments) {
   TraceLog traced;
-  expect_call(
-      plain_only, "grouping",
-      {"grouping", store, 21, {&context_place, &store.err, &record_place, &third_place}},
-      grouping_result);
+  expect_call(plain_only, "grouping",
+              {"grouping", store, 21, {&context_place, &store.err, &record_place, &third_place}},
+              grouping_result);
   EXPECT_TRUE(traced.empty());
 }
 

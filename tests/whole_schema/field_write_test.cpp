@@ -9,67 +9,13 @@
 
 #include "module/object.hpp"
 #include "whole_schema/erased.hpp"
+#include "whole_schema/memory_watch.hpp"
 
 namespace whole_schema {
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-// Watches one block of memory: every byte that changes must lie in a range that was announced
-// before the change.
-class MemoryWatch {
- public:
-  MemoryWatch(kelp_handle *handle, void *block, std::size_t size)
-      : handle_(handle),
-        block_(static_cast<std::uint8_t *>(block)),
-        seen_(block_, block_ + size),
-        announced_(size, false) {
-    kelp_handle_set_write_observer(handle, observe, this);
-  }
-  ~MemoryWatch() { kelp_handle_set_write_observer(handle_, nullptr, nullptr); }
-
-  // Compares once more, after the call.
-  void finish() { compare(); }
-
-  struct Write {
-    std::ptrdiff_t offset;
-    std::size_t length;
-    bool operator==(const Write &) const = default;
-  };
-  const std::vector<Write> &writes() const { return writes_; }
-  const std::vector<std::size_t> &unannounced() const { return unannounced_; }
-
- private:
-  static void observe(void *context, const void *address, std::size_t length, std::uint32_t,
-                      std::uint32_t origin) {
-    auto *watch = static_cast<MemoryWatch *>(context);
-    watch->compare();
-    const auto *at = static_cast<const std::uint8_t *>(address);
-    if (origin != KELP_WRITE_MODULE) return;
-    if (at < watch->block_ || at >= watch->block_ + watch->seen_.size()) return;
-    const auto offset = static_cast<std::size_t>(at - watch->block_);
-    watch->writes_.push_back({at - watch->block_, length});
-    for (std::size_t byte = offset; byte < offset + length && byte < watch->seen_.size(); ++byte) {
-      watch->announced_[byte] = true;
-    }
-  }
-
-  void compare() {
-    for (std::size_t byte = 0; byte < seen_.size(); ++byte) {
-      if (block_[byte] == seen_[byte]) continue;
-      if (!announced_[byte]) unannounced_.push_back(byte);
-      seen_[byte] = block_[byte];
-    }
-  }
-
-  kelp_handle *handle_;
-  std::uint8_t *block_;
-  Bytes seen_;
-  std::vector<bool> announced_;
-  std::vector<Write> writes_;
-  std::vector<std::size_t> unannounced_;
-};
 
 // What set and set_value of a value field must announce inside the object. A text keeps its header
 // bytes: only its pointer and length move.
@@ -276,6 +222,13 @@ TEST_P(FieldWrite, OneStoredErrorWithTheWordsCode) {
 }
 
 TEST_P(FieldWrite, AFieldAboveTheObjectsVariantIsRefusedByGettersAndGivenBySetters) {
+  // What the runtime calls within a refusal; the accessors add no stored error to it.
+  const std::size_t stored_within = [&] {
+    harness::CallLog log;
+    std::uint32_t err = 0;
+    kelp_store_epoch_err(store_, KELP_ERR_EPOCH, &err);
+    return log.count("kelp_store_err");
+  }();
   for_each_schema_field([&](const Structure &type, const Field &field) {
     if (field.since == 0) return;
     store_.set_variant(std::string(type.name).c_str(), 0);
@@ -290,7 +243,7 @@ TEST_P(FieldWrite, AFieldAboveTheObjectsVariantIsRefusedByGettersAndGivenBySette
                 nullptr);
       EXPECT_EQ(err, 43u);
       EXPECT_EQ(log.count("kelp_store_epoch_err"), 1u);
-      EXPECT_EQ(log.count("kelp_store_err"), 0u);
+      EXPECT_EQ(log.count("kelp_store_err"), stored_within);
       EXPECT_EQ(std::memcmp(before.data(), object.get(), before.size()), 0);
     }
     if (has_value(field)) {

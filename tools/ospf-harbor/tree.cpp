@@ -13,25 +13,25 @@ constexpr std::uint32_t space = 0;
 constexpr char root_name[] = "ospf";
 
 // The operations of one table by one set of names, so that each step below is written once.
-#define TOOL_TABLE(table_name, object_name, key_name)                            \
-  struct table_name##_ops {                                                      \
-    using Table = tbl_##table_name##_table;                                      \
-    using Record = tbl_##table_name##_record;                                    \
-    using Object = object_name;                                                  \
-    static constexpr const char *name = "tbl_" #table_name;                      \
-    static constexpr auto open = &tbl_##table_name##_table_open;                 \
-    static constexpr auto open_auto_id = &tbl_##table_name##_table_open_auto_id; \
-    static constexpr auto free = &tbl_##table_name##_table_free;                 \
-    static constexpr auto create_record = &tbl_##table_name##_create_record;     \
-    static constexpr auto destroy_record = &tbl_##table_name##_destroy_record;   \
-    static constexpr auto insert = &tbl_##table_name##_insert;                   \
-    static constexpr auto first = &tbl_##table_name##_##key_name##_get_first;    \
-    static constexpr auto next = &tbl_##table_name##_##key_name##_get_next;      \
-    static constexpr auto create = &object_name##_create;                        \
-    static constexpr auto destroy = &object_name##_destroy;                      \
-    static constexpr auto get = &tbl_##table_name##_##object_name##_get_field;   \
-    static constexpr auto put = &tbl_##table_name##_##object_name##_set_field;   \
-    static constexpr auto print = &tbl_##table_name##_table_record_print;        \
+#define TOOL_TABLE(table_name, object_name, key_name)                                             \
+  struct table_name##_ops {                                                                       \
+    using Table = tbl_##table_name##_table;                                                       \
+    using Record = tbl_##table_name##_record;                                                     \
+    using Object = object_name;                                                                   \
+    [[maybe_unused]] static constexpr const char *name = "tbl_" #table_name;                      \
+    [[maybe_unused]] static constexpr auto open = &tbl_##table_name##_table_open;                 \
+    [[maybe_unused]] static constexpr auto open_auto_id = &tbl_##table_name##_table_open_auto_id; \
+    [[maybe_unused]] static constexpr auto free = &tbl_##table_name##_table_free;                 \
+    [[maybe_unused]] static constexpr auto create_record = &tbl_##table_name##_create_record;     \
+    [[maybe_unused]] static constexpr auto destroy_record = &tbl_##table_name##_destroy_record;   \
+    [[maybe_unused]] static constexpr auto insert = &tbl_##table_name##_insert;                   \
+    [[maybe_unused]] static constexpr auto first = &tbl_##table_name##_##key_name##_get_first;    \
+    [[maybe_unused]] static constexpr auto next = &tbl_##table_name##_##key_name##_get_next;      \
+    [[maybe_unused]] static constexpr auto create = &object_name##_create;                        \
+    [[maybe_unused]] static constexpr auto destroy = &object_name##_destroy;                      \
+    [[maybe_unused]] static constexpr auto get = &tbl_##table_name##_##object_name##_get_field;   \
+    [[maybe_unused]] static constexpr auto put = &tbl_##table_name##_##object_name##_set_field;   \
+    [[maybe_unused]] static constexpr auto print = &tbl_##table_name##_table_record_print;        \
   }
 
 TOOL_TABLE(ospf_rev1, ospf_rev1, ospf_rev1_singleton_id);
