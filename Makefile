@@ -4,14 +4,14 @@ SAMPLE := examples/data/campus/r1
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help run test asan tsan clang bench fuzz emit format docs install packages clean
+.PHONY: help release run test asan tsan clang bench fuzz emit format docs install packages clean
 
 help:
 	@echo "make run      install what is missing, build, load the sample and show it"
 	@echo "make test     build and run all tests, and again under ASan and UBSan"
 	@echo "make asan, tsan, clang   one kind of test build alone"
 	@echo "make bench    benchmarks, with ratios within one run"
-	@echo "make fuzz     the fuzz targets, SECONDS=600 each"
+	@echo "make fuzz     the fuzz targets, FUZZ_SECONDS=600 each"
 	@echo "make emit     renew what is checked in and follows from the schema"
 	@echo "make format   clang-format on all sources"
 	@echo "make install  PREFIX=/usr/local"
@@ -19,13 +19,12 @@ help:
 packages:
 	@$(setup)
 
-build/%/build.ninja: | packages
-	@cmake --preset $* >/dev/null
-
-release: build/release/build.ninja
+release:
+	@cmake --preset release >/dev/null
 	@cmake --build --preset release -j $(JOBS) --target ospf-harbor
 
-run: packages release
+run: packages
+	@$(MAKE) --no-print-directory release
 	@build/release/tools/ospf-harbor/ospf-harbor load frr $(SAMPLE) --show
 
 test: packages
@@ -56,6 +55,15 @@ bench: packages
 	@cmake --build --preset bench -j $(JOBS)
 	@build/bench/bench/harbor_bench
 
+FUZZ_SECONDS ?= 600
+fuzz: packages
+	@$(setup) $(lists)/packages-clang.txt
+	@cmake --preset fuzz >/dev/null
+	@cmake --build --preset fuzz -j $(JOBS) --target decode_fuzz
+	@mkdir -p build/fuzz/found && build/fuzz/tools/ospf-decode/fuzz/decode_fuzz \
+		-max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 build/fuzz/found \
+		tools/ospf-decode/fuzz/corpus/decode
+
 emit: packages
 	@cmake --preset dev >/dev/null
 	@cmake --build --preset dev --target emit-source
@@ -65,9 +73,10 @@ format:
 	@git ls-files '*.cpp' '*.hpp' | xargs clang-format -i
 
 PREFIX ?= /usr/local
-install: packages release
-	@cmake --build --preset release -j $(JOBS)
-	@cmake --install build/release --prefix $(PREFIX)
+install: packages
+	@cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) >/dev/null
+	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf-harbor
+	@cmake --install build/release
 
 clean:
 	@rm -rf build
