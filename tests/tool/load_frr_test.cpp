@@ -12,6 +12,8 @@
 
 #include "commands.hpp"
 #include "frr_reader.hpp"
+#include "instance_rows.hpp"
+#include "row_keys.hpp"
 #include "show.hpp"
 #include "tree.hpp"
 
@@ -270,7 +272,7 @@ std::string shown(tool::Session &session, const std::string &path) {
   char *text = nullptr;
   std::size_t size = 0;
   std::FILE *out = open_memstream(&text, &size);
-  tool::show(tool::read_tree(session), path, out);
+  tool::show(session, path, out);
   std::fclose(out);
   std::string result(text, size);
   std::free(text);
@@ -303,9 +305,8 @@ TEST(Show, APathNarrowsToRowsAndWhatIsBelowThem) {
 TEST(Show, APathThatNoTreeCanHaveIsRefused) {
   tool::Session session;
   tool::load_frr(session, {(sample / "r1").string()});
-  const auto tree = tool::read_tree(session);
-  EXPECT_THROW(tool::show(tree, "areas/0.0.0.0", stdout), tool::InputError);
-  EXPECT_THROW(tool::show(tree, "interface/core/area/0.0.0.0", stdout), tool::InputError);
+  EXPECT_THROW(tool::show(session, "areas/0.0.0.0", stdout), tool::InputError);
+  EXPECT_THROW(tool::show(session, "interface/core/area/0.0.0.0", stdout), tool::InputError);
 }
 
 TEST(Load, ARouterLoadedAgainTakesThePlaceOfTheFirst) {

@@ -5,6 +5,8 @@
 #include <sstream>
 
 #include "frr_reader.hpp"
+#include "instance_rows.hpp"
+#include "row_keys.hpp"
 #include "show.hpp"
 #include "tree.hpp"
 
@@ -50,9 +52,8 @@ void load_frr(Session &session, const std::vector<std::string> &folders) {
 }
 
 int show_path(Session &session, const std::string &path) {
-  const std::vector<Row> tree = read_tree(session);
-  if (show(tree, path, stdout) != 0) return 0;
-  if (tree.empty()) {
+  if (show(session, path, stdout) != 0) return 0;
+  if (root_table(session, false) == nullptr) {
     std::fprintf(stderr, "ospf-harbor: show: nothing is loaded\n");
   } else {
     std::fprintf(stderr, "ospf-harbor: show %s: nothing there\n", path.c_str());

@@ -7,16 +7,9 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace tool {
+#include "row_keys.hpp"
 
-std::string dotted(std::uint32_t number) {
-  std::string text;
-  for (int shift = 24; shift >= 0; shift -= 8) {
-    text += std::to_string((number >> shift) & 0xFF);
-    if (shift != 0) text += '.';
-  }
-  return text;
-}
+namespace tool {
 
 std::optional<std::uint32_t> parse_dotted(const std::string &text) {
   std::uint32_t number = 0;

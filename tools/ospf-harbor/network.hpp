@@ -56,7 +56,6 @@ struct Instance {
   std::vector<Area> areas;
 };
 
-std::string dotted(std::uint32_t number);
 // A dotted quad, nothing else.
 std::optional<std::uint32_t> parse_dotted(const std::string &text);
 

@@ -3,15 +3,14 @@
 
 #include <cstdio>
 #include <string>
-#include <vector>
 
-#include "tree.hpp"
+#include "session.hpp"
 
 namespace tool {
 
 // A path names rows by kind and key, from the top down, and may leave levels out:
 // "area/0.0.0.0/interface/eth0", or "area" for all areas. Throws InputError for one that no tree
 // can have. Gives how many rows were printed.
-std::size_t show(const std::vector<Row> &tree, const std::string &path, std::FILE *out);
+std::size_t show(Session &session, const std::string &path, std::FILE *out);
 
 }  // namespace tool

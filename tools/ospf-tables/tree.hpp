@@ -1,0 +1,41 @@
+// The tree that the tables form by their references, from the one root row down. Every level, and
+// every table of the model, is walked by the same rule.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "session.hpp"
+#include "table_ops.hpp"
+
+namespace tool {
+
+// The table of the root row; null when `create` is false and nothing was loaded.
+tbl_ospf_rev1_table *root_table(Session &session, bool create);
+
+// The table of instances below the root row, both made when they are missing.
+tbl_ospf_instance_rev1_table *instances_of_root(Session &session);
+
+// Empties and frees every table.
+void clear_tree(Session &session);
+
+// One row on the way through the tree. The text is made when it is asked for.
+struct RowView {
+  const char *kind;  // what a path calls rows of this table, such as "area"
+  std::string key;   // as a path names it, such as "0.0.0.1"
+  std::function<std::string()> text;
+};
+
+class TreeVisitor {
+ public:
+  virtual ~TreeVisitor() = default;
+  // Called for each row before those below it; false passes over what is below.
+  virtual bool enter(const RowView &row) = 0;
+  virtual void leave() = 0;  // after the rows below a row that was entered
+};
+
+// Walks all rows below the root, in the order of each table. Throws LibraryFailure.
+void walk_tree(Session &session, TreeVisitor &visitor);
+
+}  // namespace tool
