@@ -58,6 +58,9 @@ class Object {
         object_(call<void *(kelp_handle *, std::uint32_t)>("create")(handle, 0)) {
     EXPECT_NE(object_, nullptr) << type.name;
   }
+  // Takes over an object that the caller made.
+  Object(kelp_handle *handle, const Structure &type, void *object)
+      : handle_(handle), type_(type), object_(object) {}
   ~Object() {
     clear_references(object_, type_);
     call<void(kelp_handle *, std::uint32_t, void *)>("destroy")(handle_, 0, object_);
