@@ -15,16 +15,22 @@ foreach(unit ${units})
 endforeach()
 set(HARBOR_EMITTED_SOURCES ${HARBOR_FORWARDERS} ${HARBOR_EMITTED}/type_records.c
                            ${HARBOR_EMITTED}/vfts.c)
+set(HARBOR_EMITTED_SECTIONS ${HARBOR_EMITTED}/sections.s)
+set(HARBOR_EMITTED_SECTION_BYTES)
+foreach(bytes xlog_luids_types xlog_luids_tables xlog_format_strings xlog_decoder halyard)
+  list(APPEND HARBOR_EMITTED_SECTION_BYTES ${HARBOR_EMITTED}/sections/${bytes}.bin)
+endforeach()
 set(HARBOR_EMITTED_HEADERS ${HARBOR_EMITTED}/type_records.hpp
                            ${HARBOR_EMITTED}/handler_symbols.hpp)
 
 add_custom_command(
   OUTPUT ${HARBOR_EMITTED}/stamp
   BYPRODUCTS ${HARBOR_EMITTED_SOURCES} ${HARBOR_EMITTED_HEADERS} ${HARBOR_EMITTED}/exports.map
-  COMMAND emit --build ${HARBOR_EMITTED}
+             ${HARBOR_EMITTED_SECTIONS} ${HARBOR_EMITTED_SECTION_BYTES}
+  COMMAND emit --build ${HARBOR_EMITTED} ${CMAKE_CURRENT_SOURCE_DIR}
   COMMAND ${CMAKE_COMMAND} -E touch ${HARBOR_EMITTED}/stamp
   DEPENDS emit
-  COMMENT "Emitting forwarders, type records and vfts")
+  COMMENT "Emitting forwarders, type records, vfts and sections")
 add_custom_target(emitted DEPENDS ${HARBOR_EMITTED}/stamp)
 
 # What is checked in: renewed by the first, compared by the second.

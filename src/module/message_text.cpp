@@ -1,8 +1,17 @@
 #include "module/message_text.hpp"
 
+#include <algorithm>
+
+#include "module/signature.hpp"
+
 namespace harbor::messages {
 
 namespace {
+
+constexpr bool has_signature(const Form &form) { return signature_of(form.text).has_value(); }
+static_assert(std::all_of(type_forms.begin(), type_forms.end(), has_signature));
+static_assert(std::all_of(table_forms.begin(), table_forms.end(), has_signature));
+static_assert(has_signature(vft_initializing) && has_signature(vft_error_present));
 
 void replace(std::string &text, std::string_view from, std::string_view to) {
   for (std::size_t at = text.find(from); at != std::string::npos;
@@ -33,6 +42,10 @@ Subject nth(std::uint32_t row, RowsOf rows_of) {
     }
   }
   return {};
+}
+
+Message message_of(const Form &form, std::string text) {
+  return {std::move(text), form.level, signature_of(form.text).value()};
 }
 
 // The names that a row of a form stands for. Forms without names in their text take none.
@@ -78,14 +91,13 @@ Message type_message(std::uint32_t index) {
   std::string text(form.text);
   replace(text, "<type>", names.type);
   replace(text, "<field>", names.field);
-  return {text, form.level};
+  return message_of(form, text);
 }
 
 Message table_message(std::uint32_t index) {
-  if (index == vft_initializing_index)
-    return {std::string(vft_initializing.text), vft_initializing.level};
-  if (index == vft_error_present_index) {
-    return {std::string(vft_error_present.text), vft_error_present.level};
+  for (const auto &[own_index, form] : {std::pair{vft_initializing_index, &vft_initializing},
+                                        {vft_error_present_index, &vft_error_present}}) {
+    if (index == own_index) return message_of(*form, std::string(form->text));
   }
   for (const model::Table *table : model::all_tables) {
     const std::uint32_t base = block_base(*table);
@@ -103,7 +115,7 @@ Message table_message(std::uint32_t index) {
         replace(text, "<table>", "tbl_" + std::string(table->name));
         replace(text, "<key>", key);
         replace(text, "<object>", holder);
-        return {text, table_forms[form].level};
+        return message_of(table_forms[form], text);
       }
     }
   }

@@ -11,6 +11,7 @@ namespace harbor::messages {
 struct Message {
   std::string text;
   Level level;
+  std::uint32_t signature;
 };
 
 // index below type_message_count, or table_message_count.

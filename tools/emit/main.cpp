@@ -1,16 +1,18 @@
 // The emitter: crosses the schema with the operation lists and writes what follows from them.
 //
-//   emit --build DIR    what only the build needs, into DIR
-//   emit --source DIR   what is checked in, into the source tree DIR
-//   emit --check DIR    compares what is checked in with what would be written
+//   emit --build DIR PROJECT   what only the build needs, into the folder DIR of the build
+//   directory emit --source PROJECT      what is checked in, into the project's folder emit --check
+//   PROJECT       compares what is checked in with what would be written
 #include <cstdio>
-#include <cstring>
 #include <exception>
+#include <filesystem>
 #include <set>
 
 #include "products.hpp"
 
 namespace emit {
+
+namespace fs = std::filesystem;
 
 std::vector<Unit> all_units() {
   std::vector<Unit> units{module_unit()};
@@ -36,19 +38,22 @@ int twice_composed(const std::vector<Unit> &units) {
   return count;
 }
 
-int run(const char *mode, const char *folder) {
+int build(const fs::path &folder, const fs::path &project) {
   const std::vector<Unit> units = all_units();
   if (twice_composed(units) != 0) return 1;
-  if (std::strcmp(mode, "--build") == 0) {
-    Writer writer(folder, Writer::Mode::write);
-    write_forwarders(writer, units);
-    write_records(writer);
-    write_vfts(writer);
-    write_version_script(writer, units);
-    return 0;
-  }
-  const bool check = std::strcmp(mode, "--check") == 0;
-  Writer writer(folder, check ? Writer::Mode::check : Writer::Mode::write);
+  Writer writer(folder, Writer::Mode::write);
+  write_forwarders(writer, units);
+  write_records(writer);
+  write_vfts(writer);
+  write_version_script(writer, units);
+  write_sections(writer, {fs::absolute(folder).parent_path(), fs::absolute(project)});
+  return 0;
+}
+
+int renew_or_check(const fs::path &project, bool check) {
+  const std::vector<Unit> units = all_units();
+  if (twice_composed(units) != 0) return 1;
+  Writer writer(project, check ? Writer::Mode::check : Writer::Mode::write);
   write_headers(writer, units);
   write_goldens(writer, units);
   for (const std::string &difference : writer.differences()) {
@@ -64,13 +69,19 @@ int run(const char *mode, const char *folder) {
 }  // namespace emit
 
 int main(int argc, char **argv) {
-  if (argc != 3 || (std::strcmp(argv[1], "--build") != 0 && std::strcmp(argv[1], "--source") != 0 &&
-                    std::strcmp(argv[1], "--check") != 0)) {
-    std::fprintf(stderr, "usage: emit --build|--source|--check FOLDER\n");
+  const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+  const std::string_view mode = arguments.empty() ? "" : arguments[0];
+  const bool builds = mode == "--build" && arguments.size() == 3;
+  const bool checks = mode == "--check" && arguments.size() == 2;
+  const bool renews = mode == "--source" && arguments.size() == 2;
+  if (!builds && !checks && !renews) {
+    std::fprintf(stderr,
+                 "usage: emit --build FOLDER PROJECT | --source PROJECT | --check PROJECT\n");
     return 2;
   }
   try {
-    return emit::run(argv[1], argv[2]);
+    return builds ? emit::build(arguments[1], arguments[2])
+                  : emit::renew_or_check(arguments[1], checks);
   } catch (const std::exception &failure) {
     std::fprintf(stderr, "emit: %s\n", failure.what());
     return 1;

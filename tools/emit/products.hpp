@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "build_record.hpp"
 #include "composition.hpp"
 #include "writer.hpp"
 
@@ -15,11 +16,13 @@ std::vector<Unit> all_units();
 void write_headers(Writer &writer, const std::vector<Unit> &units);
 void write_goldens(Writer &writer, const std::vector<Unit> &units);
 
-// For the build alone: forwarders, type records, table facts, vfts, the version script.
+// For the build alone: forwarders, type records, table facts, vfts, the version script, the
+// sections of the library's file that are no code.
 void write_forwarders(Writer &writer, const std::vector<Unit> &units);
 void write_records(Writer &writer);
 void write_vfts(Writer &writer);
 void write_version_script(Writer &writer, const std::vector<Unit> &units);
+void write_sections(Writer &writer, const BuildFolders &folders);
 
 // Exported data symbols, sorted.
 std::vector<std::string> data_symbols();

@@ -1,10 +1,9 @@
-// Type records, the ordered list of them, and the data symbols. A record's identity is the one that
-// the schema states, or the MD5 of the type's definition in one canonical text.
-#include <md5.h>
+#include "records.hpp"
 
 #include <algorithm>
 
-#include "model/layout.hpp"
+#include "definition.hpp"
+#include "model/manifest.hpp"
 #include "products.hpp"
 
 namespace emit {
@@ -13,117 +12,87 @@ namespace {
 
 using namespace harbor::model;
 
-std::string md5(const std::string &text) {
-  char digits[MD5_DIGEST_STRING_LENGTH];
-  MD5Data(reinterpret_cast<const std::uint8_t *>(text.data()), text.size(), digits);
-  return digits;
+std::string stated_or(std::string_view stated, const std::string &derived) {
+  return stated.empty() ? derived : std::string(stated);
 }
 
-std::string identity(const Enumeration &type) {
-  if (!type.identity.empty()) return std::string(type.identity);
-  std::string text =
-      "enum " + std::string(type.name) + " variants " + std::to_string(type.variants) + "\n";
-  for (const Member &member : type.members) {
-    text += std::string(member.name) + " " + std::to_string(member.value) + "\n";
+Record record_of(const Structure &type) {
+  const std::string name(type.name);
+  const std::string text = definition(type);
+  Record record{.symbol = name,
+                .type_name = name,
+                .kind = "type",
+                .md5 = md5(text),
+                .manifest_md5 = manifest_md5("type", text),
+                .manifest_size = manifest_size(type),
+                .schema = "types::" + name,
+                .mapping = "type_record",
+                .entries = {}};
+  for (int variant = 0; variant < type.variants; ++variant) {
+    record.entries.push_back({static_cast<std::uint32_t>(variant), used_length(type, variant),
+                              alloc_slop(type, variant)});
   }
-  return md5(text);
+  return record;
 }
 
-std::string identity(const FlagSet &type) {
-  std::string text = "flag " + std::string(type.name) + "\n";
-  for (const Member &member : type.members) {
-    text += std::string(member.name) + " " + std::to_string(member.value) + "\n";
+Record record_of(const Enumeration &type) {
+  const std::string name(type.name);
+  const std::string text = definition(type);
+  Record record{.symbol = name,
+                .type_name = name,
+                .kind = "enum",
+                .md5 = stated_or(type.identity, md5(text)),
+                .manifest_md5 = stated_or(stated_manifest_md5(type), manifest_md5("enum", text)),
+                .manifest_size = manifest_size(type),
+                .schema = "enumerations::" + name,
+                .mapping = "type_record",
+                .entries = {}};
+  for (std::uint32_t variant = 0; variant < type.variants; ++variant) {
+    record.entries.push_back({variant, enumeration_size, 0});
   }
-  return md5(text);
+  return record;
 }
 
-std::string identity(const Structure &type) {
-  std::string text =
-      "type " + std::string(type.name) + " variants " + std::to_string(type.variants) + "\n";
-  for (const Field *field : type.fields) {
-    text += std::string(field->name) + " " + storage_type(*field) + " " +
-            std::to_string(static_cast<int>(field->kind)) + " since " +
-            std::to_string(field->since);
-    if (field->kind == Kind::arm) text += " selected by " + std::to_string(field->selector);
-    if (field->structure != nullptr) text += " " + identity(*field->structure);
-    if (field->enumeration != nullptr) text += " " + identity(*field->enumeration);
-    if (field->flag_set != nullptr) text += " " + identity(*field->flag_set);
-    text += "\n";
-  }
-  return md5(text);
+Record record_of(const FlagSet &type) {
+  const std::string name(type.name);
+  const std::string text = definition(type);
+  return {.symbol = name,
+          .type_name = name,
+          .kind = "flag",
+          .md5 = md5(text),
+          .manifest_md5 = manifest_md5("flag", text),
+          .manifest_size = manifest_size(type),
+          .schema = "flag_sets::" + name,
+          .mapping = "type_record",
+          .entries = {{0, flag_set_used_length, flag_set_size - flag_set_used_length}}};
 }
 
-struct Entry {
-  std::uint32_t variant_id, used_length, alloc_slop;
-};
+constexpr Entry table_entry{1, 8, 0};
 
-struct Record {
-  std::string symbol;  // without the leading underscore and the tail
-  std::string type_name;
-  std::string kind;
-  std::string md5;
-  std::string schema;   // the schema constant that it belongs to
-  std::string mapping;  // which variable maps the constant to the record
-  std::vector<Entry> entries;
-};
+Record record_of_table(const Table &table) {
+  const std::string name = "tbl_" + std::string(table.name);
+  return {.symbol = name + "_table",
+          .type_name = name,
+          .kind = "table",
+          .md5 = std::string(table.luid),
+          .manifest_md5 = manifest_md5("table", definition(table)),
+          .manifest_size = 0,
+          .schema = "tables::" + std::string(table.name),
+          .mapping = "type_record",
+          .entries = {table_entry}};
+}
 
-std::vector<Record> records() {
-  std::vector<Record> all;
-  for (const Structure *type : structures) {
-    Record record{std::string(type->name),
-                  std::string(type->name),
-                  "type",
-                  identity(*type),
-                  "types::" + std::string(type->name),
-                  "type_record",
-                  {}};
-    for (int variant = 0; variant < type->variants; ++variant) {
-      record.entries.push_back({static_cast<std::uint32_t>(variant), used_length(*type, variant),
-                                alloc_slop(*type, variant)});
-    }
-    all.push_back(record);
-  }
-  for (const Enumeration *type : all_enumerations) {
-    Record record{std::string(type->name),
-                  std::string(type->name),
-                  "enum",
-                  identity(*type),
-                  "enumerations::" + std::string(type->name),
-                  "type_record",
-                  {}};
-    for (std::uint32_t variant = 0; variant < type->variants; ++variant) {
-      record.entries.push_back({variant, enumeration_size, 0});
-    }
-    all.push_back(record);
-  }
-  for (const FlagSet *type : all_flag_sets) {
-    all.push_back({std::string(type->name),
-                   std::string(type->name),
-                   "flag",
-                   identity(*type),
-                   "flag_sets::" + std::string(type->name),
-                   "type_record",
-                   {{0, flag_set_used_length, flag_set_size - flag_set_used_length}}});
-  }
-  for (const Table *table : all_tables) {
-    const std::string name = "tbl_" + std::string(table->name);
-    const std::string schema = "tables::" + std::string(table->name);
-    all.push_back({name + "_table",
-                   name,
-                   "table",
-                   std::string(table->luid),
-                   schema,
-                   "type_record",
-                   {{1, 8, 0}}});
-    all.push_back({name + "_table_record",
-                   name + "_record",
-                   "table_record",
-                   std::string(table->record_md5),
-                   schema,
-                   "record_type_record",
-                   {{1, 8, 0}}});
-  }
-  return all;
+Record record_of_table_record(const Table &table) {
+  const std::string name = "tbl_" + std::string(table.name);
+  return {.symbol = name + "_table_record",
+          .type_name = name + "_record",
+          .kind = "table_record",
+          .md5 = std::string(table.record_md5),
+          .manifest_md5 = manifest_md5("table_record", definition(table)),
+          .manifest_size = 0,
+          .schema = "tables::" + std::string(table.name),
+          .mapping = "record_type_record",
+          .entries = {table_entry}};
 }
 
 std::string bytes_of(std::string_view digits) {
@@ -135,6 +104,18 @@ std::string bytes_of(std::string_view digits) {
 }
 
 }  // namespace
+
+std::vector<Record> records() {
+  std::vector<Record> all;
+  for (const Structure *type : structures) all.push_back(record_of(*type));
+  for (const Enumeration *type : all_enumerations) all.push_back(record_of(*type));
+  for (const FlagSet *type : all_flag_sets) all.push_back(record_of(*type));
+  for (const Table *table : all_tables) {
+    all.push_back(record_of_table(*table));
+    all.push_back(record_of_table_record(*table));
+  }
+  return all;
+}
 
 std::vector<std::string> data_symbols() {
   std::vector<std::string> symbols{
