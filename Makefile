@@ -4,7 +4,7 @@ SAMPLE := examples/data/campus/r1
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help release run test asan tsan clang bench fuzz emit format docs install packages clean
+.PHONY: help release run test asan tsan clang bench fuzz emit format reproducible docs install packages clean
 
 help:
 	@echo "make run      install what is missing, build, load the sample and show it"
@@ -14,6 +14,7 @@ help:
 	@echo "make fuzz     the fuzz targets, FUZZ_SECONDS=600 each"
 	@echo "make emit     renew what is checked in and follows from the schema"
 	@echo "make format   clang-format on all sources"
+	@echo "make reproducible   two release builds in two folders, compared byte by byte"
 	@echo "make install  PREFIX=/usr/local"
 
 packages:
@@ -71,6 +72,9 @@ emit: packages
 format:
 	@$(setup) $(lists)/packages-clang.txt
 	@git ls-files '*.cpp' '*.hpp' | xargs clang-format -i
+
+reproducible: packages
+	@tests/sections/reproducible.sh $(JOBS)
 
 PREFIX ?= /usr/local
 install: packages

@@ -1,12 +1,13 @@
 // The emitter: crosses the schema with the operation lists and writes what follows from them.
 //
-//   emit --build DIR PROJECT   what only the build needs, into the folder DIR of the build
-//   directory emit --source PROJECT      what is checked in, into the project's folder emit --check
-//   PROJECT       compares what is checked in with what would be written
+//   emit --build DIR PROJECT  what only the build needs, into the build directory's folder DIR
+//   emit --source PROJECT     what is checked in, into the project's folder
+//   emit --check PROJECT      compares what is checked in with what would be written
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <set>
+#include <string_view>
 
 #include "products.hpp"
 
