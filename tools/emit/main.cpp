@@ -9,6 +9,7 @@
 #include <set>
 #include <string_view>
 
+#include "build_record.hpp"
 #include "products.hpp"
 
 namespace emit {
@@ -40,6 +41,8 @@ int twice_composed(const std::vector<Unit> &units) {
 }
 
 int build(const fs::path &folder, const fs::path &project) {
+  const std::string record =
+      build_record({fs::absolute(folder).parent_path(), fs::absolute(project)});
   const std::vector<Unit> units = all_units();
   if (twice_composed(units) != 0) return 1;
   Writer writer(folder, Writer::Mode::write);
@@ -47,7 +50,7 @@ int build(const fs::path &folder, const fs::path &project) {
   write_records(writer);
   write_vfts(writer);
   write_version_script(writer, units);
-  write_sections(writer, {fs::absolute(folder).parent_path(), fs::absolute(project)});
+  write_sections(writer, record);
   return 0;
 }
 

@@ -41,12 +41,11 @@ std::string line(const Record &record) {
 
 }  // namespace
 
-Section manifest_section(const BuildFolders &folders) {
+Section manifest_section(const std::string &build_record) {
   std::string manifest = "# ospf_harbor_oper.minime\n";
   for (const Record &record : records()) manifest += line(record);
-  return {
-      ".halyard", "halyard.bin", false,
-      framed(RecordType::manifest, manifest) + framed(RecordType::build, build_record(folders))};
+  return {".halyard", "halyard.bin", false,
+          framed(RecordType::manifest, manifest) + framed(RecordType::build, build_record)};
 }
 
 }  // namespace emit

@@ -1,9 +1,9 @@
 // The products: each takes the composed units or the schema and gives one text to a writer.
 #pragma once
 
+#include <string>
 #include <vector>
 
-#include "build_record.hpp"
 #include "composition.hpp"
 #include "writer.hpp"
 
@@ -22,7 +22,7 @@ void write_forwarders(Writer &writer, const std::vector<Unit> &units);
 void write_records(Writer &writer);
 void write_vfts(Writer &writer);
 void write_version_script(Writer &writer, const std::vector<Unit> &units);
-void write_sections(Writer &writer, const BuildFolders &folders);
+void write_sections(Writer &writer, const std::string &build_record);
 
 // Exported data symbols, sorted.
 std::vector<std::string> data_symbols();

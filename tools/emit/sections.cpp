@@ -16,9 +16,9 @@ std::string assembler(const Section &section) {
 
 }  // namespace
 
-void write_sections(Writer &writer, const BuildFolders &folders) {
+void write_sections(Writer &writer, const std::string &build_record) {
   std::vector<Section> sections = message_sections();
-  sections.push_back(manifest_section(folders));
+  sections.push_back(manifest_section(build_record));
   std::string text;
   for (const Section &section : sections) {
     writer.file("sections/" + section.file, section.bytes);

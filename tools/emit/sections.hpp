@@ -5,8 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "build_record.hpp"
-
 namespace emit {
 
 struct Section {
@@ -21,6 +19,6 @@ struct Section {
 std::vector<Section> message_sections();
 
 // The type manifest and the build record.
-Section manifest_section(const BuildFolders &folders);
+Section manifest_section(const std::string &build_record);
 
 }  // namespace emit
