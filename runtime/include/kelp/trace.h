@@ -140,6 +140,14 @@ KELP_API void kelp_trace_flush(void);
 KELP_API int32_t kelp_trace_read_file(const char *path, kelp_trace_callback callback, void *context,
                                       struct kelp_error *error);
 
+/* Reads the one record at the beginning of the bytes, which may come from anywhere. 0: *event is
+ * the message, its texts point into the bytes, *length is how many bytes the record takes. 11: the
+ * bytes end within the record, *length is how many it takes at least. 22: no trace record. *event
+ * is good for nothing after a failure; error, which may be null, says what was found and expected.
+ */
+KELP_API int32_t kelp_trace_read_record(const uint8_t *bytes, size_t size, kelp_trace_event *event,
+                                        size_t *length, struct kelp_error *error);
+
 /* Applies an event's arguments to its text: %s, %p, %d, %u and %% in order. Writes at most size
  * bytes, NUL included, and gives the length of the full text. A conversion without an argument of
  * its kind is shown as it stands. */

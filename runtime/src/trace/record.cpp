@@ -68,21 +68,25 @@ std::size_t pack(const kelp_trace_event &event, std::uint8_t *buffer) {
 
 Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event *event,
              std::size_t *length) {
-  if (available < kHeadBytes) return {"bytes left for the head of a record", available, kHeadBytes};
-  if (const auto magic = get<std::uint32_t>(bytes); magic != kMagic) {
-    return {"magic of a record", magic, kMagic};
+  if (available >= 4) {
+    const auto magic = get<std::uint32_t>(bytes);
+    if (magic != kMagic) return {"magic of a record", magic, kMagic};
+  }
+  if (available < kHeadBytes) {
+    return {"bytes left for the head of a record", available, kHeadBytes, true};
   }
   const std::size_t total = get<std::uint32_t>(bytes + 4);
   if (total < kHeadBytes || total % 8 != 0 || total > kLongestRecord) {
     return {"length of a record", total, kHeadBytes};
   }
-  if (total > available) return {"bytes left for a record", available, total};
+  if (total > available) return {"bytes left for a record", available, total, true};
   *event = {};
   event->time_ns = get<std::uint64_t>(bytes + 8);
   std::memcpy(event->identity, bytes + 16, sizeof event->identity);
   event->index = get<std::uint32_t>(bytes + 32);
   event->module = get<std::uint16_t>(bytes + 36);
   event->level = bytes[38];
+  if (event->level > kHighestLevel) return {"level, at most", event->level, kHighestLevel};
   event->argument_count = bytes[39];
   event->sequence = get<std::uint64_t>(bytes + 40);
   if (event->argument_count > kMostArguments) {
@@ -99,7 +103,7 @@ Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event 
       return {"kind of an argument, 4 or 5 or", kind, kText};
     }
     argument.kind = static_cast<std::uint8_t>(kind);
-    const std::size_t expected = kind == kText     ? std::min(size, total - at)
+    const std::size_t expected = kind == kText     ? std::min({size, total - at, kLongestText})
                                  : kind == kNumber ? 4
                                                    : 8;
     if (size != expected) return {"length of an argument", size, expected};
@@ -107,6 +111,8 @@ Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event 
     if (kind == kText) {
       argument.text = reinterpret_cast<const char *>(bytes + at);
       argument.text_length = static_cast<std::uint32_t>(size);
+      const std::size_t length = strnlen(argument.text, size);
+      if (length != size) return {"bytes of a text before a NUL", length, size};
     } else if (kind == kNumber) {
       argument.number = get<std::uint32_t>(bytes + at);
     } else {

@@ -12,6 +12,7 @@ namespace kelp::trace {
 
 inline constexpr std::uint32_t kMagic = 0x54504c4b;
 inline constexpr std::size_t kHeadBytes = 48;
+inline constexpr std::uint32_t kHighestLevel = 7;
 inline constexpr std::size_t kLongestText = 1024;
 inline constexpr std::size_t kMostArguments = 3;
 inline constexpr std::size_t kLongestRecord = kHeadBytes + kMostArguments * (8 + kLongestText);
@@ -24,6 +25,7 @@ struct Fault {
   const char *what = nullptr;  // null: nothing
   std::uint64_t found = 0;
   std::uint64_t expected = 0;
+  bool cut = false;  // what is there is sound; more bytes would help, expected of them in all
 };
 
 // Unpacks the record at the start of the bytes. The event's texts point into them.

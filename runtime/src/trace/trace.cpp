@@ -24,7 +24,6 @@ namespace {
 
 constexpr std::size_t kMostModules = 1024;
 constexpr std::size_t kDefaultRingBytes = 64 * 1024;
-constexpr std::uint32_t kHighestLevel = 7;
 
 struct Trace {
   std::mutex mutex;
@@ -170,6 +169,16 @@ std::uint64_t hand_out(const std::uint8_t *bytes, std::size_t size, kelp_trace_c
   }
   return count;
 }
+
+// What is wrong, in words.
+struct Complaint {
+  explicit Complaint(const Fault &fault) {
+    const char *form = fault.expected == kMagic ? "%s: found 0x%" PRIx64 ", expected 0x%" PRIx64
+                                                : "%s: found %" PRIu64 ", expected %" PRIu64;
+    std::snprintf(text, sizeof text, form, fault.what, fault.found, fault.expected);
+  }
+  char text[128];
+};
 
 std::uint32_t find_module(const Trace &trace, const char *name) {
   const std::uint32_t count = trace.module_count.load(std::memory_order_acquire);
@@ -367,6 +376,21 @@ extern "C" void kelp_trace_flush(void) {
   if (trace.file != nullptr) std::fflush(trace.file);
 }
 
+extern "C" int32_t kelp_trace_read_record(const uint8_t *bytes, size_t size,
+                                          kelp_trace_event *event, size_t *length,
+                                          kelp_error *error) {
+  constexpr const char *kFunction = "kelp_trace_read_record";
+  if (bytes == nullptr || event == nullptr || length == nullptr) {
+    return kelp::fail(error, KELP_ERR_INVALID, "%s: found a null argument, expected an address",
+                      kFunction);
+  }
+  const kelp::trace::Fault fault = kelp::trace::unpack(bytes, size, event, length);
+  if (fault.what == nullptr) return kelp::succeed(error);
+  if (fault.cut) *length = fault.expected;
+  return kelp::fail(error, fault.cut ? KELP_ERR_AGAIN : KELP_ERR_INVALID, "%s: %s", kFunction,
+                    kelp::trace::Complaint(fault).text);
+}
+
 extern "C" int32_t kelp_trace_read_file(const char *path, kelp_trace_callback callback,
                                         void *context, kelp_error *error) {
   constexpr const char *kFunction = "kelp_trace_read_file";
@@ -405,9 +429,8 @@ extern "C" int32_t kelp_trace_read_file(const char *path, kelp_trace_callback ca
       const kelp::trace::Fault fault =
           kelp::trace::unpack(bytes.data() + offset, available - offset, &event, &length);
       if (fault.what != nullptr) {
-        return kelp::fail(error, KELP_ERR_INVALID,
-                          "%s: '%s' at byte %" PRIu64 ": %s: found %" PRIu64 ", expected %" PRIu64,
-                          kFunction, path, base + offset, fault.what, fault.found, fault.expected);
+        return kelp::fail(error, KELP_ERR_INVALID, "%s: '%s' at byte %" PRIu64 ": %s", kFunction,
+                          path, base + offset, kelp::trace::Complaint(fault).text);
       }
       const kelp::trace::InCallback guard;
       ended = callback != nullptr && callback(context, &event) != 0;

@@ -271,8 +271,8 @@ TEST_F(TraceFileTest, ForeignBytesAreRefusedWithTheirPlace) {
   EXPECT_EQ(kelp_trace_read_file(path.c_str(), keep, &events, &error), 22);
   EXPECT_EQ(events.size(), 1u);
   EXPECT_EQ(std::string(error.text), "kelp_trace_read_file: '" + path +
-                                         "' at byte 48: magic of a record: found 2054847098, "
-                                         "expected 1414548555");
+                                         "' at byte 48: magic of a record: found 0x7a7a7a7a, "
+                                         "expected 0x54504c4b");
 }
 
 TEST_F(TraceFileTest, DamagedRecordsAreRefused) {
@@ -300,6 +300,43 @@ TEST_F(TraceFileTest, DamagedRecordsAreRefused) {
           << at << " " << static_cast<int>(value);
     }
   }
+}
+
+TEST_F(TraceFileTest, OneRecordIsReadFromItsBytes) {
+  ASSERT_EQ(kelp_trace_open_file(path.c_str(), &error), 0);
+  __XLf_14(kSource, 1, module, kError, "abcdefgh", 5);
+  ASSERT_EQ(kelp_trace_open_file(nullptr, &error), 0);
+  std::ifstream file(path, std::ios::binary);
+  const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  const std::string two = bytes + bytes;
+  const auto read = [&](const std::string &from, kelp_trace_event *event, std::size_t *length) {
+    return kelp_trace_read_record(reinterpret_cast<const std::uint8_t *>(from.data()), from.size(),
+                                  event, length, &error);
+  };
+  kelp_trace_event event = {};
+  std::size_t length = 0;
+  ASSERT_EQ(read(two, &event, &length), 0) << error.text;
+  EXPECT_EQ(length, bytes.size());
+  EXPECT_STREQ(event.signature, "14");
+  EXPECT_EQ(event.arguments[1].number, 5u);
+  // A cut is told from damage, with what the record needs as far as it is known.
+  for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+    EXPECT_EQ(read(bytes.substr(0, cut), &event, &length), KELP_ERR_AGAIN) << cut;
+    EXPECT_EQ(length, cut < 48 ? 48u : bytes.size()) << cut;
+  }
+  EXPECT_EQ(read("#!/bin/sh", &event, &length), KELP_ERR_INVALID);
+  EXPECT_STREQ(error.text,
+               "kelp_trace_read_record: magic of a record: found 0x622f2123, expected 0x54504c4b");
+  std::string bad = bytes;
+  bad[38] = 8;
+  EXPECT_EQ(read(bad, &event, &length), KELP_ERR_INVALID);
+  EXPECT_STREQ(error.text, "kelp_trace_read_record: level, at most: found 8, expected 7");
+  bad = bytes;
+  bad[58] = '\0';
+  EXPECT_EQ(read(bad, &event, &length), KELP_ERR_INVALID);
+  EXPECT_STREQ(error.text,
+               "kelp_trace_read_record: bytes of a text before a NUL: found 2, expected 8");
+  EXPECT_EQ(kelp_trace_read_record(nullptr, 0, &event, &length, &error), KELP_ERR_INVALID);
 }
 
 TEST_F(TraceFileTest, MissingFileIsNamed) {
