@@ -4,6 +4,9 @@
 #include <exception>
 
 #include "commands.hpp"
+#include "inspect_command.hpp"
+#include "trace_command.hpp"
+#include "trace_file.hpp"
 
 namespace {
 
@@ -33,7 +36,14 @@ int run(int argc, char **argv) {
   CLI::App *shell =
       app.add_subcommand("shell", "Read commands from standard input, one a line, on one database");
 
+  tool::TraceFile trace_file(app);
+  const tool::Command commands[] = {tool::add_trace_command(app), tool::add_inspect_command(app)};
+
   CLI11_PARSE(app, argc, argv);
+  trace_file.open();
+  for (const tool::Command &command : commands) {
+    if (command.app->parsed()) return command.run();
+  }
 
   tool::Session session;
   if (shell->parsed()) return tool::run_shell(session);

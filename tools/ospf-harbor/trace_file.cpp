@@ -1,0 +1,44 @@
+// A sink that flushes is what makes each record visible at once.
+#include "trace_file.hpp"
+
+#include <kelp/embed.h>
+#include <kelp/trace.h>
+
+#include "input_error.hpp"
+#include "trace_texts.hpp"
+
+namespace tool {
+
+namespace {
+
+int flush(void *, const kelp_trace_event *) {
+  kelp_trace_flush();
+  return 0;
+}
+
+}  // namespace
+
+TraceFile::TraceFile(CLI::App &app) {
+  app.add_option("--trace-file", path_, "Append the trace of this run to a file");
+  app.add_option("--trace-level", level_, "What goes into it: this level and worse")
+      ->check(CLI::IsMember({"fatal", "error", "information", "debug"}));
+}
+
+void TraceFile::open() {
+  if (path_.empty()) return;
+  kelp_error error{};
+  const std::int32_t there = kelp_trace_read_file(path_.c_str(), nullptr, nullptr, &error);
+  if (there != 0 && there != KELP_ERR_NOT_FOUND) throw InputError(error.text);
+  if (kelp_trace_open_file(path_.c_str(), &error) != 0) throw InputError(error.text);
+  open_ = true;
+  kelp_trace_set_level(nullptr, *level_by_name(level_));
+  kelp_trace_set_sink(flush, nullptr);
+}
+
+TraceFile::~TraceFile() {
+  if (!open_) return;
+  kelp_trace_set_sink(nullptr, nullptr);
+  kelp_trace_open_file(nullptr, nullptr);
+}
+
+}  // namespace tool

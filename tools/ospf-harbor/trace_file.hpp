@@ -1,0 +1,28 @@
+// The options --trace-file and --trace-level: the trace of this run in a file, for `trace` to
+// print. A record is in the file when the call that emitted it returns, so that another terminal
+// can follow it.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace tool {
+
+class TraceFile {
+ public:
+  explicit TraceFile(CLI::App &app);
+  ~TraceFile();
+  TraceFile(const TraceFile &) = delete;
+  TraceFile &operator=(const TraceFile &) = delete;
+
+  // Opens the file, when one was given. InputError for one that cannot be written, or that holds
+  // something else than whole trace records: nothing is appended to it then.
+  void open();
+
+ private:
+  std::string path_;
+  std::string level_ = "debug";
+  bool open_ = false;
+};
+
+}  // namespace tool
