@@ -59,11 +59,12 @@ TEST(InspectTest, SmallLibraryIsPrintedWhole) {
             "  comment   made for a test\n"
             "\n"
             "Type manifest of sample: 2 types\n"
-            "  KIND  VARIANTS   SIZE  MD5                               SECOND MD5\n"
+            "  KIND  VARIANTS   SIZE  MD5                               SECOND MD5                 "
+            "       NAME\n"
             "  enum         1     16  2b42e5c02e3225d440f9f5bec13c63de  "
-            "5a730a756af0b63bd1546cec964c5687\n"
+            "5a730a756af0b63bd1546cec964c5687  -\n"
             "  type         2    272  0f58589be39f59b1ec820d0a75d12853  "
-            "00112233445566778899aabbccddeeff\n"
+            "00112233445566778899aabbccddeeff  -\n"
             "\n"
             "Trace messages: 8 in 2 tables, " +
                 sizes +
@@ -99,6 +100,10 @@ TEST(InspectTest, BuiltLibraryIsSound) {
   EXPECT_EQ(printed.complaints, "");
   EXPECT_NE(printed.out.find("Type manifest of ospf_harbor_oper: 103 types\n"), std::string::npos);
   EXPECT_NE(printed.out.find("Trace messages: 5237 in 2 tables, "), std::string::npos);
+  EXPECT_NE(printed.out.find("  enum         1     16  2b42e5c02e3225d440f9f5bec13c63de  "
+                             "5a730a756af0b63bd1546cec964c5687  address_family\n"),
+            std::string::npos);
+  EXPECT_NE(printed.out.find("  tbl_ospf_area_record\n"), std::string::npos);
 }
 
 TEST(InspectTest, JsonIsOneObjectALine) {

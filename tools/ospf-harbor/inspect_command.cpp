@@ -6,6 +6,7 @@
 #include <iostream>
 #include <library_sections/halyard.hpp>
 #include <library_sections/messages.hpp>
+#include <library_sections/type_names.hpp>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -17,6 +18,9 @@ namespace {
 
 using library_sections::escaped;
 using library_sections::hex;
+
+// Names of types by MD5, as far as they are known.
+using Names = std::map<std::string, std::string>;
 
 // How many messages of a table have each signature.
 using Counts = std::array<std::size_t, library_sections::signatures.size()>;
@@ -32,7 +36,7 @@ class Printer {
  public:
   explicit Printer(std::ostream &out) : out_(out) {}
   virtual ~Printer() = default;
-  virtual void halyard(const library_sections::Halyard &halyard) = 0;
+  virtual void halyard(const library_sections::Halyard &halyard, const Names &names) = 0;
   virtual void messages(const library_sections::MessageStore &store, bool each) = 0;
 
  protected:
@@ -43,7 +47,7 @@ class TextPrinter : public Printer {
  public:
   using Printer::Printer;
 
-  void halyard(const library_sections::Halyard &halyard) override {
+  void halyard(const library_sections::Halyard &halyard, const Names &names) override {
     const library_sections::BuildRecord &build = halyard.build;
     out_ << "Module " << escaped(build.module) << "\n\nBuild record\n"
          << "  built by  " << escaped(build.built_by) << '\n'
@@ -54,10 +58,12 @@ class TextPrinter : public Printer {
     const library_sections::Manifest &manifest = halyard.manifest;
     out_ << "Type manifest of " << escaped(manifest.module) << ": " << manifest.lines.size()
          << " types\n"
-         << "  KIND  VARIANTS   SIZE  MD5                               SECOND MD5\n";
+         << "  KIND  VARIANTS   SIZE  MD5                               SECOND MD5                 "
+            "       NAME\n";
     for (const library_sections::ManifestLine &line : manifest.lines) {
       out_ << "  " << line.kind << "  " << std::setw(8) << line.highest_variant + 1 << "  "
-           << std::setw(5) << line.size << "  " << line.md5 << "  " << line.second_md5 << '\n';
+           << std::setw(5) << line.size << "  " << line.md5 << "  " << line.second_md5 << "  "
+           << (names.contains(line.md5) ? escaped(names.at(line.md5)) : "-") << '\n';
     }
     out_ << '\n';
   }
@@ -111,7 +117,7 @@ class JsonPrinter : public Printer {
  public:
   using Printer::Printer;
 
-  void halyard(const library_sections::Halyard &halyard) override {
+  void halyard(const library_sections::Halyard &halyard, const Names &names) override {
     const library_sections::BuildRecord &build = halyard.build;
     put({{"what", "build"},
          {"module", build.module},
@@ -121,12 +127,14 @@ class JsonPrinter : public Printer {
          {"at", build.at},
          {"comment", build.comment}});
     for (const library_sections::ManifestLine &line : halyard.manifest.lines) {
-      put({{"what", "type"},
-           {"md5", line.md5},
-           {"second_md5", line.second_md5},
-           {"kind", line.kind},
-           {"highest_variant", line.highest_variant},
-           {"size", line.size}});
+      nlohmann::json type{{"what", "type"},
+                          {"md5", line.md5},
+                          {"second_md5", line.second_md5},
+                          {"kind", line.kind},
+                          {"highest_variant", line.highest_variant},
+                          {"size", line.size}};
+      if (names.contains(line.md5)) type["name"] = names.at(line.md5);
+      put(type);
     }
   }
 
@@ -182,7 +190,9 @@ int inspect(const InspectOptions &options, std::ostream &out, std::ostream &comp
       status = 1;
     }
   };
-  part([&] { printer->halyard(library_sections::read_halyard(file)); });
+  Names names;
+  part([&] { names = library_sections::read_type_names(file); });
+  part([&] { printer->halyard(library_sections::read_halyard(file), names); });
   part([&] { printer->messages(library_sections::read_messages(file), options.messages); });
   return status;
 }

@@ -48,7 +48,7 @@ Entry read_entry(Bytes file, std::uint64_t at) {
   entry.name = cursor.u32("name of a section");
   entry.section.type = cursor.u32("type of a section");
   entry.section.flags = cursor.u64("flags of a section");
-  cursor.u64("address of a section");
+  entry.section.address = cursor.u64("address of a section");
   entry.section.offset = cursor.u64("offset of a section");
   entry.section.size = cursor.u64("size of a section");
   entry.link = cursor.u32("link of a section");

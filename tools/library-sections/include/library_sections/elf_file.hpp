@@ -20,7 +20,8 @@ struct Section {
   std::string name;
   std::uint32_t type = 0;
   std::uint64_t flags = 0;
-  std::uint64_t offset = 0;  // in the file
+  std::uint64_t address = 0;  // when loaded
+  std::uint64_t offset = 0;   // in the file
   std::uint64_t size = 0;
 
   bool loaded() const { return (flags & 2) != 0; }
