@@ -286,10 +286,8 @@ TEST(StoredMessagesTest, NamesInTypeTextsAreTypesAndTheirReferences) {
       if (!found || found->empty()) continue;
       names.insert(*found);
       ++rows;
-      {
-        const std::string &type = found->front();
-        EXPECT_TRUE(structures.contains(type) || light.contains(type)) << message.text;
-      }
+      const std::string &type = found->front();
+      EXPECT_TRUE(structures.contains(type) || light.contains(type)) << message.text;
       if (found->size() == 2) {
         EXPECT_TRUE(references.contains({found->at(0), found->at(1)})) << message.text;
       }

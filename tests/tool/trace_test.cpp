@@ -168,6 +168,17 @@ TEST_F(TraceCommandTest, EveryMessageOfTheBuiltLibraryComesBack) {
   }
 }
 
+TEST_F(TraceCommandTest, ModuleWithoutANameIsShownByItsNumber) {
+  emit_all();
+  std::vector<sample::Section> sections = sample_.sections();
+  sections.pop_back();
+  library_.write(sample::elf(sections));
+  const Printed printed = print(options_);
+  EXPECT_EQ(printed.status, 0);
+  ASSERT_EQ(printed.lines.size(), 8u);
+  EXPECT_EQ(without_time(printed.lines[1]), "debug       module-1 Corrupted Handle");
+}
+
 TEST_F(TraceCommandTest, LevelKeepsItAndWorse) {
   emit_all();
   const auto count = [&](const char *level) {
@@ -180,7 +191,7 @@ TEST_F(TraceCommandTest, LevelKeepsItAndWorse) {
   EXPECT_EQ(count("debug"), 8u);
   options_.level = "loud";
   EXPECT_EQ(print(options_).refusal,
-            "--level: found \"loud\", expected fatal, error, information or debug");
+            "--level: found \"loud\", expected fatal or error or information or debug");
 }
 
 TEST_F(TraceCommandTest, FatalRecordsAreNamedSo) {
@@ -436,6 +447,17 @@ TEST_F(TraceCommandTest, RunOfTheToolIsTracedIntoAFile) {
   std::remove(trace_.path().c_str());
   ASSERT_EQ(run_tool("--trace-level error --trace-file " + trace_.path() + load).first, 0);
   EXPECT_EQ(run_tool("trace " + trace_.path()), (std::pair{0, std::string()}));
+}
+
+TEST_F(TraceCommandTest, LevelOfATraceFileIsChecked) {
+  const std::string load = " load frr " HARBOR_SAMPLE "/r1";
+  const auto [status, text] =
+      run_tool("--trace-file " + trace_.path() + " --trace-level loud" + load);
+  EXPECT_EQ(status, 1);
+  EXPECT_EQ(text,
+            "ospf-harbor: --trace-level: found \"loud\", expected fatal or error or information or "
+            "debug\n");
+  EXPECT_NE(run_tool("--trace-level error" + load).first, 0);
 }
 
 // A file that is no trace is not appended to.

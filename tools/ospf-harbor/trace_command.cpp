@@ -68,17 +68,13 @@ class TraceFileReader {
 }  // namespace
 
 int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &complaints) {
-  const std::optional<std::uint8_t> level = level_by_name(options.level);
-  if (!level) {
-    throw InputError("--level", "", "\"" + options.level + "\"",
-                     "fatal, error, information or debug");
-  }
+  const std::uint8_t level = level_by_name("--level", options.level);
   const LibraryFile library(options.library.empty() ? own_library() : options.library);
   const auto texts = library.read([&] { return TraceTexts(library.path(), library.bytes()); });
 
   int status = 0;
   TraceReader reader(options.file, [&](const kelp_trace_event &event, std::uint64_t offset) {
-    if (event.level > *level) return;
+    if (event.level > level) return;
     std::string complaint;
     out << texts.line(event, &complaint) << '\n';
     if (complaint.empty()) return;
@@ -109,8 +105,8 @@ Command add_trace_command(CLI::App &app) {
       ->required();
   trace->add_option("--library", options->library,
                     "The library whose messages they are; the one of this program without it");
-  trace->add_option("--level", options->level, "Print this level and worse")
-      ->check(CLI::IsMember({"fatal", "error", "information", "debug"}));
+  trace->add_option("--level", options->level,
+                    "Print this level and worse: fatal, error, information or debug");
   trace->add_flag("--follow", options->follow, "Wait for more records, until interrupted");
   trace->add_option("--seconds", options->seconds, "End following after so long")
       ->check(CLI::PositiveNumber);

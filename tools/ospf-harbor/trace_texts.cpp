@@ -6,6 +6,8 @@
 #include <library_sections/error.hpp>
 #include <library_sections/halyard.hpp>
 
+#include "input_error.hpp"
+
 namespace tool {
 
 namespace {
@@ -69,11 +71,13 @@ std::string level_name(std::uint8_t level) {
   return "level " + std::to_string(level);
 }
 
-std::optional<std::uint8_t> level_by_name(const std::string &name) {
+std::uint8_t level_by_name(const std::string &option, const std::string &name) {
+  std::string known;
   for (const LevelName &one : level_names) {
     if (one.name == name) return one.level;
+    known += (known.empty() ? "" : " or ") + std::string(one.name);
   }
-  return std::nullopt;
+  throw InputError(option, "", "\"" + escaped(name) + "\"", known);
 }
 
 TraceTexts::TraceTexts(std::string library, library_sections::Bytes bytes)
