@@ -4,13 +4,15 @@ SAMPLE := examples/data/campus/r1
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help release run test asan tsan clang bench fuzz emit format reproducible docs install packages clean
+.PHONY: help release run test asan tsan clang bench bench-peers fuzz emit format reproducible docs \
+	install packages clean
 
 help:
 	@echo "make run      install what is missing, build, load the sample and show it"
 	@echo "make test     build and run all tests, and again under ASan and UBSan"
 	@echo "make asan, tsan, clang   one kind of test build alone"
 	@echo "make bench    benchmarks, with ratios within one run"
+	@echo "make bench-peers   the encodings beside serialisation libraries"
 	@echo "make fuzz     the fuzz targets, FUZZ_SECONDS=600 each"
 	@echo "make emit     renew what is checked in and follows from the schema"
 	@echo "make format   clang-format on all sources"
@@ -55,6 +57,12 @@ bench: packages
 	@cmake --preset bench >/dev/null
 	@cmake --build --preset bench -j $(JOBS)
 	@build/bench/bench/harbor_bench
+
+bench-peers: packages
+	@$(setup) $(lists)/packages-bench.txt $(lists)/packages-peers.txt
+	@cmake --preset bench -DHARBOR_PEERS=ON >/dev/null
+	@cmake --build --preset bench -j $(JOBS) --target peer_bench
+	@build/bench/bench/peers/peer_bench
 
 FUZZ_SECONDS ?= 600
 fuzz: packages

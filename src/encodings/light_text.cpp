@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "encodings/bounded_text.hpp"
 #include "module/failure.hpp"
 
 namespace harbor::light_text {
@@ -11,10 +12,10 @@ namespace harbor::light_text {
 Found find_member(kelp_handle *handle, kelp_xml_document *document, const char *path,
                   std::string_view name, std::uint32_t *err, char *message,
                   std::int32_t message_size) {
-  char child[256];
+  BoundedText<256> child;
+  child.put(path).put("/").put(name);
   char scratch[128];
-  std::snprintf(child, sizeof(child), "%s/%.*s", path, static_cast<int>(name.size()), name.data());
-  *err = xml_get_element_value(document, child, scratch, sizeof(scratch), 0);
+  *err = xml_get_element_value(document, child.data(), scratch, sizeof(scratch), 0);
   if (*err != 0) kelp_store_err(handle, *err);
   if (*err == 0) return Found::yes;
   if (*err == KELP_ERR_NOT_FOUND) {

@@ -1,7 +1,5 @@
 #include "encodings/text.hpp"
 
-#include <cstdio>
-
 namespace harbor::text {
 
 void open_block(Text &text, const char *label, const char *type_name) {
@@ -23,7 +21,7 @@ void close_block(Text &text) {
 
 ElementLabel element_label(const char *name, std::uint32_t index) {
   ElementLabel label;
-  std::snprintf(label.data(), label.size(), "%s[%d]", name, static_cast<int>(index));
+  label.put(name).put("[").put(index).put("]");
   return label;
 }
 

@@ -12,6 +12,7 @@
 
 #include <kelp/text.h>
 
+#include "encodings/bounded_text.hpp"
 #include "encodings/enumeration_encodings.hpp"
 #include "encodings/field_walk.hpp"
 #include "encodings/flag_set_encodings.hpp"
@@ -73,8 +74,7 @@ void open_block(Text &text, const char *label, const char *type_name);
 void close_block(Text &text);
 
 // The label of an array's element: "<array>[<index>]".
-inline constexpr std::size_t element_label_size = 80;
-using ElementLabel = std::array<char, element_label_size>;
+using ElementLabel = BoundedText<80>;
 ElementLabel element_label(const char *name, std::uint32_t index);
 
 // --- the rules ----------------------------------------------------------------------------------

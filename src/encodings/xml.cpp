@@ -1,18 +1,16 @@
 #include "encodings/xml.hpp"
 
-#include <cstdio>
-
 namespace harbor::xml {
 
 Path child_path(const Source &source, const char *tag) {
   Path path;
-  std::snprintf(path.data(), path.size(), "%s/%s", source.path, tag);
+  path.put(source.path).put("/").put(tag);
   return path;
 }
 
 Path element_path(const Source &source, const char *tag, std::uint32_t index) {
   Path path;
-  std::snprintf(path.data(), path.size(), "%s/%s[%d]", source.path, tag, static_cast<int>(index));
+  path.put(source.path).put("/").put(tag).put("[").put(index).put("]");
   return path;
 }
 

@@ -11,6 +11,7 @@
 #include <kelp/xml.h>
 
 #include "encodings/arm_creation.hpp"
+#include "encodings/bounded_text.hpp"
 #include "encodings/enumeration_encodings.hpp"
 #include "encodings/field_walk.hpp"
 #include "encodings/flag_set_encodings.hpp"
@@ -208,8 +209,7 @@ struct Source {
 };
 
 // Paths are cut at this length without a message.
-inline constexpr std::size_t path_size = 256;
-using Path = std::array<char, path_size>;
+using Path = BoundedText<256>;
 Path child_path(const Source &source, const char *tag);
 // Indexes in paths begin at 1.
 Path element_path(const Source &source, const char *tag, std::uint32_t index);

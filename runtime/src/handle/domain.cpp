@@ -17,8 +17,7 @@ std::string_view name_of(const kelp_type_record *record) {
 
 }  // namespace
 
-const Domain::Fixed *Domain::find(const kelp_type_record *record) {
-  if (fixed_.empty()) return nullptr;
+const Domain::Fixed *Domain::find_among(const kelp_type_record *record) {
   const auto key = reinterpret_cast<std::uintptr_t>(record);
   Remembered &place = remembered_[(key >> 4 ^ key >> 11) % remembered_.size()];
   if (place.record != record) {

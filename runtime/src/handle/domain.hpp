@@ -23,7 +23,9 @@ class Domain {
   };
 
   // What is fixed for the record's type; null for nothing.
-  const Fixed *find(const kelp_type_record *record);
+  const Fixed *find(const kelp_type_record *record) {
+    return fixed_.empty() ? nullptr : find_among(record);
+  }
 
   // The entry of a type, made when it is missing. Throws bad_alloc.
   Fixed &entry(std::string_view type_name);
@@ -37,6 +39,8 @@ class Domain {
     std::int32_t place = kNothing;
   };
   static constexpr std::int32_t kNothing = -1;
+
+  const Fixed *find_among(const kelp_type_record *record);
 
   void forget() { remembered_.fill({}); }
 

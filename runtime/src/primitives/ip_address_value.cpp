@@ -1,5 +1,5 @@
-// Texts are those of the system library's inet_ntop and inet_pton, with "%<zone>" and "/<prefix>"
-// behind them.
+// Texts of IPv6 are those of the system library's inet_ntop and inet_pton, with "%<zone>" and
+// "/<prefix>" behind them.
 #include "primitives/ip_address_value.hpp"
 
 #include <arpa/inet.h>
@@ -37,12 +37,28 @@ ip_address canonical_address(const ip_address &address) {
   return canonical;
 }
 
+namespace {
+
+char *put_octets(const uint8_t *octets, char *text) {
+  for (int at = 0; at < 4; ++at) {
+    if (at != 0) *text++ = '.';
+    text = std::to_chars(text, text + 3, octets[at]).ptr;
+  }
+  return text;
+}
+
+}  // namespace
+
 size_t format_address(const ip_address &address, char *text) {
   const ip_address value = canonical_address(address);
   if (value.family == KELP_AF_UNSET) return 0;
-  const bool ipv6 = value.family == KELP_AF_IPV6;
-  inet_ntop(ipv6 ? AF_INET6 : AF_INET, value.bytes, text, INET6_ADDRSTRLEN);
-  char *end = text + std::strlen(text);
+  char *end = text;
+  if (value.family == KELP_AF_IPV6) {
+    inet_ntop(AF_INET6, value.bytes, text, INET6_ADDRSTRLEN);
+    end += std::strlen(text);
+  } else {
+    end = put_octets(value.bytes, text);
+  }
   char *limit = text + IP_ADDRESS_TEXT_SIZE;
   if (value.scope != 0) {
     *end++ = '%';

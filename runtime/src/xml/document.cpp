@@ -3,6 +3,7 @@
 #include "xml/document.hpp"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -27,7 +28,13 @@ Position LineMap::at(size_t offset) const {
 
 namespace {
 
-constexpr std::string_view kNotInNames = "/[]@*()=\"'<>&|,$!+ \t\r\n";
+constexpr auto kEndsName = [] {
+  std::array<bool, 256> ends{};
+  for (const char c : std::string_view("/[]@*()=\"'<>&|,$!+ \t\r\n")) {
+    ends[static_cast<unsigned char>(c)] = true;
+  }
+  return ends;
+}();
 
 // One part of a path; index 0 stands for no index.
 struct Part {
@@ -37,7 +44,9 @@ struct Part {
 
 // Takes the part off the front of *path, which starts behind its slash. False for another form.
 bool take_part(std::string_view *path, Part *part) {
-  part->name = path->substr(0, path->find_first_of(kNotInNames));
+  std::size_t length = 0;
+  while (length < path->size() && !kEndsName[static_cast<unsigned char>((*path)[length])]) ++length;
+  part->name = path->substr(0, length);
   part->index = 0;
   path->remove_prefix(part->name.size());
   if (part->name.empty() || part->name == "." || part->name == "..") return false;

@@ -1,48 +1,20 @@
-// Two arrays of all elements, sorted stably, so that equal keys keep document order: one by name,
-// one by parent and name. Look-ups are binary searches.
+// An open-addressed table of groups, at most half full, and the elements of each group in one run.
+// The hash has a seed of the process, so that a document cannot be made to fall into one slot.
 #include "xml/element_index.hpp"
 
 #include <algorithm>
-#include <functional>
+#include <bit>
+#include <random>
 
 namespace kelp {
 namespace {
 
-using Node = pugi::xml_node_struct *;
-
-// What both arrays are sorted by; by_name_ leaves the parent null.
-struct Key {
-  const pugi::xml_node_struct *parent;
-  std::string_view name;
-
-  bool operator<(const Key &other) const {
-    if (parent != other.parent) return std::less<>()(parent, other.parent);
-    return name < other.name;
-  }
-};
-
-struct NameKey {
-  static Key of(Node node) { return {nullptr, pugi::xml_node(node).name()}; }
-};
-
-struct ParentKey {
-  static Key of(Node node) {
-    const pugi::xml_node element(node);
-    return {element.parent().internal_object(), element.name()};
-  }
-};
-
-template <class KeyKind>
-struct Below {
-  bool operator()(Node a, Node b) const { return KeyKind::of(a) < KeyKind::of(b); }
-  bool operator()(Node a, const Key &b) const { return KeyKind::of(a) < b; }
-  bool operator()(const Key &a, Node b) const { return a < KeyKind::of(b); }
-};
-
-template <class KeyKind>
-ElementIndex::Nodes equal(const std::vector<Node> &nodes, const Key &key) {
-  const auto [first, last] = std::equal_range(nodes.begin(), nodes.end(), key, Below<KeyKind>());
-  return {nodes.data() + (first - nodes.begin()), static_cast<size_t>(last - first)};
+std::uint64_t process_seed() {
+  static const std::uint64_t seed = [] {
+    std::random_device random;
+    return std::uint64_t{random()} << 32 | random();
+  }();
+  return seed;
 }
 
 // The node that follows in document order, with *depth kept right; null at the end.
@@ -60,7 +32,39 @@ pugi::xml_node following(pugi::xml_node node, int *depth) {
 
 }  // namespace
 
+std::uint32_t ElementIndex::hash_of(const Key &key) const {
+  constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
+  std::uint64_t hash = (seed_ ^ reinterpret_cast<std::uintptr_t>(key.parent)) * odd;
+  for (const char c : key.name) {
+    hash = (std::rotl(hash, 5) ^ static_cast<unsigned char>(c)) * odd;
+  }
+  return static_cast<std::uint32_t>(hash >> 32);
+}
+
+std::uint32_t ElementIndex::slot_of(const Key &key, std::uint32_t hash) const {
+  const auto mask = static_cast<std::uint32_t>(slots_.size() - 1);
+  std::uint32_t slot = hash & mask;
+  for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
+    const Group &group = groups_[slots_[slot] - 1];
+    if (group.hash == hash && group.key == key) break;
+  }
+  return slot;
+}
+
+std::uint32_t ElementIndex::group_to_fill(const Key &key) {
+  const std::uint32_t hash = hash_of(key);
+  std::uint32_t &slot = slots_[slot_of(key, hash)];
+  if (slot == 0) {
+    groups_.push_back({key, hash});
+    slot = static_cast<std::uint32_t>(groups_.size());
+  }
+  ++groups_[slot - 1].count;
+  return slot - 1;
+}
+
 bool ElementIndex::build(const pugi::xml_document &tree, int max_depth, pugi::xml_node *too_deep) {
+  seed_ = process_seed();
+  std::vector<Node> elements;
   int depth = 1;
   for (pugi::xml_node node = tree.first_child(); node; node = following(node, &depth)) {
     if (node.type() != pugi::node_element) continue;
@@ -68,20 +72,37 @@ bool ElementIndex::build(const pugi::xml_document &tree, int max_depth, pugi::xm
       *too_deep = node;
       return false;
     }
-    by_name_.push_back(node.internal_object());
+    elements.push_back(node.internal_object());
   }
-  by_parent_ = by_name_;
-  std::stable_sort(by_name_.begin(), by_name_.end(), Below<NameKey>());
-  std::stable_sort(by_parent_.begin(), by_parent_.end(), Below<ParentKey>());
+  // Every element is in two groups.
+  slots_.assign(std::bit_ceil(std::max<std::size_t>(4 * elements.size(), 2)), 0);
+  std::vector<std::uint32_t> places;
+  places.reserve(2 * elements.size());
+  for (const Node element : elements) {
+    const pugi::xml_node node(element);
+    const std::string_view name = node.name();
+    places.push_back(group_to_fill({nullptr, name}));
+    places.push_back(group_to_fill({node.parent().internal_object(), name}));
+  }
+  std::uint32_t first = 0;
+  for (Group &group : groups_) {
+    group.first = first;
+    first += group.count;
+    group.count = 0;
+  }
+  nodes_.resize(first);
+  for (std::size_t at = 0; at < places.size(); ++at) {
+    Group &group = groups_[places[at]];
+    nodes_[group.first + group.count++] = elements[at / 2];
+  }
   return true;
 }
 
-ElementIndex::Nodes ElementIndex::named(std::string_view name) const {
-  return equal<NameKey>(by_name_, {nullptr, name});
-}
-
-ElementIndex::Nodes ElementIndex::children(pugi::xml_node parent, std::string_view name) const {
-  return equal<ParentKey>(by_parent_, {parent.internal_object(), name});
+ElementIndex::Nodes ElementIndex::group(const Key &key) const {
+  const std::uint32_t number = slots_[slot_of(key, hash_of(key))];
+  if (number == 0) return {};
+  const Group &group = groups_[number - 1];
+  return {nodes_.data() + group.first, group.count};
 }
 
 }  // namespace kelp

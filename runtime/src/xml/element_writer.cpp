@@ -53,7 +53,8 @@ void put_closing_tag(Sink &sink, std::string_view tag) {
   sink.put(">");
 }
 
-// A return would come back as a newline, so it goes as a character reference.
+// What stands for a byte in a text, empty for itself. A return would come back as a newline, so it
+// goes as a character reference.
 std::string_view escape(char byte) {
   switch (byte) {
     case '&':
@@ -62,20 +63,24 @@ std::string_view escape(char byte) {
       return "&lt;";
     case '>':
       return "&gt;";
-    default:
+    case '\r':
       return "&#13;";
+    default:
+      return {};
   }
 }
 
 template <class Sink>
 void put_escaped(Sink &sink, std::string_view text) {
-  while (!text.empty()) {
-    const size_t plain = text.find_first_of("&<>\r");
-    sink.put(text.substr(0, plain));
-    if (plain == std::string_view::npos) return;
-    sink.put(escape(text[plain]));
-    text.remove_prefix(plain + 1);
+  size_t plain = 0;  // start of the run of bytes that stand for themselves
+  for (size_t at = 0; at < text.size(); ++at) {
+    const std::string_view instead = escape(text[at]);
+    if (instead.empty()) continue;
+    sink.put(text.substr(plain, at - plain));
+    sink.put(instead);
+    plain = at + 1;
   }
+  sink.put(text.substr(plain));
 }
 
 template <class Sink>

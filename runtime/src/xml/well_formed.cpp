@@ -26,6 +26,12 @@ bool is_allowed_reference(std::string_view name) {
 // The longest reference is a character number; no look further than that keeps the pass linear.
 constexpr size_t kLongestReference = 16;
 
+// Markup stands close together, so that a plain loop is ahead of a search for either byte.
+size_t next_markup(std::string_view text, size_t at) {
+  while (at < text.size() && text[at] != '<' && text[at] != '&') ++at;
+  return at;
+}
+
 }  // namespace
 
 Refusal find_forbidden(std::string_view text) {
@@ -38,7 +44,7 @@ Refusal find_forbidden(std::string_view text) {
   if (carried < text.size()) return {"a byte that XML cannot carry", carried};
 
   size_t at = 0;
-  while ((at = text.find_first_of("<&", at)) != std::string_view::npos) {
+  while ((at = next_markup(text, at)) < text.size()) {
     const std::string_view rest = text.substr(at);
     if (rest[0] == '&') {
       const size_t end = rest.substr(0, kLongestReference).find(';');
