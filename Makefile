@@ -87,7 +87,7 @@ reproducible: packages
 PREFIX ?= /usr/local
 install: packages
 	@cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) >/dev/null
-	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf-harbor
+	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf_harbor_check ospf-harbor
 	@cmake --install build/release
 
 clean:

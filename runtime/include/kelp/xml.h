@@ -64,6 +64,12 @@ KELP_API uint32_t xml_get_element_value(kelp_xml_document *document, const char 
 KELP_API uint32_t xml_get_element_nodecount(kelp_xml_document *document, const char *path,
                                             uint32_t *count);
 
+/* Tells where in the text that was parsed the element at path begins: line and column, both from 1,
+ * columns in bytes. For "//name" and "/tag" it is the first such element. Returns 0, 2 when the
+ * element is not there, 22 for a null argument or another form of path, with both unchanged. */
+KELP_API uint32_t xml_get_element_position(kelp_xml_document *document, const char *path,
+                                           uint32_t *line, uint32_t *column);
+
 KELP_EXTERN_C_END
 
 #endif

@@ -31,3 +31,16 @@ uint32_t xml_get_element_nodecount(kelp_xml_document *document, const char *path
   *count = found.count;
   return 0;
 }
+
+uint32_t xml_get_element_position(kelp_xml_document *document, const char *path, uint32_t *line,
+                                  uint32_t *column) {
+  if (document == nullptr || path == nullptr || line == nullptr || column == nullptr) {
+    return KELP_ERR_INVALID;
+  }
+  const kelp::Found found = document->find(path);
+  if (found.code != 0) return found.code;
+  const kelp::Position at = document->position_of(found.element);
+  *line = static_cast<uint32_t>(at.line);
+  *column = static_cast<uint32_t>(at.column);
+  return 0;
+}

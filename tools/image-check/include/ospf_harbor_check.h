@@ -41,27 +41,27 @@ enum ospf_harbor_check_kind {
 /* What is wrong. */
 enum ospf_harbor_check_fault {
   OSPF_HARBOR_FAULT_NONE = 0,
-  OSPF_HARBOR_FAULT_NAME = 1,           /* no type or table of that name, or no such form of it */
-  OSPF_HARBOR_FAULT_SIZE = 2,           /* more bytes than a reader can be told, or than allowed */
-  OSPF_HARBOR_FAULT_CUT = 3,            /* the bytes end, or the object does, inside a piece */
-  OSPF_HARBOR_FAULT_MARKER = 4,         /* frame: not 188 */
-  OSPF_HARBOR_FAULT_RESERVED = 5,       /* frame: not all 255 */
-  OSPF_HARBOR_FAULT_TRACKING_MARK = 6,  /* frame: not what the first object's flags say */
-  OSPF_HARBOR_FAULT_FRAME_LENGTH = 7,   /* frame: not the length of the bytes */
-  OSPF_HARBOR_FAULT_LUID = 8,           /* frame: an unknown table, or not the expected one */
-  OSPF_HARBOR_FAULT_VARIANT = 9,        /* negative */
-  OSPF_HARBOR_FAULT_FLAGS = 10,         /* a bit beside 8 and 32 */
+  OSPF_HARBOR_FAULT_NAME = 1,            /* no type or table of that name, or no such form of it */
+  OSPF_HARBOR_FAULT_SIZE = 2,            /* more bytes than a reader can be told, or than allowed */
+  OSPF_HARBOR_FAULT_CUT = 3,             /* the bytes end, or the object does, inside a piece */
+  OSPF_HARBOR_FAULT_MARKER = 4,          /* frame: not 188 */
+  OSPF_HARBOR_FAULT_RESERVED = 5,        /* frame: not all 255 */
+  OSPF_HARBOR_FAULT_TRACKING_MARK = 6,   /* frame: not what the first object's flags say */
+  OSPF_HARBOR_FAULT_FRAME_LENGTH = 7,    /* frame: not the length of the bytes */
+  OSPF_HARBOR_FAULT_LUID = 8,            /* frame: an unknown table, or not the expected one */
+  OSPF_HARBOR_FAULT_VARIANT = 9,         /* negative */
+  OSPF_HARBOR_FAULT_FLAGS = 10,          /* a bit beside 8 and 32 */
   OSPF_HARBOR_FAULT_MIXED_TRACKING = 11, /* objects of one image differ in having state bytes */
-  OSPF_HARBOR_FAULT_JUMP = 12,          /* leads out of what is around it, or into the fields */
-  OSPF_HARBOR_FAULT_COUNT = 13,         /* more elements than what remains can hold */
-  OSPF_HARBOR_FAULT_TEXT_LENGTH = 14,   /* a text longer than what remains */
-  OSPF_HARBOR_FAULT_ADDRESS = 15,       /* a family or prefix length that no address has */
-  OSPF_HARBOR_FAULT_BOOLEAN = 16,       /* neither 0 nor 1 */
-  OSPF_HARBOR_FAULT_TRAILING = 17,      /* bytes behind the image */
-  OSPF_HARBOR_FAULT_DOCUMENT = 18,      /* XML: not well-formed, too deep, a DTD or an entity */
-  OSPF_HARBOR_FAULT_ELEMENT = 19,       /* XML: an element that is missing or stands twice */
-  OSPF_HARBOR_FAULT_VALUE = 20,         /* XML: a text that is no value of its field */
-  OSPF_HARBOR_FAULT_MEMORY = 21         /* XML: no memory for the document */
+  OSPF_HARBOR_FAULT_JUMP = 12,           /* leads out of what is around it, or into the fields */
+  OSPF_HARBOR_FAULT_COUNT = 13,          /* more elements than what remains can hold */
+  OSPF_HARBOR_FAULT_TEXT_LENGTH = 14,    /* a text longer than what remains */
+  OSPF_HARBOR_FAULT_ADDRESS = 15,        /* a family or prefix length that no address has */
+  OSPF_HARBOR_FAULT_BOOLEAN = 16,        /* neither 0 nor 1 */
+  OSPF_HARBOR_FAULT_TRAILING = 17,       /* bytes behind the image */
+  OSPF_HARBOR_FAULT_DOCUMENT = 18,       /* XML: not well-formed, too deep, a DTD or an entity */
+  OSPF_HARBOR_FAULT_ELEMENT = 19,        /* XML: an element that is missing or stands twice */
+  OSPF_HARBOR_FAULT_VALUE = 20,          /* XML: a text that is no value of its field */
+  OSPF_HARBOR_FAULT_MEMORY = 21          /* XML: no memory for the document */
 };
 
 /* What a check says. Texts end with a NUL and are cut when they are longer. */
@@ -119,9 +119,9 @@ enum ospf_harbor_span_piece {
 /* One span. Spans come in order and without gaps; the texts live until the visitor returns. */
 typedef struct ospf_harbor_image_span {
   size_t offset;
-  size_t length; /* at least 1 */
-  uint32_t piece; /* enum ospf_harbor_span_piece */
-  uint32_t depth; /* 0 for the frame and the outermost object, 1 in an object within that, ... */
+  size_t length;     /* at least 1 */
+  uint32_t piece;    /* enum ospf_harbor_span_piece */
+  uint32_t depth;    /* 0 for the frame and the outermost object, 1 in an object within that, ... */
   const char *path;  /* "ospf_area.area_id", "ospfv2_network.attached_router[2]", "tbl_ospf_area" */
   const char *name;  /* of the piece, such as "jump word" */
   const char *value; /* for people: "10", "POINT_TO_POINT", "fe80::1", "state bytes, ra-data" */
@@ -159,7 +159,7 @@ OSPF_HARBOR_CHECK_API size_t ospf_harbor_check_frame_length(const void *image, s
 OSPF_HARBOR_CHECK_API const char *ospf_harbor_check_table_of(const void *image, size_t length);
 
 /* XML documents longer than this are refused when no other limit is given. */
-enum { OSPF_HARBOR_CHECK_XML_LIMIT = 1 << 20 };
+enum { OSPF_HARBOR_CHECK_XML_LIMIT = 1 << 22 };
 
 /* Checks an XML document of length bytes, against which <type>_from_xml (with the path "//" and the
  * type's name) or tbl_<t>_table_record_from_xml is to be run: its size (limit, 0 for
