@@ -65,13 +65,19 @@ bench-peers: packages
 	@build/bench/bench/peers/peer_bench
 
 FUZZ_SECONDS ?= 600
+FUZZ_TARGETS ?= ospf-decode/decode image-check/object image-check/record image-check/key \
+	image-check/document
 fuzz: packages
 	@$(setup) $(lists)/packages-clang.txt
 	@cmake --preset fuzz >/dev/null
-	@cmake --build --preset fuzz -j $(JOBS) --target decode_fuzz
-	@mkdir -p build/fuzz/found && build/fuzz/tools/ospf-decode/fuzz/decode_fuzz \
-		-max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 build/fuzz/found \
-		tools/ospf-decode/fuzz/corpus/decode
+	@cmake --build --preset fuzz -j $(JOBS) --target $(addsuffix _fuzz,$(notdir $(FUZZ_TARGETS)))
+	@set -e; for target in $(FUZZ_TARGETS); do \
+		folder=tools/$${target%/*}/fuzz name=$${target#*/}; \
+		echo "$$name: $(FUZZ_SECONDS) seconds"; \
+		mkdir -p build/fuzz/found/$$name; \
+		build/fuzz/$$folder/$${name}_fuzz -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
+			-artifact_prefix=build/fuzz/$$name- build/fuzz/found/$$name $$folder/corpus/$$name; \
+	done
 
 emit: packages
 	@cmake --preset dev >/dev/null

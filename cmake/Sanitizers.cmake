@@ -1,5 +1,6 @@
 # HARBOR_SANITIZE=address,undefined (with clang: GCC 12 takes no constant address comparisons under
-# it) or thread, for everything in the build.
+# it), the same with fuzzer-no-link for what fuzz targets steer by, or thread, for everything in the
+# build.
 if(HARBOR_SANITIZE)
   add_compile_options(-fsanitize=${HARBOR_SANITIZE} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)

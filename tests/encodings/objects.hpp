@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "encodings/clear_references.hpp"
 #include "harness/harness.hpp"
 #include "model/layout.hpp"
 
@@ -79,18 +80,6 @@ class Object {
   }
 
  private:
-  // Made-up OIDs name no table that destroy could release.
-  static void clear_references(void *object, const Structure &type) {
-    for (const Field *field : type.fields) {
-      auto *place = static_cast<std::uint8_t *>(object) + harbor::model::offset(type, *field);
-      if (field->kind == Kind::reference) {
-        reinterpret_cast<kelp_reference *>(place)->oid = kelp_oid{};
-      } else if (field->kind == Kind::structure) {
-        clear_references(place, *field->structure);
-      }
-    }
-  }
-
   kelp_handle *handle_;
   const Structure &type_;
   void *object_;

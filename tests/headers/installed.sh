@@ -14,6 +14,16 @@ export PKG_CONFIG_PATH
 cc "$example" -o "$root/by_pkg_config" $(pkg-config --cflags --libs ospf_harbor_oper)
 LD_LIBRARY_PATH=$lib "$root/by_pkg_config" | grep -q 'area_id@u_int32:51'
 
+cat >"$root/check.c" <<END
+#include <ospf_harbor_check.h>
+int main(void) {
+  const char image[5] = {0, 0, 0, 0, 1};
+  return (int)ospf_harbor_check_image(OSPF_HARBOR_CHECK_OBJECT, "address_family", image, 5, 0);
+}
+END
+cc "$root/check.c" -o "$root/check" $(pkg-config --cflags --libs ospf_harbor_check)
+LD_LIBRARY_PATH=$lib "$root/check"
+
 mkdir "$root/user"
 cat >"$root/user/CMakeLists.txt" <<END
 cmake_minimum_required(VERSION 3.25)
