@@ -161,6 +161,20 @@ TEST_F(XmlTest, NullArgumentsAreInvalid) {
   EXPECT_EQ(xml_get_element_nodecount(document, "//a", nullptr), 22u);
 }
 
+TEST_F(XmlTest, PositionIsWhereAnElementBeginsInTheText) {
+  const Document document("<a>\n  <b/><b>x</b>\n</a>");
+  uint32_t line = 7;
+  uint32_t column = 7;
+  EXPECT_EQ(xml_get_element_position(document, "//a/c", &line, &column), 2u);
+  EXPECT_EQ(xml_get_element_position(document, "a", &line, &column), 22u);
+  EXPECT_EQ(xml_get_element_position(nullptr, "//a", &line, &column), 22u);
+  EXPECT_EQ(line, 7u);
+  EXPECT_EQ(column, 7u);
+  EXPECT_EQ(xml_get_element_position(document, "//a/b[2]", &line, &column), 0u);
+  EXPECT_EQ(line, 2u);
+  EXPECT_EQ(column, 7u);
+}
+
 TEST_F(XmlTest, ValueIsCutToItsBufferAndTerminated) {
   const Document document("<a>0123456789</a>");
   char value[8];

@@ -1,5 +1,7 @@
 // Hostile images made by hand, at least one for each thing that the checker refuses: what it says,
 // and where.
+#include <ospf_harbor_oper/multi_area.h>
+
 #include "samples.hpp"
 
 namespace {
@@ -176,6 +178,19 @@ TEST(Variants, ANegativeOneIsRefused) {
   expect_object_refused("address_family", "80 00000000",
                         {OSPF_HARBOR_FAULT_VARIANT, 0,
                          "offset 0x0: address_family variant: found -128, expected 0 to 127"});
+}
+
+// Why it is refused: the reader keeps it, and the object is of no use from then on.
+TEST(Variants, ANegativeOneThatIsReadMakesTheObjectRefuseItsFields) {
+  const Bytes image = bytes_of("ff 00 00000004");
+  const Place place(KELP_TRACKING_ABSENT);
+  multi_area *object = multi_area_create(place, 0);
+  std::uint32_t err = 0;
+  EXPECT_EQ(multi_area_unmarshal(place, 0, image.data(), object, 6, 0, &err), 6u);
+  EXPECT_EQ(err, 0u);
+  multi_area_cost_get_value(place, 0, object, &err);
+  EXPECT_EQ(err, 43u);
+  multi_area_destroy(place, 0, object);
 }
 
 TEST(Variants, AHigherOneIsTheHighestKnownWithBytesToSkip) {
