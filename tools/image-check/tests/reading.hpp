@@ -80,6 +80,9 @@ class Read {
   void *record_ = nullptr;
 };
 
+// Reads an image that passed into a new object, in a buffer of exactly its size.
+std::string read_once(kelp_handle *handle, const Input &input, std::span<const std::uint8_t> image);
+
 // Reads an image that passed: in a buffer of exactly its size, in one with a spare byte, into an
 // object that holds it already; writes it, and reads what was written, which must come out as it
 // went in.
