@@ -89,7 +89,7 @@ std::string read_once(kelp_handle *handle, const Input &input, std::span<const s
 std::string read_image(kelp_handle *handle, const Input &input,
                        std::span<const std::uint8_t> image);
 
-// The same for a document.
+// The same for a document, which must come out as it went in from its second writing on.
 std::string read_document(kelp_handle *handle, const Input &input, const std::string &text);
 
 }  // namespace image_check_tests
