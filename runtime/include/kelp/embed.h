@@ -53,6 +53,10 @@ KELP_API const char *kelp_database_name(const kelp_database *database);
 /* Makes a database (or none, for null) the calling thread's current one: kelplib_db_is_shared. */
 KELP_API void kelp_database_make_current(kelp_database *database);
 
+/* The calling thread's current database, null when there is none or it was closed since. What works
+ * with a database of its own puts the caller's back with it. */
+KELP_API kelp_database *kelp_database_current(void);
+
 /* What the objects of a database take. Type records and the table of contents are not counted. */
 typedef struct kelp_memory_statistics {
   uint64_t live_allocations;

@@ -31,6 +31,8 @@ extern "C" void kelp_database_make_current(kelp_database *database) {
   kelp::set_current_database(database);
 }
 
+extern "C" kelp_database *kelp_database_current(void) { return kelp::current_database(); }
+
 extern "C" uint32_t kelplib_db_is_shared(void) {
   const kelp_database *database = kelp::current_database();
   return database != nullptr && database->marked_shared ? 1 : 0;

@@ -78,8 +78,10 @@ TEST_F(CurrentDatabaseTest, FollowsTheHandleLastUsed) {
   kelp_unlock(handle, nullptr);
   kelp_database_make_current(shared);
   EXPECT_EQ(kelplib_db_is_shared(), 1u);
+  EXPECT_EQ(kelp_database_current(), shared);
   kelp_database_make_current(nullptr);
   EXPECT_EQ(kelplib_db_is_shared(), 0u);
+  EXPECT_EQ(kelp_database_current(), nullptr);
 }
 
 TEST_F(CurrentDatabaseTest, BelongsToTheThread) {

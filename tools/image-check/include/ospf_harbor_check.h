@@ -3,9 +3,10 @@
  * the readers trust what they are given, and programs that only look at images need neither a
  * database nor the readers. One walk over the rows of the schema serves the check and the display.
  *
- * What passes is read without a failure, without a byte outside the buffer and without an
- * allocation that is not backed by bytes of the image: give the reader exactly the bytes that were
- * checked, and the name under which they were checked. An image with state bytes may end with one
+ * What passes is read, given memory, without a failure, without a byte outside the buffer and
+ * without an allocation that is not backed by bytes of the image: give the reader exactly the bytes
+ * that were checked, and an object of the name under which they were checked, made through the
+ * reader's handle. An image with state bytes may end with one
  * that the readers take only when a further byte follows: with `length + 1` told to the reader, and
  * that byte there, it is read too.
  *
@@ -41,19 +42,19 @@ enum ospf_harbor_check_kind {
 /* What is wrong. */
 enum ospf_harbor_check_fault {
   OSPF_HARBOR_FAULT_NONE = 0,
-  OSPF_HARBOR_FAULT_NAME = 1,            /* no type or table of that name, or no such form of it */
-  OSPF_HARBOR_FAULT_SIZE = 2,            /* more bytes than a reader can be told, or than allowed */
-  OSPF_HARBOR_FAULT_CUT = 3,             /* the bytes end, or the object does, inside a piece */
-  OSPF_HARBOR_FAULT_MARKER = 4,          /* frame: not 188 */
-  OSPF_HARBOR_FAULT_RESERVED = 5,        /* frame: not all 255 */
+  OSPF_HARBOR_FAULT_NAME = 1,     /* no type or table of that name, or no such form of it */
+  OSPF_HARBOR_FAULT_SIZE = 2,     /* more bytes than a reader can be told, or than allowed */
+  OSPF_HARBOR_FAULT_CUT = 3,      /* the bytes end, or a jump word ends the object, in a piece */
+  OSPF_HARBOR_FAULT_MARKER = 4,   /* frame: not 188 */
+  OSPF_HARBOR_FAULT_RESERVED = 5, /* frame: not all 255 */
   OSPF_HARBOR_FAULT_TRACKING_MARK = 6,   /* frame: not what the first object's flags say */
   OSPF_HARBOR_FAULT_FRAME_LENGTH = 7,    /* frame: not the length of the bytes */
   OSPF_HARBOR_FAULT_LUID = 8,            /* frame: an unknown table, or not the expected one */
   OSPF_HARBOR_FAULT_VARIANT = 9,         /* negative */
   OSPF_HARBOR_FAULT_FLAGS = 10,          /* a bit beside 8 and 32 */
   OSPF_HARBOR_FAULT_MIXED_TRACKING = 11, /* objects of one image differ in having state bytes */
-  OSPF_HARBOR_FAULT_JUMP = 12,           /* leads out of what is around it, or into the fields */
-  OSPF_HARBOR_FAULT_COUNT = 13,          /* more elements than what remains can hold */
+  OSPF_HARBOR_FAULT_JUMP = 12,           /* below 4, or leads out of the object around it */
+  OSPF_HARBOR_FAULT_COUNT = 13,          /* more elements than what remains, or an LSA, can hold */
   OSPF_HARBOR_FAULT_TEXT_LENGTH = 14,    /* a text longer than what remains */
   OSPF_HARBOR_FAULT_ADDRESS = 15,        /* a family or prefix length that no address has */
   OSPF_HARBOR_FAULT_BOOLEAN = 16,        /* neither 0 nor 1 */

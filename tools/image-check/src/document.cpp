@@ -30,7 +30,8 @@ constexpr std::uint32_t most_elements(Kind held) {
 
 constexpr std::uint32_t message_size = 512;
 
-// Where values are read into.
+// Where values are read into. It becomes the thread's current database while it lives, and puts
+// back the one before.
 class Scratch {
  public:
   Scratch() {
@@ -40,6 +41,7 @@ class Scratch {
   ~Scratch() {
     if (handle_ != nullptr) kelp_handle_destroy(handle_);
     if (database_ != nullptr) kelp_database_close(database_, nullptr);
+    kelp_database_make_current(callers_);
   }
   Scratch(const Scratch &) = delete;
   Scratch &operator=(const Scratch &) = delete;
@@ -47,6 +49,7 @@ class Scratch {
   kelp_handle *handle() const { return handle_; }
 
  private:
+  kelp_database *callers_ = kelp_database_current();
   kelp_database *database_;
   kelp_handle *handle_ = nullptr;
 };

@@ -163,6 +163,17 @@ TEST(Documents, AnArrayIsNoLongerThanAnLsa) {
   EXPECT_STREQ(result.expected, "at most 16384 (the longest LSA)");
 }
 
+TEST(Documents, TheThreadsCurrentDatabaseStays) {
+  const harness::Store store({.marked_shared = true});
+  kelp_database_make_current(store.database());
+  ospf_harbor_check_result result;
+  EXPECT_EQ(check(multi_area, "<multi_area><cost>1</cost></multi_area>", result), 0u);
+  EXPECT_EQ(kelp_database_current(), store.database());
+  EXPECT_EQ(check(multi_area, "<multi_area><cost>x</cost></multi_area>", result),
+            static_cast<std::uint32_t>(OSPF_HARBOR_FAULT_VALUE));
+  EXPECT_EQ(kelp_database_current(), store.database());
+}
+
 TEST(Documents, ElementsThatTheSchemaDoesNotNamePass) {
   const std::string text = "<multi_area><cost>1</cost><newer>2</newer><newer/></multi_area>";
   ospf_harbor_check_result result;
