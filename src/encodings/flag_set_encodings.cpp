@@ -6,7 +6,6 @@ namespace harbor::flag_set_encodings {
 
 namespace {
 
-constexpr std::uint8_t one_variant = 1;
 constexpr light_text::Element error_element = light_text::element("<error>", "ERR", "</error>");
 
 // Calls show(bit) for each bit of the set that is on, and show_error() for each bit of a null
@@ -31,10 +30,11 @@ void for_each_shown(kelp_handle *handle, const model::FlagSet &type, const FlagO
 // Required: the jump word is written in its place a second time whatever went before, with 4 as the
 // room that it has.
 std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint8_t *buffer,
-                          const FlagObject *object, std::int32_t length, std::uint32_t *err) {
+                          const FlagObject *object, std::int32_t length, std::uint32_t *err,
+                          const Facts &facts) {
   if (!light_image::begin_image(handle, length, err)) return 0;
-  const auto head = static_cast<std::int32_t>(
-      light_image::marshal_variant(handle, space_id, buffer, object, one_variant, length, err));
+  const auto head = static_cast<std::int32_t>(light_image::marshal_variant(
+      handle, space_id, buffer, object, facts.type->variants, length, err));
   std::int32_t jump = 0;
   std::int32_t total = head + static_cast<std::int32_t>(_kelp_variant_jump_marshal(
                                   handle, space_id, buffer + head, &jump, length - head, err));
@@ -56,8 +56,8 @@ std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std:
                          const Facts &facts) {
   if (!light_image::begin_image(handle, length, err)) return 0;
   std::int8_t variant;
-  const auto head = static_cast<std::int32_t>(
-      light_image::unmarshal_variant(handle, space_id, buffer, variant, one_variant, length, err));
+  const auto head = static_cast<std::int32_t>(light_image::unmarshal_variant(
+      handle, space_id, buffer, variant, facts.type->variants, length, err));
   std::int32_t jump = 0;
   std::int32_t total = head + static_cast<std::int32_t>(_kelp_variant_jump_unmarshal(
                                   handle, space_id, buffer + head, &jump, length - head, err));
@@ -108,8 +108,8 @@ void read_element(kelp_handle *handle, std::uint32_t space_id, const char *path,
     if (found == light_text::Found::failed) return;
     if (found == light_text::Found::no) continue;
     kelp_clear_last_error(handle);
-    kelplib_adjust_variant(handle, space_id, object, object == nullptr ? nullptr : object->tinfo, 0,
-                           err);
+    kelplib_adjust_variant(handle, space_id, object, object == nullptr ? nullptr : object->tinfo,
+                           facts.type->variants - 1, err);
     kelp_get_instance_variant(object, 0, 1);
     if (object != nullptr) flag_set::store_bit(handle, space_id, object, bit, true);
   }

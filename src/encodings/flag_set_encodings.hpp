@@ -147,7 +147,8 @@ constexpr const light_text::Element &element_of(std::span<const light_text::Elem
 }
 
 std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint8_t *buffer,
-                          const FlagObject *object, std::int32_t length, std::uint32_t *err);
+                          const FlagObject *object, std::int32_t length, std::uint32_t *err,
+                          const Facts &facts);
 std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *buffer,
                          FlagObject *object, std::int32_t length, std::uint32_t *err,
                          const Facts &facts);
@@ -176,7 +177,7 @@ template <const model::FlagSet &S>
 std::uint32_t marshal(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
                       std::int32_t length, std::uint32_t *err) {
   return write_image(handle, space_id, bytes(buffer), static_cast<const FlagObject *>(object),
-                     length, err);
+                     length, err, facts<S>);
 }
 
 template <const model::FlagSet &S>

@@ -8,7 +8,8 @@
 //   1  1  flags: 8 when state bytes follow the fields, 32 when an ra-data block follows
 //   2  9  ra-data block, only with flag 32
 //   J  4  jump word: bytes from J to the end of the image, itself included
-//   J+4   the fields of floor 0 in order, then those of floor 1; under flag 8 each with its state
+//   J+4   the fields of floor 0 in order, then floor by floor up to the variant; under flag 8 each
+//         with its state
 //
 // An ospf_area of variant 1, area_id 10, state not tracked, in bytes:
 //   01 00 00000058 0000000a <40 bytes of the interfaces OID> <40 of the area_scope_lsas OID>
@@ -264,8 +265,8 @@ std::uint32_t write(kelp_handle *handle, std::uint32_t space_id, void *buffer, c
                     std::int32_t length, std::uint32_t strict, std::uint32_t *err) {
   Writing image{handle, space_id, bytes(buffer), length, err};
   if (!open(image, object, strict, facts<T>)) return 0;
-  if (image.variant >= 0) write_fields<T, 0>(image, object);
-  if (image.variant > 0) write_fields<T, 1>(image, object);
+  for_each_floor<T>(image.variant,
+                    [&]<std::uint8_t floor>() { write_fields<T, floor>(image, object); });
   return close(image);
 }
 
@@ -420,9 +421,9 @@ std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void 
   }
   Reading image{handle, space_id, bytes(buffer), length, reuse, err};
   if (!open(image, object, facts<T>)) return 0;
-  if (image.variant >= 0 && !read_fields<T, 0>(image, object)) return 0;
-  if (image.variant > 0 && !read_fields<T, 1>(image, object)) return 0;
-  return close(image, object, facts<T>);
+  const bool is_read = every_floor<T>(
+      image.variant, [&]<std::uint8_t floor>() { return read_fields<T, floor>(image, object); });
+  return is_read ? close(image, object, facts<T>) : 0;
 }
 
 // --- the length
@@ -492,13 +493,13 @@ std::uint32_t len(kelp_handle *handle, std::uint32_t space_id, const void *objec
   using enum state_tracking::Tracking;
   const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
   std::uint32_t total = frame_length;
-  if (variant >= 0) total += fields_len<T, 0>(handle, space_id, object);
-  if (variant > 0) total += fields_len<T, 1>(handle, space_id, object);
+  for_each_floor<T>(variant, [&]<std::uint8_t floor>() {
+    total += fields_len<T, floor>(handle, space_id, object);
+  });
   if (object == nullptr) return total;
   constexpr std::uint32_t corrupted = messages::corrupted_at(T, messages::StructureSite::length);
   if (state_tracking::tracking_of(handle, corrupted) != on) return total;
-  if (variant >= 0) total += states_len<T, 0>(object);
-  if (variant > 0) total += states_len<T, 1>(object);
+  for_each_floor<T>(variant, [&]<std::uint8_t floor>() { total += states_len<T, floor>(object); });
   return total;
 }
 

@@ -148,8 +148,8 @@ void print_fields(Text &text, const void *object) {
   field_walk::for_each_field<T, floor>([&]<const Field & F>() { print_field<T, F>(text, object); });
 }
 
-// Required: an object of variant 0 of a type with two variants ends behind its last field, without
-// a closing line; what stands around it simply goes on.
+// Required: an object below its type's highest variant ends behind its last field, without a
+// closing line; what stands around it simply goes on.
 template <const Structure &T>
 std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
                     const char *label, const void *object, std::uint32_t size, std::uint32_t *err) {
@@ -157,13 +157,8 @@ std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, s
   const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
   Text text{handle, space_id, buffer, indent, size, err};
   open_block(text, label, T.name.data());
-  if (variant < 0) return text.length;
-  print_fields<T, 0>(text, object);
-  if constexpr (T.variants > 1) {
-    if (variant < 1) return text.length;
-    print_fields<T, 1>(text, object);
-  }
-  close_block(text);
+  for_each_floor<T>(variant, [&]<std::uint8_t floor>() { print_fields<T, floor>(text, object); });
+  if (variant >= T.variants - 1) close_block(text);
   return text.length;
 }
 

@@ -182,8 +182,8 @@ std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *ta
   const bool tracks_state = state_tracking::tracking_of(handle, corrupted) == on;
   Element element{handle, space_id, buffer, size, err, tracks_state};
   element.length += start_tag(handle, space_id, buffer, tag, size, state_byte, err);
-  if (variant >= 0) write_fields<T, 0>(element, object);
-  if (variant > 0) write_fields<T, 1>(element, object);
+  for_each_floor<T>(variant,
+                    [&]<std::uint8_t floor>() { write_fields<T, floor>(element, object); });
   element.length += end_tag(handle, space_id, element.here(), tag, element.space(), err);
   return element.length;
 }
@@ -316,9 +316,9 @@ bool read_fields(const Source &source, void *object) {
       [&]<const Field & F>() { return read_field<T, F>(source, object); });
 }
 
-// The object's variant is not looked at: fields of all floors are asked for, and those of floor 1
-// stand behind the others in every structure. A choice, which creates objects of its own as it
-// reads, registers the trace first.
+// The object's variant is not looked at: fields of all floors are asked for, and those of later
+// floors stand behind the others in every structure. A choice, which creates objects of its own as
+// it reads, registers the trace first.
 template <const Structure &T>
 void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
               kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
@@ -327,7 +327,8 @@ void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
   if constexpr (T.is_choice()) register_trace();
   const Source source{handle, space_id, path, document, err, message, message_size};
   if (!open(source)) return;
-  if (read_fields<T, 0>(source, object)) read_fields<T, 1>(source, object);
+  every_floor<T>(T.variants - 1,
+                 [&]<std::uint8_t floor>() { return read_fields<T, floor>(source, object); });
 }
 
 }  // namespace harbor::xml

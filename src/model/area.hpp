@@ -2,8 +2,8 @@
 // types of their own beside the first ones, not variants of them.
 #pragma once
 
+#include "model/edition.hpp"
 #include "model/enumerations.hpp"
-#include "model/schema.hpp"
 
 namespace harbor::model {
 

@@ -2,7 +2,7 @@
 // refuses.
 #pragma once
 
-#include "model/schema.hpp"
+#include "model/edition.hpp"
 
 namespace harbor::model::enumerations {
 
@@ -26,7 +26,8 @@ inline constexpr std::array<Member, 4> ospf_auth_type{{
      "Authentication trailer with a key chain; the arm is key_chain."},
     {"OSPF_AUTH_TRAILER_KEY", 2,
      "Authentication trailer with a key; the arms are key_string and crypto_algorithm_val."},
-    {"OSPF_AUTH_TYPE_NONE", 3, "No authentication; the arm is no_auth. Known from variant 1 on."},
+    {"OSPF_AUTH_TYPE_NONE", 3, "No authentication; the arm is no_auth. Known from variant 1 on.",
+     1},
 }};
 inline constexpr std::array<Member, 8> nbr_state_type{{
     {"NBR_STATE_DOWN", 1, "Nothing heard."},
@@ -40,33 +41,41 @@ inline constexpr std::array<Member, 8> nbr_state_type{{
 }};
 }  // namespace members
 
-inline constexpr Enumeration address_family{"address_family",
-                                            1,
-                                            {2},
-                                            1,
-                                            false,
-                                            members::address_family,
-                                            "An address family.",
-                                            "2b42e5c02e3225d440f9f5bec13c63de"};
-inline constexpr Enumeration ospf_operation_mode{"ospf_operation_mode",
-                                                 1,
-                                                 {1},
-                                                 1,
-                                                 false,
-                                                 members::ospf_operation_mode,
-                                                 "How the address families run beside each other."};
-inline constexpr Enumeration ospf_network_type{
-    "ospf_network_type",         1, {4}, 1, false, members::ospf_network_type,
-    "How OSPF treats a network."};
-inline constexpr Enumeration ospf_auth_type{"ospf_auth_type",
-                                            2,
-                                            {3, 4},
-                                            2,
-                                            false,
-                                            members::ospf_auth_type,
-                                            "Selector of ospf_authentication.",
-                                            "0f58589be39f59b1ec820d0a75d12853"};
-inline constexpr Enumeration nbr_state_type{
+inline constexpr Enumeration address_family =
+    in_edition<members::address_family>(Enumeration{"address_family",
+                                                    1,
+                                                    {2},
+                                                    1,
+                                                    false,
+                                                    members::address_family,
+                                                    "An address family.",
+                                                    "2b42e5c02e3225d440f9f5bec13c63de"});
+inline constexpr Enumeration ospf_operation_mode = in_edition<members::ospf_operation_mode>(
+    Enumeration{"ospf_operation_mode",
+                1,
+                {1},
+                1,
+                false,
+                members::ospf_operation_mode,
+                "How the address families run beside each other."});
+inline constexpr Enumeration ospf_network_type =
+    in_edition<members::ospf_network_type>(Enumeration{"ospf_network_type",
+                                                       1,
+                                                       {4},
+                                                       1,
+                                                       false,
+                                                       members::ospf_network_type,
+                                                       "How OSPF treats a network."});
+inline constexpr Enumeration ospf_auth_type =
+    in_edition<members::ospf_auth_type>(Enumeration{"ospf_auth_type",
+                                                    2,
+                                                    {3, 4},
+                                                    2,
+                                                    false,
+                                                    members::ospf_auth_type,
+                                                    "Selector of ospf_authentication.",
+                                                    "0f58589be39f59b1ec820d0a75d12853"});
+inline constexpr Enumeration nbr_state_type = in_edition<members::nbr_state_type>(Enumeration{
     "nbr_state_type",
     1,
     {8},
@@ -74,6 +83,6 @@ inline constexpr Enumeration nbr_state_type{
     true,
     members::nbr_state_type,
     "State of the conversation with a neighbour. Held values run from 1 to 8; the wire and the "
-    "limits count from 0."};
+    "limits count from 0."});
 
 }  // namespace harbor::model::enumerations

@@ -1,8 +1,8 @@
 // The rows of interfaces and neighbours. ospf_authentication is the only choice of the schema.
 #pragma once
 
+#include "model/edition.hpp"
 #include "model/enumerations.hpp"
-#include "model/schema.hpp"
 
 namespace harbor::model {
 

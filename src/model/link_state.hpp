@@ -2,9 +2,9 @@
 // the protocol at once, the keys of such rows, and the rows that group them.
 #pragma once
 
+#include "model/edition.hpp"
 #include "model/ospfv2.hpp"
 #include "model/ospfv3.hpp"
-#include "model/schema.hpp"
 
 namespace harbor::model {
 

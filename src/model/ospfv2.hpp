@@ -2,9 +2,9 @@
 // one. ospfv2_lsa_body is no choice: every kind of LSA has its place in it, side by side.
 #pragma once
 
+#include "model/edition.hpp"
 #include "model/enumerations.hpp"
 #include "model/flag_sets.hpp"
-#include "model/schema.hpp"
 
 namespace harbor::model {
 

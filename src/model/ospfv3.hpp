@@ -2,8 +2,8 @@
 // one. Spellings and widths that differ between like fields are the schema's own.
 #pragma once
 
+#include "model/edition.hpp"
 #include "model/flag_sets.hpp"
-#include "model/schema.hpp"
 
 namespace harbor::model {
 

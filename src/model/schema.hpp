@@ -64,14 +64,18 @@ struct Member {
   std::string_view name;
   std::uint32_t value;
   std::string_view meaning;
+  std::uint8_t since = 0;  // the lowest variant that knows the value or the bit
 };
+
+// No type of any edition has more variants than that.
+inline constexpr std::size_t most_variants = 3;
 
 // limits[v] is the first value that an object below variant v + 1 refuses. Where has_internal_range
 // is set the named values start at 1 while the wire and the limits count from 0.
 struct Enumeration {
   std::string_view name;
   std::uint8_t variants;
-  std::array<std::uint32_t, 2> limits;
+  std::array<std::uint32_t, most_variants> limits;
   std::uint8_t limit_count;
   bool has_internal_range;
   std::span<const Member> members;
@@ -84,6 +88,14 @@ struct FlagSet {
   std::string_view name;
   std::span<const Member> members;
   std::string_view meaning;
+  std::uint8_t variants = 1;
+
+  // How many bits an object of that variant has.
+  constexpr std::uint32_t bits_at(std::int32_t variant) const {
+    std::uint32_t bits = 0;
+    for (const Member &member : members) bits += member.since <= variant ? 1 : 0;
+    return bits;
+  }
 };
 
 struct Field {
@@ -105,11 +117,11 @@ struct Field {
   }
 };
 
-// valid_bounds: the thresholds of is_valid; the second one counts only with two variants.
+// valid_bounds: the thresholds of is_valid, as many as there are variants.
 struct Structure {
   std::string_view name;
   std::uint8_t variants;
-  std::array<std::uint32_t, 2> valid_bounds;
+  std::array<std::uint32_t, most_variants> valid_bounds;
   std::span<const Field *const> fields;
   std::string_view meaning;
 
@@ -181,17 +193,5 @@ consteval Field arm(std::string_view name, std::uint32_t selector, const Structu
 
 template <const Field &...F>
 inline constexpr std::array<const Field *, sizeof...(F)> field_list{&F...};
-
-template <const Field &...F>
-consteval Structure structure(std::string_view name, std::string_view meaning) {
-  return {name, 1, {sizeof...(F), 0}, field_list<F...>, meaning};
-}
-// first_later: index of the first field of variant 1; bound: the first index that needs a variant
-// 2. The bound leaves one slot above the last field.
-template <const Field &...F>
-consteval Structure structure_of_two_variants(std::string_view name, std::uint32_t first_later,
-                                              std::uint32_t bound, std::string_view meaning) {
-  return {name, 2, {first_later, bound}, field_list<F...>, meaning};
-}
 
 }  // namespace harbor::model

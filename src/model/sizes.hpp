@@ -1,8 +1,11 @@
-// The sizes that are published for every type, held against what the layout computes from the rows.
-// A row here changes only with the binary contract.
+// The sizes that are published for every type, held against what the layout computes from the rows
+// when the emitter is compiled. A row here changes only with the binary contract, which is that of
+// the current edition.
 #pragma once
 
 #include "model/layout.hpp"
+
+#if !defined(HARBOR_OLDER_EDITION) && !defined(HARBOR_NEWER_EDITION)
 
 namespace harbor::model {
 
@@ -163,3 +166,5 @@ static_assert(state_size(type) == 42);
 }  // namespace interface_places
 
 }  // namespace harbor::model
+
+#endif

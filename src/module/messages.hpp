@@ -273,8 +273,8 @@ constexpr std::uint32_t type_rows(TypeForm form) {
   }
 }
 
-// Where the rows of each form begin, and behind the last one their number. Counted once: every index
-// starts from here.
+// Where the rows of each form begin, and behind the last one their number. Counted once: every
+// index starts from here.
 inline constexpr auto first_rows = [] {
   std::array<std::uint32_t, type_forms.size() + 1> rows{};
   for (std::size_t form = 0; form < type_forms.size(); ++form) {
@@ -288,11 +288,11 @@ constexpr std::uint32_t first_row(TypeForm form) {
 }
 
 inline constexpr std::uint32_t type_message_count = first_rows.back();
-static_assert(type_message_count == 3855);
+static_assert(model::if_current(type_message_count == 3855));
 static_assert(first_row(TypeForm::light_create_failed) == 0);
-static_assert(type_rows(TypeForm::corrupted_handle) == 1339);
-static_assert(type_rows(TypeForm::object_not_tracked) == 714);
-static_assert(type_rows(TypeForm::object_non_tracked) == 261);
+static_assert(model::if_current(type_rows(TypeForm::corrupted_handle) == 1339));
+static_assert(model::if_current(type_rows(TypeForm::object_not_tracked) == 714));
+static_assert(model::if_current(type_rows(TypeForm::object_non_tracked) == 261));
 
 // --- indices of the type side -------------------------------------------------------------------
 

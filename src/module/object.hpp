@@ -161,4 +161,25 @@ constexpr void for_each_field(Act act) {
   (std::make_index_sequence<T.fields.size()>());
 }
 
+// Calls act.template operator()<floor>() for the floors of T that the variant reaches, from 0 up,
+// until one answers false; tells whether all answered true.
+template <const Structure &T, typename Act>
+constexpr bool every_floor(std::int8_t variant, Act act) {
+  return [&]<std::size_t... floor>(std::index_sequence<floor...>) {
+    return ((variant < static_cast<std::int8_t>(floor) ||
+             act.template operator()<static_cast<std::uint8_t>(floor)>()) &&
+            ...);
+  }
+  (std::make_index_sequence<T.variants>());
+}
+
+// The same for all floors that the variant reaches, whatever they end in.
+template <const Structure &T, typename Act>
+constexpr void for_each_floor(std::int8_t variant, Act act) {
+  every_floor<T>(variant, [&]<std::uint8_t floor>() {
+    act.template operator()<floor>();
+    return true;
+  });
+}
+
 }  // namespace harbor

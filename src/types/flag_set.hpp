@@ -1,7 +1,6 @@
 // Flag objects: named bits in one byte, addressed by bit number. Called by the forwarders of the
-// four flag sets. Promises, in order: an earlier failure stands; a bit that the set does not have,
-// on an object of variant 0, fails with 43; each store is announced first, and the other bits keep
-// their values.
+// four flag sets. Promises, in order: an earlier failure stands; a bit that the object's variant
+// does not have fails with 43; each store is announced first, and the other bits keep their values.
 //
 // Reading and writing one byte takes no lock: writers of different bits of one object must be put
 // in order by the caller.
@@ -121,6 +120,15 @@ constexpr std::uint32_t masked(std::uint8_t flags, std::uint32_t bit) {
   return static_cast<std::uint32_t>(mask & static_cast<std::int8_t>(flags));
 }
 
+// Whether an object of this variant refuses the bit, because a later variant brought it.
+// Required: a bit that no variant has is refused only up to the highest variant.
+constexpr bool refuses(const model::FlagSet &type, std::uint32_t bit, std::int32_t variant) {
+  for (std::uint8_t known = 0; known < type.variants; ++known) {
+    if (bit >= type.bits_at(known) && variant < known + 1) return true;
+  }
+  return false;
+}
+
 // --- the rules --------------------------------------------------------------------------------
 
 // in_set: whether the set has the bit.
@@ -129,7 +137,7 @@ std::uint32_t hash_byte(const FlagObject *object, std::uint32_t seed);
 std::uint32_t read(kelp_handle *handle, const FlagObject *object, std::uint32_t bit, bool in_set,
                    std::uint32_t *err);
 void write(kelp_handle *handle, std::uint32_t space_id, FlagObject *object, std::uint32_t bit,
-           bool on, bool in_set, std::uint32_t *err);
+           bool on, const model::FlagSet &type, std::uint32_t *err);
 void copy_whole(kelp_handle *handle, std::uint32_t space_id, void *destination, const void *source,
                 std::uint32_t *err);
 
@@ -179,8 +187,7 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
                std::uint32_t on, std::uint32_t *err) {
   if (!begin(handle, err)) return;
   type_record_access::adjust_variant<S>(handle, space_id, object, err);
-  write(handle, space_id, static_cast<FlagObject *>(object), bit, on != 0, in_range<S>(bit) != 0,
-        err);
+  write(handle, space_id, static_cast<FlagObject *>(object), bit, on != 0, S, err);
 }
 
 template <const model::FlagSet &S>
@@ -193,7 +200,7 @@ template <const model::FlagSet &S>
 std::uint32_t is_valid_cr(kelp_handle *handle, std::uint32_t bit) {
   const std::int8_t variant =
       kelp_domain_lookup_variant(handle, &handle->domain, type_record<S>, &handle->cr_err);
-  return in_range<S>(bit) == 0 && variant < 1 ? 0 : 1;
+  return refuses(S, bit, variant) ? 0 : 1;
 }
 
 }  // namespace harbor::flag_set

@@ -135,7 +135,7 @@ template <const auto &T>
 inline constexpr Facts facts{
     type_record<T>,
     creation::untracked_size<T>(),
-    type_record_access::variants_of<T>(),
+    T.variants,
     creation::null_object<T>,
     messages::of_light_type(messages::TypeForm::light_create_failed, T),
     messages::of_light_type(messages::TypeForm::light_embedded_object_null, T),

@@ -269,8 +269,7 @@ void for_each_in_bulk(const void *object, Act act) {
       });
     }
   };
-  visit.template operator()<0>();
-  if constexpr (T.variants > 1) visit.template operator()<1>();
+  for_each_floor<T>(T.variants - 1, visit);
 }
 
 // The value of a field as get_value gives it, 0 for a null object, without its tests.

@@ -24,16 +24,6 @@ namespace harbor::type_record_access {
 template <const auto &T>
 inline constexpr bool is_structure = std::is_same_v<decltype(T), const Structure &>;
 
-// A flag set has one variant.
-template <const auto &T>
-constexpr std::uint8_t variants_of() {
-  if constexpr (std::is_same_v<decltype(T), const model::FlagSet &>) {
-    return 1;
-  } else {
-    return T.variants;
-  }
-}
-
 // The number of by-reference fields of the type itself, those of embedded objects not counted.
 template <const auto &T>
 constexpr std::uint32_t reference_count() {
@@ -48,7 +38,8 @@ constexpr std::uint32_t reference_count() {
 
 // A variant number limited to the highest variant of a type with that many variants.
 // Required: negative numbers pass, and the two shapes differ in width. With one variant only the
-// low 8 bits count, so that 256 is 0; with two the whole number is compared, so that 256 is 1.
+// low 8 bits count, so that 256 is 0; with more the whole number is compared, so that 256 is the
+// highest.
 constexpr std::int8_t capped_variant(std::int32_t variant, std::uint8_t variants) {
   const auto low_byte = static_cast<std::int8_t>(variant);
   if (variants == 1) return low_byte > 0 ? std::int8_t{0} : low_byte;
@@ -145,7 +136,7 @@ inline constexpr Operation get_oid_count_operation{
 
 template <const auto &T>
 std::int8_t variant_data_index_cap(std::int32_t variant) {
-  return capped_variant(variant, variants_of<T>());
+  return capped_variant(variant, T.variants);
 }
 
 template <const auto &T>
@@ -168,7 +159,7 @@ const kelp_type_record *record_of(const void *object) {
 
 template <const auto &T>
 void adjust_variant(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  kelplib_adjust_variant(handle, space_id, object, record_of<T>(object), variants_of<T>() - 1, err);
+  kelplib_adjust_variant(handle, space_id, object, record_of<T>(object), T.variants - 1, err);
 }
 
 // The entry tests of the two operations that ask an object for its references. They are told in the

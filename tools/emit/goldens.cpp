@@ -4,6 +4,7 @@
 
 #include "families.hpp"
 #include "model/layout.hpp"
+#include "model/sizes.hpp"
 #include "module/message_text.hpp"
 #include "products.hpp"
 

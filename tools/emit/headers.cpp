@@ -163,7 +163,8 @@ std::string types_header() {
             std::to_string(type->variants - 1) + "\n";
   }
   for (const FlagSet *type : all_flag_sets) {
-    text += "#define " + upper(type->name) + "_HIGHEST_VARIANT 0\n";
+    text += "#define " + upper(type->name) + "_HIGHEST_VARIANT " +
+            std::to_string(type->variants - 1) + "\n";
   }
   text += "\n/* The type records. Objects point at these, or at the runtime's copies. */\n";
   const auto record = [&](const std::string &name) {

@@ -24,6 +24,9 @@ void write_vfts(Writer &writer);
 void write_version_script(Writer &writer, const std::vector<Unit> &units);
 void write_sections(Writer &writer, const std::string &build_record);
 
+// Hexadecimal digits as the items of a C initializer.
+std::string bytes_of(std::string_view digits);
+
 // Exported data symbols, sorted.
 std::vector<std::string> data_symbols();
 

@@ -56,15 +56,19 @@ Record record_of(const Enumeration &type) {
 Record record_of(const FlagSet &type) {
   const std::string name(type.name);
   const std::string text = definition(type);
-  return {.symbol = name,
-          .type_name = name,
-          .kind = "flag",
-          .md5 = md5(text),
-          .manifest_md5 = manifest_md5("flag", text),
-          .manifest_size = manifest_size(type),
-          .schema = "flag_sets::" + name,
-          .mapping = "type_record",
-          .entries = {{0, flag_set_used_length, flag_set_size - flag_set_used_length}}};
+  Record record{.symbol = name,
+                .type_name = name,
+                .kind = "flag",
+                .md5 = md5(text),
+                .manifest_md5 = manifest_md5("flag", text),
+                .manifest_size = manifest_size(type),
+                .schema = "flag_sets::" + name,
+                .mapping = "type_record",
+                .entries = {}};
+  for (std::uint32_t variant = 0; variant < type.variants; ++variant) {
+    record.entries.push_back({variant, flag_set_used_length, flag_set_size - flag_set_used_length});
+  }
+  return record;
 }
 
 constexpr Entry table_entry{1, 8, 0};
@@ -95,6 +99,8 @@ Record record_of_table_record(const Table &table) {
           .entries = {table_entry}};
 }
 
+}  // namespace
+
 std::string bytes_of(std::string_view digits) {
   std::string text;
   for (std::size_t at = 0; at < digits.size(); at += 2) {
@@ -102,8 +108,6 @@ std::string bytes_of(std::string_view digits) {
   }
   return text;
 }
-
-}  // namespace
 
 std::vector<Record> records() {
   std::vector<Record> all;

@@ -62,14 +62,6 @@ constexpr std::array<std::string_view, 46> slots{
     "pkey_print_unsafe",
 };
 
-std::string bytes_of(std::string_view digits) {
-  std::string text;
-  for (std::size_t at = 0; at < digits.size(); at += 2) {
-    text += (at == 0 ? "0x" : ", 0x") + std::string(digits.substr(at, 2));
-  }
-  return text;
-}
-
 std::string vft_words(const std::string &name) {
   std::string text = "{table_" + name + "_luid, table_" + name + "_name, {";
   for (std::string_view slot : slots) {
