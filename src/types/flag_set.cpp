@@ -24,17 +24,6 @@ std::uint32_t read(kelp_handle *handle, const FlagObject *object, std::uint32_t 
   return 0;
 }
 
-// Required: a bit that the set does not have is silently passed over on an object of a variant
-// beyond the set's own. Bits of variant 0 are set without a look at the object's variant.
-void write(kelp_handle *handle, std::uint32_t space_id, FlagObject *object, std::uint32_t bit,
-           bool on, const model::FlagSet &type, std::uint32_t *err) {
-  if (bit >= type.bits_at(0) && refuses(type, bit, kelp_get_instance_variant(object, 0, 1))) {
-    return fail_variant(handle, err);
-  }
-  if (object == nullptr || bit >= type.members.size()) return;
-  store_bit(handle, space_id, object, bit, on);
-}
-
 void store_bit(kelp_handle *handle, std::uint32_t space_id, FlagObject *object, std::uint32_t bit,
                bool on) {
   const std::uint32_t mask = 1u << bit;

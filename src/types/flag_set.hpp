@@ -122,9 +122,10 @@ constexpr std::uint32_t masked(std::uint8_t flags, std::uint32_t bit) {
 
 // Whether an object of this variant refuses the bit, because a later variant brought it.
 // Required: a bit that no variant has is refused only up to the highest variant.
-constexpr bool refuses(const model::FlagSet &type, std::uint32_t bit, std::int32_t variant) {
-  for (std::uint8_t known = 0; known < type.variants; ++known) {
-    if (bit >= type.bits_at(known) && variant < known + 1) return true;
+template <const model::FlagSet &S>
+constexpr bool refuses(std::uint32_t bit, std::int32_t variant) {
+  for (std::uint8_t known = 0; known < S.variants; ++known) {
+    if (bit >= S.bits_at(known) && variant < known + 1) return true;
   }
   return false;
 }
@@ -136,8 +137,6 @@ std::int32_t compare_bytes(const FlagObject *a, const FlagObject *b);
 std::uint32_t hash_byte(const FlagObject *object, std::uint32_t seed);
 std::uint32_t read(kelp_handle *handle, const FlagObject *object, std::uint32_t bit, bool in_set,
                    std::uint32_t *err);
-void write(kelp_handle *handle, std::uint32_t space_id, FlagObject *object, std::uint32_t bit,
-           bool on, const model::FlagSet &type, std::uint32_t *err);
 void copy_whole(kelp_handle *handle, std::uint32_t space_id, void *destination, const void *source,
                 std::uint32_t *err);
 
@@ -182,12 +181,19 @@ void set(kelp_handle *handle, std::uint32_t space_id, void *destination, const v
   copy_whole(handle, space_id, destination, source, err);
 }
 
+// Required: a bit that the set does not have is silently passed over on an object of a variant
+// beyond the set's own. Bits of variant 0 are set without a look at the object's variant.
 template <const model::FlagSet &S>
 void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t bit,
                std::uint32_t on, std::uint32_t *err) {
   if (!begin(handle, err)) return;
   type_record_access::adjust_variant<S>(handle, space_id, object, err);
-  write(handle, space_id, static_cast<FlagObject *>(object), bit, on != 0, S, err);
+  constexpr std::uint32_t first_bits = S.bits_at(0);
+  if (bit >= first_bits && refuses<S>(bit, kelp_get_instance_variant(object, 0, 1))) {
+    return fail_variant(handle, err);
+  }
+  if (object == nullptr || in_range<S>(bit) == 0) return;
+  store_bit(handle, space_id, static_cast<FlagObject *>(object), bit, on != 0);
 }
 
 template <const model::FlagSet &S>
@@ -200,7 +206,7 @@ template <const model::FlagSet &S>
 std::uint32_t is_valid_cr(kelp_handle *handle, std::uint32_t bit) {
   const std::int8_t variant =
       kelp_domain_lookup_variant(handle, &handle->domain, type_record<S>, &handle->cr_err);
-  return refuses(S, bit, variant) ? 0 : 1;
+  return refuses<S>(bit, variant) ? 0 : 1;
 }
 
 }  // namespace harbor::flag_set
