@@ -4,19 +4,17 @@
 #include <iostream>
 #include <sstream>
 
+#include "capture_command.hpp"
 #include "frr_reader.hpp"
 #include "instance_rows.hpp"
 #include "row_keys.hpp"
 #include "show.hpp"
+#include "text_forms.hpp"
 #include "tree.hpp"
 
 namespace tool {
 
 namespace {
-
-std::string counted(std::size_t count, const char *one, const char *many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
 
 std::string summary(const Instance &instance) {
   std::size_t interfaces = 0;
@@ -41,8 +39,12 @@ void load_frr(Session &session, const std::vector<std::string> &folders) {
       instances.push_back(std::move(instance));
     }
   }
+  std::vector<std::unique_ptr<NewInstance>> rows;
   for (const Instance &instance : instances) {
-    add_instance(session, instance);
+    rows.push_back(std::make_unique<NewInstance>(session, instance));
+  }
+  add_instances(session, rows);
+  for (const Instance &instance : instances) {
     std::printf("loaded %s\n", summary(instance).c_str());
   }
   if (passed_over.values == 0) return;
@@ -72,11 +74,15 @@ int run_shell(Session &session) {
     try {
       if (words.size() >= 3 && words[0] == "load" && words[1] == "frr") {
         load_frr(session, {words.begin() + 2, words.end()});
+      } else if (words.size() >= 3 && words[0] == "load" && words[1] == "capture") {
+        const int result =
+            load_capture(session, parse_capture_words({words.begin() + 2, words.end()}));
+        if (result != 0) status = result;
       } else if (words[0] == "show" && words.size() <= 2) {
         if (show_path(session, words.size() == 2 ? words[1] : "") != 0) status = 1;
       } else {
         throw InputError("standard input", "line " + std::to_string(number), "\"" + line + "\"",
-                         "load frr FOLDER..., or show [PATH]");
+                         "load frr FOLDER..., load capture FILE..., or show [PATH]");
       }
     } catch (const std::exception &failure) {
       std::fflush(stdout);

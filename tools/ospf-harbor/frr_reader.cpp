@@ -6,11 +6,15 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 
 #include "row_keys.hpp"
 
 namespace tool {
 
+namespace {
+
+// A dotted quad, nothing else.
 std::optional<std::uint32_t> parse_dotted(const std::string &text) {
   std::uint32_t number = 0;
   std::size_t at = 0;
@@ -29,8 +33,6 @@ std::optional<std::uint32_t> parse_dotted(const std::string &text) {
   }
   return at == text.size() ? std::optional(number) : std::nullopt;
 }
-
-namespace {
 
 struct Name {
   const char *text;

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "capture_command.hpp"
 #include "commands.hpp"
 #include "inspect_command.hpp"
 #include "trace_command.hpp"
@@ -25,6 +26,16 @@ int run(int argc, char **argv) {
   std::string path;
   frr->add_flag("--show", then_show, "Show the tree afterwards");
   frr->add_option("--path", path, "What to show of it, such as area/0.0.0.0/interface/eth0");
+
+  CLI::App *capture =
+      load->add_subcommand("capture", "Read the OSPF packets of captures (pcap, pcapng)");
+  tool::CaptureOptions heard;
+  auto *files = capture->add_option("FILE", heard.files, "Captures; - is standard input");
+  capture->add_option("-i", heard.interface, "Listen on an interface instead, without sending")
+      ->excludes(files);
+  capture->add_option("--seconds", heard.seconds, "How long to listen; until a signal without it");
+  capture->add_flag("--show", then_show, "Show the tree afterwards");
+  capture->add_option("--path", path, "What to show of it");
 
   CLI::App *show = app.add_subcommand("show", "Load routers and print the tree, or a part of it");
   std::string show_at;
@@ -51,8 +62,14 @@ int run(int argc, char **argv) {
     tool::load_frr(session, show_folders);
     return tool::show_path(session, show_at);
   }
-  tool::load_frr(session, folders);
-  return then_show || !path.empty() ? tool::show_path(session, path) : 0;
+  int status = 0;
+  if (capture->parsed()) {
+    status = tool::load_capture(session, heard);
+  } else {
+    tool::load_frr(session, folders);
+  }
+  const int shown = then_show || !path.empty() ? tool::show_path(session, path) : 0;
+  return status != 0 ? status : shown;
 }
 
 }  // namespace

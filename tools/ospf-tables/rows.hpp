@@ -46,7 +46,11 @@ struct NewKey : OwnedObject<typename Ops::Key, Ops::create_key, Ops::destroy_key
       : OwnedObject<typename Ops::Key, Ops::create_key, Ops::destroy_key>(session, Ops::name) {}
 };
 
-// A new record, destroyed with its objects unless a table takes it.
+// Destroys a record with its objects and all that these refer to.
+template <typename Ops>
+void end_record(Session &session, typename Ops::Record *record);
+
+// A new record, ended unless a table takes it.
 template <typename Ops>
 class NewRecord {
  public:
@@ -57,9 +61,7 @@ class NewRecord {
         record_(session.checked(Ops::create_record(session.handle(), space, session.err()),
                                 Ops::name)) {}
   ~NewRecord() {
-    if (record_ == nullptr) return;
-    std::uint32_t err = 0;
-    Ops::destroy_record(session_.handle(), space, record_, &err);
+    if (record_ != nullptr) end_record<Ops>(session_, record_);
   }
   NewRecord(const NewRecord &) = delete;
   NewRecord &operator=(const NewRecord &) = delete;
@@ -78,6 +80,17 @@ class NewRecord {
     Record *record = record_;
     record_ = nullptr;
     return record;
+  }
+  // False, with the table as it was, when another record has that key.
+  bool insert_unless_taken(typename Ops::Table *table) {
+    Ops::insert(session_.handle(), space, table, record_, session_.err());
+    if (*session_.err() == KELP_ERR_EXISTS) {
+      *session_.err() = 0;
+      return false;
+    }
+    session_.check(Ops::name);
+    record_ = nullptr;
+    return true;
   }
 
  private:
@@ -122,7 +135,7 @@ void empty_and_free(Session &session, typename Ops::Table *table) {
   Ops::free(session.handle(), space, table, &err);
 }
 
-// A new table without a name, emptied and freed unless something refers to it in the end.
+// A new table without a name, emptied and freed unless the object of a record refers to it.
 template <typename Ops>
 class NewTable {
  public:
@@ -136,12 +149,39 @@ class NewTable {
   NewTable(const NewTable &) = delete;
   NewTable &operator=(const NewTable &) = delete;
   operator typename Ops::Table *() const { return table_; }
-  void is_referred_to() { table_ = nullptr; }
+  // From now on the table ends with what refers to it.
+  typename Ops::Table *is_referred_to() {
+    typename Ops::Table *table = table_;
+    table_ = nullptr;
+    return table;
+  }
 
  private:
   Session &session_;
   typename Ops::Table *table_;
 };
+
+// Makes the table that an object of a record is to refer to.
+template <typename Ops, typename Object>
+typename Ops::Table *add_table(Session &session, Object *object,
+                               void (*set)(kelp_handle *, std::uint32_t, Object *,
+                                           typename Ops::Table *, std::uint32_t *)) {
+  NewTable<Ops> table(session);
+  set(session.handle(), space, object, table, session.err());
+  session.check(Ops::name);
+  return table.is_referred_to();
+}
+
+// The same with a table that was made before; null leaves the object as it is.
+template <typename Ops, typename Object>
+void hand_over(Session &session, NewTable<Ops> *table, Object *object,
+               void (*set)(kelp_handle *, std::uint32_t, Object *, typename Ops::Table *,
+                           std::uint32_t *)) {
+  if (table == nullptr) return;
+  set(session.handle(), space, object, *table, session.err());
+  session.check(Ops::name);
+  table->is_referred_to();
+}
 
 // Texts enter an object through a value of the caller's, whose content moves.
 template <typename Object, typename Set>
@@ -150,6 +190,13 @@ void set_text(Session &session, Object *object, Set set, std::string_view text) 
   kelp_vstring_assign(session.handle(), space, &value, text.data(), text.size(), session.err());
   set(session.handle(), space, object, &value, session.err());
   kelp_vstring_destroy_internal(session.handle(), space, &value, 0);
+}
+
+// Writes an IPv4 address.
+template <typename Object, typename Set>
+void set_address(Session &session, Object *object, Set set, std::uint32_t host_order) {
+  ip_address value = ip_address_make_ipv4(host_order);
+  set(session.handle(), space, object, &value, session.err());
 }
 
 // Writes an address in its usual form; an empty text leaves the field as it is.

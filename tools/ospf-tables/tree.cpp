@@ -59,16 +59,12 @@ tbl_ospf_instance_rev1_table *instances_of_root(Session &session) {
                                handle, space, ospf_rev1_ops::get(handle, space, record), err),
                            "the instances of the root");
   }
-  NewTable<ospf_instance_rev1_ops> instances(session);
   NewRecord<ospf_rev1_ops> record(session);
   NewObject<ospf_rev1_ops> object(session);
-  ospf_rev1_instance_set_by_ref(handle, space, object, instances, err);
-  session.check("the root");
-  record.put(object);
+  tbl_ospf_instance_rev1_table *instances =
+      add_table<ospf_instance_rev1_ops>(session, record.put(object), ospf_rev1_instance_set_by_ref);
   record.insert_into(roots);
-  tbl_ospf_instance_rev1_table *result = instances;
-  instances.is_referred_to();
-  return result;
+  return instances;
 }
 
 void clear_tree(Session &session) {

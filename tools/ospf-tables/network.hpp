@@ -1,9 +1,9 @@
-// What a routing daemon says of itself, checked and in plain structs, before any of it enters a
-// table. Times are in the units that the tables get.
+// A routing process of one address family, as it tells of itself or as it is heard from outside,
+// checked and in plain structs before any of it enters a table. Times are in the units that the
+// tables get; what a source cannot know stays at its default.
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,7 +21,16 @@ struct Neighbor {
   std::uint32_t retransmission_queue = 0;
 };
 
-enum class Authentication { none, message_digest, key };
+// `key` stands for one whose algorithm is not known.
+enum class Authentication {
+  none,
+  key,
+  message_digest,
+  hmac_sha_1,
+  hmac_sha_256,
+  hmac_sha_384,
+  hmac_sha_512
+};
 
 struct Interface {
   std::string name;
@@ -29,6 +38,8 @@ struct Interface {
   bool passive = false;
   bool enabled = true;
   bool mtu_ignored = false;
+  bool demand_circuit = false;
+  bool lls = false;
   Authentication authentication = Authentication::none;
   std::uint16_t cost = 0;
   std::uint16_t hello_interval = 0;       // seconds
@@ -42,6 +53,7 @@ struct Interface {
   std::string bdr;
   std::uint8_t priority = 0;
   std::vector<Neighbor> neighbors;
+  std::vector<std::string> static_neighbors;  // addresses, each once
 };
 
 struct Area {
@@ -55,8 +67,5 @@ struct Instance {
   std::uint32_t router_id;
   std::vector<Area> areas;
 };
-
-// A dotted quad, nothing else.
-std::optional<std::uint32_t> parse_dotted(const std::string &text);
 
 }  // namespace tool

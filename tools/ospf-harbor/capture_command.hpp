@@ -1,0 +1,27 @@
+// `load capture`: reads packet captures, or listens on an interface, and puts the network that they
+// show into the tables. Files are read together in the order of their packets' times, so that
+// captures of several links of one network make one picture. Nothing is ever sent.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "session.hpp"
+
+namespace tool {
+
+struct CaptureOptions {
+  std::vector<std::string> files;  // "-" is standard input
+  std::string interface;           // to listen on; then there are no files
+  unsigned seconds = 0;            // how long; 0 is until SIGINT or SIGTERM
+};
+
+// The words behind "load capture", as a line of `shell` has them. Throws InputError.
+CaptureOptions parse_capture_words(const std::vector<std::string> &words);
+
+// Prints what was loaded to standard output and what was wrong to standard error, by kind with the
+// number of the first packet. 0 when all was sound; 1 when something was not and the rest is
+// loaded. With no OSPF packet at all the tree stays as it was.
+int load_capture(Session &session, const CaptureOptions &options);
+
+}  // namespace tool
