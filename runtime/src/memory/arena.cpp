@@ -2,6 +2,8 @@
 // of any address is one table lookup and the slot in it plain arithmetic.
 #include "memory/arena.hpp"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
@@ -21,6 +23,22 @@ constexpr std::size_t kLargeHeader = 64;
 
 constexpr std::size_t round_up(std::size_t value, std::size_t step) {
   return (value + step - 1) / step * step;
+}
+
+// Required: addresses of small blocks do not come back in another arena. Modules keep pointers to
+// blocks of theirs and ask the store whether they lie in it; a store at the addresses of an earlier
+// one would say yes to all of these. The memory itself goes back to the system.
+void retire(std::byte *chunk, std::size_t bytes) {
+  static std::mutex lock;
+  static auto *retired = new std::vector<std::byte *>;  // reachable, for leak checkers
+  poison(chunk, bytes);
+  madvise(chunk, bytes, MADV_DONTNEED);
+  const std::lock_guard guard(lock);
+  try {
+    retired->push_back(chunk);
+  } catch (const std::bad_alloc &) {
+    // It stays taken all the same.
+  }
 }
 
 }  // namespace
@@ -127,8 +145,12 @@ Arena::~Arena() {
   std::sort(chunks.begin(), chunks.end());
   chunks.erase(std::unique(chunks.begin(), chunks.end()), chunks.end());
   for (Chunk *chunk : chunks) {
-    unpoison(chunk->memory, chunk->bytes);
-    std::free(chunk->memory);
+    if (chunk->large) {
+      unpoison(chunk->memory, chunk->bytes);
+      std::free(chunk->memory);
+    } else {
+      retire(chunk->memory, chunk->bytes);
+    }
     delete chunk;
   }
 }

@@ -181,6 +181,26 @@ TEST_F(ArenaTest, ReadersOfTheStoreKnowLiveBlocksOnly) {
   EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
 }
 
+// The blocks of a database that is closed when this returns.
+std::vector<void *> blocks_of_a_passing_database(const std::vector<void *> &foreign) {
+  kelp_database *database = kelp_database_open_private("addresses", nullptr, nullptr);
+  kelp_handle *handle = kelp_handle_create(database, nullptr, nullptr);
+  std::vector<void *> blocks;
+  for (int i = 0; i < 1000; ++i) {
+    blocks.push_back(handle->obj_alloc(handle->obj_pool, 0, 3000));
+    EXPECT_NE(blocks.back(), nullptr);
+  }
+  for (void *block : foreign) EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
+  kelp_handle_destroy(handle);
+  kelp_database_close(database, nullptr);
+  return blocks;
+}
+
+TEST(StoreAddresses, OfSmallBlocksDoNotComeBackInALaterStore) {
+  const std::vector<void *> earlier = blocks_of_a_passing_database({});
+  EXPECT_EQ(blocks_of_a_passing_database(earlier).size(), earlier.size());
+}
+
 using ArenaDeathTest = ArenaTest;
 
 TEST_F(ArenaDeathTest, SecondFreeEndsTheProcess) {
