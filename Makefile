@@ -57,6 +57,7 @@ bench: packages
 	@cmake --preset bench >/dev/null
 	@cmake --build --preset bench -j $(JOBS)
 	@build/bench/bench/harbor_bench
+	@build/bench/bench/capture_bench
 
 bench-peers: packages
 	@$(setup) $(lists)/packages-bench.txt $(lists)/packages-peers.txt

@@ -23,6 +23,7 @@ class Session {
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
 
+  kelp_database *database() const { return database_; }
   kelp_handle *handle() const { return handle_; }
   std::uint32_t *err() { return &err_; }
 

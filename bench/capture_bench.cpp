@@ -1,0 +1,257 @@
+// LSAs a second from a capture file: decoded into typed records, gathered into databases, and put
+// into tables; beside another decoder's JSON of the same file. The file is made at the start:
+// update packets as a router with a large database sends them to a new neighbour, each LSA once.
+// All times are processor time of one core, user and system, so that a busy machine does not
+// falsify ratios.
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "bytes.hpp"
+#include "network_rows.hpp"
+#include "ospf_decode/capture.hpp"
+#include "ospf_decode/network.hpp"
+
+namespace {
+
+using namespace ospf_decode;
+using namespace ospf_decode::testing;
+
+constexpr std::uint32_t lsa_count = 100'000;
+constexpr std::size_t lsas_of_update = 24;
+
+// Of 20 LSAs of each version: 12 externals, 4 prefixes of other areas, 2 router LSAs with four
+// links, and a network LSA or an intra-area prefix LSA with its prefix.
+constexpr std::uint32_t mix = 20;
+
+Octets lsa_v2(std::uint32_t number) {
+  LsaParts parts;
+  parts.router = 0x0aff0000 + number % 1000;
+  parts.id = 0x0a000000 + number;
+  switch (number % mix) {
+    case 0:
+    case 1: {
+      parts.type = 1;
+      parts.id = parts.router = 0x0b000000 + number;
+      Writer body;
+      body.u8(0).u8(0).u16(4);
+      for (std::uint32_t link = 0; link < 2; ++link) {
+        body.u32(parts.id + link + 1).u32(0x0a000000 + 8 * number + link).u8(1).u8(0).u16(10);
+        body.u32(0x0a000000 + 4 * number + link).u32(0xfffffffc).u8(3).u8(0).u16(10);
+      }
+      return make_lsa_v2(parts, body);
+    }
+    case 2:
+      parts.type = 2;
+      return make_lsa_v2(
+          parts, Writer().u32(0xffffff00).u32(0x0aff0001).u32(0x0aff0002).u32(0x0aff0003).get());
+    case 3:
+    case 4:
+    case 5:
+    case 6:
+    case 7:
+      parts.type = 3;
+      return make_lsa_v2(parts, Writer().u32(0xffffff00).u32(20).get());
+    default:
+      parts.type = 5;
+      return make_lsa_v2(parts, Writer().u32(0xffffff00).u32(0x80000014).u32(0).u32(number).get());
+  }
+}
+
+Octets lsa_v3(std::uint32_t number) {
+  LsaParts parts;
+  parts.router = 0x0aff0000 + number % 1000;
+  parts.id = number;
+  const Octets prefix = Writer().u8(64).u8(0).u16(0).u32(0x20010db8).u32(number).get();
+  switch (number % mix) {
+    case 0:
+    case 1: {
+      parts.type = lsa3_router;
+      Writer body;
+      body.u8(0).u24(0x13);
+      for (std::uint32_t link = 0; link < 4; ++link) {
+        body.u8(1).u8(0).u16(10).u32(link + 1).u32(link + 2).u32(parts.router + link);
+      }
+      return make_lsa_v3(parts, body);
+    }
+    case 2:
+      parts.type = lsa3_intra_area_prefix;
+      return make_lsa_v3(
+          parts, Writer().u16(1).u16(lsa3_router).u32(0).u32(parts.router).bytes(prefix).get());
+    case 3:
+    case 4:
+    case 5:
+    case 6:
+    case 7:
+      parts.type = lsa3_inter_area_prefix;
+      return make_lsa_v3(parts, Writer().u32(20).bytes(prefix).get());
+    default:
+      parts.type = lsa3_as_external;
+      return make_lsa_v3(parts, Writer().u32(0x04000014).bytes(prefix).get());
+  }
+}
+
+// The capture, made once and removed at the end.
+class CaptureFile {
+ public:
+  CaptureFile()
+      : path_(std::filesystem::temp_directory_path() /
+              ("capture-bench-" + std::to_string(getpid()) + ".pcap")) {
+    std::ofstream out(path_, std::ios::binary);
+    write(out, Writer().u32(0xa1b2c3d4).u16(2).u16(4).zeros(8).u32(65535).u32(1));
+    std::uint32_t time = 1'600'000'000;
+    for (std::uint32_t number = 0; number < lsa_count;) {
+      Writer v2;
+      Writer v3;
+      for (std::size_t at = 0; at < lsas_of_update; ++at, ++number) {
+        v2.bytes(lsa_v2(number));
+        v3.bytes(lsa_v3(number));
+      }
+      PacketParts parts;
+      parts.type = 4;
+      packet(out, time, make_ethernet(0x0800, make_ipv4({}, make_packet_v2(parts, update(v2)))));
+      packet(out, time++, make_ethernet(0x86dd, make_ipv6(89, make_packet_v3(parts, update(v3)))));
+      lsas_ += 2 * lsas_of_update;
+    }
+  }
+  ~CaptureFile() { std::filesystem::remove(path_); }
+  const std::filesystem::path &path() const { return path_; }
+  std::size_t lsas() const { return lsas_; }
+
+ private:
+  static void write(std::ofstream &out, const Octets &octets) {
+    out.write(reinterpret_cast<const char *>(octets.data()),
+              static_cast<std::streamsize>(octets.size()));
+  }
+  static Octets update(const Octets &lsas) {
+    return Writer().u32(lsas_of_update).bytes(lsas).get();
+  }
+  static void packet(std::ofstream &out, std::uint32_t time, const Octets &frame) {
+    const auto size = static_cast<std::uint32_t>(frame.size());
+    write(out, Writer().u32(time).u32(0).u32(size).u32(size).bytes(frame));
+  }
+
+  std::filesystem::path path_;
+  std::size_t lsas_ = 0;
+};
+
+const CaptureFile &file() {
+  static const CaptureFile made;
+  return made;
+}
+
+double processor_seconds(int who) {
+  rusage usage{};
+  getrusage(who, &usage);
+  const auto seconds = [](const timeval &time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double others_rate = 0;  // LSAs a second of the other decoder
+
+void report(benchmark::State &state, double seconds) {
+  const auto lsas = static_cast<double>(file().lsas()) * static_cast<double>(state.iterations());
+  state.counters["LSAs/s"] = lsas / seconds;
+  if (others_rate != 0) state.counters["x other"] = lsas / seconds / others_rate;
+}
+
+// The processor time of `work`, set as that of the iteration.
+template <typename Work>
+double timed(benchmark::State &state, Work work, int who = RUSAGE_SELF) {
+  const double start = processor_seconds(who);
+  work();
+  const double took = processor_seconds(who) - start;
+  state.SetIterationTime(took);
+  return took;
+}
+
+void decode_file(Visitor &visitor) {
+  CaptureReader reader;
+  if (!reader.open_file(file().path())) std::abort();
+  FrameDecoder decoder(visitor);
+  decode_capture(reader, decoder);
+  if (decoder.lsas() != file().lsas() || decoder.errors().total() != 0) std::abort();
+}
+
+void OtherDecoderToJson(benchmark::State &state) {
+  const std::string command = "tshark -T json -r " + file().path().string() + " > /dev/null 2>&1";
+  bool failed = false;
+  double total = 0;
+  for (auto _ : state) {
+    total += timed(
+        state, [&] { failed |= std::system(command.c_str()) != 0; }, RUSAGE_CHILDREN);
+  }
+  if (failed) {
+    state.SkipWithError("tshark failed");
+    return;
+  }
+  report(state, total);
+  others_rate =
+      static_cast<double>(file().lsas()) * static_cast<double>(state.iterations()) / total;
+}
+BENCHMARK(OtherDecoderToJson)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void DecodeIntoTypedRecords(benchmark::State &state) {
+  double total = 0;
+  for (auto _ : state) {
+    total += timed(state, [] {
+      Visitor nobody;
+      decode_file(nobody);
+    });
+  }
+  report(state, total);
+}
+BENCHMARK(DecodeIntoTypedRecords)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void DecodeIntoDatabases(benchmark::State &state) {
+  double total = 0;
+  for (auto _ : state) {
+    Network network;
+    total += timed(state, [&] { decode_file(network); });
+    if (network.lsdb().size() != file().lsas()) std::abort();
+  }
+  report(state, total);
+}
+BENCHMARK(DecodeIntoDatabases)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void FillTablesFromDatabases(benchmark::State &state) {
+  Network network;
+  decode_file(network);
+  double total = 0;
+  for (auto _ : state) {
+    tool::Session session;
+    total += timed(state, [&] { tool::load_network(session, network); });
+  }
+  report(state, total);
+}
+BENCHMARK(FillTablesFromDatabases)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void CaptureIntoTables(benchmark::State &state) {
+  double total = 0;
+  for (auto _ : state) {
+    tool::Session session;
+    kelp_memory_statistics before{};
+    kelp_database_memory(session.database(), &before);
+    Network network;
+    total += timed(state, [&] {
+      decode_file(network);
+      tool::load_network(session, network);
+    });
+    kelp_memory_statistics after{};
+    kelp_database_memory(session.database(), &after);
+    state.counters["bytes/LSA"] = static_cast<double>(after.used_bytes - before.used_bytes) /
+                                  static_cast<double>(file().lsas());
+  }
+  report(state, total);
+}
+BENCHMARK(CaptureIntoTables)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
