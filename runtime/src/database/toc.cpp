@@ -16,35 +16,61 @@ constexpr std::uint32_t kInputOutput = 5;
 
 }  // namespace
 
-std::string TableOfContents::text_of(const Key &key) {
-  std::string text(reinterpret_cast<const char *>(key.luid), kLuidBytes);
-  text += key.by_name ? 'n' : 'i';
-  if (key.by_name) {
-    text += key.path;
-  } else {
-    text.append(reinterpret_cast<const char *>(&key.id), sizeof key.id);
-  }
-  return text;
+TableOfContents::Id TableOfContents::id_of(const Key &key) {
+  Id id;
+  std::memcpy(id.luid.data(), key.luid, kLuidBytes);
+  id.id = key.id;
+  return id;
+}
+
+std::string TableOfContents::name_of(const Key &key) {
+  std::string name(reinterpret_cast<const char *>(key.luid), kLuidBytes);
+  name += key.path;
+  return name;
+}
+
+std::size_t TableOfContents::IdHash::operator()(const Id &id) const {
+  std::uint64_t luid;
+  std::memcpy(&luid, id.luid.data(), sizeof luid);
+  return static_cast<std::size_t>(luid ^ id.id * UINT64_C(0x9E3779B97F4A7C15));
 }
 
 kelp_table *TableOfContents::find(const Key &key) const {
   const std::lock_guard lock(mutex_);
-  const auto found = entries_.find(text_of(key));
-  return found == entries_.end() ? nullptr : found->second.table;
+  const auto table_in = [](const auto &entries, const auto &wanted) -> kelp_table * {
+    const auto found = entries.find(wanted);
+    return found == entries.end() ? nullptr : found->second.table;
+  };
+  return key.by_name ? table_in(by_name_, name_of(key)) : table_in(by_id_, id_of(key));
 }
 
 bool TableOfContents::insert(const Key &key, kelp_table *table, bool dynamic) {
   const std::lock_guard lock(mutex_);
-  const std::string text = text_of(key);
-  const auto [entry, fresh] = entries_.try_emplace(text, Entry{table, dynamic});
-  if (!fresh) return entry->second.table == table;
-  try {
-    known_[table] = Known{text, false};
-  } catch (...) {
-    entries_.erase(entry);
-    throw;
+  const auto insert_into = [&](auto &entries, const auto &wanted, Known known) {
+    const auto [entry, fresh] = entries.try_emplace(wanted, Entry{table, dynamic});
+    if (!fresh) return entry->second.table == table;
+    try {
+      known_[table] = std::move(known);
+    } catch (...) {
+      entries.erase(entry);
+      throw;
+    }
+    return true;
+  };
+  if (key.by_name) {
+    const std::string name = name_of(key);
+    return insert_into(by_name_, name, Known{true, {}, name, false});
   }
-  return true;
+  const Id id = id_of(key);
+  return insert_into(by_id_, id, Known{false, id, {}, false});
+}
+
+void TableOfContents::erase_entry(const Known &known) {
+  if (known.by_name) {
+    by_name_.erase(known.name);
+  } else {
+    by_id_.erase(known.id);
+  }
 }
 
 TableOfContents::Place TableOfContents::remove(const kelp_table *table) {
@@ -52,7 +78,7 @@ TableOfContents::Place TableOfContents::remove(const kelp_table *table) {
   const auto known = known_.find(table);
   if (known == known_.end()) return Place::absent;
   if (known->second.removed) return Place::removed;
-  entries_.erase(known->second.key);
+  erase_entry(known->second);
   known->second.removed = true;
   return Place::entered;
 }
@@ -68,7 +94,7 @@ void TableOfContents::forget(const kelp_table *table) {
   const std::lock_guard lock(mutex_);
   const auto known = known_.find(table);
   if (known == known_.end()) return;
-  if (!known->second.removed) entries_.erase(known->second.key);
+  if (!known->second.removed) erase_entry(known->second);
   known_.erase(known);
 }
 

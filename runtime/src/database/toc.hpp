@@ -4,6 +4,7 @@
 // to wait can be repeated and the collector finds what it has to finish.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -44,15 +45,31 @@ class TableOfContents {
     kelp_table *table;
     bool dynamic;
   };
+  using Luid = std::array<std::uint8_t, 16>;
+  // What stands for a key in the maps: numbers for an id, so that a table without a name costs no
+  // text, and the LUID with the path behind it for a name.
+  struct Id {
+    Luid luid;
+    std::uint64_t id;
+    bool operator==(const Id &) const = default;
+  };
+  struct IdHash {
+    std::size_t operator()(const Id &id) const;
+  };
   struct Known {
-    std::string key;
+    bool by_name;
+    Id id;
+    std::string name;
     bool removed;
   };
 
-  static std::string text_of(const Key &key);
+  static Id id_of(const Key &key);
+  static std::string name_of(const Key &key);
+  void erase_entry(const Known &known);
 
   mutable std::mutex mutex_;
-  std::unordered_map<std::string, Entry> entries_;
+  std::unordered_map<Id, Entry, IdHash> by_id_;
+  std::unordered_map<std::string, Entry> by_name_;
   std::unordered_map<const kelp_table *, Known> known_;
 };
 

@@ -44,10 +44,10 @@ kelp_oid OidRegistry::next_oid() {
   return oid;
 }
 
-kelp_oid_mapping *OidRegistry::find(const void *object) const {
+kelp_oid_mapping *OidRegistry::find(const void *object) {
   const std::lock_guard lock(mutex_);
   const auto found = by_object_.find(object);
-  return found == by_object_.end() ? nullptr : found->second.get();
+  return found == by_object_.end() ? nullptr : &found->second;
 }
 
 kelp_oid_mapping *OidRegistry::find(const kelp_oid &oid) const {
@@ -60,41 +60,40 @@ kelp_oid_mapping *OidRegistry::find(const kelp_oid &oid) const {
 kelp_oid_mapping *OidRegistry::add(void *object, std::uint32_t kind, bool dynamic,
                                    const kelp_oid *wanted) {
   const std::lock_guard lock(mutex_);
-  auto mapping = std::make_unique<kelp_oid_mapping>();
-  mapping->oid = next_oid();
+  kelp_oid_mapping mapping;
+  mapping.oid = next_oid();
   if (wanted != nullptr) {
-    const std::uint64_t own_word = mapping->oid.handle_word;
-    mapping->oid = *wanted;
-    if (wanted->handle_word < kFirstSerial) mapping->oid.handle_word = own_word;
+    const std::uint64_t own_word = mapping.oid.handle_word;
+    mapping.oid = *wanted;
+    if (wanted->handle_word < kFirstSerial) mapping.oid.handle_word = own_word;
   }
-  mapping->object = object;
-  mapping->kind = kind;
-  mapping->dynamic = dynamic;
-  const auto [by_id, fresh] = by_id_.try_emplace(id_of(mapping->oid), mapping.get());
+  mapping.object = object;
+  mapping.kind = kind;
+  mapping.dynamic = dynamic;
+  const auto [by_id, fresh] = by_id_.try_emplace(id_of(mapping.oid), nullptr);
   if (!fresh) return nullptr;
-  kelp_oid_mapping *made = mapping.get();
   try {
-    by_object_[object] = std::move(mapping);
+    by_id->second = &by_object_.try_emplace(object, mapping).first->second;
   } catch (...) {
     by_id_.erase(by_id);
     throw;
   }
-  return made;
+  return by_id->second;
 }
 
 void OidRegistry::remove(const void *object) {
   const std::lock_guard lock(mutex_);
   const auto found = by_object_.find(object);
   if (found == by_object_.end()) return;
-  by_id_.erase(id_of(found->second->oid));
+  by_id_.erase(id_of(found->second.oid));
   by_object_.erase(found);
 }
 
-std::vector<kelp_oid_mapping *> OidRegistry::unreferenced() const {
+std::vector<kelp_oid_mapping *> OidRegistry::unreferenced() {
   const std::lock_guard lock(mutex_);
   std::vector<kelp_oid_mapping *> found;
-  for (const auto &[object, mapping] : by_object_) {
-    if (mapping->destroy_asked && mapping->references == 0) found.push_back(mapping.get());
+  for (auto &[object, mapping] : by_object_) {
+    if (mapping.destroy_asked && mapping.references == 0) found.push_back(&mapping);
   }
   return found;
 }

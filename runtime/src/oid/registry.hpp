@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <mutex>
 #include <unordered_map>
 #include <vector>
@@ -28,7 +27,7 @@ class OidRegistry {
   OidRegistry();
 
   // The object's mapping; null for none.
-  kelp_oid_mapping *find(const void *object) const;
+  kelp_oid_mapping *find(const void *object);
   kelp_oid_mapping *find(const kelp_oid &oid) const;
 
   // A mapping for an object that has none; null when another object has the wanted OID (which may
@@ -40,7 +39,7 @@ class OidRegistry {
 
   // The objects whose destruction was asked for and that nothing refers to any more. Throws
   // bad_alloc.
-  std::vector<kelp_oid_mapping *> unreferenced() const;
+  std::vector<kelp_oid_mapping *> unreferenced();
 
  private:
   using Id = std::array<std::uint8_t, 16>;
@@ -56,7 +55,7 @@ class OidRegistry {
   kelp_oid next_oid();
 
   mutable std::mutex mutex_;
-  std::unordered_map<const void *, std::unique_ptr<kelp_oid_mapping>> by_object_;
+  std::unordered_map<const void *, kelp_oid_mapping> by_object_;  // they stay where they are
   std::unordered_map<Id, kelp_oid_mapping *, IdHash> by_id_;
   std::uint8_t identity_[16];  // of this database: the source of its OIDs
   std::uint64_t next_serial_;
