@@ -150,6 +150,13 @@ OSPF_HARBOR_CHECK_API uint32_t ospf_harbor_check_annotate(uint32_t kind, const c
                                                           void *context,
                                                           ospf_harbor_check_result *result);
 
+/* Gives length bytes at offset of a whole as lines of that form, with text (or none, for null)
+ * behind the first bytes: for those who show images within something larger. */
+OSPF_HARBOR_CHECK_API void ospf_harbor_check_lines(const void *whole, size_t whole_length,
+                                                   size_t offset, size_t length, const char *text,
+                                                   ospf_harbor_line_receiver *receive,
+                                                   void *context);
+
 /* The bytes that the frame of a record image, with length bytes of it there, says the image has; 0
  * when they are too few to tell (below 16) or no frame begins there. For readers of a stream: it
  * is what the writer claims, so compare it with a limit before waiting for that many. */

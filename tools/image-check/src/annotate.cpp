@@ -20,9 +20,10 @@ constexpr std::size_t bytes_width = 2 + 3 * bytes_on_line + 1;
 class Lines {
  public:
   Lines(const std::uint8_t *image, std::size_t length, ospf_harbor_line_receiver *receive,
-        void *context)
+        void *context, std::size_t at = 0)
       : image_(image),
         offset_digits_(length > 0x10000 ? 8 : 4),
+        at_(at),
         receive_(receive),
         context_(context) {}
 
@@ -56,7 +57,7 @@ class Lines {
  private:
   const std::uint8_t *image_;
   int offset_digits_;
-  std::size_t at_ = 0;
+  std::size_t at_;
   ospf_harbor_line_receiver *receive_;
   void *context_;
 };
@@ -78,4 +79,11 @@ uint32_t ospf_harbor_check_annotate(uint32_t kind, const char *name, const void 
   if (result->fault != OSPF_HARBOR_FAULT_NONE) lines.fault(result->text);
   if (image != nullptr) lines.bytes(length, "");
   return result->fault;
+}
+
+void ospf_harbor_check_lines(const void *whole, size_t whole_length, size_t offset, size_t length,
+                             const char *text, ospf_harbor_line_receiver *receive, void *context) {
+  image_check::Lines lines(static_cast<const std::uint8_t *>(whole), whole_length, receive, context,
+                           offset);
+  lines.bytes(offset + length, text == nullptr ? "" : text);
 }
