@@ -155,7 +155,6 @@ NewInstance::NewInstance(Session &session, const Instance &instance, const Datab
   ospf_instance_rev1_key_af_set_value(handle, space, key, family, err);
   ospf_instance_rev1_key_router_id_set_value(handle, space, key, instance.router_id, err);
   session.check("the key of an instance");
-  key_ = key;
   record_.put_key(key);
   NewObject<ospf_instance_rev1_ops> new_object(session);
   ospf_instance_rev1 *object = record_.put(new_object);
@@ -166,18 +165,11 @@ NewInstance::NewInstance(Session &session, const Instance &instance, const Datab
 }
 
 void add_instances(Session &session, const std::vector<std::unique_ptr<NewInstance>> &instances) {
-  kelp_handle *handle = session.handle();
   tbl_ospf_instance_rev1_table *table = instances_of_root(session);
   // Everything that can fail has been done: instances of the same key give way now.
   for (const std::unique_ptr<NewInstance> &instance : instances) {
-    for_each_record<ospf_instance_rev1_ops>(
-        session, table, [&](tbl_ospf_instance_rev1_record *other) {
-          if (ospf_instance_rev1_key_compare(ospf_instance_rev1_ops::get_key(handle, space, other),
-                                             instance->key_) == 0) {
-            end_record<ospf_instance_rev1_ops>(session, other);
-          }
-        });
-    instance->record_.insert_into(table);
+    replace_instance(session, table, instance->record_.get());
+    instance->record_.is_in_a_table();
   }
 }
 

@@ -34,7 +34,6 @@ class NewInstance {
   friend void add_instances(Session &, const std::vector<std::unique_ptr<NewInstance>> &);
 
   NewRecord<ospf_instance_rev1_ops> record_;
-  const ospf_instance_rev1_key *key_ = nullptr;
 };
 
 // Puts instances into the tree; each takes the place of one of the same address family and router

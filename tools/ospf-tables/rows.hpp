@@ -78,7 +78,7 @@ class NewRecord {
     Ops::insert(session_.handle(), space, table, record_, session_.err());
     session_.check(Ops::name);
     Record *record = record_;
-    record_ = nullptr;
+    is_in_a_table();
     return record;
   }
   // False, with the table as it was, when another record has that key.
@@ -89,9 +89,10 @@ class NewRecord {
       return false;
     }
     session_.check(Ops::name);
-    record_ = nullptr;
+    is_in_a_table();
     return true;
   }
+  void is_in_a_table() { record_ = nullptr; }
 
  private:
   Session &session_;
@@ -109,6 +110,28 @@ void for_each_record(Session &session, typename Ops::Table *table, Act act) {
   }
 }
 
+// False when the object is at a variant without the field.
+template <typename Reference>
+bool has_reference(Session &session, const Reference &reference,
+                   typename Reference::Object *object) {
+  std::uint32_t err = 0;
+  reference.get(session.handle(), space, object, &err);
+  return err != KELP_ERR_EPOCH;
+}
+
+// The table that a row refers to; null for none, and at a variant without the field.
+template <typename Reference>
+typename Reference::Table *table_below(Session &session, const Reference &reference,
+                                       typename Reference::Object *object) {
+  std::uint32_t err = 0;
+  auto *table = reference.get(session.handle(), space, object, &err);
+  if (err != 0 && err != KELP_ERR_EPOCH) {
+    *session.err() = err;
+    session.check(reference.name);
+  }
+  return table;
+}
+
 // Destroys every row with all that it refers to, and then the table.
 template <typename Ops>
 void empty_and_free(Session &session, typename Ops::Table *table);
@@ -119,6 +142,7 @@ void end_record(Session &session, typename Ops::Record *record) {
   if (auto *object = Ops::get(session.handle(), space, record); object != nullptr) {
     for_each_reference<Ops>([&]<typename Reference>(const Reference &reference) {
       auto *table = reference.get(session.handle(), space, object, &err);
+      err = 0;  // also at a variant without the field, where there is no table
       if (table == nullptr) return;
       reference.set(session.handle(), space, object, nullptr, &err);
       empty_and_free<typename Reference::Child>(session, table);

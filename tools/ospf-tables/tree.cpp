@@ -10,10 +10,12 @@ namespace {
 constexpr char root_name[] = "ospf";
 
 // A record's text form. The buffer starts out blank, since the closing line is placed over a gap
-// that keeps what the buffer held; it grows until the text leaves room.
+// that keeps what the buffer held; it grows until the text leaves room. Printing also asks for the
+// room that the record's image takes.
 template <typename Ops>
 std::string text_of(Session &session, typename Ops::Record *record) {
-  for (std::uint32_t size = 1 << 14;; size *= 4) {
+  const std::uint32_t image = Ops::length(session.handle(), space, record);
+  for (std::uint32_t size = (1 << 14) + 2 * image;; size *= 4) {
     std::string text(size, ' ');
     const std::uint32_t length = Ops::print(session.handle(), space, text.data(), record,
                                             static_cast<std::int32_t>(size), session.err());
@@ -30,8 +32,7 @@ void walk(Session &session, typename Ops::Table *table, TreeVisitor &visitor) {
     if (!further) return;
     if (auto *object = Ops::get(session.handle(), space, record); object != nullptr) {
       for_each_reference<Ops>([&]<typename Reference>(const Reference &reference) {
-        auto *below = reference.get(session.handle(), space, object, session.err());
-        session.check(reference.name);
+        auto *below = table_below(session, reference, object);
         if (below != nullptr) walk<typename Reference::Child>(session, below, visitor);
       });
     }
@@ -54,10 +55,12 @@ tbl_ospf_instance_rev1_table *instances_of_root(Session &session) {
   kelp_handle *handle = session.handle();
   std::uint32_t *err = session.err();
   tbl_ospf_rev1_table *roots = root_table(session, true);
-  if (auto *record = ospf_rev1_ops::first(handle, space, roots, err); record != nullptr) {
-    return session.checked(ospf_rev1_instance_get_by_ref(
-                               handle, space, ospf_rev1_ops::get(handle, space, record), err),
-                           "the instances of the root");
+  if (auto *root = ospf_rev1_ops::first(handle, space, roots, err); root != nullptr) {
+    ospf_rev1 *row = ospf_rev1_ops::get(handle, space, root);
+    auto *there = table_below(session, std::get<0>(references<ospf_rev1_ops>), row);
+    return there != nullptr ? there
+                            : add_table<ospf_instance_rev1_ops>(session, row,
+                                                                ospf_rev1_instance_set_by_ref);
   }
   NewRecord<ospf_rev1_ops> record(session);
   NewObject<ospf_rev1_ops> object(session);
@@ -65,6 +68,45 @@ tbl_ospf_instance_rev1_table *instances_of_root(Session &session) {
       add_table<ospf_instance_rev1_ops>(session, record.put(object), ospf_rev1_instance_set_by_ref);
   record.insert_into(roots);
   return instances;
+}
+
+void replace_instance(Session &session, tbl_ospf_instance_rev1_table *instances,
+                      tbl_ospf_instance_rev1_record *record) {
+  kelp_handle *handle = session.handle();
+  const auto *key = ospf_instance_rev1_ops::get_key(handle, space, record);
+  for_each_record<ospf_instance_rev1_ops>(
+      session, instances, [&](tbl_ospf_instance_rev1_record *other) {
+        if (ospf_instance_rev1_ops::compare_keys(
+                ospf_instance_rev1_ops::get_key(handle, space, other), key) == 0) {
+          end_record<ospf_instance_rev1_ops>(session, other);
+        }
+      });
+  ospf_instance_rev1_ops::insert(handle, space, instances, record, session.err());
+  session.check(ospf_instance_rev1_ops::name);
+}
+
+void merge_into_tree(Session &session, tbl_ospf_rev1_table *others) {
+  kelp_handle *handle = session.handle();
+  std::uint32_t *err = session.err();
+  auto *other = ospf_rev1_ops::first(handle, space, others, err);
+  if (other == nullptr) return;
+  tbl_ospf_rev1_table *roots = root_table(session, true);
+  if (ospf_rev1_ops::first(handle, space, roots, err) == nullptr) {
+    tbl_ospf_rev1_delete(handle, space, others, other, err);
+    ospf_rev1_ops::insert(handle, space, roots, other, err);
+    session.check(ospf_rev1_ops::name);
+    return;
+  }
+  auto *arriving = table_below(session, std::get<0>(references<ospf_rev1_ops>),
+                               ospf_rev1_ops::get(handle, space, other));
+  if (arriving == nullptr) return;
+  tbl_ospf_instance_rev1_table *instances = instances_of_root(session);
+  for_each_record<ospf_instance_rev1_ops>(
+      session, arriving, [&](tbl_ospf_instance_rev1_record *record) {
+        tbl_ospf_instance_rev1_delete(handle, space, arriving, record, err);
+        session.check(ospf_instance_rev1_ops::name);
+        replace_instance(session, instances, record);
+      });
 }
 
 void clear_tree(Session &session) {

@@ -17,6 +17,15 @@ tbl_ospf_rev1_table *root_table(Session &session, bool create);
 // The table of instances below the root row, both made when they are missing.
 tbl_ospf_instance_rev1_table *instances_of_root(Session &session);
 
+// Puts an instance into a table where the one of the same key gives way to it.
+void replace_instance(Session &session, tbl_ospf_instance_rev1_table *instances,
+                      tbl_ospf_instance_rev1_record *record);
+
+// Moves what another table of roots holds into the tree. Into an empty tree the root row moves with
+// all below it; else the instances below it move, and those of the same key give way to them. The
+// other table stays the caller's.
+void merge_into_tree(Session &session, tbl_ospf_rev1_table *others);
+
 // Empties and frees every table.
 void clear_tree(Session &session);
 
