@@ -29,6 +29,7 @@ release:
 run: packages
 	@$(MAKE) --no-print-directory release
 	@build/release/tools/ospf-harbor/ospf-harbor load frr $(SAMPLE) --show
+	@tools/ospf-harbor/two_processes.sh build/release/tools/ospf-harbor/ospf-harbor $(SAMPLE)
 
 test: packages
 	@cmake --preset dev >/dev/null
@@ -67,7 +68,7 @@ bench-peers: packages
 
 FUZZ_SECONDS ?= 600
 FUZZ_TARGETS ?= ospf-decode/decode image-check/object image-check/record image-check/key \
-	image-check/document
+	image-check/document ospf-exchange/stream
 fuzz: packages
 	@$(setup) $(lists)/packages-clang.txt
 	@cmake --preset fuzz >/dev/null

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "capture_command.hpp"
+#include "exchange_options.hpp"
 #include "frr_reader.hpp"
 #include "instance_rows.hpp"
 #include "row_keys.hpp"
@@ -72,7 +73,10 @@ int run_shell(Session &session) {
     for (std::string word; in >> word;) words.push_back(word);
     if (words.empty() || words[0][0] == '#') continue;
     try {
-      if (words.size() >= 3 && words[0] == "load" && words[1] == "frr") {
+      int line_status = 0;
+      if (run_exchange_line(session, words, &line_status)) {
+        if (line_status != 0) status = line_status;
+      } else if (words.size() >= 3 && words[0] == "load" && words[1] == "frr") {
         load_frr(session, {words.begin() + 2, words.end()});
       } else if (words.size() >= 3 && words[0] == "load" && words[1] == "capture") {
         const int result =
@@ -82,7 +86,8 @@ int run_shell(Session &session) {
         if (show_path(session, words.size() == 2 ? words[1] : "") != 0) status = 1;
       } else {
         throw InputError("standard input", "line " + std::to_string(number), "\"" + line + "\"",
-                         "load frr FOLDER..., load capture FILE..., or show [PATH]");
+                         "load frr FOLDER..., load capture FILE..., show [PATH], export, import, "
+                         "dump, send or receive");
       }
     } catch (const std::exception &failure) {
       std::fflush(stdout);

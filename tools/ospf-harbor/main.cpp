@@ -5,6 +5,8 @@
 
 #include "capture_command.hpp"
 #include "commands.hpp"
+#include "exchange_options.hpp"
+#include "import_command.hpp"
 #include "inspect_command.hpp"
 #include "trace_command.hpp"
 #include "trace_file.hpp"
@@ -39,16 +41,19 @@ int run(int argc, char **argv) {
 
   CLI::App *show = app.add_subcommand("show", "Load routers and print the tree, or a part of it");
   std::string show_at;
-  std::vector<std::string> show_folders;
+  std::vector<std::string> show_sources;
   show->add_option("PATH", show_at,
                    "Rows by kind and key, such as area/0.0.0.0/interface/eth0; all without it");
-  show->add_option("--from", show_folders, "Folders as for load frr")->required();
+  show->add_option("--from", show_sources, "Folders as for load frr, tree streams, trees' XML")
+      ->required();
 
   CLI::App *shell =
       app.add_subcommand("shell", "Read commands from standard input, one a line, on one database");
 
   tool::TraceFile trace_file(app);
   const tool::Command commands[] = {tool::add_trace_command(app), tool::add_inspect_command(app)};
+  tool::ExchangeCommand exchange;
+  tool::add_exchange_commands(app, &exchange);
 
   CLI11_PARSE(app, argc, argv);
   trace_file.open();
@@ -57,9 +62,10 @@ int run(int argc, char **argv) {
   }
 
   tool::Session session;
+  if (exchange) return exchange(session);
   if (shell->parsed()) return tool::run_shell(session);
   if (show->parsed()) {
-    tool::load_frr(session, show_folders);
+    tool::load_sources(session, show_sources);
     return tool::show_path(session, show_at);
   }
   int status = 0;
