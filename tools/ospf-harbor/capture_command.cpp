@@ -209,7 +209,7 @@ CaptureOptions parse_capture_words(const std::vector<std::string> &words) {
   return options;
 }
 
-int load_capture(Session &session, const CaptureOptions &options) {
+int load_capture(Session &session, const CaptureOptions &options, std::FILE *report) {
   if (options.files.empty() == options.interface.empty()) {
     refuse(options.files.empty() ? "no source" : "files and an interface",
            "FILE..., or -i INTERFACE [--seconds N]");
@@ -244,17 +244,19 @@ int load_capture(Session &session, const CaptureOptions &options) {
     const std::vector<LoadedInstance> loaded = load_network(session, network);
     progress.clear();
     for (const auto &source : sources) {
-      std::printf("read %s: %s, %s of OSPF with %s\n", source->name.c_str(),
-                  counted(source->decoder.frames(), "packet", "packets").c_str(),
-                  std::to_string(source->decoder.ospf_packets()).c_str(),
-                  counted(source->decoder.lsas(), "LSA", "LSAs").c_str());
+      if (report == nullptr) break;
+      std::fprintf(report, "read %s: %s, %s of OSPF with %s\n", source->name.c_str(),
+                   counted(source->decoder.frames(), "packet", "packets").c_str(),
+                   std::to_string(source->decoder.ospf_packets()).c_str(),
+                   counted(source->decoder.lsas(), "LSA", "LSAs").c_str());
     }
     for (const LoadedInstance &instance : loaded) {
-      std::printf("loaded %s\n", summary(instance).c_str());
+      if (report == nullptr) break;
+      std::fprintf(report, "loaded %s\n", summary(instance).c_str());
     }
   }
   progress.clear();
-  std::fflush(stdout);
+  if (report != nullptr) std::fflush(report);
   for (const auto &source : sources) failed |= complain_of(*source);
   return failed ? 1 : 0;
 }

@@ -3,6 +3,7 @@
 // captures of several links of one network make one picture. Nothing is ever sent.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -19,9 +20,9 @@ struct CaptureOptions {
 // The words behind "load capture", as a line of `shell` has them. Throws InputError.
 CaptureOptions parse_capture_words(const std::vector<std::string> &words);
 
-// Prints what was loaded to standard output and what was wrong to standard error, by kind with the
-// number of the first packet. 0 when all was sound; 1 when something was not and the rest is
-// loaded. With no OSPF packet at all the tree stays as it was.
-int load_capture(Session &session, const CaptureOptions &options);
+// Says what was loaded on `report`, unless that is null, and what was wrong to standard error, by
+// kind with the number of the first packet. 0 when all was sound; 1 when something was not and the
+// rest is loaded. With no OSPF packet at all the tree stays as it was.
+int load_capture(Session &session, const CaptureOptions &options, std::FILE *report = stdout);
 
 }  // namespace tool

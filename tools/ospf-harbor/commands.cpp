@@ -7,7 +7,9 @@
 #include "capture_command.hpp"
 #include "exchange_options.hpp"
 #include "frr_reader.hpp"
+#include "graph_command.hpp"
 #include "instance_rows.hpp"
+#include "lsdb_command.hpp"
 #include "row_keys.hpp"
 #include "show.hpp"
 #include "text_forms.hpp"
@@ -32,7 +34,7 @@ std::string summary(const Instance &instance) {
 
 }  // namespace
 
-void load_frr(Session &session, const std::vector<std::string> &folders) {
+void load_frr(Session &session, const std::vector<std::string> &folders, std::FILE *report) {
   PassedOver passed_over;
   std::vector<Instance> instances;
   for (const std::string &folder : folders) {
@@ -45,17 +47,18 @@ void load_frr(Session &session, const std::vector<std::string> &folders) {
     rows.push_back(std::make_unique<NewInstance>(session, instance));
   }
   add_instances(session, rows);
+  if (report == nullptr) return;
   for (const Instance &instance : instances) {
-    std::printf("loaded %s\n", summary(instance).c_str());
+    std::fprintf(report, "loaded %s\n", summary(instance).c_str());
   }
   if (passed_over.values == 0) return;
-  std::printf("passed over %s of %s that the model has no place for\n",
-              counted(passed_over.values, "value", "values").c_str(),
-              counted(passed_over.keys.size(), "key", "keys").c_str());
+  std::fprintf(report, "passed over %s of %s that the model has no place for\n",
+               counted(passed_over.values, "value", "values").c_str(),
+               counted(passed_over.keys.size(), "key", "keys").c_str());
 }
 
-int show_path(Session &session, const std::string &path) {
-  if (show(session, path, stdout) != 0) return 0;
+int show_path(Session &session, const std::string &path, bool json) {
+  if ((json ? show_json : show)(session, path, stdout) != 0) return 0;
   if (root_table(session, false) == nullptr) {
     std::fprintf(stderr, "ospf-harbor: show: nothing is loaded\n");
   } else {
@@ -72,6 +75,11 @@ int run_shell(Session &session) {
     std::vector<std::string> words;
     for (std::string word; in >> word;) words.push_back(word);
     if (words.empty() || words[0][0] == '#') continue;
+    const auto unknown = [&] {
+      return InputError("standard input", "line " + std::to_string(number), "\"" + line + "\"",
+                        "load frr FOLDER..., load capture FILE..., show [PATH] [--json], lsdb "
+                        "[OPTION...], or graph OPTION...");
+    };
     try {
       int line_status = 0;
       if (run_exchange_line(session, words, &line_status)) {
@@ -82,12 +90,18 @@ int run_shell(Session &session) {
         const int result =
             load_capture(session, parse_capture_words({words.begin() + 2, words.end()}));
         if (result != 0) status = result;
-      } else if (words[0] == "show" && words.size() <= 2) {
-        if (show_path(session, words.size() == 2 ? words[1] : "") != 0) status = 1;
+      } else if (words[0] == "show" && words.size() <= 3) {
+        const bool json = words.back() == "--json";
+        if (words.size() == 3 && !json) throw unknown();
+        const std::string path = words.size() == (json ? 3u : 2u) ? words[1] : "";
+        if (show_path(session, path, json) != 0) status = 1;
+      } else if (words[0] == "lsdb" || words[0] == "graph") {
+        const std::vector<std::string> options(words.begin() + 1, words.end());
+        const int result = words[0] == "lsdb" ? run_lsdb(session, parse_lsdb_words(options))
+                                              : run_graph(session, parse_graph_words(options));
+        if (result != 0) status = result;
       } else {
-        throw InputError("standard input", "line " + std::to_string(number), "\"" + line + "\"",
-                         "load frr FOLDER..., load capture FILE..., show [PATH], export, import, "
-                         "dump, send or receive");
+        throw unknown();
       }
     } catch (const std::exception &failure) {
       std::fflush(stdout);

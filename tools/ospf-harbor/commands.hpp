@@ -2,6 +2,7 @@
 // to `shell`, which keeps the session.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -10,11 +11,12 @@
 namespace tool {
 
 // Loads all folders, or none: InputError is thrown for the first that is not sound, with the tables
-// as they were.
-void load_frr(Session &session, const std::vector<std::string> &folders);
+// as they were. Says what was loaded on `report`, unless that is null.
+void load_frr(Session &session, const std::vector<std::string> &folders,
+              std::FILE *report = stdout);
 
-// Prints the tree or a part of it; 1 when there is nothing at the path.
-int show_path(Session &session, const std::string &path);
+// Prints the tree or a part of it, as text or as JSON; 1 when there is nothing at the path.
+int show_path(Session &session, const std::string &path, bool json = false);
 
 // Reads commands from standard input until its end. The status of the last one that failed, or 0.
 int run_shell(Session &session);

@@ -54,15 +54,15 @@ void add_export(CLI::App &app, ExchangeCommand *chosen) {
   add_sources(command, given->sources);
   command->callback([given, chosen] {
     *chosen = [given](Session &session) {
-      load_sources(session, given->sources);
+      int status = load_sources(session, given->sources);
       const std::pair<TreeForm, const std::string &> files[] = {{TreeForm::image, given->image},
                                                                 {TreeForm::xml, given->xml},
                                                                 {TreeForm::text, given->text}};
       for (const auto &[form, file] : files) {
         if (file.empty()) continue;
-        if (const int status = export_tree(session, form, file); status != 0) return status;
+        status = std::max(status, export_tree(session, form, file));
       }
-      return 0;
+      return status;
     };
   });
 }
@@ -120,8 +120,8 @@ void add_send(CLI::App &app, ExchangeCommand *chosen) {
   add_sources(command, given->sources);
   command->callback([given, chosen] {
     *chosen = [given](Session &session) {
-      load_sources(session, given->sources);
-      return send_to(session, given->place, given->seconds);
+      const int status = load_sources(session, given->sources);
+      return std::max(status, send_to(session, given->place, given->seconds));
     };
   });
 }

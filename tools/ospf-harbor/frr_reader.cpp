@@ -6,33 +6,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <optional>
 
 #include "row_keys.hpp"
 
 namespace tool {
 
 namespace {
-
-// A dotted quad, nothing else.
-std::optional<std::uint32_t> parse_dotted(const std::string &text) {
-  std::uint32_t number = 0;
-  std::size_t at = 0;
-  for (int octet = 0; octet < 4; ++octet) {
-    if (octet != 0) {
-      if (at >= text.size() || text[at] != '.') return std::nullopt;
-      ++at;
-    }
-    const std::size_t start = at;
-    std::uint32_t value = 0;
-    while (at < text.size() && text[at] >= '0' && text[at] <= '9' && at - start < 3) {
-      value = value * 10 + static_cast<std::uint32_t>(text[at++] - '0');
-    }
-    if (at == start || value > 255) return std::nullopt;
-    number = number << 8 | value;
-  }
-  return at == text.size() ? std::optional(number) : std::nullopt;
-}
 
 struct Name {
   const char *text;

@@ -1,13 +1,16 @@
 // ospf-harbor: looks at real OSPF networks through the library's tables.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
 #include "capture_command.hpp"
 #include "commands.hpp"
 #include "exchange_options.hpp"
-#include "import_command.hpp"
+#include "graph_command.hpp"
 #include "inspect_command.hpp"
+#include "lsdb_command.hpp"
+#include "sources.hpp"
 #include "trace_command.hpp"
 #include "trace_file.hpp"
 
@@ -44,8 +47,19 @@ int run(int argc, char **argv) {
   std::vector<std::string> show_sources;
   show->add_option("PATH", show_at,
                    "Rows by kind and key, such as area/0.0.0.0/interface/eth0; all without it");
-  show->add_option("--from", show_sources, "Folders as for load frr, tree streams, trees' XML")
-      ->required();
+  show->add_option("--from", show_sources, tool::source_help)->required();
+  bool show_json = false;
+  show->add_flag("--json", show_json, "One JSON object a line");
+
+  CLI::App *lsdb = app.add_subcommand("lsdb", "List the link-state databases");
+  tool::LsdbOptions lsdb_options;
+  tool::add_lsdb_options(*lsdb, lsdb_options);
+  lsdb->add_option("--from", lsdb_options.sources, tool::source_help)->required();
+
+  CLI::App *graph = app.add_subcommand("graph", "Draw the topology of router and network LSAs");
+  tool::GraphOptions graph_options;
+  tool::add_graph_options(*graph, graph_options);
+  graph->add_option("--from", graph_options.sources, tool::source_help)->required();
 
   CLI::App *shell =
       app.add_subcommand("shell", "Read commands from standard input, one a line, on one database");
@@ -65,8 +79,16 @@ int run(int argc, char **argv) {
   if (exchange) return exchange(session);
   if (shell->parsed()) return tool::run_shell(session);
   if (show->parsed()) {
-    tool::load_sources(session, show_sources);
-    return tool::show_path(session, show_at);
+    const int status = tool::load_sources(session, show_sources);
+    return std::max(status, tool::show_path(session, show_at, show_json));
+  }
+  if (lsdb->parsed()) {
+    const int status = tool::load_sources(session, lsdb_options.sources);
+    return std::max(status, tool::run_lsdb(session, lsdb_options));
+  }
+  if (graph->parsed()) {
+    const int status = tool::load_sources(session, graph_options.sources);
+    return std::max(status, tool::run_graph(session, graph_options));
   }
   int status = 0;
   if (capture->parsed()) {

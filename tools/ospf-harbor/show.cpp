@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "input_error.hpp"
+#include "json_lines.hpp"
 #include "row_keys.hpp"
 #include "tree.hpp"
 
@@ -68,47 +69,60 @@ std::vector<Step> parse(const std::string &path) {
 // An area may be named by its number as well.
 bool matches(const RowView &row, const std::string &key) {
   if (row.key == key) return true;
-  if (row.kind != std::string_view(ospf_area_ops::kind) || key.empty() || key.size() > 10) {
+  if (row.kind != ospf_area_ops::kind || key.empty() || key.size() > 10) {
     return false;
   }
   if (key.find_first_not_of("0123456789") != std::string::npos) return false;
   return row.key == dotted(static_cast<std::uint32_t>(std::stoull(key)));
 }
 
-// Prints the rows at which all steps of the path are met, and those below them.
-class Printer : public TreeVisitor {
+// Shows the rows at which all steps of the path are met, and those below them.
+class Chooser : public TreeVisitor {
  public:
-  Printer(const std::vector<Step> &steps, std::FILE *out) : steps_(steps), out_(out) {}
-  std::size_t printed() const { return printed_; }
+  explicit Chooser(const std::vector<Step> &steps) : steps_(steps) {}
+  std::size_t shown() const { return shown_; }
 
   bool enter(const RowView &row) override {
     Level level = levels_.empty() ? Level{} : levels_.back();
-    if (level.step < steps_.size() &&
-        row.kind == std::string_view(kinds[steps_[level.step].kind])) {
+    if (level.step < steps_.size() && row.kind == kinds[steps_[level.step].kind]) {
       if (steps_[level.step].key && !matches(row, *steps_[level.step].key)) return false;
       ++level.step;
     }
-    if (row.kind != std::string_view(ospf_rev1_ops::kind)) {
-      level.path += (level.path.empty() ? "" : "/") + std::string(row.kind) + "/" + row.key;
+    if (level.step == steps_.size()) {
+      ++shown_;
+      if (!show(row, level.depth++)) return false;
     }
-    if (level.step == steps_.size()) print(row, level);
-    levels_.push_back(std::move(level));
+    levels_.push_back(level);
     return true;
   }
 
   void leave() override { levels_.pop_back(); }
 
+ protected:
+  // depth: how many of the rows above were shown; false passes over what is below.
+  virtual bool show(const RowView &row, std::size_t depth) = 0;
+
  private:
   struct Level {
-    std::string path;
-    std::size_t step = 0;   // of the path, how many are met
-    std::size_t depth = 0;  // of the margin of rows below
+    std::size_t step = 0;  // of the path, how many are met
+    std::size_t depth = 0;
   };
 
-  void print(const RowView &row, Level &level) {
-    const std::string margin(2 * level.depth, ' ');
-    std::fprintf(out_, "%s%s\n", margin.c_str(),
-                 level.path.empty() ? row.kind : level.path.c_str());
+  const std::vector<Step> &steps_;
+  std::vector<Level> levels_;
+  std::size_t shown_ = 0;
+};
+
+class TextPrinter : public Chooser {
+ public:
+  TextPrinter(Session &, const std::vector<Step> &steps, std::FILE *out)
+      : Chooser(steps), out_(out) {}
+
+ private:
+  bool show(const RowView &row, std::size_t depth) override {
+    const std::string margin(2 * depth, ' ');
+    const std::string name = row.path.empty() ? std::string(row.kind) : row.path;
+    std::fprintf(out_, "%s%s\n", margin.c_str(), name.c_str());
     const std::string text = row.text();
     std::size_t at = 0;
     while (at < text.size()) {
@@ -117,23 +131,43 @@ class Printer : public TreeVisitor {
       std::fprintf(out_, "%s  %s\n", margin.c_str(), text.substr(at, end - at).c_str());
       at = end + 1;
     }
-    ++level.depth;
-    ++printed_;
+    return true;
   }
 
-  const std::vector<Step> &steps_;
   std::FILE *out_;
-  std::vector<Level> levels_;
-  std::size_t printed_ = 0;
 };
+
+class JsonPrinter : public Chooser {
+ public:
+  JsonPrinter(Session &session, const std::vector<Step> &steps, std::FILE *out)
+      : Chooser(steps), session_(session), out_(out) {}
+
+ private:
+  bool show(const RowView &row, std::size_t) override {
+    std::fprintf(out_, "%s\n", json_line(session_, row).c_str());
+    return row.kind != link_scope_lsa_ops::kind && row.kind != area_scope_lsa_ops::kind;
+  }
+
+  Session &session_;
+  std::FILE *out_;
+};
+
+template <typename Printer>
+std::size_t show_with(Session &session, const std::string &path, std::FILE *out) {
+  const std::vector<Step> steps = parse(path);
+  Printer printer(session, steps, out);
+  walk_tree(session, printer);
+  return printer.shown();
+}
 
 }  // namespace
 
 std::size_t show(Session &session, const std::string &path, std::FILE *out) {
-  const std::vector<Step> steps = parse(path);
-  Printer printer(steps, out);
-  walk_tree(session, printer);
-  return printer.printed();
+  return show_with<TextPrinter>(session, path, out);
+}
+
+std::size_t show_json(Session &session, const std::string &path, std::FILE *out) {
+  return show_with<JsonPrinter>(session, path, out);
 }
 
 }  // namespace tool

@@ -13,4 +13,8 @@ namespace tool {
 // can have. Gives how many rows were printed.
 std::size_t show(Session &session, const std::string &path, std::FILE *out);
 
+// The same rows as JSON, one object a line. The rows below an LSA are part of its object, unless
+// the path asks for them.
+std::size_t show_json(Session &session, const std::string &path, std::FILE *out);
+
 }  // namespace tool

@@ -5,33 +5,26 @@
 
 #include <kelp/primitives.h>
 
+#include <optional>
 #include <string>
 
+#include "field_reader.hpp"
 #include "session.hpp"
 #include "table_ops.hpp"
 
 namespace tool {
 
 std::string dotted(std::uint32_t number);
+// The number of a dotted quad, nothing for any other text.
+std::optional<std::uint32_t> parse_dotted(const std::string &text);
 
 enum class KeyForm { dotted, decimal, family };
 std::string key_word(std::uint32_t number, KeyForm form);
 std::string key_word(const kelp_vstring *text);
 std::string key_word(const ip_address *address);
 
-// The key's fields by table. `value` reads a field of a number, `at` the place of another.
-struct KeyFields {
-  Session &session;
-
-  template <typename Object, typename Get>
-  std::uint32_t value(Object *object, Get get) const {
-    return get(session.handle(), space, object, session.err());
-  }
-  template <typename Object, typename Get>
-  auto at(Object *object, Get get) const {
-    return get(session.handle(), space, object, session.err());
-  }
-
+// The key's fields by table.
+struct KeyFields : FieldReader {
   std::string of(ospf_rev1_ops, const ospf_rev1 *object) const {
     return key_word(value(object, ospf_rev1_singleton_id_get_value), KeyForm::decimal);
   }
@@ -49,13 +42,13 @@ struct KeyFields {
     return key_word(value(object, ospf_area_area_id_get_value), KeyForm::dotted);
   }
   std::string of(ospf_interface_ops, ospf_interface *object) const {
-    return key_word(at(object, ospf_interface_name_get));
+    return key_word(value(object, ospf_interface_name_get));
   }
   std::string of(ospf_neighbor_ops, ospf_neighbor *object) const {
-    return key_word(at(object, ospf_neighbor_neighbor_id_get));
+    return key_word(value(object, ospf_neighbor_neighbor_id_get));
   }
   std::string of(ospf_static_neighbor_ops, ospf_static_neighbor *object) const {
-    return key_word(at(object, ospf_static_neighbor_address_get));
+    return key_word(value(object, ospf_static_neighbor_address_get));
   }
   std::string of(area_scope_lsas_ops, const area_scope_lsas *object) const {
     return key_word(value(object, area_scope_lsas_lsa_id_get_value), KeyForm::decimal);
@@ -65,11 +58,11 @@ struct KeyFields {
   }
   std::string of(area_scope_lsa_ops, area_scope_lsa_key *key) const {
     return key_word(value(key, area_scope_lsa_key_lsa_id_get_value), KeyForm::dotted) + "," +
-           key_word(at(key, area_scope_lsa_key_adv_router_get));
+           key_word(value(key, area_scope_lsa_key_adv_router_get));
   }
   std::string of(link_scope_lsa_ops, link_scope_lsa_key *key) const {
     return key_word(value(key, link_scope_lsa_key_lsa_id_get_value), KeyForm::dotted) + "," +
-           key_word(at(key, link_scope_lsa_key_adv_router_get));
+           key_word(value(key, link_scope_lsa_key_adv_router_get));
   }
   std::string of(ospfv2_link_ops, const ospfv2_link_key *key) const {
     return key_word(value(key, ospfv2_link_key_link_id_get_value), KeyForm::dotted) + "," +
@@ -94,19 +87,19 @@ struct KeyFields {
            key_word(value(key, ospfv3_link_key_neighbor_router_id_get_value), KeyForm::dotted);
   }
   std::string of(ospfv3_prefix_list_ops, ospfv3_prefix_list *object) const {
-    return key_word(at(object, ospfv3_prefix_list_prefix_get));
+    return key_word(value(object, ospfv3_prefix_list_prefix_get));
   }
   std::string of(ospfv3_ia_prefix_list_ops, ospfv3_prefix_list *object) const {
-    return key_word(at(object, ospfv3_prefix_list_prefix_get));
+    return key_word(value(object, ospfv3_prefix_list_prefix_get));
   }
   std::string of(multi_topology_ops, multi_topology *object) const {
-    return key_word(at(object, multi_topology_name_get));
+    return key_word(value(object, multi_topology_name_get));
   }
 };
 
 template <typename Ops>
 std::string row_key(Session &session, typename Ops::Record *record) {
-  const KeyFields fields{session};
+  const KeyFields fields{{session}};
   if constexpr (has_key_object<Ops>) {
     auto *key = Ops::get_key(session.handle(), space, record);
     return key == nullptr ? "" : fields.of(Ops{}, key);

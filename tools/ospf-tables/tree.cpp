@@ -25,15 +25,19 @@ std::string text_of(Session &session, typename Ops::Record *record) {
 }
 
 template <typename Ops>
-void walk(Session &session, typename Ops::Table *table, TreeVisitor &visitor) {
+void walk(Session &session, typename Ops::Table *table, const std::string &above,
+          TreeVisitor &visitor) {
   for_each_record<Ops>(session, table, [&](typename Ops::Record *record) {
-    const bool further = visitor.enter(
-        {Ops::kind, row_key<Ops>(session, record), [&] { return text_of<Ops>(session, record); }});
-    if (!further) return;
+    RowView row{Ops::kind, row_key<Ops>(session, record), "", record,
+                [&] { return text_of<Ops>(session, record); }};
+    if (!std::is_same_v<Ops, ospf_rev1_ops>) {
+      row.path = above + (above.empty() ? "" : "/") + Ops::kind + "/" + row.key;
+    }
+    if (!visitor.enter(row)) return;
     if (auto *object = Ops::get(session.handle(), space, record); object != nullptr) {
       for_each_reference<Ops>([&]<typename Reference>(const Reference &reference) {
         auto *below = table_below(session, reference, object);
-        if (below != nullptr) walk<typename Reference::Child>(session, below, visitor);
+        if (below != nullptr) walk<typename Reference::Child>(session, below, row.path, visitor);
       });
     }
     visitor.leave();
@@ -117,7 +121,7 @@ void clear_tree(Session &session) {
 
 void walk_tree(Session &session, TreeVisitor &visitor) {
   if (auto *roots = root_table(session, false); roots != nullptr) {
-    walk<ospf_rev1_ops>(session, roots, visitor);
+    walk<ospf_rev1_ops>(session, roots, "", visitor);
   }
   session.check("reading the tree");
 }

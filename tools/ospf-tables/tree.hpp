@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "session.hpp"
 #include "table_ops.hpp"
@@ -31,10 +32,18 @@ void clear_tree(Session &session);
 
 // One row on the way through the tree. The text is made when it is asked for.
 struct RowView {
-  const char *kind;  // what a path calls rows of this table, such as "area"
-  std::string key;   // as a path names it, such as "0.0.0.1"
+  std::string_view kind;  // what a path calls rows of this table, such as "area"
+  std::string key;        // as a path names it, such as "0.0.0.1"
+  std::string path;       // kinds and keys from the instance down; empty for the root row
+  void *record;           // of the type that the table of this kind has, see record_of
   std::function<std::string()> text;
 };
+
+// The row's record if the row is of this table, else null.
+template <typename Ops>
+typename Ops::Record *record_of(const RowView &row) {
+  return row.kind == Ops::kind ? static_cast<typename Ops::Record *>(row.record) : nullptr;
+}
 
 class TreeVisitor {
  public:

@@ -1,0 +1,21 @@
+// Rows of the tables as JSON objects for `--json`: one object a line, always the same keys in the
+// same order for a kind of row, named as the model names its fields. Numbers that stand for
+// addresses or identifiers are dotted quads, octets are hexadecimal text, what is not there is
+// null.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "lsdb_view.hpp"
+#include "tree.hpp"
+
+namespace tool {
+
+// An LSA of a database with its place in it.
+std::string json_line(const LsdbEntry &entry);
+
+// Any row of the tree: its kind, its path and its fields. An LSA holds the rows below it.
+std::string json_line(Session &session, const RowView &row);
+
+}  // namespace tool

@@ -1,0 +1,37 @@
+// `lsdb`: lists the link-state databases of the tables.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lsdb_filter.hpp"
+#include "session.hpp"
+
+namespace CLI {
+class App;
+}
+
+namespace tool {
+
+struct LsdbOptions {
+  std::vector<std::string> sources;
+  LsdbFilter filter;
+  bool detail = false;
+  bool json = false;
+};
+
+// The options of the filter, for any command that has one.
+void add_filter_options(CLI::App &command, LsdbFilter &filter);
+// The words of a line, read as the command's options. Throws InputError.
+void parse_words(CLI::App &command, const char *name, std::vector<std::string> words);
+
+// Everything but where the database comes from.
+void add_lsdb_options(CLI::App &command, LsdbOptions &options);
+
+// The words behind "lsdb", as a line of `shell` has them. Throws InputError.
+LsdbOptions parse_lsdb_words(const std::vector<std::string> &words);
+
+// Prints the listing to standard output; 1, with a word on standard error, when it would be empty.
+int run_lsdb(Session &session, const LsdbOptions &options);
+
+}  // namespace tool
