@@ -1,6 +1,7 @@
 #include "dot_text.hpp"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 
 #include "row_keys.hpp"
@@ -10,29 +11,42 @@ namespace tool {
 
 namespace {
 
-// How a graph of its size is drawn. Above some fifty routers names and costs get smaller, and the
-// engine is the one that is made for many nodes.
+// How a graph of its size is drawn. With more routers names and costs get smaller, and the engine
+// is the one that is made for many nodes. Lines go around nodes that they have nothing to do with,
+// until that takes too long to find out (seconds at 200 routers, with their number cubed): then
+// they pass behind.
 struct Style {
+  std::size_t routers;  // up to which it is for
   const char *engine;
+  const char *layout;  // attributes of the graph for that engine
+  const char *cost_distance;
   int router_font;
   int network_font;
   int cost_font;
+  int legend_font;
   double line_width;
-  const char *layout;  // attributes of the graph for that engine
 };
 
-constexpr Style few_routers = {
-    "neato",
-    12,
-    10,
-    9,
-    1.6,
-    "mode=\"major\", model=\"mds\", overlap=\"prism\", splines=\"true\", sep=\"+24\", esep=\"+8\""};
-constexpr Style many_routers = {
-    "sfdp", 9,
-    7,      7,
-    1.1,    "overlap=\"prism\", overlap_scaling=\"-4\", splines=\"line\", sep=\"+8\", K=\"0.9\""};
-constexpr std::size_t few = 50;
+// clang-format off
+constexpr Style styles[] = {
+    {50, "neato", "overlap=\"prism\", splines=\"true\", sep=\"+44,24\", esep=\"+8\"",
+     "2.2", 12, 10, 9, 11, 1.6},
+    {250, "sfdp", "overlap=\"prism\", overlap_scaling=\"-4\", splines=\"true\", sep=\"+32,24\", esep=\"+4\", K=\"1.3\"",
+     "1.7", 9, 7, 7, 20, 1.1},
+    {SIZE_MAX, "sfdp", "overlap=\"prism\", overlap_scaling=\"-4\", splines=\"line\", sep=\"+32,24\", K=\"1.3\"",
+     "1.7", 9, 7, 7, 40, 1.1},
+};
+// clang-format on
+
+const Style &style_for(std::size_t routers) {
+  const Style *style = styles;
+  while (routers > style->routers) ++style;
+  return *style;
+}
+
+// Inches between the middles of the two ends, so that the costs of both have room.
+constexpr char length_between_routers[] = "2.7";
+constexpr char length_to_others[] = "1.9";
 
 struct Colours {
   std::string fill;
@@ -45,7 +59,8 @@ Colours colours_of(std::size_t area) {
   static constexpr const char *pairs[][2] = {
       {"#dbe7f5", "#33689c"}, {"#fde3c8", "#c8690f"}, {"#d9efd7", "#3a8a3d"},
       {"#f6d5e3", "#b03a72"}, {"#e6dcf3", "#6f4ba3"}, {"#d2eeee", "#1a8083"},
-      {"#f3ecc0", "#8f7a0a"}, {"#e9dcd3", "#7d543a"},
+      {"#f3ecc0", "#8f7a0a"}, {"#e9dcd3", "#7d543a"}, {"#f8cfc9", "#bf3b2b"},
+      {"#e3e3e3", "#5c5c5c"}, {"#e4f2b8", "#6a8f0f"}, {"#c9d3fb", "#3d4fc4"},
   };
   if (area < std::size(pairs)) return {pairs[area][0], pairs[area][1]};
   const double hue = static_cast<double>(area) * 0.618034;
@@ -92,9 +107,7 @@ std::string escaped(const std::string &text) {
 class DotWriter {
  public:
   DotWriter(const Topology &topology, const DotOptions &options)
-      : topology_(topology),
-        options_(options),
-        style_(topology.routers.size() > few ? many_routers : few_routers) {
+      : topology_(topology), options_(options), style_(style_for(topology.routers.size())) {
     for (const std::uint32_t area : topology_.areas) {
       colours_[area] = colours_of(colours_.size());
     }
@@ -123,11 +136,12 @@ class DotWriter {
 
   void add_graph() {
     text_ += "  graph [layout=" + quoted(style_.engine) + ", " + style_.layout +
-             ", outputorder=\"edgesfirst\", fontname=\"Helvetica\", fontsize=\"11\", "
-             "labelloc=\"b\", labeljust=\"c\", pad=\"0.3\", bgcolor=\"white\",\n    label=" +
-             legend() + "];\n";
+             ", outputorder=\"edgesfirst\", fontname=\"Helvetica\", fontsize=" +
+             points(style_.legend_font) +
+             ", labelloc=\"b\", pad=\"0.3\", bgcolor=\"white\",\n    label=" + legend() + "];\n";
     text_ += "  node [fontname=\"Helvetica\", penwidth=\"1.4\"];\n";
-    text_ += "  edge [fontname=\"Helvetica\", labelangle=\"0\", labeldistance=\"2.2\"];\n";
+    text_ += "  edge [fontname=\"Helvetica\", labelangle=\"0\", labeldistance=" +
+             quoted(style_.cost_distance) + "];\n";
   }
 
   std::string legend() const {
@@ -149,7 +163,9 @@ class DotWriter {
            "<TR><TD><TABLE BORDER=\"0\" CELLSPACING=\"4\" CELLPADDING=\"4\">" +
            areas +
            "</TR></TABLE></TD></TR>"
-           "<TR><TD><FONT POINT-SIZE=\"9\">box: router, with the colours of its areas; "
+           "<TR><TD><FONT POINT-SIZE=" +
+           points(style_.legend_font - 2) +
+           ">box: router, with the colours of its areas; "
            "double border: AS boundary router; ellipse: network<BR/>"
            "number: cost, at the router that says it; dashed: only one end speaks of it" +
            (has_virtual_links() ? std::string("; dotted: virtual link") : std::string()) +
@@ -175,7 +191,7 @@ class DotWriter {
     if (!router.has_lsa) style += ",dashed";
     text_ += "  " + router_name(id) + " [shape=\"box\", style=" + quoted(style) +
              ", fillcolor=" + quoted(fill) + ", color=" + quoted(line) +
-             ", fontsize=" + quoted(std::to_string(style_.router_font)) +
+             ", fontsize=" + points(style_.router_font) +
              ", margin=\"0.09,0.05\", height=\"0.2\", width=\"0.4\"" +
              (router.as_boundary ? ", peripheries=\"2\"" : "") + ", label=<<B>" + dotted(id) +
              "</B>" +
@@ -197,14 +213,14 @@ class DotWriter {
     text_ += "  " + network_name(id) +
              " [shape=\"ellipse\", style=" + quoted(network.has_lsa ? "filled" : "filled,dashed") +
              ", fillcolor=\"white\", color=" + quoted(area.line) +
-             ", fontsize=" + quoted(std::to_string(style_.network_font)) +
+             ", fontsize=" + points(style_.network_font) +
              ", margin=\"0.03,0.02\", height=\"0.2\", width=\"0.3\", label=<" + label + ">];\n";
   }
 
   void add_edge(const TopologyAttachment &attachment) {
     add_edge(router_name(attachment.router), network_name(attachment.network),
              std::get<0>(attachment.network), attachment.both_ways() ? "solid" : "dashed",
-             attachment.cost, std::nullopt, "");
+             attachment.cost, std::nullopt, "", length_to_others);
   }
 
   void add_edge(const TopologyLink &link) {
@@ -213,22 +229,25 @@ class DotWriter {
              !link.both_ways() ? "dashed"
              : is_virtual      ? "dotted"
                                : "solid",
-             link.costs[0], link.costs[1], options_.stubs ? link.prefix : "");
+             link.costs[0], link.costs[1], options_.stubs ? link.prefix : "",
+             length_between_routers);
   }
 
   void add_edge(const std::string &from, const std::string &to, std::uint32_t area,
                 const char *style, std::optional<std::uint32_t> from_cost,
-                std::optional<std::uint32_t> to_cost, const std::string &label) {
+                std::optional<std::uint32_t> to_cost, const std::string &label,
+                const char *length) {
     char width[16];
     std::snprintf(width, sizeof width, "%.1f",
                   style_.line_width * (style == std::string("dotted") ? 2 : 1));
     const std::string &colour = colours(area).line;
     text_ += "  " + from + " -- " + to + " [color=" + quoted(colour) +
-             ", penwidth=" + quoted(width) + ", style=" + quoted(style);
+             ", penwidth=" + quoted(width) + ", style=" + quoted(style) + ", len=" + quoted(length);
     if (from_cost) text_ += ", taillabel=" + cost_label(*from_cost, colour);
     if (to_cost) text_ += ", headlabel=" + cost_label(*to_cost, colour);
     if (!label.empty()) {
-      text_ += ", fontsize=" + small() + ", label=<" + escaped(label) + ">";
+      text_ += ", fontsize=" + small() + ", fontcolor=" + quoted(colour) + ", label=<" +
+               escaped(label) + ">";
     }
     text_ += "];\n";
   }
@@ -236,9 +255,9 @@ class DotWriter {
   // On the line, with a white ground that keeps it legible there.
   std::string cost_label(std::uint32_t cost, const std::string &colour) const {
     return "<<TABLE BORDER=\"0\" CELLBORDER=\"0\" CELLSPACING=\"0\" CELLPADDING=\"1\" "
-           "BGCOLOR=\"white\"><TR><TD><FONT POINT-SIZE=\"" +
-           std::to_string(style_.cost_font) + "\" COLOR=\"" + colour + "\">" +
-           std::to_string(cost) + "</FONT></TD></TR></TABLE>>";
+           "BGCOLOR=\"white\"><TR><TD><FONT POINT-SIZE=" +
+           points(style_.cost_font) + " COLOR=\"" + colour + "\">" + std::to_string(cost) +
+           "</FONT></TD></TR></TABLE>>";
   }
 
   void add_stubs() {
@@ -252,11 +271,13 @@ class DotWriter {
                  escaped(stub.prefix) + ">];\n";
       }
       is_drawn = true;
-      add_edge(router_name(stub.router), name, stub.area, "solid", stub.cost, std::nullopt, "");
+      add_edge(router_name(stub.router), name, stub.area, "solid", stub.cost, std::nullopt, "",
+               length_to_others);
     }
   }
 
-  std::string small() const { return quoted(std::to_string(style_.router_font - 3)); }
+  static std::string points(int size) { return quoted(std::to_string(size)); }
+  std::string small() const { return points(style_.router_font - 3); }
 
   const Topology &topology_;
   const DotOptions &options_;

@@ -1,5 +1,7 @@
 #include "graph_command.hpp"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
@@ -37,6 +39,15 @@ void write_file(const std::string &file, const std::string &content) {
     errno = reason;
     fail(file, "cannot be replaced");
   }
+}
+
+// A large picture takes seconds, which a terminal is told.
+std::string drawn(const std::string &dot, std::size_t routers) {
+  const bool tell = routers > 100 && isatty(STDERR_FILENO) == 1;
+  if (tell) std::fprintf(stderr, "laying out %zu routers ...", routers);
+  const std::string picture = draw(dot, "svg");
+  if (tell) std::fprintf(stderr, "\r\033[K");
+  return picture;
 }
 
 bool has_routers(const std::vector<LsdbEntry> &entries, std::uint32_t version) {
@@ -83,8 +94,9 @@ int run_graph(Session &session, const GraphOptions &options) {
                  where.c_str());
     return 1;
   }
-  const std::string dot = dot_text(build_topology(entries, version), {options.stubs});
-  const std::string content = options.svg ? draw(dot, "svg") : dot;
+  const Topology topology = build_topology(entries, version);
+  const std::string dot = dot_text(topology, {options.stubs});
+  const std::string content = options.svg ? drawn(dot, topology.routers.size()) : dot;
   if (!options.file.empty()) {
     write_file(options.file, content);
   } else if (std::fwrite(content.data(), 1, content.size(), stdout) != content.size()) {
