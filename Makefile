@@ -1,6 +1,8 @@
 # One verb for each thing to do; CMake presets do the work.
 JOBS ?= $(shell nproc)
 SAMPLE := examples/data/campus/r1
+CAPTURE := examples/data/campus/all.pcap
+PICTURE := build/release/campus.svg
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
@@ -8,7 +10,7 @@ lists := tools/setup
 	install packages clean
 
 help:
-	@echo "make run      install what is missing, build, load the sample and show it"
+	@echo "make run      install what is missing, build, show a router, a captured database and its picture"
 	@echo "make test     build and run all tests, and again under ASan and UBSan"
 	@echo "make asan, tsan, clang   one kind of test build alone"
 	@echo "make bench    benchmarks, with ratios within one run"
@@ -30,6 +32,10 @@ run: packages
 	@$(MAKE) --no-print-directory release
 	@build/release/tools/ospf-harbor/ospf-harbor load frr $(SAMPLE) --show
 	@tools/ospf-harbor/two_processes.sh build/release/tools/ospf-harbor/ospf-harbor $(SAMPLE)
+	@echo
+	@printf '%s\n' 'load capture $(CAPTURE)' lsdb 'graph --v2 --svg -o $(PICTURE)' | \
+		build/release/tools/ospf-harbor/ospf-harbor shell
+	@echo "the topology is drawn in $(PICTURE)"
 
 test: packages
 	@cmake --preset dev >/dev/null

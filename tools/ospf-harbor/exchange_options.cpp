@@ -1,6 +1,7 @@
 #include "exchange_options.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 
 #include "commands.hpp"
@@ -9,6 +10,7 @@
 #include "import_command.hpp"
 #include "input_error.hpp"
 #include "send_command.hpp"
+#include "sources.hpp"
 #include "stream_format.hpp"
 
 namespace tool {
@@ -24,8 +26,7 @@ std::shared_ptr<Values> values() {
 }
 
 void add_sources(CLI::App *command, Texts &sources) {
-  command->add_option("--from", sources,
-                      "What to load first: folders as for load frr, tree streams, trees' XML");
+  command->add_option("--from", sources, source_help);
 }
 
 struct ShowAfter {

@@ -4,7 +4,6 @@
 // null.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "lsdb_view.hpp"

@@ -66,8 +66,8 @@ class LsdbReader : public TreeVisitor {
 
 auto order(const LsdbEntry &entry) {
   return std::tuple(!entry.area.has_value(), entry.area.value_or(0), entry.interface.has_value(),
-                    std::string_view(entry.interface ? *entry.interface : std::string_view()), entry.lsa.type, entry.lsa.link_state_id,
-                    entry.lsa.adv_router);
+                    std::string_view(entry.interface ? *entry.interface : std::string_view()),
+                    entry.lsa.type, entry.lsa.link_state_id, entry.lsa.adv_router);
 }
 
 }  // namespace

@@ -62,9 +62,9 @@ tbl_ospf_instance_rev1_table *instances_of_root(Session &session) {
   if (auto *root = ospf_rev1_ops::first(handle, space, roots, err); root != nullptr) {
     ospf_rev1 *row = ospf_rev1_ops::get(handle, space, root);
     auto *there = table_below(session, std::get<0>(references<ospf_rev1_ops>), row);
-    return there != nullptr ? there
-                            : add_table<ospf_instance_rev1_ops>(session, row,
-                                                                ospf_rev1_instance_set_by_ref);
+    return there != nullptr
+               ? there
+               : add_table<ospf_instance_rev1_ops>(session, row, ospf_rev1_instance_set_by_ref);
   }
   NewRecord<ospf_rev1_ops> record(session);
   NewObject<ospf_rev1_ops> object(session);
