@@ -2,7 +2,9 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <charconv>
+#include <optional>
 
 #include "input_error.hpp"
 #include "lsa_names.hpp"
@@ -49,13 +51,13 @@ TypeWanted parse_type(const std::string &text) {
                    "one of " + names + ", or an LS type of 16 bits such as 0x2001");
 }
 
-}  // namespace
-
 std::uint32_t parse_area(const std::string &text) {
   if (const auto area = parse_dotted(text)) return *area;
   if (const auto area = parse_number(text)) return *area;
   throw InputError("--area", "", "\"" + text + "\"", "an area such as 0.0.0.1 or 1");
 }
+
+}  // namespace
 
 std::vector<LsdbEntry> filtered(std::vector<LsdbEntry> entries, const LsdbFilter &filter) {
   std::optional<std::uint32_t> area;

@@ -1,7 +1,6 @@
 // Which LSAs of a database a command looks at.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,8 +21,5 @@ struct LsdbFilter {
 // The LSAs that meet all that the filter asks for, in the given order. Throws InputError for a text
 // that no LSA can meet.
 std::vector<LsdbEntry> filtered(std::vector<LsdbEntry> entries, const LsdbFilter &filter);
-
-// A dotted quad, or a number in decimal. Throws InputError.
-std::uint32_t parse_area(const std::string &text);
 
 }  // namespace tool
