@@ -39,6 +39,15 @@ std::string float_bits(double value) {
 
 // Reads fields, with each failure told at its place.
 class Reader {
+  kelp_handle *handle() const { return session_.handle(); }
+
+  auto get(auto getter, auto *object, auto... more) {
+    std::uint32_t err = 0;
+    const auto result = getter(handle(), space, object, more..., &err);
+    EXPECT_EQ(err, 0u);
+    return result;
+  }
+
  public:
   explicit Reader(tool::Session &session) : session_(session) {}
 
@@ -67,15 +76,6 @@ class Reader {
   }
 
  private:
-  kelp_handle *handle() const { return session_.handle(); }
-
-  auto get(auto getter, auto *object, auto... more) {
-    std::uint32_t err = 0;
-    const auto result = getter(handle(), space, object, more..., &err);
-    EXPECT_EQ(err, 0u);
-    return result;
-  }
-
   template <typename Ops, typename Act>
   void each(typename Ops::Table *table, Act act) {
     if (table == nullptr) return;
