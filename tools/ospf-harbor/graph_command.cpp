@@ -7,11 +7,13 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
 
 #include "dot_text.hpp"
 #include "graphviz.hpp"
 #include "lsdb_command.hpp"
+#include "sources.hpp"
 #include "topology.hpp"
 
 namespace tool {
@@ -77,6 +79,19 @@ GraphOptions parse_graph_words(const std::vector<std::string> &words) {
   add_graph_options(command, options);
   parse_words(command, "graph", words);
   return options;
+}
+
+Command add_graph_command(CLI::App &app) {
+  CLI::App *command = app.add_subcommand("graph", "Draw the topology of router and network LSAs");
+  const auto options = std::make_shared<GraphOptions>();
+  const auto sources = std::make_shared<std::vector<std::string>>();
+  add_graph_options(*command, *options);
+  command->add_option("--from", *sources, source_help)->required();
+  return {command, [options, sources] {
+            Session session;
+            const int status = load_sources(session, *sources);
+            return std::max(status, run_graph(session, *options));
+          }};
 }
 
 int run_graph(Session &session, const GraphOptions &options) {

@@ -4,17 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "command.hpp"
 #include "lsdb_filter.hpp"
 #include "session.hpp"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 struct GraphOptions {
-  std::vector<std::string> sources;
   bool dot = false;
   bool svg = false;
   bool stubs = false;
@@ -26,6 +22,9 @@ struct GraphOptions {
 
 // Everything but where the database comes from.
 void add_graph_options(CLI::App &command, GraphOptions &options);
+
+// With `--from`, whose sources are loaded first.
+Command add_graph_command(CLI::App &app);
 
 // The words behind "graph", as a line of `shell` has them. Throws InputError.
 GraphOptions parse_graph_words(const std::vector<std::string> &words);

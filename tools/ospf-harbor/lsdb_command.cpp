@@ -3,11 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 #include "input_error.hpp"
 #include "json_lines.hpp"
 #include "lsa_list.hpp"
 #include "lsa_names.hpp"
+#include "sources.hpp"
 
 namespace tool {
 
@@ -44,6 +46,19 @@ LsdbOptions parse_lsdb_words(const std::vector<std::string> &words) {
   add_lsdb_options(command, options);
   parse_words(command, "lsdb", words);
   return options;
+}
+
+Command add_lsdb_command(CLI::App &app) {
+  CLI::App *command = app.add_subcommand("lsdb", "List the link-state databases");
+  const auto options = std::make_shared<LsdbOptions>();
+  const auto sources = std::make_shared<std::vector<std::string>>();
+  add_lsdb_options(*command, *options);
+  command->add_option("--from", *sources, source_help)->required();
+  return {command, [options, sources] {
+            Session session;
+            const int status = load_sources(session, *sources);
+            return std::max(status, run_lsdb(session, *options));
+          }};
 }
 
 int run_lsdb(Session &session, const LsdbOptions &options) {

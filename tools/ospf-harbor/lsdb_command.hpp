@@ -4,17 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "command.hpp"
 #include "lsdb_filter.hpp"
 #include "session.hpp"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
 struct LsdbOptions {
-  std::vector<std::string> sources;
   LsdbFilter filter;
   bool detail = false;
   bool json = false;
@@ -27,6 +23,9 @@ void parse_words(CLI::App &command, const char *name, std::vector<std::string> w
 
 // Everything but where the database comes from.
 void add_lsdb_options(CLI::App &command, LsdbOptions &options);
+
+// With `--from`, whose sources are loaded first.
+Command add_lsdb_command(CLI::App &app);
 
 // The words behind "lsdb", as a line of `shell` has them. Throws InputError.
 LsdbOptions parse_lsdb_words(const std::vector<std::string> &words);

@@ -51,21 +51,12 @@ int run(int argc, char **argv) {
   bool show_json = false;
   show->add_flag("--json", show_json, "One JSON object a line");
 
-  CLI::App *lsdb = app.add_subcommand("lsdb", "List the link-state databases");
-  tool::LsdbOptions lsdb_options;
-  tool::add_lsdb_options(*lsdb, lsdb_options);
-  lsdb->add_option("--from", lsdb_options.sources, tool::source_help)->required();
-
-  CLI::App *graph = app.add_subcommand("graph", "Draw the topology of router and network LSAs");
-  tool::GraphOptions graph_options;
-  tool::add_graph_options(*graph, graph_options);
-  graph->add_option("--from", graph_options.sources, tool::source_help)->required();
-
   CLI::App *shell =
       app.add_subcommand("shell", "Read commands from standard input, one a line, on one database");
 
   tool::TraceFile trace_file(app);
-  const tool::Command commands[] = {tool::add_trace_command(app), tool::add_inspect_command(app)};
+  const tool::Command commands[] = {tool::add_trace_command(app), tool::add_inspect_command(app),
+                                    tool::add_lsdb_command(app), tool::add_graph_command(app)};
   tool::ExchangeCommand exchange;
   tool::add_exchange_commands(app, &exchange);
 
@@ -81,14 +72,6 @@ int run(int argc, char **argv) {
   if (show->parsed()) {
     const int status = tool::load_sources(session, show_sources);
     return std::max(status, tool::show_path(session, show_at, show_json));
-  }
-  if (lsdb->parsed()) {
-    const int status = tool::load_sources(session, lsdb_options.sources);
-    return std::max(status, tool::run_lsdb(session, lsdb_options));
-  }
-  if (graph->parsed()) {
-    const int status = tool::load_sources(session, graph_options.sources);
-    return std::max(status, tool::run_graph(session, graph_options));
   }
   int status = 0;
   if (capture->parsed()) {
