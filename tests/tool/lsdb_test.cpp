@@ -505,12 +505,17 @@ TEST(Sources, AFolderWithNeitherIsRefused) {
                tool::InputError);
 }
 
-TEST(Sources, AFileThatIsNoCaptureGivesStatusOne) {
+TEST(Sources, AFileOfNoKnownKindIsRefusedByName) {
   tool::Session session;
-  const Answer answer = answer_of(
-      [&] { return tool::load_sources(session, {(recordings / "campus/README.md").string()}); });
-  EXPECT_EQ(answer.status, 1);
-  EXPECT_NE(answer.err.find("README.md"), std::string::npos);
+  const std::string file = (recordings / "campus/README.md").string();
+  try {
+    tool::load_sources(session, {file});
+    FAIL() << "it was taken for a source";
+  } catch (const tool::InputError &refused) {
+    EXPECT_EQ(refused.what(), file +
+                                  ": found a file that is neither, expected a capture (pcap or "
+                                  "pcapng), a tree stream or a tree's XML");
+  }
 }
 
 }  // namespace

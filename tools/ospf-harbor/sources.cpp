@@ -1,7 +1,9 @@
 #include "sources.hpp"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <iterator>
 #include <string_view>
 
 #include "capture_command.hpp"
@@ -45,6 +47,18 @@ bool starts_as_xml(const Bytes &start) {
   return mark != text.npos && text[mark] == '<';
 }
 
+// What the files of packet capture tools start with, in either byte order.
+bool is_capture(const Bytes &start) {
+  constexpr std::array<std::uint8_t, 4> marks[] = {{0xa1, 0xb2, 0xc3, 0xd4},
+                                                   {0xd4, 0xc3, 0xb2, 0xa1},
+                                                   {0xa1, 0xb2, 0x3c, 0x4d},
+                                                   {0x4d, 0x3c, 0xb2, 0xa1},
+                                                   {0x0a, 0x0d, 0x0d, 0x0a}};
+  return std::any_of(std::begin(marks), std::end(marks), [&](const auto &mark) {
+    return start.size() >= mark.size() && std::equal(mark.begin(), mark.end(), start.begin());
+  });
+}
+
 }  // namespace
 
 int load_sources(Session &session, const std::vector<std::string> &sources) {
@@ -64,8 +78,11 @@ int load_sources(Session &session, const std::vector<std::string> &sources) {
       import_tree(session, TreeForm::image, source);
     } else if (starts_as_xml(start)) {
       import_tree(session, TreeForm::xml, source);
-    } else {
+    } else if (is_capture(start)) {
       captures.push_back(source);
+    } else {
+      throw InputError(source, "", "a file that is neither",
+                       "a capture (pcap or pcapng), a tree stream or a tree's XML");
     }
   }
   if (!folders.empty()) load_frr(session, folders, nullptr);
