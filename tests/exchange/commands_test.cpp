@@ -99,7 +99,7 @@ TEST_F(WrongFiles, AreRefusedWithWhatWasFoundAndExpected) {
                  {"offset 0x3e8: found the end of the bytes", "the rest of the frame at"});
   put("empty", "");
   expect_refused({"import", "--image", file("empty")}, {"offset 0x0", "the header of a tree"});
-  expect_refused({"show", "--from", file("empty")}, {"found a file that is neither"});
+  expect_refused({"show", "--from", file("empty")}, {"found a file of no known kind"});
   expect_refused({"export", "--text", file("text"), "--from", file("none")}, {"No such file"});
   EXPECT_FALSE(std::filesystem::exists(file("text")));
   expect_refused({"export", "--text", file("no/folder"), "--from", sample_}, {"No such file"});

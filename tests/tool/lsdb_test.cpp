@@ -513,7 +513,7 @@ TEST(Sources, AFileOfNoKnownKindIsRefusedByName) {
     FAIL() << "it was taken for a source";
   } catch (const tool::InputError &refused) {
     EXPECT_EQ(refused.what(), file +
-                                  ": found a file that is neither, expected a capture (pcap or "
+                                  ": found a file of no known kind, expected a capture (pcap or "
                                   "pcapng), a tree stream or a tree's XML");
   }
 }

@@ -81,7 +81,7 @@ int load_sources(Session &session, const std::vector<std::string> &sources) {
     } else if (is_capture(start)) {
       captures.push_back(source);
     } else {
-      throw InputError(source, "", "a file that is neither",
+      throw InputError(source, "", "a file of no known kind",
                        "a capture (pcap or pcapng), a tree stream or a tree's XML");
     }
   }
