@@ -1,17 +1,17 @@
 // The text, XML and marshalled forms of records and the image of their keys: bytes, results, what
 // is written and what stays on each failure.
 #include <kelp/wire.h>
-#include <kelp/xml.h>
 
 #include <array>
 
-#include "encodings/objects.hpp"
+#include "encodings/xml_forms.hpp"
 #include "tables/table_fixture.hpp"
 
 namespace {
 
 using encodings::Bytes;
 using encodings::bytes_of;
+using encodings::Document;
 using encodings::field;
 using encodings::Filler;
 using encodings::header;
@@ -932,22 +932,6 @@ const std::string link_data_xml = "<ospfv2_link><type>3</type></ospfv2_link>";
 std::string link_xml(const std::string &content) {
   return "<tbl_ospfv2_link>" + content + "</tbl_ospfv2_link>";
 }
-
-class Document {
- public:
-  explicit Document(const std::string &text) {
-    char message[256] = "";
-    document_ = kelp_xml_parse(text.data(), text.size(), message, sizeof message);
-    EXPECT_NE(document_, nullptr) << message;
-  }
-  ~Document() { kelp_xml_free(document_); }
-  Document(const Document &) = delete;
-  Document &operator=(const Document &) = delete;
-  operator kelp_xml_document *() const { return document_; }
-
- private:
-  kelp_xml_document *document_;
-};
 
 void *read_xml(Store &store, const Table &table, const std::string &text,
                const std::string &twin = "") {

@@ -21,6 +21,23 @@ namespace whole_schema {
 inline constexpr std::uint32_t rounds = 8;
 inline constexpr std::uint32_t array_length = 3;
 
+// The handles and variants under which every structure is tried.
+struct Case {
+  std::uint32_t tracking;
+  std::int32_t variant;
+};
+
+inline const auto all_cases = testing::Values(
+    Case{KELP_TRACKING_ABSENT, 0}, Case{KELP_TRACKING_ABSENT, 1}, Case{KELP_TRACKING_ON, 0},
+    Case{KELP_TRACKING_ON, 1}, Case{KELP_TRACKING_OFF, 0}, Case{KELP_TRACKING_OFF, 1});
+
+inline std::string name_of_case(const testing::TestParamInfo<Case> &info) {
+  const std::string handle = info.param.tracking == KELP_TRACKING_ABSENT ? "Absent"
+                             : info.param.tracking == KELP_TRACKING_ON   ? "On"
+                                                                         : "Off";
+  return handle + "Variant" + std::to_string(info.param.variant);
+}
+
 // Brings everything that has two variants to one of them.
 inline void set_all_variants(harness::Store &store, std::int32_t variant) {
   for (const Structure *type : harbor::model::structures) {

@@ -6,11 +6,6 @@ namespace whole_schema {
 
 namespace {
 
-struct Case {
-  std::uint32_t tracking;
-  std::int32_t variant;
-};
-
 class DistinctValues : public testing::TestWithParam<Case> {
  protected:
   DistinctValues() { set_all_variants(store_, GetParam().variant); }
@@ -39,17 +34,6 @@ TEST_P(DistinctValues, AreReadBackByGettersInBulkAndByState) {
   EXPECT_GT(fields, 250u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Handles, DistinctValues,
-                         testing::Values(Case{KELP_TRACKING_ABSENT, 0},
-                                         Case{KELP_TRACKING_ABSENT, 1}, Case{KELP_TRACKING_ON, 0},
-                                         Case{KELP_TRACKING_ON, 1}, Case{KELP_TRACKING_OFF, 0},
-                                         Case{KELP_TRACKING_OFF, 1}),
-                         [](const auto &info) {
-                           const std::string handle =
-                               info.param.tracking == KELP_TRACKING_ABSENT ? "Absent"
-                               : info.param.tracking == KELP_TRACKING_ON   ? "On"
-                                                                           : "Off";
-                           return handle + "Variant" + std::to_string(info.param.variant);
-                         });
+INSTANTIATE_TEST_SUITE_P(Handles, DistinctValues, all_cases, name_of_case);
 
 }  // namespace whole_schema

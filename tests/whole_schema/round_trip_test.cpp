@@ -7,11 +7,6 @@ namespace whole_schema {
 
 namespace {
 
-struct Case {
-  std::uint32_t tracking;
-  std::int32_t variant;
-};
-
 // More room than the length tells: the state byte of a reference or an arm at the very end needs a
 // room of two on both sides.
 constexpr std::uint32_t spare = 2;
@@ -122,17 +117,6 @@ TEST_P(RoundTrip, XmlBringsEveryFieldThatItShows) {
   });
 }
 
-INSTANTIATE_TEST_SUITE_P(Handles, RoundTrip,
-                         testing::Values(Case{KELP_TRACKING_ABSENT, 0},
-                                         Case{KELP_TRACKING_ABSENT, 1}, Case{KELP_TRACKING_ON, 0},
-                                         Case{KELP_TRACKING_ON, 1}, Case{KELP_TRACKING_OFF, 0},
-                                         Case{KELP_TRACKING_OFF, 1}),
-                         [](const auto &info) {
-                           const std::string handle =
-                               info.param.tracking == KELP_TRACKING_ABSENT ? "Absent"
-                               : info.param.tracking == KELP_TRACKING_ON   ? "On"
-                                                                           : "Off";
-                           return handle + "Variant" + std::to_string(info.param.variant);
-                         });
+INSTANTIATE_TEST_SUITE_P(Handles, RoundTrip, all_cases, name_of_case);
 
 }  // namespace whole_schema
