@@ -83,7 +83,7 @@ class TraceCommandTest : public testing::Test {
   TraceCommandTest() : library_(name("library.so")), trace_(name("trace")) {
     library_.write(sample_.file());
     options_.file = trace_.path();
-    options_.library = library_.path();
+    options_.library_file = library_.path();
   }
 
   static std::string name(const std::string &suffix) {
@@ -159,7 +159,7 @@ TEST_F(TraceCommandTest, EveryMessageOfTheBuiltLibraryComesBack) {
       }
     }
   }
-  options_.library = "";  // the one that this program runs with
+  options_.library_file = "";  // the one that this program runs with
   const Printed printed = print(options_);
   EXPECT_EQ(printed.status, 0) << printed.refusal << printed.complaints;
   ASSERT_EQ(printed.lines.size(), 5237u);
@@ -279,7 +279,7 @@ TEST_F(TraceCommandTest, CutAndForeignFilesAreSaidAfterWhatIsReadable) {
   EXPECT_EQ(print(options_).refusal,
             "/nonexistent/trace: found No such file or directory, expected a trace file");
   options_.file = trace_.path();
-  options_.library = trace_.path();
+  options_.library_file = trace_.path();
   EXPECT_EQ(print(options_).refusal,
             trace_.path() +
                 ": file, byte 0: magic of an ELF file: found 4b4c5054, expected "

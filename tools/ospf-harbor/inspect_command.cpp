@@ -173,7 +173,7 @@ class JsonPrinter : public Printer {
 }  // namespace
 
 int inspect(const InspectOptions &options, std::ostream &out, std::ostream &complaints) {
-  const LibraryFile library(options.library);
+  const LibraryFile library(options.library_file);
   const auto file = library.read([&] { return library_sections::ElfFile(library.bytes()); });
   std::unique_ptr<Printer> printer;
   if (options.json) {
@@ -201,7 +201,8 @@ Command add_inspect_command(CLI::App &app) {
   CLI::App *command =
       app.add_subcommand("inspect", "Print what a library's file carries for tools");
   const auto options = std::make_shared<InspectOptions>();
-  command->add_option("LIBRARY", options->library, "Such as libospf_harbor_oper.so")->required();
+  command->add_option("LIBRARY", options->library_file, "Such as libospf_harbor_oper.so")
+      ->required();
   command->add_flag("--messages", options->messages, "List every trace message");
   command->add_flag("--json", options->json, "One JSON object a line");
   return {command, [options] {

@@ -9,7 +9,7 @@
 namespace tool {
 
 struct InspectOptions {
-  std::string library;
+  std::string library_file;
   bool messages = false;  // every message, not just counts
   bool json = false;
 };

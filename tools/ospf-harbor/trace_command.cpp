@@ -69,7 +69,7 @@ class TraceFileReader {
 
 int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &complaints) {
   const std::uint8_t level = level_by_name("--level", options.level);
-  const LibraryFile library(options.library.empty() ? own_library() : options.library);
+  const LibraryFile library(options.library_file.empty() ? own_library() : options.library_file);
   const auto texts = library.read([&] { return TraceTexts(library.path(), library.bytes()); });
 
   int status = 0;
@@ -103,7 +103,7 @@ Command add_trace_command(CLI::App &app) {
   const auto options = std::make_shared<TraceOptions>();
   trace->add_option("FILE", options->file, "What --trace-file or kelp_trace_open_file wrote")
       ->required();
-  trace->add_option("--library", options->library,
+  trace->add_option("--library", options->library_file,
                     "The library whose messages they are; the one of this program without it");
   trace->add_option("--level", options->level,
                     "Print this level and worse: fatal, error, information or debug");
