@@ -5,6 +5,7 @@
 #include <ospf_harbor_oper/types.h>
 
 #include <algorithm>
+#include <chrono>
 
 #include "capture_command.hpp"
 #include "capture_file.hpp"
@@ -826,6 +827,18 @@ TEST_F(BadCapture, OfAnInterfaceThatIsNotThere) {
   const std::string err = ::testing::internal::GetCapturedStderr();
   EXPECT_NE(err.find("no-such-if0: found "), std::string::npos) << err;
   EXPECT_NE(err.find("expected an interface to listen on"), std::string::npos) << err;
+}
+
+// Whether one may listen there or not, nothing is heard and it ends in time.
+TEST_F(BadCapture, OfALinkOnWhichNothingIsSaid) {
+  const std::string before = shown(session_);
+  ::testing::internal::CaptureStderr();
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(tool::load_capture(session_, {{}, "lo", 1}), 1);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+  const std::string err = ::testing::internal::GetCapturedStderr();
+  EXPECT_NE(err.find("load capture: lo: found "), std::string::npos) << err;
+  EXPECT_EQ(shown(session_), before);
 }
 
 }  // namespace

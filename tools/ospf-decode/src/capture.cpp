@@ -1,6 +1,7 @@
 #include "ospf_decode/capture.hpp"
 
 #include <pcap/pcap.h>
+#include <poll.h>
 
 #include <array>
 
@@ -23,7 +24,13 @@ struct CaptureReader::State {
   std::string error;
   std::uint64_t frames = 0;
   bool nanoseconds = false;
-  bool live = false;
+  int wait_ms = 0;  // of a live capture, whose own timeout may never come on a silent link
+
+  // Returns when a packet may be there, the time is over, or a signal came.
+  void wait() const {
+    pollfd ready{pcap_get_selectable_fd(handle.get()), POLLIN, 0};
+    if (wait_ms != 0 && ready.fd >= 0) poll(&ready, 1, wait_ms);
+  }
 };
 
 CaptureReader::CaptureReader() : state_(std::make_unique<State>()) {}
@@ -44,7 +51,7 @@ bool CaptureReader::open_file(const std::string &path) {
 bool CaptureReader::open_live(const std::string &interface, int timeout_ms) {
   std::array<char, PCAP_ERRBUF_SIZE> text{};
   *state_ = State{};
-  state_->live = true;
+  state_->wait_ms = timeout_ms;
   state_->handle.reset(pcap_create(interface.c_str(), text.data()));
   pcap_t *handle = state_->handle.get();
   if (handle == nullptr) {
@@ -67,6 +74,11 @@ bool CaptureReader::open_live(const std::string &interface, int timeout_ms) {
     pcap_setfilter(handle, &program);
     pcap_freecode(&program);
   }
+  if (pcap_setnonblock(handle, 1, text.data()) != 0) {
+    state_->error = text.data();
+    state_->handle.reset();
+    return false;
+  }
   return true;
 }
 
@@ -75,7 +87,12 @@ CaptureReader::Status CaptureReader::next(Frame &out) {
   if (handle == nullptr) return Status::end;
   pcap_pkthdr *header = nullptr;
   const unsigned char *data = nullptr;
-  switch (pcap_next_ex(handle, &header, &data)) {
+  int outcome = pcap_next_ex(handle, &header, &data);
+  if (outcome == 0) {
+    state_->wait();
+    outcome = pcap_next_ex(handle, &header, &data);
+  }
+  switch (outcome) {
     case 1:
       break;
     case 0:
