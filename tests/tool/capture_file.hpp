@@ -2,14 +2,10 @@
 // object.
 #pragma once
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "bytes.hpp"
+#include "temporary_file.hpp"
 
 namespace captured {
 
@@ -18,27 +14,18 @@ using ospf_decode::testing::Writer;
 
 class CaptureFile {
  public:
-  explicit CaptureFile(unsigned link_type = 1) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "harbor-pcap-XXXXXX").string();
-    const int file = mkstemp(pattern.data());
-    if (file >= 0) close(file);
-    path_ = pattern;
-    content_ = Writer().u32(0xa1b2c3d4).u16(2).u16(4).zeros(8).u32(65535).u32(link_type).get();
-    save();
+  explicit CaptureFile(unsigned link_type = 1)
+      : file_("capture_" + std::to_string(++made) + ".pcap") {
+    replace(Writer().u32(0xa1b2c3d4).u16(2).u16(4).zeros(8).u32(65535).u32(link_type));
   }
-  ~CaptureFile() { std::filesystem::remove(path_); }
-  CaptureFile(const CaptureFile &) = delete;
-  CaptureFile &operator=(const CaptureFile &) = delete;
 
-  const std::string &path() const { return path_; }
+  const std::string &path() const { return file_.path(); }
   const Octets &content() const { return content_; }
 
   // A second later than the last, unless `time` says otherwise. `missing` octets were not captured.
   CaptureFile &frame(const Octets &data, std::uint32_t missing = 0) {
     const auto size = static_cast<std::uint32_t>(data.size());
-    content_ =
-        Writer().bytes(content_).u32(time++).u32(0).u32(size).u32(size + missing).bytes(data);
-    save();
+    replace(Writer().bytes(content_).u32(time++).u32(0).u32(size).u32(size + missing).bytes(data));
     return *this;
   }
   CaptureFile &ipv4(const Octets &packet) {
@@ -63,19 +50,14 @@ class CaptureFile {
   }
   void replace(const Octets &content) {
     content_ = content;
-    save();
+    file_.write(content_);
   }
 
   std::uint32_t time = 1'700'000'000;
 
  private:
-  void save() const {
-    std::ofstream(path_, std::ios::binary)
-        .write(reinterpret_cast<const char *>(content_.data()),
-               static_cast<std::streamsize>(content_.size()));
-  }
-
-  std::string path_;
+  static inline int made = 0;
+  TemporaryFile file_;
   Octets content_;
 };
 

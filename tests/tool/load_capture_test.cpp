@@ -3,6 +3,7 @@
 // while the rest is loaded.
 #include <gtest/gtest.h>
 #include <ospf_harbor_oper/types.h>
+#include <sys/wait.h>
 
 #include <algorithm>
 #include <chrono>
@@ -400,7 +401,7 @@ TEST_P(EveryKindOfLsa, GoesFromBytesIntoItsFieldsAndIsPrinted) {
 INSTANTIATE_TEST_SUITE_P(Types, EveryKindOfLsa, ::testing::ValuesIn(kinds_of_lsa),
                          [](const auto &info) { return std::string(info.param.name); });
 
-// --- what a row can hold only in part ----------------------------------------------------------
+// --- what a row can hold only in part ------------------------------------------------------------
 
 captured::Lsa only_lsa(const CaptureFile &file, int status = 0) {
   tool::Session session;
@@ -578,8 +579,7 @@ TEST(CapturedInterface, TellsTheAlgorithmByTheLengthOfItsDigests) {
   EXPECT_EQ(algorithms, (std::vector<std::string>{"2 md5", "3 hmac_sha_256"}));
 }
 
-// --- loading
-// ---------------------------------------------------------------------------------------
+// --- loading -------------------------------------------------------------------------------------
 
 TEST(LoadCapture, AgainTakesThePlaceOfTheFirst) {
   const std::string campus = std::string(HARBOR_RECORDINGS) + "/campus/all.pcap";
@@ -654,8 +654,25 @@ TEST(LoadCapture, TakesItsWordsFromALineOfTheShell) {
   EXPECT_THROW(tool::load_capture(session, {{"a.pcap"}, "eth0", 0}), tool::InputError);
 }
 
-// --- bad input
-// -------------------------------------------------------------------------------------
+// What the program itself prints into a pipe, and its exit status.
+TEST(LoadCapture, AsAProgramShowsAPathAndNoProgress) {
+  CaptureFile file;
+  file.update_v2({make_lsa_v2({.type = 2, .id = 9}, Writer().u32(0xff000000).u32(1))});
+  const auto run = [](const std::string &arguments) {
+    std::string out;
+    std::FILE *pipe = popen((HARBOR_TOOL " load capture " + arguments + " 2>&1").c_str(), "r");
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) out += static_cast<char>(c);
+    return std::pair(WEXITSTATUS(pclose(pipe)), out);
+  };
+  const auto [status, text] = run(file.path() + " --path area-lsas/2");
+  EXPECT_EQ(status, 0) << text;
+  EXPECT_NE(text.find("network_mask@ip_address:255.0.0.0"), std::string::npos) << text;
+  EXPECT_EQ(text.find('\r'), std::string::npos);
+  EXPECT_EQ(run(file.path() + " /nowhere/no.pcap --show").first, 1);
+  EXPECT_EQ(run("").first, 1);
+}
+
+// --- bad input -----------------------------------------------------------------------------------
 
 class BadCapture : public ::testing::Test {
  protected:
