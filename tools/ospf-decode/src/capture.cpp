@@ -4,6 +4,7 @@
 #include <poll.h>
 
 #include <array>
+#include <atomic>
 
 namespace ospf_decode {
 namespace {
@@ -24,6 +25,7 @@ struct CaptureReader::State {
   std::string error;
   std::uint64_t frames = 0;
   bool nanoseconds = false;
+  std::atomic<bool> stopped = false;
   int wait_ms = 0;  // of a live capture, whose own timeout may never come on a silent link
 
   // Returns when a packet may be there, the time is over, or a signal came.
@@ -40,7 +42,7 @@ CaptureReader &CaptureReader::operator=(CaptureReader &&) noexcept = default;
 
 bool CaptureReader::open_file(const std::string &path) {
   std::array<char, PCAP_ERRBUF_SIZE> text{};
-  *state_ = State{};
+  state_ = std::make_unique<State>();
   state_->handle.reset(pcap_open_offline_with_tstamp_precision(
       path.c_str(), PCAP_TSTAMP_PRECISION_NANO, text.data()));
   state_->nanoseconds = true;
@@ -50,7 +52,7 @@ bool CaptureReader::open_file(const std::string &path) {
 
 bool CaptureReader::open_live(const std::string &interface, int timeout_ms) {
   std::array<char, PCAP_ERRBUF_SIZE> text{};
-  *state_ = State{};
+  state_ = std::make_unique<State>();
   state_->wait_ms = timeout_ms;
   state_->handle.reset(pcap_create(interface.c_str(), text.data()));
   pcap_t *handle = state_->handle.get();
@@ -87,9 +89,11 @@ CaptureReader::Status CaptureReader::next(Frame &out) {
   if (handle == nullptr) return Status::end;
   pcap_pkthdr *header = nullptr;
   const unsigned char *data = nullptr;
+  if (state_->stopped) return Status::end;
   int outcome = pcap_next_ex(handle, &header, &data);
   if (outcome == 0) {
     state_->wait();
+    if (state_->stopped) return Status::end;
     outcome = pcap_next_ex(handle, &header, &data);
   }
   switch (outcome) {
@@ -97,7 +101,7 @@ CaptureReader::Status CaptureReader::next(Frame &out) {
       break;
     case 0:
       return Status::idle;
-    case PCAP_ERROR_BREAK:
+    case PCAP_ERROR_BREAK:  // the end of a file
       return Status::end;
     default:
       state_->error = pcap_geterr(handle);
@@ -111,9 +115,8 @@ CaptureReader::Status CaptureReader::next(Frame &out) {
   return Status::frame;
 }
 
-void CaptureReader::stop() {
-  if (state_->handle) pcap_breakloop(state_->handle.get());
-}
+// A flag of our own: the capture library looks at its own one only where packets come.
+void CaptureReader::stop() { state_->stopped = true; }
 
 const std::string &CaptureReader::error() const { return state_->error; }
 

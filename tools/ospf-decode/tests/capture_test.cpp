@@ -176,5 +176,19 @@ TEST_F(CaptureFile, AnInterfaceThatIsNotThereIsRefusedWithAText) {
   EXPECT_FALSE(reader.error().empty());
 }
 
+// Where listening is not permitted, the refusal says so.
+TEST_F(CaptureFile, AStopEndsAListeningOnASilentLink) {
+  CaptureReader reader;
+  if (!reader.open_live("lo", 50)) {
+    EXPECT_FALSE(reader.error().empty());
+    return;
+  }
+  Frame frame;
+  EXPECT_EQ(reader.next(frame), CaptureReader::Status::idle);
+  reader.stop();
+  EXPECT_EQ(reader.next(frame), CaptureReader::Status::end);
+  EXPECT_EQ(reader.next(frame), CaptureReader::Status::end);
+}
+
 }  // namespace
 }  // namespace ospf_decode::testing
