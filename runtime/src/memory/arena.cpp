@@ -25,9 +25,7 @@ constexpr std::size_t round_up(std::size_t value, std::size_t step) {
   return (value + step - 1) / step * step;
 }
 
-// Required: addresses of small blocks do not come back in another arena. Modules keep pointers to
-// blocks of theirs and ask the store whether they lie in it; a store at the addresses of an earlier
-// one would say yes to all of these. The memory itself goes back to the system.
+// The memory goes back to the system, its addresses to nobody.
 void retire(std::byte *chunk, std::size_t bytes) {
   static std::mutex lock;
   static auto *retired = new std::vector<std::byte *>;  // reachable, for leak checkers
@@ -109,6 +107,7 @@ struct Arena::Span {
 // What the system gave: sixteen spans, or one large block behind a head.
 struct Arena::Chunk {
   bool large = false;
+  bool withheld = false;  // from later arenas
   std::size_t bytes = 0;  // from the start of the chunk
   std::byte *memory = nullptr;
   std::size_t asked = 0;  // large only
@@ -145,11 +144,11 @@ Arena::~Arena() {
   std::sort(chunks.begin(), chunks.end());
   chunks.erase(std::unique(chunks.begin(), chunks.end()), chunks.end());
   for (Chunk *chunk : chunks) {
-    if (chunk->large) {
+    if (chunk->withheld) {
+      retire(chunk->memory, chunk->bytes);
+    } else {
       unpoison(chunk->memory, chunk->bytes);
       std::free(chunk->memory);
-    } else {
-      retire(chunk->memory, chunk->bytes);
     }
     delete chunk;
   }
@@ -369,6 +368,12 @@ bool Arena::holds(const void *address, std::size_t length) const {
   const auto offset =
       static_cast<std::size_t>(static_cast<const std::byte *>(address) - block.start);
   return offset <= block.asked && length <= block.asked - offset;
+}
+
+void Arena::withhold(const void *address) {
+  const std::lock_guard lock(mutex_);
+  Block block;
+  if (find(address, &block)) block.chunk->withheld = true;
 }
 
 ArenaStatistics Arena::statistics() const {

@@ -58,6 +58,11 @@ class Arena {
   // Whether all of the range lies in one live block.
   bool holds(const void *address, std::size_t length) const;
 
+  // Required: keeps the address, and those around it, out of every later arena of the process. A
+  // module remembers where a block lies that it keeps under a key, and asks a store whether that
+  // lies in it; one at the addresses of an earlier store would say yes.
+  void withhold(const void *address);
+
   ArenaStatistics statistics() const;
 
   // False, with the limit as it was, when more is used than bytes. 0 is no limit.

@@ -85,8 +85,13 @@ extern "C" uint32_t lumen_set_key(void *obj_pool, const char *key, void *pointer
       pool->database->keys[key] = pointer;
     }
   });
-  if (!done) kelp::fail(&t_failure, KELP_ERR_NO_MEMORY, "lumen_set_key: no memory");
-  return done ? 1 : 0;
+  if (!done) {
+    kelp::fail(&t_failure, KELP_ERR_NO_MEMORY, "lumen_set_key: no memory");
+    return 0;
+  }
+  pool->database->objects.withhold(pointer);
+  pool->database->system.withhold(pointer);
+  return 1;
 }
 
 extern "C" uint32_t lumen_in_range(void *obj_pool, const void *pointer) {

@@ -181,24 +181,37 @@ TEST_F(ArenaTest, ReadersOfTheStoreKnowLiveBlocksOnly) {
   EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
 }
 
-// The blocks of a database that is closed when this returns.
-std::vector<void *> blocks_of_a_passing_database(const std::vector<void *> &foreign) {
+// A block that a database kept under a key, which is closed when this returns. The database knows
+// none of the earlier ones.
+void *kept_by_a_passing_database(const std::vector<void *> &earlier) {
   kelp_database *database = kelp_database_open_private("addresses", nullptr, nullptr);
   kelp_handle *handle = kelp_handle_create(database, nullptr, nullptr);
-  std::vector<void *> blocks;
-  for (int i = 0; i < 1000; ++i) {
-    blocks.push_back(handle->obj_alloc(handle->obj_pool, 0, 3000));
-    EXPECT_NE(blocks.back(), nullptr);
-  }
-  for (void *block : foreign) EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
+  void *kept = handle->obj_alloc(handle->obj_pool, 0, 3000);
+  EXPECT_EQ(lumen_set_key(handle->obj_pool, "kept", kept), 1u);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, kept), 1u);
+  for (int i = 0; i < 1000; ++i) handle->obj_alloc(handle->obj_pool, 0, 3000);
+  for (void *block : earlier) EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
   kelp_handle_destroy(handle);
   kelp_database_close(database, nullptr);
-  return blocks;
+  return kept;
 }
 
-TEST(StoreAddresses, OfSmallBlocksDoNotComeBackInALaterStore) {
-  const std::vector<void *> earlier = blocks_of_a_passing_database({});
-  EXPECT_EQ(blocks_of_a_passing_database(earlier).size(), earlier.size());
+TEST(StoreAddresses, KeptUnderAKeyDoNotComeBackInALaterStore) {
+  std::vector<void *> earlier;
+  for (int i = 0; i < 5; ++i) earlier.push_back(kept_by_a_passing_database(earlier));
+}
+
+TEST(StoreAddresses, OfADatabaseThatKeptNothingComeBack) {
+  constexpr std::size_t databases = 1000;
+  std::set<void *> seen;
+  for (std::size_t i = 0; i < databases; ++i) {
+    kelp_database *database = kelp_database_open_private("addresses", nullptr, nullptr);
+    kelp_handle *handle = kelp_handle_create(database, nullptr, nullptr);
+    seen.insert(handle->obj_alloc(handle->obj_pool, 0, 3000));
+    kelp_handle_destroy(handle);
+    kelp_database_close(database, nullptr);
+  }
+  EXPECT_LT(seen.size(), databases / 2);
 }
 
 using ArenaDeathTest = ArenaTest;
