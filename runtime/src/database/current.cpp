@@ -2,7 +2,7 @@
 #include "database/current.hpp"
 
 #include "database/database.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 #include "kelp/embed.h"
 
 namespace kelp {

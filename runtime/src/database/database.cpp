@@ -7,7 +7,7 @@
 #include <memory>
 #include <set>
 
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 
 namespace kelp {
 

@@ -10,16 +10,16 @@
 #include <unordered_map>
 #include <vector>
 
-#include "database/fault.hpp"
-#include "database/lock.hpp"
-#include "database/table_state.hpp"
-#include "database/toc.hpp"
-#include "handle/distances.hpp"
-#include "handle/type_table.hpp"
 #include "kelp/embed.h"
-#include "memory/arena.hpp"
-#include "oid/registry.hpp"
-#include "replication/cache.hpp"
+#include "parts/arena.hpp"
+#include "parts/cache.hpp"
+#include "parts/distances.hpp"
+#include "parts/faults.hpp"
+#include "parts/lock.hpp"
+#include "parts/oid_registry.hpp"
+#include "parts/table_state.hpp"
+#include "parts/toc.hpp"
+#include "parts/type_table.hpp"
 
 struct kelp_database {
   std::string name;

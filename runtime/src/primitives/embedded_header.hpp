@@ -2,8 +2,8 @@
 // refer to nothing. The header is a kelp_object_header or the last bytes of a kelp_vstring.
 #pragma once
 
-#include "handle/failure.hpp"
-#include "primitives/announce.hpp"
+#include "base/announce.hpp"
+#include "base/failure.hpp"
 
 namespace kelp {
 

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "primitives/announce.hpp"
+#include "base/announce.hpp"
 
 namespace kelp {
 

@@ -11,9 +11,9 @@
 
 #include <new>
 
-#include "handle/failure.hpp"
+#include "base/announce.hpp"
+#include "base/failure.hpp"
 #include "kelp/primitives.h"
-#include "primitives/announce.hpp"
 #include "text/writer.hpp"
 #include "wire/bounds.hpp"
 #include "xml/element_reader.hpp"

@@ -4,8 +4,8 @@
 
 #include <string_view>
 
+#include "base/announce.hpp"
 #include "kelp/primitives.h"
-#include "primitives/announce.hpp"
 
 namespace kelp {
 

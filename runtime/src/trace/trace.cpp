@@ -14,7 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 #include "trace/record.hpp"
 #include "trace/ring.hpp"
 

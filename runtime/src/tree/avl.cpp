@@ -2,9 +2,9 @@
 // between -1 and 1; each store goes through a Writer, which declares it to the store first.
 #include <cstddef>
 
+#include "base/pool.hpp"
 #include "kelp/trace.h"
 #include "kelp/tree.h"
-#include "store/pool.hpp"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // frame are written under a set word too, and must not replace the first failure then.
 #pragma once
 
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 
 namespace kelp {
 

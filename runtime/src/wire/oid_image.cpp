@@ -2,8 +2,8 @@
 // Readers and writers of by-reference fields call these; no reference is counted here.
 #include <cstring>
 
+#include "base/announce.hpp"
 #include "kelp/wire.h"
-#include "primitives/announce.hpp"
 #include "wire/bounds.hpp"
 #include "wire/byte_order.hpp"
 

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 #include "xml/document.hpp"
 
 namespace kelp {

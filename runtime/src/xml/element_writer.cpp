@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cstring>
 
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 #include "xml/characters.hpp"
 
 namespace kelp {

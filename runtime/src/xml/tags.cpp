@@ -1,5 +1,5 @@
 // The exported tag writers, with which modules build the elements of objects around the fields.
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 #include "kelp/xml.h"
 #include "xml/element_writer.hpp"
 

@@ -4,10 +4,10 @@
 #include <memory>
 #include <new>
 
+#include "base/failure.hpp"
 #include "database/current.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 #include "kelp/core.h"
 
 namespace kelp {

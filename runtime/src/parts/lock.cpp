@@ -1,12 +1,12 @@
 // Taking and giving up the database's lock.
-#include "database/lock.hpp"
+#include "parts/lock.hpp"
 
 #include <algorithm>
 
+#include "base/failure.hpp"
 #include "database/current.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

@@ -3,7 +3,7 @@
 #include <mutex>
 #include <vector>
 
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 #include "kelp/core.h"
 #include "kelp/embed.h"
 

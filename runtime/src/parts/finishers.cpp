@@ -1,5 +1,5 @@
 // Registering and finding the functions that end things.
-#include "database/finishers.hpp"
+#include "parts/finishers.hpp"
 
 #include <dlfcn.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "handle/failure.hpp"
+#include "base/failure.hpp"
 
 namespace kelp {
 

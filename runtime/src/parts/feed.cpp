@@ -1,11 +1,11 @@
 // The change feed, its cursors, and what modules call to move the write cursor.
-#include "replication/feed.hpp"
+#include "parts/feed.hpp"
 
 #include <algorithm>
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

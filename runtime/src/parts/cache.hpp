@@ -6,7 +6,7 @@
 #include <mutex>
 
 #include "kelp/embed.h"
-#include "replication/sequence.hpp"
+#include "parts/sequence.hpp"
 
 namespace kelp {
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "kelp/embed.h"
-#include "replication/sequence.hpp"
+#include "parts/sequence.hpp"
 
 namespace kelp {
 

@@ -3,10 +3,10 @@
 
 #include <cstring>
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
-#include "oid/registry.hpp"
+#include "database/handle_state.hpp"
+#include "parts/oid_registry.hpp"
 
 namespace kelp {
 

@@ -1,6 +1,6 @@
 // The arena's spans, slots and large blocks. A chunk lies at a multiple of its size, so the chunk
 // of any address is one table lookup and the slot in it plain arithmetic.
-#include "memory/arena.hpp"
+#include "parts/arena.hpp"
 
 #include <sys/mman.h>
 
@@ -10,7 +10,7 @@
 #include <cstring>
 #include <new>
 
-#include "memory/poison.hpp"
+#include "parts/poison.hpp"
 
 namespace kelp {
 

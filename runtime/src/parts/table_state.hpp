@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "kelp/table.h"
-#include "replication/feed.hpp"
+#include "parts/feed.hpp"
 
 namespace kelp {
 

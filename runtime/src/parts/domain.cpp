@@ -1,11 +1,11 @@
 // The handle's variants: finding them, fixing them, and bringing objects up to them.
-#include "handle/domain.hpp"
+#include "parts/domain.hpp"
 
 #include <algorithm>
 #include <cstring>
 
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "base/failure.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

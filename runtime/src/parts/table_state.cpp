@@ -1,9 +1,9 @@
 // Table states: cursors on and off, and the counts by tenant.
-#include "database/table_state.hpp"
+#include "parts/table_state.hpp"
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

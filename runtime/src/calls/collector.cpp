@@ -3,10 +3,10 @@
 #include <cstring>
 #include <vector>
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "database/finishers.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
+#include "parts/finishers.hpp"
 
 namespace kelp {
 

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <memory>
 
-#include "handle/domain.hpp"
+#include "base/pool.hpp"
 #include "kelp/embed.h"
-#include "store/pool.hpp"
+#include "parts/domain.hpp"
 
 struct kelp_handle_state {
   kelp_handle handle = {};

@@ -1,12 +1,12 @@
 // The type table, and the runtime's side of registering type records.
-#include "handle/type_table.hpp"
+#include "parts/type_table.hpp"
 
 #include <algorithm>
 #include <cstring>
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

@@ -1,11 +1,11 @@
 // The table of contents and the kelpdb_database_toc_ functions on it.
-#include "database/toc.hpp"
+#include "parts/toc.hpp"
 
 #include <cstring>
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

@@ -1,11 +1,11 @@
 // Keeping the distances, and the functions through which modules set, read and drop them.
-#include "handle/distances.hpp"
+#include "parts/distances.hpp"
 
 #include <algorithm>
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

@@ -1,6 +1,6 @@
 // Keeping the mappings. A new id is the first half of the database's identity and a number that
 // counts up, so ids of different databases and processes do not meet.
-#include "oid/registry.hpp"
+#include "parts/oid_registry.hpp"
 
 #include <unistd.h>
 

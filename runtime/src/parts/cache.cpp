@@ -1,9 +1,9 @@
 // Entering records in the replication cache and reading it.
-#include "replication/cache.hpp"
+#include "parts/cache.hpp"
 
+#include "base/failure.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

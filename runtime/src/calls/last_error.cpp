@@ -1,14 +1,13 @@
 // Filling in kelp_error, and the last error of handles.
-#include "handle/failure.hpp"
-
 #include <cinttypes>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
+#include "base/failure.hpp"
 #include "database/current.hpp"
 #include "database/database.hpp"
-#include "handle/state.hpp"
+#include "database/handle_state.hpp"
 
 namespace kelp {
 

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <mutex>
 
+#include "base/failure.hpp"
+#include "base/pool.hpp"
 #include "database/database.hpp"
-#include "handle/failure.hpp"
-#include "store/pool.hpp"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstring>
 
-#include "handle/failure.hpp"
-#include "handle/state.hpp"
+#include "base/failure.hpp"
+#include "database/handle_state.hpp"
 #include "kelp/core.h"
 
 namespace {
