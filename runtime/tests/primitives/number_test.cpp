@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "kelp/hash.h"
-#include "primitives_fixture.hpp"
+#include "primitives/fixture.hpp"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "kelp/hash.h"
-#include "primitives_fixture.hpp"
+#include "primitives/fixture.hpp"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "primitives_fixture.hpp"
+#include "primitives/fixture.hpp"
 
 namespace {
 
