@@ -1,10 +1,19 @@
 // The announced store: the handle's write_notify hears of the exact range before any byte changes.
-// Every store of the primitives into an object goes through here.
+// Every store of the runtime into an object goes through here.
 #pragma once
+
+#include <cstddef>
+#include <cstdint>
 
 #include "kelp/handle.h"
 
 namespace kelp {
+
+// Announces a store into an object's own bytes through the handle's hook.
+inline void announce(kelp_handle *handle, const void *address, std::size_t length,
+                     std::uint32_t space_id) {
+  handle->write_notify(handle->obj_pool, address, length, space_id);
+}
 
 // Whose memory a store goes to.
 struct Writer {
@@ -12,7 +21,7 @@ struct Writer {
   uint32_t space_id;
 
   void announce(const void *address, size_t length) const {
-    handle->write_notify(handle->obj_pool, address, length, space_id);
+    kelp::announce(handle, address, length, space_id);
   }
 
   template <class T>

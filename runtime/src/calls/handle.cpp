@@ -1,5 +1,4 @@
-// Making and ending handles: the hooks behind a handle's function pointers, its options, its work
-// space and its write observer.
+// Making and ending handles: options, work space and write observer.
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -8,6 +7,7 @@
 #include "database/current.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
+#include "database/hooks.hpp"
 #include "kelp/core.h"
 
 namespace kelp {
@@ -16,73 +16,14 @@ namespace {
 
 constexpr std::uint32_t kDefaultWorkSpace = 256 * 1024;
 
-void *allocate(Pool *pool, Arena &memory, std::size_t size) {
-  if (pool->database->faults.strikes(KELP_FAULT_ALLOCATION)) {
-    memory.note_refusal(size);
-    return nullptr;
-  }
-  return memory.allocate(size);
-}
-
-void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
-  Pool *pool = pool_of(type_pool);
-  return pool == nullptr ? nullptr : allocate(pool, pool->database->system, size);
-}
-
-void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
-  Pool *pool = pool_of(obj_pool);
-  return pool == nullptr ? nullptr : allocate(pool, pool->database->objects, size);
-}
-
-void obj_free(void *obj_pool, std::uint32_t, void *pointer) {
-  if (pointer == nullptr) return;
-  Pool *pool = pool_of(obj_pool);
-  if (pool == nullptr || !pool->database->objects.free(pointer)) {
-    bassert("obj_free: the pointer is a live block of this database", __FILE__, __LINE__);
-  }
-}
-
-void write_notify(void *obj_pool, const void *address, std::size_t length, std::uint32_t space_id) {
-  if (Pool *pool = pool_of(obj_pool)) pool->announce(address, length, space_id, KELP_WRITE_MODULE);
-}
-
-void counter_notify(void *obj_pool, const void *address, std::size_t length,
-                    std::uint32_t space_id) {
-  if (Pool *pool = pool_of(obj_pool)) pool->announce(address, length, space_id, KELP_WRITE_COUNTER);
-}
-
-void type_table_insert(void *type_table, std::uint32_t, const char *key,
-                       kelp_type_record_copy *copy) {
-  if (type_table == nullptr || key == nullptr) return;
-  // Without memory the copy is not entered, and kelp_type_info_ptr_get reports that it is missing.
-  without_exceptions([&] { static_cast<TypeTable *>(type_table)->insert(key, copy); });
-}
-
-kelp_type_record_copy *type_table_lookup(void *type_table, std::uint32_t, const char *key) {
-  if (type_table == nullptr || key == nullptr) return nullptr;
-  kelp_type_record_copy *copy = nullptr;
-  without_exceptions([&] { copy = static_cast<const TypeTable *>(type_table)->find(key); });
-  return copy;
-}
-
 void fill_in(kelp_handle_state &state, kelp_database *database,
              const kelp_handle_options &options) {
   kelp_handle &handle = state.handle;
   state.database = database;
-  state.pool.database = database;
+  set_hooks(state, database);
   state.tenant = options.tenant;
   state.work_space_size = options.work_space_size;
-  handle.type_alloc = type_alloc;
-  handle.obj_alloc = obj_alloc;
-  handle.obj_free = obj_free;
-  handle.write_notify = write_notify;
-  handle.counter_notify = counter_notify;
-  handle.type_table_insert = type_table_insert;
-  handle.type_table_lookup = type_table_lookup;
   handle.shared_tinfo = database->shared_tinfo ? 1 : 0;
-  handle.obj_pool = &state.pool;
-  handle.type_table = &database->types;
-  handle.type_pool = &state.pool;
   handle.domain.variants = &state.domain;
   handle.cr_space_id = options.space_id;
   if (options.state_tracking != KELP_TRACKING_ABSENT) {
@@ -154,7 +95,7 @@ extern "C" kelp_handle *kelp_handle_create(kelp_database *database,
     return nullptr;
   }
   kelp::set_current_database(database);
-  if (state->tenant >= 0) kelp_tenant_set(static_cast<uint16_t>(state->tenant));
+  if (state->tenant >= 0) kelp::set_current_tenant(static_cast<uint16_t>(state->tenant));
   kelp::succeed(error);
   return &state.release()->handle;
 }

@@ -1,35 +1,11 @@
-// Filling in kelp_error, and the last error of handles.
+// The last error of a handle: remembering it, and telling it in words.
 #include <cinttypes>
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 
 #include "base/failure.hpp"
 #include "database/current.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
-
-namespace kelp {
-
-std::int32_t fail(kelp_error *error, std::int32_t code, const char *format, ...) {
-  if (error == nullptr) return code;
-  error->code = code;
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(error->text, sizeof error->text, format, arguments);
-  va_end(arguments);
-  return code;
-}
-
-std::int32_t succeed(kelp_error *error) {
-  if (error != nullptr) {
-    error->code = 0;
-    error->text[0] = '\0';
-  }
-  return 0;
-}
-
-}  // namespace kelp
 
 extern "C" void kelp_clear_last_error(kelp_handle *handle) {
   if (handle == nullptr) return;

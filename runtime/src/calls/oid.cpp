@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "base/announce.hpp"
 #include "base/failure.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
@@ -24,8 +25,7 @@ kelp_database &database_of(kelp_handle *handle) { return *handle->state->databas
 
 // The object's mapping, made when it is missing; null with the error word set.
 kelp_oid_mapping *mapping_for(kelp_handle *handle, std::uint32_t space_id, void *object,
-                              std::uint32_t kind, bool dynamic, const kelp_oid *wanted,
-                              std::uint32_t *err) {
+                              const kelp_oid *wanted, std::uint32_t *err) {
   if (object == nullptr || (wanted != nullptr && kelp_oid_id_is_zero(wanted->id) != 0)) {
     raise(handle, err, KELP_ERR_INVALID);
     return nullptr;
@@ -41,7 +41,7 @@ kelp_oid_mapping *mapping_for(kelp_handle *handle, std::uint32_t space_id, void 
     return nullptr;
   }
   kelp_oid_mapping *made = nullptr;
-  if (!without_exceptions([&] { made = database.oids.add(object, kind, dynamic, wanted); })) {
+  if (!without_exceptions([&] { made = database.oids.add(object, wanted); })) {
     raise(handle, err, KELP_ERR_NO_MEMORY);
     return nullptr;
   }
@@ -105,22 +105,20 @@ extern "C" void *kelp_oid_to_handle(kelp_handle *handle, uint32_t space_id, cons
 }
 
 extern "C" kelp_oid kelp_handle_to_oid(kelp_handle *handle, uint32_t space_id, void *object,
-                                       uint32_t kind, uint32_t add_reference, uint32_t *err) {
+                                       uint32_t, uint32_t add_reference, uint32_t *err) {
   if (object == KELP_OID_SENTINEL) return kelp::sentinel_oid();
   if (kelp::is_set(err)) return {};
-  kelp_oid_mapping *mapping =
-      kelp::mapping_for(handle, space_id, object, kind, false, nullptr, err);
+  kelp_oid_mapping *mapping = kelp::mapping_for(handle, space_id, object, nullptr, err);
   if (mapping == nullptr) return {};
   if (add_reference != 0) kelp::move_count(mapping, KELP_OID_INCREMENT);
   return mapping->oid;
 }
 
 extern "C" uint32_t kelp_oid_mapping_create(kelp_handle *handle, uint32_t space_id, void *object,
-                                            uint32_t kind, uint32_t dynamic, const kelp_oid *ior,
+                                            uint32_t, uint32_t, const kelp_oid *ior,
                                             uint32_t *err) {
   if (kelp::is_set(err)) return 0;
-  return kelp::mapping_for(handle, space_id, object, kind, dynamic != 0, ior, err) != nullptr ? 1
-                                                                                              : 0;
+  return kelp::mapping_for(handle, space_id, object, ior, err) != nullptr ? 1 : 0;
 }
 
 extern "C" uint32_t kelp_request_oid_mapping_destroy(kelp_handle *handle, uint32_t space_id,

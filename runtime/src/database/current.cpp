@@ -2,8 +2,6 @@
 #include "database/current.hpp"
 
 #include "database/database.hpp"
-#include "database/handle_state.hpp"
-#include "kelp/embed.h"
 
 namespace kelp {
 
@@ -25,21 +23,8 @@ void set_current_database(kelp_database *database) {
   t_serial = database == nullptr ? 0 : database->serial;
 }
 
+std::uint16_t current_tenant() { return t_tenant; }
+
+void set_current_tenant(std::uint16_t tenant) { t_tenant = tenant; }
+
 }  // namespace kelp
-
-extern "C" void kelp_database_make_current(kelp_database *database) {
-  kelp::set_current_database(database);
-}
-
-extern "C" kelp_database *kelp_database_current(void) { return kelp::current_database(); }
-
-extern "C" uint32_t kelplib_db_is_shared(void) {
-  const kelp_database *database = kelp::current_database();
-  return database != nullptr && database->marked_shared ? 1 : 0;
-}
-
-extern "C" void kelp_tenant_set(uint16_t tenant) { kelp::t_tenant = tenant; }
-
-extern "C" void mt_get_tenant_id(uint16_t *tenant) {
-  if (tenant != nullptr) *tenant = kelp::t_tenant;
-}

@@ -11,4 +11,7 @@ namespace kelp {
 kelp_database *current_database();
 void set_current_database(kelp_database *database);
 
+std::uint16_t current_tenant();
+void set_current_tenant(std::uint16_t tenant);
+
 }  // namespace kelp

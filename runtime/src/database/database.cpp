@@ -1,21 +1,11 @@
-// Opening and closing databases, and their memory as a program sees it.
+// Which databases of the process are open, and what a database forgets with a block of its memory.
 #include "database/database.hpp"
 
-#include <algorithm>
-#include <cinttypes>
-#include <cstring>
-#include <memory>
 #include <set>
-
-#include "base/failure.hpp"
 
 namespace kelp {
 
 namespace {
-
-constexpr std::uint32_t kDefaultCacheEntries = 1024;
-constexpr std::size_t kLongestName = 63;
-constexpr std::int32_t kBusy = 16;
 
 // The serials of the open databases. Never destroyed, so that threads which end late can look.
 struct OpenDatabases {
@@ -40,6 +30,23 @@ void forget_block(void *context, const void *block, std::size_t size) {
 
 }  // namespace
 
+void watch_freed_blocks(kelp_database &database) {
+  database.objects.set_release_hook(forget_block, &database);
+}
+
+void enter_open_database(kelp_database &database) {
+  OpenDatabases &open = open_databases();
+  const std::lock_guard lock(open.mutex);
+  open.serials.insert(open.last + 1);
+  database.serial = ++open.last;
+}
+
+void leave_open_databases(const kelp_database &database) {
+  OpenDatabases &open = open_databases();
+  const std::lock_guard lock(open.mutex);
+  open.serials.erase(database.serial);
+}
+
 bool database_is_open(std::uint64_t serial) {
   OpenDatabases &open = open_databases();
   const std::lock_guard lock(open.mutex);
@@ -47,124 +54,3 @@ bool database_is_open(std::uint64_t serial) {
 }
 
 }  // namespace kelp
-
-extern "C" void kelp_database_options_init(kelp_database_options *options) {
-  if (options == nullptr) return;
-  *options = {};
-  options->struct_size = sizeof *options;
-  options->replication_cache_entries = kelp::kDefaultCacheEntries;
-}
-
-extern "C" kelp_database *kelp_database_open_private(const char *name,
-                                                     const kelp_database_options *options,
-                                                     kelp_error *error) {
-  constexpr const char *kFunction = "kelp_database_open_private";
-  const std::size_t length = name == nullptr ? 0 : strnlen(name, kelp::kLongestName + 1);
-  if (length == 0 || length > kelp::kLongestName) {
-    kelp::fail(error, KELP_ERR_INVALID, "%s: a name of %s, expected 1 to %zu bytes", kFunction,
-               length == 0 ? "no bytes" : "more bytes", kelp::kLongestName);
-    return nullptr;
-  }
-  kelp_database_options defaults;
-  kelp_database_options_init(&defaults);
-  const kelp_database_options &wanted = options == nullptr ? defaults : *options;
-  if (wanted.struct_size != sizeof wanted) {
-    kelp::fail(error, KELP_ERR_INVALID,
-               "%s: database '%s': options of %zu bytes, expected %zu; "
-               "kelp_database_options_init sets this",
-               kFunction, name, wanted.struct_size, sizeof wanted);
-    return nullptr;
-  }
-  std::unique_ptr<kelp_database> database;
-  const bool done = kelp::without_exceptions([&] {
-    database = std::make_unique<kelp_database>();
-    database->name = name;
-    database->marked_shared = wanted.marked_shared != 0;
-    database->shared_tinfo = wanted.shared_tinfo != 0;
-    database->objects.set_limit(wanted.memory_limit);
-    database->objects.set_release_hook(kelp::forget_block, database.get());
-    database->cache.set_capacity(wanted.replication_cache_entries);
-    kelp::OpenDatabases &open = kelp::open_databases();
-    const std::lock_guard lock(open.mutex);
-    database->serial = ++open.last;
-    open.serials.insert(database->serial);
-  });
-  if (!done) {
-    kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: database '%s': no memory", kFunction, name);
-    return nullptr;
-  }
-  kelp::succeed(error);
-  return database.release();
-}
-
-extern "C" int32_t kelp_database_close(kelp_database *database, kelp_error *error) {
-  if (database == nullptr) return kelp::succeed(error);
-  {
-    const std::lock_guard lock(database->handles_mutex);
-    if (!database->handles.empty()) {
-      return kelp::fail(error, kelp::kBusy,
-                        "kelp_database_close: database '%s': %zu handles are open, expected none; "
-                        "kelp_handle_destroy ends them",
-                        database->name.c_str(), database->handles.size());
-    }
-  }
-  const kelp::ArenaStatistics left = database->objects.statistics();
-  if (left.live_allocations == 0) {
-    kelp::succeed(error);
-  } else {
-    kelp::fail(error, 0,
-               "database '%s' was closed with %" PRIu64 " allocations of %" PRIu64
-               " bytes still in use",
-               database->name.c_str(), left.live_allocations, left.live_bytes);
-  }
-  kelp::OpenDatabases &open = kelp::open_databases();
-  {
-    const std::lock_guard lock(open.mutex);
-    open.serials.erase(database->serial);
-  }
-  delete database;
-  return 0;
-}
-
-extern "C" const char *kelp_database_name(const kelp_database *database) {
-  return database == nullptr ? nullptr : database->name.c_str();
-}
-
-extern "C" void kelp_database_memory(const kelp_database *database,
-                                     kelp_memory_statistics *statistics) {
-  if (statistics == nullptr) return;
-  *statistics = {};
-  if (database == nullptr) return;
-  const kelp::ArenaStatistics found = database->objects.statistics();
-  statistics->live_allocations = found.live_allocations;
-  statistics->live_bytes = found.live_bytes;
-  statistics->used_bytes = found.used_bytes;
-  statistics->peak_used_bytes = found.peak_used_bytes;
-  statistics->reserved_bytes = found.reserved_bytes;
-  statistics->limit_bytes = found.limit_bytes;
-  statistics->total_allocations = found.total_allocations;
-  statistics->failed_allocations = found.failed_allocations;
-}
-
-extern "C" int32_t kelp_database_set_memory_limit(kelp_database *database, size_t bytes,
-                                                  kelp_error *error) {
-  constexpr const char *kFunction = "kelp_database_set_memory_limit";
-  if (database == nullptr) {
-    return kelp::fail(error, KELP_ERR_INVALID, "%s: the database is null", kFunction);
-  }
-  if (!database->objects.set_limit(bytes)) {
-    return kelp::fail(
-        error, KELP_ERR_INVALID,
-        "%s: database '%s': a limit of %zu bytes, expected at least the %" PRIu64 " that are used",
-        kFunction, database->name.c_str(), bytes, database->objects.statistics().used_bytes);
-  }
-  return kelp::succeed(error);
-}
-
-extern "C" void kelp_database_fail_after(kelp_database *database, uint32_t fault, int64_t n) {
-  if (database != nullptr) database->faults.set(fault, n);
-}
-
-extern "C" void kelp_database_fail_allocation_after(kelp_database *database, int64_t n) {
-  kelp_database_fail_after(database, KELP_FAULT_ALLOCATION, n);
-}

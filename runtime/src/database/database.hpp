@@ -54,6 +54,13 @@ struct kelp_database {
 
 namespace kelp {
 
+// Has the database forget what it keeps beside a block of its object memory when that is freed.
+void watch_freed_blocks(kelp_database &database);
+
+// Gives the database its serial and counts it among the open ones. Throws bad_alloc.
+void enter_open_database(kelp_database &database);
+void leave_open_databases(const kelp_database &database);
+
 // Whether the database with this serial is still open.
 bool database_is_open(std::uint64_t serial);
 

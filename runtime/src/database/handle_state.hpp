@@ -21,13 +21,3 @@ struct kelp_handle_state {
   std::unique_ptr<std::byte[]> work_space;  // made when first asked for
   std::uint32_t work_space_size = 0;
 };
-
-namespace kelp {
-
-// Announces a store into an object's own bytes through the handle's hook.
-inline void announce(kelp_handle *handle, const void *address, std::size_t length,
-                     std::uint32_t space_id) {
-  handle->write_notify(handle->obj_pool, address, length, space_id);
-}
-
-}  // namespace kelp

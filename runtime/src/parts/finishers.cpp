@@ -27,20 +27,14 @@ struct Registry {
 };
 
 template <typename Function>
-std::int32_t enter(const char *name, Function function, const char *caller, kelp_error *error) {
-  if (name == nullptr || *name == '\0') {
-    return fail(error, KELP_ERR_INVALID, "%s: no name, expected a text", caller);
+void enter(const char *name, Function function) {
+  auto &registry = Registry<Function>::the();
+  const std::lock_guard lock(registry.mutex);
+  if (function == nullptr) {
+    registry.functions.erase(name);
+  } else {
+    registry.functions[name] = function;
   }
-  const bool done = without_exceptions([&] {
-    auto &registry = Registry<Function>::the();
-    const std::lock_guard lock(registry.mutex);
-    if (function == nullptr) {
-      registry.functions.erase(name);
-    } else {
-      registry.functions[name] = function;
-    }
-  });
-  return done ? succeed(error) : fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", caller);
 }
 
 // The registered function of the name, else the process's function "<name><suffix>".
@@ -64,6 +58,12 @@ Function find(const char *text, std::size_t size, const char *suffix) {
 
 }  // namespace
 
+void set_vft_lookup(const char *module_name, kelp_vft_lookup lookup) { enter(module_name, lookup); }
+
+void set_destroyer(const char *type_name, kelp_object_destroyer destroyer) {
+  enter(type_name, destroyer);
+}
+
 const kelp_table_vft *find_vft(kelp_handle *handle, const kelp_type_record *table_type) {
   if (table_type == nullptr) return nullptr;
   const auto lookup = find<kelp_vft_lookup>(table_type->module_name, sizeof table_type->module_name,
@@ -81,13 +81,3 @@ kelp_object_destroyer find_destroyer(const kelp_type_record *type) {
 }
 
 }  // namespace kelp
-
-extern "C" int32_t kelp_module_set_vft_lookup(const char *module_name, kelp_vft_lookup lookup,
-                                              kelp_error *error) {
-  return kelp::enter(module_name, lookup, "kelp_module_set_vft_lookup", error);
-}
-
-extern "C" int32_t kelp_type_set_destroyer(const char *type_name, kelp_object_destroyer destroyer,
-                                           kelp_error *error) {
-  return kelp::enter(type_name, destroyer, "kelp_type_set_destroyer", error);
-}

@@ -57,8 +57,7 @@ kelp_oid_mapping *OidRegistry::find(const kelp_oid &oid) const {
   return found == by_id_.end() ? nullptr : found->second;
 }
 
-kelp_oid_mapping *OidRegistry::add(void *object, std::uint32_t kind, bool dynamic,
-                                   const kelp_oid *wanted) {
+kelp_oid_mapping *OidRegistry::add(void *object, const kelp_oid *wanted) {
   const std::lock_guard lock(mutex_);
   kelp_oid_mapping mapping;
   mapping.oid = next_oid();
@@ -68,8 +67,6 @@ kelp_oid_mapping *OidRegistry::add(void *object, std::uint32_t kind, bool dynami
     if (wanted->handle_word < kFirstSerial) mapping.oid.handle_word = own_word;
   }
   mapping.object = object;
-  mapping.kind = kind;
-  mapping.dynamic = dynamic;
   const auto [by_id, fresh] = by_id_.try_emplace(id_of(mapping.oid), nullptr);
   if (!fresh) return nullptr;
   try {

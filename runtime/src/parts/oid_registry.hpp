@@ -14,8 +14,6 @@
 struct kelp_oid_mapping {
   kelp_oid oid = {};
   void *object = nullptr;
-  std::uint32_t kind = 0;
-  bool dynamic = false;
   bool destroy_asked = false;
   std::uint64_t references = 0;
 };
@@ -32,7 +30,7 @@ class OidRegistry {
 
   // A mapping for an object that has none; null when another object has the wanted OID (which may
   // be null: then the OID is a new one). Throws bad_alloc.
-  kelp_oid_mapping *add(void *object, std::uint32_t kind, bool dynamic, const kelp_oid *wanted);
+  kelp_oid_mapping *add(void *object, const kelp_oid *wanted);
 
   // The object's memory or mapping has gone.
   void remove(const void *object);

@@ -30,7 +30,7 @@ class TableOfContents {
   kelp_table *find(const Key &key) const;
 
   // False when another table stands under the key. Throws bad_alloc.
-  bool insert(const Key &key, kelp_table *table, bool dynamic);
+  bool insert(const Key &key, kelp_table *table);
 
   // Where the table stood before; it is removed afterwards unless it was absent.
   Place remove(const kelp_table *table);
@@ -41,10 +41,6 @@ class TableOfContents {
   void forget(const kelp_table *table);
 
  private:
-  struct Entry {
-    kelp_table *table;
-    bool dynamic;
-  };
   using Luid = std::array<std::uint8_t, 16>;
   // What stands for a key in the maps: numbers for an id, so that a table without a name costs no
   // text, and the LUID with the path behind it for a name.
@@ -68,8 +64,8 @@ class TableOfContents {
   void erase_entry(const Known &known);
 
   mutable std::mutex mutex_;
-  std::unordered_map<Id, Entry, IdHash> by_id_;
-  std::unordered_map<std::string, Entry> by_name_;
+  std::unordered_map<Id, kelp_table *, IdHash> by_id_;
+  std::unordered_map<std::string, kelp_table *> by_name_;
   std::unordered_map<const kelp_table *, Known> known_;
 };
 
