@@ -1,25 +1,87 @@
 #!/bin/sh
-# Includes run one way: runtime, module, types, encodings, tables. The model includes only itself,
-# the runtime nothing of the system, and the emitter nothing of the runtime's code. Argument: root.
+# Includes run one way. A house is a folder of floors, and each floor names the floors below that it
+# may include; a folder that is no floor yet fails, so that a new one gets its place here. Held so:
+# src/ (runtime, module, types, encodings, tables; the model includes only itself, the runtime
+# nothing of the system) and runtime/src (base, store, parts, database, calls, with primitives, text,
+# wire, xml, tree and trace beside; calls, what stands beside, and base's guards alone export
+# anything). The libraries of libs/ may include each other in any order that has no circle, and
+# nothing of the programs. Argument: root.
 set -eu
 cd "$1"
 failed=0
-forbid() { # folder, pattern of includes that must not stand there
-  found=$(grep -rnE "#include \"($2)/" "$1" --include='*.hpp' --include='*.cpp' --include='*.h' || true)
-  if [ -n "$found" ]; then
-    echo "$1 includes what stands above it:"
-    echo "$found"
-    failed=1
-  fi
-}
-forbid src/model 'module|types|encodings|tables'
-forbid src/module 'types|encodings|tables'
-forbid src/types 'encodings|tables'
-forbid src/encodings 'tables'
-forbid runtime 'model|module|types|encodings|tables'
-if grep -rn 'ospf' runtime/include runtime/src >/dev/null; then
-  echo "the runtime knows of OSPF:"
-  grep -rn 'ospf' runtime/include runtime/src | head
+complain() { # heading, lines
+  [ -n "$2" ] || return 0
+  printf '%s:\n%s\n' "$1" "$2"
   failed=1
+}
+includes() { # folder, pattern of the first part of the included path
+  grep -rnE "#include [\"<]($2)[/\"]" "$1" \
+    --include='*.hpp' --include='*.cpp' --include='*.h' --include='*.c' || true
+}
+
+# Each line of a house: a floor, and the floors that it may include besides itself.
+house() { # folder, floors
+  names=$(printf '%s\n' "$2" | sed 's/:.*//')
+  for folder in "$1"/*/; do
+    name=$(basename "$folder")
+    printf '%s\n' "$names" | grep -qx "$name" || complain "$1/$name is no floor that is known" "$2"
+  done
+  while IFS=: read -r name below; do
+    [ -d "$1/$name" ] || continue
+    above=$(printf '%s\n' "$names" | grep -vx "$name" | while read -r other; do
+      case " $below " in *" $other "*) ;; *) printf '%s|' "$other" ;; esac
+    done)
+    [ -n "$above" ] || continue
+    complain "$1/$name includes what stands above or beside it" "$(includes "$1/$name" "${above%|}")"
+  done <<FLOORS
+$2
+FLOORS
+}
+
+house src 'model:
+module: model
+types: model module
+encodings: model module types
+tables: model module types encodings'
+
+house runtime/src 'base:
+store: base
+parts: base store
+database: base store parts
+calls: base store parts database
+text: base
+wire: base
+xml: base text
+primitives: base text wire xml
+tree: base
+trace: base'
+
+complain "the runtime includes of the system" "$(includes runtime 'model|module|types|encodings|tables')"
+complain "the runtime knows of OSPF" "$(grep -rn 'ospf' runtime/include runtime/src | head || true)"
+for floor in store parts database; do
+  [ -d "runtime/src/$floor" ] || continue
+  complain "runtime/src/$floor exports a function" "$(grep -rnE 'extern "C"|KELP_API' \
+    "runtime/src/$floor" || true)"
+done
+
+# A library stands under the names of the folders and headers in its include/.
+if [ -d libs ]; then
+  edges=$(for library in libs/*/; do
+    library=$(basename "$library")
+    for other in libs/*/; do
+      other=$(basename "$other")
+      [ "$other" != "$library" ] || continue
+      for name in $(ls "libs/$other/include" 2>/dev/null); do
+        found=$(includes "libs/$library/include" "$name")$(includes "libs/$library/src" "$name")
+        [ -z "$found" ] || echo "$library $other"
+      done
+    done
+  done)
+  complain "libraries include each other in a circle" \
+    "$(printf '%s\n' "$edges" | tsort 2>&1 >/dev/null | sed 's/^tsort: //' || true)"
+  for library in libs/*/; do
+    complain "${library%/} includes of a program" \
+      "$(includes "$library" 'commands|views|sources|traces|emit')"
+  done
 fi
 exit $failed
