@@ -54,7 +54,6 @@ tsan: packages
 	@ctest --test-dir build/tsan -j $(JOBS) --output-on-failure
 
 clang: packages
-	@$(setup) $(lists)/packages-clang.txt
 	@cmake --preset clang >/dev/null
 	@cmake --build --preset clang -j $(JOBS)
 	@ctest --preset clang -j $(JOBS)
@@ -76,7 +75,6 @@ FUZZ_SECONDS ?= 600
 FUZZ_TARGETS ?= ospf-decode/decode image-check/object image-check/record image-check/key \
 	image-check/document ospf-exchange/stream
 fuzz: packages
-	@$(setup) $(lists)/packages-clang.txt
 	@cmake --preset fuzz >/dev/null
 	@cmake --build --preset fuzz -j $(JOBS) --target $(addsuffix _fuzz,$(notdir $(FUZZ_TARGETS)))
 	@set -e; for target in $(FUZZ_TARGETS); do \
@@ -92,7 +90,7 @@ emit: packages
 	@cmake --build --preset dev --target emit-source
 
 format:
-	@$(setup) $(lists)/packages-clang.txt
+	@$(setup) $(lists)/packages-format.txt
 	@git ls-files '*.cpp' '*.hpp' | xargs clang-format -i
 
 reproducible: packages

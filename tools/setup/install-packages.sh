@@ -1,6 +1,7 @@
 #!/bin/sh
 # Installs what is missing of the packages listed in the files given (packages.txt beside this
-# script when none is), and nothing else.
+# script when none is), and nothing else. Asks for root by sudo; where there is none, says what root
+# has to install and gives 1.
 set -eu
 here=$(dirname "$0")
 [ $# -gt 0 ] || set -- "$here/packages.txt"
@@ -11,8 +12,15 @@ for package in $wanted; do
     missing="$missing $package"
 done
 [ -n "$missing" ] || exit 0
-echo "installing:$missing"
 run=
-[ "$(id -u)" -eq 0 ] || run=sudo
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "missing packages, and no sudo to install them with; run as root:" >&2
+    echo "  apt-get update && apt-get install --no-install-recommends$missing" >&2
+    exit 1
+  fi
+  run=sudo
+fi
+echo "installing:$missing"
 $run apt-get update -qq
-DEBIAN_FRONTEND=noninteractive $run apt-get install -y -qq --no-install-recommends $missing >/dev/null
+$run env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $missing

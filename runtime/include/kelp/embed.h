@@ -124,7 +124,8 @@ KELP_API void kelp_handle_clear_variant(kelp_handle *handle, const char *type_na
 
 /* The code that the handle stored last, 0 for none. error, when not null, gets it with a text;
  * after an allocation that failed the text says what is used, what the limit is and what raises it.
- */
+ * Where nothing was stored but an allocation was refused since the handle last forgot its error, as
+ * after a create that gave null, the code is 12. */
 KELP_API int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *error);
 
 /* --- locks --- */

@@ -21,6 +21,7 @@ struct Pool {
   kelp_write_observer observer = nullptr;
   void *observer_context = nullptr;
   std::uint64_t counts[4] = {};
+  bool refused = false;  // an allocation since the handle last forgot its error
 
   void announce(const void *address, std::size_t length, std::uint32_t space_id,
                 kelp_write_origin origin) {
