@@ -24,7 +24,7 @@ std::uint32_t fault = KELP_FAULT_COUNT;
 std::int64_t after = -1;
 
 struct Ending {
-  int status = -1; // of the process; 128 and more for a signal
+  int status = -1;  // of the process; 128 and more for a signal
   std::string out, err;
 };
 

@@ -7,9 +7,23 @@
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
 
+namespace {
+
+// A create that finds no memory gives null and stores no code; what the allocator refused since the
+// handle forgot its last error says why all the same.
+std::int32_t last_code(const kelp_handle *handle) {
+  if (handle == nullptr) return 0;
+  const kelp_handle_state &state = *handle->state;
+  if (state.last_error == 0 && state.pool.refused) return KELP_ERR_NO_MEMORY;
+  return static_cast<std::int32_t>(state.last_error);
+}
+
+}  // namespace
+
 extern "C" void kelp_clear_last_error(kelp_handle *handle) {
   if (handle == nullptr) return;
   handle->state->last_error = 0;
+  handle->state->pool.refused = false;
   kelp::set_current_database(handle->state->database);
 }
 
@@ -25,8 +39,8 @@ extern "C" void kelp_store_epoch_err(kelp_handle *handle, uint32_t code, uint32_
 }
 
 extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *error) {
-  if (handle == nullptr || handle->state->last_error == 0) return kelp::succeed(error);
-  const auto code = static_cast<int32_t>(handle->state->last_error);
+  const int32_t code = last_code(handle);
+  if (code == 0) return kelp::succeed(error);
   const kelp_database *database = handle->state->database;
   if (code == KELP_ERR_EPOCH) {
     return kelp::fail(

@@ -9,11 +9,14 @@ namespace kelp {
 namespace {
 
 void *allocate(Pool *pool, Arena &memory, std::size_t size) {
+  void *block = nullptr;
   if (pool->database->faults.strikes(KELP_FAULT_ALLOCATION)) {
     memory.note_refusal(size);
-    return nullptr;
+  } else {
+    block = memory.allocate(size);
   }
-  return memory.allocate(size);
+  pool->refused |= block == nullptr;
+  return block;
 }
 
 void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {

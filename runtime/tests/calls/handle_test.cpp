@@ -108,6 +108,19 @@ TEST_F(HandleTest, LastErrorIsStoredAndCleared) {
   EXPECT_EQ(handle->cr_err, 9u);
 }
 
+TEST_F(HandleTest, RefusedAllocationIsTheLastErrorUntilForgotten) {
+  kelp_error error;
+  kelp_database_fail_allocation_after(database, 0);
+  EXPECT_EQ(handle->obj_alloc(handle->obj_pool, 0, 100), nullptr);
+  EXPECT_EQ(kelp_handle_last_error(handle, &error), 12);
+  EXPECT_NE(std::string(error.text).find("no memory for 100 bytes"), std::string::npos)
+      << error.text;
+  kelp_store_err(handle, 17);
+  EXPECT_EQ(kelp_handle_last_error(handle, &error), 17);
+  kelp_clear_last_error(handle);
+  EXPECT_EQ(kelp_handle_last_error(handle, &error), 0);
+}
+
 TEST_F(HandleTest, VariantMismatchSetsWordAndLastError) {
   kelp_error error;
   kelp_store_epoch_err(handle, 43, &err);
