@@ -33,6 +33,8 @@ build() {
             [ $n != 2 ] || { frr_v2 to-r4 0 point-to-point 20; te to-r4 25 delay; }
             [ $n != 4 ] || { frr_v2 to-r3 0 point-to-point 20; te to-r3 20
                 frr_v2 to-r2 0 point-to-point 20; te to-r2 25 delay; }
+            # Before it tells router information, since it does not tell of a change.
+            [ $n != 4 ] || printf 'router ospf\n ospf router-id %s\n pce address %s\n pce domain as 65004\n pce neighbor as 65005\n pce flag 0x80\n pce scope 0x60\nexit\n' $net.4 $net.4
             frr_ospf 'capability opaque' 'mpls-te on' "mpls-te router-address $net.$n" 'router-info area'
             echo 'router ospf'
             case $n in
@@ -42,9 +44,7 @@ build() {
                 3) printf ' segment-routing on\n segment-routing global-block 16000 16999\n'
                    printf ' segment-routing prefix %s index 103 explicit-null\n' "$net.3/32" ;;
                 4) printf ' segment-routing on\n segment-routing node-msd 8\n'
-                   printf ' segment-routing prefix %s index 104\n' "$net.4/32"
-                   printf ' pce address %s\n pce domain as 65004\n pce neighbor as 65005\n' "$net.4"
-                   printf ' pce flag 0x80\n pce scope 0x60\n' ;;
+                   printf ' segment-routing prefix %s index 104\n' "$net.4/32" ;;
             esac
             echo exit
         } | config r$n
