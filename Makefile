@@ -72,13 +72,13 @@ bench-peers: packages
 	@build/bench/bench/peers/peer_bench
 
 FUZZ_SECONDS ?= 600
-FUZZ_TARGETS ?= ospf-decode/decode image-check/object image-check/record image-check/key \
-	image-check/document ospf-exchange/stream
+FUZZ_TARGETS ?= ospf-decode/decode tree-exchange/stream \
+	$(addprefix ospf-harbor-check/,object record key document)
 fuzz: packages
 	@cmake --preset fuzz >/dev/null
 	@cmake --build --preset fuzz -j $(JOBS) --target $(addsuffix _fuzz,$(notdir $(FUZZ_TARGETS)))
 	@set -e; for target in $(FUZZ_TARGETS); do \
-		folder=tools/$${target%/*}/fuzz name=$${target#*/}; \
+		folder=libs/$${target%/*}/fuzz name=$${target#*/}; \
 		echo "$$name: $(FUZZ_SECONDS) seconds"; \
 		mkdir -p build/fuzz/found/$$name; \
 		build/fuzz/$$folder/$${name}_fuzz -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \

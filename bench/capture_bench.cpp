@@ -13,10 +13,10 @@
 #include <fstream>
 #include <string>
 
-#include "bytes.hpp"
-#include "network_rows.hpp"
+#include "capture_rows/network_rows.hpp"
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
+#include "support/bytes.hpp"
 
 namespace {
 
@@ -227,8 +227,8 @@ void FillTablesFromDatabases(benchmark::State &state) {
   decode_file(network);
   double total = 0;
   for (auto _ : state) {
-    tool::Session session;
-    total += timed(state, [&] { tool::load_network(session, network); });
+    ospf_tables::Session session;
+    total += timed(state, [&] { capture_rows::load_network(session, network); });
   }
   report(state, total);
 }
@@ -237,13 +237,13 @@ BENCHMARK(FillTablesFromDatabases)->UseManualTime()->Unit(benchmark::kMillisecon
 void CaptureIntoTables(benchmark::State &state) {
   double total = 0;
   for (auto _ : state) {
-    tool::Session session;
+    ospf_tables::Session session;
     kelp_memory_statistics before{};
     kelp_database_memory(session.database(), &before);
     Network network;
     total += timed(state, [&] {
       decode_file(network);
-      tool::load_network(session, network);
+      capture_rows::load_network(session, network);
     });
     kelp_memory_statistics after{};
     kelp_database_memory(session.database(), &after);

@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 set(HARBOR_LIBRARIES kelp ospf_harbor_oper)
 if(TARGET ospf_harbor_check)
   list(APPEND HARBOR_LIBRARIES ospf_harbor_check)
-  install(DIRECTORY tools/image-check/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(DIRECTORY libs/ospf-harbor-check/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()
 install(TARGETS ${HARBOR_LIBRARIES} EXPORT ospf_harbor_oper
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})

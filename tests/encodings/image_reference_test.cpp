@@ -1,8 +1,8 @@
 // A second writer of images, made from the tables of docs/wire-format.md and the rows of the
 // schema, walked at run time. Thousands of random objects of every structure type are written by
 // both and compared byte for byte, then read back by handles that track state and that do not.
-#include "encodings/objects.hpp"
 #include "model/lists.hpp"
+#include "support/objects.hpp"
 
 namespace {
 

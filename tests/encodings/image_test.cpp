@@ -2,8 +2,8 @@
 // reader and writer of different variants and different tracking meet.
 #include <ospf_harbor_oper.h>
 
-#include "encodings/objects.hpp"
 #include "model/lists.hpp"
+#include "support/objects.hpp"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // closing brace.
 #include <ospf_harbor_oper.h>
 
-#include "encodings/objects.hpp"
 #include "model/lists.hpp"
+#include "support/objects.hpp"
 
 namespace {
 

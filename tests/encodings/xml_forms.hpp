@@ -4,7 +4,7 @@
 
 #include <kelp/xml.h>
 
-#include "encodings/objects.hpp"
+#include "support/objects.hpp"
 
 namespace encodings {
 

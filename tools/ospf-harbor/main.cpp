@@ -4,15 +4,15 @@
 #include <cstdio>
 #include <exception>
 
-#include "capture_command.hpp"
-#include "commands.hpp"
-#include "exchange_options.hpp"
-#include "graph_command.hpp"
-#include "inspect_command.hpp"
-#include "lsdb_command.hpp"
-#include "sources.hpp"
-#include "trace_command.hpp"
-#include "trace_file.hpp"
+#include "commands/commands.hpp"
+#include "commands/exchange_options.hpp"
+#include "commands/graph_command.hpp"
+#include "commands/inspect_command.hpp"
+#include "commands/lsdb_command.hpp"
+#include "commands/trace_command.hpp"
+#include "sources/capture_command.hpp"
+#include "sources/sources.hpp"
+#include "traces/trace_file.hpp"
 
 namespace {
 
@@ -66,7 +66,7 @@ int run(int argc, char **argv) {
     if (command.app->parsed()) return command.run();
   }
 
-  tool::Session session;
+  ospf_tables::Session session;
   if (exchange) return exchange(session);
   if (shell->parsed()) return tool::run_shell(session);
   if (show->parsed()) {

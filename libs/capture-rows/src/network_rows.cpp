@@ -1,0 +1,337 @@
+#include "capture_rows/network_rows.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "capture_rows/lsa_rows.hpp"
+#include "ospf_tables/instance_rows.hpp"
+
+namespace capture_rows {
+
+using namespace ospf_tables;
+
+namespace {
+
+namespace decode = ospf_decode;
+
+using InstanceName = std::pair<std::uint8_t, std::uint8_t>;  // version, instance ID
+
+constexpr std::uint32_t area_opaque_type = decode::lsa2_opaque_area;
+
+std::uint32_t observer_id(InstanceName name) {
+  return name.second == 0 ? 0 : 0x00ff0000u | std::uint32_t{name.first} << 8 | name.second;
+}
+
+bool routes_ipv4(InstanceName name) {
+  return name.first == 2 || (name.second >= 64 && name.second < 128);
+}
+
+std::uint16_t narrow(std::uint32_t seconds) {
+  return static_cast<std::uint16_t>(
+      std::min<std::uint32_t>(seconds, std::numeric_limits<std::uint16_t>::max()));
+}
+
+Authentication authentication_of(const decode::Interface &from) {
+  switch (from.auth_kind) {
+    case decode::AuthKind::none:
+      return Authentication::none;
+    case decode::AuthKind::simple:
+      return Authentication::key;
+    case decode::AuthKind::cryptographic:
+    case decode::AuthKind::trailer:
+      break;
+  }
+  // The algorithm is the one whose digests are that long.
+  switch (from.auth_digest_length) {
+    case 16:
+      return Authentication::message_digest;
+    case 20:
+      return Authentication::hmac_sha_1;
+    case 32:
+      return Authentication::hmac_sha_256;
+    case 48:
+      return Authentication::hmac_sha_384;
+    case 64:
+      return Authentication::hmac_sha_512;
+    default:
+      return Authentication::key;
+  }
+}
+
+// A virtual link is an unnumbered point-to-point link; of an interface that sent no hello the type
+// is not known, and the field stays at its first value.
+std::uint32_t type_of(decode::NetworkType type) {
+  switch (type) {
+    case decode::NetworkType::unknown:
+    case decode::NetworkType::broadcast:
+      return BROADCAST;
+    case decode::NetworkType::non_broadcast:
+      return NON_BROADCAST;
+    case decode::NetworkType::point_to_multipoint:
+      return POINT_TO_MULTIPOINT;
+    case decode::NetworkType::point_to_point:
+    case decode::NetworkType::virtual_link:
+      return POINT_TO_POINT;
+  }
+  return BROADCAST;
+}
+
+std::string name_of(const decode::Interface &from) {
+  std::string name = decode::ipv4_text(from.router_id) + '@' + decode::ip_text(from.address);
+  if (from.version == 3 && from.hello_count != 0) {
+    name += '%' + std::to_string(from.hello.interface_id);
+  }
+  if (from.vlan != 0) name += '.' + std::to_string(from.vlan);
+  if (from.is_virtual) name += '>' + decode::ip_text(from.virtual_peer);
+  return name;
+}
+
+// Milliseconds until the next hello is due.
+std::uint32_t hello_timer(const decode::Interface &from, decode::Time now) {
+  const decode::Time due = from.last_hello + from.hello.hello_interval * decode::second;
+  return due <= now ? 0 : static_cast<std::uint32_t>((due - now) / (decode::second / 1000));
+}
+
+Interface interface_of(const decode::Network &network, std::uint32_t index, decode::Time now) {
+  const decode::Interface &from = network.interfaces()[index];
+  Interface to{};
+  to.name = name_of(from);
+  to.network_type = type_of(network.network_type(index));
+  to.cost = network.interface_cost(index).value_or(0);
+  to.authentication = authentication_of(from);
+  to.state = decode::interface_state_text(network.interface_state(index));
+  if (from.hello_count == 0) return to;
+  to.demand_circuit = from.demand_circuit();
+  to.lls = from.lls;
+  to.hello_interval = from.hello.hello_interval;
+  to.dead_interval = narrow(from.hello.dead_interval);
+  to.hello_timer = hello_timer(from, now);
+  to.dr = decode::ipv4_text(from.hello.designated_router);
+  to.bdr = decode::ipv4_text(from.hello.backup_designated_router);
+  to.priority = from.hello.priority;
+  if (!from.is_virtual && !from.multicasts_hellos()) {
+    for (const auto &[target, last] : from.hello_targets) {
+      to.static_neighbors.push_back(decode::ip_text(target));
+    }
+  }
+  return to;
+}
+
+Neighbor neighbor_of(const decode::Neighbor &from) {
+  Neighbor to{};
+  to.router_id = decode::ipv4_text(from.router_id);
+  to.address = decode::ip_text(from.address);
+  to.dr = decode::ipv4_text(from.designated_router);
+  to.bdr = decode::ipv4_text(from.backup_designated_router);
+  to.state = static_cast<std::uint32_t>(from.state);
+  return to;
+}
+
+static_assert(static_cast<std::uint32_t>(decode::NeighborState::down) == NBR_STATE_DOWN &&
+              static_cast<std::uint32_t>(decode::NeighborState::full) == NBR_STATE_FULL);
+
+// One instance on its way into the tables.
+struct Heard {
+  std::map<std::uint32_t, Area> areas;
+  Databases databases;
+  LoadedInstance counts;
+};
+
+class Loader {
+ public:
+  Loader(Session &session, const decode::Network &network)
+      : session_(session), network_(network), now_(network.last_time()) {}
+
+  std::vector<LoadedInstance> load() {
+    gather();
+    fill_databases();
+    std::vector<std::unique_ptr<NewInstance>> rows;
+    std::vector<LoadedInstance> counts;
+    for (auto &[name, heard] : heard_) {
+      Instance instance{};
+      instance.family = routes_ipv4(name) ? Family::ipv4 : Family::ipv6;
+      instance.router_id = observer_id(name);
+      for (auto &[id, area] : heard.areas) instance.areas.push_back(std::move(area));
+      rows.push_back(std::make_unique<NewInstance>(session_, instance, heard.databases));
+      counts.push_back(heard.counts);
+    }
+    add_instances(session_, rows);
+    return counts;
+  }
+
+ private:
+  struct Place {
+    std::uint32_t area = 0;
+    std::string name;
+  };
+
+  Heard &heard(InstanceName name) {
+    Heard &heard = heard_[name];
+    heard.counts.version = name.first;
+    heard.counts.instance_id = name.second;
+    return heard;
+  }
+
+  Area &area(InstanceName name, std::uint32_t id) {
+    Heard &of = heard(name);
+    const auto [place, is_new] = of.areas.try_emplace(id);
+    place->second.id = id;
+    of.counts.areas += is_new ? 1 : 0;
+    return place->second;
+  }
+
+  void gather() {
+    for (const auto &[key, facts] : network_.areas()) {
+      area({key.version, key.instance_id}, key.area_id);
+    }
+    std::map<std::uint32_t, std::vector<Neighbor>> neighbors;
+    for (const decode::Neighbor &neighbor : network_.neighbors(now_)) {
+      std::vector<Neighbor> &list = neighbors[neighbor.interface];
+      // The rows' key is the router ID: of several that are not known yet one has a row.
+      const Neighbor to = neighbor_of(neighbor);
+      const bool is_known = std::ranges::any_of(
+          list, [&](const Neighbor &other) { return other.router_id == to.router_id; });
+      if (!is_known) list.push_back(to);
+    }
+    std::set<std::pair<InstanceName, std::pair<std::uint32_t, std::string>>> names;
+    for (std::uint32_t index = 0; index < network_.interfaces().size(); ++index) {
+      const decode::Interface &from = network_.interfaces()[index];
+      const InstanceName name{from.version, from.instance_id};
+      Interface to = interface_of(network_, index, now_);
+      const std::string base = to.name;
+      for (int number = 2; !names.insert({name, {from.area_id, to.name}}).second; ++number) {
+        to.name = base + '+' + std::to_string(number);
+      }
+      places_.push_back({from.area_id, to.name});
+      to.neighbors = std::move(neighbors[index]);
+      Area &of = area(name, from.area_id);
+      LoadedInstance &counts = heard(name).counts;
+      ++counts.interfaces;
+      counts.neighbors += to.neighbors.size();
+      first_of_area_.try_emplace({name, from.area_id}, index);
+      first_of_link_.try_emplace({name, network_.link_of(index)}, index);
+      of.interfaces.push_back(std::move(to));
+    }
+  }
+
+  // --- databases: entries come in the order of their keys, so that those of a table are together
+  // --
+
+  void fill_databases() {
+    const decode::LsdbEntry *before = nullptr;
+    for (const decode::LsdbEntry *entry : network_.lsdb().sorted()) {
+      if (entry->gone_at(now_) || network_.grace_over(*entry, now_)) continue;
+      const decode::LsdbKey &key = entry->key;
+      if (before == nullptr || before->key.version != key.version ||
+          before->key.instance_id != key.instance_id || before->key.scope != key.scope ||
+          before->key.domain != key.domain || before->key.type != key.type) {
+        open_tables(key);
+      }
+      before = entry;
+      if (area_table_ != nullptr) {
+        add(area_table_, *entry);
+      } else {
+        add(link_table_, *entry);
+      }
+      ++heard({key.version, key.instance_id}).counts.lsas;
+    }
+  }
+
+  // Makes the table for the LSAs of one type in one place, with the row above it.
+  void open_tables(const decode::LsdbKey &key) {
+    const InstanceName name{key.version, key.instance_id};
+    Databases &databases = heard(name).databases;
+    area_table_ = nullptr;
+    link_table_ = nullptr;
+    switch (key.scope) {
+      case decode::Scope::as:
+        link_table_ = link_container(databases.of_instance, key.type);
+        return;
+      case decode::Scope::link:
+        link_table_ = link_container(of_interface(databases, first_of_link_.at({name, key.domain})),
+                                     key.type);
+        return;
+      case decode::Scope::area:
+        break;
+    }
+    area(name, key.domain);
+    if (key.version == 2 && key.type == area_opaque_type) {
+      if (const auto first = first_of_area_.find({name, key.domain});
+          first != first_of_area_.end()) {
+        link_table_ = link_container(of_interface(databases, first->second), key.type);
+        return;
+      }
+    }
+    area_table_ = area_container(databases.of_areas[key.domain], key.type);
+  }
+
+  std::unique_ptr<NewTable<link_scope_lsas_ops>> &of_interface(Databases &databases,
+                                                               std::uint32_t index) {
+    return databases.of_interfaces[{places_[index].area, places_[index].name}];
+  }
+
+  tbl_link_scope_lsa_table *link_container(std::unique_ptr<NewTable<link_scope_lsas_ops>> &table,
+                                           std::uint32_t type) {
+    if (table == nullptr) table = std::make_unique<NewTable<link_scope_lsas_ops>>(session_);
+    NewRecord<link_scope_lsas_ops> record(session_);
+    NewObject<link_scope_lsas_ops> new_object(session_);
+    link_scope_lsas *object = record.put(new_object);
+    link_scope_lsas_lsa_type_set_value(session_.handle(), space, object, type, session_.err());
+    auto *rows = add_table<link_scope_lsa_ops>(session_, object,
+                                               link_scope_lsas_link_scope_lsa_db_set_by_ref);
+    record.insert_into(*table);
+    return rows;
+  }
+
+  tbl_area_scope_lsa_table *area_container(std::unique_ptr<NewTable<area_scope_lsas_ops>> &table,
+                                           std::uint32_t type) {
+    if (table == nullptr) table = std::make_unique<NewTable<area_scope_lsas_ops>>(session_);
+    NewRecord<area_scope_lsas_ops> record(session_);
+    NewObject<area_scope_lsas_ops> new_object(session_);
+    area_scope_lsas *object = record.put(new_object);
+    area_scope_lsas_lsa_id_set_value(session_.handle(), space, object, type, session_.err());
+    auto *rows =
+        add_table<area_scope_lsa_ops>(session_, object, area_scope_lsas_area_scope_lsa_set_by_ref);
+    record.insert_into(*table);
+    return rows;
+  }
+
+  template <typename Table>
+  void add(Table *table, const decode::LsdbEntry &entry) {
+    // What is wrong with it was counted when its packet was read.
+    decode::ErrorCounts counted_before;
+    const decode::Report report(counted_before, entry.packet);
+    if (entry.key.version == 2) {
+      decode_lsa_v2(entry.raw, lsa_v2_, report);
+      add_lsa(session_, table, lsa_v2_);
+    } else {
+      decode_lsa_v3(entry.raw, lsa_v3_, report);
+      add_lsa(session_, table, lsa_v3_, routes_ipv4({entry.key.version, entry.key.instance_id}));
+    }
+  }
+
+  Session &session_;
+  const decode::Network &network_;
+  decode::Time now_;
+  std::map<InstanceName, Heard> heard_;
+  std::vector<Place> places_;  // by interface
+  std::map<std::pair<InstanceName, std::uint32_t>, std::uint32_t> first_of_area_;
+  std::map<std::pair<InstanceName, std::uint32_t>, std::uint32_t> first_of_link_;
+  tbl_area_scope_lsa_table *area_table_ = nullptr;
+  tbl_link_scope_lsa_table *link_table_ = nullptr;
+  decode::LsaV2 lsa_v2_;
+  decode::LsaV3 lsa_v3_;
+};
+
+}  // namespace
+
+std::vector<LoadedInstance> load_network(Session &session, const decode::Network &network) {
+  return Loader(session, network).load();
+}
+
+}  // namespace capture_rows

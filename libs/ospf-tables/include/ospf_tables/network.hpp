@@ -1,0 +1,71 @@
+// A routing process of one address family, as it tells of itself or as it is heard from outside,
+// checked and in plain structs before any of it enters a table. Times are in the units that the
+// tables get; what a source cannot know stays at its default.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace ospf_tables {
+
+enum class Family { ipv4, ipv6 };
+
+struct Neighbor {
+  std::string router_id;
+  std::string address;
+  std::string dr;
+  std::string bdr;
+  std::uint32_t state;  // enum nbr_state_type_value
+  std::uint32_t events = 0;
+  std::uint32_t retransmission_queue = 0;
+};
+
+// `key` stands for one whose algorithm is not known.
+enum class Authentication {
+  none,
+  key,
+  message_digest,
+  hmac_sha_1,
+  hmac_sha_256,
+  hmac_sha_384,
+  hmac_sha_512
+};
+
+struct Interface {
+  std::string name;
+  std::uint32_t network_type;  // enum ospf_network_type_value
+  bool passive = false;
+  bool enabled = true;
+  bool mtu_ignored = false;
+  bool demand_circuit = false;
+  bool lls = false;
+  Authentication authentication = Authentication::none;
+  std::uint16_t cost = 0;
+  std::uint16_t hello_interval = 0;       // seconds
+  std::uint16_t dead_interval = 0;        // seconds
+  std::uint16_t retransmit_interval = 0;  // seconds
+  std::uint16_t transmit_delay = 0;       // seconds
+  std::string state;
+  std::uint32_t hello_timer = 0;  // milliseconds until the next hello
+  std::uint32_t wait_timer = 0;   // milliseconds
+  std::string dr;
+  std::string bdr;
+  std::uint8_t priority = 0;
+  std::vector<Neighbor> neighbors;
+  std::vector<std::string> static_neighbors;  // addresses, each once
+};
+
+struct Area {
+  std::uint32_t id;
+  std::vector<Interface> interfaces;
+};
+
+// One routing process of one address family.
+struct Instance {
+  Family family;
+  std::uint32_t router_id;
+  std::vector<Area> areas;
+};
+
+}  // namespace ospf_tables

@@ -1,0 +1,224 @@
+#include "tree_exchange/table_rules.hpp"
+
+#include <ospf_harbor_check.h>
+
+#include <algorithm>
+#include <array>
+#include <tuple>
+
+#include "ospf_tables/row_keys.hpp"
+#include "ospf_tables/rows.hpp"
+
+namespace tree_exchange {
+
+using namespace ospf_tables;
+
+namespace {
+
+template <typename Ops>
+struct RuleOf {
+  static const TableRule value;
+};
+
+template <typename Ops>
+typename Ops::Record *record_of(void *record) {
+  return static_cast<typename Ops::Record *>(record);
+}
+
+// References in an image name tables of the writer, which mean nothing where it arrives.
+void empty_references(const char *table, Bytes &image) {
+  std::vector<std::pair<std::size_t, std::size_t>> spans;
+  ospf_harbor_check_walk(
+      OSPF_HARBOR_CHECK_RECORD, table, image.data(), image.size(),
+      [](const ospf_harbor_image_span *span, void *context) {
+        if (span->piece < OSPF_HARBOR_SPAN_OID_HANDLE_WORD ||
+            span->piece > OSPF_HARBOR_SPAN_OID_SOURCE) {
+          return;
+        }
+        static_cast<decltype(spans) *>(context)->emplace_back(span->offset, span->length);
+      },
+      &spans, nullptr);
+  for (const auto &[offset, length] : spans) {
+    std::fill_n(image.begin() + static_cast<std::ptrdiff_t>(offset), length, std::uint8_t{0});
+  }
+}
+
+template <typename Ops>
+inline constexpr bool has_references =
+    std::tuple_size_v<std::remove_cvref_t<decltype(references<Ops>)>> != 0;
+
+template <typename Ops>
+Bytes image_of(Session &session, void *record) {
+  // The length leaves out the nine bytes of ra-data that an object of at least six may carry.
+  const std::uint32_t length =
+      64 + 3 * Ops::length(session.handle(), space, record_of<Ops>(record));
+  Bytes image(length + 4);
+  const std::uint32_t written =
+      Ops::marshal(session.handle(), space, image.data(), record_of<Ops>(record),
+                   static_cast<std::int32_t>(length), session.err());
+  session.check(Ops::name);
+  image.resize(written);
+  if (has_references<Ops>) empty_references(Ops::name, image);
+  return image;
+}
+
+template <typename Ops>
+std::string xml_of(Session &session, void *record) {
+  for (std::uint32_t size = 1 << 13;; size *= 4) {
+    std::string text(size, '\0');
+    const std::uint32_t written =
+        Ops::to_xml(session.handle(), space, text.data(), record_of<Ops>(record),
+                    static_cast<std::int32_t>(size), session.err());
+    if (*session.err() == KELP_ERR_NO_ROOM && size < 1u << 29) {
+      *session.err() = 0;
+      continue;
+    }
+    session.check(Ops::name);
+    text.resize(written);
+    return text;
+  }
+}
+
+template <typename Ops>
+void *record_from_image(Session &session, ByteView image) {
+  Bytes copy(image.begin(), image.end());
+  if (has_references<Ops>) empty_references(Ops::name, copy);
+  typename Ops::Record *record = nullptr;
+  Ops::unmarshal(session.handle(), space, &record, copy.data(),
+                 static_cast<std::int32_t>(copy.size()), 0, session.err());
+  if (*session.err() != 0 && record != nullptr) {
+    std::uint32_t err = 0;
+    Ops::destroy_record(session.handle(), space, record, &err);
+  }
+  return session.checked(record, Ops::name);
+}
+
+template <typename Ops>
+void *record_from_xml(Session &session, kelp_xml_document *document) {
+  char message[256] = "";
+  auto *record = Ops::from_xml(session.handle(), space, document, session.err(), message,
+                               static_cast<std::int32_t>(sizeof message));
+  return session.checked(record, *message != '\0' ? message : Ops::name);
+}
+
+template <typename Ops>
+Added add(Session &session, void *table_, void *last, void *record_) {
+  auto *table = static_cast<typename Ops::Table *>(table_);
+  auto *record = record_of<Ops>(record_);
+  Ops::insert(session.handle(), space, table, record, session.err());
+  if (*session.err() == KELP_ERR_EXISTS) {
+    *session.err() = 0;
+    return Added::twice;
+  }
+  session.check(Ops::name);
+  if (last == nullptr) return Added::behind_the_last;
+  auto *behind = Ops::next(session.handle(), space, table, record_of<Ops>(last), session.err());
+  session.check(Ops::name);
+  return behind == record ? Added::behind_the_last : Added::out_of_order;
+}
+
+// Builds the rule of one reference; its place in the list is bound by the index.
+template <typename Ops, std::size_t index>
+struct ReferenceOf {
+  static constexpr const auto &row = std::get<index>(references<Ops>);
+  using Child = typename std::remove_cvref_t<decltype(row)>::Child;
+
+  static typename Ops::Object *object(Session &session, void *record) {
+    return session.checked(Ops::get(session.handle(), space, record_of<Ops>(record)), Ops::name);
+  }
+  static void *below(Session &session, void *record) {
+    return table_below(session, row, object(session, record));
+  }
+  static bool held(Session &session, void *record) {
+    return has_reference(session, row, object(session, record));
+  }
+  static void tie(Session &session, void *record, void *table) {
+    row.set(session.handle(), space, object(session, record),
+            static_cast<typename Child::Table *>(table), session.err());
+    session.check(row.name);
+  }
+  static constexpr ReferenceRule rule() {
+    return {row.name, &RuleOf<Child>::value, below, held, tie};
+  }
+};
+
+template <typename Ops, std::size_t... index>
+constexpr std::array<ReferenceRule, sizeof...(index)> references_of(std::index_sequence<index...>) {
+  return {ReferenceOf<Ops, index>::rule()...};
+}
+
+template <typename Ops>
+constexpr auto reference_rules = references_of<Ops>(
+    std::make_index_sequence<std::tuple_size_v<std::remove_cvref_t<decltype(references<Ops>)>>>());
+
+template <typename Ops>
+const TableRule RuleOf<Ops>::value = {
+    .name = Ops::name,
+    .kind = Ops::kind,
+    .luid = {Ops::luid(), 16},
+    .references = reference_rules<Ops>,
+    .open = [](Session &session) -> void * {
+      return session.checked(Ops::open_auto_id(session.handle(), space, 0, session.err()),
+                             Ops::name);
+    },
+    .free =
+        [](Session &session, void *table) {
+          empty_and_free<Ops>(session, static_cast<typename Ops::Table *>(table));
+        },
+    .end_record = [](Session &session,
+                     void *record) { end_record<Ops>(session, record_of<Ops>(record)); },
+    .for_each =
+        [](Session &session, void *table, const std::function<void(void *)> &act) {
+          for_each_record<Ops>(session, static_cast<typename Ops::Table *>(table), act);
+        },
+    .key = [](Session &session,
+              void *record) { return row_key<Ops>(session, record_of<Ops>(record)); },
+    .add = add<Ops>,
+    .image = image_of<Ops>,
+    .xml = xml_of<Ops>,
+    .from_image = record_from_image<Ops>,
+    .from_xml = record_from_xml<Ops>,
+};
+
+template <typename... Ops>
+std::array<const TableRule *, sizeof...(Ops)> rules_of(std::tuple<Ops...> *) {
+  return {&RuleOf<Ops>::value...};
+}
+
+const auto all_rules = rules_of(static_cast<AllTables *>(nullptr));
+
+}  // namespace
+
+const TableRule &root_rule() { return RuleOf<ospf_rev1_ops>::value; }
+
+const TableRule *rule_named(std::string_view name) {
+  for (const TableRule *rule : all_rules) {
+    if (name == rule->name) return rule;
+  }
+  return nullptr;
+}
+
+const TableRule *rule_with_luid(ByteView luid) {
+  for (const TableRule *rule : all_rules) {
+    if (std::ranges::equal(luid, rule->luid)) return rule;
+  }
+  return nullptr;
+}
+
+const ReferenceRule *reference_named(const TableRule &rule, std::string_view name) {
+  for (const ReferenceRule &reference : rule.references) {
+    if (name == reference.name) return &reference;
+  }
+  return nullptr;
+}
+
+std::string list_of_references(const TableRule &rule) {
+  std::string list;
+  for (const ReferenceRule &reference : rule.references) {
+    if (!list.empty()) list += &reference == &rule.references.back() ? " or " : ", ";
+    list += reference.name;
+  }
+  return list.empty() ? "no reference" : list;
+}
+
+}  // namespace tree_exchange

@@ -1,0 +1,151 @@
+// The built tool in processes of its own, with what it says kept in files. Each process is waited
+// for, or ended by its id, before its test ends.
+#pragma once
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/places.hpp"
+
+namespace tool_tests {
+
+inline std::string content_of(const std::filesystem::path &file) {
+  std::ifstream in(file, std::ios::binary);
+  std::stringstream all;
+  all << in.rdbuf();
+  return all.str();
+}
+
+class ToolProcess {
+ public:
+  // name: of its files in the folder.
+  ToolProcess(const std::filesystem::path &folder, const std::string &name,
+              std::vector<std::string> words, const std::string &input = "/dev/null")
+      : out_(folder / (name + ".out")), err_(folder / (name + ".err")) {
+    words.insert(words.begin(), places::tool());
+    std::vector<char *> arguments;
+    for (std::string &word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC;
+    const int in = open(input.c_str(), O_RDONLY);
+    const int out = open(out_.c_str(), flags, 0600);
+    const int err = open(err_.c_str(), flags, 0600);
+    id_ = fork();
+    if (id_ == 0) {
+      dup2(in, 0);
+      dup2(out, 1);
+      dup2(err, 2);
+      execv(arguments[0], arguments.data());
+      _exit(127);
+    }
+    close(in);
+    close(out);
+    close(err);
+  }
+  ~ToolProcess() {
+    if (id_ <= 0) return;
+    kill(id_, SIGKILL);
+    waitpid(id_, nullptr, 0);
+  }
+  ToolProcess(const ToolProcess &) = delete;
+  ToolProcess &operator=(const ToolProcess &) = delete;
+
+  pid_t id() const { return id_; }
+  std::string out() const { return content_of(out_); }
+  std::string err() const { return content_of(err_); }
+
+  // The exit status; -1 for one that was ended by a signal or does not end.
+  int wait() {
+    for (int tries = 0; tries < 6000; ++tries) {
+      int status = 0;
+      if (waitpid(id_, &status, WNOHANG) == id_) {
+        id_ = 0;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return -1;
+  }
+
+  // The place where it says that it receives.
+  std::string place() const {
+    constexpr char words[] = "receiving at ";
+    for (int tries = 0; tries < 3000; ++tries) {
+      const std::string said = err();
+      const std::size_t at = said.find(words);
+      const std::size_t end = said.find('\n', at);
+      if (at != said.npos && end != said.npos) {
+        return said.substr(at + sizeof words - 1, end - at - sizeof words + 1);
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ADD_FAILURE() << "does not receive: " << err();
+    return "";
+  }
+
+ private:
+  std::filesystem::path out_;
+  std::filesystem::path err_;
+  pid_t id_ = 0;
+};
+
+// A folder of its own for each test, and the tool run in it.
+class ProcessTest : public testing::Test {
+ protected:
+  ProcessTest() {
+    std::string name = (std::filesystem::temp_directory_path() / "exchange.XXXXXX").string();
+    folder_ = mkdtemp(name.data());
+  }
+  ~ProcessTest() override { std::filesystem::remove_all(folder_); }
+
+  std::string file(const std::string &name) const { return (folder_ / name).string(); }
+  void put(const std::string &name, const std::string &content) const {
+    std::ofstream(folder_ / name, std::ios::binary) << content;
+  }
+
+  struct Said {
+    int status;
+    std::string out;
+    std::string err;
+  };
+  Said run(const std::vector<std::string> &words, const std::string &input = "/dev/null") {
+    ToolProcess process(folder_, "run" + std::to_string(++runs_), words, input);
+    const int status = process.wait();
+    return {status, process.out(), process.err()};
+  }
+  void expect_done(const std::vector<std::string> &words) {
+    const Said said = run(words);
+    EXPECT_EQ(said.status, 0) << said.err;
+  }
+  // Refused with status 1 in one line that holds the texts.
+  void expect_refused(const std::vector<std::string> &words,
+                      const std::vector<std::string> &texts) {
+    expect_refusal(run(words), texts);
+  }
+  static void expect_refusal(const Said &said, const std::vector<std::string> &texts) {
+    EXPECT_EQ(said.status, 1) << said.err;
+    const std::size_t start = said.err.find("ospf-harbor: ");
+    ASSERT_NE(start, std::string::npos) << said.err;
+    const std::string line = said.err.substr(start);
+    EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
+    for (const std::string &text : texts) EXPECT_NE(line.find(text), std::string::npos) << line;
+  }
+
+  const std::string sample_ = places::sample() + "/r1";
+  const std::string other_sample_ = places::sample() + "/r2";
+  std::filesystem::path folder_;
+  int runs_ = 0;
+};
+
+}  // namespace tool_tests

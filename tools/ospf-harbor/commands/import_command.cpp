@@ -1,0 +1,34 @@
+#include "commands/import_command.hpp"
+
+#include "tree_exchange/files.hpp"
+#include "tree_exchange/tree_reader.hpp"
+#include "tree_exchange/tree_xml.hpp"
+#include "views/notes.hpp"
+
+namespace tool {
+
+using namespace ospf_tables;
+using namespace tree_exchange;
+
+namespace {
+
+std::uint64_t read_stream(Session &session, const std::string &file) {
+  TreeReader reader(session, file);
+  read_pieces(file, largest_stream, [&](ByteView piece) { reader.feed(piece); });
+  return reader.finish();
+}
+
+std::uint64_t read_xml(Session &session, const std::string &file) {
+  const Bytes bytes = read_file(file, largest_stream);
+  return read_tree_xml(session, file, {reinterpret_cast<const char *>(bytes.data()), bytes.size()});
+}
+
+}  // namespace
+
+void import_tree(Session &session, TreeForm form, const std::string &file) {
+  const std::uint64_t rows =
+      form == TreeForm::image ? read_stream(session, file) : read_xml(session, file);
+  note("imported " + rows_text(rows) + " from " + file);
+}
+
+}  // namespace tool

@@ -1,0 +1,122 @@
+// Reading and following; what lines look like stands in trace_texts.
+#include "commands/trace_command.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <thread>
+
+#include "ospf_tables/input_error.hpp"
+#include "traces/library_file.hpp"
+#include "traces/own_library.hpp"
+#include "traces/trace_reader.hpp"
+#include "traces/trace_texts.hpp"
+
+namespace tool {
+
+using namespace ospf_tables;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// How long a follower sleeps when there is nothing new. Polling works on every kind of file system.
+constexpr std::chrono::milliseconds nap{50};
+
+class TraceFileReader {
+ public:
+  explicit TraceFileReader(const std::string &path)
+      : path_(path), descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ < 0) throw InputError(path, "", std::strerror(errno), "a trace file");
+  }
+  ~TraceFileReader() { close(descriptor_); }
+  TraceFileReader(const TraceFileReader &) = delete;
+  TraceFileReader &operator=(const TraceFileReader &) = delete;
+
+  // Everything that is there now and was not read before.
+  void read_on(TraceReader &reader) {
+    std::uint8_t piece[64 * 1024];
+    for (;;) {
+      const ssize_t got = read(descriptor_, piece, sizeof piece);
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) throw InputError(path_, "", std::strerror(errno), "a trace file");
+      if (got == 0) return;
+      read_ += static_cast<std::uint64_t>(got);
+      reader.add({piece, static_cast<std::size_t>(got)});
+    }
+  }
+
+  // A file that was cut back would give records from the middle of others.
+  void check_not_shorter() const {
+    struct stat state {};
+    if (fstat(descriptor_, &state) != 0 || !S_ISREG(state.st_mode)) return;
+    if (static_cast<std::uint64_t>(state.st_size) >= read_) return;
+    throw InputError(path_, "", "a file of " + std::to_string(state.st_size) + " bytes",
+                     "the " + std::to_string(read_) + " bytes that were read, or more");
+  }
+
+ private:
+  std::string path_;
+  int descriptor_;
+  std::uint64_t read_ = 0;
+};
+
+}  // namespace
+
+int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &complaints) {
+  const std::uint8_t level = level_by_name("--level", options.level);
+  const LibraryFile library(options.library_file.empty() ? own_library() : options.library_file);
+  const auto texts = library.read([&] { return TraceTexts(library.path(), library.bytes()); });
+
+  int status = 0;
+  TraceReader reader(options.file, [&](const kelp_trace_event &event, std::uint64_t offset) {
+    if (event.level > level) return;
+    std::string complaint;
+    out << texts.line(event, &complaint) << '\n';
+    if (complaint.empty()) return;
+    complaints << "ospf-harbor: " << options.file << ": byte " << offset << ": " << complaint
+               << '\n';
+    status = 1;
+  });
+  TraceFileReader file(options.file);
+  file.read_on(reader);
+  if (!options.follow) {
+    reader.end();
+    return status;
+  }
+  const auto end = Clock::now() + std::chrono::duration<double>(options.seconds);
+  while (options.seconds <= 0 || Clock::now() < end) {
+    out.flush();
+    std::this_thread::sleep_for(nap);
+    file.check_not_shorter();
+    file.read_on(reader);
+  }
+  return status;
+}
+
+Command add_trace_command(CLI::App &app) {
+  CLI::App *trace = app.add_subcommand("trace", "Print a file of binary trace records as text");
+  const auto options = std::make_shared<TraceOptions>();
+  trace->add_option("FILE", options->file, "What --trace-file or kelp_trace_open_file wrote")
+      ->required();
+  trace->add_option("--library", options->library_file,
+                    "The library whose messages they are; the one of this program without it");
+  trace->add_option("--level", options->level,
+                    "Print this level and worse: fatal, error, information or debug");
+  trace->add_flag("--follow", options->follow, "Wait for more records, until interrupted");
+  trace->add_option("--seconds", options->seconds, "End following after so long")
+      ->check(CLI::PositiveNumber);
+  return {trace, [options] {
+            const int status = print_trace(*options, std::cout, std::cerr);
+            std::cout.flush();
+            return status;
+          }};
+}
+
+}  // namespace tool

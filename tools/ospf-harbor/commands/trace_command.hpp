@@ -1,0 +1,25 @@
+// `ospf-harbor trace FILE`: prints binary trace records, one a line, with texts out of the file of
+// the library that wrote them.
+#pragma once
+
+#include <ostream>
+
+#include "commands/command.hpp"
+
+namespace tool {
+
+struct TraceOptions {
+  std::string file;
+  std::string library_file;  // empty: the one that this program runs with
+  std::string level = "debug";
+  bool follow = false;
+  double seconds = 0;  // how long to follow, 0 for ever
+};
+
+// Lines go to out, what is wrong with single records to complaints. 0, or 1 when a record had no
+// text. Throws for a file that cannot be read on, with what was before it printed.
+int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &complaints);
+
+Command add_trace_command(CLI::App &app);
+
+}  // namespace tool

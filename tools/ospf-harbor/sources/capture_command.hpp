@@ -1,0 +1,29 @@
+// `load capture`: reads packet captures, or listens on an interface, and puts the network that they
+// show into the tables. Files are read together in the order of their packets' times, so that
+// captures of several links of one network make one picture. Nothing is ever sent.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "ospf_tables/session.hpp"
+
+namespace tool {
+
+struct CaptureOptions {
+  std::vector<std::string> files;  // "-" is standard input
+  std::string interface;           // to listen on; then there are no files
+  unsigned seconds = 0;            // how long; 0 is until SIGINT or SIGTERM
+};
+
+// The words behind "load capture", as a line of `shell` has them. Throws InputError.
+CaptureOptions parse_capture_words(const std::vector<std::string> &words);
+
+// Says what was loaded on `report`, unless that is null, and what was wrong to standard error, by
+// kind with the number of the first packet. 0 when all was sound; 1 when something was not and the
+// rest is loaded. With no OSPF packet at all the tree stays as it was.
+int load_capture(ospf_tables::Session &session, const CaptureOptions &options,
+                 std::FILE *report = stdout);
+
+}  // namespace tool

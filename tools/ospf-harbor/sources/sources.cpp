@@ -1,0 +1,96 @@
+#include "sources/sources.hpp"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <iterator>
+#include <string_view>
+
+#include "commands/commands.hpp"
+#include "commands/import_command.hpp"
+#include "ospf_tables/input_error.hpp"
+#include "sources/capture_command.hpp"
+#include "tree_exchange/files.hpp"
+#include "tree_exchange/stream_format.hpp"
+
+namespace tool {
+
+using namespace ospf_tables;
+using namespace tree_exchange;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool is_capture_name(const fs::path &file) {
+  const std::string extension = file.extension().string();
+  return extension == ".pcap" || extension == ".pcapng" || extension == ".cap";
+}
+
+bool is_routers_folder(const fs::path &folder) {
+  return fs::exists(folder / "ip-ospf.json") || fs::exists(folder / "ipv6-ospf6.json");
+}
+
+std::vector<std::string> captures_in(const std::string &folder) {
+  std::vector<std::string> files;
+  for (const auto &entry : fs::directory_iterator(folder)) {
+    if (is_capture_name(entry.path())) files.push_back(entry.path().string());
+  }
+  std::sort(files.begin(), files.end());
+  if (files.empty()) {
+    throw InputError(folder, "", "a folder with neither",
+                     "captures (.pcap, .pcapng, .cap) or a daemon's ip-ospf.json");
+  }
+  return files;
+}
+
+bool starts_as_xml(const Bytes &start) {
+  const std::string_view text(reinterpret_cast<const char *>(start.data()), start.size());
+  const std::size_t mark = text.find_first_not_of(" \t\r\n");
+  return mark != text.npos && text[mark] == '<';
+}
+
+// What the files of packet capture tools start with, in either byte order.
+bool is_capture(const Bytes &start) {
+  constexpr std::array<std::uint8_t, 4> marks[] = {{0xa1, 0xb2, 0xc3, 0xd4},
+                                                   {0xd4, 0xc3, 0xb2, 0xa1},
+                                                   {0xa1, 0xb2, 0x3c, 0x4d},
+                                                   {0x4d, 0x3c, 0xb2, 0xa1},
+                                                   {0x0a, 0x0d, 0x0d, 0x0a}};
+  return std::any_of(std::begin(marks), std::end(marks), [&](const auto &mark) {
+    return start.size() >= mark.size() && std::equal(mark.begin(), mark.end(), start.begin());
+  });
+}
+
+}  // namespace
+
+int load_sources(Session &session, const std::vector<std::string> &sources) {
+  std::vector<std::string> folders;
+  std::vector<std::string> captures;
+  for (const std::string &source : sources) {
+    if (fs::is_directory(source)) {
+      if (is_routers_folder(source)) {
+        folders.push_back(source);
+      } else {
+        for (std::string &file : captures_in(source)) captures.push_back(std::move(file));
+      }
+      continue;
+    }
+    const Bytes start = first_bytes(source, 64);
+    if (is_stream(start)) {
+      import_tree(session, TreeForm::image, source);
+    } else if (starts_as_xml(start)) {
+      import_tree(session, TreeForm::xml, source);
+    } else if (is_capture(start)) {
+      captures.push_back(source);
+    } else {
+      throw InputError(source, "", "a file of no known kind",
+                       "a capture (pcap or pcapng), a tree stream or a tree's XML");
+    }
+  }
+  if (!folders.empty()) load_frr(session, folders, nullptr);
+  if (captures.empty()) return 0;
+  return load_capture(session, {captures, "", 0}, nullptr);
+}
+
+}  // namespace tool

@@ -1,0 +1,20 @@
+// What `--from` names, loaded into the tables of this run: captures, folders of captures, folders
+// with what a routing daemon says, tree streams and trees' XML, told apart by what is there.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ospf_tables/session.hpp"
+
+namespace tool {
+
+inline constexpr char source_help[] =
+    "Captures, folders of captures, folders as for load frr, tree streams or trees' XML";
+
+// Captures are read together. Reports on what was loaded are left out, so that the output of a
+// command is its own; what is wrong is told on standard error. 0 when all was sound, 1 when
+// something was not and the rest is loaded. Throws InputError for a source that is none.
+int load_sources(ospf_tables::Session &session, const std::vector<std::string> &sources);
+
+}  // namespace tool

@@ -1,0 +1,423 @@
+// Pictures of topologies: the graph that two recorded networks give is held against what is known
+// of them, both-ways checks and awkward cases are made up, and what Graphviz makes of the text is
+// read back.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <pugixml.hpp>
+#include <sstream>
+
+#include "commands/graph_command.hpp"
+#include "ospf_tables/input_error.hpp"
+#include "ospf_tables/row_keys.hpp"
+#include "sources/sources.hpp"
+#include "support/places.hpp"
+#include "synthetic_network.hpp"
+#include "views/dot_text.hpp"
+#include "views/graphviz.hpp"
+#include "views/topology.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using synthetic::address;
+
+tool::Topology recorded(const std::string &name, std::uint32_t version) {
+  ospf_tables::Session session;
+  tool::load_sources(session, {places::recordings() + "/" + name + "/all.pcap"});
+  return tool::build_topology(ospf_tables::read_lsdb(session), version);
+}
+
+tool::Topology topology_of(const synthetic::Network &network, std::uint32_t version = 2) {
+  ospf_tables::Session session;
+  network.load(session);
+  return tool::build_topology(ospf_tables::read_lsdb(session), version);
+}
+
+std::string cost_text(std::optional<std::uint32_t> cost) {
+  return cost ? std::to_string(*cost) : "-";
+}
+
+// A line for each edge, without an order of ends or edges.
+std::set<std::string> edges_of(const tool::Topology &topology) {
+  std::set<std::string> edges;
+  for (const tool::TopologyLink &link : topology.links) {
+    const bool turned = link.routers[0] > link.routers[1];
+    const auto end = [&](int which) {
+      const int at = turned ? 1 - which : which;
+      return ospf_tables::dotted(link.routers[at]) + " " + cost_text(link.costs[at]);
+    };
+    edges.insert(end(0) + " - " + end(1) + " in " + ospf_tables::dotted(link.area) +
+                 (link.kind == tool::LinkKind::virtual_link ? " virtual" : ""));
+  }
+  for (const tool::TopologyAttachment &each : topology.attachments) {
+    edges.insert(ospf_tables::dotted(each.router) + " " + cost_text(each.cost) + " - network " +
+                 topology.networks.at(each.network).prefixes.at(0) + " in " +
+                 ospf_tables::dotted(std::get<0>(each.network)) + (each.listed ? "" : " unlisted"));
+  }
+  return edges;
+}
+
+TEST(Topology, OfCampusIsTheOneOfItsDrawing) {
+  const std::set<std::string> point_to_point = {
+      "10.255.0.1 20 - 10.255.0.2 20 in 0.0.0.0", "10.255.0.1 30 - 10.255.0.4 30 in 0.0.0.1",
+      "10.255.0.2 30 - 10.255.0.5 30 in 0.0.0.1", "10.255.0.3 5 - 10.255.0.6 5 in 0.0.0.2"};
+  for (const std::uint32_t version : {2u, 3u}) {
+    const std::string core = version == 2 ? "10.0.0.0/24" : "2001:db8:0:a::/64";
+    const std::string r4r5 = version == 2 ? "10.1.45.0/24" : "2001:db8:1:45::/64";
+    std::set<std::string> expected = point_to_point;
+    for (const char *router : {"1", "2", "3"}) {
+      expected.insert(std::string("10.255.0.") + router + " 10 - network " + core + " in 0.0.0.0");
+    }
+    for (const char *router : {"4", "5"}) {
+      expected.insert(std::string("10.255.0.") + router + " 40 - network " + r4r5 + " in 0.0.0.1");
+    }
+    const tool::Topology campus = recorded("campus", version);
+    EXPECT_EQ(edges_of(campus), expected) << "OSPFv" << version;
+    EXPECT_EQ(campus.routers.size(), 6u);
+    EXPECT_EQ(campus.areas, (std::set<std::uint32_t>{0, 1, 2}));
+    const auto &routers = campus.routers;
+    EXPECT_EQ(routers.at(address("10.255.0.1")).areas, (std::set<std::uint32_t>{0, 1}));
+    EXPECT_TRUE(routers.at(address("10.255.0.1")).area_border);
+    EXPECT_FALSE(routers.at(address("10.255.0.1")).as_boundary);
+    EXPECT_TRUE(routers.at(address("10.255.0.3")).area_border);
+    EXPECT_TRUE(routers.at(address("10.255.0.3")).as_boundary);
+    EXPECT_FALSE(routers.at(address("10.255.0.5")).area_border);
+    EXPECT_TRUE(routers.at(address("10.255.0.5")).as_boundary);
+    EXPECT_EQ(campus.networks.begin()->second.designated_router, address("10.255.0.1"));
+  }
+}
+
+TEST(Topology, PrefixesOfPointToPointLinksAreNoStubs) {
+  for (const std::uint32_t version : {2u, 3u}) {
+    const tool::Topology campus = recorded("campus", version);
+    const std::string prefix = version == 2 ? "10.0.12.0/30" : "2001:db8:0:12::/64";
+    const bool on_link = std::any_of(campus.links.begin(), campus.links.end(),
+                                     [&](const auto &link) { return link.prefix == prefix; });
+    const bool as_stub = std::any_of(campus.stubs.begin(), campus.stubs.end(),
+                                     [&](const auto &stub) { return stub.prefix == prefix; });
+    EXPECT_TRUE(on_link) << prefix;
+    EXPECT_FALSE(as_stub) << prefix;
+    EXPECT_GE(campus.stubs.size(), 6u);  // a loopback for each router
+  }
+}
+
+TEST(Topology, OfTransitHasAVirtualLinkAndFiveAreas) {
+  const tool::Topology transit = recorded("transit", 2);
+  EXPECT_TRUE(edges_of(transit).contains("10.254.0.2 87 - 10.254.0.4 20 in 0.0.0.0 virtual"));
+  EXPECT_EQ(transit.areas.size(), 5u);
+  EXPECT_EQ(transit.routers.at(address("10.254.0.4")).areas, (std::set<std::uint32_t>{0, 1, 3}));
+  for (const auto &link : transit.links) EXPECT_TRUE(link.both_ways());
+}
+
+TEST(Topology, ALinkOfOneEndAloneIsNotWhole) {
+  synthetic::Network network;
+  network.router(0, "10.0.0.1", 0,
+                 {{1, "10.0.0.2", "192.0.2.1", 5}, {1, "10.0.0.3", "192.0.2.5", 6}});
+  network.router(0, "10.0.0.2", 0, {});
+  const tool::Topology topology = topology_of(network);
+  EXPECT_EQ(edges_of(topology), (std::set<std::string>{"10.0.0.1 5 - 10.0.0.2 - in 0.0.0.0",
+                                                       "10.0.0.1 6 - 10.0.0.3 - in 0.0.0.0"}));
+  EXPECT_TRUE(topology.routers.at(address("10.0.0.2")).has_lsa);
+  EXPECT_FALSE(topology.routers.at(address("10.0.0.3")).has_lsa);
+  const std::string dot = tool::dot_text(topology, {});
+  EXPECT_NE(dot.find("style=\"dashed\""), std::string::npos);
+  EXPECT_NE(dot.find("style=\"filled,rounded,dashed\""), std::string::npos);
+}
+
+TEST(Topology, ALinkInTwoAreasIsTwoHalves) {
+  synthetic::Network network;
+  network.router(0, "10.0.0.1", 0, {{1, "10.0.0.2", "192.0.2.1", 5}});
+  network.router(1, "10.0.0.2", 0, {{1, "10.0.0.1", "192.0.2.2", 5}});
+  for (const auto &link : topology_of(network).links) EXPECT_FALSE(link.both_ways());
+}
+
+TEST(Topology, ParallelLinksFindTheirOtherEndsByAddress) {
+  synthetic::Network network;
+  network.router(0, "10.0.0.1", 0,
+                 {{1, "10.0.0.2", "192.0.2.1", 1},
+                  {1, "10.0.0.2", "192.0.2.10", 3},
+                  {1, "10.0.0.2", "192.0.2.17", 5}});
+  network.router(0, "10.0.0.2", 0,
+                 {{1, "10.0.0.1", "192.0.2.9", 4}, {1, "10.0.0.1", "192.0.2.2", 2}});
+  EXPECT_EQ(edges_of(topology_of(network)),
+            (std::set<std::string>{"10.0.0.1 1 - 10.0.0.2 2 in 0.0.0.0",
+                                   "10.0.0.1 3 - 10.0.0.2 4 in 0.0.0.0",
+                                   "10.0.0.1 5 - 10.0.0.2 - in 0.0.0.0"}));
+}
+
+ospf_decode::LsaV3 router_v3(const std::string &id,
+                             const std::vector<ospf_decode::RouterLinkV3> &links) {
+  ospf_decode::LsaV3 lsa;
+  lsa.header.type = ospf_decode::lsa3_router;
+  lsa.header.advertising_router = address(id);
+  lsa.router.links = links;
+  return lsa;
+}
+
+TEST(Topology, OfOspfv3MatchesLinksByInterfaces) {
+  synthetic::Network network;
+  const std::uint32_t a = address("10.0.0.1");
+  const std::uint32_t b = address("10.0.0.2");
+  network.add(0, router_v3("10.0.0.1", {{1, 1, 11, 21, b}, {1, 3, 12, 22, b}, {1, 5, 13, 99, b}}));
+  network.add(0, router_v3("10.0.0.2", {{1, 4, 22, 12, a}, {1, 2, 21, 11, a}}));
+  EXPECT_EQ(edges_of(topology_of(network, 3)),
+            (std::set<std::string>{"10.0.0.1 1 - 10.0.0.2 2 in 0.0.0.0",
+                                   "10.0.0.1 3 - 10.0.0.2 4 in 0.0.0.0",
+                                   "10.0.0.1 5 - 10.0.0.2 - in 0.0.0.0"}));
+}
+
+TEST(Topology, NetworksAreCheckedBothWays) {
+  synthetic::Network network;
+  network.router(0, "10.0.0.1", 0, {{2, "192.0.2.1", "192.0.2.1", 5}});
+  network.router(0, "10.0.0.2", 0, {{2, "192.0.2.1", "192.0.2.2", 6}});
+  network.router(0, "10.0.0.3", 0, {});
+  network.network(0, "192.0.2.1", "255.255.255.0", "10.0.0.1", {"10.0.0.1", "10.0.0.3"});
+  EXPECT_EQ(edges_of(topology_of(network)),
+            (std::set<std::string>{"10.0.0.1 5 - network 192.0.2.0/24 in 0.0.0.0",
+                                   "10.0.0.2 6 - network 192.0.2.0/24 in 0.0.0.0 unlisted",
+                                   "10.0.0.3 - - network 192.0.2.0/24 in 0.0.0.0"}));
+}
+
+TEST(Topology, ANetworkThatOnlyRoutersSpeakOfIsThere) {
+  synthetic::Network network;
+  network.router(0, "10.0.0.1", 0, {{2, "192.0.2.1", "192.0.2.1", 5}});
+  const tool::Topology topology = topology_of(network);
+  ASSERT_EQ(topology.networks.size(), 1u);
+  EXPECT_FALSE(topology.networks.begin()->second.has_lsa);
+  EXPECT_NE(tool::dot_text(topology, {}).find("style=\"filled,dashed\""), std::string::npos);
+}
+
+TEST(Topology, LsasAtTheEndOfTheirLifeDoNotCount) {
+  synthetic::Network network;
+  network.router(0, "10.0.0.1", 0, {}).header.age = 3600;
+  network.router(0, "10.0.0.2", 0, {}).header.age = 0x8000 | 3599;
+  const tool::Topology topology = topology_of(network);
+  EXPECT_EQ(topology.routers.size(), 1u);
+  EXPECT_TRUE(topology.routers.contains(address("10.0.0.2")));
+}
+
+// --- what Graphviz reads -------------------------------------------------------------------------
+
+json read_back(const std::string &dot) { return json::parse(tool::draw(dot, "json")); }
+
+TEST(Dot, IsReadBackByGraphvizAsItWasMeant) {
+  const json graph = read_back(tool::dot_text(recorded("transit", 2), {}));
+  std::map<int, json> nodes;
+  std::map<std::string, json> by_name;
+  for (const json &node : graph["objects"]) {
+    nodes[node["_gvid"]] = node;
+    EXPECT_FALSE(by_name.contains(node["name"])) << "drawn twice";
+    by_name[node["name"]] = node;
+  }
+  EXPECT_EQ(nodes.size(), 9u);  // eight routers, a network
+  const json &border = by_name.at("router 10.254.0.4");
+  EXPECT_EQ(border["style"], "striped");
+  const std::string fill = border["fillcolor"];
+  EXPECT_EQ(std::count(fill.begin(), fill.end(), ':'), 2);  // of three areas
+  EXPECT_NE(border["label"].get<std::string>().find("ABR"), std::string::npos);
+  EXPECT_EQ(by_name.at("router 10.254.0.1")["peripheries"], "2");
+  EXPECT_FALSE(by_name.at("router 10.254.0.5").contains("peripheries"));
+
+  std::size_t virtual_links = 0;
+  EXPECT_EQ(graph["edges"].size(), 9u);
+  for (const json &edge : graph["edges"]) {
+    const std::string tail = nodes.at(edge["tail"])["name"];
+    const std::string head = nodes.at(edge["head"])["name"];
+    EXPECT_NE(edge["taillabel"].get<std::string>().find("</FONT>"), std::string::npos);
+    EXPECT_EQ(edge.contains("headlabel"), head.starts_with("router "));
+    if (edge["style"] != "dotted") continue;
+    ++virtual_links;
+    const bool turned = tail == "router 10.254.0.4";
+    EXPECT_NE(edge[turned ? "headlabel" : "taillabel"].get<std::string>().find(">87<"),
+              std::string::npos);
+    EXPECT_NE(edge[turned ? "taillabel" : "headlabel"].get<std::string>().find(">20<"),
+              std::string::npos);
+  }
+  EXPECT_EQ(virtual_links, 1u);
+  const std::string legend = graph["label"];
+  for (const char *text : {"8 routers, 1 network, 5 areas", "area 0.0.0.4", "dotted: virtual"}) {
+    EXPECT_NE(legend.find(text), std::string::npos) << text;
+  }
+}
+
+TEST(Dot, EdgesHaveTheColourOfTheirArea) {
+  const json graph = read_back(tool::dot_text(recorded("campus", 2), {}));
+  std::set<std::string> colours;
+  for (const json &edge : graph["edges"]) colours.insert(edge["color"]);
+  EXPECT_EQ(colours.size(), 3u);
+}
+
+TEST(Dot, StubsAreDrawnWhenTheyAreAskedFor) {
+  const tool::Topology campus = recorded("campus", 3);
+  EXPECT_EQ(tool::dot_text(campus, {}).find("2001:db8:ff::1/128"), std::string::npos);
+  const std::string dot = tool::dot_text(campus, {true});
+  EXPECT_NE(dot.find("2001:db8:ff::1/128"), std::string::npos);
+  EXPECT_NE(dot.find("label=<2001:db8:0:12::/64>"), std::string::npos);
+  read_back(dot);
+}
+
+TEST(Dot, TextsFromOutsideAreEscaped) {
+  tool::Topology topology;
+  topology.areas = {0};
+  topology.routers[1].areas = {0};
+  const std::string awkward = "\"<b>&\\\n]; x [label=\"";
+  topology.networks[{0, 1, 0}].prefixes = {awkward};
+  topology.stubs.push_back({0, 1, awkward, 3});
+  const json graph = read_back(tool::dot_text(topology, {true}));
+  EXPECT_EQ(graph["objects"].size(), 3u);
+  pugi::xml_document picture;
+  const std::string svg = tool::draw(tool::dot_text(topology, {true}), "svg");
+  ASSERT_TRUE(picture.load_string(svg.c_str()));
+  EXPECT_NE(svg.find("&lt;b&gt;&amp;"), std::string::npos);
+}
+
+TEST(Svg, IsWellFormedAndShowsEveryRouter) {
+  const std::string svg = tool::draw(tool::dot_text(recorded("campus", 2), {}), "svg");
+  pugi::xml_document picture;
+  const pugi::xml_parse_result result = picture.load_string(svg.c_str());
+  ASSERT_TRUE(result) << result.description();
+  std::multiset<std::string> texts;
+  for (const auto &found : picture.select_nodes("//*[local-name()='text']")) {
+    texts.insert(found.node().text().get());
+  }
+  for (int router = 1; router <= 6; ++router) {
+    EXPECT_EQ(texts.count("10.255.0." + std::to_string(router)), 1u) << router;
+  }
+  EXPECT_EQ(texts.count("10.0.0.0/24"), 1u);
+  EXPECT_EQ(texts.count("20"), 2u);
+  EXPECT_EQ(texts.count("area 0.0.0.2"), 1u);
+}
+
+struct Box {
+  double left, bottom, right, top;
+  bool overlaps(const Box &other) const {
+    return left < other.right && other.left < right && bottom < other.top && other.bottom < top;
+  }
+};
+
+TEST(Layout, OfTwoHundredRoutersOverlapsNowhere) {
+  std::string dot = tool::dot_text(topology_of(synthetic::large_network(200, 10)), {});
+  // Where lines run changes no place of a node, and straight ones are found at once.
+  const std::string routed = "splines=\"true\"";
+  ASSERT_NE(dot.find(routed), std::string::npos);
+  dot.replace(dot.find(routed), routed.size(), "splines=\"line\"");
+  const json graph = read_back(dot);
+  std::vector<Box> boxes;
+  for (const json &node : graph["objects"]) {
+    double x = 0;
+    double y = 0;
+    char comma = 0;
+    std::istringstream(node["pos"].get<std::string>()) >> x >> comma >> y;
+    const double width = std::stod(node["width"].get<std::string>()) * 72;
+    const double height = std::stod(node["height"].get<std::string>()) * 72;
+    boxes.push_back({x - width / 2, y - height / 2, x + width / 2, y + height / 2});
+  }
+  EXPECT_EQ(boxes.size(), 210u);
+  for (std::size_t a = 0; a < boxes.size(); ++a) {
+    for (std::size_t b = 0; b < a; ++b) EXPECT_FALSE(boxes[a].overlaps(boxes[b])) << a << ' ' << b;
+  }
+}
+
+TEST(Layout, IsTheSameForTheSameDatabase) {
+  EXPECT_EQ(tool::dot_text(recorded("campus", 2), {}), tool::dot_text(recorded("campus", 2), {}));
+}
+
+// --- the command ---------------------------------------------------------------------------------
+
+class GraphCommand : public testing::Test {
+ protected:
+  GraphCommand() {
+    std::string pattern = (fs::temp_directory_path() / "harbor-graph-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+    synthetic::Network network;
+    network.router(0, "10.0.0.1", 0, {{1, "10.0.0.2", "192.0.2.1", 5}});
+    network.router(0, "10.0.0.2", 0, {{1, "10.0.0.1", "192.0.2.2", 5}});
+    network.load(session_);
+  }
+  ~GraphCommand() override { fs::remove_all(folder_); }
+
+  int run(const std::vector<std::string> &words) {
+    return tool::run_graph(session_, tool::parse_graph_words(words));
+  }
+  std::string read(const fs::path &file) {
+    std::ifstream in(file);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  }
+
+  fs::path folder_;
+  ospf_tables::Session session_;
+};
+
+TEST_F(GraphCommand, WritesFilesOfBothKinds) {
+  EXPECT_EQ(run({"--dot", "-o", folder_ / "a.dot"}), 0);
+  EXPECT_TRUE(read(folder_ / "a.dot").starts_with("graph \"OSPFv2\" {"));
+  EXPECT_EQ(run({"--svg", "-o", folder_ / "a.svg"}), 0);
+  pugi::xml_document picture;
+  EXPECT_TRUE(picture.load_file((folder_ / "a.svg").c_str()));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 2);
+}
+
+TEST_F(GraphCommand, NothingToDrawIsSaidWithStatusOne) {
+  const auto message = [&](const std::vector<std::string> &words) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(run(words), 1);
+    return testing::internal::GetCapturedStderr();
+  };
+  EXPECT_EQ(message({"--dot", "--v3"}), "ospf-harbor: graph: no OSPFv3 router LSAs are loaded\n");
+  EXPECT_EQ(message({"--dot", "--area", "7"}),
+            "ospf-harbor: graph: no router LSAs of area 7 are loaded\n");
+}
+
+TEST_F(GraphCommand, WrongOptionsAreRefused) {
+  EXPECT_THROW(run({}), ospf_tables::InputError);
+  EXPECT_THROW(run({"--dot", "--svg"}), ospf_tables::InputError);
+  EXPECT_THROW(run({"--dot", "--area", "x"}), ospf_tables::InputError);
+}
+
+TEST_F(GraphCommand, WithoutGraphvizItSaysHowToGetItAndKeepsTheFileThatWasThere) {
+  std::ofstream(folder_ / "a.svg") << "before";
+  const std::string path = getenv("PATH");
+  setenv("PATH", folder_.c_str(), 1);
+  std::string message;
+  try {
+    run({"--svg", "-o", folder_ / "a.svg"});
+  } catch (const std::runtime_error &failure) {
+    message = failure.what();
+  }
+  setenv("PATH", path.c_str(), 1);
+  EXPECT_NE(message.find("install the package graphviz"), std::string::npos) << message;
+  EXPECT_EQ(read(folder_ / "a.svg"), "before");
+}
+
+TEST_F(GraphCommand, WhatGraphvizSaysOfAFailureIsPassedOn) {
+  EXPECT_THROW(
+      {
+        try {
+          tool::draw("graph {", "svg");
+        } catch (const std::runtime_error &failure) {
+          EXPECT_NE(std::string(failure.what()).find("syntax error"), std::string::npos)
+              << failure.what();
+          throw;
+        }
+      },
+      std::runtime_error);
+}
+
+TEST_F(GraphCommand, AFileThatCannotBeWrittenIsNamed) {
+  const std::string file = folder_ / "no-such-folder" / "a.dot";
+  try {
+    run({"--dot", "-o", file});
+    ADD_FAILURE() << "was written";
+  } catch (const std::runtime_error &failure) {
+    EXPECT_NE(std::string(failure.what()).find(file), std::string::npos) << failure.what();
+  }
+}
+
+}  // namespace

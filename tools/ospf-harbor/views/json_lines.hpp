@@ -1,0 +1,20 @@
+// Rows of the tables as JSON objects for `--json`: one object a line, always the same keys in the
+// same order for a kind of row, named as the model names its fields. Numbers that stand for
+// addresses or identifiers are dotted quads, octets are hexadecimal text, what is not there is
+// null.
+#pragma once
+
+#include <string>
+
+#include "ospf_tables/lsdb_view.hpp"
+#include "ospf_tables/tree.hpp"
+
+namespace tool {
+
+// An LSA of a database with its place in it.
+std::string json_line(const ospf_tables::LsdbEntry &entry);
+
+// Any row of the tree: its kind, its path and its fields. An LSA holds the rows below it.
+std::string json_line(ospf_tables::Session &session, const ospf_tables::RowView &row);
+
+}  // namespace tool

@@ -1,0 +1,84 @@
+#include "views/lsa_list.hpp"
+
+#include <algorithm>
+#include <map>
+#include <string>
+
+#include "ospf_tables/row_keys.hpp"
+#include "views/lsa_detail.hpp"
+#include "views/lsa_names.hpp"
+
+namespace tool {
+
+using namespace ospf_tables;
+
+namespace {
+
+std::string heading(const LsdbEntry &entry) {
+  std::string text = "OSPFv" + std::to_string(entry.lsa.version);
+  // An instance that a capture gave stands for no router; its ID is none or tells the instance ID.
+  if (entry.router_id >> 16 == 0x00ff) {
+    text += ", instance " + std::to_string(entry.router_id & 0xff);
+  } else if (entry.router_id != 0) {
+    text += " of router " + dotted(entry.router_id);
+  }
+  if (!entry.area) return text + ", autonomous system";
+  text += ", area " + dotted(*entry.area);
+  return entry.interface ? text + ", link " + *entry.interface : text;
+}
+
+// Calls act(first, last) for each run of entries under one heading, with the heading printed.
+template <typename Act>
+void by_heading(const std::vector<LsdbEntry> &entries, std::FILE *out, Act act) {
+  for (auto first = entries.begin(); first != entries.end();) {
+    const std::string title = heading(*first);
+    const auto last = std::find_if(first, entries.end(),
+                                   [&](const LsdbEntry &entry) { return heading(entry) != title; });
+    std::fprintf(out, "%s%s\n", first == entries.begin() ? "" : "\n", title.c_str());
+    act(first, last);
+    first = last;
+  }
+}
+
+void print_counts(const std::vector<LsdbEntry> &entries, std::FILE *out) {
+  // By version, then by LS type as the headings' order has them.
+  std::map<std::uint32_t, std::map<std::uint16_t, std::size_t>> counts;
+  for (const LsdbEntry &entry : entries) ++counts[entry.lsa.version][entry.lsa.type];
+  std::fprintf(out, "\n");
+  for (const auto &[version, types] : counts) {
+    std::size_t total = 0;
+    std::string parts;
+    for (const auto &[type, count] : types) {
+      total += count;
+      parts += (parts.empty() ? "" : ", ") + std::to_string(count) + " " + type_name(version, type);
+    }
+    std::fprintf(out, "OSPFv%u: %zu %s (%s)\n", version, total, total == 1 ? "LSA" : "LSAs",
+                 parts.c_str());
+  }
+}
+
+}  // namespace
+
+void print_lsa_table(const std::vector<LsdbEntry> &entries, std::FILE *out) {
+  by_heading(entries, out, [&](auto first, auto last) {
+    std::fprintf(out, "  %-12s  %-15s  %-15s  %8s  %-10s  %-8s  %6s\n", "Type", "Link-state ID",
+                 "Adv. router", "Age", "Sequence", "Checksum", "Length");
+    for (; first != last; ++first) {
+      const LsaView &lsa = first->lsa;
+      std::fprintf(out, "  %-12s  %-15s  %-15s  %8s  %-10s  %-8s  %6u\n",
+                   type_name(lsa.version, lsa.type).c_str(), dotted(lsa.link_state_id).c_str(),
+                   dotted(lsa.adv_router).c_str(), age_text(lsa.age).c_str(), lsa.sequence.c_str(),
+                   lsa.checksum.c_str(), lsa.length);
+    }
+  });
+  print_counts(entries, out);
+}
+
+void print_lsa_details(const std::vector<LsdbEntry> &entries, std::FILE *out) {
+  by_heading(entries, out, [&](auto first, auto last) {
+    for (; first != last; ++first) std::fprintf(out, "\n%s", detail_of(first->lsa).c_str());
+  });
+  print_counts(entries, out);
+}
+
+}  // namespace tool

@@ -1,0 +1,30 @@
+// The words that network engineers use for what LSAs hold: names of types, scopes, links and
+// topology numbers, and prefixes. Used by every listing of LSAs.
+#pragma once
+
+#include <string>
+
+#include "ospf_tables/lsa_view.hpp"
+
+namespace tool {
+
+// Short: "Router", "ASBR-Sum"; four hexadecimal digits for a type without a name.
+std::string type_name(std::uint32_t version, std::uint16_t ls_type);
+// Every short name, for messages about wrong ones.
+std::string list_of_type_names();
+const char *scope_name(ospf_tables::Scope scope);
+const char *link_type_name(std::uint8_t type);
+std::string opaque_type_name(std::uint8_t opaque_type);
+
+// In seconds, "DNA 12" for one that does not age.
+std::string age_text(std::uint16_t age);
+
+// Names with blanks between them.
+std::string joined(const ospf_tables::BitNames &names);
+
+// "10.0.0.0/24" for an address and its mask, with the mask written out when it is not contiguous.
+std::string prefix_text(std::uint32_t address, const std::string &mask);
+
+std::string hex_text(const std::vector<std::uint8_t> &octets);
+
+}  // namespace tool

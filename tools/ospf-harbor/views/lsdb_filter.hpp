@@ -1,0 +1,26 @@
+// Which LSAs of a database a command looks at.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ospf_tables/lsdb_view.hpp"
+
+namespace tool {
+
+// As the command line has it; empty texts mean all.
+struct LsdbFilter {
+  std::string area;        // a dotted quad or a number
+  std::string type;        // a short name or a number
+  std::string adv_router;  // a dotted quad
+  std::string family;      // "ipv4" or "ipv6", of the instance
+  bool v2 = false;
+  bool v3 = false;
+};
+
+// The LSAs that meet all that the filter asks for, in the given order. Throws InputError for a text
+// that no LSA can meet.
+std::vector<ospf_tables::LsdbEntry> filtered(std::vector<ospf_tables::LsdbEntry> entries,
+                                             const LsdbFilter &filter);
+
+}  // namespace tool

@@ -1,0 +1,175 @@
+#include "views/show.hpp"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+#include "ospf_tables/input_error.hpp"
+#include "ospf_tables/row_keys.hpp"
+#include "ospf_tables/tree.hpp"
+#include "views/json_lines.hpp"
+
+namespace tool {
+
+using namespace ospf_tables;
+
+namespace {
+
+template <typename... Ops>
+constexpr std::array<const char *, sizeof...(Ops)> kinds_of(std::tuple<Ops...> *) {
+  return {Ops::kind...};
+}
+
+// From the root down; a path goes through them in this order.
+constexpr auto kinds = kinds_of(static_cast<AllTables *>(nullptr));
+
+std::string list_of_kinds() {
+  std::string list;
+  for (const char *kind : kinds) list += (list.empty() ? "" : ", ") + std::string(kind);
+  return list;
+}
+
+struct Step {
+  std::size_t kind;
+  std::optional<std::string> key;
+};
+
+std::vector<std::string> parts(const std::string &path) {
+  std::vector<std::string> result;
+  std::size_t at = 0;
+  while (at < path.size()) {
+    std::size_t end = path.find('/', at);
+    if (end == std::string::npos) end = path.size();
+    if (end > at) result.push_back(path.substr(at, end - at));
+    at = end + 1;
+  }
+  return result;
+}
+
+std::vector<Step> parse(const std::string &path) {
+  std::vector<Step> steps;
+  const std::vector<std::string> words = parts(path);
+  for (std::size_t at = 0; at < words.size(); at += 2) {
+    const auto kind = std::find(kinds.begin(), kinds.end(), words[at]);
+    const std::string place = "part " + std::to_string(at + 1);
+    if (kind == kinds.end()) {
+      throw InputError("show " + path, place, "\"" + words[at] + "\"", "one of " + list_of_kinds());
+    }
+    const auto number = static_cast<std::size_t>(kind - kinds.begin());
+    if (!steps.empty() && number <= steps.back().kind) {
+      throw InputError("show " + path, place, "\"" + words[at] + "\"",
+                       std::string("a kind below ") + kinds[steps.back().kind]);
+    }
+    steps.push_back({number, at + 1 < words.size() ? std::optional(words[at + 1]) : std::nullopt});
+  }
+  return steps;
+}
+
+// An area may be named by its number as well.
+bool matches(const RowView &row, const std::string &key) {
+  if (row.key == key) return true;
+  if (row.kind != ospf_area_ops::kind || key.empty() || key.size() > 10) {
+    return false;
+  }
+  if (key.find_first_not_of("0123456789") != std::string::npos) return false;
+  return row.key == dotted(static_cast<std::uint32_t>(std::stoull(key)));
+}
+
+// Shows the rows at which all steps of the path are met, and those below them.
+class Chooser : public TreeVisitor {
+ public:
+  explicit Chooser(const std::vector<Step> &steps) : steps_(steps) {}
+  std::size_t shown() const { return shown_; }
+
+  bool enter(const RowView &row) override {
+    Level level = levels_.empty() ? Level{} : levels_.back();
+    if (level.step < steps_.size() && row.kind == kinds[steps_[level.step].kind]) {
+      if (steps_[level.step].key && !matches(row, *steps_[level.step].key)) return false;
+      ++level.step;
+    }
+    if (level.step == steps_.size()) {
+      ++shown_;
+      if (!show(row, level.depth++)) return false;
+    }
+    levels_.push_back(level);
+    return true;
+  }
+
+  void leave() override { levels_.pop_back(); }
+
+ protected:
+  // depth: how many of the rows above were shown; false passes over what is below.
+  virtual bool show(const RowView &row, std::size_t depth) = 0;
+
+ private:
+  struct Level {
+    std::size_t step = 0;  // of the path, how many are met
+    std::size_t depth = 0;
+  };
+
+  const std::vector<Step> &steps_;
+  std::vector<Level> levels_;
+  std::size_t shown_ = 0;
+};
+
+class TextPrinter : public Chooser {
+ public:
+  TextPrinter(Session &, const std::vector<Step> &steps, std::FILE *out)
+      : Chooser(steps), out_(out) {}
+
+ private:
+  bool show(const RowView &row, std::size_t depth) override {
+    const std::string margin(2 * depth, ' ');
+    const std::string name = row.path.empty() ? std::string(row.kind) : row.path;
+    std::fprintf(out_, "%s%s\n", margin.c_str(), name.c_str());
+    const std::string text = row.text();
+    std::size_t at = 0;
+    while (at < text.size()) {
+      std::size_t end = text.find('\n', at);
+      if (end == std::string::npos) end = text.size();
+      std::fprintf(out_, "%s  %s\n", margin.c_str(), text.substr(at, end - at).c_str());
+      at = end + 1;
+    }
+    return true;
+  }
+
+  std::FILE *out_;
+};
+
+class JsonPrinter : public Chooser {
+ public:
+  JsonPrinter(Session &session, const std::vector<Step> &steps, std::FILE *out)
+      : Chooser(steps), session_(session), out_(out) {}
+
+ private:
+  bool show(const RowView &row, std::size_t) override {
+    std::fprintf(out_, "%s\n", json_line(session_, row).c_str());
+    return row.kind != link_scope_lsa_ops::kind && row.kind != area_scope_lsa_ops::kind;
+  }
+
+  Session &session_;
+  std::FILE *out_;
+};
+
+template <typename Printer>
+std::size_t show_with(Session &session, const std::string &path, std::FILE *out) {
+  const std::vector<Step> steps = parse(path);
+  Printer printer(session, steps, out);
+  walk_tree(session, printer);
+  return printer.shown();
+}
+
+}  // namespace
+
+std::size_t show(Session &session, const std::string &path, std::FILE *out) {
+  return show_with<TextPrinter>(session, path, out);
+}
+
+std::size_t show_json(Session &session, const std::string &path, std::FILE *out) {
+  return show_with<JsonPrinter>(session, path, out);
+}
+
+}  // namespace tool

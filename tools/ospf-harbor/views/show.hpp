@@ -1,0 +1,20 @@
+// What `show` prints: the rows of the tree, all of them or those that a path names.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include "ospf_tables/session.hpp"
+
+namespace tool {
+
+// A path names rows by kind and key, from the top down, and may leave levels out:
+// "area/0.0.0.0/interface/eth0", or "area" for all areas. Throws InputError for one that no tree
+// can have. Gives how many rows were printed.
+std::size_t show(ospf_tables::Session &session, const std::string &path, std::FILE *out);
+
+// The same rows as JSON, one object a line. The rows below an LSA are part of its object, unless
+// the path asks for them.
+std::size_t show_json(ospf_tables::Session &session, const std::string &path, std::FILE *out);
+
+}  // namespace tool
