@@ -4,8 +4,8 @@
 # src/ (runtime, module, types, encodings, tables; the model includes only itself, the runtime
 # nothing of the system) and runtime/src (base, store, parts, database, calls, with primitives, text,
 # wire, xml, tree and trace beside; calls, what stands beside, and base's guards alone export
-# anything). The libraries of libs/ may include each other in any order that has no circle, and
-# nothing of the programs. Argument: root.
+# anything). Of libs/ each library names those that it may include; nothing includes another unit's
+# src/ or tests/, but tests/support and tests/harness, which all share. Argument: root.
 set -eu
 cd "$1"
 failed=0
@@ -15,7 +15,7 @@ complain() { # heading, lines
   failed=1
 }
 includes() { # folder, pattern of the first part of the included path
-  grep -rnE "#include [\"<]($2)[/\"]" "$1" \
+  grep -rnE "#include [\"<]($2)[/\">]" "$1" \
     --include='*.hpp' --include='*.cpp' --include='*.h' --include='*.c' || true
 }
 
@@ -64,24 +64,34 @@ for floor in store parts database; do
     "runtime/src/$floor" || true)"
 done
 
-# A library stands under the names of the folders and headers in its include/.
-if [ -d libs ]; then
-  edges=$(for library in libs/*/; do
-    library=$(basename "$library")
-    for other in libs/*/; do
-      other=$(basename "$other")
-      [ "$other" != "$library" ] || continue
-      for name in $(ls "libs/$other/include" 2>/dev/null); do
-        found=$(includes "libs/$library/include" "$name")$(includes "libs/$library/src" "$name")
-        [ -z "$found" ] || echo "$library $other"
-      done
+# Each library, and the libraries that it may include besides itself. Of these it sees include/ alone:
+# a path into src/ or out of its own folder does not stand anywhere below libs/.
+libraries='library-sections:
+ospf-decode:
+ospf-harbor-check:
+ospf-tables:
+capture-rows: ospf-decode ospf-tables
+tree-exchange: ospf-harbor-check ospf-tables'
+for folder in libs/*/; do
+  name=$(basename "$folder")
+  printf '%s\n' "$libraries" | grep -q "^$name:" || complain "libs/$name has no place yet" "$libraries"
+done
+while IFS=: read -r name below; do
+  for other in libs/*/; do
+    other=$(basename "$other")
+    case " $name $below " in *" $other "*) continue ;; esac
+    for header in "libs/$other/include"/*; do
+      complain "libs/$name includes what stands above or beside it" \
+        "$(includes "libs/$name" "$(basename "$header")")"
     done
-  done)
-  complain "libraries include each other in a circle" \
-    "$(printf '%s\n' "$edges" | tsort 2>&1 >/dev/null | sed 's/^tsort: //' || true)"
-  for library in libs/*/; do
-    complain "${library%/} includes of a program" \
-      "$(includes "$library" 'commands|views|sources|traces|emit')"
   done
-fi
+  complain "libs/$name includes of the rules, of their tests or of a program" "$(includes "libs/$name" \
+    'module|types|encodings|tables|whole_schema|messages|sections|commands|views|sources|traces')"
+done <<LIBRARIES
+$libraries
+LIBRARIES
+complain "an include leaves its unit" "$(grep -rnE '#include "\.\./(\.\./|src/)|#include "[^"]*/(src|tests)/' \
+  libs tools bench runtime --include='*.hpp' --include='*.cpp' || true)"
+complain "the tool includes of the rules or their tests" "$(includes tools/ospf-harbor \
+  'model|module|types|encodings|tables|whole_schema|messages|sections')"
 exit $failed
