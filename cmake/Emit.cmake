@@ -15,17 +15,20 @@ endforeach()
 set(HARBOR_SECTION_BYTES xlog_luids_types xlog_luids_tables xlog_format_strings xlog_decoder halyard)
 list(TRANSFORM HARBOR_SECTION_BYTES REPLACE "(.+)" "sections/\\1.bin")
 
-# Has the emitter write into the folder, as the target of that name. HARBOR_EMITTED_SOURCES and
-# HARBOR_EMITTED_SECTIONS are then what a library is built from, HARBOR_EMITTED_SECTION_BYTES what the
-# sections are assembled from. What else is to run comes last, as COMMAND lines.
+# Has the emitter write into the folder, as the target of that name. HARBOR_FORWARDERS in units,
+# HARBOR_EMITTED_SOURCES and HARBOR_EMITTED_SECTIONS are then what a library is built from,
+# HARBOR_EMITTED_SECTION_BYTES what the sections are assembled from. What else is to run comes last,
+# as COMMAND lines.
 function(harbor_emit target emitter folder)
-  set(sources ${HARBOR_FORWARDERS} type_records.c vfts.c)
+  set(sources type_records.c vfts.c)
+  set(forwarders ${HARBOR_FORWARDERS})
   set(bytes ${HARBOR_SECTION_BYTES})
   list(TRANSFORM sources PREPEND ${folder}/)
+  list(TRANSFORM forwarders PREPEND ${folder}/)
   list(TRANSFORM bytes PREPEND ${folder}/)
   add_custom_command(
     OUTPUT ${folder}/stamp
-    BYPRODUCTS ${sources} ${folder}/type_records.hpp ${folder}/handler_symbols.hpp
+    BYPRODUCTS ${forwarders} ${sources} ${folder}/type_records.hpp ${folder}/handler_symbols.hpp
                ${folder}/exports.map ${folder}/sections.s ${bytes}
     COMMAND ${emitter} --build ${folder} ${PROJECT_SOURCE_DIR}
     ${ARGN}
