@@ -7,8 +7,7 @@
 #            r2r4   point-to-point
 #
 # The SRGBs and SRLBs differ, prefix SIDs come with and without the no-PHP and explicit-null flags, r4
-# tells a maximum depth and a path computation element, r2r4 has delays and bandwidths. While it is
-# recorded, r4 changes its index.
+# tells a maximum depth, r2r4 has delays and bandwidths. While it is recorded, r4 changes its index.
 
 net=10.247.0
 
@@ -33,8 +32,6 @@ build() {
             [ $n != 2 ] || { frr_v2 to-r4 0 point-to-point 20; te to-r4 25 delay; }
             [ $n != 4 ] || { frr_v2 to-r3 0 point-to-point 20; te to-r3 20
                 frr_v2 to-r2 0 point-to-point 20; te to-r2 25 delay; }
-            # Before it tells router information, since it does not tell of a change.
-            [ $n != 4 ] || printf 'router ospf\n ospf router-id %s\n pce address %s\n pce domain as 65004\n pce neighbor as 65005\n pce flag 0x80\n pce scope 0x60\nexit\n' $net.4 $net.4
             frr_ospf 'capability opaque' 'mpls-te on' "mpls-te router-address $net.$n" 'router-info area'
             echo 'router ospf'
             case $n in
