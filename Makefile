@@ -6,8 +6,8 @@ PICTURE := build/release/campus.svg
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help release run test asan tsan clang bench bench-peers fuzz emit format reproducible docs \
-	install packages clean
+.PHONY: help release run test asan tsan clang bench bench-peers fuzz random-routes emit format \
+	reproducible docs install packages clean
 
 help:
 	@echo "make run      install what is missing, build, show a router, a captured database and its picture"
@@ -16,6 +16,7 @@ help:
 	@echo "make bench    benchmarks, with ratios within one run"
 	@echo "make bench-peers   the encodings beside serialisation libraries"
 	@echo "make fuzz     the fuzz targets, FUZZ_SECONDS=600 each"
+	@echo "make random-routes   routes of 10,000 random networks, compared with a second implementation"
 	@echo "make emit     renew what is checked in and follows from the schema"
 	@echo "make format   clang-format on all sources"
 	@echo "make reproducible   two release builds in two folders, compared byte by byte"
@@ -84,6 +85,13 @@ fuzz: packages
 		build/fuzz/$$folder/$${name}_fuzz -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
 			-artifact_prefix=build/fuzz/$$name- build/fuzz/found/$$name $$folder/corpus/$$name; \
 	done
+
+RANDOM_GRAPHS ?= 10000
+random-routes: packages
+	@cmake --preset release -DHARBOR_TESTS=ON >/dev/null
+	@cmake --build --preset release -j $(JOBS) --target ospf_routes_answers
+	@python3 libs/ospf-routes/tests/compare_random.py --graphs $(RANDOM_GRAPHS) \
+		build/release/libs/ospf-routes/tests/ospf_routes_answers
 
 emit: packages
 	@cmake --preset dev >/dev/null

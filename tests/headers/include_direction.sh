@@ -71,6 +71,7 @@ ospf-decode:
 ospf-harbor-check:
 ospf-tables:
 capture-rows: ospf-decode ospf-tables
+ospf-routes: ospf-tables
 tree-exchange: ospf-harbor-check ospf-tables'
 for folder in libs/*/; do
   name=$(basename "$folder")
