@@ -36,6 +36,10 @@ inline void delete_record(kelp_handle *handle, std::uint32_t space_id, kelp_tabl
   if (*err != 0) return;
   --table->record_count;
   if ((record->rec_flags & REC_PENDING_DESTROY) != 0) --table->pending_destroy_count;
+  std::uint16_t tenant = 0;
+  mt_get_tenant_id(&tenant);
+  if (tenant != 0)
+    kelpdb_update_tenant_counter(handle, space_id, table, 0, tenant, record->src, err);
 }
 
 inline void destroy_record(kelp_handle *handle, std::uint32_t space_id, kelp_record *record,
@@ -116,6 +120,7 @@ class TablesTest : public DatabaseTest {
     auto *record = make<kelp_record>(&record_type.record);
     record->ref_word = 1;
     record->src = KELP_SRC_DEFAULT;
+    mt_get_tenant_id(&record->tenant_id);
     record->objects[0] = reinterpret_cast<void *>(key);
     EXPECT_EQ(e_avl_insert(handle->obj_pool, 0, &into->avl_root, &record->avl_node, &into->avl_aux,
                            compare_records),
@@ -123,11 +128,28 @@ class TablesTest : public DatabaseTest {
     record->record_table = into;
     record->rec_flags |= REC_IN_TABLE;
     ++into->record_count;
+    if (record->tenant_id != 0) {
+      kelpdb_update_tenant_counter(handle, 0, into, 1, record->tenant_id, record->src, &err);
+    }
     if (kelpdb_table_implicit_write_cursor_enabled(handle, 0, into, &err) != 0) {
       kelpdb_enq_rec_move_write_cursor_internal(handle, 0, into, record, &err);
     }
     EXPECT_EQ(err, 0u);
     return record;
+  }
+
+  // Inserts a record that was taken out, as modules do.
+  void insert_again(kelp_table *into, kelp_record *record) {
+    EXPECT_EQ(e_avl_insert(handle->obj_pool, 0, &into->avl_root, &record->avl_node, &into->avl_aux,
+                           compare_records),
+              1u);
+    record->record_table = into;
+    record->rec_flags = REC_IN_TABLE;
+    ++into->record_count;
+    if (kelpdb_table_implicit_write_cursor_enabled(handle, 0, into, &err) != 0) {
+      kelpdb_enq_rec_move_write_cursor_internal(handle, 0, into, record, &err);
+    }
+    EXPECT_EQ(err, 0u);
   }
 
   void free_now(kelp_table *&gone) {

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "kelp/embed.h"
+#include "kelp/tree.h"
 
 namespace kelp {
 
@@ -22,6 +23,13 @@ struct Pool {
   void *observer_context = nullptr;
   std::uint64_t counts[4] = {};
   bool refused = false;  // an allocation since the handle last forgot its error
+
+  bool refused_link = false;  // the last link was refused for want of memory
+
+  // What the database has to do when a tree changes: before a node is linked, where false keeps it
+  // out, and after one was taken out. Null for none.
+  bool (*before_link)(Pool &pool, const e_avl_root *root, e_avl_node *node) = nullptr;
+  void (*after_unlink)(Pool &pool, const e_avl_root *root, e_avl_node *node) = nullptr;
 
   void announce(const void *address, std::size_t length, std::uint32_t space_id,
                 kelp_write_origin origin) {

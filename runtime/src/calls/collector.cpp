@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/failure.hpp"
+#include "database/current.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
 #include "parts/finishers.hpp"
@@ -22,7 +23,23 @@ Function slot(const kelp_table_vft *vft, kelp_vft_slot number) {
   return reinterpret_cast<Function>(vft->operations[number - KELP_VFT_TABLE_OPEN]);
 }
 
-// One run: the handle works in collector context while this exists.
+// The thread's tenant while a thing of another tenant is ended, so that the counts of that one
+// fall.
+class AsTenant {
+ public:
+  explicit AsTenant(std::uint16_t tenant) : previous_(current_tenant()) {
+    set_current_tenant(tenant);
+  }
+  ~AsTenant() { set_current_tenant(previous_); }
+  AsTenant(const AsTenant &) = delete;
+  AsTenant &operator=(const AsTenant &) = delete;
+
+ private:
+  std::uint16_t previous_;
+};
+
+// One run: the handle works in collector context while this exists. Whatever a module's function
+// ends may end other things with it, so nothing is touched on the word of an earlier look.
 class Run {
  public:
   Run(kelp_handle *handle, kelp_collector_report *report)
@@ -32,66 +49,106 @@ class Run {
         previous_context_(handle->collector_context) {
     handle->collector_context = 1;
   }
-  ~Run() { handle_->collector_context = previous_context_; }
+  ~Run() {
+    database_.walked.clear();
+    handle_->collector_context = previous_context_;
+  }
   Run(const Run &) = delete;
   Run &operator=(const Run &) = delete;
 
   void end_records() {
-    for (kelp_table *table : tables()) {
-      const TableState *state = TableState::of(table);
-      if (state != nullptr && state->feed != nullptr) end_records_of(table, *state->feed);
-    }
-  }
-
-  void free_tables() {
-    for (kelp_table *table : tables()) {
-      const bool removed = database_.toc.place(table) == TableOfContents::Place::removed;
-      const kelp_oid_mapping *mapping = database_.oids.find(table);
-      if (!removed && (mapping == nullptr || !mapping->destroy_asked)) continue;
-      const bool referenced = mapping != nullptr && mapping->references != 0;
-      if (referenced || table->record_count != 0) {
-        ++report_->tables_waiting;
-        continue;
-      }
-      const auto *vft = vft_of(table);
-      if (vft == nullptr) continue;
-      std::uint32_t err = 0;
-      slot<TableFunction>(vft, KELP_VFT_TABLE_FREE)(handle_, handle_->cr_space_id, table, &err);
-      if (err == 0) {
-        ++report_->tables_freed;
-      } else {
-        ++report_->tables_waiting;
-      }
-    }
+    for_each(tables(), [&](void *table) { end_records_of(static_cast<kelp_table *>(table)); });
   }
 
   void end_objects() {
-    for (const kelp_oid_mapping *mapping : database_.oids.unreferenced()) {
-      void *object = mapping->object;
-      const kelp_type_record *type = kelp_get_manifested_type_info(object);
-      if (type != nullptr && std::strncmp(type->kind, "table", sizeof type->kind) == 0) continue;
-      const kelp_object_destroyer destroy = find_destroyer(type);
-      if (destroy == nullptr) {
-        note_missing(type, "_destroy");
-        continue;
-      }
-      destroy(handle_, handle_->cr_space_id, object);
-      ++report_->objects_ended;
-    }
+    for_each(database_.oids.unreferenced(), [&](void *object) { end_object(object); });
+  }
+
+  void free_tables() {
+    for_each(tables(), [&](void *table) { free_table(static_cast<kelp_table *>(table)); });
   }
 
   // The first type that could not be ended; empty when all could.
   const std::string &missing() const { return missing_; }
 
  private:
-  std::vector<kelp_table *> tables() const {
-    std::vector<kelp_table *> all;
+  std::vector<void *> tables() const {
+    std::vector<void *> all;
     const kelp_table *table = nullptr;
     while (kelp_table *following = kelp_database_next_table(&database_, table)) {
       all.push_back(following);
       table = following;
     }
     return all;
+  }
+
+  // Visits the things that are still there when their turn comes.
+  template <typename Visit>
+  void for_each(const std::vector<void *> &things, const Visit &visit) {
+    for (void *thing : things) {
+      database_.walked.add(thing);
+      database_.objects.watch(thing);
+    }
+    for (void *thing : things) {
+      if (database_.walked.take(thing)) visit(thing);
+    }
+  }
+
+  void end_records_of(kelp_table *table) {
+    const TableState *state = TableState::of(table);
+    if (state == nullptr || state->feed == nullptr) return;
+    const std::shared_ptr<Feed> feed = state->feed;  // the table may go with the last record
+    feed->tidy();
+    if (feed->marked() == 0) return;
+    const kelp_table_vft *vft = vft_of(table);
+    if (vft == nullptr) return;
+    while (kelp_record *record = feed->take_passed(table)) {
+      const AsTenant tenant(record->tenant_id);
+      // The record leaves the tree first, whoever else holds it: the holder's own destroy, later
+      // and outside the collector, could not take it out any more.
+      std::uint32_t err = 0;
+      if (record->record_table == table) {
+        slot<TableRecordFunction>(vft, KELP_VFT_DELETE)(handle_, handle_->cr_space_id, table,
+                                                        record, &err);
+      }
+      err = 0;
+      slot<RecordFunction>(vft, KELP_VFT_DESTROY_RECORD)(handle_, handle_->cr_space_id, record,
+                                                         &err);
+      ++report_->records_ended;
+    }
+    report_->records_waiting += feed->marked();
+  }
+
+  void end_object(void *object) {
+    const kelp_oid_mapping *mapping = database_.oids.find(object);
+    if (mapping == nullptr || !mapping->destroy_asked || mapping->references != 0) return;
+    const kelp_type_record *type = kelp_get_manifested_type_info(object);
+    if (type != nullptr && std::strncmp(type->kind, "table", sizeof type->kind) == 0) return;
+    const kelp_object_destroyer destroy = find_destroyer(type);
+    if (destroy == nullptr) {
+      note_missing(type, "_destroy");
+      return;
+    }
+    destroy(handle_, handle_->cr_space_id, object);
+    ++report_->objects_ended;
+  }
+
+  void free_table(kelp_table *table) {
+    const bool removed = database_.toc.place(table) == TableOfContents::Place::removed;
+    const kelp_oid_mapping *mapping = database_.oids.find(table);
+    if (!removed && (mapping == nullptr || !mapping->destroy_asked)) return;
+    const TableState *state = TableState::of(table);
+    const bool followed = state != nullptr && state->feed != nullptr && state->feed->has_cursors();
+    const bool referenced = mapping != nullptr && mapping->references != 0;
+    if (followed || referenced || table->record_count != 0) {
+      ++report_->tables_waiting;
+      return;
+    }
+    const kelp_table_vft *vft = vft_of(table);
+    if (vft == nullptr) return;
+    std::uint32_t err = 0;
+    slot<TableFunction>(vft, KELP_VFT_TABLE_FREE)(handle_, handle_->cr_space_id, table, &err);
+    ++(err == 0 ? report_->tables_freed : report_->tables_waiting);
   }
 
   const kelp_table_vft *vft_of(const kelp_table *table) {
@@ -107,27 +164,6 @@ class Run {
                    ? "(no type)"
                    : std::string(type->type_name, strnlen(type->type_name, sizeof type->type_name));
     missing_ += what;
-  }
-
-  void end_records_of(kelp_table *table, Feed &feed) {
-    if (table->pending_destroy_count == 0) return;
-    const kelp_table_vft *vft = vft_of(table);
-    if (vft == nullptr) return;
-    std::uint32_t waiting = 0;
-    for (kelp_record *record : feed.take_passed(&waiting)) {
-      // The record leaves the tree first, whoever else holds it: the holder's own destroy, later
-      // and outside the collector, could not take it out any more.
-      std::uint32_t err = 0;
-      if (record->record_table == table) {
-        slot<TableRecordFunction>(vft, KELP_VFT_DELETE)(handle_, handle_->cr_space_id, table,
-                                                        record, &err);
-      }
-      err = 0;
-      slot<RecordFunction>(vft, KELP_VFT_DESTROY_RECORD)(handle_, handle_->cr_space_id, record,
-                                                         &err);
-      ++report_->records_ended;
-    }
-    report_->records_waiting += waiting;
   }
 
   kelp_handle *handle_;

@@ -9,11 +9,12 @@ namespace kelp {
 
 namespace {
 
-// Whether the record may enter the table's feed; raises 22 when not.
+// Whether the record is the table's and may enter its feed; raises 22 when not.
 bool check_feed(kelp_handle *handle, const kelp_table *table, const kelp_record *record,
                 std::uint32_t *err) {
   const TableState *state = table == nullptr ? nullptr : TableState::of(table);
-  if (record != nullptr && state != nullptr && state->feed != nullptr) return true;
+  const bool has_feed = state != nullptr && state->feed != nullptr;
+  if (has_feed && record != nullptr && record->record_table == table) return true;
   raise(handle, err, KELP_ERR_INVALID);
   return false;
 }
@@ -77,7 +78,7 @@ extern "C" int32_t kelp_feed_record_changed(kelp_handle *handle, kelp_table *tab
   return kelp::fail(error, static_cast<int32_t>(err),
                     err == KELP_ERR_NO_MEMORY
                         ? "%s: no memory"
-                        : "%s: expected a record and a table marked for replication",
+                        : "%s: expected a record of the table, and a table marked for replication",
                     kFunction);
 }
 

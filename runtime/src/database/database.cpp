@@ -22,10 +22,12 @@ OpenDatabases &open_databases() {
 void forget_block(void *context, const void *block, std::size_t size) {
   auto *database = static_cast<kelp_database *>(context);
   database->distances.drop_range(block, size);
-  database->oids.remove(block);
+  database->oids.remove_range(block, size);
   database->tables.forget(block);
   database->cache.forget(static_cast<const kelp_record *>(block));
-  database->toc.forget(static_cast<const kelp_table *>(block));
+  database->walked.forget(block);
+  const auto *table = static_cast<const kelp_table *>(block);
+  if (database->toc.forget(table)) database->cache.forget_table(table);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "parts/faults.hpp"
 #include "parts/lock.hpp"
 #include "parts/oid_registry.hpp"
+#include "parts/survivors.hpp"
 #include "parts/table_state.hpp"
 #include "parts/toc.hpp"
 #include "parts/type_table.hpp"
@@ -34,6 +35,7 @@ struct kelp_database {
   kelp::TableOfContents toc;
   kelp::TableStates tables;
   kelp::ReplicationCache cache;
+  kelp::Survivors walked;  // by the collector
 
   kelp::Arena system;   // type records, the table of contents' roots
   kelp::Arena objects;  // what modules allocate

@@ -1,7 +1,10 @@
 // The hooks behind a handle's function pointers.
 #include "database/hooks.hpp"
 
+#include <cstddef>
+
 #include "base/failure.hpp"
+#include "database/current.hpp"
 #include "database/database.hpp"
 
 namespace kelp {
@@ -60,11 +63,55 @@ kelp_type_record_copy *type_table_lookup(void *type_table, std::uint32_t, const 
   return copy;
 }
 
+// What a root and a node lie in when the tree is a table's; else an address that nothing is known
+// of.
+const kelp_table *table_of(const e_avl_root *root) {
+  return reinterpret_cast<const kelp_table *>(reinterpret_cast<const char *>(root) -
+                                              offsetof(kelp_table, avl_root));
+}
+kelp_record *record_of(e_avl_node *node) {
+  return reinterpret_cast<kelp_record *>(reinterpret_cast<char *>(node) -
+                                         offsetof(kelp_record, avl_node));
+}
+
+// Makes room for what follows the linking of a record: its tenant's counter and its place in the
+// feed. A record for which there is none stays out of the tree.
+bool before_link(Pool &pool, const e_avl_root *root, e_avl_node *node) {
+  kelp_database &database = *pool.database;
+  const std::uint16_t tenant = current_tenant();
+  if (tenant == 0 && database.tables.empty()) return true;
+  auto *table = const_cast<kelp_table *>(table_of(root));
+  kelp_record *record = record_of(node);
+  TableState *state = database.tables.find(table);
+  const bool done = without_exceptions([&] {
+    if (state == nullptr) {
+      if (tenant == 0 || database.oids.find(table) == nullptr) return;
+      state = database.tables.make(table);
+      database.objects.watch(table);
+    }
+    if (tenant != 0) state->counts.try_emplace({tenant, record->src}, 0);
+    if (state->feed == nullptr || !state->implicit_write_cursor) return;
+    database.tables.note_record(record, state->feed);
+    database.objects.watch(record);
+    state->feed->expect(table, record);
+  });
+  pool.refused_link = !done;
+  if (done) database.tables.record_linked(record);
+  return done;
+}
+
+void after_unlink(Pool &pool, const e_avl_root *root, e_avl_node *node) {
+  const TableState *state = pool.database->tables.find(table_of(root));
+  if (state != nullptr && state->feed != nullptr) state->feed->record_left(record_of(node));
+}
+
 }  // namespace
 
 void set_hooks(kelp_handle_state &state, kelp_database *database) {
   kelp_handle &handle = state.handle;
   state.pool.database = database;
+  state.pool.before_link = before_link;
+  state.pool.after_unlink = after_unlink;
   handle.type_alloc = type_alloc;
   handle.obj_alloc = obj_alloc;
   handle.obj_free = obj_free;

@@ -36,4 +36,12 @@ void ReplicationCache::forget(const kelp_record *record) {
   records_.forget(record);
 }
 
+void ReplicationCache::forget_table(const kelp_table *table) {
+  const std::lock_guard lock(mutex_);
+  for (auto place = records_.after(0); place != records_.end();) {
+    const auto here = place++;
+    if (here->second.table == table) records_.forget(here->second.record);
+  }
+}
+
 }  // namespace kelp

@@ -20,6 +20,7 @@ class ReplicationCache {
   bool next(std::uint64_t *position, kelp_cache_entry *entry) const;
   std::uint64_t dropped() const;
   void forget(const kelp_record *record);
+  void forget_table(const kelp_table *table);
 
  private:
   struct Details {

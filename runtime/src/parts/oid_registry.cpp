@@ -78,19 +78,31 @@ kelp_oid_mapping *OidRegistry::add(void *object, const kelp_oid *wanted) {
   return by_id->second;
 }
 
+OidRegistry::ByObject::iterator OidRegistry::erase(ByObject::iterator mapping) {
+  by_id_.erase(id_of(mapping->second.oid));
+  return by_object_.erase(mapping);
+}
+
 void OidRegistry::remove(const void *object) {
   const std::lock_guard lock(mutex_);
   const auto found = by_object_.find(object);
-  if (found == by_object_.end()) return;
-  by_id_.erase(id_of(found->second.oid));
-  by_object_.erase(found);
+  if (found != by_object_.end()) erase(found);
 }
 
-std::vector<kelp_oid_mapping *> OidRegistry::unreferenced() {
+void OidRegistry::remove_range(const void *start, std::size_t length) {
+  const void *end = static_cast<const char *>(start) + length;
   const std::lock_guard lock(mutex_);
-  std::vector<kelp_oid_mapping *> found;
-  for (auto &[object, mapping] : by_object_) {
-    if (mapping.destroy_asked && mapping.references == 0) found.push_back(&mapping);
+  auto found = by_object_.lower_bound(start);
+  while (found != by_object_.end() && (found->first == start || found->first < end)) {
+    found = erase(found);
+  }
+}
+
+std::vector<void *> OidRegistry::unreferenced() const {
+  const std::lock_guard lock(mutex_);
+  std::vector<void *> found;
+  for (const auto &[object, mapping] : by_object_) {
+    if (mapping.destroy_asked && mapping.references == 0) found.push_back(mapping.object);
   }
   return found;
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <mutex>
 #include <unordered_map>
 #include <vector>
@@ -32,12 +33,14 @@ class OidRegistry {
   // be null: then the OID is a new one). Throws bad_alloc.
   kelp_oid_mapping *add(void *object, const kelp_oid *wanted);
 
-  // The object's memory or mapping has gone.
+  // The object's mapping has gone.
   void remove(const void *object);
+  // The memory has gone, and all objects that lie in it.
+  void remove_range(const void *start, std::size_t length);
 
   // The objects whose destruction was asked for and that nothing refers to any more. Throws
   // bad_alloc.
-  std::vector<kelp_oid_mapping *> unreferenced();
+  std::vector<void *> unreferenced() const;
 
  private:
   using Id = std::array<std::uint8_t, 16>;
@@ -52,8 +55,11 @@ class OidRegistry {
   static Id id_of(const kelp_oid &oid);
   kelp_oid next_oid();
 
+  using ByObject = std::map<const void *, kelp_oid_mapping>;  // they stay where they are
+  ByObject::iterator erase(ByObject::iterator mapping);
+
   mutable std::mutex mutex_;
-  std::unordered_map<const void *, kelp_oid_mapping> by_object_;  // they stay where they are
+  ByObject by_object_;
   std::unordered_map<Id, kelp_oid_mapping *, IdHash> by_id_;
   std::uint8_t identity_[16];  // of this database: the source of its OIDs
   std::uint64_t next_serial_;

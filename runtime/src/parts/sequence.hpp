@@ -19,9 +19,10 @@ class RecordSequence {
     Details details;
   };
   using Entries = std::map<std::uint64_t, Entry>;
+  using Place = typename Entries::iterator;
 
   // Enters a record, or moves it to the end. Gives its new place. Throws bad_alloc.
-  typename Entries::iterator enter(kelp_table *table, kelp_record *record) {
+  Place enter(kelp_table *table, kelp_record *record) {
     const auto known = places_.find(record);
     if (known != places_.end()) {
       auto node = entries_.extract(known->second);
@@ -40,12 +41,17 @@ class RecordSequence {
     return place;
   }
 
+  // The place that the next record to enter or move gets.
+  std::uint64_t next() const { return last_ + 1; }
+
   bool knows(const kelp_record *record) const { return places_.count(record) != 0; }
 
-  typename Entries::iterator find(const kelp_record *record) {
+  Place find(const kelp_record *record) {
     const auto known = places_.find(record);
     return known == places_.end() ? entries_.end() : known->second;
   }
+
+  Place find(std::uint64_t position) { return entries_.find(position); }
 
   void forget(const kelp_record *record) {
     const auto known = places_.find(record);
@@ -55,18 +61,16 @@ class RecordSequence {
   }
 
   const Entries &entries() const { return entries_; }
-  typename Entries::iterator end() { return entries_.end(); }
+  Place end() { return entries_.end(); }
   // The first entry behind a place.
-  typename Entries::iterator after(std::uint64_t position) {
-    return entries_.upper_bound(position);
-  }
+  Place after(std::uint64_t position) { return entries_.upper_bound(position); }
   typename Entries::const_iterator after(std::uint64_t position) const {
     return entries_.upper_bound(position);
   }
 
  private:
   Entries entries_;
-  std::unordered_map<const kelp_record *, typename Entries::iterator> places_;
+  std::unordered_map<const kelp_record *, Place> places_;
   std::uint64_t last_ = 0;
 };
 

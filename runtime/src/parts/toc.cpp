@@ -85,12 +85,13 @@ TableOfContents::Place TableOfContents::place(const kelp_table *table) const {
   return known->second.removed ? Place::removed : Place::entered;
 }
 
-void TableOfContents::forget(const kelp_table *table) {
+bool TableOfContents::forget(const kelp_table *table) {
   const std::lock_guard lock(mutex_);
   const auto known = known_.find(table);
-  if (known == known_.end()) return;
+  if (known == known_.end()) return false;
   if (!known->second.removed) erase_entry(known->second);
   known_.erase(known);
+  return true;
 }
 
 }  // namespace kelp

@@ -37,8 +37,8 @@ class TableOfContents {
 
   Place place(const kelp_table *table) const;
 
-  // The memory of the table has gone.
-  void forget(const kelp_table *table);
+  // The memory of the table has gone. False when it was not known.
+  bool forget(const kelp_table *table);
 
  private:
   using Luid = std::array<std::uint8_t, 16>;

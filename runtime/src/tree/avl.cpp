@@ -26,6 +26,17 @@ class Writer {
     if (aux != nullptr) set(*aux, *aux + static_cast<uint64_t>(change));
   }
 
+  bool may_link(const e_avl_root *root, e_avl_node *node) const {
+    return pool_ == nullptr || pool_->before_link == nullptr ||
+           pool_->before_link(*pool_, root, node);
+  }
+
+  void unlinked(const e_avl_root *root, e_avl_node *node) const {
+    if (pool_ != nullptr && pool_->after_unlink != nullptr) {
+      pool_->after_unlink(*pool_, root, node);
+    }
+  }
+
  private:
   kelp::Pool *pool_;
   uint32_t space_id_;
@@ -193,6 +204,7 @@ extern "C" uint32_t e_avl_insert(void *obj_pool, uint32_t space_id, e_avl_root *
     holder = order == kBefore ? &parent->left : &parent->right;
   }
   const Writer writer(obj_pool, space_id);
+  if (!writer.may_link(root, node)) return 0;
   writer.set<e_avl_node *>(node->left, nullptr);
   writer.set<e_avl_node *>(node->right, nullptr);
   writer.set(node->parent, parent);
@@ -236,6 +248,7 @@ extern "C" uint32_t e_avl_delete(void *obj_pool, uint32_t space_id, e_avl_root *
   writer.set(node->balance, 0);
   rebalance_after_delete(writer, root, lowered, side);
   writer.count(aux, -1);
+  writer.unlinked(root, node);
   return 1;
 }
 

@@ -228,6 +228,137 @@ TEST_F(CollectorTest, UnreferencedObjectIsLeftAloneWithoutARequest) {
   release(object);
 }
 
+TEST_F(CollectorTest, CountsFallForTheTenantOfTheRecord) {
+  kelp_table_enable_cursors(handle, table, 1, nullptr);
+  kelp_tenant_set(7);
+  request(insert(table, 1));
+  kelp_record *kept = insert(table, 2);
+  kelp_tenant_set(9);
+  kelp_record *of_nine = insert(table, 3);
+  const auto count = [&](std::uint16_t tenant) {
+    std::uint32_t found = 0;
+    kelpdb_get_tenant_counter(handle, 0, table, &found, tenant, nullptr);
+    return found;
+  };
+  EXPECT_EQ(count(7), 2u);
+  EXPECT_EQ(collect().records_ended, 1u);
+  EXPECT_EQ(count(7), 1u);
+  EXPECT_EQ(count(9), 1u);
+  std::uint16_t tenant = 0;
+  mt_get_tenant_id(&tenant);
+  EXPECT_EQ(tenant, 9u);
+  kelp_tenant_set(0);
+  request(kept);
+  request(of_nine);
+  EXPECT_EQ(collect().records_ended, 2u);
+  EXPECT_EQ(count(7) + count(9), 0u);
+  free_now(table);
+}
+
+TEST_F(CollectorTest, CursorHoldsBackTheFreeOfItsTable) {
+  kelp_table_enable_cursors(handle, table, 1, nullptr);
+  kelp_feed_cursor *cursor = kelp_feed_cursor_open(handle, table, nullptr);
+  kelpdb_database_toc_delete(handle, 0, table, &err);
+  kelp_collector_report report = collect();
+  EXPECT_EQ(report.tables_freed, 0u);
+  EXPECT_EQ(report.tables_waiting, 1u);
+  kelp_feed_cursor_close(cursor);
+  EXPECT_EQ(collect().tables_freed, 1u);
+  EXPECT_EQ(memory().live_allocations, 0u);
+}
+
+TEST_F(CollectorTest, CacheEntriesGoWithTheirTable) {
+  kelp_table *other = open_table("other");
+  kelp_record *record = insert(table, 1);
+  kelprepl_add_to_cache(handle, 0, table, record, &err);
+  kelp_record *of_other = insert(other, 1);
+  kelprepl_add_to_cache(handle, 0, other, of_other, &err);
+  handle->collector_context = 1;
+  kelp_test::delete_record(handle, 0, table, record, &err);
+  handle->collector_context = 0;
+  free_now(table);
+  std::uint64_t position = 0;
+  kelp_cache_entry entry;
+  ASSERT_EQ(kelp_replication_cache_next(handle, &position, &entry), 1);
+  EXPECT_EQ(entry.table, other);
+  EXPECT_EQ(kelp_replication_cache_next(handle, &position, &entry), 0);
+  release(record);
+  destroy_record(handle, 0, of_other, &err);
+  free_now(other);
+}
+
+kelp_record *freed_with_it = nullptr;
+std::vector<void *> ended_before;
+
+// Ends a record as a module does that holds one object of another: with the first of a pair goes
+// the second.
+void destroy_pair(kelp_handle *handle, std::uint32_t space_id, kelp_record *record,
+                  std::uint32_t *err) {
+  ended_before.push_back(record);
+  kelp_record *other = freed_with_it;
+  freed_with_it = nullptr;
+  destroy_record(handle, space_id, record, err);
+  if (other == nullptr) return;
+  kelp_test::delete_record(handle, space_id, other->record_table, other, err);
+  handle->obj_free(handle->obj_pool, space_id, other);
+}
+
+void pair_vft(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *luid,
+              const kelp_table_vft **vft, std::uint32_t *err) {
+  static kelp_table_vft pairs;
+  kelp_test::get_vft(handle, space_id, luid, vft, err);
+  pairs = **vft;
+  pairs.operations[KELP_VFT_DESTROY_RECORD - KELP_VFT_TABLE_OPEN] =
+      reinterpret_cast<kelp_vft_word>(&destroy_pair);
+  *vft = &pairs;
+}
+
+TEST_F(CollectorTest, RecordThatGoesWithAnotherIsNotTouched) {
+  kelp_table_enable_cursors(handle, table, 1, nullptr);
+  kelp_module_set_vft_lookup(kelp_test::kTableModule, pair_vft, nullptr);
+  kelp_record *first = insert(table, 1);
+  freed_with_it = insert(table, 2);
+  request(first);
+  request(freed_with_it);
+  ended_before.clear();
+  EXPECT_EQ(collect().records_ended, 1u);
+  EXPECT_EQ(ended_before, std::vector<void *>{first});
+  EXPECT_EQ(table->record_count, 0u);
+  free_now(table);
+  EXPECT_EQ(memory().live_allocations, 0u);
+}
+
+void *object_that_goes_too = nullptr;
+
+void end_both(kelp_handle *handle, std::uint32_t space_id, void *object) {
+  ended_before.push_back(object);
+  if (object_that_goes_too != nullptr) {
+    handle->obj_free(handle->obj_pool, space_id, object_that_goes_too);
+    object_that_goes_too = nullptr;
+  }
+  handle->obj_free(handle->obj_pool, space_id, object);
+}
+
+TEST_F(CollectorTest, ObjectThatGoesWithAnotherIsNotTouched) {
+  free_now(table);
+  Type type("paired_thing");
+  kelp_type_set_destroyer("paired_thing", end_both, nullptr);
+  void *objects[2];
+  for (void *&object : objects) {
+    object = make<Object>(&type.record);
+    kelp_handle_to_oid(handle, 0, object, KELP_OID_KIND_OBJECT, 1, &err);
+    EXPECT_EQ(kelp_request_oid_mapping_destroy(handle, 0, object, &err), 0u);
+    kelplib_lookup_and_update_oid_ref_count(handle, 0, object, KELP_OID_DECREMENT, &err);
+  }
+  // Whichever comes first takes the other with it.
+  ended_before.clear();
+  object_that_goes_too = objects[1] < objects[0] ? objects[0] : objects[1];
+  EXPECT_EQ(collect().objects_ended, 1u);
+  EXPECT_EQ(ended_before.size(), 1u);
+  EXPECT_EQ(memory().live_allocations, 0u);
+  kelp_type_set_destroyer("paired_thing", nullptr, nullptr);
+}
+
 TEST_F(CollectorTest, MissingVftIsNamedAndLosesNoRecord) {
   kelp_table_enable_cursors(handle, table, 1, nullptr);
   request(insert(table, 1));

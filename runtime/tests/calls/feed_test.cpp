@@ -158,6 +158,118 @@ TEST_F(FeedTest, RecordFreedBehindItsBackIsForgotten) {
   EXPECT_EQ(changes(), "");
 }
 
+TEST_F(FeedTest, RecordOfAnotherTableIsRefused) {
+  kelp_table *other = open_table("other");
+  kelp_table_enable_cursors(handle, other, 1, nullptr);
+  add(1);
+  kelp_error refusal;
+  EXPECT_EQ(kelp_feed_record_changed(handle, other, records[0], &refusal), 22);
+  kelpdb_enq_rec_move_write_cursor_internal(handle, 0, other, records[0], &err);
+  EXPECT_EQ(err, 22u);
+  err = 0;
+  kelp_feed_cursor *others = kelp_feed_cursor_open(handle, other, nullptr);
+  kelp_feed_change next;
+  EXPECT_EQ(kelp_feed_cursor_next(others, &next), 0);
+  kelp_feed_cursor_close(others);
+  free_now(other);
+}
+
+TEST_F(FeedTest, RecordThatMovedToAnotherTableIsForgottenByBoth) {
+  kelp_table *other = open_table("other");
+  kelp_table_enable_cursors(handle, other, 1, nullptr);
+  open_cursor();
+  kelp_record *record = insert(table, 1);
+  handle->collector_context = 1;
+  kelp_test::delete_record(handle, 0, table, record, &err);
+  insert_again(other, record);
+  kelp_test::delete_record(handle, 0, other, record, &err);
+  handle->collector_context = 0;
+  release(record);
+  EXPECT_EQ(changes(), "");
+  kelp_feed_cursor *others = kelp_feed_cursor_open(handle, other, nullptr);
+  kelp_feed_change next;
+  EXPECT_EQ(kelp_feed_cursor_next(others, &next), 0);
+  kelp_feed_cursor_close(others);
+  free_now(other);
+}
+
+TEST_F(FeedTest, RecordThatLeftTheTreeIsShownAsDestroyed) {
+  open_cursor();
+  add(1);
+  EXPECT_EQ(changes(), "+1");
+  handle->collector_context = 1;
+  kelp_test::delete_record(handle, 0, table, records[0], &err);
+  handle->collector_context = 0;
+  EXPECT_EQ(changes(), "-1");
+  insert_again(table, records[0]);
+  EXPECT_EQ(changes(), "+1");
+}
+
+TEST_F(FeedTest, RecordInsertedAnewIsNotMarkedAnyMore) {
+  open_cursor();
+  add(1);
+  ++records[0]->ref_word;
+  for (int round = 0; round < 3; ++round) {
+    request(records[0]);
+    handle->collector_context = 1;
+    kelp_test::delete_record(handle, 0, table, records[0], &err);
+    handle->collector_context = 0;
+    insert_again(table, records[0]);
+    EXPECT_EQ(changes(), round == 0 ? "+1" : "~1");
+  }
+  EXPECT_EQ(collect().records_ended, 0u);
+  request(records[0]);
+  EXPECT_EQ(changes(), "-1");
+  EXPECT_EQ(collect().records_ended, 1u);
+  EXPECT_EQ(records[0]->ref_word, 1u);
+  release(records[0]);
+  records.clear();
+}
+
+TEST_F(FeedTest, RequestOfAnotherTableEndsNothingHere) {
+  kelp_table *other = open_table("other");
+  kelp_table_enable_cursors(handle, other, 1, nullptr);
+  kelp_feed_cursor *others = kelp_feed_cursor_open(handle, other, nullptr);
+  add(1);
+  request(records[0]);
+  handle->collector_context = 1;
+  kelp_test::delete_record(handle, 0, table, records[0], &err);
+  handle->collector_context = 0;
+  insert_again(other, records[0]);
+  EXPECT_EQ(collect().records_ended, 0u);
+  EXPECT_EQ(records[0]->record_table, other);
+  request(records[0]);
+  EXPECT_EQ(collect().records_ended, 0u) << "the other table's cursor has not passed it";
+  kelp_feed_cursor_close(others);
+  EXPECT_EQ(collect().records_ended, 1u);
+  records.clear();
+  free_now(other);
+}
+
+TEST_F(FeedTest, BitOfAClosedCursorIsForgotten) {
+  add(1);
+  open_cursor();
+  EXPECT_EQ(changes(), "+1");
+  kelp_feed_cursor_close(cursor);
+  open_cursor();
+  change(records[0]);
+  EXPECT_EQ(changes(), "+1");
+}
+
+TEST_F(FeedTest, FeedOfAFreedTableShowsNothing) {
+  add(1);
+  open_cursor();
+  kelp_record *record = records[0];
+  records.clear();
+  handle->collector_context = 1;
+  ++record->ref_word;
+  free_now(table);
+  handle->collector_context = 0;
+  kelp_feed_change next;
+  EXPECT_EQ(kelp_feed_cursor_next(cursor, &next), 0);
+  release(record);
+}
+
 TEST_F(FeedTest, CursorOfAFreedTableShowsNothing) {
   add(1);
   open_cursor();
@@ -178,7 +290,8 @@ TEST_F(FeedTest, FeedNeedsCursorsAndARecord) {
   EXPECT_EQ(kelp_feed_cursor_open(handle, nullptr, &error), nullptr);
   EXPECT_EQ(kelp_feed_record_changed(handle, table, nullptr, &error), 22);
   EXPECT_STREQ(error.text,
-               "kelp_feed_record_changed: expected a record and a table marked for replication");
+               "kelp_feed_record_changed: expected a record of the table, and a table marked for "
+               "replication");
   kelpdb_enq_rec_move_write_cursor_internal(handle, 0, nullptr, nullptr, &err);
   EXPECT_EQ(err, 22u);
   err = 0;

@@ -278,4 +278,25 @@ TEST_F(OidTest, NonZeroErrorWordStopsEverything) {
   release(object);
 }
 
+TEST_F(OidTest, MappingGoesWithTheMemoryThatHoldsItsObject) {
+  auto *block = static_cast<char *>(allocate(256));
+  std::memset(block, 0, 256);
+  void *nested = block + 64;
+  void *last = block + 240;
+  const kelp_oid first = kelp_handle_to_oid(handle, 0, nested, KELP_OID_KIND_OBJECT, 0, &err);
+  const kelp_oid second = kelp_handle_to_oid(handle, 0, last, KELP_OID_KIND_OBJECT, 0, &err);
+  auto *apart = make<Object>();
+  const kelp_oid kept = kelp_handle_to_oid(handle, 0, apart, KELP_OID_KIND_OBJECT, 0, &err);
+  ASSERT_EQ(err, 0u);
+  release(block);
+  EXPECT_EQ(kelp_oid_to_handle(handle, 0, &first, &err), nullptr);
+  EXPECT_EQ(err, 2u);
+  err = 0;
+  EXPECT_EQ(kelp_oid_to_handle(handle, 0, &second, &err), nullptr);
+  EXPECT_EQ(err, 2u);
+  err = 0;
+  EXPECT_EQ(kelp_oid_to_handle(handle, 0, &kept, &err), apart);
+  release(apart);
+}
+
 }  // namespace
