@@ -2,10 +2,23 @@
 # files.
 include(CMakePackageConfigHelpers)
 
+# An installed tree may stand anywhere and be moved: programs and libraries find the libraries, and
+# pkg-config its prefix, from where they are themselves.
+file(RELATIVE_PATH HARBOR_LIBRARIES_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR}
+     ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH HARBOR_PREFIX_FROM_PC ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
+     ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" HARBOR_PREFIX_FROM_PC "${HARBOR_PREFIX_FROM_PC}")
+
 set(HARBOR_LIBRARIES kelp ospf_harbor_oper)
 if(TARGET ospf_harbor_check)
   list(APPEND HARBOR_LIBRARIES ospf_harbor_check)
   install(DIRECTORY libs/ospf-harbor-check/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
+set_target_properties(${HARBOR_LIBRARIES} PROPERTIES INSTALL_RPATH "$ORIGIN")
+if(TARGET ospf-harbor)
+  set_target_properties(ospf-harbor PROPERTIES
+                        INSTALL_RPATH "$ORIGIN/${HARBOR_LIBRARIES_FROM_PROGRAMS}")
 endif()
 install(TARGETS ${HARBOR_LIBRARIES} EXPORT ospf_harbor_oper
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})

@@ -1,39 +1,61 @@
 #!/bin/sh
-# Installs a build into a folder of its own and builds an example against it, once through pkg-config
-# and once through the CMake package. Arguments: cmake, build folder, example source.
+# Installs a build into a folder of its own, whose name has a space, and uses it from there: the tool
+# by itself, and the examples built once through pkg-config and once through the CMake package.
+# Arguments: cmake, build folder, folder of the examples.
 set -eu
-cmake=$1 build=$2 example=$3
-root=$(mktemp -d)
-trap 'rm -rf "$root"' EXIT
-"$cmake" --install "$build" --prefix "$root/usr" >"$root/install.log"
-pc=$(dirname "$(find "$root/usr" -name kelp.pc)")
-sed -i "s|^prefix=.*|prefix=$root/usr|" "$pc"/*.pc
-lib=$(dirname "$(find "$root/usr" -name 'libkelp.so')")
-PKG_CONFIG_PATH=$pc
-export PKG_CONFIG_PATH
-cc "$example" -o "$root/by_pkg_config" $(pkg-config --cflags --libs ospf_harbor_oper)
-LD_LIBRARY_PATH=$lib "$root/by_pkg_config" | grep -q 'area_id@u_int32:51'
+cmake=$1 build=$2 examples=$3
+unset LD_LIBRARY_PATH
+box=$(mktemp -d)
+trap 'rm -rf "$box"' EXIT
+root="$box/a tree"
+"$cmake" --install "$build" --prefix "$root" >"$box/install.log"
+lib=$(dirname "$(find "$root" -name 'libkelp.so')")
 
-cat >"$root/check.c" <<END
+"$root/bin/ospf-harbor" show area/0.0.0.0/interface/core --from "$examples/data/campus/r1" |
+  grep -q 'name@kelp_vstring:core'
+"$root/bin/ospf-harbor" inspect "$lib/libospf_harbor_oper.so" | grep -q 'ospf_interface'
+
+PKG_CONFIG_PATH=$(dirname "$(find "$root" -name kelp.pc)")
+export PKG_CONFIG_PATH
+check() { # program: each example prints what it should
+  case $1 in
+  *two_areas) "$1" | grep -q '^area 51: 1 interface' ;;
+  *) "$1" | grep -q 'area_id@u_int32:51' ;;
+  esac
+}
+for example in area two_areas; do
+  eval "cc '$examples/$example.c' -o '$box/$example' -Wl,-rpath,'$lib' \
+    $(pkg-config --cflags --libs ospf_harbor_oper)"
+  check "$box/$example"
+done
+
+cat >"$box/check.c" <<END
 #include <ospf_harbor_check.h>
 int main(void) {
   const char image[5] = {0, 0, 0, 0, 1};
   return (int)ospf_harbor_check_image(OSPF_HARBOR_CHECK_OBJECT, "address_family", image, 5, 0);
 }
 END
-cc "$root/check.c" -o "$root/check" $(pkg-config --cflags --libs ospf_harbor_check)
-LD_LIBRARY_PATH=$lib "$root/check"
+eval "cc '$box/check.c' -o '$box/check' -Wl,-rpath,'$lib' \
+  $(pkg-config --cflags --libs ospf_harbor_check)"
+"$box/check"
 
-mkdir "$root/user"
-cat >"$root/user/CMakeLists.txt" <<END
+mkdir "$box/user"
+cat >"$box/user/CMakeLists.txt" <<END
 cmake_minimum_required(VERSION 3.25)
 project(user LANGUAGES C)
 find_package(ospf_harbor_oper 1 REQUIRED)
-add_executable(by_cmake $example)
-target_link_libraries(by_cmake PRIVATE ospf_harbor_oper::ospf_harbor_oper ospf_harbor_oper::kelp)
+foreach(example area two_areas)
+  add_executable(\${example} $examples/\${example}.c)
+  target_link_libraries(\${example} PRIVATE ospf_harbor_oper::ospf_harbor_oper
+                                            ospf_harbor_oper::kelp)
+endforeach()
 END
-"$cmake" -S "$root/user" -B "$root/user/build" -DCMAKE_PREFIX_PATH="$root/usr" >"$root/user.log" 2>&1 ||
-  { cat "$root/user.log"; exit 1; }
-"$cmake" --build "$root/user/build" >"$root/user.log" 2>&1 || { cat "$root/user.log"; exit 1; }
-"$root/user/build/by_cmake" | grep -q 'area_id@u_int32:51'
-echo "installed copy serves pkg-config and CMake"
+"$cmake" -S "$box/user" -B "$box/user/build" -DCMAKE_PREFIX_PATH="$root" >"$box/user.log" 2>&1 ||
+  { cat "$box/user.log"; exit 1; }
+"$cmake" --build "$box/user/build" >"$box/user.log" 2>&1 || { cat "$box/user.log"; exit 1; }
+for example in area two_areas; do check "$box/user/build/$example"; done
+
+# What is left to do after an installation is said where the loader does not look.
+"${0%/*}/../../tools/setup/after-install.sh" "$lib" | grep -qF -- "-Wl,-rpath,'$lib'"
+echo "an installed copy runs, and serves pkg-config and CMake"
