@@ -67,11 +67,12 @@ done
 # Each library, and the libraries that it may include besides itself. Of these it sees include/ alone:
 # a path into src/ or out of its own folder does not stand anywhere below libs/.
 libraries='library-sections:
-ospf-decode:
+lsa-vocabulary:
+ospf-decode: lsa-vocabulary
 ospf-harbor-check:
-ospf-tables:
-capture-rows: ospf-decode ospf-tables
-ospf-routes: ospf-tables
+ospf-tables: lsa-vocabulary
+capture-rows: lsa-vocabulary ospf-decode ospf-tables
+ospf-routes: ospf-tables lsa-vocabulary
 tree-exchange: ospf-harbor-check ospf-tables'
 for folder in libs/*/; do
   name=$(basename "$folder")

@@ -236,12 +236,10 @@ void RowFiller<Ops>::add_external(tbl_ospfv2_external_table *table, const Extern
 
 // --- TLVs of opaque LSAs -------------------------------------------------------------------------
 
-enum : std::uint16_t { tlv_router_address = 1, tlv_link = 2, sub_tlv_unreserved = 8 };
-
 // Whether the typed fields say all of a sub-TLV.
 bool is_held(const TeLink &link, const Tlv &sub) {
   if (!sub.typed) return false;
-  if (sub.type != sub_tlv_unreserved) return true;
+  if (sub.type != te_sub_unreserved) return true;
   const auto &all = link.unreserved_bandwidth;
   return std::adjacent_find(all.begin(), all.end(), std::not_equal_to<>()) == all.end();
 }
@@ -267,7 +265,8 @@ void RowFiller<Ops>::fill_te_link(ospfv2_link_tlv *field, const TeLink &link) {
   // A typed sub-TLV that comes again replaces the first, but addresses add up.
   std::uint32_t seen = 0;
   for (const Tlv &sub : link.sub_tlvs) {
-    if (!sub.typed || sub.type == 3 || sub.type == 4) continue;
+    if (!sub.typed || sub.type == te_sub_local_addresses || sub.type == te_sub_remote_addresses)
+      continue;
     kept_ &= (seen >> sub.type & 1) == 0;
     seen |= 1u << sub.type;
   }
@@ -327,7 +326,7 @@ void RowFiller<Ops>::fill_tlvs(const LsaV2 &lsa) {
     bool has_router_address = false;
     std::size_t links = 0;
     for (Tlv tlv : lsa.opaque.tlvs) {
-      if (is_te && tlv.type == tlv_link) {
+      if (is_te && tlv.type == te_tlv_link) {
         const TeLink &link = lsa.opaque.te_links()[links++];
         const bool is_first = links == 1;
         if (is_first) {
@@ -335,7 +334,7 @@ void RowFiller<Ops>::fill_tlvs(const LsaV2 &lsa) {
           add_unknown_sub_tlvs(object_, link, link_scope_lsa_unknown_sub_tlv_set_by_ref);
         }
         if (!is_first || !tlv.typed) add_tlv(unknown, tlv, is_first ? nullptr : &link);
-      } else if (is_te && tlv.type == tlv_router_address && tlv.typed && !has_router_address) {
+      } else if (is_te && tlv.type == te_tlv_router_address && tlv.typed && !has_router_address) {
         has_router_address = true;
         address(link_scope_lsa_router_address_set, object_, Cursor(tlv.value).u32());
       } else {
@@ -357,7 +356,7 @@ void RowFiller<Ops>::fill(const LsaV2 &lsa) {
   ospfv2_lsa *whole = at(Row::v2, object_);
   fill_header(at(ospfv2_lsa_header_get, whole), lsa);
   ospfv2_lsa_body *body = at(ospfv2_lsa_lsa_body_get, whole);
-  switch (lsa.header.type) {
+  switch (static_cast<LsaTypeV2>(lsa.header.type)) {
     case lsa2_router:
       fill_router_flags(body, lsa.router.flags);
       set(ospfv2_lsa_body_num_of_links_set_value, body, lsa.router.link_count);
@@ -391,8 +390,9 @@ void RowFiller<Ops>::fill(const LsaV2 &lsa) {
     case lsa2_opaque_as:
       fill_tlvs(lsa);
       break;
-    default:
-      break;
+    case lsa2_group_membership:
+    case lsa2_external_attributes:
+      break;  // not decoded: the raw octets hold it
   }
 }
 
@@ -511,7 +511,7 @@ void RowFiller<Ops>::fill(const LsaV3 &lsa, bool holds_ipv4) {
   ospfv3_lsa *whole = at(Row::v3, object_);
   fill_header(at(ospfv3_lsa_header_get, whole), lsa.header);
   ospfv3_lsa_body *body = at(ospfv3_lsa_lsa_body_get, whole);
-  switch (lsa.header.type) {
+  switch (static_cast<LsaTypeV3>(lsa.header.type)) {
     case lsa3_router:
       fill_router(body, lsa.router);
       break;
@@ -573,10 +573,11 @@ void RowFiller<Ops>::fill(const LsaV3 &lsa, bool holds_ipv4) {
       fill_prefixes<ospfv3_ia_prefix_list_ops>(Row::set_ia_prefix_list, intra.prefixes, holds_ipv4);
       break;
     }
-    default:
+    case lsa3_grace:
       kept_ = false;  // the model has no types for its contents
       break;
   }
+  kept_ &= find_type(3, lsa.header.type) != nullptr;
 }
 
 template <typename Ops, typename Lsa, typename... More>

@@ -21,8 +21,6 @@ namespace decode = ospf_decode;
 
 using InstanceName = std::pair<std::uint8_t, std::uint8_t>;  // version, instance ID
 
-constexpr std::uint32_t area_opaque_type = decode::lsa2_opaque_area;
-
 std::uint32_t observer_id(InstanceName name) {
   return name.second == 0 ? 0 : 0x00ff0000u | std::uint32_t{name.first} << 8 | name.second;
 }
@@ -260,7 +258,7 @@ class Loader {
         break;
     }
     area(name, key.domain);
-    if (key.version == 2 && key.type == area_opaque_type) {
+    if (key.version == 2 && key.type == decode::lsa2_opaque_area) {
       if (const auto first = first_of_area_.find({name, key.domain});
           first != first_of_area_.end()) {
         link_table_ = link_container(of_interface(databases, first->second), key.type);

@@ -32,54 +32,6 @@ LsaHeader read_lsa_header_v3(Cursor &cursor) {
   return out;
 }
 
-bool lsa_scope_v2(std::uint16_t type, Scope &scope) {
-  switch (type) {
-    case lsa2_router:
-    case lsa2_network:
-    case lsa2_summary:
-    case lsa2_asbr_summary:
-    case lsa2_group_membership:
-    case lsa2_nssa:
-    case lsa2_opaque_area:
-      scope = Scope::area;
-      return true;
-    case lsa2_as_external:
-    case lsa2_external_attributes:
-    case lsa2_opaque_as:
-      scope = Scope::as;
-      return true;
-    case lsa2_opaque_link:
-      scope = Scope::link;
-      return true;
-    default:
-      return false;
-  }
-}
-
-bool lsa_scope_v3(std::uint16_t type, Scope &scope) {
-  // The function codes that have a definition are known, whatever their U bit says; another one
-  // without the bit is flooded on its link only.
-  const std::uint16_t function = type & 0x1fff;
-  const bool known = (function >= 1 && function <= 13) || (function >= 33 && function <= 41);
-  if ((type & 0x8000) == 0 && !known) {
-    scope = Scope::link;
-    return (type & 0x6000) != 0x6000;
-  }
-  switch (type >> 13 & 3) {
-    case 0:
-      scope = Scope::link;
-      return true;
-    case 1:
-      scope = Scope::area;
-      return true;
-    case 2:
-      scope = Scope::as;
-      return true;
-    default:
-      return false;
-  }
-}
-
 int compare_instances(const LsaHeader &a, std::uint32_t age_a, const LsaHeader &b,
                       std::uint32_t age_b) {
   const auto sequence_a = static_cast<std::int32_t>(a.sequence);

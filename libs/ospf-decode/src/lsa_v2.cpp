@@ -79,7 +79,7 @@ bool decode_external(Cursor body, ExternalBodyV2 &out, const Report &report) {
 
 // Whether the opaque type is made of TLVs at all; the content of others is unknown and stays raw.
 bool opaque_content_kind(std::uint8_t opaque_type, TlvContentKind &kind) {
-  switch (opaque_type) {
+  switch (static_cast<OpaqueType>(opaque_type)) {
     case opaque_traffic_engineering:
       kind = TlvContentKind::traffic_engineering;
       return true;
@@ -95,13 +95,12 @@ bool opaque_content_kind(std::uint8_t opaque_type, TlvContentKind &kind) {
     case opaque_extended_link:
       kind = TlvContentKind::other;
       return true;
-    default:
-      return false;
   }
+  return false;
 }
 
 bool decode_body(Cursor body, LsaV2 &out, const Report &report) {
-  switch (out.header.type) {
+  switch (static_cast<LsaTypeV2>(out.header.type)) {
     case lsa2_router:
       return decode_router(body, out.router, report);
     case lsa2_network:
@@ -119,9 +118,11 @@ bool decode_body(Cursor body, LsaV2 &out, const Report &report) {
       return opaque_content_kind(out.opaque_type(), kind) &&
              decode_tlvs(body.rest(), kind, out.opaque, report);
     }
-    default:
-      return false;  // no typed body: raw only
+    case lsa2_group_membership:
+    case lsa2_external_attributes:
+      break;
   }
+  return false;  // no typed body: raw only
 }
 
 }  // namespace

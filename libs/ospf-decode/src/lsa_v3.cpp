@@ -135,7 +135,7 @@ bool decode_intra_area_prefix(Cursor body, IntraAreaPrefixBody &out, const Repor
 }
 
 bool decode_body(Cursor body, LsaV3 &out, const Report &report) {
-  switch (out.header.type) {
+  switch (static_cast<LsaTypeV3>(out.header.type)) {
     case lsa3_router:
       return decode_router(body, out.router, report);
     case lsa3_network:
@@ -154,12 +154,11 @@ bool decode_body(Cursor body, LsaV3 &out, const Report &report) {
       return decode_intra_area_prefix(body, out.intra_area_prefix, report);
     case lsa3_grace:
       return decode_tlvs(body.rest(), TlvContentKind::grace, out.tlvs, report);
-    default:
-      if (out.function_code() == lsa3_function_router_information) {
-        return decode_tlvs(body.rest(), TlvContentKind::router_information, out.tlvs, report);
-      }
-      return false;  // no typed body: raw only
   }
+  if (out.function_code() == lsa3_function_router_information) {
+    return decode_tlvs(body.rest(), TlvContentKind::router_information, out.tlvs, report);
+  }
+  return false;  // no typed body: raw only
 }
 
 }  // namespace

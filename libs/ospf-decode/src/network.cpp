@@ -295,15 +295,15 @@ void Network::load(const Packet &packet, const LsaHeader &header, Bytes raw, boo
 }
 
 void Network::on_lsa_v2(const Packet &packet, const LsaV2 &lsa) {
-  Scope scope{};
-  if (!lsa.checksum_ok || !lsa_scope_v2(lsa.header.type, scope)) return;
+  const std::optional<Scope> scope = scope_of(2, lsa.header.type);
+  if (!lsa.checksum_ok || !scope) return;
   answered(lsa.header);
-  load(packet, lsa.header, lsa.raw, lsa.complete, scope);
+  load(packet, lsa.header, lsa.raw, lsa.complete, *scope);
 }
 
 void Network::on_lsa_v3(const Packet &packet, const LsaV3 &lsa) {
-  Scope scope{};
-  if (!lsa.checksum_ok || !lsa_scope_v3(lsa.header.type, scope)) return;
+  const std::optional<Scope> scope = scope_of(3, lsa.header.type);
+  if (!lsa.checksum_ok || !scope) return;
   const auto interface_name = [&](std::uint32_t router, std::uint32_t interface_id) {
     LinkName name;
     name.kind = LinkName::Kind::router_interface;
@@ -324,7 +324,7 @@ void Network::on_lsa_v3(const Packet &packet, const LsaV3 &lsa) {
     }
   }
   answered(lsa.header);
-  load(packet, lsa.header, lsa.raw, lsa.complete, scope);
+  load(packet, lsa.header, lsa.raw, lsa.complete, *scope);
 }
 
 }  // namespace ospf_decode

@@ -334,14 +334,12 @@ void PacketDecoder::decode_update(Cursor body, const Report &report) {
     if (!body.ok()) return short_body(report, ErrorKind::lying_lsa_length);
 
     ++lsas_;
-    Scope scope{};
     if (packet_.version == 2) {
       decode_lsa_v2(raw, lsa_v2_, report);
-      if (!lsa_scope_v2(header.type, scope)) report(ErrorKind::unknown_lsa_type);
     } else {
       decode_lsa_v3(raw, lsa_v3_, report);
-      if (!lsa_scope_v3(header.type, scope)) report(ErrorKind::unknown_lsa_type);
     }
+    if (!scope_of(packet_.version, header.type)) report(ErrorKind::unknown_lsa_type);
     if (header.age_seconds() > max_age) report(ErrorKind::bad_lsa_age);
     if (packet_.version == 2) {
       visitor_.on_lsa_v2(packet_, lsa_v2_);

@@ -5,29 +5,6 @@
 namespace ospf_decode {
 namespace {
 
-enum : std::uint16_t {
-  te_tlv_router_address = 1,
-  te_tlv_link = 2,
-
-  te_sub_link_type = 1,
-  te_sub_link_id = 2,
-  te_sub_local_addresses = 3,
-  te_sub_remote_addresses = 4,
-  te_sub_metric = 5,
-  te_sub_max_bandwidth = 6,
-  te_sub_max_reservable = 7,
-  te_sub_unreserved = 8,
-  te_sub_admin_group = 9,
-
-  ri_tlv_informational = 1,
-  ri_tlv_functional = 2,
-  ri_tlv_hostname = 7,
-
-  grace_tlv_period = 1,
-  grace_tlv_reason = 2,
-  grace_tlv_address = 3,
-};
-
 bool length_is(bool fits, const Report &report) {
   if (!fits) report(ErrorKind::bad_tlv_length);
   return fits;

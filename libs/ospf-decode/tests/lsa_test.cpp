@@ -546,37 +546,6 @@ TEST(LsaV3, UnknownFunctionCodesAreRaw) {
   EXPECT_EQ(v3.errors.total(), 0u);
 }
 
-TEST(Scopes, OfVersion2) {
-  const std::map<int, Scope> scopes = {{1, Scope::area},  {2, Scope::area}, {3, Scope::area},
-                                       {4, Scope::area},  {5, Scope::as},   {6, Scope::area},
-                                       {7, Scope::area},  {8, Scope::as},   {9, Scope::link},
-                                       {10, Scope::area}, {11, Scope::as}};
-  for (int type = 0; type <= 255; ++type) {
-    Scope scope{};
-    const bool known = lsa_scope_v2(static_cast<std::uint16_t>(type), scope);
-    EXPECT_EQ(known, scopes.contains(type)) << type;
-    if (known) {
-      EXPECT_EQ(scope, scopes.at(type)) << type;
-    }
-  }
-}
-
-TEST(Scopes, OfVersion3) {
-  Scope scope{};
-  ASSERT_TRUE(lsa_scope_v3(0x2001, scope));
-  EXPECT_EQ(scope, Scope::area);
-  ASSERT_TRUE(lsa_scope_v3(0x4005, scope));
-  EXPECT_EQ(scope, Scope::as);
-  ASSERT_TRUE(lsa_scope_v3(0x0008, scope));
-  EXPECT_EQ(scope, Scope::link);
-  EXPECT_FALSE(lsa_scope_v3(0x6001, scope)) << "the reserved scope";
-  EXPECT_FALSE(lsa_scope_v3(0x7123, scope));
-  ASSERT_TRUE(lsa_scope_v3(0xa123, scope));
-  EXPECT_EQ(scope, Scope::area) << "unknown, with the U bit";
-  ASSERT_TRUE(lsa_scope_v3(0x2123, scope));
-  EXPECT_EQ(scope, Scope::link) << "unknown, without the U bit";
-}
-
 // Every LSA cut short at every octet, sealed again so that the checksum does not hide the body.
 TEST(Truncation, EveryPrefixOfEveryKindDecodes) {
   const std::map<unsigned, Octets> v2_bodies = {

@@ -68,9 +68,9 @@ class DatabaseReader {
     lsa_ = &entry.lsa;
     area_ = entry.area ? &area(*entry.area) : nullptr;
     if (lsa_->scope() == Scope::as) {
-      if (const auto *v2 = std::get_if<ExternalBodyV2>(&lsa_->body))
+      if (const auto *v2 = std::get_if<ExternalViewV2>(&lsa_->body))
         add_to(database_.externals, *v2);
-      if (const auto *v3 = std::get_if<ExternalBodyV3>(&lsa_->body))
+      if (const auto *v3 = std::get_if<ExternalViewV3>(&lsa_->body))
         add_to(database_.externals, *v3);
       return;
     }
@@ -131,10 +131,10 @@ class DatabaseReader {
     return found && !found->is_zero() ? found : std::nullopt;
   }
 
-  void add_body(const OtherBody &) {}
-  void add_body(const OpaqueBodyV2 &) {}
+  void add_body(const OtherView &) {}
+  void add_body(const OpaqueViewV2 &) {}
 
-  void add_body(const RouterBodyV2 &body) {
+  void add_body(const RouterViewV2 &body) {
     RouterLsa lsa{.router = lsa_->adv_router,
                   .link_state_id = lsa_->link_state_id,
                   .border = has(body.flags, "B"),
@@ -148,7 +148,7 @@ class DatabaseReader {
       return;
     }
     if (!lsa_->decoded_completed) lack("not all of its links are known");
-    for (const RouterLinkV2 &link : body.links) {
+    for (const RouterLinkViewV2 &link : body.links) {
       add_link(lsa, link.type, link.link_id, link.link_data, link.metric());
     }
     area_->routers.push_back(std::move(lsa));
@@ -173,7 +173,7 @@ class DatabaseReader {
   void add_link(RouterLsa &lsa, std::uint8_t type, std::uint32_t id, std::uint32_t data,
                 std::uint32_t metric) {
     switch (type) {
-      case link_stub:
+      case router_link_stub:
         if (const auto length = length_of_mask(data)) {
           lsa.links.push_back({.type = LinkType::stub,
                                .metric = metric,
@@ -182,15 +182,15 @@ class DatabaseReader {
           lack("the mask " + dotted(data) + " of its stub " + dotted(id) + " has holes");
         }
         return;
-      case link_transit:
+      case router_link_transit:
         lsa.links.push_back({.type = LinkType::transit,
                              .neighbor_interface = id,
                              .interface = data,
                              .metric = metric,
                              .stub = {}});
         return;
-      case link_point_to_point:
-      case link_virtual:
+      case router_link_point_to_point:
+      case router_link_virtual:
         lsa.links.push_back({.type = LinkType{type},
                              .neighbor = id,
                              .interface = data,
@@ -202,7 +202,7 @@ class DatabaseReader {
     }
   }
 
-  void add_body(const RouterBodyV3 &body) {
+  void add_body(const RouterViewV3 &body) {
     RouterLsa lsa{.router = lsa_->adv_router,
                   .link_state_id = lsa_->link_state_id,
                   .border = has(body.flags, "B"),
@@ -213,9 +213,9 @@ class DatabaseReader {
                   .in_family = database_.family == Family::ipv4 || has(body.options, "V6"),
                   .links = {}};
     if (!lsa_->decoded_completed) lack("not all of its links are known");
-    for (const RouterLinkV3 &link : body.links) {
-      if (link.type != link_point_to_point && link.type != link_transit &&
-          link.type != link_virtual) {
+    for (const RouterLinkViewV3 &link : body.links) {
+      if (link.type != router_link_point_to_point && link.type != router_link_transit &&
+          link.type != router_link_virtual) {
         lack("a link of it is of type " + std::to_string(link.type) + ", which is none");
         continue;
       }
@@ -229,21 +229,21 @@ class DatabaseReader {
     area_->routers.push_back(std::move(lsa));
   }
 
-  void add_body(const NetworkBodyV2 &body) {
+  void add_body(const NetworkViewV2 &body) {
     if (const auto network = masked_id(body.mask)) {
       area_->networks.push_back(
           {lsa_->adv_router, lsa_->link_state_id, network->length, body.attached_routers});
     }
   }
-  void add_body(const NetworkBodyV3 &body) {
+  void add_body(const NetworkViewV3 &body) {
     area_->networks.push_back({lsa_->adv_router, lsa_->link_state_id, 0, body.attached_routers});
   }
 
   // The model's metrics of summaries have 16 of the 24 bits.
-  std::uint32_t metric_of(const SummaryBodyV2 &body) {
+  std::uint32_t metric_of(const SummaryViewV2 &body) {
     const Octets raw(lsa_->raw_data);
     if (raw.reach(header_length + 8)) return raw.number(header_length + 5, 3);
-    for (const TopologyMetric &each : body.metrics) {
+    for (const TopologyMetricView &each : body.metrics) {
       if (each.mt_id != 0) continue;
       if (each.metric == highest_short_metric) lack("its metric is 65535 or more");
       return each.metric;
@@ -252,30 +252,30 @@ class DatabaseReader {
     return infinite_metric;
   }
 
-  void add_body(const SummaryBodyV2 &body) {
-    if (lsa_->type == ls2_asbr_summary) {
+  void add_body(const SummaryViewV2 &body) {
+    if (lsa_->type == lsa2_asbr_summary) {
       area_->boundaries.push_back({lsa_->adv_router, lsa_->link_state_id, metric_of(body)});
     } else if (const auto network = masked_id(body.mask)) {
       area_->summaries.push_back({lsa_->adv_router, *network, metric_of(body), 0});
     }
   }
-  void add_body(const InterAreaPrefixBody &body) {
+  void add_body(const InterAreaPrefixView &body) {
     if (const auto network = prefix(body.prefix.prefix)) {
       area_->summaries.push_back(
           {lsa_->adv_router, *network, body.metric, options_of(body.prefix)});
     }
   }
-  void add_body(const InterAreaRouterBody &body) {
+  void add_body(const InterAreaRouterView &body) {
     area_->boundaries.push_back({lsa_->adv_router, body.destination_router_id, body.metric});
   }
 
-  void add_body(const ExternalBodyV2 &body) { add_to(area_->nssa, body); }
-  void add_body(const ExternalBodyV3 &body) { add_to(area_->nssa, body); }
+  void add_body(const ExternalViewV2 &body) { add_to(area_->nssa, body); }
+  void add_body(const ExternalViewV3 &body) { add_to(area_->nssa, body); }
 
-  void add_to(std::vector<ExternalLsa> &list, const ExternalBodyV2 &body) {
+  void add_to(std::vector<ExternalLsa> &list, const ExternalViewV2 &body) {
     const auto network = masked_id(body.mask);
     if (!network) return;
-    for (const ExternalEntryV2 &entry : body.entries) {
+    for (const ExternalEntryViewV2 &entry : body.entries) {
       if (entry.mt_id != 0) continue;
       if (!entry.type_2) lack("the type of its metric is not known and taken to be 2");
       list.push_back({lsa_->adv_router, *network, entry.metric, entry.type_2.value_or(true),
@@ -283,7 +283,7 @@ class DatabaseReader {
                       has(lsa_->options, "P")});
     }
   }
-  void add_to(std::vector<ExternalLsa> &list, const ExternalBodyV3 &body) {
+  void add_to(std::vector<ExternalLsa> &list, const ExternalViewV3 &body) {
     const auto network = prefix(body.prefix.prefix);
     if (!network) return;
     const std::uint8_t options = options_of(body.prefix);
@@ -292,7 +292,7 @@ class DatabaseReader {
                     (options & prefix_propagate) != 0});
   }
 
-  void add_body(const LinkBodyV3 &body) {
+  void add_body(const LinkViewV3 &body) {
     const auto own = address(body.link_local_address);
     if (!own) {
       lack("\"" + body.link_local_address + "\" is no address");
@@ -305,15 +305,15 @@ class DatabaseReader {
     area_->links.push_back(std::move(lsa));
   }
 
-  void add_body(const IntraAreaPrefixBody &body) {
+  void add_body(const IntraAreaPrefixView &body) {
     const auto router = parse_dotted(body.referenced_adv_router);
     if (!router ||
-        (body.referenced_ls_type != ls3_router && body.referenced_ls_type != ls3_network)) {
+        (body.referenced_ls_type != lsa3_router && body.referenced_ls_type != lsa3_network)) {
       lack("what it refers to is neither a router nor a network");
       return;
     }
     IntraAreaPrefixLsa lsa{lsa_->adv_router,
-                           body.referenced_ls_type == ls3_network,
+                           body.referenced_ls_type == lsa3_network,
                            *router,
                            body.referenced_link_state_id,
                            {}};

@@ -103,22 +103,22 @@ struct LsaReader : FieldReader {
   tbl_ospfv2_link_table *links(area_scope_lsa *row) const {
     return value(row, area_scope_lsa_links_get_by_ref);
   }
-  void tlvs(link_scope_lsa *row, OpaqueBodyV2 &body) const {
+  void tlvs(link_scope_lsa *row, OpaqueViewV2 &body) const {
     body.router_address = key_word(value_if_held(row, link_scope_lsa_router_address_get));
     body.te_link = te_link(value_if_held(row, link_scope_lsa_tlv_get));
     body.tlvs = unknown_tlvs(row);
     body.sub_tlvs = read_rows<ospfv2_unknown_sub_tlv_ops>(
         session, value_if_held(row, link_scope_lsa_unknown_sub_tlv_get_by_ref));
   }
-  void tlvs(area_scope_lsa *, OpaqueBodyV2 &) const {}
+  void tlvs(area_scope_lsa *, OpaqueViewV2 &) const {}
   std::vector<TlvView> unknown_tlvs(link_scope_lsa *row) const {
     return read_rows<ospfv2_unknown_tlv_ops>(session,
                                              value(row, link_scope_lsa_unknown_tlv_get_by_ref));
   }
   std::vector<TlvView> unknown_tlvs(area_scope_lsa *) const { return {}; }
 
-  LsaBody router(ospfv2_lsa_body *body, tbl_ospfv2_link_table *links) const {
-    RouterBodyV2 router;
+  LsaBodyView router(ospfv2_lsa_body *body, tbl_ospfv2_link_table *links) const {
+    RouterViewV2 router;
     ospfv2_lsa_body_flags *flags = value(body, ospfv2_lsa_body_lsa_flags_get);
     if (flag(flags, ospfv2_lsa_body_flags_V_get_value)) router.flags.push_back("V");
     if (flag(flags, ospfv2_lsa_body_flags_E_get_value)) router.flags.push_back("E");
@@ -128,21 +128,21 @@ struct LsaReader : FieldReader {
     return router;
   }
 
-  LsaBody network(ospfv2_lsa_body *body) const {
+  LsaBodyView network(ospfv2_lsa_body *body) const {
     ospfv2_network *network = value(body, ospfv2_lsa_body_network_get);
-    return NetworkBodyV2{
+    return NetworkViewV2{
         address(network, ospfv2_network_network_mask_get),
         elements<std::uint32_t>(network, ospfv2_network_attached_router_num_get_value,
                                 ospfv2_network_attached_router_get_mem)};
   }
 
-  LsaBody external(ospfv2_lsa_body *body, tbl_ospfv2_external_table *table,
-                   const std::vector<std::uint8_t> &raw) const {
-    ExternalBodyV2 external{address(body, ospfv2_lsa_body_external_mask_get),
+  LsaBodyView external(ospfv2_lsa_body *body, tbl_ospfv2_external_table *table,
+                       const std::vector<std::uint8_t> &raw) const {
+    ExternalViewV2 external{address(body, ospfv2_lsa_body_external_mask_get),
                             read_rows<ospfv2_external_ops>(session, table)};
     // The model has no field for the type of metric. It is the highest bit of an entry's first
     // octet, whose other bits are the topology; entries of 12 octets follow header and mask.
-    for (ExternalEntryV2 &entry : external.entries) {
+    for (ExternalEntryViewV2 &entry : external.entries) {
       for (std::size_t at = 24; at + 12 <= raw.size() && !entry.type_2; at += 12) {
         if ((raw[at] & 0x7f) == entry.mt_id) entry.type_2 = (raw[at] & 0x80) != 0;
       }
@@ -150,8 +150,8 @@ struct LsaReader : FieldReader {
     return external;
   }
 
-  LsaBody router(ospfv3_lsa_body *body, tbl_ospfv3_link_table *links) const {
-    RouterBodyV3 router;
+  LsaBodyView router(ospfv3_lsa_body *body, tbl_ospfv3_link_table *links) const {
+    RouterViewV3 router;
     ospfv3_lsa_body_flags *flags = value(body, ospfv3_lsa_body_lsa_flags_get);
     if (flag(flags, ospfv3_lsa_body_flags_V_get_value)) router.flags.push_back("V");
     if (flag(flags, ospfv3_lsa_body_flags_E_get_value)) router.flags.push_back("E");
@@ -162,31 +162,31 @@ struct LsaReader : FieldReader {
     return router;
   }
 
-  LsaBody network(ospfv3_lsa_body *body) const {
+  LsaBodyView network(ospfv3_lsa_body *body) const {
     ospfv3_network *network = value(body, ospfv3_lsa_body_network_get);
-    return NetworkBodyV3{
+    return NetworkViewV3{
         options(value(network, ospfv3_network_lsa_net_options_get)),
         elements<std::uint32_t>(network, ospfv3_network_attached_router_num_get_value,
                                 ospfv3_network_attached_router_get_mem)};
   }
 
-  LsaBody inter_area_prefix(ospfv3_lsa_body *body) const {
+  LsaBodyView inter_area_prefix(ospfv3_lsa_body *body) const {
     ospfv3_inter_area_prefix *prefix = value(body, ospfv3_lsa_body_prefix_get);
-    return InterAreaPrefixBody{value(prefix, ospfv3_inter_area_prefix_metric_get_value),
+    return InterAreaPrefixView{value(prefix, ospfv3_inter_area_prefix_metric_get_value),
                                {text(prefix, ospfv3_inter_area_prefix_ia_prefix_get),
                                 text(prefix, ospfv3_inter_area_prefix_ia_prefix_options_get)}};
   }
 
-  LsaBody inter_area_router(ospfv3_lsa_body *body) const {
+  LsaBodyView inter_area_router(ospfv3_lsa_body *body) const {
     ospfv3_inter_area_router *router = value(body, ospfv3_lsa_body_ia_router_get);
-    return InterAreaRouterBody{
+    return InterAreaRouterView{
         options(value(router, ospfv3_inter_area_router_lsa_ia_options_get)),
         value(router, ospfv3_inter_area_router_metric_get_value),
         value(router, ospfv3_inter_area_router_destination_router_id_get_value)};
   }
 
-  LsaBody external(ospfv3_lsa_external *external) const {
-    ExternalBodyV3 result;
+  LsaBodyView external(ospfv3_lsa_external *external) const {
+    ExternalViewV3 result;
     result.metric = value(external, ospfv3_lsa_external_metric_get_value);
     result.type_2 = flag(value(external, ospfv3_lsa_external_flags_val_get),
                          ospfv3_lsa_external_flags_E_get_value);
@@ -200,19 +200,19 @@ struct LsaReader : FieldReader {
     return result;
   }
 
-  LsaBody link(ospfv3_lsa_body *body, tbl_ospfv3_prefix_list_table *prefixes) const {
+  LsaBodyView link(ospfv3_lsa_body *body, tbl_ospfv3_prefix_list_table *prefixes) const {
     ospfv3_link_data *data = value(body, ospfv3_lsa_body_link_data_get);
-    return LinkBodyV3{value(data, ospfv3_link_data_rtr_priority_get_value),
+    return LinkViewV3{value(data, ospfv3_link_data_rtr_priority_get_value),
                       options(value(data, ospfv3_link_data_lsa_ld_options_get)),
                       address(data, ospfv3_link_data_link_local_interface_address_get),
                       value(data, ospfv3_link_data_num_of_prefixes_get_value),
                       read_rows<ospfv3_prefix_list_ops>(session, prefixes)};
   }
 
-  LsaBody intra_area_prefix(ospfv3_lsa_body *body,
-                            tbl_ospfv3_ia_prefix_list_table *prefixes) const {
+  LsaBodyView intra_area_prefix(ospfv3_lsa_body *body,
+                                tbl_ospfv3_ia_prefix_list_table *prefixes) const {
     ospfv3_intra_area_prefix *prefix = value(body, ospfv3_lsa_body_ia_prefix_get);
-    return IntraAreaPrefixBody{
+    return IntraAreaPrefixView{
         value(prefix, ospfv3_intra_area_prefix_referenced_ls_type_get_value),
         value(prefix, ospfv3_intra_area_prefix_referenced_link_state_id_get_value),
         address(prefix, ospfv3_intra_area_prefix_referenced_adv_router_get),
@@ -240,60 +240,63 @@ LSA_ROW(area_scope_lsa);
 #undef LSA_ROW
 
 template <typename Fields, typename Row>
-LsaBody read_body_v2(const LsaReader &read, Row *row, ospfv2_lsa *lsa, const LsaView &view) {
+LsaBodyView read_body_v2(const LsaReader &read, Row *row, ospfv2_lsa *lsa, const LsaView &view) {
   ospfv2_lsa_body *body = read.value(lsa, ospfv2_lsa_lsa_body_get);
-  switch (view.type) {
-    case ls2_router:
+  switch (static_cast<LsaTypeV2>(view.type)) {
+    case lsa2_router:
       return read.router(body, read.links(row));
-    case ls2_network:
+    case lsa2_network:
       return read.network(body);
-    case ls2_summary:
-    case ls2_asbr_summary:
-      return SummaryBodyV2{
+    case lsa2_summary:
+    case lsa2_asbr_summary:
+      return SummaryViewV2{
           read.address(body, ospfv2_lsa_body_summary_mask_get),
           read_rows<ospfv2_topology_ops>(read.session, read.value(row, Fields::summary))};
-    case ls2_external:
-    case ls2_nssa:
+    case lsa2_as_external:
+    case lsa2_nssa:
       return read.external(body, read.value(row, Fields::external), view.raw_data);
-    case ls2_opaque_link:
-    case ls2_opaque_area:
-    case ls2_opaque_as: {
-      OpaqueBodyV2 opaque;
+    case lsa2_opaque_link:
+    case lsa2_opaque_area:
+    case lsa2_opaque_as: {
+      OpaqueViewV2 opaque;
       ospfv2_header *header = read.value(lsa, ospfv2_lsa_header_get);
       opaque.opaque_type = read.value(header, ospfv2_header_opaque_type_get_value);
       opaque.opaque_id = read.value(header, ospfv2_header_opaque_id_get_value);
       read.tlvs(row, opaque);
       return opaque;
     }
-    default:
-      return OtherBody{read.unknown_tlvs(row)};
+    case lsa2_group_membership:
+    case lsa2_external_attributes:
+      break;
   }
+  return OtherView{read.unknown_tlvs(row)};
 }
 
 template <typename Fields, typename Row>
-LsaBody read_body_v3(const LsaReader &read, Row *row, ospfv3_lsa *lsa, const LsaView &view) {
+LsaBodyView read_body_v3(const LsaReader &read, Row *row, ospfv3_lsa *lsa, const LsaView &view) {
   ospfv3_lsa_body *body = read.value(lsa, ospfv3_lsa_lsa_body_get);
-  switch (view.type) {
-    case ls3_router:
+  switch (static_cast<LsaTypeV3>(view.type)) {
+    case lsa3_router:
       return read.router(body, read.value(row, Fields::v3_links));
-    case ls3_network:
+    case lsa3_network:
       return read.network(body);
-    case ls3_inter_area_prefix:
+    case lsa3_inter_area_prefix:
       return read.inter_area_prefix(body);
-    case ls3_inter_area_router:
+    case lsa3_inter_area_router:
       return read.inter_area_router(body);
-    case ls3_external:
+    case lsa3_as_external:
       return read.external(read.value(body, ospfv3_lsa_body_lsa_external_get));
-    case ls3_nssa:
+    case lsa3_nssa:
       return read.external(read.value(read.value(body, ospfv3_lsa_body_nssa_get),
                                       ospfv3_nssa_lsa_nssa_external_get));
-    case ls3_link:
+    case lsa3_link:
       return read.link(body, read.value(row, Fields::prefixes));
-    case ls3_intra_area_prefix:
+    case lsa3_intra_area_prefix:
       return read.intra_area_prefix(body, read.value(row, Fields::intra_area_prefixes));
-    default:
-      return OtherBody{read.unknown_tlvs(row)};
+    case lsa3_grace:
+      break;
   }
+  return OtherView{read.unknown_tlvs(row)};
 }
 
 template <typename Fields, typename Ops>
@@ -352,24 +355,9 @@ struct RowReader : FieldReader {
 
 }  // namespace
 
-Scope scope_of(std::uint32_t version, std::uint16_t ls_type) {
-  if (version == 2) {
-    if (ls_type == ls2_opaque_link) return Scope::link;
-    return ls_type == ls2_external || ls_type == ls2_opaque_as ? Scope::as : Scope::area;
-  }
-  switch (ls_type & 0x6000) {
-    case 0:
-      return Scope::link;
-    case 0x2000:
-      return Scope::area;
-    default:
-      return Scope::as;
-  }
-}
-
-std::uint16_t RouterLinkV2::metric() const {
+std::uint16_t RouterLinkViewV2::metric() const {
   const auto base = std::find_if(metrics.begin(), metrics.end(),
-                                 [](const TopologyMetric &each) { return each.mt_id == 0; });
+                                 [](const TopologyMetricView &each) { return each.mt_id == 0; });
   return base == metrics.end() ? 0 : base->metric;
 }
 
@@ -380,7 +368,7 @@ LsaView read_lsa(Session &session, tbl_area_scope_lsa_record *record) {
   return read_record<area_scope_lsa_fields, area_scope_lsa_ops>(session, record);
 }
 
-RouterLinkV2 read_row(Session &session, tbl_ospfv2_link_record *record) {
+RouterLinkViewV2 read_row(Session &session, tbl_ospfv2_link_record *record) {
   const RowReader<ospfv2_link_ops> read(session, record);
   ospfv2_link_key *key = ospfv2_link_ops::get_key(session.handle(), space, record);
   return {read.value(read.object, ospfv2_link_type_get_value),
@@ -390,13 +378,13 @@ RouterLinkV2 read_row(Session &session, tbl_ospfv2_link_record *record) {
                                          read.value(read.object, ospfv2_link_topology_get_by_ref))};
 }
 
-TopologyMetric read_row(Session &session, tbl_ospfv2_topology_record *record) {
+TopologyMetricView read_row(Session &session, tbl_ospfv2_topology_record *record) {
   const RowReader<ospfv2_topology_ops> read(session, record);
   return {read.value(read.object, ospfv2_topology_mt_id_get_value),
           read.value(read.object, ospfv2_topology_metric_get_value)};
 }
 
-ExternalEntryV2 read_row(Session &session, tbl_ospfv2_external_record *record) {
+ExternalEntryViewV2 read_row(Session &session, tbl_ospfv2_external_record *record) {
   const RowReader<ospfv2_external_ops> read(session, record);
   return {read.value(read.object, ospfv2_external_mt_id_get_value),
           read.value(read.object, ospfv2_external_metric_get_value), std::nullopt,
@@ -424,7 +412,7 @@ SubTlvView read_row(Session &session, tbl_ospfv2_unknown_sub_tlv_record *record)
                                       ospfv2_unknown_sub_tlv_value_get_mem)};
 }
 
-RouterLinkV3 read_row(Session &session, tbl_ospfv3_link_record *record) {
+RouterLinkViewV3 read_row(Session &session, tbl_ospfv3_link_record *record) {
   const RowReader<ospfv3_link_ops> read(session, record);
   ospfv3_link_key *key = ospfv3_link_ops::get_key(session.handle(), space, record);
   return {read.value(read.object, ospfv3_link_type_get_value),

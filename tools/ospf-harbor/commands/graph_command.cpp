@@ -57,7 +57,7 @@ std::string drawn(const std::string &dot, std::size_t routers) {
 bool has_routers(const std::vector<LsdbEntry> &entries, std::uint32_t version) {
   return std::any_of(entries.begin(), entries.end(), [&](const LsdbEntry &entry) {
     return entry.lsa.version == version &&
-           (version == 2 ? entry.lsa.type == ls2_router : entry.lsa.type == ls3_router);
+           (version == 2 ? entry.lsa.type == lsa2_router : entry.lsa.type == lsa3_router);
   });
 }
 

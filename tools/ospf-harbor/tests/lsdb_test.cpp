@@ -344,9 +344,9 @@ TEST(LsdbDetail, OfATypeWithoutFieldsShowsItsOctets) {
 TEST(LsdbDetail, OctetsOfAHostNameThatAreNoTextDoNotReachTheTerminal) {
   ospf_tables::LsaView lsa;
   lsa.version = 2;
-  lsa.type = ospf_tables::ls2_opaque_area;
+  lsa.type = ospf_tables::lsa2_opaque_area;
   lsa.decoded_completed = true;
-  ospf_tables::OpaqueBodyV2 body;
+  ospf_tables::OpaqueViewV2 body;
   body.opaque_type = 4;
   body.tlvs.push_back({7, 4, {'r', 0x1b, '[', '1'}, "", {}, {}});
   lsa.body = body;

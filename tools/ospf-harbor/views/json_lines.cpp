@@ -22,14 +22,14 @@ Json dotted_all(const std::vector<std::uint32_t> &numbers) {
   return list;
 }
 
-Json json_of(const TopologyMetric &metric) {
+Json json_of(const TopologyMetricView &metric) {
   return {{"mt_id", metric.mt_id}, {"metric", metric.metric}};
 }
 
 template <typename View>
 Json list_of(const std::vector<View> &views);
 
-Json json_of(const RouterLinkV2 &link) {
+Json json_of(const RouterLinkViewV2 &link) {
   return {{"type", link.type},
           {"type_name", link_type_name(link.type)},
           {"link_id", dotted(link.link_id)},
@@ -38,7 +38,7 @@ Json json_of(const RouterLinkV2 &link) {
           {"topology", list_of(link.metrics)}};
 }
 
-Json json_of(const RouterLinkV3 &link) {
+Json json_of(const RouterLinkViewV3 &link) {
   return {{"type", link.type},
           {"type_name", link_type_name(link.type)},
           {"metric", link.metric},
@@ -51,7 +51,7 @@ Json json_of(const PrefixView &prefix) {
   return {{"prefix", prefix.prefix}, {"prefix_options", prefix.options}};
 }
 
-Json json_of(const ExternalEntryV2 &entry) {
+Json json_of(const ExternalEntryViewV2 &entry) {
   return {{"mt_id", entry.mt_id},
           {"metric", entry.metric},
           {"metric_type", entry.type_2 ? Json(*entry.type_2 ? 2 : 1) : Json(nullptr)},
@@ -93,23 +93,23 @@ Json list_of(const std::vector<View> &views) {
 }
 
 struct BodyJson {
-  Json operator()(const OtherBody &body) const { return {{"unknown_tlv", list_of(body.tlvs)}}; }
-  Json operator()(const RouterBodyV2 &body) const {
+  Json operator()(const OtherView &body) const { return {{"unknown_tlv", list_of(body.tlvs)}}; }
+  Json operator()(const RouterViewV2 &body) const {
     return {{"lsa_flags", body.flags},
             {"num_of_links", body.num_of_links},
             {"links", list_of(body.links)}};
   }
-  Json operator()(const NetworkBodyV2 &body) const {
+  Json operator()(const NetworkViewV2 &body) const {
     return {{"network_mask", or_null(body.mask)},
             {"attached_router", dotted_all(body.attached_routers)}};
   }
-  Json operator()(const SummaryBodyV2 &body) const {
+  Json operator()(const SummaryViewV2 &body) const {
     return {{"summary_mask", or_null(body.mask)}, {"summary", list_of(body.metrics)}};
   }
-  Json operator()(const ExternalBodyV2 &body) const {
+  Json operator()(const ExternalViewV2 &body) const {
     return {{"external_mask", or_null(body.mask)}, {"external", list_of(body.entries)}};
   }
-  Json operator()(const OpaqueBodyV2 &body) const {
+  Json operator()(const OpaqueViewV2 &body) const {
     return {{"opaque_type", body.opaque_type},
             {"opaque_id", body.opaque_id},
             {"router_address", or_null(body.router_address)},
@@ -117,26 +117,26 @@ struct BodyJson {
             {"unknown_tlv", list_of(body.tlvs)},
             {"unknown_sub_tlv", list_of(body.sub_tlvs)}};
   }
-  Json operator()(const RouterBodyV3 &body) const {
+  Json operator()(const RouterViewV3 &body) const {
     return {{"lsa_flags", body.flags},
             {"lsa_body_options", body.options},
             {"links", list_of(body.links)}};
   }
-  Json operator()(const NetworkBodyV3 &body) const {
+  Json operator()(const NetworkViewV3 &body) const {
     return {{"lsa_net_options", body.options},
             {"attached_router", dotted_all(body.attached_routers)}};
   }
-  Json operator()(const InterAreaPrefixBody &body) const {
+  Json operator()(const InterAreaPrefixView &body) const {
     return {{"metric", body.metric},
             {"ia_prefix", body.prefix.prefix},
             {"ia_prefix_options", body.prefix.options}};
   }
-  Json operator()(const InterAreaRouterBody &body) const {
+  Json operator()(const InterAreaRouterView &body) const {
     return {{"lsa_ia_options", body.options},
             {"metric", body.metric},
             {"destination_router_id", dotted(body.destination_router_id)}};
   }
-  Json operator()(const ExternalBodyV3 &body) const {
+  Json operator()(const ExternalViewV3 &body) const {
     return {{"metric", body.metric},
             {"metric_type", body.type_2 ? 2 : 1},
             {"referenced_ls_type", body.referenced_ls_type},
@@ -146,14 +146,14 @@ struct BodyJson {
             {"external_route_tag", body.route_tag},
             {"referenced_link_state_id", dotted(body.referenced_link_state_id)}};
   }
-  Json operator()(const LinkBodyV3 &body) const {
+  Json operator()(const LinkViewV3 &body) const {
     return {{"rtr_priority", body.priority},
             {"lsa_ld_options", body.options},
             {"link_local_interface_address", or_null(body.link_local_address)},
             {"num_of_prefixes", body.num_of_prefixes},
             {"prefix_list", list_of(body.prefixes)}};
   }
-  Json operator()(const IntraAreaPrefixBody &body) const {
+  Json operator()(const IntraAreaPrefixView &body) const {
     return {{"referenced_ls_type", body.referenced_ls_type},
             {"referenced_link_state_id", dotted(body.referenced_link_state_id)},
             {"referenced_adv_router", or_null(body.referenced_adv_router)},

@@ -39,12 +39,11 @@ std::string bits(const char *what, const BitNames &names) {
 
 // The options by name; as they stand when they are no number.
 std::string with_options(const PrefixView &prefix) {
-  static constexpr const char *names[] = {"NU", "LA", "MC", "P", "DN"};
   char *end = nullptr;
   const unsigned long bits = std::strtoul(prefix.options.c_str(), &end, 16);
   BitNames set;
-  for (std::size_t bit = 0; bit < std::size(names); ++bit) {
-    if ((bits >> bit & 1) != 0) set.push_back(names[bit]);
+  for (const Named &option : prefix_options) {
+    if ((bits & option.number) != 0) set.push_back(option.name);
   }
   const std::string options = *end != '\0' ? prefix.options : joined(set);
   return prefix.prefix + (options.empty() ? "" : ", prefix options " + options);
@@ -63,24 +62,22 @@ bool is_some_address(const std::string &address) {
 // What a TLV of these opaque types says when it is text or a number that people read.
 std::string known_tlv(std::uint8_t opaque_type, const TlvView &tlv) {
   const auto word = [&] { return word_at(tlv.value, 0); };
-  constexpr std::uint8_t grace = 3;
-  constexpr std::uint8_t router_information = 4;
-  if (opaque_type == grace && tlv.type == 1 && tlv.value.size() == 4) {
+  const bool is_grace = opaque_type == opaque_grace;
+  if (is_grace && tlv.type == grace_tlv_period && tlv.value.size() == 4) {
     return "grace period: " + counted(word(), "second", "seconds");
   }
-  if (opaque_type == grace && tlv.type == 2 && tlv.value.size() == 1) {
-    static constexpr const char *reasons[] = {"unknown", "software restart",
-                                              "software reload or upgrade",
-                                              "switch to redundant control processor"};
-    return std::string("restart reason: ") + reasons[tlv.value[0] < 4 ? tlv.value[0] : 0];
+  if (is_grace && tlv.type == grace_tlv_reason && tlv.value.size() == 1) {
+    const char *reason = name_of(grace_reasons, tlv.value[0]);
+    return std::string("restart reason: ") + (reason == nullptr ? "unknown" : reason);
   }
-  if (opaque_type == grace && tlv.type == 3 && tlv.value.size() == 4) {
+  if (is_grace && tlv.type == grace_tlv_address && tlv.value.size() == 4) {
     return "interface address: " + dotted(word());
   }
-  if (opaque_type == router_information && tlv.type == 1 && tlv.value.size() >= 4) {
+  if (opaque_type != opaque_router_information) return "";
+  if (tlv.type == ri_tlv_informational && tlv.value.size() >= 4) {
     return "informational capabilities: " + hexadecimal(word());
   }
-  if (opaque_type == router_information && tlv.type == 7) {
+  if (tlv.type == ri_tlv_hostname) {
     std::string name(tlv.value.begin(), tlv.value.end());
     for (char &c : name) {
       if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '.';
@@ -94,63 +91,62 @@ class Detail {
  public:
   std::string text;
 
-  void operator()(const OtherBody &body) {
+  void operator()(const OtherView &body) {
     for (const TlvView &tlv : body.tlvs) add_tlv(0, tlv);
   }
 
-  void operator()(const RouterBodyV2 &body) {
+  void operator()(const RouterViewV2 &body) {
     line(4, bits("flags", body.flags) + "; " + counted(body.num_of_links, "link", "links"));
-    for (const RouterLinkV2 &link : body.links) {
+    for (const RouterLinkViewV2 &link : body.links) {
       const std::string id = dotted(link.link_id);
       const std::string data = dotted(link.link_data);
-      std::string what;
-      switch (link.type) {
-        case link_point_to_point:
+      std::string what =
+          "link of type " + std::to_string(link.type) + ", ID " + id + ", data " + data;
+      switch (static_cast<RouterLinkType>(link.type)) {
+        case router_link_point_to_point:
           what = "point-to-point to router " + id + ", own address " + data;
           break;
-        case link_transit:
+        case router_link_transit:
           what = "transit network, designated router's address " + id + ", own address " + data;
           break;
-        case link_stub:
+        case router_link_stub:
           what = "stub network " + prefix_text(link.link_id, data);
           break;
-        case link_virtual:
+        case router_link_virtual:
           what = "virtual link to router " + id + ", own address " + data;
           break;
-        default:
-          what = "link of type " + std::to_string(link.type) + ", ID " + id + ", data " + data;
       }
       line(4, what + ", metric " + std::to_string(link.metric()));
       add_topologies(6, link.metrics);
     }
   }
 
-  void operator()(const NetworkBodyV2 &body) {
+  void operator()(const NetworkViewV2 &body) {
     line(4, "network " + prefix_text(link_state_id_, body.mask));
     add_attached(body.attached_routers);
   }
 
-  void operator()(const SummaryBodyV2 &body) {
-    const std::string what = type_ == ls2_asbr_summary
+  void operator()(const SummaryViewV2 &body) {
+    const std::string what = type_ == lsa2_asbr_summary
                                  ? "AS boundary router " + dotted(link_state_id_)
                                  : "network " + prefix_text(link_state_id_, body.mask);
     std::string metric;
-    for (const TopologyMetric &each : body.metrics) {
+    for (const TopologyMetricView &each : body.metrics) {
       if (each.mt_id == 0) metric = ", metric " + std::to_string(each.metric);
     }
     line(4, what + metric);
     add_topologies(4, body.metrics);
   }
 
-  void operator()(const ExternalBodyV2 &body) {
+  void operator()(const ExternalViewV2 &body) {
     line(4, "network " + prefix_text(link_state_id_, body.mask));
-    for (const ExternalEntryV2 &entry : body.entries) {
+    for (const ExternalEntryViewV2 &entry : body.entries) {
       add_external(entry.mt_id == 0 ? "" : "topology " + std::to_string(entry.mt_id) + ": ",
                    entry.metric, entry.type_2, entry.forwarding_address, entry.route_tag);
     }
   }
 
-  void operator()(const OpaqueBodyV2 &body) {
+  void operator()(const OpaqueViewV2 &body) {
     line(4, "opaque type " + std::to_string(body.opaque_type) + " (" +
                 opaque_type_name(body.opaque_type) + "), opaque ID " +
                 std::to_string(body.opaque_id));
@@ -160,10 +156,10 @@ class Detail {
     for (const TlvView &tlv : body.tlvs) add_tlv(body.opaque_type, tlv);
   }
 
-  void operator()(const RouterBodyV3 &body) {
+  void operator()(const RouterViewV3 &body) {
     line(4, bits("flags", body.flags) + "; " + bits("options", body.options) + "; " +
                 counted(body.links.size(), "link", "links"));
-    for (const RouterLinkV3 &link : body.links) {
+    for (const RouterLinkViewV3 &link : body.links) {
       line(4, std::string(link_type_name(link.type)) + " from interface " +
                   std::to_string(link.interface_id) + " to interface " +
                   std::to_string(link.neighbor_interface_id) + " of router " +
@@ -171,21 +167,21 @@ class Detail {
     }
   }
 
-  void operator()(const NetworkBodyV3 &body) {
+  void operator()(const NetworkViewV3 &body) {
     line(4, bits("options", body.options));
     add_attached(body.attached_routers);
   }
 
-  void operator()(const InterAreaPrefixBody &body) {
+  void operator()(const InterAreaPrefixView &body) {
     line(4, "prefix " + with_options(body.prefix) + ", metric " + std::to_string(body.metric));
   }
 
-  void operator()(const InterAreaRouterBody &body) {
+  void operator()(const InterAreaRouterView &body) {
     line(4, "AS boundary router " + dotted(body.destination_router_id) + ", metric " +
                 std::to_string(body.metric) + "; " + bits("options", body.options));
   }
 
-  void operator()(const ExternalBodyV3 &body) {
+  void operator()(const ExternalViewV3 &body) {
     line(4, "prefix " + with_options(body.prefix));
     add_external("", body.metric, body.type_2, body.forwarding_address, body.route_tag);
     if (body.referenced_ls_type != 0) {
@@ -194,13 +190,13 @@ class Detail {
     }
   }
 
-  void operator()(const LinkBodyV3 &body) {
+  void operator()(const LinkViewV3 &body) {
     line(4, "priority " + std::to_string(body.priority) + ", link-local address " +
                 body.link_local_address + "; " + bits("options", body.options));
     add_prefixes(body.num_of_prefixes, body.prefixes);
   }
 
-  void operator()(const IntraAreaPrefixBody &body) {
+  void operator()(const IntraAreaPrefixView &body) {
     line(4, "refers to " + type_name(3, body.referenced_ls_type) + " " +
                 dotted(body.referenced_link_state_id) + " of router " + body.referenced_adv_router);
     add_prefixes(body.num_of_prefixes, body.prefixes);
@@ -213,8 +209,8 @@ class Detail {
   }
 
  private:
-  void add_topologies(std::size_t margin, const std::vector<TopologyMetric> &metrics) {
-    for (const TopologyMetric &each : metrics) {
+  void add_topologies(std::size_t margin, const std::vector<TopologyMetricView> &metrics) {
+    for (const TopologyMetricView &each : metrics) {
       if (each.mt_id == 0) continue;
       line(margin,
            "topology " + std::to_string(each.mt_id) + ": metric " + std::to_string(each.metric));
@@ -241,10 +237,9 @@ class Detail {
 
   void add_te_link(const TeLinkView &link) {
     if (!link.is_set()) return;
-    const char *kind = link.link_type == 1   ? "point-to-point"
-                       : link.link_type == 2 ? "multi-access"
-                                             : "unknown";
-    line(4, std::string("link: ") + kind + ", link ID " + dotted(link.link_id));
+    const char *kind = name_of(te_link_types, link.link_type);
+    line(4, std::string("link: ") + (kind == nullptr ? "unknown" : kind) + ", link ID " +
+                dotted(link.link_id));
     if (!link.local_addresses.empty()) line(6, "local address " + list(link.local_addresses));
     if (!link.remote_addresses.empty()) line(6, "remote address " + list(link.remote_addresses));
     line(6, "metric " + std::to_string(link.te_metric) + ", administrative group " +
@@ -256,8 +251,8 @@ class Detail {
 
   // Of a traffic-engineering link, unless its fields say all of it.
   void add_sub_tlv(const SubTlvView &tlv) {
-    constexpr std::uint16_t unreserved = 8;
-    if (tlv.type != unreserved || tlv.value.size() != 32) return add_raw_tlv(6, "sub-TLV", tlv);
+    if (tlv.type != te_sub_unreserved || tlv.value.size() != 32)
+      return add_raw_tlv(6, "sub-TLV", tlv);
     std::string content = "unreserved by priority";
     for (std::size_t at = 0; at < 32; at += 4) {
       content += (at == 0 ? " " : ", ") + decimal(std::bit_cast<float>(word_at(tlv.value, at)));

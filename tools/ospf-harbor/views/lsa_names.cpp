@@ -1,8 +1,10 @@
 #include "views/lsa_names.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <cstdio>
 #include <optional>
+#include <string_view>
 
 #include "ospf_tables/row_keys.hpp"
 
@@ -10,95 +12,31 @@ namespace tool {
 
 using namespace ospf_tables;
 
-namespace {
-
-struct TypeName {
-  std::uint32_t version;
-  std::uint16_t ls_type;
-  const char *name;
-};
-
-constexpr TypeName type_names[] = {
-    {2, ls2_router, "Router"},
-    {2, ls2_network, "Network"},
-    {2, ls2_summary, "Summary"},
-    {2, ls2_asbr_summary, "ASBR-Sum"},
-    {2, ls2_external, "External"},
-    {2, ls2_nssa, "NSSA"},
-    {2, ls2_opaque_link, "Opaque-link"},
-    {2, ls2_opaque_area, "Opaque-area"},
-    {2, ls2_opaque_as, "Opaque-AS"},
-    {3, ls3_router, "Router"},
-    {3, ls3_network, "Network"},
-    {3, ls3_inter_area_prefix, "Inter-Prefix"},
-    {3, ls3_inter_area_router, "Inter-Router"},
-    {3, ls3_external, "AS-Ext"},
-    {3, ls3_nssa, "NSSA-Ext"},
-    {3, ls3_link, "Link"},
-    {3, ls3_intra_area_prefix, "Intra-Prefix"},
-};
-
-}  // namespace
-
 std::string type_name(std::uint32_t version, std::uint16_t ls_type) {
-  for (const TypeName &each : type_names) {
-    if (each.version == version && each.ls_type == ls_type) return each.name;
-  }
+  if (const LsaType *type = find_type(version, ls_type)) return type->name;
   char text[8];
   std::snprintf(text, sizeof text, "0x%04x", ls_type);
   return text;
 }
 
 std::string list_of_type_names() {
-  std::string list;
-  for (const TypeName &each : type_names) {
-    if (list.find(each.name) != std::string::npos) continue;
-    list += (list.empty() ? "" : ", ") + std::string(each.name);
+  std::vector<std::string_view> names;
+  for (const LsaType &type : lsa_types) {
+    if (std::find(names.begin(), names.end(), type.name) == names.end()) names.push_back(type.name);
   }
+  std::string list;
+  for (const std::string_view name : names) list.append(list.empty() ? "" : ", ").append(name);
   return list;
 }
 
-const char *scope_name(Scope scope) {
-  switch (scope) {
-    case Scope::link:
-      return "link";
-    case Scope::area:
-      return "area";
-    default:
-      return "as";
-  }
-}
-
 const char *link_type_name(std::uint8_t type) {
-  switch (type) {
-    case link_point_to_point:
-      return "point-to-point";
-    case link_transit:
-      return "transit";
-    case link_stub:
-      return "stub";
-    case link_virtual:
-      return "virtual";
-    default:
-      return "unknown";
-  }
+  const char *name = name_of(router_link_types, type);
+  return name == nullptr ? "unknown" : name;
 }
 
 std::string opaque_type_name(std::uint8_t opaque_type) {
-  switch (opaque_type) {
-    case 1:
-      return "traffic engineering";
-    case 3:
-      return "grace";
-    case 4:
-      return "router information";
-    case 7:
-      return "extended prefix";
-    case 8:
-      return "extended link";
-    default:
-      return "type " + std::to_string(opaque_type);
-  }
+  const char *name = name_of(opaque_types, opaque_type);
+  return name == nullptr ? "type " + std::to_string(opaque_type) : name;
 }
 
 std::string age_text(std::uint16_t age) {

@@ -12,7 +12,6 @@ namespace tool {
 std::string type_name(std::uint32_t version, std::uint16_t ls_type);
 // Every short name, for messages about wrong ones.
 std::string list_of_type_names();
-const char *scope_name(ospf_tables::Scope scope);
 const char *link_type_name(std::uint8_t type);
 std::string opaque_type_name(std::uint8_t opaque_type);
 

@@ -35,23 +35,23 @@ class Builder {
     const std::uint32_t area = *entry.area;
     if (!seen_.insert({area, lsa.type, lsa.link_state_id, lsa.adv_router}).second) return;
     topology_.areas.insert(area);
-    if (const auto *router = std::get_if<RouterBodyV2>(&lsa.body)) {
+    if (const auto *router = std::get_if<RouterViewV2>(&lsa.body)) {
       add_router(area, lsa.adv_router, router->flags);
-      for (const RouterLinkV2 &link : router->links) add_link(area, lsa.adv_router, link);
-    } else if (const auto *router3 = std::get_if<RouterBodyV3>(&lsa.body)) {
+      for (const RouterLinkViewV2 &link : router->links) add_link(area, lsa.adv_router, link);
+    } else if (const auto *router3 = std::get_if<RouterViewV3>(&lsa.body)) {
       add_router(area, lsa.adv_router, router3->flags);
-      for (const RouterLinkV3 &link : router3->links) add_link(area, lsa.adv_router, link);
-    } else if (const auto *network = std::get_if<NetworkBodyV2>(&lsa.body)) {
+      for (const RouterLinkViewV3 &link : router3->links) add_link(area, lsa.adv_router, link);
+    } else if (const auto *network = std::get_if<NetworkViewV2>(&lsa.body)) {
       TopologyNetwork &to =
           add_network({area, lsa.link_state_id, 0}, lsa.adv_router, network->attached_routers);
       const std::string prefix = prefix_text(lsa.link_state_id, network->mask);
       if (std::find(to.prefixes.begin(), to.prefixes.end(), prefix) == to.prefixes.end()) {
         to.prefixes.push_back(prefix);
       }
-    } else if (const auto *network3 = std::get_if<NetworkBodyV3>(&lsa.body)) {
+    } else if (const auto *network3 = std::get_if<NetworkViewV3>(&lsa.body)) {
       add_network({area, lsa.link_state_id, lsa.adv_router}, lsa.adv_router,
                   network3->attached_routers);
-    } else if (const auto *prefixes = std::get_if<IntraAreaPrefixBody>(&lsa.body)) {
+    } else if (const auto *prefixes = std::get_if<IntraAreaPrefixView>(&lsa.body)) {
       add_prefixes(area, *prefixes);
     }
   }
@@ -101,10 +101,10 @@ class Builder {
     said.cost = said.cost ? std::min(*said.cost, cost) : cost;
   }
 
-  void add_link(std::uint32_t area, std::uint32_t from, const RouterLinkV2 &link) {
-    if (link.type == link_transit) {
+  void add_link(std::uint32_t area, std::uint32_t from, const RouterLinkViewV2 &link) {
+    if (link.type == router_link_transit) {
       say_cost({area, link.link_id, 0}, from, link.metric());
-    } else if (link.type == link_stub) {
+    } else if (link.type == router_link_stub) {
       topology_.stubs.push_back(
           {area, from, prefix_text(link.link_id, dotted(link.link_data)), link.metric()});
     } else {
@@ -112,8 +112,8 @@ class Builder {
     }
   }
 
-  void add_link(std::uint32_t area, std::uint32_t from, const RouterLinkV3 &link) {
-    if (link.type == link_transit) {
+  void add_link(std::uint32_t area, std::uint32_t from, const RouterLinkViewV3 &link) {
+    if (link.type == router_link_transit) {
       say_cost({area, link.neighbor_interface_id, link.neighbor_router_id}, from, link.metric);
     } else {
       add_half_link(link.type, area, from, link.neighbor_router_id, link.metric, link.interface_id,
@@ -123,19 +123,20 @@ class Builder {
 
   void add_half_link(std::uint8_t type, std::uint32_t area, std::uint32_t from, std::uint32_t to,
                      std::uint32_t cost, std::uint32_t own, std::uint32_t other) {
-    if (type != link_point_to_point && type != link_virtual) return;
-    const LinkKind kind = type == link_virtual ? LinkKind::virtual_link : LinkKind::point_to_point;
+    if (type != router_link_point_to_point && type != router_link_virtual) return;
+    const LinkKind kind =
+        type == router_link_virtual ? LinkKind::virtual_link : LinkKind::point_to_point;
     half_links_.push_back({kind, area, from, to, cost, own, other});
   }
 
-  void add_prefixes(std::uint32_t area, const IntraAreaPrefixBody &body) {
+  void add_prefixes(std::uint32_t area, const IntraAreaPrefixView &body) {
     const auto referenced = parse_dotted(body.referenced_adv_router);
     if (!referenced) return;
     for (const PrefixView &prefix : body.prefixes) {
-      if (body.referenced_ls_type == ls3_network) {
+      if (body.referenced_ls_type == lsa3_network) {
         network_prefixes_[{area, body.referenced_link_state_id, *referenced}].push_back(
             prefix.prefix);
-      } else if (body.referenced_ls_type == ls3_router) {
+      } else if (body.referenced_ls_type == lsa3_router) {
         topology_.stubs.push_back({area, *referenced, prefix.prefix, std::nullopt});
       }
     }

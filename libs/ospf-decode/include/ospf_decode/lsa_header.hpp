@@ -5,9 +5,13 @@
 #include <compare>
 #include <cstdint>
 
+#include "lsa_vocabulary/types.hpp"
 #include "ospf_decode/cursor.hpp"
 
 namespace ospf_decode {
+
+// Types, scopes and fields are called by the names that everybody calls them by.
+using namespace lsa_vocabulary;
 
 inline constexpr std::size_t lsa_header_length = 20;
 inline constexpr std::uint16_t max_age = 3600;
@@ -37,15 +41,8 @@ struct LsaName {
   auto operator<=>(const LsaName &) const = default;
 };
 
-enum class Scope : std::uint8_t { link, area, as };
-
 LsaHeader read_lsa_header_v2(Cursor &cursor);
 LsaHeader read_lsa_header_v3(Cursor &cursor);
-
-// The flooding scope of an LS type. False for a type without one: OSPFv2 types that mean nothing,
-// the OSPFv3 scope that is reserved.
-bool lsa_scope_v2(std::uint16_t type, Scope &scope);
-bool lsa_scope_v3(std::uint16_t type, Scope &scope);
 
 // RFC 2328, section 13.1: below zero if `a` is the older instance, above zero if it is the newer,
 // zero if both are one. The ages, without DoNotAge, are those at the moment of comparing.

@@ -9,63 +9,13 @@
 #include <span>
 #include <vector>
 
+#include "lsa_vocabulary/fields.hpp"
 #include "ospf_decode/cursor.hpp"
 #include "ospf_decode/errors.hpp"
 #include "ospf_decode/lsa_header.hpp"
 #include "ospf_decode/tlv.hpp"
 
 namespace ospf_decode {
-
-enum LsaTypeV2 : std::uint16_t {
-  lsa2_router = 1,
-  lsa2_network = 2,
-  lsa2_summary = 3,
-  lsa2_asbr_summary = 4,
-  lsa2_as_external = 5,
-  lsa2_group_membership = 6,
-  lsa2_nssa = 7,
-  lsa2_external_attributes = 8,
-  lsa2_opaque_link = 9,
-  lsa2_opaque_area = 10,
-  lsa2_opaque_as = 11,
-};
-
-enum OpaqueType : std::uint8_t {
-  opaque_traffic_engineering = 1,
-  opaque_grace = 3,
-  opaque_router_information = 4,
-  opaque_l1vpn = 5,
-  opaque_inter_as_te = 6,
-  opaque_extended_prefix = 7,
-  opaque_extended_link = 8,
-};
-
-enum OptionV2 : std::uint8_t {
-  option2_mt = 0x01,
-  option2_e = 0x02,
-  option2_mc = 0x04,
-  option2_np = 0x08,  // N in a hello, P in a type-7 LSA
-  option2_l = 0x10,   // LLS block (a hello's or a description's)
-  option2_dc = 0x20,
-  option2_o = 0x40,
-  option2_dn = 0x80,
-};
-
-// Flags of a router LSA, the same bits in both versions.
-enum RouterFlag : std::uint8_t {
-  router_flag_b = 0x01,
-  router_flag_e = 0x02,
-  router_flag_v = 0x04,
-  router_flag_w = 0x08,
-  router_flag_nt = 0x10,
-};
-
-enum RouterLinkType : std::uint8_t {
-  router_link_point_to_point = 1,
-  router_link_transit = 2,
-  router_link_stub = 3,  // OSPFv2 only
-  router_link_virtual = 4,
-};
 
 // A metric of one topology; before RFC 4915 the number was a type of service.
 struct TopologyMetric {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "lsa_vocabulary/fields.hpp"
 #include "ospf_decode/address.hpp"
 #include "ospf_decode/cursor.hpp"
 #include "ospf_decode/errors.hpp"
@@ -14,47 +15,6 @@
 #include "ospf_decode/tlv.hpp"
 
 namespace ospf_decode {
-
-// Types in full: the function code with its scope bits.
-enum LsaTypeV3 : std::uint16_t {
-  lsa3_router = 0x2001,
-  lsa3_network = 0x2002,
-  lsa3_inter_area_prefix = 0x2003,
-  lsa3_inter_area_router = 0x2004,
-  lsa3_as_external = 0x4005,
-  lsa3_nssa = 0x2007,
-  lsa3_link = 0x0008,
-  lsa3_intra_area_prefix = 0x2009,
-  lsa3_grace = 0x000b,
-};
-inline constexpr std::uint16_t lsa3_unknown_bit = 0x8000;              // U
-inline constexpr std::uint16_t lsa3_function_mask = 0x1fff;            //
-inline constexpr std::uint16_t lsa3_function_router_information = 12;  // in any scope
-
-enum OptionV3 : std::uint32_t {
-  option3_v6 = 0x000001,
-  option3_e = 0x000002,
-  option3_n = 0x000008,
-  option3_r = 0x000010,
-  option3_dc = 0x000020,
-  option3_af = 0x000100,
-  option3_l = 0x000200,   // LLS block
-  option3_at = 0x000400,  // authentication trailer
-};
-
-enum ExternalFlagV3 : std::uint8_t {
-  external3_t = 0x01,  // a route tag follows
-  external3_f = 0x02,  // a forwarding address follows
-  external3_e = 0x04,  // metric of type 2
-};
-
-enum PrefixOption : std::uint8_t {
-  prefix_nu = 0x01,
-  prefix_la = 0x02,
-  prefix_mc = 0x04,
-  prefix_p = 0x08,
-  prefix_dn = 0x10,
-};
 
 struct RouterLinkV3 {
   std::uint8_t type = 0;

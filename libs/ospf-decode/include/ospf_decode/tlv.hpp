@@ -11,10 +11,13 @@
 #include <span>
 #include <vector>
 
+#include "lsa_vocabulary/fields.hpp"
 #include "ospf_decode/cursor.hpp"
 #include "ospf_decode/errors.hpp"
 
 namespace ospf_decode {
+
+using namespace lsa_vocabulary;
 
 struct Tlv {
   std::uint16_t type = 0;
