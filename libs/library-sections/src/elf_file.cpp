@@ -10,7 +10,7 @@ namespace library_sections {
 namespace {
 
 constexpr std::uint64_t header_bytes = 64;
-constexpr std::uint64_t entry_bytes = 64;
+constexpr std::uint64_t section_entry_bytes = 64;
 constexpr std::uint32_t type_without_bytes = 8;
 constexpr std::uint64_t flag_compressed = 0x800;
 constexpr std::uint32_t number_elsewhere = 0xffff;
@@ -95,9 +95,9 @@ ElfFile::ElfFile(Bytes file) : file_(file) {
   std::uint64_t count = sizes.u16("number of sections");
   std::uint32_t names_at = sizes.u16("section that holds the names");
   if (table == 0) throw Error("ELF header", 40, "offset of the section table", "0", "a table");
-  if (entry_size != entry_bytes) {
+  if (entry_size != section_entry_bytes) {
     throw Error("ELF header", 58, "bytes of an entry of the section table",
-                std::to_string(entry_size), std::to_string(entry_bytes));
+                std::to_string(entry_size), std::to_string(section_entry_bytes));
   }
   if (table > file.size()) {
     throw Error("ELF header", 40, "offset of the section table", std::to_string(table),
@@ -110,7 +110,7 @@ ElfFile::ElfFile(Bytes file) : file_(file) {
     if (count == 0) count = first.section.size;
     if (names_at == number_elsewhere) names_at = first.link;
   }
-  const std::uint64_t room = (file.size() - table) / entry_bytes;
+  const std::uint64_t room = (file.size() - table) / section_entry_bytes;
   if (count > room) {
     throw Error("section table", table, "number of entries", std::to_string(count),
                 "at most " + std::to_string(room) + " up to the end of the file, which has " +
@@ -120,11 +120,11 @@ ElfFile::ElfFile(Bytes file) : file_(file) {
     throw Error("ELF header", 62, "section that holds the names", std::to_string(names_at),
                 "less than " + std::to_string(count));
   }
-  Section names = read_entry(file, table + names_at * entry_bytes).section;
+  Section names = read_entry(file, table + names_at * section_entry_bytes).section;
   names.name = "of the section names";
   const Bytes text = bytes_of(file, names);
   for (std::uint64_t i = 0; i < count; ++i) {
-    Entry entry = read_entry(file, table + i * entry_bytes);
+    Entry entry = read_entry(file, table + i * section_entry_bytes);
     entry.section.name = read_name(text, entry.name);
     sections_.push_back(std::move(entry.section));
   }

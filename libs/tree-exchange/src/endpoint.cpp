@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "ospf_tables/input_error.hpp"
+#include "quoted.hpp"
 
 namespace tree_exchange {
 
@@ -17,8 +18,6 @@ using namespace ospf_tables;
 namespace {
 
 constexpr char forms[] = "unix:PATH, tcp:127.0.0.1:PORT or tcp:[::1]:PORT";
-
-std::string quoted(const std::string &text) { return "\"" + text + "\""; }
 
 Endpoint unix_endpoint(const std::string &option, const std::string &path) {
   Endpoint endpoint;

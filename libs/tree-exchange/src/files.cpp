@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "ospf_tables/input_error.hpp"
+#include "piece_size.hpp"
 #include "tree_exchange/file_descriptor.hpp"
 
 namespace tree_exchange {
@@ -16,8 +17,6 @@ namespace tree_exchange {
 using namespace ospf_tables;
 
 namespace {
-
-constexpr std::size_t piece_size = 1 << 16;
 
 [[noreturn]] void fail(const std::string &path, const char *expected) {
   throw InputError(path, "", std::strerror(errno), expected);

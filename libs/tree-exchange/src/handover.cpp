@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "piece_size.hpp"
 #include "tree_exchange/tree_reader.hpp"
 #include "tree_exchange/tree_writer.hpp"
 
@@ -11,7 +12,6 @@ using namespace ospf_tables;
 
 namespace {
 
-constexpr std::size_t piece_size = 1 << 16;
 constexpr std::size_t longest_answer = 2048;
 constexpr std::chrono::seconds answer_time{2};
 constexpr std::string_view accepted = "ok ";

@@ -1,14 +1,13 @@
 #include "tree_exchange/tree_builder.hpp"
 
 #include "ospf_tables/tree.hpp"
+#include "quoted.hpp"
 
 namespace tree_exchange {
 
 using namespace ospf_tables;
 
 namespace {
-
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 std::string row_name(Session &session, const TableRule &rule, void *record) {
   return std::string(rule.kind) + "/" + rule.key(session, record);

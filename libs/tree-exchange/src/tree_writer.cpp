@@ -3,6 +3,7 @@
 #include <string>
 
 #include "ospf_tables/tree.hpp"
+#include "piece_size.hpp"
 #include "tree_exchange/stream_format.hpp"
 
 namespace tree_exchange {
@@ -11,11 +12,9 @@ using namespace ospf_tables;
 
 namespace {
 
-constexpr std::size_t piece_size = 1 << 16;
-
-class Writer {
+class StreamWriter {
  public:
-  Writer(Session &session, const ByteSink &sink) : session_(session), sink_(sink) {}
+  StreamWriter(Session &session, const ByteSink &sink) : session_(session), sink_(sink) {}
 
   std::uint64_t write() {
     pending_.assign(stream_magic.begin(), stream_magic.end());
@@ -96,7 +95,7 @@ class Writer {
 }  // namespace
 
 std::uint64_t write_tree(Session &session, const ByteSink &sink) {
-  return Writer(session, sink).write();
+  return StreamWriter(session, sink).write();
 }
 
 }  // namespace tree_exchange

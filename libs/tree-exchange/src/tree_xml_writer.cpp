@@ -9,9 +9,9 @@ using namespace ospf_tables;
 
 namespace {
 
-class Writer {
+class DocumentWriter {
  public:
-  Writer(Session &session, const TextSink &sink) : session_(session), sink_(sink) {}
+  DocumentWriter(Session &session, const TextSink &sink) : session_(session), sink_(sink) {}
 
   std::uint64_t write() {
     using std::string;
@@ -57,7 +57,7 @@ class Writer {
 }  // namespace
 
 std::uint64_t write_tree_xml(Session &session, const TextSink &sink) {
-  return Writer(session, sink).write();
+  return DocumentWriter(session, sink).write();
 }
 
 }  // namespace tree_exchange

@@ -21,8 +21,6 @@ kelp_oid sentinel_oid() {
   return oid;
 }
 
-kelp_database &database_of(kelp_handle *handle) { return *handle->state->database; }
-
 // The object's mapping, made when it is missing; null with the error word set.
 kelp_oid_mapping *mapping_for(kelp_handle *handle, std::uint32_t space_id, void *object,
                               const kelp_oid *wanted, std::uint32_t *err) {

@@ -20,8 +20,6 @@ TableOfContents::Key key_of(const kelp_table *table) {
           table->table_id};
 }
 
-kelp_database &database_of(kelp_handle *handle) { return *handle->state->database; }
-
 // A block of the system memory, zeroed, made once and then the same. False without memory.
 template <typename Root>
 bool make_once(kelp_database &database, Root *&root) {

@@ -21,3 +21,9 @@ struct kelp_handle_state {
   std::unique_ptr<std::byte[]> work_space;  // made when first asked for
   std::uint32_t work_space_size = 0;
 };
+
+namespace kelp {
+
+inline kelp_database &database_of(kelp_handle *handle) { return *handle->state->database; }
+
+}  // namespace kelp

@@ -7,19 +7,19 @@ namespace kelp {
 
 namespace {
 
-constexpr std::size_t kLuidBytes = 16;
+constexpr std::size_t kLuidLength = 16;
 
 }  // namespace
 
 TableOfContents::Id TableOfContents::id_of(const Key &key) {
   Id id;
-  std::memcpy(id.luid.data(), key.luid, kLuidBytes);
+  std::memcpy(id.luid.data(), key.luid, kLuidLength);
   id.id = key.id;
   return id;
 }
 
 std::string TableOfContents::name_of(const Key &key) {
-  std::string name(reinterpret_cast<const char *>(key.luid), kLuidBytes);
+  std::string name(reinterpret_cast<const char *>(key.luid), kLuidLength);
   name += key.path;
   return name;
 }

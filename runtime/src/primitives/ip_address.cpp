@@ -88,8 +88,8 @@ struct Address {
   }
 };
 
-kelp_variant_entry variant_entry = {0, sizeof(ip_address), 0, 0, 0, 0, 0};
-kelp_variant_info variant_info = {1, &variant_entry};
+kelp_variant_entry ip_address_variant_entry = {0, sizeof(ip_address), 0, 0, 0, 0, 0};
+kelp_variant_info ip_address_variant_info = {1, &ip_address_variant_entry};
 
 // The record that an address of this handle may point at.
 kelp_type_record *record_for(kelp_handle *handle, uint32_t space_id, kelp_type_record *type) {
@@ -101,8 +101,8 @@ kelp_type_record *record_for(kelp_handle *handle, uint32_t space_id, kelp_type_r
 
 }  // namespace
 
-kelp_type_record _ip_address_type_info_internal =
-    kelp::primitive_type_record("ip_address", "46ce47c0526144baf3ecbce33032d7d9", &variant_info);
+kelp_type_record _ip_address_type_info_internal = kelp::primitive_type_record(
+    "ip_address", "46ce47c0526144baf3ecbce33032d7d9", &ip_address_variant_info);
 
 KELP_EXPORT_VALUE_FAMILY(ip_address, Address)
 

@@ -39,16 +39,16 @@ struct Boolean {
   }
 };
 
-kelp_variant_entry variant_entry = {0, sizeof(kelp_boolean), 0, 0, 0, 0, 0};
-kelp_variant_info variant_info = {1, &variant_entry};
+kelp_variant_entry boolean_variant_entry = {0, sizeof(kelp_boolean), 0, 0, 0, 0, 0};
+kelp_variant_info boolean_variant_info = {1, &boolean_variant_entry};
 
 // Null below false below true.
 int rank(const kelp_boolean *value) { return value == nullptr ? 0 : *value == 0 ? 1 : 2; }
 
 }  // namespace
 
-kelp_type_record _kelp_boolean_type_info_internal =
-    kelp::primitive_type_record("kelp_boolean", "6ae6582e2546bdfbb60769d34cb5ccbb", &variant_info);
+kelp_type_record _kelp_boolean_type_info_internal = kelp::primitive_type_record(
+    "kelp_boolean", "6ae6582e2546bdfbb60769d34cb5ccbb", &boolean_variant_info);
 
 KELP_EXPORT_NUMBER_FAMILY(kelp_boolean, Boolean)
 

@@ -42,13 +42,13 @@ void replace_text(Writer writer, kelp_vstring *vstring, std::string_view text, u
 
 namespace {
 
-kelp_variant_entry variant_entry = {0, sizeof(kelp_vstring), 0, 0, 0, 0, 0};
-kelp_variant_info variant_info = {1, &variant_entry};
+kelp_variant_entry vstring_variant_entry = {0, sizeof(kelp_vstring), 0, 0, 0, 0, 0};
+kelp_variant_info vstring_variant_info = {1, &vstring_variant_entry};
 
 }  // namespace
 
-kelp_type_record _kelp_vstring_type_info_internal =
-    kelp::primitive_type_record("kelp_vstring", "157aa9f60b0a962db60530d55218cc7b", &variant_info);
+kelp_type_record _kelp_vstring_type_info_internal = kelp::primitive_type_record(
+    "kelp_vstring", "157aa9f60b0a962db60530d55218cc7b", &vstring_variant_info);
 
 kelp_vstring *kelp_vstring_get(kelp_handle *, uint32_t, const kelp_vstring *address,
                                uint32_t *err) {

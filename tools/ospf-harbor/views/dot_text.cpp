@@ -73,7 +73,7 @@ Colours colours_of(std::size_t area) {
   return {fill, line};
 }
 
-std::string quoted(const std::string &text) {
+std::string dot_string(const std::string &text) {
   std::string result = "\"";
   for (const char c : text) {
     if (c == '"' || c == '\\') result += '\\';
@@ -116,7 +116,7 @@ class DotWriter {
   }
 
   std::string write() {
-    text_ = "graph " + quoted("OSPFv" + std::to_string(topology_.version)) + " {\n";
+    text_ = "graph " + dot_string("OSPFv" + std::to_string(topology_.version)) + " {\n";
     add_graph();
     for (const auto &[id, router] : topology_.routers) add_router(id, router);
     for (const auto &[id, network] : topology_.networks) add_network(id, network);
@@ -129,21 +129,21 @@ class DotWriter {
  private:
   const Colours &colours(std::uint32_t area) { return colours_[area]; }
 
-  static std::string router_name(std::uint32_t id) { return quoted("router " + dotted(id)); }
+  static std::string router_name(std::uint32_t id) { return dot_string("router " + dotted(id)); }
   static std::string network_name(const NetworkId &id) {
     const auto &[area, link_state_id, adv_router] = id;
-    return quoted("network " + dotted(area) + " " + dotted(link_state_id) +
-                  (adv_router == 0 ? "" : " " + dotted(adv_router)));
+    return dot_string("network " + dotted(area) + " " + dotted(link_state_id) +
+                      (adv_router == 0 ? "" : " " + dotted(adv_router)));
   }
 
   void add_graph() {
-    text_ += "  graph [layout=" + quoted(style_.engine) + ", " + style_.layout +
+    text_ += "  graph [layout=" + dot_string(style_.engine) + ", " + style_.layout +
              ", outputorder=\"edgesfirst\", fontname=\"Helvetica\", fontsize=" +
              points(style_.legend_font) +
              ", labelloc=\"b\", pad=\"0.3\", bgcolor=\"white\",\n    label=" + legend() + "];\n";
     text_ += "  node [fontname=\"Helvetica\", penwidth=\"1.4\"];\n";
     text_ += "  edge [fontname=\"Helvetica\", labelangle=\"0\", labeldistance=" +
-             quoted(style_.cost_distance) + "];\n";
+             dot_string(style_.cost_distance) + "];\n";
   }
 
   std::string legend() const {
@@ -191,8 +191,8 @@ class DotWriter {
     const std::string line = several ? "#333333" : colours(*router.areas.begin()).line;
     std::string style = several ? "striped" : "filled,rounded";
     if (!router.has_lsa) style += ",dashed";
-    text_ += "  " + router_name(id) + " [shape=\"box\", style=" + quoted(style) +
-             ", fillcolor=" + quoted(fill) + ", color=" + quoted(line) +
+    text_ += "  " + router_name(id) + " [shape=\"box\", style=" + dot_string(style) +
+             ", fillcolor=" + dot_string(fill) + ", color=" + dot_string(line) +
              ", fontsize=" + points(style_.router_font) +
              ", margin=\"0.09,0.05\", height=\"0.2\", width=\"0.4\"" +
              (router.as_boundary ? ", peripheries=\"2\"" : "") + ", label=<<B>" + dotted(id) +
@@ -212,9 +212,9 @@ class DotWriter {
                "</FONT>";
     }
     const Colours &area = colours(std::get<0>(id));
-    text_ += "  " + network_name(id) +
-             " [shape=\"ellipse\", style=" + quoted(network.has_lsa ? "filled" : "filled,dashed") +
-             ", fillcolor=\"white\", color=" + quoted(area.line) +
+    text_ += "  " + network_name(id) + " [shape=\"ellipse\", style=" +
+             dot_string(network.has_lsa ? "filled" : "filled,dashed") +
+             ", fillcolor=\"white\", color=" + dot_string(area.line) +
              ", fontsize=" + points(style_.network_font) +
              ", margin=\"0.03,0.02\", height=\"0.2\", width=\"0.3\", label=<" + label + ">];\n";
   }
@@ -243,12 +243,13 @@ class DotWriter {
     std::snprintf(width, sizeof width, "%.1f",
                   style_.line_width * (style == std::string("dotted") ? 2 : 1));
     const std::string &colour = colours(area).line;
-    text_ += "  " + from + " -- " + to + " [color=" + quoted(colour) +
-             ", penwidth=" + quoted(width) + ", style=" + quoted(style) + ", len=" + quoted(length);
+    text_ += "  " + from + " -- " + to + " [color=" + dot_string(colour) +
+             ", penwidth=" + dot_string(width) + ", style=" + dot_string(style) +
+             ", len=" + dot_string(length);
     if (from_cost) text_ += ", taillabel=" + cost_label(*from_cost, colour);
     if (to_cost) text_ += ", headlabel=" + cost_label(*to_cost, colour);
     if (!label.empty()) {
-      text_ += ", fontsize=" + small() + ", fontcolor=" + quoted(colour) + ", label=<" +
+      text_ += ", fontsize=" + small() + ", fontcolor=" + dot_string(colour) + ", label=<" +
                escaped(label) + ">";
     }
     text_ += "];\n";
@@ -265,11 +266,11 @@ class DotWriter {
   void add_stubs() {
     std::map<std::pair<std::uint32_t, std::string>, bool> drawn;
     for (const TopologyStub &stub : topology_.stubs) {
-      const std::string name = quoted("stub " + dotted(stub.area) + " " + stub.prefix);
+      const std::string name = dot_string("stub " + dotted(stub.area) + " " + stub.prefix);
       bool &is_drawn = drawn[{stub.area, stub.prefix}];
       if (!is_drawn) {
         text_ += "  " + name + " [shape=\"plain\", fontsize=" + small() +
-                 ", fontcolor=" + quoted(colours(stub.area).line) + ", label=<" +
+                 ", fontcolor=" + dot_string(colours(stub.area).line) + ", label=<" +
                  escaped(stub.prefix) + ">];\n";
       }
       is_drawn = true;
@@ -278,7 +279,7 @@ class DotWriter {
     }
   }
 
-  static std::string points(int size) { return quoted(std::to_string(size)); }
+  static std::string points(int size) { return dot_string(std::to_string(size)); }
   std::string small() const { return points(style_.router_font - 3); }
 
   const Topology &topology_;

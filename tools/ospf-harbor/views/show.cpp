@@ -115,9 +115,9 @@ class Chooser : public TreeVisitor {
   std::size_t shown_ = 0;
 };
 
-class TextPrinter : public Chooser {
+class TextOfChosen : public Chooser {
  public:
-  TextPrinter(Session &, const std::vector<Step> &steps, std::FILE *out)
+  TextOfChosen(Session &, const std::vector<Step> &steps, std::FILE *out)
       : Chooser(steps), out_(out) {}
 
  private:
@@ -139,9 +139,9 @@ class TextPrinter : public Chooser {
   std::FILE *out_;
 };
 
-class JsonPrinter : public Chooser {
+class JsonOfChosen : public Chooser {
  public:
-  JsonPrinter(Session &session, const std::vector<Step> &steps, std::FILE *out)
+  JsonOfChosen(Session &session, const std::vector<Step> &steps, std::FILE *out)
       : Chooser(steps), session_(session), out_(out) {}
 
  private:
@@ -165,11 +165,11 @@ std::size_t show_with(Session &session, const std::string &path, std::FILE *out)
 }  // namespace
 
 std::size_t show(Session &session, const std::string &path, std::FILE *out) {
-  return show_with<TextPrinter>(session, path, out);
+  return show_with<TextOfChosen>(session, path, out);
 }
 
 std::size_t show_json(Session &session, const std::string &path, std::FILE *out) {
-  return show_with<JsonPrinter>(session, path, out);
+  return show_with<JsonOfChosen>(session, path, out);
 }
 
 }  // namespace tool
