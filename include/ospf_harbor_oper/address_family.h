@@ -33,7 +33,7 @@ KELP_API void address_family_adjust_variant(kelp_handle *handle, uint32_t space_
 /* Creates an object of type address_family at the variant that the handle's domain gives, with a
  * value of 0. Null when there is no memory. A domain that gives no variant is told in the trace,
  * and the object is created all the same.
- * Errors: none is reported; in a _cr chain 12 becomes the handle's last error
+ * Errors: none is reported
  * Ownership: the caller owns the result and gives it to address_family_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: light_object */
@@ -48,7 +48,7 @@ KELP_API address_family *address_family_create_internal(kelp_handle *handle, uin
 
 /* As address_family_create, in the handle's cr_space_id. Gives the null object of address_family,
  * which destroy ignores, when cr_err is set already or there is no memory.
- * Errors: 12 as the handle's last error when there is no memory
+ * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err is 0
  * Ownership: as address_family_create; the null object belongs to the library
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: light_object */
@@ -69,7 +69,7 @@ KELP_API void address_family_initialize(kelp_handle *handle, uint32_t space_id,
                                         void *sttr_base, uint32_t *err);
 
 /* Marks the object as living inside other memory. A null object is told in the trace and
- * otherwise passed over.
+ * otherwise passed over; the null object of address_family is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: light_object */

@@ -68,7 +68,7 @@ KELP_API void kelp_ospf_harbor_oper_trace_init(void);
  * threads contend.
  * Errors: none; the result is the code
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: vft */
+ * Family: ospf_harbor_oper_table */
 KELP_API uint32_t ospf_harbor_oper_table_vft_init(void);
 
 /* Writes the vft of the table with the 16-byte LUID to *vft_out, making the copy first if nobody
@@ -77,7 +77,7 @@ KELP_API uint32_t ospf_harbor_oper_table_vft_init(void);
  * Errors: 2 for an unknown LUID, with null in *vft_out; the code of a failed copy
  * Ownership: the vft belongs to the library and lives as long as the process
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: vft */
+ * Family: ospf_harbor_oper_table */
 KELP_API void ospf_harbor_oper_table_get_vft(kelp_handle *handle, uint32_t space_id,
                                              const uint8_t *luid, const kelp_table_vft **vft_out,
                                              uint32_t *err);
@@ -86,7 +86,7 @@ KELP_API void ospf_harbor_oper_table_get_vft(kelp_handle *handle, uint32_t space
  * not be aligned; -1 when there is none.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: vft */
+ * Family: ospf_harbor_oper_table */
 KELP_API int32_t ospf_harbor_oper_table_mrst_lookup(const uint8_t *luid);
 
 KELP_EXTERN_C_END

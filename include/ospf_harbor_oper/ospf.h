@@ -53,8 +53,8 @@ KELP_API ospf *ospf_create_internal(kelp_handle *handle, uint32_t space_id);
 /* As ospf_create with the handle's cr_space_id, but without memory, or with an earlier failure in
  * cr_err, the type's null object comes back: a chain of calls may go on with it, and ospf_destroy
  * ignores it. Null when the object cannot be prepared.
- * Errors: 12 as the last error when there is no memory and cr_err is 0
- * Ownership: as ospf_create
+ * Errors: 12 as the last error and in cr_err when there is no memory and cr_err is 0
+ * Ownership: as ospf_create; the null object belongs to the library and is never written
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: structure_object */
 KELP_API ospf *ospf_create_cr(kelp_handle *handle);
@@ -73,8 +73,8 @@ KELP_API void ospf_initialize(kelp_handle *handle, uint32_t space_id, ospf *obje
                               kelp_type_record *record, int32_t notify, int32_t skip_stats,
                               uint8_t flags, void *sttr_base, uint32_t *err);
 
-/* Marks the object, and before it all its children, as living inside other memory. A null object
- * is traced and passed over.
+/* Marks the object and all its children as living inside other memory. A null object is traced
+ * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: structure_object */
@@ -159,8 +159,11 @@ KELP_API void ospf_get_all(kelp_handle *handle, uint32_t space_id, const ospf *o
 KELP_API void ospf_set_all(kelp_handle *handle, uint32_t space_id, ospf *object,
                            uint32_t singleton_id, uint32_t op_mode, uint32_t *err);
 
-/* Moves the content of source to destination, the header with it, and the state bytes when the
- * handle tracks state. A non-zero error word on entry stops nothing.
+/* Moves the content of source to destination, the header with it, but for the two flags that say
+ * whether destination has state bytes and where: they stay its own, and those of its children
+ * theirs. State bytes come along when the handle tracks state and both objects have them; those
+ * of array elements that destination held go in any case. A non-zero error word on entry stops
+ * nothing.
  * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
  *   objects holding the same texts, arrays and arms
  * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
@@ -249,7 +252,8 @@ KELP_API uint32_t ospf_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
 /* Reads an image of at most length bytes from buffer into object and gives the bytes consumed.
  * Set reuse when the object may hold arrays from an earlier image: they are then reused or
  * released. Fields that the image lacks keep what they held; what is behind the fields known here
- * is skipped.
+ * is skipped. The state bytes of the elements of an array go when their number changes and the
+ * image brings none.
  * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
  *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
  *   value that no writer writes
@@ -260,7 +264,8 @@ KELP_API uint32_t ospf_unmarshal(kelp_handle *handle, uint32_t space_id, const v
                                  ospf *object, int32_t length, uint32_t reuse, uint32_t *err);
 
 /* Gives the bytes to provide for the image of object, without an ra-data block. An image may be
- * shorter: an empty array leaves out its state byte.
+ * shorter: an empty array leaves out its state byte. It is longer by a byte for each array
+ * element when the handle tracks state and the object does not.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: image */
@@ -272,11 +277,13 @@ KELP_API uint32_t ospf_len(kelp_handle *handle, uint32_t space_id, const ospf *o
  * Family: image */
 KELP_API uint32_t ospf_len_cr(kelp_handle *handle, const ospf *object);
 
-/* Writes object as text at the start of buffer, at most size bytes, each line behind indent
- * blanks, the first one with label; gives the bytes written. The closing line of an object with
- * an indent stands behind a gap of as many bytes, which keeps what buffer held; an object of
- * variant 0 has no closing line when ospf has two variants.
- * Errors: none of its own; what a field's print sets stands, and nothing is written behind it
+/* Writes object as text at the start of buffer, at most size bytes and none for a negative size,
+ * each line behind indent blanks, the first one with label; gives the bytes written. The closing
+ * line of an object with an indent stands behind a gap of as many bytes, which keeps what buffer
+ * held; an object of variant 0 has no closing line when ospf has two variants.
+ * Errors: none of its own; what a field's print sets stands, and nothing is written behind it. A
+ *   text that does not fit is cut without a failure: a result equal to size says that some may be
+ *   missing, and the call is repeated with more room
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: text */
 KELP_API uint32_t ospf_print(kelp_handle *handle, uint32_t space_id, char *buffer,
@@ -284,16 +291,17 @@ KELP_API uint32_t ospf_print(kelp_handle *handle, uint32_t space_id, char *buffe
                              uint32_t size, uint32_t *err);
 
 /* Writes object as text with the type's name as label and no indent, under the handle's
- * cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
- * Errors: as ospf_print, in cr_err
+ * cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set afterwards. Nothing is
+ * written for a negative size.
+ * Errors: as ospf_print, in cr_err; a text is cut as there
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: text */
 KELP_API uint32_t ospf_print_cr(kelp_handle *handle, const ospf *object, char *buffer,
                                 int32_t size);
 
-/* Writes object as the element tag into buffer, at most size bytes, and gives the bytes written.
- * state_byte is that of the element; under a tracking handle each field's element carries its
- * own.
+/* Writes object as the element tag into buffer, at most size bytes and none for a negative size,
+ * and gives the bytes written. state_byte is that of the element; under a tracking handle each
+ * field's element carries its own.
  * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
  *   tracks state and the object does not. What was written stays
  * Lock: none is taken; the caller owns what it passes for the length of the call
@@ -324,7 +332,8 @@ KELP_API void ospf_from_xml(kelp_handle *handle, uint32_t space_id, const char *
                             char *message, int32_t message_size);
 
 /* Copies source into *destination, which is made first when it is null, through the work_size
- * bytes at work. Element blocks and arms that *destination held are replaced and not released.
+ * bytes at work. Element blocks that *destination held are replaced and not released; arms stay,
+ * and the selected ones take the content of source's.
  * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
  *   made; what writing or reading the image sets, 90 for a work buffer that is too small
  * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
@@ -353,7 +362,8 @@ KELP_API void ospf_clone(kelp_handle *handle, uint32_t space_id, const ospf *sou
 KELP_API ospf *ospf_clone_cr(kelp_handle *handle, const ospf *source);
 
 /* Overwrites destination with the content of source in place, through the handle's work space.
- * Element blocks and arms that destination held are replaced and not released.
+ * Element blocks that destination held are replaced and not released; arms stay, and the selected
+ * ones take the content of source's.
  * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
  * Ownership: both stay the caller's; when reading the image fails destination is destroyed
  * Lock: none is taken; the caller owns what it passes for the length of the call

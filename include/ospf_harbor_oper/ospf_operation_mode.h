@@ -34,7 +34,7 @@ KELP_API void ospf_operation_mode_adjust_variant(kelp_handle *handle, uint32_t s
 /* Creates an object of type ospf_operation_mode at the variant that the handle's domain gives,
  * with a value of 0. Null when there is no memory. A domain that gives no variant is told in the
  * trace, and the object is created all the same.
- * Errors: none is reported; in a _cr chain 12 becomes the handle's last error
+ * Errors: none is reported
  * Ownership: the caller owns the result and gives it to ospf_operation_mode_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: light_object */
@@ -50,7 +50,7 @@ KELP_API ospf_operation_mode *ospf_operation_mode_create_internal(kelp_handle *h
 
 /* As ospf_operation_mode_create, in the handle's cr_space_id. Gives the null object of
  * ospf_operation_mode, which destroy ignores, when cr_err is set already or there is no memory.
- * Errors: 12 as the handle's last error when there is no memory
+ * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err is 0
  * Ownership: as ospf_operation_mode_create; the null object belongs to the library
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: light_object */
@@ -72,7 +72,7 @@ KELP_API void ospf_operation_mode_initialize(kelp_handle *handle, uint32_t space
                                              uint32_t *err);
 
 /* Marks the object as living inside other memory. A null object is told in the trace and
- * otherwise passed over.
+ * otherwise passed over; the null object of ospf_operation_mode is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: light_object */

@@ -62,8 +62,9 @@ KELP_API ospfv2_link_tlv *ospfv2_link_tlv_create_internal(kelp_handle *handle, u
 /* As ospfv2_link_tlv_create with the handle's cr_space_id, but without memory, or with an earlier
  * failure in cr_err, the type's null object comes back: a chain of calls may go on with it, and
  * ospfv2_link_tlv_destroy ignores it. Null when the object cannot be prepared.
- * Errors: 12 as the last error when there is no memory and cr_err is 0
- * Ownership: as ospfv2_link_tlv_create
+ * Errors: 12 as the last error and in cr_err when there is no memory and cr_err is 0
+ * Ownership: as ospfv2_link_tlv_create; the null object belongs to the library and is never
+ *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: structure_object */
 KELP_API ospfv2_link_tlv *ospfv2_link_tlv_create_cr(kelp_handle *handle);
@@ -83,8 +84,8 @@ KELP_API void ospfv2_link_tlv_initialize(kelp_handle *handle, uint32_t space_id,
                                          int32_t notify, int32_t skip_stats, uint8_t flags,
                                          void *sttr_base, uint32_t *err);
 
-/* Marks the object, and before it all its children, as living inside other memory. A null object
- * is traced and passed over.
+/* Marks the object and all its children as living inside other memory. A null object is traced
+ * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: structure_object */
@@ -182,8 +183,11 @@ KELP_API void ospfv2_link_tlv_set_all(kelp_handle *handle, uint32_t space_id,
                                       double unreserved_bandwidth, uint32_t admin_group,
                                       uint32_t *err);
 
-/* Moves the content of source to destination, the header with it, and the state bytes when the
- * handle tracks state. A non-zero error word on entry stops nothing.
+/* Moves the content of source to destination, the header with it, but for the two flags that say
+ * whether destination has state bytes and where: they stay its own, and those of its children
+ * theirs. State bytes come along when the handle tracks state and both objects have them; those
+ * of array elements that destination held go in any case. A non-zero error word on entry stops
+ * nothing.
  * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
  *   objects holding the same texts, arrays and arms
  * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
@@ -279,7 +283,8 @@ KELP_API uint32_t ospfv2_link_tlv_marshal_for_clone(kelp_handle *handle, uint32_
 /* Reads an image of at most length bytes from buffer into object and gives the bytes consumed.
  * Set reuse when the object may hold arrays from an earlier image: they are then reused or
  * released. Fields that the image lacks keep what they held; what is behind the fields known here
- * is skipped.
+ * is skipped. The state bytes of the elements of an array go when their number changes and the
+ * image brings none.
  * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
  *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
  *   value that no writer writes
@@ -291,7 +296,8 @@ KELP_API uint32_t ospfv2_link_tlv_unmarshal(kelp_handle *handle, uint32_t space_
                                             int32_t length, uint32_t reuse, uint32_t *err);
 
 /* Gives the bytes to provide for the image of object, without an ra-data block. An image may be
- * shorter: an empty array leaves out its state byte.
+ * shorter: an empty array leaves out its state byte. It is longer by a byte for each array
+ * element when the handle tracks state and the object does not.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: image */
@@ -304,11 +310,13 @@ KELP_API uint32_t ospfv2_link_tlv_len(kelp_handle *handle, uint32_t space_id,
  * Family: image */
 KELP_API uint32_t ospfv2_link_tlv_len_cr(kelp_handle *handle, const ospfv2_link_tlv *object);
 
-/* Writes object as text at the start of buffer, at most size bytes, each line behind indent
- * blanks, the first one with label; gives the bytes written. The closing line of an object with
- * an indent stands behind a gap of as many bytes, which keeps what buffer held; an object of
- * variant 0 has no closing line when ospfv2_link_tlv has two variants.
- * Errors: none of its own; what a field's print sets stands, and nothing is written behind it
+/* Writes object as text at the start of buffer, at most size bytes and none for a negative size,
+ * each line behind indent blanks, the first one with label; gives the bytes written. The closing
+ * line of an object with an indent stands behind a gap of as many bytes, which keeps what buffer
+ * held; an object of variant 0 has no closing line when ospfv2_link_tlv has two variants.
+ * Errors: none of its own; what a field's print sets stands, and nothing is written behind it. A
+ *   text that does not fit is cut without a failure: a result equal to size says that some may be
+ *   missing, and the call is repeated with more room
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: text */
 KELP_API uint32_t ospfv2_link_tlv_print(kelp_handle *handle, uint32_t space_id, char *buffer,
@@ -317,16 +325,17 @@ KELP_API uint32_t ospfv2_link_tlv_print(kelp_handle *handle, uint32_t space_id, 
                                         uint32_t *err);
 
 /* Writes object as text with the type's name as label and no indent, under the handle's
- * cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
- * Errors: as ospfv2_link_tlv_print, in cr_err
+ * cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set afterwards. Nothing is
+ * written for a negative size.
+ * Errors: as ospfv2_link_tlv_print, in cr_err; a text is cut as there
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: text */
 KELP_API uint32_t ospfv2_link_tlv_print_cr(kelp_handle *handle, const ospfv2_link_tlv *object,
                                            char *buffer, int32_t size);
 
-/* Writes object as the element tag into buffer, at most size bytes, and gives the bytes written.
- * state_byte is that of the element; under a tracking handle each field's element carries its
- * own.
+/* Writes object as the element tag into buffer, at most size bytes and none for a negative size,
+ * and gives the bytes written. state_byte is that of the element; under a tracking handle each
+ * field's element carries its own.
  * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
  *   tracks state and the object does not. What was written stays
  * Lock: none is taken; the caller owns what it passes for the length of the call
@@ -357,7 +366,8 @@ KELP_API void ospfv2_link_tlv_from_xml(kelp_handle *handle, uint32_t space_id, c
                                        uint32_t *err, char *message, int32_t message_size);
 
 /* Copies source into *destination, which is made first when it is null, through the work_size
- * bytes at work. Element blocks and arms that *destination held are replaced and not released.
+ * bytes at work. Element blocks that *destination held are replaced and not released; arms stay,
+ * and the selected ones take the content of source's.
  * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
  *   made; what writing or reading the image sets, 90 for a work buffer that is too small
  * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
@@ -389,7 +399,8 @@ KELP_API ospfv2_link_tlv *ospfv2_link_tlv_clone_cr(kelp_handle *handle,
                                                    const ospfv2_link_tlv *source);
 
 /* Overwrites destination with the content of source in place, through the handle's work space.
- * Element blocks and arms that destination held are replaced and not released.
+ * Element blocks that destination held are replaced and not released; arms stay, and the selected
+ * ones take the content of source's.
  * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
  * Ownership: both stay the caller's; when reading the image fails destination is destroyed
  * Lock: none is taken; the caller owns what it passes for the length of the call
@@ -531,9 +542,10 @@ KELP_API ip_address *ospfv2_link_tlv_local_if_ipv4_addr_get(kelp_handle *handle,
 /* Moves the content of source into element index of local_if_ipv4_addr. An index at or above the
  * count grows the array to index + 1, with unset addresses in between; a null source only grows.
  * Addresses of the link's local interface.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory, with the
- *   elements as they were; 22 when the handle tracks state and the object does not, with nothing
- *   changed
+ * Errors: 43 when the object's variant does not hold the field; 12 without memory and for index
+ *   0xFFFFFFFF, with the elements as they were, or with the array grown and the element not
+ *   written when only its state bytes found none; 22 when the handle tracks state and the object
+ *   does not, with nothing changed
  * Ownership: source stays the caller's, but gives up what it owned
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: array_field (addresses) */
@@ -543,9 +555,10 @@ KELP_API void ospfv2_link_tlv_local_if_ipv4_addr_set(kelp_handle *handle, uint32
 
 /* As set, with the handle's cr_space_id and cr_err; gives cr_err. transfer 0 copies source
  * instead of moving its content. Addresses of the link's local interface.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory, with the
- *   elements as they were; 22 when the handle tracks state and the object does not, with nothing
- *   changed
+ * Errors: 43 when the object's variant does not hold the field; 12 without memory and for index
+ *   0xFFFFFFFF, with the elements as they were, or with the array grown and the element not
+ *   written when only its state bytes found none; 22 when the handle tracks state and the object
+ *   does not, with nothing changed
  * Ownership: source stays the caller's; with transfer non-zero it gives up what it owned
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: array_field (addresses) */
@@ -579,7 +592,8 @@ KELP_API uint8_t ospfv2_link_tlv_local_if_ipv4_addr_state_flag_whole_get(kelp_ha
 KELP_API void ospfv2_link_tlv_local_if_ipv4_addr_state_flag_whole_set(kelp_handle *handle,
     uint32_t space_id, ospfv2_link_tlv *object, uint32_t value, uint32_t *err);
 
-/* Gives the state byte of element index of local_if_ipv4_addr.
+/* Gives the state byte of element index of local_if_ipv4_addr, 0 while the elements have none
+ * because they came without.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for an
  *   index that is not below the count; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
@@ -587,16 +601,18 @@ KELP_API void ospfv2_link_tlv_local_if_ipv4_addr_state_flag_whole_set(kelp_handl
 KELP_API uint8_t ospfv2_link_tlv_local_if_ipv4_addr_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospfv2_link_tlv *object, uint32_t index, uint32_t *err);
 
-/* Sets the state byte of element index of local_if_ipv4_addr to the low 8 bits of value.
+/* Sets the state byte of element index of local_if_ipv4_addr to the low 8 bits of value. Elements
+ * that came without state bytes get them first, all 0.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for an
- *   index that is not below the count, 43 when the object's variant does not hold the field
+ *   index that is not below the count, 43 when the object's variant does not hold the field, 12
+ *   without memory
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: state_tracking (array) */
 KELP_API void ospfv2_link_tlv_local_if_ipv4_addr_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospfv2_link_tlv *object, uint32_t index, uint32_t value, uint32_t *err);
 
 /* Stores the address of the state bytes of the elements of local_if_ipv4_addr, one for each
- * element, into out.
+ * element, into out; 0 while the elements have none because they came without.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes; out is
  *   unchanged then
  * Ownership: the bytes belong to the object and are good until the array grows, is replaced or
@@ -606,9 +622,9 @@ KELP_API void ospfv2_link_tlv_local_if_ipv4_addr_state_flag_set(kelp_handle *han
 KELP_API void ospfv2_link_tlv_local_if_ipv4_addr_state_flag_get_arr(kelp_handle *handle,
     uint32_t space_id, ospfv2_link_tlv *object, uint64_t *out, uint32_t *err);
 
-/* Copies count bytes from source over the beginning of the object's state bytes, unannounced; the
- * state bytes of the elements of local_if_ipv4_addr stay as they are. count must be that of the
- * array.
+/* Copies count bytes from source over the beginning of the object's own state bytes, unannounced,
+ * as far as the object has any; the state bytes of the elements of local_if_ipv4_addr, and the
+ * pointers to such among the object's own, stay as they are. count must be that of the array.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for
  *   another count than the array's, 43 when the object's variant does not hold the field
  * Ownership: source stays the caller's
@@ -646,9 +662,10 @@ KELP_API ip_address *ospfv2_link_tlv_local_remote_ipv4_addr_get(kelp_handle *han
 /* Moves the content of source into element index of local_remote_ipv4_addr. An index at or above
  * the count grows the array to index + 1, with unset addresses in between; a null source only
  * grows. Addresses of the link's remote interface.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory, with the
- *   elements as they were; 22 when the handle tracks state and the object does not, with nothing
- *   changed
+ * Errors: 43 when the object's variant does not hold the field; 12 without memory and for index
+ *   0xFFFFFFFF, with the elements as they were, or with the array grown and the element not
+ *   written when only its state bytes found none; 22 when the handle tracks state and the object
+ *   does not, with nothing changed
  * Ownership: source stays the caller's, but gives up what it owned
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: array_field (addresses) */
@@ -658,9 +675,10 @@ KELP_API void ospfv2_link_tlv_local_remote_ipv4_addr_set(kelp_handle *handle, ui
 
 /* As set, with the handle's cr_space_id and cr_err; gives cr_err. transfer 0 copies source
  * instead of moving its content. Addresses of the link's remote interface.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory, with the
- *   elements as they were; 22 when the handle tracks state and the object does not, with nothing
- *   changed
+ * Errors: 43 when the object's variant does not hold the field; 12 without memory and for index
+ *   0xFFFFFFFF, with the elements as they were, or with the array grown and the element not
+ *   written when only its state bytes found none; 22 when the handle tracks state and the object
+ *   does not, with nothing changed
  * Ownership: source stays the caller's; with transfer non-zero it gives up what it owned
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: array_field (addresses) */
@@ -692,7 +710,8 @@ KELP_API uint8_t ospfv2_link_tlv_local_remote_ipv4_addr_state_flag_whole_get(kel
 KELP_API void ospfv2_link_tlv_local_remote_ipv4_addr_state_flag_whole_set(kelp_handle *handle,
     uint32_t space_id, ospfv2_link_tlv *object, uint32_t value, uint32_t *err);
 
-/* Gives the state byte of element index of local_remote_ipv4_addr.
+/* Gives the state byte of element index of local_remote_ipv4_addr, 0 while the elements have none
+ * because they came without.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for an
  *   index that is not below the count; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
@@ -701,15 +720,17 @@ KELP_API uint8_t ospfv2_link_tlv_local_remote_ipv4_addr_state_flag_get(kelp_hand
     uint32_t space_id, ospfv2_link_tlv *object, uint32_t index, uint32_t *err);
 
 /* Sets the state byte of element index of local_remote_ipv4_addr to the low 8 bits of value.
+ * Elements that came without state bytes get them first, all 0.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for an
- *   index that is not below the count, 43 when the object's variant does not hold the field
+ *   index that is not below the count, 43 when the object's variant does not hold the field, 12
+ *   without memory
  * Lock: none is taken; the caller owns what it passes for the length of the call
  * Family: state_tracking (array) */
 KELP_API void ospfv2_link_tlv_local_remote_ipv4_addr_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospfv2_link_tlv *object, uint32_t index, uint32_t value, uint32_t *err);
 
 /* Stores the address of the state bytes of the elements of local_remote_ipv4_addr, one for each
- * element, into out.
+ * element, into out; 0 while the elements have none because they came without.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes; out is
  *   unchanged then
  * Ownership: the bytes belong to the object and are good until the array grows, is replaced or
@@ -719,9 +740,9 @@ KELP_API void ospfv2_link_tlv_local_remote_ipv4_addr_state_flag_set(kelp_handle 
 KELP_API void ospfv2_link_tlv_local_remote_ipv4_addr_state_flag_get_arr(kelp_handle *handle,
     uint32_t space_id, ospfv2_link_tlv *object, uint64_t *out, uint32_t *err);
 
-/* Copies count bytes from source over the beginning of the object's state bytes, unannounced; the
- * state bytes of the elements of local_remote_ipv4_addr stay as they are. count must be that of
- * the array.
+/* Copies count bytes from source over the beginning of the object's own state bytes, unannounced,
+ * as far as the object has any; the state bytes of the elements of local_remote_ipv4_addr, and
+ * the pointers to such among the object's own, stay as they are. count must be that of the array.
  * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for
  *   another count than the array's, 43 when the object's variant does not hold the field
  * Ownership: source stays the caller's

@@ -29,8 +29,8 @@ inline constexpr std::array operations{
                      "$T **destination, void *work, uint32_t work_size, uint32_t *err",
         .rule = "clone::clone_internal",
         .brief = "Copies source into *destination, which is made first when it is null, through "
-                 "the work_size bytes at work. Element blocks and arms that *destination held are "
-                 "replaced and not released.",
+                 "the work_size bytes at work. Element blocks that *destination held are replaced "
+                 "and not released; arms stay, and the selected ones take the content of source's.",
         .errors = cloning_errors,
         .ownership = "*destination is the caller's; when reading the image fails it is destroyed, "
                      "a given one too, and becomes null",
@@ -62,8 +62,8 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, const $T *source, $T *destination",
         .rule = "clone::copy_cr",
         .brief = "Overwrites destination with the content of source in place, through the handle's "
-                 "work space. Element blocks and arms that destination held are replaced and not "
-                 "released.",
+                 "work space. Element blocks that destination held are replaced and not released; "
+                 "arms stay, and the selected ones take the content of source's.",
         .errors = cr_errors,
         .ownership = "both stay the caller's; when reading the image fails destination is "
                      "destroyed",

@@ -84,7 +84,7 @@ std::uint32_t close(Writing &image) {
   return static_cast<std::uint32_t>(image.position);
 }
 
-// An object that took its elements from an untracked image has state bytes, but none for them.
+// An object that took its elements without their state has state bytes, but none for them.
 void put_array_state(Writing &image, std::uint32_t count, const array_field::ArrayFacts &array) {
   put_state(image, array.state_place);
   const std::uint32_t length = fitting(count, image.remaining());
@@ -218,10 +218,16 @@ bool provide_element_states(Reading &image, std::uint32_t count,
 
 // The bytes of a store, kept or new, are zeroed and filled unannounced; a kept store's elements
 // announce themselves as they are read.
-bool provide_elements(Reading &image, void **store, std::uint32_t count,
+bool provide_elements(Reading &image, void *object, void **store, std::uint32_t count,
                       const array_field::ArrayFacts &array) {
   const std::size_t size = array.element_width() * count;
-  if (image.reuse != 0 && *store != nullptr && count != image.held_elements) {
+  const bool count_changes = count != image.held_elements;
+  const auto drop_states = [&] {
+    if (count_changes) {
+      array_field::drop_element_states(image.handle, image.space_id, object, array);
+    }
+  };
+  if (image.reuse != 0 && *store != nullptr && count_changes) {
     release(image, *store);
     announce(image.handle, image.space_id, store, sizeof(*store));
     *store = nullptr;
@@ -229,10 +235,15 @@ bool provide_elements(Reading &image, void **store, std::uint32_t count,
   if (image.reuse == 0 || *store == nullptr) {
     announce(image.handle, image.space_id, store, sizeof(*store));
     *store = allocate(image, size);
-    if (*store == nullptr) return false;
+    if (*store == nullptr) {
+      drop_states();
+      return false;
+    }
   }
   std::memset(*store, 0, size);
-  return image.states != States::copy || provide_element_states(image, count, array);
+  if (image.states == States::copy) return provide_element_states(image, count, array);
+  drop_states();
+  return true;
 }
 
 // A buffer that ends too early leaves zeroes behind what it held, without a failure.

@@ -71,7 +71,8 @@ inline constexpr std::array operations{
         .brief = "Reads an image of at most length bytes from buffer into object and gives the "
                  "bytes consumed. Set reuse when the object may hold arrays from an earlier image: "
                  "they are then reused or released. Fields that the image lacks keep what they "
-                 "held; what is behind the fields known here is skipped.",
+                 "held; what is behind the fields known here is skipped. The state bytes of the "
+                 "elements of an array go when their number changes and the image brings none.",
         .errors = "12 for a length below 1, at any level, and when there is no memory, with the "
                   "object half filled and 0 as the result; 90 when the image is cut; 22 for a null "
                   "object and for a value that no writer writes",
@@ -83,7 +84,9 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object",
         .rule = "image::len",
         .brief = "Gives the bytes to provide for the image of object, without an ra-data block. "
-                 "An image may be shorter: an empty array leaves out its state byte.",
+                 "An image may be shorter: an empty array leaves out its state byte. It is longer "
+                 "by a byte for each array element when the handle tracks state and the object "
+                 "does not.",
     },
     Operation{
         .suffix = "len_cr",
@@ -308,8 +311,8 @@ void take_state(Reading &image, std::uint32_t place);
 void take_state_with_room(Reading &image, std::uint32_t place);
 
 // Provides the zeroed store for count elements and, when state is copied, their state bytes; false
-// when there is no memory.
-bool provide_elements(Reading &image, void **store, std::uint32_t count,
+// when there is no memory. The state bytes of another number of elements go with them.
+bool provide_elements(Reading &image, void *object, void **store, std::uint32_t count,
                       const array_field::ArrayFacts &array);
 
 void take_block(Reading &image, void *block, std::uint32_t count);
@@ -327,7 +330,7 @@ bool read_array(Reading &image, void *object) {
   using Type = Primitive<F.held>;
   const array_field::ArrayFacts &array = array_field::facts<T, F>;
   void **store = place_of<T, F>(object);
-  if (!provide_elements(image, store, count, array)) return false;
+  if (!provide_elements(image, object, store, count, array)) return false;
   if constexpr (F.held == Kind::u8) {
     take_block(image, *store, count);
   } else {
@@ -426,8 +429,7 @@ std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void 
   return is_read ? close(image, object, facts<T>) : 0;
 }
 
-// --- the length
-// -----------------------------------------------------------------------------------
+// --- the length ---------------------------------------------------------------------------------
 
 template <const Structure &T>
 std::uint32_t len(kelp_handle *handle, std::uint32_t space_id, const void *object);

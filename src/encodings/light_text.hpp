@@ -1,7 +1,8 @@
 // What the text and XML forms of enumerations and flag sets share: the head of a line, the running
 // position in the caller's buffer, the empty elements that stand for members, the result of the _cr
 // forms, and the look-up of a member in a document. Called by the encodings of both. Nothing here
-// tests the space that is left: the runtime's writers stop at the space that they get.
+// tests the space that is left: the runtime's writers stop at the space that they get, which is
+// none for a negative size.
 #pragma once
 
 #include <kelp/core.h>
@@ -43,6 +44,11 @@ inline constexpr auto member_elements = []() consteval {
 
 // --- writing -----------------------------------------------------------------------------------
 
+// The space that a size gives, taken as a signed number.
+constexpr std::uint32_t space_of(std::uint32_t size) {
+  return static_cast<std::int32_t>(size) < 0 ? 0 : size;
+}
+
 // A buffer that fills up: each call writes behind the one before, with the space that is left.
 class Writer {
  public:
@@ -51,7 +57,7 @@ class Writer {
       : handle_(handle),
         space_id_(space_id),
         buffer_(buffer),
-        size_(static_cast<std::uint32_t>(size)),
+        size_(space_of(static_cast<std::uint32_t>(size))),
         err_(err) {}
 
   std::uint32_t written() const { return written_; }

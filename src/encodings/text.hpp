@@ -29,13 +29,14 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, char *buffer, uint32_t indent, "
                      "const char *label, const $T *object, uint32_t size, uint32_t *err",
         .rule = "text::print",
-        .brief = "Writes object as text at the start of buffer, at most size bytes, each line "
-                 "behind indent blanks, the first one with label; gives the bytes written. The "
-                 "closing line of an object with an indent stands behind a gap of as many bytes, "
-                 "which keeps what buffer held; an object of variant 0 has no closing line when "
-                 "$type has two variants.",
+        .brief = "Writes object as text at the start of buffer, at most size bytes and none for a "
+                 "negative size, each line behind indent blanks, the first one with label; gives "
+                 "the bytes written. The closing line of an object with an indent stands behind a "
+                 "gap of as many bytes, which keeps what buffer held; an object of variant 0 has "
+                 "no closing line when $type has two variants.",
         .errors = "none of its own; what a field's print sets stands, and nothing is written "
-                  "behind it",
+                  "behind it. A text that does not fit is cut without a failure: a result equal to "
+                  "size says that some may be missing, and the call is repeated with more room",
     },
     Operation{
         .suffix = "print_cr",
@@ -44,8 +45,8 @@ inline constexpr std::array operations{
         .rule = "text::print_cr",
         .brief = "Writes object as text with the type's name as label and no indent, under the "
                  "handle's cr_space_id; gives the bytes written, or 0xFFFFFFFF when cr_err is set "
-                 "afterwards.",
-        .errors = "as $type_print, in cr_err",
+                 "afterwards. Nothing is written for a negative size.",
+        .errors = "as $type_print, in cr_err; a text is cut as there",
     },
 };
 
@@ -155,7 +156,7 @@ std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, s
                     const char *label, const void *object, std::uint32_t size, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
   const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
-  Text text{handle, space_id, buffer, indent, size, err};
+  Text text{handle, space_id, buffer, indent, light_text::space_of(size), err};
   open_block(text, label, T.name.data());
   for_each_floor<T>(variant, [&]<std::uint8_t floor>() { print_fields<T, floor>(text, object); });
   if (variant >= T.variants - 1) close_block(text);

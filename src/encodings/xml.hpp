@@ -30,8 +30,9 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, const char *tag, char *buffer, "
                      "const $T *object, uint32_t size, uint32_t state_byte, uint32_t *err",
         .rule = "xml::to_xml",
-        .brief = "Writes object as the element tag into buffer, at most size bytes, and gives the "
-                 "bytes written. state_byte is that of the element; under a tracking handle each "
+        .brief = "Writes object as the element tag into buffer, at most size bytes and none for a "
+                 "negative size, and gives the bytes written. state_byte is that of the element; "
+                 "under a tracking handle each "
                  "field's element carries its own.",
         .errors = "what the field writers set, such as 90 when the buffer is too short; 22 when "
                   "the handle tracks state and the object does not. What was written stays",
@@ -180,8 +181,8 @@ std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *ta
   const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
   constexpr std::uint32_t corrupted = messages::corrupted_at(T, messages::StructureSite::to_xml);
   const bool tracks_state = state_tracking::tracking_of(handle, corrupted) == on;
-  Element element{handle, space_id, buffer, size, err, tracks_state};
-  element.length += start_tag(handle, space_id, buffer, tag, size, state_byte, err);
+  Element element{handle, space_id, buffer, light_text::space_of(size), err, tracks_state};
+  element.length += start_tag(handle, space_id, buffer, tag, element.space(), state_byte, err);
   for_each_floor<T>(variant,
                     [&]<std::uint8_t floor>() { write_fields<T, floor>(element, object); });
   element.length += end_tag(handle, space_id, element.here(), tag, element.space(), err);

@@ -124,6 +124,7 @@ void destroy(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_i
   if (*err != 0) return;
   if (object == nullptr) return fail(handle, KELP_ERR_NOT_FOUND, err);
   kelp_record *record = record_of(object);
+  if (record == facts.null_record) return;
   const std::uint32_t count = (record->ref_word - 1) & record::reference_mask;
   store(handle, space_id, &record->ref_word, count);
   if (count != 0) return;
@@ -148,7 +149,7 @@ void destroy(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_i
     }
   }
   store(handle, space_id, &record->header.tinfo, static_cast<kelp_type_record *>(nullptr));
-  if (record != facts.null_record) handle->obj_free(handle->obj_pool, space_id, record);
+  handle->obj_free(handle->obj_pool, space_id, record);
 }
 
 void destroy_cr(const TableFacts &facts, kelp_handle *handle, void *record) {

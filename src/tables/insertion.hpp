@@ -84,7 +84,10 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $table_record *record, uint32_t *err",
         .rule = "insertion::destroy",
         .brief = "Gives up one reference. With the last one the record leaves its table, its "
-                 "objects are destroyed and it is freed.",
+                 "objects are destroyed and it is freed; the table's null record is passed over. A "
+                 "table with cursors does not let it go outside the collector: it is freed all the "
+                 "same, and its node stays in the tree, which must not be walked then. Such a "
+                 "record ends by $table_request_record_destroy.",
         .errors = "2 for a null record; what the removal of its handle mapping reports: the record "
                   "then stays allocated, with its objects gone. Ends the process when the record's "
                   "type record is broken",

@@ -4,6 +4,7 @@
 #include <kelp/database.h>
 #include <kelp/oid.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 
@@ -53,15 +54,18 @@ void declare(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_i
 
 // The TBI root of this type of table in the handle's store, null when the store has none or, with
 // code 7, when its key is too long. Required: the last one found is shared by all threads and by
-// all handles, and stands as long as the store says that the address is its own.
+// all handles, and stands as long as the store says that the address is its own. It is read once:
+// another thread may put the root of another database there at any moment.
 kelp_tbi_root *find_id_root(const TableFacts &facts, kelp_handle *handle, Path &key,
                             std::uint32_t *err) {
-  kelp_tbi_root *&cached = *facts.tbi_cache;
+  const std::atomic_ref<kelp_tbi_root *> cache(*facts.tbi_cache);
+  kelp_tbi_root *const cached = cache.load(std::memory_order_relaxed);
   if (cached != nullptr && lumen_in_range(handle->obj_pool, cached) != 0) return cached;
   const int length = std::snprintf(key.text, path_size, "__kelp_TBI__%s", facts.luid_text);
   if (!fits(handle, length, err)) return nullptr;
-  cached = static_cast<kelp_tbi_root *>(lumen_get_key(handle->obj_pool, key.text));
-  return cached;
+  auto *const kept = static_cast<kelp_tbi_root *>(lumen_get_key(handle->obj_pool, key.text));
+  cache.store(kept, std::memory_order_relaxed);
+  return kept;
 }
 
 // The same, made by a writer when it is missing. A store that cannot keep the key is told of, and
@@ -77,7 +81,7 @@ kelp_tbi_root *find_or_make_id_root(const TableFacts &facts, kelp_handle *handle
   }
   root = static_cast<kelp_tbi_root *>(
       handle->obj_alloc(handle->obj_pool, KELP_SPACE_RUNTIME, sizeof(kelp_tbi_root)));
-  *facts.tbi_cache = root;
+  std::atomic_ref(*facts.tbi_cache).store(root, std::memory_order_relaxed);
   if (root == nullptr) {
     fail(handle, KELP_ERR_NO_MEMORY, err);
     return nullptr;

@@ -136,9 +136,12 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $table_table *table, uint32_t *err",
         .rule = "open::request_free",
         .brief = "Takes the table out of the table of contents at once and frees it when cursors "
-                 "allow; with cursors the collector finishes the free. Meant for shared databases.",
+                 "allow; with cursors the collector finishes the free. Meant for tables with "
+                 "cursors in shared databases.",
         .errors = "those of the runtime's table of contents, a table that is not in it excepted; "
-                  "those of $table_table_free",
+                  "those of $table_table_free: for a table of a shared database without cursors, "
+                  "outside the collector, the call ends in 2, since the table has left the table "
+                  "of contents already, and the table stays",
         .ownership = "the table may be gone after success",
         .unsafe_twin = true,
     },

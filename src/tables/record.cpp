@@ -13,20 +13,21 @@ using type_record_access::announce_and_add_one;
 using type_record_access::record_for;
 
 // Required: a create runs also when the error word holds a code, and clears it. The null record
-// that stands in under a _cr create is filled and counted like any other.
+// that stands in under a _cr create is neither filled nor counted, and the failure stays.
 void *create(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
              std::uint32_t src, std::uint32_t *err) {
   register_trace();
   void *memory = handle->obj_alloc(handle->obj_pool, space_id, facts.record_size);
   if (memory == nullptr) {
     if (handle->cr_create == 0) return nullptr;
-    memory = facts.null_record;
     if (handle->cr_err == 0) kelp_store_err(handle, KELP_ERR_NO_MEMORY);
+    return facts.null_record;
   }
   std::memset(memory, 0, facts.record_size);
   kelp_record *record = record_of(memory);
-  store(handle, space_id, &record->header.tinfo, record_for(handle, space_id, facts.record_type));
-  const kelp_type_record *type = record->header.tinfo;
+  announce(handle, space_id, &record->header.tinfo, sizeof record->header.tinfo);
+  const kelp_type_record *type = record->header.tinfo =
+      record_for(handle, space_id, facts.record_type);
   kelp_variant_entry &entry = only_entry(
       type, count_site(facts, TableForm::create_varinfo_null, TableForm::create_variant_above));
   announce_and_add_one(handle, space_id, type, entry.create_count);
@@ -40,7 +41,7 @@ void *create(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_i
 void *create_cr(const TableFacts &facts, kelp_handle *handle, std::uint32_t with_objects) {
   handle->cr_create = 1;
   void *record = create(facts, handle, handle->cr_space_id, KELP_SRC_DEFAULT, &handle->cr_err);
-  if (with_objects != 0) {
+  if (with_objects != 0 && record != facts.null_record) {
     for (std::uint32_t at = 0; at < facts.object_count; ++at) {
       store(handle, handle->cr_space_id, object_slot(record, at),
             facts.objects[at].create(handle, handle->cr_space_id));
@@ -50,13 +51,14 @@ void *create_cr(const TableFacts &facts, kelp_handle *handle, std::uint32_t with
   return record;
 }
 
-std::uint32_t add_ref(const TableFacts &, kelp_handle *handle, std::uint32_t space_id, void *object,
-                      std::uint32_t *err) {
+std::uint32_t add_ref(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                      void *object, std::uint32_t *err) {
   if (object == nullptr) {
     fail(handle, KELP_ERR_NOT_FOUND, err);
     return 0;
   }
   kelp_record *record = record_of(object);
+  if (record == facts.null_record) return 0;
   const std::uint32_t count = record->ref_word & reference_mask;
   if (count == reference_mask) {
     bassert("((1 << 24) - 1) != __ref_cnt",

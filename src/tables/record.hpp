@@ -47,18 +47,22 @@ inline constexpr std::array operations{
         .rule = "record::create_cr",
         .brief = "Makes a record of $table with the handle's cr_space_id and cr_err; with_objects "
                  "non-zero makes the record's objects too. Without memory it gives the table's "
-                 "null record, which may be written to and is never freed.",
-        .errors = "12 as the handle's last error when cr_err was 0; cr_err itself is set to 0",
+                 "null record: it may be handed on as any other, takes no object, no reference "
+                 "and no end, and stays zero. cr_err is not looked at.",
+        .errors = "12 as the handle's last error and in cr_err when there is no memory and cr_err "
+                  "was 0, also for an object of a record that could be made; on success cr_err "
+                  "is set to 0, whatever it held",
         .ownership = "the caller owns the record's first reference and gives it up by "
-                     "$table_record_destroy_cr",
+                     "$table_record_destroy_cr; the null record belongs to the library",
     },
     Operation{
         .suffix = "record_add_ref",
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, $table_record *record, uint32_t *err",
         .rule = "record::add_ref",
-        .brief = "Takes a further reference and gives how many there were before. The error word "
-                 "is not looked at. Ends the process at 0xFFFFFF references.",
+        .brief = "Takes a further reference and gives how many there were before; 0 for the "
+                 "table's null record, which takes none. The error word is not looked at. Ends "
+                 "the process at 0xFFFFFF references.",
         .errors = "2 for a null record; 0 then",
         .ownership = "each reference is given up by a $table_destroy_record of its own",
         .unsafe_twin = true,

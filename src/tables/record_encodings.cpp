@@ -37,7 +37,9 @@ struct Output {
   std::uint32_t written = 0;
 
   char *here() const { return buffer + written; }
-  std::uint32_t space() const { return static_cast<std::uint32_t>(length) - written; }
+  std::uint32_t space() const {
+    return light_text::space_of(static_cast<std::uint32_t>(length)) - written;
+  }
 };
 
 // Required: the room for an object's text is measured by the length of its image.

@@ -18,8 +18,9 @@
 namespace harbor::record_encodings {
 
 inline constexpr std::string_view print_errors =
-    "90 when less room is left than the object's image takes, which is the measure for its text "
-    "too";
+    "90 when less room is left than the object's image takes. A text is longer than that, and is "
+    "cut without a failure: a result equal to length says that some may be missing, and the call "
+    "is repeated with more room";
 
 inline constexpr std::array operations{
     Operation{
@@ -29,8 +30,9 @@ inline constexpr std::array operations{
                      "*record, int32_t length, uint32_t *err",
         .rule = "record_encodings::print($bindings, $encodings, handle, space_id, buffer, record, "
                 "length, err)",
-        .brief = "Writes the record's text form into buffer, at most length bytes, and gives the "
-                 "bytes written. The closing brace stands behind a gap that keeps what the buffer "
+        .brief = "Writes the record's text form into buffer, at most length bytes and none for a "
+                 "negative length, and gives the bytes written. The closing brace stands behind a "
+                 "gap that keeps what the buffer "
                  "held: fill it with blanks first.",
         .errors = print_errors,
         .unsafe_twin = true,
@@ -52,8 +54,8 @@ inline constexpr std::array operations{
                      "*record, int32_t length, uint32_t *err",
         .rule = "record_encodings::to_xml($bindings, $encodings, handle, space_id, buffer, record, "
                 "length, err)",
-        .brief = "Writes the record as an element named $table into buffer, at most length bytes, "
-                 "and gives the bytes written.",
+        .brief = "Writes the record as an element named $table into buffer, at most length bytes "
+                 "and none for a negative length, and gives the bytes written.",
         .errors = "those of the runtime's writers",
         .unsafe_twin = true,
     },
@@ -93,7 +95,8 @@ inline constexpr std::array operations{
             "record_encodings::marshal($bindings, $encodings, handle, space_id, buffer, record, "
             "length, err)",
         .brief = "Writes the record's image into buffer, which has length bytes, and gives the "
-                 "bytes written. $table_table_record_len gives a length that suffices.",
+                 "bytes written. $table_table_record_len gives a length that suffices, but for "
+                 "what is said there.",
         .errors = "90 when buffer is too small; 2 when the record lacks an object; those of the "
                   "objects' images",
         .unsafe_twin = true,
@@ -129,7 +132,9 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, const $table_record *record",
         .rule = "record_encodings::len($bindings, $encodings, handle, space_id, record)",
-        .brief = "Gives a length that the record's image does not exceed.",
+        .brief = "Gives a length that the record's image does not exceed, unless the handle tracks "
+                 "state and an object does not, which takes a byte more for each array element, or "
+                 "an object carries attached data, which takes 9 bytes more.",
         .unsafe_twin = true,
     },
     Operation{

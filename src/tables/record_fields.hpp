@@ -13,6 +13,8 @@ namespace harbor::record_fields {
 inline constexpr std::string_view set_errors =
     "no error word; an object that lives in a record or in another object, or a null one, is "
     "refused: the validator's code becomes the handle's last error, and the record stays as it was";
+inline constexpr std::string_view set_ownership =
+    "the object is the record's after success; the table's null record takes none";
 
 inline constexpr std::array object_operations{
     Operation{
@@ -41,7 +43,7 @@ inline constexpr std::array object_operations{
         .brief = "Places a $object in the record and marks it as embedded. An object that the "
                  "record held is not destroyed.",
         .errors = set_errors,
-        .ownership = "the object is the record's after success",
+        .ownership = set_ownership,
     },
     Operation{
         .suffix = "free_and_set_field",
@@ -51,7 +53,7 @@ inline constexpr std::array object_operations{
         .brief = "Destroys the $object that the record holds, places the new one and marks it as "
                  "embedded. A refused object leaves the old one in place.",
         .errors = set_errors,
-        .ownership = "the object is the record's after success",
+        .ownership = set_ownership,
     },
 };
 inline constexpr TableFamily object_family{"record_fields", TableScope::per_object,

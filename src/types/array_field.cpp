@@ -80,8 +80,30 @@ void *element_at(void *object, const ArrayFacts &array, std::uint32_t index) {
   return place_in(store_of(object, array), array, index);
 }
 
+std::uint8_t *provide_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
+                                     const ArrayFacts &array) {
+  std::uint8_t *&states = element_states_of(area_of(handle, space_id, object, array), array);
+  if (states != nullptr) return states;
+  const std::size_t count = count_of(object, array);
+  auto *made = static_cast<std::uint8_t *>(allocate(handle, space_id, count));
+  if (made == nullptr) return nullptr;
+  __memset_to_buf(made, 0, count);
+  store(handle, space_id, &states, made);
+  return made;
+}
+
+void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
+                         const ArrayFacts &array) {
+  if (!state_tracking::is_tracked(object)) return;
+  std::uint8_t *&states = element_states_of(area_of(handle, space_id, object, array), array);
+  if (states == nullptr) return;
+  release(handle, space_id, states);
+  store<std::uint8_t *>(handle, space_id, &states, nullptr);
+}
+
 // Required: the block grows to index + 1 elements and never further. The first growth of the field
-// in the process is traced; the first allocation of an array is none.
+// in the process is traced; the first allocation of an array is none. The highest index has no
+// count that would hold it.
 bool grow(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
           const ArrayFacts &array, std::uint32_t *err) {
   const bool tracking = tracking_of(handle, array.gate.corrupted) == Tracking::on;
@@ -91,6 +113,10 @@ bool grow(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32
   void *const old_store = store_of(object, array);
   const std::uint32_t old_count = count_of(object, array);
   if (old_store != nullptr && index < old_count) return true;
+  if (index == UINT32_MAX) {
+    fail(handle, KELP_ERR_NO_MEMORY, err);
+    return false;
+  }
   if (old_store != nullptr && *array.has_grown == 0) {
     trace(type_source, Level::error, array.reallocating);
     *array.has_grown = 1;
@@ -111,13 +137,16 @@ bool grow(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32
     release(handle, space_id, old_store);
   }
   store(handle, space_id, &count_of(object, array), index + 1);
-  if (tracking_of(handle, array.growth.corrupted) != Tracking::on) return true;
+  if (tracking_of(handle, array.growth.corrupted) != Tracking::on) {
+    if (index + 1 != old_count) drop_element_states(handle, space_id, object, array);
+    return true;
+  }
   return state_tracking::require_tracked(handle, object, array.growth.not_tracked, err) &&
          grow_element_states(handle, space_id, object, old_count, array, err);
 }
 
-// Elements that were made through a handle without tracking have no state bytes; then the array as
-// a whole is marked alone.
+// Elements that came without state bytes have none; then the array as a whole is marked alone,
+// since the write of an element that is there allocates nothing.
 void mark(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
           const ArrayFacts &array, const TrackingMessages &messages, std::uint32_t *err) {
   if (tracking_of(handle, messages.corrupted) != Tracking::on) return;
@@ -155,8 +184,12 @@ void replace(kelp_handle *handle, std::uint32_t space_id, void *object, const vo
     return;
   }
   __memcpy_to_buf(elements, source, size);
+  const std::uint32_t old_count = count_of(object, array);
   store(handle, space_id, &count_of(object, array), count);
-  if (!tracking) return;
+  if (!tracking) {
+    if (count != old_count) drop_element_states(handle, space_id, object, array);
+    return;
+  }
 
   std::uint8_t *const area = area_of(handle, space_id, object, array);
   store(handle, space_id, area + array.state_place, state_tracking::written);

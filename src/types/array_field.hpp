@@ -4,7 +4,9 @@
 // is never touched; the block is always exactly as long as the count says, so appending one by one
 // costs one allocation and one copy each; pointer and count are announced before they change, the
 // elements of a fresh block are not; under state tracking one state byte per element is kept in
-// step with the block.
+// step with the block. A count that changes without bringing state bytes, as through a handle that
+// does not track, leaves the elements of a tracked object without any, until the array grows or is
+// replaced through a handle that tracks, or the state of one is set directly.
 //
 // What is long stands in array_field.cpp and takes the field's facts; the templates below bind them
 // and know the element's type.
@@ -18,8 +20,15 @@
 namespace harbor::array_field {
 
 inline constexpr std::string_view growing_errors =
-    "43 when the object's variant does not hold the field; 12 without memory, with the elements as "
-    "they were; 22 when the handle tracks state and the object does not, with nothing changed";
+    "43 when the object's variant does not hold the field; 12 without memory and for index "
+    "0xFFFFFFFF, with the elements as they were, or with the array grown and the element not "
+    "written when only its state bytes found none; 22 when the handle tracks state and the object "
+    "does not, with nothing changed";
+inline constexpr std::string_view value_errors =
+    "43 when the object's variant does not hold the field; 12 without memory and for index "
+    "0xFFFFFFFF, with the elements as they were, or with the array grown and the element not "
+    "written when only its state bytes found none; 22 when the handle tracks state and the object "
+    "does not, with an element that is there written all the same and no other made";
 inline constexpr std::string_view replacing_errors =
     "43 when the object's variant does not hold the field; 12 without memory, with no element "
     "block and the old count; 22 when the handle tracks state and the object does not, with the "
@@ -100,7 +109,7 @@ inline constexpr std::array number_operations{
                      "$V value, uint32_t *err",
         .rule = "array_field::set_value",
         .brief = "Sets element index of $field, growing the array as set does. $meaning",
-        .errors = growing_errors,
+        .errors = value_errors,
     },
     Operation{
         .suffix = "set_mem",
@@ -223,6 +232,16 @@ void *element_at(void *object, const ArrayFacts &array, std::uint32_t index);
 // without state bytes is refused first.
 bool grow(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
           const ArrayFacts &array, std::uint32_t *err);
+
+// The state bytes of the elements; an array of a tracked object that has none gets them, all 0.
+// Null without memory.
+std::uint8_t *provide_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
+                                     const ArrayFacts &array);
+
+// Gives back the state bytes of elements that are no longer there. Nothing is done for an object
+// that is not tracked.
+void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
+                         const ArrayFacts &array);
 
 // Marks the array as a whole and one element as written, under a tracking handle.
 void mark(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,

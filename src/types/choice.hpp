@@ -21,7 +21,9 @@ inline constexpr std::string_view setter_errors =
     "43 when the object's variant does not hold the arm; 22 when the handle tracks state and the "
     "object or the arm does not, with the arm set and selected";
 inline constexpr std::string_view setter_ownership =
-    "arm belongs to the choice from here, and to no other";
+    "arm is a block of its own from this handle's store, as kelp_vstring_create, u_int32_create or "
+    "the structure's create make one, never a variable of the caller's: it belongs to the choice "
+    "from here, and to no other, and destroying the choice gives it back to the store";
 
 inline constexpr std::array arm_operations{
     Operation{

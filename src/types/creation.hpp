@@ -34,13 +34,30 @@ inline bool is_failed_chain(const kelp_handle *handle) {
   return handle->cr_create != 0 && handle->cr_err != 0;
 }
 
-// What a create gives when there is no memory: null, or the null object in a chain.
-// Required: the ordinary form stores no error, and neither form sets the handle's cr_err.
+// What a create gives when there is no memory: null, or the null object in a chain, which then has
+// failed: while cr_create is set, the runtime puts a code that is stored into cr_err too.
+// Required: the ordinary form stores no error.
 inline void *without_memory(kelp_handle *handle, void *null_object) {
   if (handle->cr_create == 0) return nullptr;
   if (handle->cr_err == 0) kelp_store_err(handle, KELP_ERR_NO_MEMORY);
   return null_object;
 }
+
+// While this lives, what is stored as the last error does not end a chain.
+// Required: a failed look-up of the variant, or a preparation that fails, leaves cr_err alone.
+class ChainGoesOn {
+ public:
+  explicit ChainGoesOn(kelp_handle *handle) : handle_(handle), cr_err_(handle->cr_err) {}
+  ~ChainGoesOn() {
+    if (handle_->cr_create != 0) handle_->cr_err = cr_err_;
+  }
+  ChainGoesOn(const ChainGoesOn &) = delete;
+  ChainGoesOn &operator=(const ChainGoesOn &) = delete;
+
+ private:
+  kelp_handle *handle_;
+  std::uint32_t cr_err_;
+};
 
 // The frame of a _cr create around the create itself, which is called with the handle's space.
 template <typename Create>

@@ -23,6 +23,7 @@ void *create(kelp_handle *handle, std::uint32_t space_id, const Facts &facts) {
   if (memory == nullptr) return creation::without_memory(handle, facts.null_object);
   std::memset(memory, 0, facts.size);
 
+  const creation::ChainGoesOn chain(handle);
   kelp_object_header *object = header_of(memory);
   std::uint32_t err = 0;
   const std::int8_t variant =
@@ -60,6 +61,7 @@ void prepare(kelp_handle *handle, std::uint32_t space_id, kelp_object_header *ob
 
 void mark_embedded(kelp_handle *handle, std::uint32_t space_id, void *object, const Facts &facts) {
   if (object == nullptr) return trace(type_source, Level::error, facts.embedded_object_null);
+  if (object == facts.null_object) return;
   std::uint8_t &flags = header_of(object)->obj_flags;
   store(handle, space_id, &flags, static_cast<std::uint8_t>(flags | OBJ_EMBEDDED));
 }

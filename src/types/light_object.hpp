@@ -27,7 +27,7 @@ inline constexpr std::array operations{
                  "with a value of "
                  "0. Null when there is no memory. A domain that gives no variant is told in the "
                  "trace, and the object is created all the same.",
-        .errors = "none is reported; in a _cr chain 12 becomes the handle's last error",
+        .errors = "none is reported",
         .ownership = "the caller owns the result and gives it to $type_destroy",
     },
     Operation{
@@ -46,7 +46,8 @@ inline constexpr std::array operations{
         .rule = "light_object::create_cr",
         .brief = "As $type_create, in the handle's cr_space_id. Gives the null object of $type, "
                  "which destroy ignores, when cr_err is set already or there is no memory.",
-        .errors = "12 as the handle's last error when there is no memory",
+        .errors = "12 as the handle's last error and in cr_err when there is no memory and cr_err "
+                  "is 0",
         .ownership = "as $type_create; the null object belongs to the library",
     },
     Operation{
@@ -71,7 +72,7 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object",
         .rule = "light_object::set_instance_embedded",
         .brief = "Marks the object as living inside other memory. A null object is told in the "
-                 "trace and otherwise passed over.",
+                 "trace and otherwise passed over; the null object of $type is passed over.",
     },
     Operation{
         .suffix = "destroy",

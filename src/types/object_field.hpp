@@ -29,9 +29,11 @@ inline constexpr std::array operations{
         .rule = "object_field::set",
         .brief = "Moves the content of source into $field. $meaning",
         .errors = "43 when the object's variant does not hold the field; 22 when the handle tracks "
-                  "state and the object or the source does not, with the content moved",
+                  "state and the object does not, with the content moved, or a structure as the "
+                  "source does not, with its bytes copied and both holding the same texts, arrays "
+                  "and arms",
         .ownership = "source stays the caller's, but gives up the texts, arrays and arms that it "
-                     "owned",
+                     "owned; what the field owned before is forgotten and not freed",
     },
 };
 

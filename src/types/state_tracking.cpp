@@ -1,5 +1,7 @@
 #include "types/state_tracking.hpp"
 
+#include <algorithm>
+
 namespace harbor::state_tracking {
 
 bool may_access(kelp_handle *handle, const void *object, const StateAccess &access,
@@ -10,6 +12,18 @@ bool may_access(kelp_handle *handle, const void *object, const StateAccess &acce
     return false;
   }
   return require_tracked(handle, object, access.not_tracked_message, err);
+}
+
+void overwrite(std::span<std::uint8_t> area, std::span<const std::uint8_t> source,
+               std::span<const std::uint32_t> pointers) {
+  const std::size_t count = std::min(area.size(), source.size());
+  for (std::size_t place = 0; place < count; ++place) {
+    const bool in_pointer =
+        std::any_of(pointers.begin(), pointers.end(), [&](std::uint32_t pointer) {
+          return place >= pointer && place < pointer + sizeof(std::uint8_t *);
+        });
+    if (!in_pointer) area[place] = source[place];
+  }
 }
 
 // Required: the whole area is filled with plain stores, the pointers to the state bytes of elements

@@ -67,7 +67,8 @@ inline constexpr std::array array_operations{
         .arguments =
             "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t index, uint32_t *err",
         .rule = "state_tracking::element_state_flag_get",
-        .brief = "Gives the state byte of element index of $field.",
+        .brief = "Gives the state byte of element index of $field, 0 while the elements have none "
+                 "because they came without.",
         .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
                   "2 for an index that is not below the count; 0 then",
     },
@@ -77,10 +78,11 @@ inline constexpr std::array array_operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t index, uint32_t "
                      "value, uint32_t *err",
         .rule = "state_tracking::element_state_flag_set",
-        .brief = "Sets the state byte of element index of $field to the low 8 bits of value.",
+        .brief = "Sets the state byte of element index of $field to the low 8 bits of value. "
+                 "Elements that came without state bytes get them first, all 0.",
         .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
                   "2 for an index that is not below the count, 43 when the object's variant does "
-                  "not hold the field",
+                  "not hold the field, 12 without memory",
     },
     Operation{
         .suffix = "state_flag_get_arr",
@@ -89,7 +91,7 @@ inline constexpr std::array array_operations{
             "kelp_handle *handle, uint32_t space_id, $T *object, uint64_t *out, uint32_t *err",
         .rule = "state_tracking::element_states_get",
         .brief = "Stores the address of the state bytes of the elements of $field, one for each "
-                 "element, into out.",
+                 "element, into out; 0 while the elements have none because they came without.",
         .errors = "22 when the handle has tracking switched off or the object has no state bytes; "
                   "out is unchanged then",
         .ownership = "the bytes belong to the object and are good until the array grows, is "
@@ -101,9 +103,10 @@ inline constexpr std::array array_operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, const uint8_t *source, "
                      "uint32_t count, uint32_t *err",
         .rule = "state_tracking::element_states_set",
-        .brief = "Copies count bytes from source over the beginning of the object's state bytes, "
-                 "unannounced; the state bytes of the elements of $field stay as they are. count "
-                 "must be that of the array.",
+        .brief = "Copies count bytes from source over the beginning of the object's own state "
+                 "bytes, unannounced, as far as the object has any; the state bytes of the "
+                 "elements of $field, and the pointers to such among the object's own, stay as "
+                 "they are. count must be that of the array.",
         .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
                   "2 for another count than the array's, 43 when the object's variant does not "
                   "hold the field",
@@ -202,7 +205,8 @@ std::uint8_t element_state_flag_get(kelp_handle *handle, std::uint32_t space_id,
     fail(handle, KELP_ERR_NOT_FOUND, err);
     return 0;
   }
-  return element_states<T, F>(handle, space_id, object)[index];
+  const std::uint8_t *states = element_states<T, F>(handle, space_id, object);
+  return states == nullptr ? 0 : states[index];
 }
 
 template <const Structure &T, const Field &F>
@@ -211,8 +215,10 @@ void element_state_flag_set(kelp_handle *handle, std::uint32_t space_id, void *o
   if (!may_access(handle, object, state_write<T, F, messages::StateSite::element>, err)) return;
   if (index >= count_of<T, F>(object)) return fail(handle, KELP_ERR_NOT_FOUND, err);
   if (!may_write<T, F>(handle, space_id, object, err)) return;
-  store(handle, space_id, element_states<T, F>(handle, space_id, object) + index,
-        static_cast<std::uint8_t>(value));
+  std::uint8_t *states =
+      array_field::provide_element_states(handle, space_id, object, array_field::facts<T, F>);
+  if (states == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err);
+  store(handle, space_id, states + index, static_cast<std::uint8_t>(value));
 }
 
 template <const Structure &T, const Field &F>
@@ -224,19 +230,41 @@ void element_states_get(kelp_handle *handle, std::uint32_t space_id, void *objec
   *out = reinterpret_cast<std::uintptr_t>(element_states<T, F>(handle, space_id, object));
 }
 
-// Required: the bytes go to the beginning of the object's own state bytes, not to those of the
-// elements, and are not announced.
-template <const Structure &T, const Field &F>
-void element_states_set(kelp_handle *handle, std::uint32_t space_id, void *object,
-                        const std::uint8_t *source, std::uint32_t count, std::uint32_t *err) {
-  if (!may_access(handle, object, state_write<T, F, messages::StateSite::element_array>, err)) {
-    return;
+// The places in a type's state area where pointers to the state bytes of elements stand, those in
+// the blocks of embedded structures too.
+constexpr std::size_t pointer_count(const Structure &type) {
+  std::size_t count = 0;
+  for (const Field *field : type.fields) {
+    if (field->kind == Kind::array) ++count;
+    if (field->kind == Kind::structure) count += pointer_count(*field->structure);
   }
-  if (count != count_of<T, F>(object)) return fail(handle, KELP_ERR_NOT_FOUND, err);
-  if (!may_write<T, F>(handle, space_id, object, err)) return;
-  std::uint8_t *area = area_of<T>(handle, space_id, object);
-  for (std::uint32_t i = 0; i < count; ++i) area[i] = source[i];
+  return count;
 }
+
+constexpr void collect_pointers(const Structure &type, std::uint32_t start,
+                                std::span<std::uint32_t> places, std::size_t &next) {
+  for (const Field *field : type.fields) {
+    if (field->kind != Kind::array && field->kind != Kind::structure) continue;
+    const std::uint32_t place = start + model::state_block_place(type, *field);
+    if (field->kind == Kind::array) {
+      places[next++] = place;
+    } else {
+      collect_pointers(*field->structure, place, places, next);
+    }
+  }
+}
+
+template <const Structure &T>
+inline constexpr auto pointer_places = [] {
+  std::array<std::uint32_t, pointer_count(T)> places{};
+  std::size_t next = 0;
+  collect_pointers(T, 0, places, next);
+  return places;
+}();
+
+// Copies bytes over the beginning of a state area, as far as it goes; the pointers in it stay.
+void overwrite(std::span<std::uint8_t> area, std::span<const std::uint8_t> source,
+               std::span<const std::uint32_t> pointers);
 
 // Sets all state bytes of an object; arrays are those of its type.
 void fill(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint8_t value,
@@ -259,6 +287,20 @@ inline constexpr auto arrays_of = [] {
   });
   return arrays;
 }();
+
+// Required: the bytes go to the beginning of the object's own state bytes, not to those of the
+// elements, and are not announced.
+template <const Structure &T, const Field &F>
+void element_states_set(kelp_handle *handle, std::uint32_t space_id, void *object,
+                        const std::uint8_t *source, std::uint32_t count, std::uint32_t *err) {
+  if (!may_access(handle, object, state_write<T, F, messages::StateSite::element_array>, err)) {
+    return;
+  }
+  if (count != count_of<T, F>(object)) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (!may_write<T, F>(handle, space_id, object, err)) return;
+  overwrite({area_of<T>(handle, space_id, object), model::state_size(T)}, {source, count},
+            pointer_places<T>);
+}
 
 template <const Structure &T>
 void set_all_state_tracking_flag(kelp_handle *handle, std::uint32_t space_id, void *object,

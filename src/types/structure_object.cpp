@@ -2,6 +2,8 @@
 
 #include <kelp/oid.h>
 
+#include <algorithm>
+
 #include "types/state_mark.hpp"
 #include "types/transfer.hpp"
 
@@ -223,6 +225,7 @@ void *create_internal(kelp_handle *handle, std::uint32_t space_id, const Structu
   void *object = handle->obj_alloc(handle->obj_pool, space_id, size(handle, facts));
   if (object == nullptr) return creation::without_memory(handle, facts.null_object);
   std::memset(object, 0, size(handle, facts));
+  const creation::ChainGoesOn chain(handle);
   std::uint32_t err = 0;
   initialize(handle, space_id, object, facts.record, true, 0, 0, nullptr, &err, facts);
   if (err == 0) return object;
@@ -272,12 +275,15 @@ void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_
   }
 }
 
-void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *object,
-                           const StructureFacts &facts) {
-  if (object == nullptr) {
-    trace(type_source, Level::error, facts.messages.embedded_object_null);
-    return;
-  }
+namespace {
+
+void mark_embedded(kelp_handle *handle, std::uint32_t space_id, void *object) {
+  std::uint8_t &flags = header_of(object)->obj_flags;
+  store(handle, space_id, &flags, static_cast<std::uint8_t>(flags | OBJ_EMBEDDED));
+}
+
+void mark_children_embedded(kelp_handle *handle, std::uint32_t space_id, void *object,
+                            const StructureFacts &facts) {
   for (const FieldFacts &field : facts.fields) {
     switch (field.kind) {
       case Kind::structure:
@@ -300,8 +306,25 @@ void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *ob
         break;
     }
   }
-  std::uint8_t &flags = header_of(object)->obj_flags;
-  store(handle, space_id, &flags, static_cast<std::uint8_t>(flags | OBJ_EMBEDDED));
+}
+
+}  // namespace
+
+// Required: the children come first only where structures are among them. The null object is never
+// written.
+void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *object,
+                           const StructureFacts &facts) {
+  if (object == nullptr) {
+    trace(type_source, Level::error, facts.messages.embedded_object_null);
+    return;
+  }
+  if (object == facts.null_object) return;
+  const bool children_first =
+      std::any_of(facts.fields.begin(), facts.fields.end(),
+                  [](const FieldFacts &field) { return field.kind == Kind::structure; });
+  if (!children_first) mark_embedded(handle, space_id, object);
+  mark_children_embedded(handle, space_id, object, facts);
+  if (children_first) mark_embedded(handle, space_id, object);
 }
 
 // An object that stays behind a failure is neither counted nor freed. What its fields gave back

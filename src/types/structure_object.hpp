@@ -47,8 +47,8 @@ inline constexpr std::array operations{
                  "earlier failure in cr_err, the type's null object comes back: a chain of calls "
                  "may go on with it, and $type_destroy ignores it. Null when the object cannot be "
                  "prepared.",
-        .errors = "12 as the last error when there is no memory and cr_err is 0",
-        .ownership = "as $type_create",
+        .errors = "12 as the last error and in cr_err when there is no memory and cr_err is 0",
+        .ownership = "as $type_create; the null object belongs to the library and is never written",
     },
     Operation{
         .suffix = "initialize",
@@ -73,8 +73,8 @@ inline constexpr std::array operations{
         .result = "void",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object",
         .rule = "structure_object::set_instance_embedded",
-        .brief = "Marks the object, and before it all its children, as living inside other "
-                 "memory. A null object is traced and passed over.",
+        .brief = "Marks the object and all its children as living inside other memory. A null "
+                 "object is traced and passed over; the type's null object is passed over.",
     },
     Operation{
         .suffix = "destroy",

@@ -8,6 +8,56 @@ namespace {
 
 using state_tracking::Tracking;
 
+constexpr std::uint8_t state_memory_flags = OBJ_STATE_TRACKED | OBJ_STTR_RELOCATED;
+
+// Copies an object byte by byte from the front, but for the flags of it and its children that say
+// what memory there is for state bytes: they belong to the place.
+class ContentCopy {
+ public:
+  ContentCopy(void *destination, const void *source)
+      : destination_(bytes(destination)), source_(bytes(source)) {}
+
+  void flags_within(std::size_t place, const StructureFacts &facts) {
+    const std::size_t flags = place + offsetof(kelp_object_header, obj_flags);
+    up_to(flags);
+    destination_[flags] = static_cast<std::uint8_t>((source_[flags] & ~state_memory_flags) |
+                                                    (destination_[flags] & state_memory_flags));
+    done_ = flags + 1;
+    for (const FieldFacts &field : facts.fields) {
+      if (field.kind == Kind::structure) flags_within(place + field.offset, *field.structure);
+    }
+  }
+  void up_to(std::size_t place) {
+    std::memcpy(destination_ + done_, source_ + done_, place - done_);
+    done_ = place;
+  }
+
+ private:
+  std::uint8_t *destination_;
+  const std::uint8_t *source_;
+  std::size_t done_ = 0;
+};
+
+void copy_content(void *destination, const void *source, const StructureFacts &facts) {
+  ContentCopy copy(destination, source);
+  copy.flags_within(0, facts);
+  copy.up_to(facts.object_size);
+}
+
+// The elements of the destination, at any depth, are no longer those that its state bytes are
+// about.
+void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
+                         const StructureFacts &facts) {
+  if (!state_tracking::is_tracked(object)) return;
+  for (const FieldFacts &field : facts.fields) {
+    if (field.kind == Kind::array) {
+      array_field::drop_element_states(handle, space_id, object, *field.array);
+    } else if (field.kind == Kind::structure) {
+      drop_element_states(handle, space_id, bytes(object) + field.offset, *field.structure);
+    }
+  }
+}
+
 // Copies the state bytes of source. The pointers to element state bytes are among them, so that
 // source has to give them up.
 void move_state(kelp_handle *handle, std::uint32_t space_id, void *destination, void *source,
@@ -27,7 +77,8 @@ void move_state(kelp_handle *handle, std::uint32_t space_id, void *destination, 
 }  // namespace
 
 // Required: the error word is not looked at on entry and the last error is not cleared. The state
-// test follows the copy, and its failure leaves both objects with the same stores.
+// test follows the copy, looks at the source alone, and its failure leaves both objects with the
+// same stores.
 void set(kelp_handle *handle, std::uint32_t space_id, void *destination, void *source,
          std::uint32_t *err, const StructureFacts &facts) {
   kelplib_adjust_variant(
@@ -35,20 +86,18 @@ void set(kelp_handle *handle, std::uint32_t space_id, void *destination, void *s
       destination == nullptr ? nullptr : kelp_get_manifested_type_info(destination),
       facts.variants - 1, err);
   if (destination == source) return;
-  const std::uint8_t kept = header_of(destination)->obj_flags;
   announce(handle, space_id, destination, facts.object_size);
-  std::memcpy(destination, source, facts.object_size);
-  if (handle->sttr != nullptr) {
-    // Where the state bytes lie is the one thing of the header that belongs to the place.
-    std::uint8_t &flags = header_of(destination)->obj_flags;
-    flags = static_cast<std::uint8_t>((flags & ~OBJ_STTR_RELOCATED) | (kept & OBJ_STTR_RELOCATED));
-    if (state_tracking::tracking_of(handle, facts.messages.corrupted_at_transfer) == Tracking::on) {
-      if (!state_tracking::require_tracked(handle, destination,
-                                           facts.messages.not_tracked_at_transfer, err)) {
-        return;
-      }
-      move_state(handle, space_id, destination, source, facts);
-    }
+  copy_content(destination, source, facts);
+  const bool tracking =
+      state_tracking::tracking_of(handle, facts.messages.corrupted_at_transfer) == Tracking::on;
+  if (tracking && state_tracking::is_tracked(source) && state_tracking::is_tracked(destination)) {
+    move_state(handle, space_id, destination, source, facts);
+  } else {
+    drop_element_states(handle, space_id, destination, facts);
+  }
+  if (tracking && !state_tracking::require_tracked(handle, source,
+                                                   facts.messages.not_tracked_at_transfer, err)) {
+    return;
   }
   post_copyout_cleanup(handle, space_id, destination, source, err, facts);
 }

@@ -20,9 +20,11 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *destination, $T *source, "
                      "uint32_t *err",
         .rule = "transfer::set",
-        .brief = "Moves the content of source to destination, the header with it, and the state "
-                 "bytes when the handle tracks state. A non-zero error word on entry stops "
-                 "nothing.",
+        .brief = "Moves the content of source to destination, the header with it, but for the two "
+                 "flags that say whether destination has state bytes and where: they stay its "
+                 "own, and those of its children theirs. State bytes come along when the handle "
+                 "tracks state and both objects have them; those of array elements that "
+                 "destination held go in any case. A non-zero error word on entry stops nothing.",
         .errors = "22 when the handle tracks state and source does not, with the bytes copied "
                   "and both objects holding the same texts, arrays and arms",
         .ownership = "source stays the caller's, but gives up what it owned; what destination "

@@ -1,5 +1,6 @@
 // Opening, closing and freeing tables.
 #include "tables/table_fixture.hpp"
+#include "types/replaced_call.hpp"
 
 namespace {
 
@@ -390,6 +391,42 @@ TEST(Open, AnIdAboveTheNextRaisesItAndOneBelowItDoesNot) {
   EXPECT_EQ(id_root(store)->tbi_next_id, 12u);
   free_table(store, ten);
   free_table(store, two);
+}
+
+// A second thread on a database of its own, which comes in whenever the first one asks whether the
+// root last found lies in its store, and leaves its own root there instead.
+Store *intruder = nullptr;
+std::vector<Table> intruded;
+
+std::uint32_t answer_after_the_other_thread(void *pool, const void *pointer) {
+  if (pool != intruder->handle()->obj_pool) {
+    std::uint32_t word = 0;
+    intruded.push_back(tbl_ospf_area_table_open_auto_id(*intruder, 0, 0, &word));
+    EXPECT_EQ(word, 0u);
+  }
+  return lumen_in_range(pool, pointer);
+}
+
+TEST(OpenById, ARootThatAnotherThreadPutsThereMeanwhileIsNotTaken) {
+  Store store(with_ids());
+  Store other(with_ids());
+  intruder = &other;
+  intruded.clear();
+  std::vector<Table> tables;
+  tables.push_back(tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err));
+  kelp_tbi_root *root = id_root(store);
+  ASSERT_NE(root, nullptr);
+  {
+    const harness::ReplacedCall meeting("lumen_in_range", answer_after_the_other_thread);
+    tables.push_back(tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err));
+  }
+  EXPECT_EQ(store.err, 0u);
+  ASSERT_EQ(intruded.size(), 1u);
+  EXPECT_EQ(root->tbi_next_id, 2u);
+  EXPECT_EQ(shell(tables[1])->table_id, 1u);
+  EXPECT_EQ(id_root(other)->tbi_next_id, 1u);
+  for (Table table : tables) free_table(store, table);
+  free_table(other, intruded[0]);
 }
 
 TEST(Open, AReaderTakesNoAutomaticId) {

@@ -1154,4 +1154,24 @@ TEST(RecordEncodings, AFailureOfACrWriterIsAllOnesWithItsCodeInCrErr) {
   store.handle()->cr_err = 0;
 }
 
+// The documented bound of the length: an object without state bytes takes a byte more for each
+// array element under a handle that tracks.
+TEST(RecordLength, IsTooSmallByTheElementsOfAnUntrackedObjectUnderATrackingHandle) {
+  Store store;
+  kelp_handle *tracking = store.another_handle({.tracking = KELP_TRACKING_ON});
+  Record record(store, tables::link_scope_lsa);
+  auto *lsa = static_cast<link_scope_lsa *>(record.slot(1));
+  const std::vector<std::uint8_t> octets(26, 1);
+  link_scope_lsa_raw_data_set_mem(store, 0, lsa, octets.data(), 26, &store.err);
+  const auto length =
+      function<Length>(tables::link_scope_lsa, "table_record_len")(tracking, 0, record);
+  Bytes image(length + 64);
+  auto *write = function<Writer>(tables::link_scope_lsa, "table_record_marshal");
+  const std::uint32_t written =
+      write(tracking, 0, image.data(), record, static_cast<std::int32_t>(length + 26), &store.err);
+  EXPECT_EQ(store.err, 0u);
+  EXPECT_GT(written, length);
+  EXPECT_LE(written, length + 26);
+}
+
 }  // namespace

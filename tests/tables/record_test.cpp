@@ -101,6 +101,19 @@ TEST(Record, WithoutMemoryACreateGivesNullAndLeavesTheErrorWord) {
   EXPECT_EQ(log.count("kelp_store_err"), 0u);
 }
 
+TEST(Record, TheStoreIsAnnouncedBeforeTheRuntimeIsAskedForItsCopy) {
+  Store store({.shared_tinfo = true});
+  tbl_ospf_area_record *record = nullptr;
+  {
+    const CallLog log(store);
+    record = tbl_ospf_area_create_record(store, 0, &store.err);
+    EXPECT_EQ(log.only({"obj_alloc", "write_notify", "kelp_type_info_ptr_get", "counter_notify"}),
+              (std::vector<std::string>{"obj_alloc", "write_notify", "kelp_type_info_ptr_get",
+                                        "counter_notify"}));
+  }
+  destroy(store, record);
+}
+
 TEST(Record, UnderSharedTypeRecordsARecordPointsAtTheRuntimesCopy) {
   Store store({.shared_tinfo = true});
   auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
@@ -181,10 +194,10 @@ TEST(Record, ACrCreateWithoutMemoryGivesTheNullRecord) {
   auto *null_record = tbl_ospf_area_record_create_cr(store, 0);
   ASSERT_NE(null_record, nullptr);
   EXPECT_EQ(store.last_error(), 12);
-  EXPECT_EQ(store.handle()->cr_err, 0u);
+  EXPECT_EQ(store.handle()->cr_err, 12u);
   EXPECT_EQ(store.handle()->cr_create, 0u);
-  EXPECT_EQ(shell(null_record)->ref_word, 1u);
-  EXPECT_EQ(shell(null_record)->src, 1);
+  EXPECT_EQ(shell(null_record)->ref_word, 0u);
+  EXPECT_EQ(shell(null_record)->header.tinfo, nullptr);
   EXPECT_EQ(store.live_allocations(), 0u);
   store.fail_allocation(0);
   EXPECT_EQ(tbl_ospf_area_record_create_cr(store, 0), null_record);
@@ -193,20 +206,30 @@ TEST(Record, ACrCreateWithoutMemoryGivesTheNullRecord) {
             static_cast<void *>(null_record));
 }
 
-TEST(Record, ACrCreateWithoutMemoryUnderAnErrorStoresNothingAndClearsIt) {
+TEST(Record, ACrCreateWithoutMemoryIsNotCounted) {
+  Store store;
+  kelp_variant_entry &entry = entry_of(_tbl_ospf_area_table_record_type_info_internal);
+  const std::uint64_t created = entry.create_count;
+  store.fail_allocation(0);
+  tbl_ospf_area_record_create_cr(store, 1);
+  EXPECT_EQ(entry.create_count, created);
+}
+
+TEST(Record, ACrCreateWithoutMemoryUnderAnErrorStoresNothingAndKeepsIt) {
   Store store;
   store.handle()->cr_err = 9;
   store.fail_allocation(0);
   const CallLog log;
   EXPECT_NE(tbl_ospf_area_record_create_cr(store, 0), nullptr);
   EXPECT_EQ(log.count("kelp_store_err"), 0u);
-  EXPECT_EQ(store.handle()->cr_err, 0u);
+  EXPECT_EQ(store.handle()->cr_err, 9u);
 }
 
 TEST(Record, TheNullRecordIsNeverFreed) {
   Store store;
   store.fail_allocation(0);
   auto *null_record = tbl_ospf_area_record_create_cr(store, 0);
+  store.handle()->cr_err = 0;
   CallLog log(store);
   tbl_ospf_area_record_destroy_cr(store, null_record);
   EXPECT_EQ(store.handle()->cr_err, 0u);

@@ -2,8 +2,10 @@
 // embedded, and destroy with all that can hold it back.
 #include <kelp/oid.h>
 
+#include <algorithm>
 #include <cstring>
 
+#include "model/lists.hpp"
 #include "types/object_view.hpp"
 #include "types/replaced_call.hpp"
 
@@ -156,7 +158,7 @@ TEST(StructureCreate, WithoutMemoryAChainGetsTheNullObject) {
   ASSERT_NE(null_object, nullptr);
   EXPECT_EQ(header(null_object).tinfo, nullptr);
   EXPECT_EQ(store.last_error(), 12);
-  EXPECT_EQ(store.handle()->cr_err, 0u);
+  EXPECT_EQ(store.handle()->cr_err, 12u);
   EXPECT_EQ(store.handle()->cr_create, 0u);
   ospf_area_destroy(store, 0, null_object);
   ospf_area_destroy_cr(store, null_object);
@@ -382,7 +384,40 @@ TEST(StructureEmbedded, ANullObjectIsTracedAndPassedOver) {
   EXPECT_TRUE(trace.has(3, "Invalid object pointer passed in to set instance flag"));
 }
 
-TEST(StructureEmbedded, ChildrenAreMarkedBeforeTheirOwner) {
+// The object's own mark comes before all within it, or behind them when structures are among them.
+void expect_order(const model::Structure &type, std::ptrdiff_t start, const Ranges &marks) {
+  const auto own = std::find(marks.begin(), marks.end(), Ranges::value_type{start + 10, 1});
+  ASSERT_NE(own, marks.end()) << type.name;
+  const auto end = start + static_cast<std::ptrdiff_t>(model::object_size(type));
+  bool has_structure = false;
+  for (const model::Field *field : type.fields) {
+    if (field->kind != model::Kind::structure) continue;
+    has_structure = true;
+    const auto offset = static_cast<std::ptrdiff_t>(model::offset(type, *field));
+    expect_order(*field->structure, start + offset, marks);
+  }
+  for (auto mark = marks.begin(); mark != marks.end(); ++mark) {
+    if (mark == own || mark->first < start || mark->first >= end) continue;
+    EXPECT_EQ(mark < own, has_structure) << type.name << " at " << mark->first - start;
+  }
+}
+
+TEST(StructureEmbedded, EveryTypeWithoutEmbeddedStructuresIsMarkedBeforeItsChildren) {
+  Store store;
+  for (const model::Structure *type : model::structures) {
+    const std::string name(type->name);
+    void *object = function<void *(kelp_handle *, std::uint32_t)>(name + "_create")(store, 0);
+    {
+      WriteWatch watch(store);
+      function<void(kelp_handle *, std::uint32_t, void *)>(name + "_set_instance_embedded")(
+          store, 0, object);
+      expect_order(*type, 0, ranges_in(watch, object));
+    }
+    function<void(kelp_handle *, std::uint32_t, void *)>(name + "_destroy")(store, 0, object);
+  }
+}
+
+TEST(StructureEmbedded, StructuresAreMarkedBeforeTheirOwner) {
   Store store;
   ospfv2_lsa_body *object = ospfv2_lsa_body_create(store, 0);
   WriteWatch watch(store);
@@ -395,8 +430,8 @@ TEST(StructureEmbedded, ChildrenAreMarkedBeforeTheirOwner) {
       model::offset(types::ospfv2_lsa_body, network) +
       model::offset(types::ospfv2_network, fields::ospfv2_network::network_mask));
   EXPECT_EQ(ranges_in(watch, object), (Ranges{{flags_at(lsa_flags), 1},
-                                              {in_network + 10, 1},
                                               {flags_at(network), 1},
+                                              {in_network + 10, 1},
                                               {flags_at(summary_mask), 1},
                                               {flags_at(external_mask), 1},
                                               {flags_at(body_flag_options), 1},

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "model/lists.hpp"
 #include "types/object_view.hpp"
 
 namespace {
@@ -250,15 +251,166 @@ TEST(TransferState, SwitchedOffTrackingMovesNoStateButKeepsThePlace) {
   ospf_area_destroy(store, 0, to);
 }
 
-TEST(TransferState, WithoutADescriptorTheSourcesPlaceIsTakenOver) {
-  Store store;
-  ospf_area *from = ospf_area_create(store, 0);
-  ospf_area *to = ospf_area_create(store, 0);
-  header(from).obj_flags = OBJ_STTR_RELOCATED;
-  ospf_area_set(store, 0, to, from, &store.err);
-  EXPECT_EQ(flags_of(to), OBJ_STTR_RELOCATED);
-  ospf_area_destroy(store, 0, from);
-  ospf_area_destroy(store, 0, to);
+TEST(TransferState, WhatMemoryThereIsForStateStaysTheDestinationsOwn) {
+  constexpr std::uint8_t bits = OBJ_STATE_TRACKED | OBJ_STTR_RELOCATED;
+  for (const std::uint32_t tracking : {KELP_TRACKING_ABSENT, KELP_TRACKING_OFF}) {
+    Store store({.tracking = tracking});
+    ospf_area *from = ospf_area_create(store, 0);
+    ospf_area *to = ospf_area_create(store, 0);
+    for (const std::uint8_t theirs : {0, 8, 64, 72}) {
+      for (const std::uint8_t own : {0, 8, 64, 72}) {
+        header(from).obj_flags = static_cast<std::uint8_t>(theirs | OBJ_RA_DATA);
+        header(to).obj_flags = static_cast<std::uint8_t>(own | OBJ_EMBEDDED);
+        ospf_area_set(store, 0, to, from, &store.err);
+        EXPECT_EQ(flags_of(to) & bits, own);
+        EXPECT_EQ(flags_of(to) & ~bits, OBJ_RA_DATA);
+      }
+    }
+    header(from).obj_flags = 0;
+    header(to).obj_flags = 0;
+    ospf_area_destroy(store, 0, from);
+    ospf_area_destroy(store, 0, to);
+  }
+}
+
+// A tracked and an untracked object of every type, in both directions, under handles that track and
+// that do not: the memory behind an untracked object stays, and so do the flags of every object
+// embedded in it.
+class BetweenTrackings : public testing::TestWithParam<bool> {
+ protected:
+  using Flags = std::vector<std::uint8_t>;
+
+  static void collect(void *object, const model::Structure &type, Flags &flags) {
+    flags.push_back(flags_of(object) & (OBJ_STATE_TRACKED | OBJ_STTR_RELOCATED));
+    for (const model::Field *field : type.fields) {
+      if (field->kind == model::Kind::structure) {
+        collect(place(object, type, *field), *field->structure, flags);
+      }
+    }
+  }
+  static Flags flags_within(void *object, const model::Structure &type) {
+    Flags flags;
+    collect(object, type, flags);
+    return flags;
+  }
+
+  void transfer(kelp_handle *handle, const model::Structure &type, void *to, void *from,
+                std::uint32_t *err) {
+    using Set = void(kelp_handle *, std::uint32_t, void *, void *, std::uint32_t *);
+    function<Set>(std::string(type.name) + "_set")(handle, 0, to, from, err);
+  }
+  void destroy(kelp_handle *handle, const model::Structure &type, void *object) {
+    using Destroy = void(kelp_handle *, std::uint32_t, void *);
+    function<Destroy>(std::string(type.name) + "_destroy")(handle, 0, object);
+  }
+  void *create(kelp_handle *handle, const model::Structure &type) {
+    using Create = void *(kelp_handle *, std::uint32_t);
+    return function<Create>(std::string(type.name) + "_create")(handle, 0);
+  }
+
+  Store store_{{.tracking = KELP_TRACKING_ON}};
+  kelp_handle *tracking_ = store_;
+  kelp_handle *plain_ = store_.another_handle({});
+};
+
+TEST_P(BetweenTrackings, ATrackedSourceLeavesAnUntrackedDestinationAsItIs) {
+  kelp_handle *handle = GetParam() ? tracking_ : plain_;
+  for (const model::Structure *type : model::structures) {
+    SCOPED_TRACE(type->name);
+    // The destination lies in a block of the tracked size, so that a write behind it is seen.
+    const std::size_t size = model::object_size(*type);
+    auto *to = static_cast<std::uint8_t *>(create(plain_, *type));
+    auto *block = static_cast<std::uint8_t *>(plain_->obj_alloc(plain_->obj_pool, 0, size + 4096));
+    std::memset(block, 0xAB, size + 4096);
+    std::memcpy(block, to, size);
+    void *from = create(tracking_, *type);
+    std::memset(area(from, *type), 0, model::state_size(*type));
+    const Flags before = flags_within(block, *type);
+    EXPECT_EQ(before, Flags(before.size(), 0));
+    transfer(handle, *type, block, from, &store_.err);
+    EXPECT_EQ(store_.err, 0u);
+    EXPECT_EQ(flags_within(block, *type), before);
+    EXPECT_EQ(std::vector<std::uint8_t>(block + size, block + size + 4096),
+              std::vector<std::uint8_t>(4096, 0xAB));
+    plain_->obj_free(plain_->obj_pool, 0, block);
+    destroy(tracking_, *type, from);
+    destroy(plain_, *type, to);
+  }
+}
+
+TEST_P(BetweenTrackings, AnUntrackedSourceLeavesATrackedDestinationItsArea) {
+  kelp_handle *handle = GetParam() ? tracking_ : plain_;
+  for (const model::Structure *type : model::structures) {
+    SCOPED_TRACE(type->name);
+    void *from = create(plain_, *type);
+    void *to = create(tracking_, *type);
+    *area(to, *type) = 5;
+    const Flags before = flags_within(to, *type);
+    EXPECT_EQ(before[0], OBJ_STATE_TRACKED);
+    transfer(handle, *type, to, from, &store_.err);
+    EXPECT_EQ(store_.err, GetParam() ? 22u : 0u);
+    store_.err = 0;
+    EXPECT_EQ(flags_within(to, *type), before);
+    EXPECT_EQ(*area(to, *type), 5);
+    destroy(plain_, *type, from);
+    destroy(tracking_, *type, to);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Handles, BetweenTrackings, testing::Bool(), [](const auto &info) {
+  return std::string(info.param ? "Tracking" : "Plain");
+});
+
+// The elements arrive without state: that of the elements before does not stay for them, nor in an
+// embedded object.
+TEST(TransferState, ElementStatesOfTheDestinationGoWhereNoneCome) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  kelp_handle *plain = store.another_handle({});
+  const auto network = [](ospfv2_lsa_body *object) {
+    return static_cast<ospfv2_network *>(
+        place(object, types::ospfv2_lsa_body, fields::ospfv2_lsa_body::network));
+  };
+  const auto states = [&](ospfv2_lsa_body *object) {
+    std::uint64_t address = 1;
+    ospfv2_network_attached_router_state_flag_get_arr(store, 0, network(object), &address,
+                                                      &store.err);
+    return address;
+  };
+  for (const bool tracking : {false, true}) {
+    for (const bool tracked_source : {false, true}) {
+      if (tracking && tracked_source) continue;  // then they come along
+      SCOPED_TRACE(tracking);
+      SCOPED_TRACE(tracked_source);
+      ospfv2_lsa_body *from = ospfv2_lsa_body_create(tracked_source ? store : plain, 0);
+      ospfv2_lsa_body *to = ospfv2_lsa_body_create(store, 0);
+      ospfv2_network_attached_router_set_value(plain, 0, network(from), 60, 5, &store.err);
+      ospfv2_network_attached_router_set_value(store, 0, network(to), 1, 5, &store.err);
+      void *forgotten =
+          at<void *>(network(to),
+                     model::offset(types::ospfv2_network, fields::ospfv2_network::attached_router));
+      EXPECT_NE(states(to), 0u);
+      ospfv2_lsa_body_set(tracking ? store : plain, 0, to, from, &store.err);
+      EXPECT_EQ(store.err, tracking ? 22u : 0u);
+      store.err = 0;
+      EXPECT_EQ(states(to), 0u);
+      EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network(to), &store.err),
+                61u);
+      EXPECT_EQ(
+          ospfv2_network_attached_router_state_flag_get(store, 0, network(to), 60, &store.err), 0);
+      EXPECT_EQ(store.err, 0u);
+      plain->obj_free(plain->obj_pool, 0, forgotten);
+      if (tracking) {
+        // Both hold the store.
+        at<void *>(network(to), model::offset(types::ospfv2_network,
+                                              fields::ospfv2_network::attached_router)) = nullptr;
+        at<std::uint32_t>(
+            network(to),
+            model::offset(types::ospfv2_network, fields::ospfv2_network::attached_router_num)) = 0;
+      }
+      ospfv2_lsa_body_destroy(store, 0, from);
+      ospfv2_lsa_body_destroy(store, 0, to);
+    }
+  }
 }
 
 TEST(TransferState, ACorruptedHandleEndsTheProcess) {

@@ -19,7 +19,7 @@ extern KELP_API const kelp_table_vft tbl_ospfv3_prefix_list_table_vft;
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller holds the database's lock
- * Family: vft */
+ * Family: ospf_harbor_oper_table */
 KELP_API const uint8_t *tbl_ospfv3_prefix_list_get_luid(kelp_handle *handle, uint32_t space_id,
                                                         const void *object, uint32_t *err);
 
@@ -155,9 +155,11 @@ KELP_API void tbl_ospfv3_prefix_list_table_free_unsafe(kelp_handle *handle, uint
                                                        uint32_t *err);
 
 /* Takes the table out of the table of contents at once and frees it when cursors allow; with
- * cursors the collector finishes the free. Meant for shared databases.
+ * cursors the collector finishes the free. Meant for tables with cursors in shared databases.
  * Errors: those of the runtime's table of contents, a table that is not in it excepted; those of
- *   tbl_ospfv3_prefix_list_table_free
+ *   tbl_ospfv3_prefix_list_table_free: for a table of a shared database without cursors, outside
+ *   the collector, the call ends in 2, since the table has left the table of contents already,
+ *   and the table stays
  * Ownership: the table may be gone after success
  * Lock: none is taken; the caller holds the database's lock
  * Family: open */
@@ -197,18 +199,21 @@ KELP_API tbl_ospfv3_prefix_list_record *tbl_ospfv3_prefix_list_create_record_w_s
     kelp_handle *handle, uint32_t space_id, uint32_t src, uint32_t *err);
 
 /* Makes a record of tbl_ospfv3_prefix_list with the handle's cr_space_id and cr_err; with_objects
- * non-zero makes the record's objects too. Without memory it gives the table's null record, which
- * may be written to and is never freed.
- * Errors: 12 as the handle's last error when cr_err was 0; cr_err itself is set to 0
+ * non-zero makes the record's objects too. Without memory it gives the table's null record: it
+ * may be handed on as any other, takes no object, no reference and no end, and stays zero. cr_err
+ * is not looked at.
+ * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err was 0,
+ *   also for an object of a record that could be made; on success cr_err is set to 0, whatever it
+ *   held
  * Ownership: the caller owns the record's first reference and gives it up by
- *   tbl_ospfv3_prefix_list_record_destroy_cr
+ *   tbl_ospfv3_prefix_list_record_destroy_cr; the null record belongs to the library
  * Lock: none is taken; the caller holds the database's lock
  * Family: record */
 KELP_API tbl_ospfv3_prefix_list_record *tbl_ospfv3_prefix_list_record_create_cr(
     kelp_handle *handle, uint32_t with_objects);
 
-/* Takes a further reference and gives how many there were before. The error word is not looked
- * at. Ends the process at 0xFFFFFF references.
+/* Takes a further reference and gives how many there were before; 0 for the table's null record,
+ * which takes none. The error word is not looked at. Ends the process at 0xFFFFFF references.
  * Errors: 2 for a null record; 0 then
  * Ownership: each reference is given up by a tbl_ospfv3_prefix_list_destroy_record of its own
  * Lock: none is taken; the caller holds the database's lock
@@ -993,7 +998,10 @@ KELP_API uint32_t tbl_ospfv3_prefix_list_delete_cr(kelp_handle *handle,
                                                    uint32_t destroy);
 
 /* Gives up one reference. With the last one the record leaves its table, its objects are
- * destroyed and it is freed.
+ * destroyed and it is freed; the table's null record is passed over. A table with cursors does
+ * not let it go outside the collector: it is freed all the same, and its node stays in the tree,
+ * which must not be walked then. Such a record ends by
+ * tbl_ospfv3_prefix_list_request_record_destroy.
  * Errors: 2 for a null record; what the removal of its handle mapping reports: the record then
  *   stays allocated, with its objects gone. Ends the process when the record's type record is
  *   broken
@@ -1151,7 +1159,7 @@ KELP_API ospfv3_prefix_list *tbl_ospfv3_prefix_list_ospfv3_prefix_list_get_field
  * held is not destroyed.
  * Errors: no error word; an object that lives in a record or in another object, or a null one, is
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
- * Ownership: the object is the record's after success
+ * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
  * Family: record_fields */
 KELP_API void tbl_ospfv3_prefix_list_ospfv3_prefix_list_set_field(kelp_handle *handle,
@@ -1161,7 +1169,7 @@ KELP_API void tbl_ospfv3_prefix_list_ospfv3_prefix_list_set_field(kelp_handle *h
  * embedded. A refused object leaves the old one in place.
  * Errors: no error word; an object that lives in a record or in another object, or a null one, is
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
- * Ownership: the object is the record's after success
+ * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
  * Family: record_fields */
 KELP_API void tbl_ospfv3_prefix_list_ospfv3_prefix_list_free_and_set_field(kelp_handle *handle,
@@ -1199,11 +1207,12 @@ KELP_API uint32_t tbl_ospfv3_prefix_list_table_get_count_by_src_unsafe(kelp_hand
 KELP_API uint32_t tbl_ospfv3_prefix_list_table_get_count_cr(kelp_handle *handle,
                                                             tbl_ospfv3_prefix_list_table *table);
 
-/* Writes the record's text form into buffer, at most length bytes, and gives the bytes written.
- * The closing brace stands behind a gap that keeps what the buffer held: fill it with blanks
- * first.
- * Errors: 90 when less room is left than the object's image takes, which is the measure for its
- *   text too
+/* Writes the record's text form into buffer, at most length bytes and none for a negative length,
+ * and gives the bytes written. The closing brace stands behind a gap that keeps what the buffer
+ * held: fill it with blanks first.
+ * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
+ *   and is cut without a failure: a result equal to length says that some may be missing, and the
+ *   call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
  * Family: record_encodings */
 KELP_API uint32_t tbl_ospfv3_prefix_list_table_record_print(kelp_handle *handle,
@@ -1218,16 +1227,17 @@ KELP_API uint32_t tbl_ospfv3_prefix_list_table_record_print_unsafe(kelp_handle *
 
 /* As tbl_ospfv3_prefix_list_table_record_print with the handle's cr_space_id and cr_err;
  * 0xFFFFFFFF when cr_err is set before or afterwards.
- * Errors: 90 when less room is left than the object's image takes, which is the measure for its
- *   text too
+ * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
+ *   and is cut without a failure: a result equal to length says that some may be missing, and the
+ *   call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
  * Family: record_encodings */
 KELP_API uint32_t tbl_ospfv3_prefix_list_record_print_cr(kelp_handle *handle,
                                                          const tbl_ospfv3_prefix_list_record *record,
                                                          char *buffer, int32_t length);
 
-/* Writes the record as an element named tbl_ospfv3_prefix_list into buffer, at most length bytes,
- * and gives the bytes written.
+/* Writes the record as an element named tbl_ospfv3_prefix_list into buffer, at most length bytes
+ * and none for a negative length, and gives the bytes written.
  * Errors: those of the runtime's writers
  * Lock: none is taken; the caller holds the database's lock
  * Family: record_encodings */
@@ -1266,7 +1276,8 @@ KELP_API tbl_ospfv3_prefix_list_record *tbl_ospfv3_prefix_list_table_record_from
     char *message, int32_t message_size);
 
 /* Writes the record's image into buffer, which has length bytes, and gives the bytes written.
- * tbl_ospfv3_prefix_list_table_record_len gives a length that suffices.
+ * tbl_ospfv3_prefix_list_table_record_len gives a length that suffices, but for what is said
+ * there.
  * Errors: 90 when buffer is too small; 2 when the record lacks an object; those of the objects'
  *   images
  * Lock: none is taken; the caller holds the database's lock
@@ -1306,7 +1317,9 @@ KELP_API uint32_t tbl_ospfv3_prefix_list_table_record_unmarshal_unsafe(kelp_hand
     uint32_t space_id, tbl_ospfv3_prefix_list_record **record, const void *buffer, int32_t length,
     uint32_t reuse, uint32_t *err);
 
-/* Gives a length that the record's image does not exceed.
+/* Gives a length that the record's image does not exceed, unless the handle tracks state and an
+ * object does not, which takes a byte more for each array element, or an object carries attached
+ * data, which takes 9 bytes more.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
  * Family: record_encodings */

@@ -49,7 +49,8 @@ inline constexpr bool has_references =
 
 template <typename Ops>
 Bytes image_of(Session &session, void *record) {
-  // The length leaves out the nine bytes of ra-data that an object of at least six may carry.
+  // The length leaves out the nine bytes of ra-data that an object of at least six may carry and,
+  // under a tracking handle, the state byte of each array element of an object without state.
   const std::uint32_t length =
       64 + 3 * Ops::length(session.handle(), space, record_of<Ops>(record));
   Bytes image(length + 4);

@@ -20,7 +20,9 @@ KELP_EXTERN_C_BEGIN
 KELP_API void kelp_clear_last_error(kelp_handle *handle);
 
 /* Remembers code as the handle's last error; kelp_handle_last_error reads it. The caller sets its
- * error word itself. Makes the handle's database the current one. A null handle is passed over. */
+ * error word itself. While cr_create is set, a cr_err that is 0 takes the code too, so that a chain
+ * of _cr calls ends at a create without memory. Makes the handle's database the current one. A null
+ * handle is passed over. */
 KELP_API void kelp_store_err(kelp_handle *handle, uint32_t code);
 
 /* Remembers a variant mismatch as the handle's last error and sets the error word: both become

@@ -30,6 +30,7 @@ extern "C" void kelp_clear_last_error(kelp_handle *handle) {
 extern "C" void kelp_store_err(kelp_handle *handle, uint32_t code) {
   if (handle == nullptr) return;
   handle->state->last_error = code;
+  if (handle->cr_create != 0 && handle->cr_err == 0) handle->cr_err = code;
   kelp::set_current_database(handle->state->database);
 }
 

@@ -121,6 +121,19 @@ TEST_F(HandleTest, RefusedAllocationIsTheLastErrorUntilForgotten) {
   EXPECT_EQ(kelp_handle_last_error(handle, &error), 0);
 }
 
+TEST_F(HandleTest, AStoredCodeEndsAChainThatCreates) {
+  kelp_store_err(handle, 12);
+  EXPECT_EQ(handle->cr_err, 0u);
+  handle->cr_create = 1;
+  kelp_store_err(handle, 12);
+  EXPECT_EQ(handle->cr_err, 12u);
+  kelp_store_err(handle, 22);
+  EXPECT_EQ(handle->cr_err, 12u) << "the first failure stands";
+  EXPECT_EQ(kelp_handle_last_error(handle, nullptr), 22);
+  handle->cr_create = 0;
+  handle->cr_err = 0;
+}
+
 TEST_F(HandleTest, VariantMismatchSetsWordAndLastError) {
   kelp_error error;
   kelp_store_epoch_err(handle, 43, &err);

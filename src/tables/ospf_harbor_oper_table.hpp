@@ -1,7 +1,20 @@
-// How the runtime finds a table that it knows only by its LUID: the lookup from LUID to index, and
-// the one copy of the 21 vfts that callers are handed. Called through the module's exported names.
-// Never hands out the constant records, and never copies twice: a copy that failed is not tried
-// again.
+// The tables, from here. A table is a keyed tree of records in a database; all 21 run the same
+// rules, told apart by one constant record each:
+//
+//   facts.hpp             what differs between tables, and the messages of a table
+//   open                  a table in its database: open, close, the two ways to free
+//   record                how a record comes into being, references on it
+//   record_fields         the objects that a record holds, and counts
+//   order, key_order.hpp  which of two records comes first, and search by key
+//   insertion             into the tree and out of it, and a record's end
+//   traversal             the walks over a table
+//   handlers              what the application hears of records
+//   record_encodings      text, XML and image of a record and of its key
+//
+// In this file: how the runtime finds a table that it knows only by its LUID: the lookup from LUID
+// to index, and the one copy of the 21 vfts that callers are handed. Called through the module's
+// exported names. Never hands out the constant records, and never copies twice: a copy that failed
+// is not tried again.
 //
 // Nothing here is locked or atomic. The first call is to be made before threads contend.
 #pragma once
@@ -26,7 +39,7 @@ inline constexpr std::array operations{
         .ownership = "the bytes belong to the type record and live as long",
     },
 };
-inline constexpr TableFamily family{"vft", TableScope::table, operations};
+inline constexpr TableFamily family{"ospf_harbor_oper_table", TableScope::table, operations};
 
 inline constexpr std::array module_operations{
     Operation{
@@ -60,7 +73,7 @@ inline constexpr std::array module_operations{
                  "LUID, which need not be aligned; -1 when there is none.",
     },
 };
-inline constexpr ModuleFamily module_family{"vft", module_operations};
+inline constexpr ModuleFamily module_family{"ospf_harbor_oper_table", module_operations};
 
 // --- the rules --------------------------------------------------------------------------------
 

@@ -1,4 +1,4 @@
-#include "tables/vft.hpp"
+#include "tables/ospf_harbor_oper_table.hpp"
 
 #include <kelp/core.h>
 #include <kelp/database.h>

@@ -150,6 +150,79 @@ TEST(Vft, GetHandsOutTheCopyAndClearsTheLastError) {
   }
 }
 
+// What each of the 48 words of a vft holds, behind "tbl_<t>_"; two are no functions, one is null.
+constexpr const char *slot_names[] = {
+    "luid",
+    "name",
+    "table_open_unsafe",
+    "table_open_by_id_unsafe",
+    "table_open_by_ior_with_name_unsafe",
+    "table_open_by_ior_with_id_unsafe",
+    "table_close_unsafe",
+    "table_free_unsafe",
+    "table_record_create_cb_unsafe",
+    "table_record_modify_cb_unsafe",
+    "table_record_delete_cb_unsafe",
+    "table_record_create_dm_cb_unsafe",
+    "table_record_delete_dm_cb_unsafe",
+    "table_record_grouping_cb_unsafe",
+    "table_record_free_cb_unsafe",
+    "search_unsafe",
+    "search_w_src_unsafe",
+    "create_record_unsafe",
+    "record_add_ref_unsafe",
+    "destroy_record_unsafe",
+    "insert_unsafe",
+    "delete_unsafe",
+    "pkey_insert_unsafe",
+    "pkey_get_next_unsafe",
+    "pkey_get_prev_unsafe",
+    "pkey_get_first_unsafe",
+    "pkey_get_last_unsafe",
+    "table_get_count_unsafe",
+    "table_get_count_by_src_unsafe",
+    "pkey_get_first_by_src_unsafe",
+    "pkey_get_first_ignore_src_unsafe",
+    "pkey_get_next_by_src_unsafe",
+    "pkey_get_next_ignore_src_unsafe",
+    "table_record_print_unsafe",
+    "table_record_to_xml_unsafe",
+    "table_record_from_xml_unsafe",
+    "",
+    "request_record_destroy_unsafe",
+    "table_record_marshal_unsafe",
+    "table_record_unmarshal_unsafe",
+    "table_record_len_unsafe",
+    "table_pkey_marshal_unsafe",
+    "table_pkey_unmarshal_unsafe",
+    "table_pkey_len_unsafe",
+    "pkey_destroy_unsafe",
+    "get_next_by_key_unsafe",
+    "get_prev_by_key_unsafe",
+    "pkey_print_unsafe",
+};
+
+TEST(Vft, EverySlotOfEveryTableAndItsCopyHoldsTheFunctionOfItsName) {
+  static_assert(std::size(slot_names) == 48 && sizeof(kelp_table_vft) == 48 * sizeof(void *));
+  ospf_harbor_oper_table_vft_init();
+  for (const auto *table : harbor::model::all_tables) {
+    const std::string name = "tbl_" + std::string(table->name);
+    const auto *constant = static_cast<const void *const *>(harness::exported(name + "_table_vft"));
+    const std::int32_t index =
+        ospf_harbor_oper_table_mrst_lookup(luid_from(std::string(table->luid)).data());
+    const auto *copy = reinterpret_cast<const void *const *>(
+        &ospf_harbor_oper_table_lut[static_cast<std::size_t>(index)]);
+    for (std::size_t slot = 0; slot < std::size(slot_names); ++slot) {
+      const std::string rest(slot_names[slot]);
+      const void *expected = slot < 2       ? harness::exported("table_" + name + "_" + rest)
+                             : rest.empty() ? nullptr
+                                            : harness::exported(name + "_" + rest);
+      EXPECT_EQ(constant[slot], expected) << name << " slot " << slot;
+      EXPECT_EQ(copy[slot], expected) << name << " slot " << slot << " of the copy";
+    }
+  }
+}
+
 TEST(Vft, Slot36IsNullInEveryCopy) {
   ospf_harbor_oper_table_vft_init();
   for (const kelp_table_vft &vft : ospf_harbor_oper_table_lut) {
