@@ -2,16 +2,22 @@
 // the bundle handlers, and the trace identity.
 #include "module/module.hpp"
 
+#include <dlfcn.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 
 #include "module/module_node.hpp"
 #include "module/trace_identity.hpp"
 #include "types/light_family.hpp"
+#include "types/replaced_call.hpp"
 
 namespace {
 
@@ -140,6 +146,34 @@ TEST(LoadedLibrary, StandsInTheRuntimesListWithAllItsRecords) {
   EXPECT_STREQ(node->types[102]->type_name, "tbl_ospf_rev1_record");
 }
 
+// A second copy of the library's file, which is a module of its own, comes and goes.
+TEST(LoadedLibrary, LeavesTheRuntimesListWhenItIsUnloaded) {
+  Dl_info library;
+  ASSERT_NE(dladdr(harness::exported("ospf_area_create"), &library), 0);
+  char path[] = "/tmp/harbor_module_XXXXXX";
+  const int file = mkstemp(path);
+  ASSERT_GE(file, 0);
+  close(file);
+  std::filesystem::copy_file(library.dli_fname, path,
+                             std::filesystem::copy_options::overwrite_existing);
+  const kelp_module_list before = kelp_module_tot_root;
+  const kelp_module_node *const own = own_node();
+  void *copy = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(copy, nullptr) << dlerror();
+  EXPECT_EQ(kelp_module_tot_root.count, before.count + 1);
+  const kelp_module_node *second = *before.tail_link;
+  ASSERT_NE(second, nullptr);
+  EXPECT_NE(second, own);
+  EXPECT_STREQ(second->name, "ospf_harbor_oper");
+  EXPECT_EQ(kelp_module_tot_root.tail_link, &second->next);
+  EXPECT_EQ(dlclose(copy), 0);
+  EXPECT_EQ(kelp_module_tot_root.count, before.count);
+  EXPECT_EQ(kelp_module_tot_root.first, before.first);
+  EXPECT_EQ(kelp_module_tot_root.tail_link, before.tail_link);
+  EXPECT_EQ(*kelp_module_tot_root.tail_link, nullptr);
+  std::filesystem::remove(path);
+}
+
 // --- registration of type records ----------------------------------------------------------------
 
 // A type table of the test's own under a real handle; the copies belong to the test.
@@ -229,6 +263,25 @@ TEST(TypeRegistration, RepeatedAllocatesNothingAndKeepsTheCounters) {
   for (kelp_type_record_copy *copy : table.entered) {
     EXPECT_EQ(copy->record.varinfo->entries[0].create_count, 5u) << copy->record.type_name;
   }
+}
+
+std::vector<std::uint32_t> told_as_new;
+void note_update(kelp_handle *handle, std::uint32_t space_id, kelp_type_record_copy *copy,
+                 const kelp_type_record *static_record, std::uint32_t is_new) {
+  told_as_new.push_back(is_new);
+  kelp_update_variant_info(handle, space_id, copy, static_record, is_new);
+}
+
+TEST(TypeRegistration, TellsTheRuntimeWhichCopiesAreNew) {
+  Store store({.shared_tinfo = true, .may_leave = 2 * record_count});
+  TypeTable table(store);
+  const harness::ReplacedCall update("kelp_update_variant_info", note_update);
+  told_as_new.clear();
+  ospf_harbor_oper_typeinfo_initialize(store, space, &store.err);
+  EXPECT_EQ(told_as_new, std::vector<std::uint32_t>(record_count, 1));
+  told_as_new.clear();
+  ospf_harbor_oper_typeinfo_initialize(store, space, &store.err);
+  EXPECT_EQ(told_as_new, std::vector<std::uint32_t>(record_count, 0));
 }
 
 TEST(TypeRegistration, WithoutMemoryForTheFirstEntersNothing) {
