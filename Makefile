@@ -65,6 +65,7 @@ bench: packages
 	@cmake --build --preset bench -j $(JOBS)
 	@build/bench/bench/harbor_bench
 	@build/bench/bench/capture_bench
+	@build/bench/bench/routes_bench
 
 bench-peers: packages
 	@$(setup) $(lists)/packages-bench.txt $(lists)/packages-peers.txt

@@ -6,9 +6,6 @@ namespace ospf_routes {
 
 namespace {
 
-// Link data of OSPFv2 below this is the index of an interface that has no address.
-constexpr std::uint32_t lowest_address = 0x01000000;
-
 OwnInterface by_address(const Address &address) {
   return {OwnInterface::Form::address, 0, address};
 }

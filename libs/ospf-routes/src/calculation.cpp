@@ -10,7 +10,8 @@ Calculation::Calculation(const Compiled &compiled, RouterId router)
       root_(compiled, router),
       entries_(compiled.prefixes.size()),
       chosen_(compiled.routers.size()),
-      chosen_class_(compiled.routers.size()) {}
+      chosen_class_(compiled.routers.size()),
+      chosen_area_(compiled.routers.size()) {}
 
 RoutingTable Calculation::run() {
   grow_trees();
@@ -168,6 +169,7 @@ void Calculation::choose_boundaries() {
       best = rank;
       chosen_[router] = &path;
       chosen_class_[router] = is_second;
+      chosen_area_[router] = graph.id();
     }
   }
 }
@@ -305,6 +307,11 @@ RoutingTable Calculation::finish() {
       table.lacks.push_back("area " + dotted(tree.graph().id()) + ": no address of next hop " +
                             dotted(router) + ": " + why);
     }
+  }
+  for (std::size_t at = 0; at < chosen_.size(); ++at) {
+    if (chosen_[at] == nullptr) continue;
+    table.boundaries.push_back(
+        {compiled_.routers[at], chosen_[at]->cost, chosen_area_[at], chosen_[at]->is_intra});
   }
   table.hops = std::move(hops_);
   return table;

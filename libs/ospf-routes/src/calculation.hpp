@@ -53,6 +53,7 @@ class Calculation {
   std::vector<BoundaryPaths> boundaries_;     // as trees_
   std::vector<const BoundaryPath *> chosen_;  // by number of the router, for AS-externals
   std::vector<bool> chosen_class_;            // as chosen_: through the backbone or between areas
+  std::vector<AreaId> chosen_area_;           // as chosen_
 };
 
 }  // namespace ospf_routes

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "json_database.hpp"
+#include "ospf_routes/changes.hpp"
 #include "ospf_routes/routes.hpp"
 
 namespace {
@@ -41,8 +42,19 @@ int main() {
   std::ios::sync_with_stdio(false);
   for (std::string line; std::getline(std::cin, line);) {
     const json asked = json::parse(line);
-    const Database database = database_of(asked["database"]);
-    const Calculator calculator(database, {asked["database"]["rfc1583"]});
+    const Rules rules{asked["database"]["rfc1583"]};
+    Database database = database_of(asked["database"]);
+    if (asked.contains("change")) {
+      const json &change = asked["change"];
+      const std::string kind = change["kind"];
+      database = changed(database,
+                         {{kind == "without_link"     ? Change::Kind::without_link
+                           : kind == "without_router" ? Change::Kind::without_router
+                                                      : Change::Kind::cost,
+                           change["from"], change["to"], change["metric"]}},
+                         rules);
+    }
+    const Calculator calculator(database, rules);
     for (const json &root : asked["roots"]) {
       std::cout << routes_of(calculator.table(root), database.family).dump() << std::endl;
     }

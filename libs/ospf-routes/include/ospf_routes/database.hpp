@@ -14,6 +14,9 @@ namespace ospf_routes {
 // Metrics of summaries and externals that say "unreachable".
 inline constexpr std::uint32_t infinite_metric = 0xffffff;
 
+// Interfaces of OSPFv2 are addresses; numbers below this are indices of those that have none.
+inline constexpr std::uint32_t lowest_address = 0x01000000;
+
 enum class LinkType : std::uint8_t { point_to_point = 1, transit = 2, stub = 3, virtual_link = 4 };
 
 // A link in a router-LSA. OSPFv2 has the designated router's address where OSPFv3 has the router ID

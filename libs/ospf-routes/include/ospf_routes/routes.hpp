@@ -50,6 +50,14 @@ struct Route {
   bool operator==(const Route &) const = default;
 };
 
+// The way to an AS boundary router that counts for AS-externals.
+struct BoundaryRoute {
+  RouterId router = 0;
+  std::uint32_t cost = 0;
+  AreaId area = 0;
+  bool is_intra = false;
+};
+
 // Sets of next hops, each kept once. Set 0 is empty.
 class HopSets {
  public:
@@ -69,7 +77,8 @@ class HopSets {
 
 struct RoutingTable {
   RouterId router = 0;
-  std::vector<Route> routes;  // by prefix
+  std::vector<Route> routes;              // by prefix
+  std::vector<BoundaryRoute> boundaries;  // by router
   HopSets hops;
   std::vector<std::string> lacks;  // why next hops are without an address, one sentence each
 
