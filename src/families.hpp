@@ -39,15 +39,15 @@ inline constexpr std::array module_families{
 };
 
 inline constexpr std::array enumeration_families{
-    EnumerationFamily{"light_object", light_object::operations},
-    EnumerationFamily{"enumeration", enumeration::operations},
-    EnumerationFamily{"enumeration_encodings", enumeration_encodings::operations},
+    light_object::family,
+    enumeration::family,
+    enumeration_encodings::family,
 };
 
 inline constexpr std::array flag_set_families{
-    FlagSetFamily{"light_object", light_object::operations},
-    FlagSetFamily{"flag_set", flag_set::operations},
-    FlagSetFamily{"flag_set_encodings", flag_set_encodings::operations},
+    light_object::family,
+    flag_set::family,
+    flag_set_encodings::family,
 };
 
 inline constexpr std::array structure_families{

@@ -11,14 +11,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API int32_t address_family_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API const uint8_t *address_family_get_luid(kelp_handle *handle, uint32_t space_id,
                                                 const address_family *object, uint32_t *err);
 
@@ -26,7 +26,7 @@ KELP_API const uint8_t *address_family_get_luid(kelp_handle *handle, uint32_t sp
  * address_family has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void address_family_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                             address_family *object, uint32_t *err);
 
@@ -36,22 +36,23 @@ KELP_API void address_family_adjust_variant(kelp_handle *handle, uint32_t space_
  * Errors: none is reported
  * Ownership: the caller owns the result and gives it to address_family_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API address_family *address_family_create(kelp_handle *handle, uint32_t space_id);
 
 /* The work of address_family_create, with the same result.
  * Errors: as address_family_create
  * Ownership: as address_family_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API address_family *address_family_create_internal(kelp_handle *handle, uint32_t space_id);
 
 /* As address_family_create, in the handle's cr_space_id. Gives the null object of address_family,
  * which destroy ignores, when cr_err is set already or there is no memory.
- * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err is 0
+ * Errors: KELP_ERR_NO_MEMORY (12) as the handle's last error and in cr_err when there is no
+ *   memory and cr_err is 0
  * Ownership: as address_family_create; the null object belongs to the library
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API address_family *address_family_create_cr(kelp_handle *handle);
 
 /* Prepares the header of an object of type address_family in memory of the caller's: the variant
@@ -62,7 +63,7 @@ KELP_API address_family *address_family_create_cr(kelp_handle *handle);
  *   read on entry
  * Ownership: the object stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void address_family_initialize(kelp_handle *handle, uint32_t space_id,
                                         address_family *object, kelp_type_record *record,
                                         int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -72,7 +73,7 @@ KELP_API void address_family_initialize(kelp_handle *handle, uint32_t space_id,
  * otherwise passed over; the null object of address_family is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void address_family_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                    address_family *object);
 
@@ -81,7 +82,7 @@ KELP_API void address_family_set_instance_embedded(kelp_handle *handle, uint32_t
  * Errors: none
  * Ownership: takes the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void address_family_destroy(kelp_handle *handle, uint32_t space_id,
                                      address_family *object);
 
@@ -89,7 +90,7 @@ KELP_API void address_family_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: none
  * Ownership: takes the object when free_it is not 0
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void address_family_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                               address_family *object, int32_t free_it);
 
@@ -97,27 +98,27 @@ KELP_API void address_family_destroy_internal(kelp_handle *handle, uint32_t spac
  * Errors: none
  * Ownership: takes the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void address_family_destroy_cr(kelp_handle *handle, address_family *object);
 
 /* Gives the bytes that an object of type address_family is allocated with.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API size_t address_family_sizeof(void);
 
 /* Gives the number of by-reference fields of address_family, whatever the object's variant: the
  * slots that address_family_get_object_references fills.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API uint32_t address_family_get_oid_count(kelp_handle *handle, uint32_t space_id,
                                                const address_family *object, uint32_t *err);
 
 /* Stores nothing: an object of type address_family refers to no table.
- * Errors: 22 for a null object
+ * Errors: KELP_ERR_INVALID (22) for a null object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void address_family_get_object_references(kelp_handle *handle, uint32_t space_id,
                                                    const address_family *object, void **tables,
                                                    uint32_t count, uint32_t *err);
@@ -125,57 +126,59 @@ KELP_API void address_family_get_object_references(kelp_handle *handle, uint32_t
 /* Gives value, unchanged.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t address_family_map_to_user_value(uint32_t value);
 
 /* Gives the number that the wire and the variant rule count address_family by: value itself, but
  * for nbr_state_type, where 1 to 8 become 0 to 7.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t address_family_map_to_internal_value(uint32_t value);
 
 /* Orders two objects by value; null stands below all. Only the sign of the result means
  * something: it is a 32-bit difference that wraps.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API int32_t address_family_compare(const address_family *a, const address_family *b);
 
 /* Gives the hash of the value's 4 bytes, which is the next seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t address_family_hash(const address_family *object, uint32_t seed);
 
 /* Gives object.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API address_family *address_family_get(kelp_handle *handle, uint32_t space_id,
                                             address_family *object);
 
 /* Gives the value that the object holds.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t address_family_get_value(kelp_handle *handle, uint32_t space_id,
                                            const address_family *object, uint32_t *err);
 
 /* Copies source over destination, all 16 bytes: destination gets the variants, the flags and the
  * type record of source too. Neither may be null.
- * Errors: 43 when destination's variant does not know the value; destination is unchanged then
+ * Errors: KELP_ERR_EPOCH (43) when destination's variant does not know the value; destination is
+ *   unchanged then
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API void address_family_set(kelp_handle *handle, uint32_t space_id,
                                  address_family *destination, const address_family *source,
                                  uint32_t *err);
 
 /* Sets the value of the object, which may not be null.
- * Errors: 43 when the object's variant does not know the value; the object is unchanged then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not know the value; the object is
+ *   unchanged then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API void address_family_set_value(kelp_handle *handle, uint32_t space_id,
                                        address_family *object, uint32_t value, uint32_t *err);
 
@@ -183,37 +186,38 @@ KELP_API void address_family_set_value(kelp_handle *handle, uint32_t space_id,
  * valid.
  * Errors: those of kelp_domain_lookup_variant, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t address_family_is_valid_cr(kelp_handle *handle, int32_t value);
 
 /* Gives the bytes of an image: 5.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_len(kelp_handle *handle, uint32_t space_id);
 
 /* Gives the bytes of an image, or 0 when cr_err is set.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_len_cr(kelp_handle *handle);
 
 /* Writes the object's image into buffer, which has length bytes, and gives the bytes written.
- * Errors: 12 for a length below 1; 43 when the object's variant is above the domain's, with the
- *   image written at the domain's; those of the runtime's writers
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1; KELP_ERR_EPOCH (43) when the object's
+ *   variant is above the domain's, with the image written at the domain's; those of the runtime's
+ *   writers
  * Ownership: buffer and object stay the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_marshal(kelp_handle *handle, uint32_t space_id, void *buffer,
                                          const address_family *object, int32_t length,
                                          uint32_t *err);
 
 /* Reads an image of at most length bytes into object and gives the bytes read. A higher variant
  * than address_family has becomes its highest. reuse is handed on.
- * Errors: 12 for a length below 1; those of the runtime's readers
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1; those of the runtime's readers
  * Ownership: buffer and object stay the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_unmarshal(kelp_handle *handle, uint32_t space_id,
                                            const void *buffer, address_family *object,
                                            int32_t length, uint32_t reuse, uint32_t *err);
@@ -223,7 +227,7 @@ KELP_API uint32_t address_family_unmarshal(kelp_handle *handle, uint32_t space_i
  * of range" and no newline. The object may not be null.
  * Errors: none of its own
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_print(kelp_handle *handle, uint32_t space_id, char *buffer,
                                        uint32_t indent, const char *label,
                                        const address_family *object, int32_t size, uint32_t *err);
@@ -232,7 +236,7 @@ KELP_API uint32_t address_family_print(kelp_handle *handle, uint32_t space_id, c
  * set afterwards.
  * Errors: as address_family_print, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_print_cr(kelp_handle *handle, const address_family *object,
                                           char *buffer, int32_t size);
 
@@ -241,7 +245,7 @@ KELP_API uint32_t address_family_print_cr(kelp_handle *handle, const address_fam
  * value out of range/>. state_byte is not looked at. The object may not be null.
  * Errors: those of start_tag, xml_enum_print and end_tag
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_to_xml(kelp_handle *handle, uint32_t space_id, const char *tag,
                                         char *buffer, const address_family *object, int32_t size,
                                         uint32_t state_byte, uint32_t *err);
@@ -249,17 +253,17 @@ KELP_API uint32_t address_family_to_xml(kelp_handle *handle, uint32_t space_id, 
 /* As address_family_to_xml with the type's name as tag. 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: as address_family_to_xml, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t address_family_toxml_cr(kelp_handle *handle, const address_family *object,
                                           char *buffer, uint32_t size);
 
 /* Gives the object the first value, in the order of the names, whose empty element stands in the
  * element at path. Without one the object is left alone, which is no failure. The store is not
  * announced and no variant is looked at.
- * Errors: those of xml_get_element_value but 2; message (message_size bytes, or null) then says
- *   the path
+ * Errors: those of xml_get_element_value but KELP_ERR_NOT_FOUND (2); message (message_size bytes,
+ *   or null) then says the path
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API void address_family_from_xml(kelp_handle *handle, uint32_t space_id, const char *path,
                                       kelp_xml_document *document, address_family *object,
                                       uint32_t *err, char *message, int32_t message_size);

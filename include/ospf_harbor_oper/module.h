@@ -22,11 +22,11 @@ extern KELP_API kelp_table_vft ospf_harbor_oper_table_lut[21];
 /* Registers the 103 type records of the module with the handle's runtime: a type that is new
  * there gets a copy of its record, a known one keeps its copy and only has its variants
  * refreshed. The runtime calls this itself when it meets an unknown type.
- * Errors: 12 when there is no memory for a copy; types registered before stay registered. The
- *   word is not read on entry
+ * Errors: KELP_ERR_NO_MEMORY (12) when there is no memory for a copy; types registered before
+ *   stay registered. The word is not read on entry
  * Ownership: the copies belong to the runtime
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: module_frame */
+ * Family: module_frame (src/module/module.hpp) */
 KELP_API void ospf_harbor_oper_typeinfo_initialize(kelp_handle *handle, uint32_t space_id,
                                                    uint32_t *err);
 
@@ -35,7 +35,7 @@ KELP_API void ospf_harbor_oper_typeinfo_initialize(kelp_handle *handle, uint32_t
  * records.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: module_frame */
+ * Family: module_frame (src/module/module.hpp) */
 KELP_API void ospf_harbor_oper_type_variant_dump(int (*print)(const char *format, ...));
 
 /* Remembers handler and passes all arguments on to tarn_comm_bundle_handler_register. Gives the
@@ -43,7 +43,7 @@ KELP_API void ospf_harbor_oper_type_variant_dump(int (*print)(const char *format
  * Errors: none
  * Ownership: handler and context stay the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: module_frame */
+ * Family: module_frame (src/module/module.hpp) */
 KELP_API void *ospf_harbor_oper_bundle_handler_register(void *handler, void *context,
                                                         uint64_t flags);
 
@@ -52,7 +52,7 @@ KELP_API void *ospf_harbor_oper_bundle_handler_register(void *handler, void *con
  * none.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: module_frame */
+ * Family: module_frame (src/module/module.hpp) */
 KELP_API void *ospf_harbor_oper_bundle_handler_unregister(void *handler, void *context,
                                                           uint64_t flags);
 
@@ -60,7 +60,7 @@ KELP_API void *ospf_harbor_oper_bundle_handler_unregister(void *handler, void *c
  * again; the heavy entry points do so themselves.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: module_frame */
+ * Family: module_frame (src/module/module.hpp) */
 KELP_API void kelp_ospf_harbor_oper_trace_init(void);
 
 /* Copies the 21 table vfts into ospf_harbor_oper_table_lut, once in a process. Gives 0 when the
@@ -68,16 +68,17 @@ KELP_API void kelp_ospf_harbor_oper_trace_init(void);
  * threads contend.
  * Errors: none; the result is the code
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API uint32_t ospf_harbor_oper_table_vft_init(void);
 
 /* Writes the vft of the table with the 16-byte LUID to *vft_out, making the copy first if nobody
  * has. The error word says whether that copy failed; the vft that is handed out is then not
  * filled in.
- * Errors: 2 for an unknown LUID, with null in *vft_out; the code of a failed copy
+ * Errors: KELP_ERR_NOT_FOUND (2) for an unknown LUID, with null in *vft_out; the code of a failed
+ *   copy
  * Ownership: the vft belongs to the library and lives as long as the process
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API void ospf_harbor_oper_table_get_vft(kelp_handle *handle, uint32_t space_id,
                                              const uint8_t *luid, const kelp_table_vft **vft_out,
                                              uint32_t *err);
@@ -86,7 +87,7 @@ KELP_API void ospf_harbor_oper_table_get_vft(kelp_handle *handle, uint32_t space
  * not be aligned; -1 when there is none.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API int32_t ospf_harbor_oper_table_mrst_lookup(const uint8_t *luid);
 
 KELP_EXTERN_C_END

@@ -19,14 +19,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API int32_t ospf_authentication_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API const uint8_t *ospf_authentication_get_luid(kelp_handle *handle, uint32_t space_id,
                                                      const ospf_authentication *object,
                                                      uint32_t *err);
@@ -35,7 +35,7 @@ KELP_API const uint8_t *ospf_authentication_get_luid(kelp_handle *handle, uint32
  * ospf_authentication has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_authentication_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                  ospf_authentication *object, uint32_t *err);
 
@@ -45,25 +45,26 @@ KELP_API void ospf_authentication_adjust_variant(kelp_handle *handle, uint32_t s
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospf_authentication_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_authentication *ospf_authentication_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospf_authentication_create, without registering the module with the trace library.
  * Errors: as ospf_authentication_create
  * Ownership: as ospf_authentication_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_authentication *ospf_authentication_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
 /* As ospf_authentication_create with the handle's cr_space_id, but without memory, or with an
  * earlier failure in cr_err, the type's null object comes back: a chain of calls may go on with
  * it, and ospf_authentication_destroy ignores it. Null when the object cannot be prepared.
- * Errors: 12 as the last error and in cr_err when there is no memory and cr_err is 0
+ * Errors: KELP_ERR_NO_MEMORY (12) as the last error and in cr_err when there is no memory and
+ *   cr_err is 0
  * Ownership: as ospf_authentication_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_authentication *ospf_authentication_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospf_authentication in memory that the caller provides, its children too:
@@ -71,11 +72,11 @@ KELP_API ospf_authentication *ospf_authentication_create_cr(kelp_handle *handle)
  * record. notify non-zero announces each store; skip_stats non-zero leaves out the counting and
  * the state bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null
  * for directly behind the object.
- * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
- *   domain's lookup leaves
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state, flags hold OBJ_NESTED and sttr_base
+ *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_authentication_initialize(kelp_handle *handle, uint32_t space_id,
                                              ospf_authentication *object,
                                              kelp_type_record *record, int32_t notify,
@@ -86,7 +87,7 @@ KELP_API void ospf_authentication_initialize(kelp_handle *handle, uint32_t space
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_authentication_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                         ospf_authentication *object);
 
@@ -96,7 +97,7 @@ KELP_API void ospf_authentication_set_instance_embedded(kelp_handle *handle, uin
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_authentication_destroy(kelp_handle *handle, uint32_t space_id,
                                           ospf_authentication *object);
 
@@ -105,7 +106,7 @@ KELP_API void ospf_authentication_destroy(kelp_handle *handle, uint32_t space_id
  * Errors: as ospf_authentication_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_authentication_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                    ospf_authentication *object, int32_t free_it);
 
@@ -113,35 +114,35 @@ KELP_API void ospf_authentication_destroy_internal(kelp_handle *handle, uint32_t
  * Errors: as ospf_authentication_destroy
  * Ownership: as ospf_authentication_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_authentication_destroy_cr(kelp_handle *handle, ospf_authentication *object);
 
 /* Gives the bytes that a ospf_authentication takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API size_t ospf_authentication_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API int32_t ospf_authentication_compare(const ospf_authentication *a,
                                              const ospf_authentication *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospf_authentication_hash(const ospf_authentication *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_authentication holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospf_authentication_is_valid_cr(kelp_handle *handle,
                                                   const ospf_authentication *object,
                                                   uint32_t field_number);
@@ -150,7 +151,7 @@ KELP_API uint32_t ospf_authentication_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API ospf_authentication *ospf_authentication_get(kelp_handle *handle, uint32_t space_id,
                                                       const ospf_authentication *object);
 
@@ -160,7 +161,7 @@ KELP_API ospf_authentication *ospf_authentication_get(kelp_handle *handle, uint3
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospf_authentication_get_all(kelp_handle *handle, uint32_t space_id,
                                           const ospf_authentication *object,
                                           uint32_t *auth_type_selection, uint32_t *err);
@@ -168,10 +169,10 @@ KELP_API void ospf_authentication_get_all(kelp_handle *handle, uint32_t space_id
 /* Writes the numbers, booleans and enumerations of the object, each from the argument of its
  * name. Fields that the object's variant lacks are passed over, without an error. No state byte
  * changes.
- * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
- *   are not written then
+ * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
+ *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospf_authentication_set_all(kelp_handle *handle, uint32_t space_id,
                                           ospf_authentication *object, uint32_t *err);
 
@@ -180,12 +181,12 @@ KELP_API void ospf_authentication_set_all(kelp_handle *handle, uint32_t space_id
  * theirs. State bytes come along when the handle tracks state and both objects have them; those
  * of array elements that destination held go in any case. A non-zero error word on entry stops
  * nothing.
- * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
- *   objects holding the same texts, arrays and arms
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state and source does not, with the bytes
+ *   copied and both objects holding the same texts, arrays and arms
  * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
  *   is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_authentication_set(kelp_handle *handle, uint32_t space_id,
                                       ospf_authentication *destination,
                                       ospf_authentication *source, uint32_t *err);
@@ -195,7 +196,7 @@ KELP_API void ospf_authentication_set(kelp_handle *handle, uint32_t space_id,
  * Errors: those of the children's set
  * Ownership: what both held after the copy is destination's alone
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_authentication_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
                                                        ospf_authentication *destination,
                                                        ospf_authentication *source, uint32_t *err);
@@ -205,7 +206,7 @@ KELP_API void ospf_authentication_post_copyout_cleanup(kelp_handle *handle, uint
  * structures.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_authentication_offset_update(kelp_handle *handle, uint32_t space_id,
                                                 ospf_authentication *object, void *sttr_base);
 
@@ -213,15 +214,15 @@ KELP_API void ospf_authentication_offset_update(kelp_handle *handle, uint32_t sp
  * Does nothing for a ospf_authentication without embedded structures.
  * Errors: those of kelp_hd_mapping_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_authentication_offset_remove(kelp_handle *handle, uint32_t space_id,
                                                 ospf_authentication *object, uint32_t *err);
 
 /* Gives the number of by-reference fields of ospf_authentication, whatever the object's variant:
  * the slots that ospf_authentication_get_object_references fills.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API uint32_t ospf_authentication_get_oid_count(kelp_handle *handle, uint32_t space_id,
                                                     const ospf_authentication *object,
                                                     uint32_t *err);
@@ -229,11 +230,11 @@ KELP_API uint32_t ospf_authentication_get_oid_count(kelp_handle *handle, uint32_
 /* Writes the table of each by-reference field of ospf_authentication to references, in field
  * order, null for an empty one. references has room for as many as
  * ospf_authentication_get_oid_count gives; size is not looked at.
- * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
- *   output and the later ones left alone
+ * Errors: KELP_ERR_INVALID (22) for a null object; what the runtime sets for an OID that names
+ *   nothing, with this output and the later ones left alone
  * Ownership: the tables stay the database's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API void ospf_authentication_get_object_references(kelp_handle *handle, uint32_t space_id,
                                                         const ospf_authentication *object,
                                                         void **references, uint32_t size,
@@ -244,31 +245,33 @@ KELP_API void ospf_authentication_get_object_references(kelp_handle *handle, uin
  * elements are overwritten too. Does nothing unless handle and object track state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (whole object) */
+ * Family: state_tracking (whole object) (src/types/state_tracking.hpp) */
 KELP_API void ospf_authentication_set_all_state_tracking_flag(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t value);
 
 /* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
  * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
  * an image that did not fit may fall behind it.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_authentication_marshal(kelp_handle *handle, uint32_t space_id,
                                               void *buffer, const ospf_authentication *object,
                                               int32_t length, uint32_t *err);
 
 /* Writes the image of object as ospf_authentication_marshal does, but at the object's own variant
  * when that is above the domain's. Objects embedded in it are lowered all the same.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_authentication_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
                                                         void *buffer,
                                                         const ospf_authentication *object,
@@ -279,12 +282,12 @@ KELP_API uint32_t ospf_authentication_marshal_for_clone(kelp_handle *handle, uin
  * released. Fields that the image lacks keep what they held; what is behind the fields known here
  * is skipped. The state bytes of the elements of an array go when their number changes and the
  * image brings none.
- * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
- *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
- *   value that no writer writes
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, at any level, and when there is no
+ *   memory, with the object half filled and 0 as the result; KELP_ERR_NO_ROOM (90) when the image
+ *   is cut; KELP_ERR_INVALID (22) for a null object and for a value that no writer writes
  * Ownership: what is allocated for arrays, texts and arms belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_authentication_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                 const void *buffer, ospf_authentication *object,
                                                 int32_t length, uint32_t reuse, uint32_t *err);
@@ -294,7 +297,7 @@ KELP_API uint32_t ospf_authentication_unmarshal(kelp_handle *handle, uint32_t sp
  * element when the handle tracks state and the object does not.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_authentication_len(kelp_handle *handle, uint32_t space_id,
                                           const ospf_authentication *object);
 
@@ -302,7 +305,7 @@ KELP_API uint32_t ospf_authentication_len(kelp_handle *handle, uint32_t space_id
  * set.
  * Errors: none; cr_err is only read
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_authentication_len_cr(kelp_handle *handle,
                                              const ospf_authentication *object);
 
@@ -314,7 +317,7 @@ KELP_API uint32_t ospf_authentication_len_cr(kelp_handle *handle,
  *   text that does not fit is cut without a failure: a result equal to size says that some may be
  *   missing, and the call is repeated with more room
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospf_authentication_print(kelp_handle *handle, uint32_t space_id, char *buffer,
                                             uint32_t indent, const char *label,
                                             const ospf_authentication *object, uint32_t size,
@@ -325,7 +328,7 @@ KELP_API uint32_t ospf_authentication_print(kelp_handle *handle, uint32_t space_
  * written for a negative size.
  * Errors: as ospf_authentication_print, in cr_err; a text is cut as there
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospf_authentication_print_cr(kelp_handle *handle,
                                                const ospf_authentication *object, char *buffer,
                                                int32_t size);
@@ -333,10 +336,11 @@ KELP_API uint32_t ospf_authentication_print_cr(kelp_handle *handle,
 /* Writes object as the element tag into buffer, at most size bytes and none for a negative size,
  * and gives the bytes written. state_byte is that of the element; under a tracking handle each
  * field's element carries its own.
- * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
- *   tracks state and the object does not. What was written stays
+ * Errors: what the field writers set, such as KELP_ERR_NO_ROOM (90) when the buffer is too short;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not. What was written
+ *   stays
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospf_authentication_to_xml(kelp_handle *handle, uint32_t space_id,
                                              const char *tag, char *buffer,
                                              const ospf_authentication *object, uint32_t size,
@@ -346,7 +350,7 @@ KELP_API uint32_t ospf_authentication_to_xml(kelp_handle *handle, uint32_t space
  * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: as ospf_authentication_to_xml, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospf_authentication_toxml_cr(kelp_handle *handle,
                                                const ospf_authentication *object, char *buffer,
                                                uint32_t size);
@@ -354,12 +358,12 @@ KELP_API uint32_t ospf_authentication_toxml_cr(kelp_handle *handle,
 /* Reads the element at path into object. Fields that it does not have keep what they held;
  * elements that are no fields are passed over. A failed lookup is told in message, message_size
  * bytes or null.
- * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
- *   sets otherwise. What was read before stays
+ * Errors: KELP_ERR_NOT_FOUND (2) when there is no element at path; KELP_ERR_NO_MEMORY (12) when
+ *   there is no memory; what a field's reader sets otherwise. What was read before stays
  * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
  *   had before is left to the caller
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API void ospf_authentication_from_xml(kelp_handle *handle, uint32_t space_id,
                                            const char *path, kelp_xml_document *document,
                                            ospf_authentication *object, uint32_t *err,
@@ -368,12 +372,13 @@ KELP_API void ospf_authentication_from_xml(kelp_handle *handle, uint32_t space_i
 /* Copies source into *destination, which is made first when it is null, through the work_size
  * bytes at work. Element blocks that *destination held are replaced and not released; arms stay,
  * and the selected ones take the content of source's.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
  *   one too, and becomes null
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_authentication_clone_internal(kelp_handle *handle, uint32_t space_id,
                                                  const ospf_authentication *source,
                                                  ospf_authentication **destination, void *work,
@@ -381,273 +386,291 @@ KELP_API void ospf_authentication_clone_internal(kelp_handle *handle, uint32_t s
 
 /* Makes a new object with the content of source in *destination, whatever that pointed at,
  * through the work_size bytes at work.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_authentication_clone(kelp_handle *handle, uint32_t space_id,
                                         const ospf_authentication *source,
                                         ospf_authentication **destination, void *work,
                                         uint32_t work_size, uint32_t *err);
 
 /* Gives a new object with the content of source, made through the handle's work space.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: the result is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API ospf_authentication *ospf_authentication_clone_cr(kelp_handle *handle,
                                                            const ospf_authentication *source);
 
 /* Overwrites destination with the content of source in place, through the handle's work space.
  * Element blocks that destination held are replaced and not released; arms stay, and the selected
  * ones take the content of source's.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: both stay the caller's; when reading the image fails destination is destroyed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_authentication_copy_cr(kelp_handle *handle, const ospf_authentication *source,
                                           ospf_authentication *destination);
 
 /* Gives the place of auth_type_selection inside the object. Which arm is selected.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API ospf_auth_type *ospf_authentication_auth_type_selection_get(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Gives the value of auth_type_selection, 0 for a null object. Which arm is selected.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API uint32_t ospf_authentication_auth_type_selection_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_authentication *object, uint32_t *err);
 
 /* Copies source into auth_type_selection. Which arm is selected.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_authentication_auth_type_selection_set(kelp_handle *handle, uint32_t space_id,
                                                           ospf_authentication *object,
                                                           const ospf_auth_type *source,
                                                           uint32_t *err);
 
 /* Sets auth_type_selection. Which arm is selected.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_authentication_auth_type_selection_set_value(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t value, uint32_t *err);
 
 /* Gives the state byte of auth_type_selection: 0 not written, 2 written by a setter, any other as
  * a caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_authentication_auth_type_selection_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Sets the state byte of auth_type_selection to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_authentication_auth_type_selection_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t value, uint32_t *err);
 
 /* Gives the object that sa points at, selected or not; null for none. Name of the IPsec security
  * association.
- * Errors: 43 when the object's variant does not hold the arm; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; null then
  * Ownership: the result belongs to the choice
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API kelp_vstring *ospf_authentication_sa_get(kelp_handle *handle, uint32_t space_id,
                                                   ospf_authentication *object, uint32_t *err);
 
 /* Takes sa off the choice, which then reads as selector 0. An arm that is not selected stays, and
  * the result is null. Name of the IPsec security association.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object does not: the result is null then, with the arm taken off
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not: the result is null then, with the
+ *   arm taken off
  * Ownership: the result is the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API kelp_vstring *ospf_authentication_sa_get_detach(kelp_handle *handle, uint32_t space_id,
                                                          ospf_authentication *object,
                                                          uint32_t *err);
 
 /* Gives the choice the object arm as sa and selects it. What sa pointed at before is forgotten:
  * detach it first. Name of the IPsec security association.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API void ospf_authentication_sa_set(kelp_handle *handle, uint32_t space_id,
                                          ospf_authentication *object, kelp_vstring *arm,
                                          uint32_t *err);
 
 /* Gives the choice the object arm as sa and selects it. What sa pointed at before is forgotten:
  * detach it first. Name of the IPsec security association.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API uint32_t ospf_authentication_sa_set_cr(kelp_handle *handle, ospf_authentication *object,
                                                 kelp_vstring *arm);
 
 /* Gives the state byte of sa: 0 not written, 2 written by a setter, any other as a caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_authentication_sa_state_flag_get(kelp_handle *handle, uint32_t space_id,
                                                        ospf_authentication *object, uint32_t *err);
 
 /* Sets the state byte of sa to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_authentication_sa_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                     ospf_authentication *object, uint32_t value,
                                                     uint32_t *err);
 
 /* Gives the object that key_chain points at, selected or not; null for none. Name of the key
  * chain of an authentication trailer.
- * Errors: 43 when the object's variant does not hold the arm; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; null then
  * Ownership: the result belongs to the choice
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API kelp_vstring *ospf_authentication_key_chain_get(kelp_handle *handle, uint32_t space_id,
                                                          ospf_authentication *object,
                                                          uint32_t *err);
 
 /* Takes key_chain off the choice, which then reads as selector 0. An arm that is not selected
  * stays, and the result is null. Name of the key chain of an authentication trailer.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object does not: the result is null then, with the arm taken off
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not: the result is null then, with the
+ *   arm taken off
  * Ownership: the result is the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API kelp_vstring *ospf_authentication_key_chain_get_detach(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Gives the choice the object arm as key_chain and selects it. What key_chain pointed at before
  * is forgotten: detach it first. Name of the key chain of an authentication trailer.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API void ospf_authentication_key_chain_set(kelp_handle *handle, uint32_t space_id,
                                                 ospf_authentication *object, kelp_vstring *arm,
                                                 uint32_t *err);
 
 /* Gives the choice the object arm as key_chain and selects it. What key_chain pointed at before
  * is forgotten: detach it first. Name of the key chain of an authentication trailer.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API uint32_t ospf_authentication_key_chain_set_cr(kelp_handle *handle,
                                                        ospf_authentication *object,
                                                        kelp_vstring *arm);
 
 /* Gives the state byte of key_chain: 0 not written, 2 written by a setter, any other as a caller
  * set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_authentication_key_chain_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Sets the state byte of key_chain to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_authentication_key_chain_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                            ospf_authentication *object,
                                                            uint32_t value, uint32_t *err);
 
 /* Gives the object that key_string points at, selected or not; null for none. Key of an
  * authentication trailer, as text and not masked.
- * Errors: 43 when the object's variant does not hold the arm; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; null then
  * Ownership: the result belongs to the choice
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API kelp_vstring *ospf_authentication_key_string_get(kelp_handle *handle, uint32_t space_id,
                                                           ospf_authentication *object,
                                                           uint32_t *err);
 
 /* Takes key_string off the choice, which then reads as selector 0. An arm that is not selected
  * stays, and the result is null. Key of an authentication trailer, as text and not masked.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object does not: the result is null then, with the arm taken off
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not: the result is null then, with the
+ *   arm taken off
  * Ownership: the result is the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API kelp_vstring *ospf_authentication_key_string_get_detach(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Gives the choice the object arm as key_string and selects it. What key_string pointed at before
  * is forgotten: detach it first. Key of an authentication trailer, as text and not masked.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API void ospf_authentication_key_string_set(kelp_handle *handle, uint32_t space_id,
                                                  ospf_authentication *object, kelp_vstring *arm,
                                                  uint32_t *err);
 
 /* Gives the choice the object arm as key_string and selects it. What key_string pointed at before
  * is forgotten: detach it first. Key of an authentication trailer, as text and not masked.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API uint32_t ospf_authentication_key_string_set_cr(kelp_handle *handle,
                                                         ospf_authentication *object,
                                                         kelp_vstring *arm);
 
 /* Gives the state byte of key_string: 0 not written, 2 written by a setter, any other as a caller
  * set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_authentication_key_string_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Sets the state byte of key_string to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_authentication_key_string_state_flag_set(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             ospf_authentication *object,
@@ -655,34 +678,36 @@ KELP_API void ospf_authentication_key_string_state_flag_set(kelp_handle *handle,
 
 /* Gives the object that crypto_algorithm_val points at, selected or not; null for none.
  * Algorithms that go with the key.
- * Errors: 43 when the object's variant does not hold the arm; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; null then
  * Ownership: the result belongs to the choice
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_authentication_crypto_algorithm_val_get(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Takes crypto_algorithm_val off the choice, which then reads as selector 0. An arm that is not
  * selected stays, and the result is null. Algorithms that go with the key.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object does not: the result is null then, with the arm taken off
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not: the result is null then, with the
+ *   arm taken off
  * Ownership: the result is the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_authentication_crypto_algorithm_val_get_detach(
     kelp_handle *handle, uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Gives the choice the object arm as crypto_algorithm_val and selects it. What
  * crypto_algorithm_val pointed at before is forgotten: detach it first. Algorithms that go with
  * the key.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API void ospf_authentication_crypto_algorithm_val_set(kelp_handle *handle, uint32_t space_id,
                                                            ospf_authentication *object,
                                                            ospf_crypto_algorithm *arm,
@@ -691,95 +716,101 @@ KELP_API void ospf_authentication_crypto_algorithm_val_set(kelp_handle *handle, 
 /* Gives the choice the object arm as crypto_algorithm_val and selects it. What
  * crypto_algorithm_val pointed at before is forgotten: detach it first. Algorithms that go with
  * the key.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API uint32_t ospf_authentication_crypto_algorithm_val_set_cr(kelp_handle *handle,
     ospf_authentication *object, ospf_crypto_algorithm *arm);
 
 /* Gives the state byte of crypto_algorithm_val: 0 not written, 2 written by a setter, any other
  * as a caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_authentication_crypto_algorithm_val_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t *err);
 
 /* Sets the state byte of crypto_algorithm_val to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_authentication_crypto_algorithm_val_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_authentication *object, uint32_t value, uint32_t *err);
 
 /* Gives the object that no_auth points at, selected or not; null for none. Stands for no
  * authentication.
- * Errors: 43 when the object's variant does not hold the arm; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; null then
  * Ownership: the result belongs to the choice
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API uint32_t *ospf_authentication_no_auth_get(kelp_handle *handle, uint32_t space_id,
                                                    ospf_authentication *object, uint32_t *err);
 
 /* Takes no_auth off the choice, which then reads as selector 0. An arm that is not selected
  * stays, and the result is null. Stands for no authentication.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object does not: the result is null then, with the arm taken off
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not: the result is null then, with the
+ *   arm taken off
  * Ownership: the result is the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API uint32_t *ospf_authentication_no_auth_get_detach(kelp_handle *handle, uint32_t space_id,
                                                           ospf_authentication *object,
                                                           uint32_t *err);
 
 /* Gives the choice the object arm as no_auth and selects it. What no_auth pointed at before is
  * forgotten: detach it first. Stands for no authentication.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API void ospf_authentication_no_auth_set(kelp_handle *handle, uint32_t space_id,
                                               ospf_authentication *object, uint32_t *arm,
                                               uint32_t *err);
 
 /* Gives the choice the object arm as no_auth and selects it. What no_auth pointed at before is
  * forgotten: detach it first. Stands for no authentication.
- * Errors: 43 when the object's variant does not hold the arm; 22 when the handle tracks state and
- *   the object or the arm does not, with the arm set and selected
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the arm; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object or the arm does not, with the arm set and
+ *   selected
  * Ownership: arm is a block of its own from this handle's store, as kelp_vstring_create,
  *   u_int32_create or the structure's create make one, never a variable of the caller's: it
  *   belongs to the choice from here, and to no other, and destroying the choice gives it back to
  *   the store
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: choice */
+ * Family: choice (src/types/choice.hpp) */
 KELP_API uint32_t ospf_authentication_no_auth_set_cr(kelp_handle *handle,
                                                      ospf_authentication *object, uint32_t *arm);
 
 /* Gives the state byte of no_auth: 0 not written, 2 written by a setter, any other as a caller
  * set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_authentication_no_auth_state_flag_get(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             ospf_authentication *object,
                                                             uint32_t *err);
 
 /* Sets the state byte of no_auth to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_authentication_no_auth_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                          ospf_authentication *object,
                                                          uint32_t value, uint32_t *err);

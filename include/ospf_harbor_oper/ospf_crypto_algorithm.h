@@ -21,14 +21,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API int32_t ospf_crypto_algorithm_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API const uint8_t *ospf_crypto_algorithm_get_luid(kelp_handle *handle, uint32_t space_id,
                                                        const ospf_crypto_algorithm *object,
                                                        uint32_t *err);
@@ -37,7 +37,7 @@ KELP_API const uint8_t *ospf_crypto_algorithm_get_luid(kelp_handle *handle, uint
  * ospf_crypto_algorithm has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_crypto_algorithm_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                    ospf_crypto_algorithm *object, uint32_t *err);
 
@@ -47,7 +47,7 @@ KELP_API void ospf_crypto_algorithm_adjust_variant(kelp_handle *handle, uint32_t
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospf_crypto_algorithm_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -55,18 +55,19 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create(kelp_handle *handle
  * Errors: as ospf_crypto_algorithm_create
  * Ownership: as ospf_crypto_algorithm_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
 /* As ospf_crypto_algorithm_create with the handle's cr_space_id, but without memory, or with an
  * earlier failure in cr_err, the type's null object comes back: a chain of calls may go on with
  * it, and ospf_crypto_algorithm_destroy ignores it. Null when the object cannot be prepared.
- * Errors: 12 as the last error and in cr_err when there is no memory and cr_err is 0
+ * Errors: KELP_ERR_NO_MEMORY (12) as the last error and in cr_err when there is no memory and
+ *   cr_err is 0
  * Ownership: as ospf_crypto_algorithm_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospf_crypto_algorithm in memory that the caller provides, its children too:
@@ -74,11 +75,11 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_cr(kelp_handle *han
  * record. notify non-zero announces each store; skip_stats non-zero leaves out the counting and
  * the state bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null
  * for directly behind the object.
- * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
- *   domain's lookup leaves
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state, flags hold OBJ_NESTED and sttr_base
+ *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_crypto_algorithm_initialize(kelp_handle *handle, uint32_t space_id,
                                                ospf_crypto_algorithm *object,
                                                kelp_type_record *record, int32_t notify,
@@ -89,7 +90,7 @@ KELP_API void ospf_crypto_algorithm_initialize(kelp_handle *handle, uint32_t spa
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_crypto_algorithm_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                           ospf_crypto_algorithm *object);
 
@@ -99,7 +100,7 @@ KELP_API void ospf_crypto_algorithm_set_instance_embedded(kelp_handle *handle, u
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_crypto_algorithm_destroy(kelp_handle *handle, uint32_t space_id,
                                             ospf_crypto_algorithm *object);
 
@@ -108,7 +109,7 @@ KELP_API void ospf_crypto_algorithm_destroy(kelp_handle *handle, uint32_t space_
  * Errors: as ospf_crypto_algorithm_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_crypto_algorithm_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object,
                                                      int32_t free_it);
@@ -117,35 +118,35 @@ KELP_API void ospf_crypto_algorithm_destroy_internal(kelp_handle *handle, uint32
  * Errors: as ospf_crypto_algorithm_destroy
  * Ownership: as ospf_crypto_algorithm_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_crypto_algorithm_destroy_cr(kelp_handle *handle, ospf_crypto_algorithm *object);
 
 /* Gives the bytes that a ospf_crypto_algorithm takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API size_t ospf_crypto_algorithm_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API int32_t ospf_crypto_algorithm_compare(const ospf_crypto_algorithm *a,
                                                const ospf_crypto_algorithm *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_hash(const ospf_crypto_algorithm *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_crypto_algorithm holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_is_valid_cr(kelp_handle *handle,
                                                     const ospf_crypto_algorithm *object,
                                                     uint32_t field_number);
@@ -154,7 +155,7 @@ KELP_API uint32_t ospf_crypto_algorithm_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_get(kelp_handle *handle, uint32_t space_id,
                                                           const ospf_crypto_algorithm *object);
 
@@ -164,7 +165,7 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_get(kelp_handle *handle, u
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospf_crypto_algorithm_get_all(kelp_handle *handle, uint32_t space_id,
                                             const ospf_crypto_algorithm *object,
                                             kelp_boolean *hmac_sha1_12,
@@ -177,10 +178,10 @@ KELP_API void ospf_crypto_algorithm_get_all(kelp_handle *handle, uint32_t space_
 /* Writes the numbers, booleans and enumerations of the object, each from the argument of its
  * name. Fields that the object's variant lacks are passed over, without an error. No state byte
  * changes.
- * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
- *   are not written then
+ * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
+ *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospf_crypto_algorithm_set_all(kelp_handle *handle, uint32_t space_id,
                                             ospf_crypto_algorithm *object,
                                             kelp_boolean hmac_sha1_12, kelp_boolean hmac_sha1_20,
@@ -194,12 +195,12 @@ KELP_API void ospf_crypto_algorithm_set_all(kelp_handle *handle, uint32_t space_
  * theirs. State bytes come along when the handle tracks state and both objects have them; those
  * of array elements that destination held go in any case. A non-zero error word on entry stops
  * nothing.
- * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
- *   objects holding the same texts, arrays and arms
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state and source does not, with the bytes
+ *   copied and both objects holding the same texts, arrays and arms
  * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
  *   is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_crypto_algorithm_set(kelp_handle *handle, uint32_t space_id,
                                         ospf_crypto_algorithm *destination,
                                         ospf_crypto_algorithm *source, uint32_t *err);
@@ -209,7 +210,7 @@ KELP_API void ospf_crypto_algorithm_set(kelp_handle *handle, uint32_t space_id,
  * Errors: those of the children's set
  * Ownership: what both held after the copy is destination's alone
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_crypto_algorithm_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
                                                          ospf_crypto_algorithm *destination,
                                                          ospf_crypto_algorithm *source,
@@ -220,7 +221,7 @@ KELP_API void ospf_crypto_algorithm_post_copyout_cleanup(kelp_handle *handle, ui
  * structures.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_crypto_algorithm_offset_update(kelp_handle *handle, uint32_t space_id,
                                                   ospf_crypto_algorithm *object, void *sttr_base);
 
@@ -228,15 +229,15 @@ KELP_API void ospf_crypto_algorithm_offset_update(kelp_handle *handle, uint32_t 
  * Does nothing for a ospf_crypto_algorithm without embedded structures.
  * Errors: those of kelp_hd_mapping_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_crypto_algorithm_offset_remove(kelp_handle *handle, uint32_t space_id,
                                                   ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Gives the number of by-reference fields of ospf_crypto_algorithm, whatever the object's
  * variant: the slots that ospf_crypto_algorithm_get_object_references fills.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_get_oid_count(kelp_handle *handle, uint32_t space_id,
                                                       const ospf_crypto_algorithm *object,
                                                       uint32_t *err);
@@ -244,11 +245,11 @@ KELP_API uint32_t ospf_crypto_algorithm_get_oid_count(kelp_handle *handle, uint3
 /* Writes the table of each by-reference field of ospf_crypto_algorithm to references, in field
  * order, null for an empty one. references has room for as many as
  * ospf_crypto_algorithm_get_oid_count gives; size is not looked at.
- * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
- *   output and the later ones left alone
+ * Errors: KELP_ERR_INVALID (22) for a null object; what the runtime sets for an OID that names
+ *   nothing, with this output and the later ones left alone
  * Ownership: the tables stay the database's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API void ospf_crypto_algorithm_get_object_references(kelp_handle *handle, uint32_t space_id,
                                                           const ospf_crypto_algorithm *object,
                                                           void **references, uint32_t size,
@@ -259,31 +260,33 @@ KELP_API void ospf_crypto_algorithm_get_object_references(kelp_handle *handle, u
  * elements are overwritten too. Does nothing unless handle and object track state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (whole object) */
+ * Family: state_tracking (whole object) (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_set_all_state_tracking_flag(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value);
 
 /* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
  * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
  * an image that did not fit may fall behind it.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_marshal(kelp_handle *handle, uint32_t space_id,
                                                 void *buffer, const ospf_crypto_algorithm *object,
                                                 int32_t length, uint32_t *err);
 
 /* Writes the image of object as ospf_crypto_algorithm_marshal does, but at the object's own
  * variant when that is above the domain's. Objects embedded in it are lowered all the same.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
                                                           void *buffer,
                                                           const ospf_crypto_algorithm *object,
@@ -294,12 +297,12 @@ KELP_API uint32_t ospf_crypto_algorithm_marshal_for_clone(kelp_handle *handle, u
  * released. Fields that the image lacks keep what they held; what is behind the fields known here
  * is skipped. The state bytes of the elements of an array go when their number changes and the
  * image brings none.
- * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
- *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
- *   value that no writer writes
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, at any level, and when there is no
+ *   memory, with the object half filled and 0 as the result; KELP_ERR_NO_ROOM (90) when the image
+ *   is cut; KELP_ERR_INVALID (22) for a null object and for a value that no writer writes
  * Ownership: what is allocated for arrays, texts and arms belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                   const void *buffer,
                                                   ospf_crypto_algorithm *object, int32_t length,
@@ -310,7 +313,7 @@ KELP_API uint32_t ospf_crypto_algorithm_unmarshal(kelp_handle *handle, uint32_t 
  * element when the handle tracks state and the object does not.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_len(kelp_handle *handle, uint32_t space_id,
                                             const ospf_crypto_algorithm *object);
 
@@ -318,7 +321,7 @@ KELP_API uint32_t ospf_crypto_algorithm_len(kelp_handle *handle, uint32_t space_
  * set.
  * Errors: none; cr_err is only read
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_len_cr(kelp_handle *handle,
                                                const ospf_crypto_algorithm *object);
 
@@ -330,7 +333,7 @@ KELP_API uint32_t ospf_crypto_algorithm_len_cr(kelp_handle *handle,
  *   text that does not fit is cut without a failure: a result equal to size says that some may be
  *   missing, and the call is repeated with more room
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_print(kelp_handle *handle, uint32_t space_id,
                                               char *buffer, uint32_t indent, const char *label,
                                               const ospf_crypto_algorithm *object, uint32_t size,
@@ -341,7 +344,7 @@ KELP_API uint32_t ospf_crypto_algorithm_print(kelp_handle *handle, uint32_t spac
  * written for a negative size.
  * Errors: as ospf_crypto_algorithm_print, in cr_err; a text is cut as there
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_print_cr(kelp_handle *handle,
                                                  const ospf_crypto_algorithm *object,
                                                  char *buffer, int32_t size);
@@ -349,10 +352,11 @@ KELP_API uint32_t ospf_crypto_algorithm_print_cr(kelp_handle *handle,
 /* Writes object as the element tag into buffer, at most size bytes and none for a negative size,
  * and gives the bytes written. state_byte is that of the element; under a tracking handle each
  * field's element carries its own.
- * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
- *   tracks state and the object does not. What was written stays
+ * Errors: what the field writers set, such as KELP_ERR_NO_ROOM (90) when the buffer is too short;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not. What was written
+ *   stays
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_to_xml(kelp_handle *handle, uint32_t space_id,
                                                const char *tag, char *buffer,
                                                const ospf_crypto_algorithm *object, uint32_t size,
@@ -362,7 +366,7 @@ KELP_API uint32_t ospf_crypto_algorithm_to_xml(kelp_handle *handle, uint32_t spa
  * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: as ospf_crypto_algorithm_to_xml, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_toxml_cr(kelp_handle *handle,
                                                  const ospf_crypto_algorithm *object,
                                                  char *buffer, uint32_t size);
@@ -370,12 +374,12 @@ KELP_API uint32_t ospf_crypto_algorithm_toxml_cr(kelp_handle *handle,
 /* Reads the element at path into object. Fields that it does not have keep what they held;
  * elements that are no fields are passed over. A failed lookup is told in message, message_size
  * bytes or null.
- * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
- *   sets otherwise. What was read before stays
+ * Errors: KELP_ERR_NOT_FOUND (2) when there is no element at path; KELP_ERR_NO_MEMORY (12) when
+ *   there is no memory; what a field's reader sets otherwise. What was read before stays
  * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
  *   had before is left to the caller
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API void ospf_crypto_algorithm_from_xml(kelp_handle *handle, uint32_t space_id,
                                              const char *path, kelp_xml_document *document,
                                              ospf_crypto_algorithm *object, uint32_t *err,
@@ -384,12 +388,13 @@ KELP_API void ospf_crypto_algorithm_from_xml(kelp_handle *handle, uint32_t space
 /* Copies source into *destination, which is made first when it is null, through the work_size
  * bytes at work. Element blocks that *destination held are replaced and not released; arms stay,
  * and the selected ones take the content of source's.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
  *   one too, and becomes null
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_crypto_algorithm_clone_internal(kelp_handle *handle, uint32_t space_id,
                                                    const ospf_crypto_algorithm *source,
                                                    ospf_crypto_algorithm **destination,
@@ -397,443 +402,470 @@ KELP_API void ospf_crypto_algorithm_clone_internal(kelp_handle *handle, uint32_t
 
 /* Makes a new object with the content of source in *destination, whatever that pointed at,
  * through the work_size bytes at work.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_crypto_algorithm_clone(kelp_handle *handle, uint32_t space_id,
                                           const ospf_crypto_algorithm *source,
                                           ospf_crypto_algorithm **destination, void *work,
                                           uint32_t work_size, uint32_t *err);
 
 /* Gives a new object with the content of source, made through the handle's work space.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: the result is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_clone_cr(kelp_handle *handle,
     const ospf_crypto_algorithm *source);
 
 /* Overwrites destination with the content of source in place, through the handle's work space.
  * Element blocks that destination held are replaced and not released; arms stay, and the selected
  * ones take the content of source's.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: both stay the caller's; when reading the image fails destination is destroyed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_crypto_algorithm_copy_cr(kelp_handle *handle,
                                             const ospf_crypto_algorithm *source,
                                             ospf_crypto_algorithm *destination);
 
 /* Gives the place of hmac_sha1_12 inside the object. HMAC-SHA-1-12 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha1_12_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Gives the value of hmac_sha1_12, 0 for a null object. HMAC-SHA-1-12 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha1_12_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Copies source into hmac_sha1_12. HMAC-SHA-1-12 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha1_12_set(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object,
                                                      const kelp_boolean *source, uint32_t *err);
 
 /* Sets hmac_sha1_12. HMAC-SHA-1-12 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha1_12_set_value(kelp_handle *handle, uint32_t space_id,
                                                            ospf_crypto_algorithm *object,
                                                            kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of hmac_sha1_12: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_hmac_sha1_12_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Sets the state byte of hmac_sha1_12 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha1_12_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
 
 /* Gives the place of hmac_sha1_20 inside the object. HMAC-SHA-1-20 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha1_20_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Gives the value of hmac_sha1_20, 0 for a null object. HMAC-SHA-1-20 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha1_20_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Copies source into hmac_sha1_20. HMAC-SHA-1-20 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha1_20_set(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object,
                                                      const kelp_boolean *source, uint32_t *err);
 
 /* Sets hmac_sha1_20. HMAC-SHA-1-20 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha1_20_set_value(kelp_handle *handle, uint32_t space_id,
                                                            ospf_crypto_algorithm *object,
                                                            kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of hmac_sha1_20: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_hmac_sha1_20_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Sets the state byte of hmac_sha1_20 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha1_20_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
 
 /* Gives the place of md5 inside the object. MD5 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_md5_get(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Gives the value of md5, 0 for a null object. MD5 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_md5_get_value(kelp_handle *handle, uint32_t space_id,
                                                           const ospf_crypto_algorithm *object,
                                                           uint32_t *err);
 
 /* Copies source into md5. MD5 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_md5_set(kelp_handle *handle, uint32_t space_id,
                                             ospf_crypto_algorithm *object,
                                             const kelp_boolean *source, uint32_t *err);
 
 /* Sets md5. MD5 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_md5_set_value(kelp_handle *handle, uint32_t space_id,
                                                   ospf_crypto_algorithm *object,
                                                   kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of md5: 0 not written, 2 written by a setter, any other as a caller set
  * it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_md5_state_flag_get(kelp_handle *handle, uint32_t space_id,
                                                           ospf_crypto_algorithm *object,
                                                           uint32_t *err);
 
 /* Sets the state byte of md5 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_md5_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                        ospf_crypto_algorithm *object,
                                                        uint32_t value, uint32_t *err);
 
 /* Gives the place of sha_1 inside the object. SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_sha_1_get(kelp_handle *handle, uint32_t space_id,
                                                        ospf_crypto_algorithm *object,
                                                        uint32_t *err);
 
 /* Gives the value of sha_1, 0 for a null object. SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_sha_1_get_value(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             const ospf_crypto_algorithm *object,
                                                             uint32_t *err);
 
 /* Copies source into sha_1. SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_sha_1_set(kelp_handle *handle, uint32_t space_id,
                                               ospf_crypto_algorithm *object,
                                               const kelp_boolean *source, uint32_t *err);
 
 /* Sets sha_1. SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_sha_1_set_value(kelp_handle *handle, uint32_t space_id,
                                                     ospf_crypto_algorithm *object,
                                                     kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of sha_1: 0 not written, 2 written by a setter, any other as a caller set
  * it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_sha_1_state_flag_get(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             ospf_crypto_algorithm *object,
                                                             uint32_t *err);
 
 /* Sets the state byte of sha_1 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_sha_1_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                          ospf_crypto_algorithm *object,
                                                          uint32_t value, uint32_t *err);
 
 /* Gives the place of hmac_sha_1 inside the object. HMAC-SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_1_get(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             ospf_crypto_algorithm *object,
                                                             uint32_t *err);
 
 /* Gives the value of hmac_sha_1, 0 for a null object. HMAC-SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_1_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Copies source into hmac_sha_1. HMAC-SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_1_set(kelp_handle *handle, uint32_t space_id,
                                                    ospf_crypto_algorithm *object,
                                                    const kelp_boolean *source, uint32_t *err);
 
 /* Sets hmac_sha_1. HMAC-SHA-1 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_1_set_value(kelp_handle *handle, uint32_t space_id,
                                                          ospf_crypto_algorithm *object,
                                                          kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of hmac_sha_1: 0 not written, 2 written by a setter, any other as a caller
  * set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_1_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Sets the state byte of hmac_sha_1 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_1_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
 
 /* Gives the place of hmac_sha_256 inside the object. HMAC-SHA-256 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_256_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Gives the value of hmac_sha_256, 0 for a null object. HMAC-SHA-256 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_256_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Copies source into hmac_sha_256. HMAC-SHA-256 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_256_set(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object,
                                                      const kelp_boolean *source, uint32_t *err);
 
 /* Sets hmac_sha_256. HMAC-SHA-256 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_256_set_value(kelp_handle *handle, uint32_t space_id,
                                                            ospf_crypto_algorithm *object,
                                                            kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of hmac_sha_256: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_256_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Sets the state byte of hmac_sha_256 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_256_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
 
 /* Gives the place of hmac_sha_384 inside the object. HMAC-SHA-384 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_384_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Gives the value of hmac_sha_384, 0 for a null object. HMAC-SHA-384 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_384_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Copies source into hmac_sha_384. HMAC-SHA-384 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_384_set(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object,
                                                      const kelp_boolean *source, uint32_t *err);
 
 /* Sets hmac_sha_384. HMAC-SHA-384 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_384_set_value(kelp_handle *handle, uint32_t space_id,
                                                            ospf_crypto_algorithm *object,
                                                            kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of hmac_sha_384: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_384_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Sets the state byte of hmac_sha_384 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_384_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
 
 /* Gives the place of hmac_sha_512 inside the object. HMAC-SHA-512 may be used.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean *ospf_crypto_algorithm_hmac_sha_512_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Gives the value of hmac_sha_512, 0 for a null object. HMAC-SHA-512 may be used.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API kelp_boolean ospf_crypto_algorithm_hmac_sha_512_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Copies source into hmac_sha_512. HMAC-SHA-512 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_512_set(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object,
                                                      const kelp_boolean *source, uint32_t *err);
 
 /* Sets hmac_sha_512. HMAC-SHA-512 may be used.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_512_set_value(kelp_handle *handle, uint32_t space_id,
                                                            ospf_crypto_algorithm *object,
                                                            kelp_boolean value, uint32_t *err);
 
 /* Gives the state byte of hmac_sha_512: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_crypto_algorithm_hmac_sha_512_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t *err);
 
 /* Sets the state byte of hmac_sha_512 to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_crypto_algorithm_hmac_sha_512_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_crypto_algorithm *object, uint32_t value, uint32_t *err);
 

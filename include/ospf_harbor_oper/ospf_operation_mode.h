@@ -11,14 +11,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API int32_t ospf_operation_mode_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API const uint8_t *ospf_operation_mode_get_luid(kelp_handle *handle, uint32_t space_id,
                                                      const ospf_operation_mode *object,
                                                      uint32_t *err);
@@ -27,7 +27,7 @@ KELP_API const uint8_t *ospf_operation_mode_get_luid(kelp_handle *handle, uint32
  * ospf_operation_mode has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void ospf_operation_mode_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                  ospf_operation_mode *object, uint32_t *err);
 
@@ -37,23 +37,24 @@ KELP_API void ospf_operation_mode_adjust_variant(kelp_handle *handle, uint32_t s
  * Errors: none is reported
  * Ownership: the caller owns the result and gives it to ospf_operation_mode_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API ospf_operation_mode *ospf_operation_mode_create(kelp_handle *handle, uint32_t space_id);
 
 /* The work of ospf_operation_mode_create, with the same result.
  * Errors: as ospf_operation_mode_create
  * Ownership: as ospf_operation_mode_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API ospf_operation_mode *ospf_operation_mode_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
 /* As ospf_operation_mode_create, in the handle's cr_space_id. Gives the null object of
  * ospf_operation_mode, which destroy ignores, when cr_err is set already or there is no memory.
- * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err is 0
+ * Errors: KELP_ERR_NO_MEMORY (12) as the handle's last error and in cr_err when there is no
+ *   memory and cr_err is 0
  * Ownership: as ospf_operation_mode_create; the null object belongs to the library
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API ospf_operation_mode *ospf_operation_mode_create_cr(kelp_handle *handle);
 
 /* Prepares the header of an object of type ospf_operation_mode in memory of the caller's: the
@@ -64,7 +65,7 @@ KELP_API ospf_operation_mode *ospf_operation_mode_create_cr(kelp_handle *handle)
  *   read on entry
  * Ownership: the object stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void ospf_operation_mode_initialize(kelp_handle *handle, uint32_t space_id,
                                              ospf_operation_mode *object,
                                              kelp_type_record *record, int32_t notify,
@@ -75,7 +76,7 @@ KELP_API void ospf_operation_mode_initialize(kelp_handle *handle, uint32_t space
  * otherwise passed over; the null object of ospf_operation_mode is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void ospf_operation_mode_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                         ospf_operation_mode *object);
 
@@ -84,7 +85,7 @@ KELP_API void ospf_operation_mode_set_instance_embedded(kelp_handle *handle, uin
  * Errors: none
  * Ownership: takes the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void ospf_operation_mode_destroy(kelp_handle *handle, uint32_t space_id,
                                           ospf_operation_mode *object);
 
@@ -92,7 +93,7 @@ KELP_API void ospf_operation_mode_destroy(kelp_handle *handle, uint32_t space_id
  * Errors: none
  * Ownership: takes the object when free_it is not 0
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void ospf_operation_mode_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                    ospf_operation_mode *object, int32_t free_it);
 
@@ -100,28 +101,28 @@ KELP_API void ospf_operation_mode_destroy_internal(kelp_handle *handle, uint32_t
  * Errors: none
  * Ownership: takes the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void ospf_operation_mode_destroy_cr(kelp_handle *handle, ospf_operation_mode *object);
 
 /* Gives the bytes that an object of type ospf_operation_mode is allocated with.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API size_t ospf_operation_mode_sizeof(void);
 
 /* Gives the number of by-reference fields of ospf_operation_mode, whatever the object's variant:
  * the slots that ospf_operation_mode_get_object_references fills.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API uint32_t ospf_operation_mode_get_oid_count(kelp_handle *handle, uint32_t space_id,
                                                     const ospf_operation_mode *object,
                                                     uint32_t *err);
 
 /* Stores nothing: an object of type ospf_operation_mode refers to no table.
- * Errors: 22 for a null object
+ * Errors: KELP_ERR_INVALID (22) for a null object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: light_object */
+ * Family: light_object (src/types/light_object.hpp) */
 KELP_API void ospf_operation_mode_get_object_references(kelp_handle *handle, uint32_t space_id,
                                                         const ospf_operation_mode *object,
                                                         void **tables, uint32_t count,
@@ -130,58 +131,60 @@ KELP_API void ospf_operation_mode_get_object_references(kelp_handle *handle, uin
 /* Gives value, unchanged.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t ospf_operation_mode_map_to_user_value(uint32_t value);
 
 /* Gives the number that the wire and the variant rule count ospf_operation_mode by: value itself,
  * but for nbr_state_type, where 1 to 8 become 0 to 7.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t ospf_operation_mode_map_to_internal_value(uint32_t value);
 
 /* Orders two objects by value; null stands below all. Only the sign of the result means
  * something: it is a 32-bit difference that wraps.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API int32_t ospf_operation_mode_compare(const ospf_operation_mode *a,
                                              const ospf_operation_mode *b);
 
 /* Gives the hash of the value's 4 bytes, which is the next seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t ospf_operation_mode_hash(const ospf_operation_mode *object, uint32_t seed);
 
 /* Gives object.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API ospf_operation_mode *ospf_operation_mode_get(kelp_handle *handle, uint32_t space_id,
                                                       ospf_operation_mode *object);
 
 /* Gives the value that the object holds.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t ospf_operation_mode_get_value(kelp_handle *handle, uint32_t space_id,
                                                 const ospf_operation_mode *object, uint32_t *err);
 
 /* Copies source over destination, all 16 bytes: destination gets the variants, the flags and the
  * type record of source too. Neither may be null.
- * Errors: 43 when destination's variant does not know the value; destination is unchanged then
+ * Errors: KELP_ERR_EPOCH (43) when destination's variant does not know the value; destination is
+ *   unchanged then
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API void ospf_operation_mode_set(kelp_handle *handle, uint32_t space_id,
                                       ospf_operation_mode *destination,
                                       const ospf_operation_mode *source, uint32_t *err);
 
 /* Sets the value of the object, which may not be null.
- * Errors: 43 when the object's variant does not know the value; the object is unchanged then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not know the value; the object is
+ *   unchanged then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API void ospf_operation_mode_set_value(kelp_handle *handle, uint32_t space_id,
                                             ospf_operation_mode *object, uint32_t value,
                                             uint32_t *err);
@@ -190,37 +193,38 @@ KELP_API void ospf_operation_mode_set_value(kelp_handle *handle, uint32_t space_
  * valid.
  * Errors: those of kelp_domain_lookup_variant, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration */
+ * Family: enumeration (src/types/enumeration.hpp) */
 KELP_API uint32_t ospf_operation_mode_is_valid_cr(kelp_handle *handle, int32_t value);
 
 /* Gives the bytes of an image: 5.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_len(kelp_handle *handle, uint32_t space_id);
 
 /* Gives the bytes of an image, or 0 when cr_err is set.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_len_cr(kelp_handle *handle);
 
 /* Writes the object's image into buffer, which has length bytes, and gives the bytes written.
- * Errors: 12 for a length below 1; 43 when the object's variant is above the domain's, with the
- *   image written at the domain's; those of the runtime's writers
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1; KELP_ERR_EPOCH (43) when the object's
+ *   variant is above the domain's, with the image written at the domain's; those of the runtime's
+ *   writers
  * Ownership: buffer and object stay the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_marshal(kelp_handle *handle, uint32_t space_id,
                                               void *buffer, const ospf_operation_mode *object,
                                               int32_t length, uint32_t *err);
 
 /* Reads an image of at most length bytes into object and gives the bytes read. A higher variant
  * than ospf_operation_mode has becomes its highest. reuse is handed on.
- * Errors: 12 for a length below 1; those of the runtime's readers
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1; those of the runtime's readers
  * Ownership: buffer and object stay the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                 const void *buffer, ospf_operation_mode *object,
                                                 int32_t length, uint32_t reuse, uint32_t *err);
@@ -230,7 +234,7 @@ KELP_API uint32_t ospf_operation_mode_unmarshal(kelp_handle *handle, uint32_t sp
  * value out of range" and no newline. The object may not be null.
  * Errors: none of its own
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_print(kelp_handle *handle, uint32_t space_id, char *buffer,
                                             uint32_t indent, const char *label,
                                             const ospf_operation_mode *object, int32_t size,
@@ -240,7 +244,7 @@ KELP_API uint32_t ospf_operation_mode_print(kelp_handle *handle, uint32_t space_
  * is set afterwards.
  * Errors: as ospf_operation_mode_print, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_print_cr(kelp_handle *handle,
                                                const ospf_operation_mode *object, char *buffer,
                                                int32_t size);
@@ -250,7 +254,7 @@ KELP_API uint32_t ospf_operation_mode_print_cr(kelp_handle *handle,
  * value out of range/>. state_byte is not looked at. The object may not be null.
  * Errors: those of start_tag, xml_enum_print and end_tag
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_to_xml(kelp_handle *handle, uint32_t space_id,
                                              const char *tag, char *buffer,
                                              const ospf_operation_mode *object, int32_t size,
@@ -260,7 +264,7 @@ KELP_API uint32_t ospf_operation_mode_to_xml(kelp_handle *handle, uint32_t space
  * afterwards.
  * Errors: as ospf_operation_mode_to_xml, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API uint32_t ospf_operation_mode_toxml_cr(kelp_handle *handle,
                                                const ospf_operation_mode *object, char *buffer,
                                                uint32_t size);
@@ -268,10 +272,10 @@ KELP_API uint32_t ospf_operation_mode_toxml_cr(kelp_handle *handle,
 /* Gives the object the first value, in the order of the names, whose empty element stands in the
  * element at path. Without one the object is left alone, which is no failure. The store is not
  * announced and no variant is looked at.
- * Errors: those of xml_get_element_value but 2; message (message_size bytes, or null) then says
- *   the path
+ * Errors: those of xml_get_element_value but KELP_ERR_NOT_FOUND (2); message (message_size bytes,
+ *   or null) then says the path
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: enumeration_encodings */
+ * Family: enumeration_encodings (src/encodings/enumeration_encodings.hpp) */
 KELP_API void ospf_operation_mode_from_xml(kelp_handle *handle, uint32_t space_id,
                                            const char *path, kelp_xml_document *document,
                                            ospf_operation_mode *object, uint32_t *err,

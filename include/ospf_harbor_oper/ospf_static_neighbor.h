@@ -16,14 +16,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API int32_t ospf_static_neighbor_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API const uint8_t *ospf_static_neighbor_get_luid(kelp_handle *handle, uint32_t space_id,
                                                       const ospf_static_neighbor *object,
                                                       uint32_t *err);
@@ -32,7 +32,7 @@ KELP_API const uint8_t *ospf_static_neighbor_get_luid(kelp_handle *handle, uint3
  * ospf_static_neighbor has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_static_neighbor_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                   ospf_static_neighbor *object, uint32_t *err);
 
@@ -42,25 +42,26 @@ KELP_API void ospf_static_neighbor_adjust_variant(kelp_handle *handle, uint32_t 
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospf_static_neighbor_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospf_static_neighbor_create, without registering the module with the trace library.
  * Errors: as ospf_static_neighbor_create
  * Ownership: as ospf_static_neighbor_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
 /* As ospf_static_neighbor_create with the handle's cr_space_id, but without memory, or with an
  * earlier failure in cr_err, the type's null object comes back: a chain of calls may go on with
  * it, and ospf_static_neighbor_destroy ignores it. Null when the object cannot be prepared.
- * Errors: 12 as the last error and in cr_err when there is no memory and cr_err is 0
+ * Errors: KELP_ERR_NO_MEMORY (12) as the last error and in cr_err when there is no memory and
+ *   cr_err is 0
  * Ownership: as ospf_static_neighbor_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospf_static_neighbor in memory that the caller provides, its children too:
@@ -68,11 +69,11 @@ KELP_API ospf_static_neighbor *ospf_static_neighbor_create_cr(kelp_handle *handl
  * record. notify non-zero announces each store; skip_stats non-zero leaves out the counting and
  * the state bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null
  * for directly behind the object.
- * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
- *   domain's lookup leaves
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state, flags hold OBJ_NESTED and sttr_base
+ *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_static_neighbor_initialize(kelp_handle *handle, uint32_t space_id,
                                               ospf_static_neighbor *object,
                                               kelp_type_record *record, int32_t notify,
@@ -83,7 +84,7 @@ KELP_API void ospf_static_neighbor_initialize(kelp_handle *handle, uint32_t spac
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_static_neighbor_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                          ospf_static_neighbor *object);
 
@@ -93,7 +94,7 @@ KELP_API void ospf_static_neighbor_set_instance_embedded(kelp_handle *handle, ui
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_static_neighbor_destroy(kelp_handle *handle, uint32_t space_id,
                                            ospf_static_neighbor *object);
 
@@ -102,7 +103,7 @@ KELP_API void ospf_static_neighbor_destroy(kelp_handle *handle, uint32_t space_i
  * Errors: as ospf_static_neighbor_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_static_neighbor_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                     ospf_static_neighbor *object, int32_t free_it);
 
@@ -110,35 +111,35 @@ KELP_API void ospf_static_neighbor_destroy_internal(kelp_handle *handle, uint32_
  * Errors: as ospf_static_neighbor_destroy
  * Ownership: as ospf_static_neighbor_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospf_static_neighbor_destroy_cr(kelp_handle *handle, ospf_static_neighbor *object);
 
 /* Gives the bytes that a ospf_static_neighbor takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API size_t ospf_static_neighbor_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API int32_t ospf_static_neighbor_compare(const ospf_static_neighbor *a,
                                               const ospf_static_neighbor *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospf_static_neighbor_hash(const ospf_static_neighbor *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_static_neighbor holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospf_static_neighbor_is_valid_cr(kelp_handle *handle,
                                                    const ospf_static_neighbor *object,
                                                    uint32_t field_number);
@@ -147,7 +148,7 @@ KELP_API uint32_t ospf_static_neighbor_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_get(kelp_handle *handle, uint32_t space_id,
                                                         const ospf_static_neighbor *object);
 
@@ -157,7 +158,7 @@ KELP_API ospf_static_neighbor *ospf_static_neighbor_get(kelp_handle *handle, uin
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospf_static_neighbor_get_all(kelp_handle *handle, uint32_t space_id,
                                            const ospf_static_neighbor *object, uint16_t *cost,
                                            uint16_t *poll_interval, uint32_t *err);
@@ -165,10 +166,10 @@ KELP_API void ospf_static_neighbor_get_all(kelp_handle *handle, uint32_t space_i
 /* Writes the numbers, booleans and enumerations of the object, each from the argument of its
  * name. Fields that the object's variant lacks are passed over, without an error. No state byte
  * changes.
- * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
- *   are not written then
+ * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
+ *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospf_static_neighbor_set_all(kelp_handle *handle, uint32_t space_id,
                                            ospf_static_neighbor *object, uint16_t cost,
                                            uint16_t poll_interval, uint32_t *err);
@@ -178,12 +179,12 @@ KELP_API void ospf_static_neighbor_set_all(kelp_handle *handle, uint32_t space_i
  * theirs. State bytes come along when the handle tracks state and both objects have them; those
  * of array elements that destination held go in any case. A non-zero error word on entry stops
  * nothing.
- * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
- *   objects holding the same texts, arrays and arms
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state and source does not, with the bytes
+ *   copied and both objects holding the same texts, arrays and arms
  * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
  *   is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_static_neighbor_set(kelp_handle *handle, uint32_t space_id,
                                        ospf_static_neighbor *destination,
                                        ospf_static_neighbor *source, uint32_t *err);
@@ -193,7 +194,7 @@ KELP_API void ospf_static_neighbor_set(kelp_handle *handle, uint32_t space_id,
  * Errors: those of the children's set
  * Ownership: what both held after the copy is destination's alone
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_static_neighbor_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
                                                         ospf_static_neighbor *destination,
                                                         ospf_static_neighbor *source,
@@ -204,7 +205,7 @@ KELP_API void ospf_static_neighbor_post_copyout_cleanup(kelp_handle *handle, uin
  * structures.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_static_neighbor_offset_update(kelp_handle *handle, uint32_t space_id,
                                                  ospf_static_neighbor *object, void *sttr_base);
 
@@ -212,15 +213,15 @@ KELP_API void ospf_static_neighbor_offset_update(kelp_handle *handle, uint32_t s
  * Does nothing for a ospf_static_neighbor without embedded structures.
  * Errors: those of kelp_hd_mapping_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospf_static_neighbor_offset_remove(kelp_handle *handle, uint32_t space_id,
                                                  ospf_static_neighbor *object, uint32_t *err);
 
 /* Gives the number of by-reference fields of ospf_static_neighbor, whatever the object's variant:
  * the slots that ospf_static_neighbor_get_object_references fills.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API uint32_t ospf_static_neighbor_get_oid_count(kelp_handle *handle, uint32_t space_id,
                                                      const ospf_static_neighbor *object,
                                                      uint32_t *err);
@@ -228,11 +229,11 @@ KELP_API uint32_t ospf_static_neighbor_get_oid_count(kelp_handle *handle, uint32
 /* Writes the table of each by-reference field of ospf_static_neighbor to references, in field
  * order, null for an empty one. references has room for as many as
  * ospf_static_neighbor_get_oid_count gives; size is not looked at.
- * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
- *   output and the later ones left alone
+ * Errors: KELP_ERR_INVALID (22) for a null object; what the runtime sets for an OID that names
+ *   nothing, with this output and the later ones left alone
  * Ownership: the tables stay the database's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API void ospf_static_neighbor_get_object_references(kelp_handle *handle, uint32_t space_id,
                                                          const ospf_static_neighbor *object,
                                                          void **references, uint32_t size,
@@ -243,31 +244,33 @@ KELP_API void ospf_static_neighbor_get_object_references(kelp_handle *handle, ui
  * elements are overwritten too. Does nothing unless handle and object track state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (whole object) */
+ * Family: state_tracking (whole object) (src/types/state_tracking.hpp) */
 KELP_API void ospf_static_neighbor_set_all_state_tracking_flag(kelp_handle *handle,
     uint32_t space_id, ospf_static_neighbor *object, uint32_t value);
 
 /* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
  * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
  * an image that did not fit may fall behind it.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_static_neighbor_marshal(kelp_handle *handle, uint32_t space_id,
                                                void *buffer, const ospf_static_neighbor *object,
                                                int32_t length, uint32_t *err);
 
 /* Writes the image of object as ospf_static_neighbor_marshal does, but at the object's own
  * variant when that is above the domain's. Objects embedded in it are lowered all the same.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_static_neighbor_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
                                                          void *buffer,
                                                          const ospf_static_neighbor *object,
@@ -278,12 +281,12 @@ KELP_API uint32_t ospf_static_neighbor_marshal_for_clone(kelp_handle *handle, ui
  * released. Fields that the image lacks keep what they held; what is behind the fields known here
  * is skipped. The state bytes of the elements of an array go when their number changes and the
  * image brings none.
- * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
- *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
- *   value that no writer writes
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, at any level, and when there is no
+ *   memory, with the object half filled and 0 as the result; KELP_ERR_NO_ROOM (90) when the image
+ *   is cut; KELP_ERR_INVALID (22) for a null object and for a value that no writer writes
  * Ownership: what is allocated for arrays, texts and arms belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_static_neighbor_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                  const void *buffer, ospf_static_neighbor *object,
                                                  int32_t length, uint32_t reuse, uint32_t *err);
@@ -293,7 +296,7 @@ KELP_API uint32_t ospf_static_neighbor_unmarshal(kelp_handle *handle, uint32_t s
  * element when the handle tracks state and the object does not.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_static_neighbor_len(kelp_handle *handle, uint32_t space_id,
                                            const ospf_static_neighbor *object);
 
@@ -301,7 +304,7 @@ KELP_API uint32_t ospf_static_neighbor_len(kelp_handle *handle, uint32_t space_i
  * set.
  * Errors: none; cr_err is only read
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospf_static_neighbor_len_cr(kelp_handle *handle,
                                               const ospf_static_neighbor *object);
 
@@ -313,7 +316,7 @@ KELP_API uint32_t ospf_static_neighbor_len_cr(kelp_handle *handle,
  *   text that does not fit is cut without a failure: a result equal to size says that some may be
  *   missing, and the call is repeated with more room
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospf_static_neighbor_print(kelp_handle *handle, uint32_t space_id, char *buffer,
                                              uint32_t indent, const char *label,
                                              const ospf_static_neighbor *object, uint32_t size,
@@ -324,7 +327,7 @@ KELP_API uint32_t ospf_static_neighbor_print(kelp_handle *handle, uint32_t space
  * written for a negative size.
  * Errors: as ospf_static_neighbor_print, in cr_err; a text is cut as there
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospf_static_neighbor_print_cr(kelp_handle *handle,
                                                 const ospf_static_neighbor *object, char *buffer,
                                                 int32_t size);
@@ -332,10 +335,11 @@ KELP_API uint32_t ospf_static_neighbor_print_cr(kelp_handle *handle,
 /* Writes object as the element tag into buffer, at most size bytes and none for a negative size,
  * and gives the bytes written. state_byte is that of the element; under a tracking handle each
  * field's element carries its own.
- * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
- *   tracks state and the object does not. What was written stays
+ * Errors: what the field writers set, such as KELP_ERR_NO_ROOM (90) when the buffer is too short;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not. What was written
+ *   stays
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospf_static_neighbor_to_xml(kelp_handle *handle, uint32_t space_id,
                                               const char *tag, char *buffer,
                                               const ospf_static_neighbor *object, uint32_t size,
@@ -345,7 +349,7 @@ KELP_API uint32_t ospf_static_neighbor_to_xml(kelp_handle *handle, uint32_t spac
  * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: as ospf_static_neighbor_to_xml, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospf_static_neighbor_toxml_cr(kelp_handle *handle,
                                                 const ospf_static_neighbor *object, char *buffer,
                                                 uint32_t size);
@@ -353,12 +357,12 @@ KELP_API uint32_t ospf_static_neighbor_toxml_cr(kelp_handle *handle,
 /* Reads the element at path into object. Fields that it does not have keep what they held;
  * elements that are no fields are passed over. A failed lookup is told in message, message_size
  * bytes or null.
- * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
- *   sets otherwise. What was read before stays
+ * Errors: KELP_ERR_NOT_FOUND (2) when there is no element at path; KELP_ERR_NO_MEMORY (12) when
+ *   there is no memory; what a field's reader sets otherwise. What was read before stays
  * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
  *   had before is left to the caller
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API void ospf_static_neighbor_from_xml(kelp_handle *handle, uint32_t space_id,
                                             const char *path, kelp_xml_document *document,
                                             ospf_static_neighbor *object, uint32_t *err,
@@ -367,12 +371,13 @@ KELP_API void ospf_static_neighbor_from_xml(kelp_handle *handle, uint32_t space_
 /* Copies source into *destination, which is made first when it is null, through the work_size
  * bytes at work. Element blocks that *destination held are replaced and not released; arms stay,
  * and the selected ones take the content of source's.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
  *   one too, and becomes null
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_static_neighbor_clone_internal(kelp_handle *handle, uint32_t space_id,
                                                   const ospf_static_neighbor *source,
                                                   ospf_static_neighbor **destination, void *work,
@@ -380,177 +385,188 @@ KELP_API void ospf_static_neighbor_clone_internal(kelp_handle *handle, uint32_t 
 
 /* Makes a new object with the content of source in *destination, whatever that pointed at,
  * through the work_size bytes at work.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_static_neighbor_clone(kelp_handle *handle, uint32_t space_id,
                                          const ospf_static_neighbor *source,
                                          ospf_static_neighbor **destination, void *work,
                                          uint32_t work_size, uint32_t *err);
 
 /* Gives a new object with the content of source, made through the handle's work space.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: the result is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_clone_cr(kelp_handle *handle,
     const ospf_static_neighbor *source);
 
 /* Overwrites destination with the content of source in place, through the handle's work space.
  * Element blocks that destination held are replaced and not released; arms stay, and the selected
  * ones take the content of source's.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: both stay the caller's; when reading the image fails destination is destroyed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospf_static_neighbor_copy_cr(kelp_handle *handle,
                                            const ospf_static_neighbor *source,
                                            ospf_static_neighbor *destination);
 
 /* Gives address inside the object. The neighbour's address; key of the table.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the result belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API ip_address *ospf_static_neighbor_address_get(kelp_handle *handle, uint32_t space_id,
                                                       ospf_static_neighbor *object, uint32_t *err);
 
 /* Moves the content of source into address. The neighbour's address; key of the table.
- * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
- *   and the object does not, with the content moved, or a structure as the source does not, with
- *   its bytes copied and both holding the same texts, arrays and arms
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not, with the content moved, or a
+ *   structure as the source does not, with its bytes copied and both holding the same texts,
+ *   arrays and arms
  * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned;
  *   what the field owned before is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API void ospf_static_neighbor_address_set(kelp_handle *handle, uint32_t space_id,
                                                ospf_static_neighbor *object, ip_address *source,
                                                uint32_t *err);
 
 /* Gives the state byte of address: 0 not written, 2 written by a setter, any other as a caller
  * set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_static_neighbor_address_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_static_neighbor *object, uint32_t *err);
 
 /* Sets the state byte of address to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_static_neighbor_address_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                           ospf_static_neighbor *object,
                                                           uint32_t value, uint32_t *err);
 
 /* Gives the place of cost inside the object. Cost to the neighbour.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API uint16_t *ospf_static_neighbor_cost_get(kelp_handle *handle, uint32_t space_id,
                                                  ospf_static_neighbor *object, uint32_t *err);
 
 /* Gives the value of cost, 0 for a null object. Cost to the neighbour.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API uint16_t ospf_static_neighbor_cost_get_value(kelp_handle *handle, uint32_t space_id,
                                                       const ospf_static_neighbor *object,
                                                       uint32_t *err);
 
 /* Copies source into cost. Cost to the neighbour.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_static_neighbor_cost_set(kelp_handle *handle, uint32_t space_id,
                                             ospf_static_neighbor *object, const uint16_t *source,
                                             uint32_t *err);
 
 /* Sets cost. Cost to the neighbour.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_static_neighbor_cost_set_value(kelp_handle *handle, uint32_t space_id,
                                                   ospf_static_neighbor *object, uint16_t value,
                                                   uint32_t *err);
 
 /* Gives the state byte of cost: 0 not written, 2 written by a setter, any other as a caller set
  * it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_static_neighbor_cost_state_flag_get(kelp_handle *handle, uint32_t space_id,
                                                           ospf_static_neighbor *object,
                                                           uint32_t *err);
 
 /* Sets the state byte of cost to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_static_neighbor_cost_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                        ospf_static_neighbor *object,
                                                        uint32_t value, uint32_t *err);
 
 /* Gives the place of poll_interval inside the object. Time between hellos to a neighbour that is
  * down; the producer chooses the unit.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API uint16_t *ospf_static_neighbor_poll_interval_get(kelp_handle *handle, uint32_t space_id,
                                                           ospf_static_neighbor *object,
                                                           uint32_t *err);
 
 /* Gives the value of poll_interval, 0 for a null object. Time between hellos to a neighbour that
  * is down; the producer chooses the unit.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API uint16_t ospf_static_neighbor_poll_interval_get_value(kelp_handle *handle,
     uint32_t space_id, const ospf_static_neighbor *object, uint32_t *err);
 
 /* Copies source into poll_interval. Time between hellos to a neighbour that is down; the producer
  * chooses the unit.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_static_neighbor_poll_interval_set(kelp_handle *handle, uint32_t space_id,
                                                      ospf_static_neighbor *object,
                                                      const uint16_t *source, uint32_t *err);
 
 /* Sets poll_interval. Time between hellos to a neighbour that is down; the producer chooses the
  * unit.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospf_static_neighbor_poll_interval_set_value(kelp_handle *handle, uint32_t space_id,
                                                            ospf_static_neighbor *object,
                                                            uint16_t value, uint32_t *err);
 
 /* Gives the state byte of poll_interval: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospf_static_neighbor_poll_interval_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospf_static_neighbor *object, uint32_t *err);
 
 /* Sets the state byte of poll_interval to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospf_static_neighbor_poll_interval_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospf_static_neighbor *object, uint32_t value, uint32_t *err);
 

@@ -17,14 +17,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API int32_t ospfv3_network_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API const uint8_t *ospfv3_network_get_luid(kelp_handle *handle, uint32_t space_id,
                                                 const ospfv3_network *object, uint32_t *err);
 
@@ -32,7 +32,7 @@ KELP_API const uint8_t *ospfv3_network_get_luid(kelp_handle *handle, uint32_t sp
  * ospfv3_network has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_network_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                             ospfv3_network *object, uint32_t *err);
 
@@ -42,24 +42,25 @@ KELP_API void ospfv3_network_adjust_variant(kelp_handle *handle, uint32_t space_
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv3_network_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospfv3_network *ospfv3_network_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv3_network_create, without registering the module with the trace library.
  * Errors: as ospfv3_network_create
  * Ownership: as ospfv3_network_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospfv3_network *ospfv3_network_create_internal(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv3_network_create with the handle's cr_space_id, but without memory, or with an earlier
  * failure in cr_err, the type's null object comes back: a chain of calls may go on with it, and
  * ospfv3_network_destroy ignores it. Null when the object cannot be prepared.
- * Errors: 12 as the last error and in cr_err when there is no memory and cr_err is 0
+ * Errors: KELP_ERR_NO_MEMORY (12) as the last error and in cr_err when there is no memory and
+ *   cr_err is 0
  * Ownership: as ospfv3_network_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospfv3_network *ospfv3_network_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv3_network in memory that the caller provides, its children too: headers,
@@ -67,11 +68,11 @@ KELP_API ospfv3_network *ospfv3_network_create_cr(kelp_handle *handle);
  * notify non-zero announces each store; skip_stats non-zero leaves out the counting and the state
  * bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null for
  * directly behind the object.
- * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
- *   domain's lookup leaves
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state, flags hold OBJ_NESTED and sttr_base
+ *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_network_initialize(kelp_handle *handle, uint32_t space_id,
                                         ospfv3_network *object, kelp_type_record *record,
                                         int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -81,7 +82,7 @@ KELP_API void ospfv3_network_initialize(kelp_handle *handle, uint32_t space_id,
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_network_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                    ospfv3_network *object);
 
@@ -91,7 +92,7 @@ KELP_API void ospfv3_network_set_instance_embedded(kelp_handle *handle, uint32_t
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_network_destroy(kelp_handle *handle, uint32_t space_id,
                                      ospfv3_network *object);
 
@@ -100,7 +101,7 @@ KELP_API void ospfv3_network_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as ospfv3_network_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_network_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                               ospfv3_network *object, int32_t free_it);
 
@@ -108,34 +109,34 @@ KELP_API void ospfv3_network_destroy_internal(kelp_handle *handle, uint32_t spac
  * Errors: as ospfv3_network_destroy
  * Ownership: as ospfv3_network_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_network_destroy_cr(kelp_handle *handle, ospfv3_network *object);
 
 /* Gives the bytes that a ospfv3_network takes under this handle, its state bytes included when
  * the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API size_t ospfv3_network_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API int32_t ospfv3_network_compare(const ospfv3_network *a, const ospfv3_network *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospfv3_network_hash(const ospfv3_network *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv3_network holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospfv3_network_is_valid_cr(kelp_handle *handle, const ospfv3_network *object,
                                              uint32_t field_number);
 
@@ -143,7 +144,7 @@ KELP_API uint32_t ospfv3_network_is_valid_cr(kelp_handle *handle, const ospfv3_n
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API ospfv3_network *ospfv3_network_get(kelp_handle *handle, uint32_t space_id,
                                             const ospfv3_network *object);
 
@@ -153,7 +154,7 @@ KELP_API ospfv3_network *ospfv3_network_get(kelp_handle *handle, uint32_t space_
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospfv3_network_get_all(kelp_handle *handle, uint32_t space_id,
                                      const ospfv3_network *object, uint32_t *attached_router_num,
                                      uint32_t *err);
@@ -161,10 +162,10 @@ KELP_API void ospfv3_network_get_all(kelp_handle *handle, uint32_t space_id,
 /* Writes the numbers, booleans and enumerations of the object, each from the argument of its
  * name. Fields that the object's variant lacks are passed over, without an error. No state byte
  * changes.
- * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
- *   are not written then
+ * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
+ *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospfv3_network_set_all(kelp_handle *handle, uint32_t space_id,
                                      ospfv3_network *object, uint32_t *err);
 
@@ -173,12 +174,12 @@ KELP_API void ospfv3_network_set_all(kelp_handle *handle, uint32_t space_id,
  * theirs. State bytes come along when the handle tracks state and both objects have them; those
  * of array elements that destination held go in any case. A non-zero error word on entry stops
  * nothing.
- * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
- *   objects holding the same texts, arrays and arms
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state and source does not, with the bytes
+ *   copied and both objects holding the same texts, arrays and arms
  * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
  *   is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_network_set(kelp_handle *handle, uint32_t space_id,
                                  ospfv3_network *destination, ospfv3_network *source,
                                  uint32_t *err);
@@ -188,7 +189,7 @@ KELP_API void ospfv3_network_set(kelp_handle *handle, uint32_t space_id,
  * Errors: those of the children's set
  * Ownership: what both held after the copy is destination's alone
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_network_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
                                                   ospfv3_network *destination,
                                                   ospfv3_network *source, uint32_t *err);
@@ -197,7 +198,7 @@ KELP_API void ospfv3_network_post_copyout_cleanup(kelp_handle *handle, uint32_t 
  * object's own begin at sttr_base. Does nothing for a ospfv3_network without embedded structures.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_network_offset_update(kelp_handle *handle, uint32_t space_id,
                                            ospfv3_network *object, void *sttr_base);
 
@@ -205,26 +206,26 @@ KELP_API void ospfv3_network_offset_update(kelp_handle *handle, uint32_t space_i
  * Does nothing for a ospfv3_network without embedded structures.
  * Errors: those of kelp_hd_mapping_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_network_offset_remove(kelp_handle *handle, uint32_t space_id,
                                            ospfv3_network *object, uint32_t *err);
 
 /* Gives the number of by-reference fields of ospfv3_network, whatever the object's variant: the
  * slots that ospfv3_network_get_object_references fills.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API uint32_t ospfv3_network_get_oid_count(kelp_handle *handle, uint32_t space_id,
                                                const ospfv3_network *object, uint32_t *err);
 
 /* Writes the table of each by-reference field of ospfv3_network to references, in field order,
  * null for an empty one. references has room for as many as ospfv3_network_get_oid_count gives;
  * size is not looked at.
- * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
- *   output and the later ones left alone
+ * Errors: KELP_ERR_INVALID (22) for a null object; what the runtime sets for an OID that names
+ *   nothing, with this output and the later ones left alone
  * Ownership: the tables stay the database's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API void ospfv3_network_get_object_references(kelp_handle *handle, uint32_t space_id,
                                                    const ospfv3_network *object,
                                                    void **references, uint32_t size, uint32_t *err);
@@ -234,31 +235,33 @@ KELP_API void ospfv3_network_get_object_references(kelp_handle *handle, uint32_t
  * elements are overwritten too. Does nothing unless handle and object track state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (whole object) */
+ * Family: state_tracking (whole object) (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_network_set_all_state_tracking_flag(kelp_handle *handle, uint32_t space_id,
                                                          ospfv3_network *object, uint32_t value);
 
 /* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
  * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
  * an image that did not fit may fall behind it.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_network_marshal(kelp_handle *handle, uint32_t space_id, void *buffer,
                                          const ospfv3_network *object, int32_t length,
                                          uint32_t *err);
 
 /* Writes the image of object as ospfv3_network_marshal does, but at the object's own variant when
  * that is above the domain's. Objects embedded in it are lowered all the same.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_network_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
                                                    void *buffer, const ospfv3_network *object,
                                                    int32_t length, uint32_t *err);
@@ -268,12 +271,12 @@ KELP_API uint32_t ospfv3_network_marshal_for_clone(kelp_handle *handle, uint32_t
  * released. Fields that the image lacks keep what they held; what is behind the fields known here
  * is skipped. The state bytes of the elements of an array go when their number changes and the
  * image brings none.
- * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
- *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
- *   value that no writer writes
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, at any level, and when there is no
+ *   memory, with the object half filled and 0 as the result; KELP_ERR_NO_ROOM (90) when the image
+ *   is cut; KELP_ERR_INVALID (22) for a null object and for a value that no writer writes
  * Ownership: what is allocated for arrays, texts and arms belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_network_unmarshal(kelp_handle *handle, uint32_t space_id,
                                            const void *buffer, ospfv3_network *object,
                                            int32_t length, uint32_t reuse, uint32_t *err);
@@ -283,14 +286,14 @@ KELP_API uint32_t ospfv3_network_unmarshal(kelp_handle *handle, uint32_t space_i
  * element when the handle tracks state and the object does not.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_network_len(kelp_handle *handle, uint32_t space_id,
                                      const ospfv3_network *object);
 
 /* Gives what ospfv3_network_len gives under the handle's cr_space_id, 0 when its cr_err is set.
  * Errors: none; cr_err is only read
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_network_len_cr(kelp_handle *handle, const ospfv3_network *object);
 
 /* Writes object as text at the start of buffer, at most size bytes and none for a negative size,
@@ -301,7 +304,7 @@ KELP_API uint32_t ospfv3_network_len_cr(kelp_handle *handle, const ospfv3_networ
  *   text that does not fit is cut without a failure: a result equal to size says that some may be
  *   missing, and the call is repeated with more room
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospfv3_network_print(kelp_handle *handle, uint32_t space_id, char *buffer,
                                        uint32_t indent, const char *label,
                                        const ospfv3_network *object, uint32_t size, uint32_t *err);
@@ -311,17 +314,18 @@ KELP_API uint32_t ospfv3_network_print(kelp_handle *handle, uint32_t space_id, c
  * written for a negative size.
  * Errors: as ospfv3_network_print, in cr_err; a text is cut as there
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospfv3_network_print_cr(kelp_handle *handle, const ospfv3_network *object,
                                           char *buffer, int32_t size);
 
 /* Writes object as the element tag into buffer, at most size bytes and none for a negative size,
  * and gives the bytes written. state_byte is that of the element; under a tracking handle each
  * field's element carries its own.
- * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
- *   tracks state and the object does not. What was written stays
+ * Errors: what the field writers set, such as KELP_ERR_NO_ROOM (90) when the buffer is too short;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not. What was written
+ *   stays
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospfv3_network_to_xml(kelp_handle *handle, uint32_t space_id, const char *tag,
                                         char *buffer, const ospfv3_network *object, uint32_t size,
                                         uint32_t state_byte, uint32_t *err);
@@ -330,19 +334,19 @@ KELP_API uint32_t ospfv3_network_to_xml(kelp_handle *handle, uint32_t space_id, 
  * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: as ospfv3_network_to_xml, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospfv3_network_toxml_cr(kelp_handle *handle, const ospfv3_network *object,
                                           char *buffer, uint32_t size);
 
 /* Reads the element at path into object. Fields that it does not have keep what they held;
  * elements that are no fields are passed over. A failed lookup is told in message, message_size
  * bytes or null.
- * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
- *   sets otherwise. What was read before stays
+ * Errors: KELP_ERR_NOT_FOUND (2) when there is no element at path; KELP_ERR_NO_MEMORY (12) when
+ *   there is no memory; what a field's reader sets otherwise. What was read before stays
  * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
  *   had before is left to the caller
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API void ospfv3_network_from_xml(kelp_handle *handle, uint32_t space_id, const char *path,
                                       kelp_xml_document *document, ospfv3_network *object,
                                       uint32_t *err, char *message, int32_t message_size);
@@ -350,12 +354,13 @@ KELP_API void ospfv3_network_from_xml(kelp_handle *handle, uint32_t space_id, co
 /* Copies source into *destination, which is made first when it is null, through the work_size
  * bytes at work. Element blocks that *destination held are replaced and not released; arms stay,
  * and the selected ones take the content of source's.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
  *   one too, and becomes null
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospfv3_network_clone_internal(kelp_handle *handle, uint32_t space_id,
                                             const ospfv3_network *source,
                                             ospfv3_network **destination, void *work,
@@ -363,111 +368,116 @@ KELP_API void ospfv3_network_clone_internal(kelp_handle *handle, uint32_t space_
 
 /* Makes a new object with the content of source in *destination, whatever that pointed at,
  * through the work_size bytes at work.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospfv3_network_clone(kelp_handle *handle, uint32_t space_id,
                                    const ospfv3_network *source, ospfv3_network **destination,
                                    void *work, uint32_t work_size, uint32_t *err);
 
 /* Gives a new object with the content of source, made through the handle's work space.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: the result is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API ospfv3_network *ospfv3_network_clone_cr(kelp_handle *handle, const ospfv3_network *source);
 
 /* Overwrites destination with the content of source in place, through the handle's work space.
  * Element blocks that destination held are replaced and not released; arms stay, and the selected
  * ones take the content of source's.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: both stay the caller's; when reading the image fails destination is destroyed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospfv3_network_copy_cr(kelp_handle *handle, const ospfv3_network *source,
                                      ospfv3_network *destination);
 
 /* Gives lsa_net_options inside the object. The option bits as booleans.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the result belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API ospfv3_lsa_options *ospfv3_network_lsa_net_options_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t *err);
 
 /* Moves the content of source into lsa_net_options. The option bits as booleans.
- * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
- *   and the object does not, with the content moved, or a structure as the source does not, with
- *   its bytes copied and both holding the same texts, arrays and arms
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not, with the content moved, or a
+ *   structure as the source does not, with its bytes copied and both holding the same texts,
+ *   arrays and arms
  * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned;
  *   what the field owned before is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API void ospfv3_network_lsa_net_options_set(kelp_handle *handle, uint32_t space_id,
                                                  ospfv3_network *object,
                                                  ospfv3_lsa_options *source, uint32_t *err);
 
 /* Gives the state byte of lsa_net_options: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospfv3_network_lsa_net_options_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t *err);
 
 /* Sets the state byte of lsa_net_options to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_network_lsa_net_options_state_flag_set(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             ospfv3_network *object,
                                                             uint32_t value, uint32_t *err);
 
 /* Gives the place of attached_router_num inside the object. Number of attached routers.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field (counter) */
+ * Family: value_field (counter) (src/types/value_field.hpp) */
 KELP_API uint32_t *ospfv3_network_attached_router_num_get(kelp_handle *handle, uint32_t space_id,
                                                           ospfv3_network *object, uint32_t *err);
 
 /* Gives the value of attached_router_num, 0 for a null object. Number of attached routers.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field (counter) */
+ * Family: value_field (counter) (src/types/value_field.hpp) */
 KELP_API uint32_t ospfv3_network_attached_router_num_get_value(kelp_handle *handle,
     uint32_t space_id, const ospfv3_network *object, uint32_t *err);
 
 /* Gives the place of element index of attached_router. Router IDs of the attached routers.
- * Errors: 43 when the object's variant does not hold the field, 2 for an index that is not below
- *   the count; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field,
+ *   KELP_ERR_NOT_FOUND (2) for an index that is not below the count; null then
  * Ownership: the place belongs to the object and is good until the array grows or is replaced
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API uint32_t *ospfv3_network_attached_router_get(kelp_handle *handle, uint32_t space_id,
                                                       ospfv3_network *object, uint32_t index,
                                                       uint32_t *err);
 
 /* Gives the value of element index of attached_router. Router IDs of the attached routers.
- * Errors: 43 when the object's variant does not hold the field, 2 for an index that is not below
- *   the count; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field,
+ *   KELP_ERR_NOT_FOUND (2) for an index that is not below the count; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API uint32_t ospfv3_network_attached_router_get_value(kelp_handle *handle, uint32_t space_id,
                                                            ospfv3_network *object, uint32_t index,
                                                            uint32_t *err);
 
 /* Copies the first count elements of attached_router to destination, which has room for them.
  * Router IDs of the attached routers.
- * Errors: 43 when the object's variant does not hold the field; 22 when count is above the
- *   array's own, with nothing copied
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; KELP_ERR_INVALID
+ *   (22) when count is above the array's own, with nothing copied
  * Ownership: destination is the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API void ospfv3_network_attached_router_get_mem(kelp_handle *handle, uint32_t space_id,
                                                      ospfv3_network *object,
                                                      uint32_t *destination, uint32_t count,
@@ -476,49 +486,53 @@ KELP_API void ospfv3_network_attached_router_get_mem(kelp_handle *handle, uint32
 /* Copies source into element index of attached_router. An index at or above the count grows the
  * array to index + 1, with zeroes in between; a null source only grows. Router IDs of the
  * attached routers.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory and for index
- *   0xFFFFFFFF, with the elements as they were, or with the array grown and the element not
- *   written when only its state bytes found none; 22 when the handle tracks state and the object
- *   does not, with nothing changed
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field;
+ *   KELP_ERR_NO_MEMORY (12) without memory and for index 0xFFFFFFFF, with the elements as they
+ *   were, or with the array grown and the element not written when only its state bytes found
+ *   none; KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with
+ *   nothing changed
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API void ospfv3_network_attached_router_set(kelp_handle *handle, uint32_t space_id,
                                                  ospfv3_network *object, uint32_t index,
                                                  const uint32_t *source, uint32_t *err);
 
 /* Sets element index of attached_router, growing the array as set does, with the handle's
  * cr_space_id and cr_err; gives cr_err. Router IDs of the attached routers.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory and for index
- *   0xFFFFFFFF, with the elements as they were, or with the array grown and the element not
- *   written when only its state bytes found none; 22 when the handle tracks state and the object
- *   does not, with nothing changed
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field;
+ *   KELP_ERR_NO_MEMORY (12) without memory and for index 0xFFFFFFFF, with the elements as they
+ *   were, or with the array grown and the element not written when only its state bytes found
+ *   none; KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with
+ *   nothing changed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API uint32_t ospfv3_network_attached_router_set_cr(kelp_handle *handle,
                                                         ospfv3_network *object, uint32_t index,
                                                         uint32_t value);
 
 /* Sets element index of attached_router, growing the array as set does. Router IDs of the
  * attached routers.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory and for index
- *   0xFFFFFFFF, with the elements as they were, or with the array grown and the element not
- *   written when only its state bytes found none; 22 when the handle tracks state and the object
- *   does not, with an element that is there written all the same and no other made
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field;
+ *   KELP_ERR_NO_MEMORY (12) without memory and for index 0xFFFFFFFF, with the elements as they
+ *   were, or with the array grown and the element not written when only its state bytes found
+ *   none; KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with an
+ *   element that is there written all the same and no other made
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API void ospfv3_network_attached_router_set_value(kelp_handle *handle, uint32_t space_id,
                                                        ospfv3_network *object, uint32_t index,
                                                        uint32_t value, uint32_t *err);
 
 /* Replaces all elements of attached_router by copies of the count elements at source; the array
  * as a whole is then marked as written and no element is. Router IDs of the attached routers.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory, with no
- *   element block and the old count; 22 when the handle tracks state and the object does not,
- *   with the new block unfilled and the old count
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field;
+ *   KELP_ERR_NO_MEMORY (12) without memory, with no element block and the old count;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the new
+ *   block unfilled and the old count
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API void ospfv3_network_attached_router_set_mem(kelp_handle *handle, uint32_t space_id,
                                                      ospfv3_network *object,
                                                      const uint32_t *source, uint32_t count,
@@ -526,12 +540,13 @@ KELP_API void ospfv3_network_attached_router_set_mem(kelp_handle *handle, uint32
 
 /* As set_mem, with the handle's cr_space_id and cr_err; gives cr_err. Router IDs of the attached
  * routers.
- * Errors: 43 when the object's variant does not hold the field; 12 without memory, with no
- *   element block and the old count; 22 when the handle tracks state and the object does not,
- *   with the new block unfilled and the old count
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field;
+ *   KELP_ERR_NO_MEMORY (12) without memory, with no element block and the old count;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the new
+ *   block unfilled and the old count
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API uint32_t ospfv3_network_attached_router_set_mem_cr(kelp_handle *handle,
                                                             ospfv3_network *object,
                                                             const uint32_t *source, uint32_t count);
@@ -541,41 +556,43 @@ KELP_API uint32_t ospfv3_network_attached_router_set_mem_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: the element block is freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: array_field */
+ * Family: array_field (src/types/array_field.hpp) */
 KELP_API void ospfv3_network_attached_router_remove_elements(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object);
 
 /* Gives the state byte of attached_router as a whole.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (array) */
+ * Family: state_tracking (array) (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospfv3_network_attached_router_state_flag_whole_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t *err);
 
 /* Sets the state byte of attached_router as a whole to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (array) */
+ * Family: state_tracking (array) (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_network_attached_router_state_flag_whole_set(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t value, uint32_t *err);
 
 /* Gives the state byte of element index of attached_router, 0 while the elements have none
  * because they came without.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for an
- *   index that is not below the count; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes, KELP_ERR_NOT_FOUND (2) for an index that is not below the count; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (array) */
+ * Family: state_tracking (array) (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospfv3_network_attached_router_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t index, uint32_t *err);
 
 /* Sets the state byte of element index of attached_router to the low 8 bits of value. Elements
  * that came without state bytes get them first, all 0.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for an
- *   index that is not below the count, 43 when the object's variant does not hold the field, 12
- *   without memory
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes, KELP_ERR_NOT_FOUND (2) for an index that is not below the count, KELP_ERR_EPOCH
+ *   (43) when the object's variant does not hold the field, KELP_ERR_NO_MEMORY (12) without
+ *   memory
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (array) */
+ * Family: state_tracking (array) (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_network_attached_router_state_flag_set(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             ospfv3_network *object,
@@ -584,51 +601,53 @@ KELP_API void ospfv3_network_attached_router_state_flag_set(kelp_handle *handle,
 
 /* Stores the address of the state bytes of the elements of attached_router, one for each element,
  * into out; 0 while the elements have none because they came without.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; out is
- *   unchanged then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; out is unchanged then
  * Ownership: the bytes belong to the object and are good until the array grows, is replaced or
  *   moved
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (array) */
+ * Family: state_tracking (array) (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_network_attached_router_state_flag_get_arr(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint64_t *out, uint32_t *err);
 
 /* Copies count bytes from source over the beginning of the object's own state bytes, unannounced,
  * as far as the object has any; the state bytes of the elements of attached_router, and the
  * pointers to such among the object's own, stay as they are. count must be that of the array.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes, 2 for
- *   another count than the array's, 43 when the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes, KELP_ERR_NOT_FOUND (2) for another count than the array's, KELP_ERR_EPOCH (43)
+ *   when the object's variant does not hold the field
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (array) */
+ * Family: state_tracking (array) (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_network_attached_router_state_flag_set_arr(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, const uint8_t *source, uint32_t count,
     uint32_t *err);
 
 /* Gives the place of lsa_flag_hdr_options inside the object. The option bits as a flag set;
  * filling one form does not fill the other.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the place belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API ospfv3_lsa_flag_options *ospfv3_network_lsa_flag_hdr_options_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t *err);
 
 /* Gives the value of lsa_flag_hdr_options, 0 for a null object. The option bits as a flag set;
  * filling one form does not fill the other.
- * Errors: 43 when the object's variant does not hold the field; 0 then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API uint32_t ospfv3_network_lsa_flag_hdr_options_get_value(kelp_handle *handle,
     uint32_t space_id, const ospfv3_network *object, uint32_t *err);
 
 /* Copies source into lsa_flag_hdr_options. The option bits as a flag set; filling one form does
  * not fill the other.
- * Errors: 43 when the object's variant does not hold the field or the value; 22 when the handle
- *   tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not, with the value
+ *   stored
  * Ownership: source stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospfv3_network_lsa_flag_hdr_options_set(kelp_handle *handle, uint32_t space_id,
                                                       ospfv3_network *object,
                                                       const ospfv3_lsa_flag_options *source,
@@ -636,10 +655,11 @@ KELP_API void ospfv3_network_lsa_flag_hdr_options_set(kelp_handle *handle, uint3
 
 /* Sets lsa_flag_hdr_options. The option bits as a flag set; filling one form does not fill the
  * other.
- * Errors: 43 when the object's variant does not hold the field or the value; 2 for a null object;
- *   22 when the handle tracks state and the object does not, with the value stored
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field or the value;
+ *   KELP_ERR_NOT_FOUND (2) for a null object; KELP_ERR_INVALID (22) when the handle tracks state
+ *   and the object does not, with the value stored
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: value_field */
+ * Family: value_field (src/types/value_field.hpp) */
 KELP_API void ospfv3_network_lsa_flag_hdr_options_set_value(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             ospfv3_network *object,
@@ -647,17 +667,18 @@ KELP_API void ospfv3_network_lsa_flag_hdr_options_set_value(kelp_handle *handle,
 
 /* Gives the state byte of lsa_flag_hdr_options: 0 not written, 2 written by a setter, any other
  * as a caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospfv3_network_lsa_flag_hdr_options_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t *err);
 
 /* Sets the state byte of lsa_flag_hdr_options to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_network_lsa_flag_hdr_options_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospfv3_network *object, uint32_t value, uint32_t *err);
 

@@ -15,14 +15,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API int32_t ospfv3_prefix_list_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API const uint8_t *ospfv3_prefix_list_get_luid(kelp_handle *handle, uint32_t space_id,
                                                     const ospfv3_prefix_list *object,
                                                     uint32_t *err);
@@ -31,7 +31,7 @@ KELP_API const uint8_t *ospfv3_prefix_list_get_luid(kelp_handle *handle, uint32_
  * ospfv3_prefix_list has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_prefix_list_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                 ospfv3_prefix_list *object, uint32_t *err);
 
@@ -41,25 +41,26 @@ KELP_API void ospfv3_prefix_list_adjust_variant(kelp_handle *handle, uint32_t sp
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv3_prefix_list_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospfv3_prefix_list *ospfv3_prefix_list_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv3_prefix_list_create, without registering the module with the trace library.
  * Errors: as ospfv3_prefix_list_create
  * Ownership: as ospfv3_prefix_list_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospfv3_prefix_list *ospfv3_prefix_list_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
 /* As ospfv3_prefix_list_create with the handle's cr_space_id, but without memory, or with an
  * earlier failure in cr_err, the type's null object comes back: a chain of calls may go on with
  * it, and ospfv3_prefix_list_destroy ignores it. Null when the object cannot be prepared.
- * Errors: 12 as the last error and in cr_err when there is no memory and cr_err is 0
+ * Errors: KELP_ERR_NO_MEMORY (12) as the last error and in cr_err when there is no memory and
+ *   cr_err is 0
  * Ownership: as ospfv3_prefix_list_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API ospfv3_prefix_list *ospfv3_prefix_list_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv3_prefix_list in memory that the caller provides, its children too:
@@ -67,11 +68,11 @@ KELP_API ospfv3_prefix_list *ospfv3_prefix_list_create_cr(kelp_handle *handle);
  * record. notify non-zero announces each store; skip_stats non-zero leaves out the counting and
  * the state bytes; flags are OR-ed into obj_flags; sttr_base is where the state bytes lie, null
  * for directly behind the object.
- * Errors: 22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; what the
- *   domain's lookup leaves
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state, flags hold OBJ_NESTED and sttr_base
+ *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_prefix_list_initialize(kelp_handle *handle, uint32_t space_id,
                                             ospfv3_prefix_list *object, kelp_type_record *record,
                                             int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -81,7 +82,7 @@ KELP_API void ospfv3_prefix_list_initialize(kelp_handle *handle, uint32_t space_
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_prefix_list_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                        ospfv3_prefix_list *object);
 
@@ -91,7 +92,7 @@ KELP_API void ospfv3_prefix_list_set_instance_embedded(kelp_handle *handle, uint
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_prefix_list_destroy(kelp_handle *handle, uint32_t space_id,
                                          ospfv3_prefix_list *object);
 
@@ -100,7 +101,7 @@ KELP_API void ospfv3_prefix_list_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as ospfv3_prefix_list_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_prefix_list_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                   ospfv3_prefix_list *object, int32_t free_it);
 
@@ -108,35 +109,35 @@ KELP_API void ospfv3_prefix_list_destroy_internal(kelp_handle *handle, uint32_t 
  * Errors: as ospfv3_prefix_list_destroy
  * Ownership: as ospfv3_prefix_list_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API void ospfv3_prefix_list_destroy_cr(kelp_handle *handle, ospfv3_prefix_list *object);
 
 /* Gives the bytes that a ospfv3_prefix_list takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object */
+ * Family: structure_object (src/types/structure_object.hpp) */
 KELP_API size_t ospfv3_prefix_list_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API int32_t ospfv3_prefix_list_compare(const ospfv3_prefix_list *a,
                                             const ospfv3_prefix_list *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_hash(const ospfv3_prefix_list *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv3_prefix_list holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_is_valid_cr(kelp_handle *handle,
                                                  const ospfv3_prefix_list *object,
                                                  uint32_t field_number);
@@ -145,7 +146,7 @@ KELP_API uint32_t ospfv3_prefix_list_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API ospfv3_prefix_list *ospfv3_prefix_list_get(kelp_handle *handle, uint32_t space_id,
                                                     const ospfv3_prefix_list *object);
 
@@ -155,17 +156,17 @@ KELP_API ospfv3_prefix_list *ospfv3_prefix_list_get(kelp_handle *handle, uint32_
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospfv3_prefix_list_get_all(kelp_handle *handle, uint32_t space_id,
                                          const ospfv3_prefix_list *object, uint32_t *err);
 
 /* Writes the numbers, booleans and enumerations of the object, each from the argument of its
  * name. Fields that the object's variant lacks are passed over, without an error. No state byte
  * changes.
- * Errors: 43 for an enumeration's value that its variant does not hold; the arguments behind it
- *   are not written then
+ * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
+ *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure */
+ * Family: structure (src/types/structure.hpp) */
 KELP_API void ospfv3_prefix_list_set_all(kelp_handle *handle, uint32_t space_id,
                                          ospfv3_prefix_list *object, uint32_t *err);
 
@@ -174,12 +175,12 @@ KELP_API void ospfv3_prefix_list_set_all(kelp_handle *handle, uint32_t space_id,
  * theirs. State bytes come along when the handle tracks state and both objects have them; those
  * of array elements that destination held go in any case. A non-zero error word on entry stops
  * nothing.
- * Errors: 22 when the handle tracks state and source does not, with the bytes copied and both
- *   objects holding the same texts, arrays and arms
+ * Errors: KELP_ERR_INVALID (22) when the handle tracks state and source does not, with the bytes
+ *   copied and both objects holding the same texts, arrays and arms
  * Ownership: source stays the caller's, but gives up what it owned; what destination owned before
  *   is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_prefix_list_set(kelp_handle *handle, uint32_t space_id,
                                      ospfv3_prefix_list *destination, ospfv3_prefix_list *source,
                                      uint32_t *err);
@@ -189,7 +190,7 @@ KELP_API void ospfv3_prefix_list_set(kelp_handle *handle, uint32_t space_id,
  * Errors: those of the children's set
  * Ownership: what both held after the copy is destination's alone
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_prefix_list_post_copyout_cleanup(kelp_handle *handle, uint32_t space_id,
                                                       ospfv3_prefix_list *destination,
                                                       ospfv3_prefix_list *source, uint32_t *err);
@@ -199,7 +200,7 @@ KELP_API void ospfv3_prefix_list_post_copyout_cleanup(kelp_handle *handle, uint3
  * structures.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_prefix_list_offset_update(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_prefix_list *object, void *sttr_base);
 
@@ -207,26 +208,26 @@ KELP_API void ospfv3_prefix_list_offset_update(kelp_handle *handle, uint32_t spa
  * Does nothing for a ospfv3_prefix_list without embedded structures.
  * Errors: those of kelp_hd_mapping_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: transfer */
+ * Family: transfer (src/types/transfer.hpp) */
 KELP_API void ospfv3_prefix_list_offset_remove(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_prefix_list *object, uint32_t *err);
 
 /* Gives the number of by-reference fields of ospfv3_prefix_list, whatever the object's variant:
  * the slots that ospfv3_prefix_list_get_object_references fills.
- * Errors: 22 for a null object; 0 then
+ * Errors: KELP_ERR_INVALID (22) for a null object; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_get_oid_count(kelp_handle *handle, uint32_t space_id,
                                                    const ospfv3_prefix_list *object, uint32_t *err);
 
 /* Writes the table of each by-reference field of ospfv3_prefix_list to references, in field
  * order, null for an empty one. references has room for as many as
  * ospfv3_prefix_list_get_oid_count gives; size is not looked at.
- * Errors: 22 for a null object; what the runtime sets for an OID that names nothing, with this
- *   output and the later ones left alone
+ * Errors: KELP_ERR_INVALID (22) for a null object; what the runtime sets for an OID that names
+ *   nothing, with this output and the later ones left alone
  * Ownership: the tables stay the database's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: reference_field (whole object) */
+ * Family: reference_field (whole object) (src/types/reference_field.hpp) */
 KELP_API void ospfv3_prefix_list_get_object_references(kelp_handle *handle, uint32_t space_id,
                                                        const ospfv3_prefix_list *object,
                                                        void **references, uint32_t size,
@@ -237,31 +238,33 @@ KELP_API void ospfv3_prefix_list_get_object_references(kelp_handle *handle, uint
  * elements are overwritten too. Does nothing unless handle and object track state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking (whole object) */
+ * Family: state_tracking (whole object) (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_prefix_list_set_all_state_tracking_flag(kelp_handle *handle,
     uint32_t space_id, ospfv3_prefix_list *object, uint32_t value);
 
 /* Writes the image of object into buffer, length bytes long, and gives the bytes written. Make
  * the buffer 4 bytes longer than length tells: the last state byte and the patched jump word of
  * an image that did not fit may fall behind it.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_marshal(kelp_handle *handle, uint32_t space_id, void *buffer,
                                              const ospfv3_prefix_list *object, int32_t length,
                                              uint32_t *err);
 
 /* Writes the image of object as ospfv3_prefix_list_marshal does, but at the object's own variant
  * when that is above the domain's. Objects embedded in it are lowered all the same.
- * Errors: 12 for a length below 1, also inside, where an embedded object begins at the end of the
- *   buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short;
- *   2 when the selected arm of a choice is missing; 22 for a null object. The image is ended
- *   properly all the same
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, also inside, where an embedded object
+ *   begins at the end of the buffer; KELP_ERR_EPOCH (43) when the object's variant is above the
+ *   domain's; KELP_ERR_NO_ROOM (90) when the buffer is too short; KELP_ERR_NOT_FOUND (2) when the
+ *   selected arm of a choice is missing; KELP_ERR_INVALID (22) for a null object. The image is
+ *   ended properly all the same
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_marshal_for_clone(kelp_handle *handle, uint32_t space_id,
                                                        void *buffer,
                                                        const ospfv3_prefix_list *object,
@@ -272,12 +275,12 @@ KELP_API uint32_t ospfv3_prefix_list_marshal_for_clone(kelp_handle *handle, uint
  * released. Fields that the image lacks keep what they held; what is behind the fields known here
  * is skipped. The state bytes of the elements of an array go when their number changes and the
  * image brings none.
- * Errors: 12 for a length below 1, at any level, and when there is no memory, with the object
- *   half filled and 0 as the result; 90 when the image is cut; 22 for a null object and for a
- *   value that no writer writes
+ * Errors: KELP_ERR_NO_MEMORY (12) for a length below 1, at any level, and when there is no
+ *   memory, with the object half filled and 0 as the result; KELP_ERR_NO_ROOM (90) when the image
+ *   is cut; KELP_ERR_INVALID (22) for a null object and for a value that no writer writes
  * Ownership: what is allocated for arrays, texts and arms belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                const void *buffer, ospfv3_prefix_list *object,
                                                int32_t length, uint32_t reuse, uint32_t *err);
@@ -287,7 +290,7 @@ KELP_API uint32_t ospfv3_prefix_list_unmarshal(kelp_handle *handle, uint32_t spa
  * element when the handle tracks state and the object does not.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_len(kelp_handle *handle, uint32_t space_id,
                                          const ospfv3_prefix_list *object);
 
@@ -295,7 +298,7 @@ KELP_API uint32_t ospfv3_prefix_list_len(kelp_handle *handle, uint32_t space_id,
  * set.
  * Errors: none; cr_err is only read
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: image */
+ * Family: image (src/encodings/image.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_len_cr(kelp_handle *handle, const ospfv3_prefix_list *object);
 
 /* Writes object as text at the start of buffer, at most size bytes and none for a negative size,
@@ -306,7 +309,7 @@ KELP_API uint32_t ospfv3_prefix_list_len_cr(kelp_handle *handle, const ospfv3_pr
  *   text that does not fit is cut without a failure: a result equal to size says that some may be
  *   missing, and the call is repeated with more room
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_print(kelp_handle *handle, uint32_t space_id, char *buffer,
                                            uint32_t indent, const char *label,
                                            const ospfv3_prefix_list *object, uint32_t size,
@@ -317,7 +320,7 @@ KELP_API uint32_t ospfv3_prefix_list_print(kelp_handle *handle, uint32_t space_i
  * written for a negative size.
  * Errors: as ospfv3_prefix_list_print, in cr_err; a text is cut as there
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: text */
+ * Family: text (src/encodings/text.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_print_cr(kelp_handle *handle,
                                               const ospfv3_prefix_list *object, char *buffer,
                                               int32_t size);
@@ -325,10 +328,11 @@ KELP_API uint32_t ospfv3_prefix_list_print_cr(kelp_handle *handle,
 /* Writes object as the element tag into buffer, at most size bytes and none for a negative size,
  * and gives the bytes written. state_byte is that of the element; under a tracking handle each
  * field's element carries its own.
- * Errors: what the field writers set, such as 90 when the buffer is too short; 22 when the handle
- *   tracks state and the object does not. What was written stays
+ * Errors: what the field writers set, such as KELP_ERR_NO_ROOM (90) when the buffer is too short;
+ *   KELP_ERR_INVALID (22) when the handle tracks state and the object does not. What was written
+ *   stays
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_to_xml(kelp_handle *handle, uint32_t space_id,
                                             const char *tag, char *buffer,
                                             const ospfv3_prefix_list *object, uint32_t size,
@@ -338,7 +342,7 @@ KELP_API uint32_t ospfv3_prefix_list_to_xml(kelp_handle *handle, uint32_t space_
  * bytes written, or 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: as ospfv3_prefix_list_to_xml, in cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_toxml_cr(kelp_handle *handle,
                                               const ospfv3_prefix_list *object, char *buffer,
                                               uint32_t size);
@@ -346,12 +350,12 @@ KELP_API uint32_t ospfv3_prefix_list_toxml_cr(kelp_handle *handle,
 /* Reads the element at path into object. Fields that it does not have keep what they held;
  * elements that are no fields are passed over. A failed lookup is told in message, message_size
  * bytes or null.
- * Errors: 2 when there is no element at path; 12 when there is no memory; what a field's reader
- *   sets otherwise. What was read before stays
+ * Errors: KELP_ERR_NOT_FOUND (2) when there is no element at path; KELP_ERR_NO_MEMORY (12) when
+ *   there is no memory; what a field's reader sets otherwise. What was read before stays
  * Ownership: what is allocated for arrays, texts and arms belongs to the object; an arm that it
  *   had before is left to the caller
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: xml */
+ * Family: xml (src/encodings/xml.hpp) */
 KELP_API void ospfv3_prefix_list_from_xml(kelp_handle *handle, uint32_t space_id,
                                           const char *path, kelp_xml_document *document,
                                           ospfv3_prefix_list *object, uint32_t *err,
@@ -360,12 +364,13 @@ KELP_API void ospfv3_prefix_list_from_xml(kelp_handle *handle, uint32_t space_id
 /* Copies source into *destination, which is made first when it is null, through the work_size
  * bytes at work. Element blocks that *destination held are replaced and not released; arms stay,
  * and the selected ones take the content of source's.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; when reading the image fails it is destroyed, a given
  *   one too, and becomes null
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospfv3_prefix_list_clone_internal(kelp_handle *handle, uint32_t space_id,
                                                 const ospfv3_prefix_list *source,
                                                 ospfv3_prefix_list **destination, void *work,
@@ -373,105 +378,112 @@ KELP_API void ospfv3_prefix_list_clone_internal(kelp_handle *handle, uint32_t sp
 
 /* Makes a new object with the content of source in *destination, whatever that pointed at,
  * through the work_size bytes at work.
- * Errors: 2 for a null destination or work buffer, with nothing done; 12 when no object can be
- *   made; what writing or reading the image sets, 90 for a work buffer that is too small
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null destination or work buffer, with nothing done;
+ *   KELP_ERR_NO_MEMORY (12) when no object can be made; what writing or reading the image sets,
+ *   KELP_ERR_NO_ROOM (90) for a work buffer that is too small
  * Ownership: *destination is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospfv3_prefix_list_clone(kelp_handle *handle, uint32_t space_id,
                                        const ospfv3_prefix_list *source,
                                        ospfv3_prefix_list **destination, void *work,
                                        uint32_t work_size, uint32_t *err);
 
 /* Gives a new object with the content of source, made through the handle's work space.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: the result is the caller's; null after a failure
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API ospfv3_prefix_list *ospfv3_prefix_list_clone_cr(kelp_handle *handle,
                                                          const ospfv3_prefix_list *source);
 
 /* Overwrites destination with the content of source in place, through the handle's work space.
  * Element blocks that destination held are replaced and not released; arms stay, and the selected
  * ones take the content of source's.
- * Errors: those of clone_internal, in cr_err; 12 without memory for the handle's work space
+ * Errors: those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY (12) without memory for the
+ *   handle's work space
  * Ownership: both stay the caller's; when reading the image fails destination is destroyed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: clone */
+ * Family: clone (src/encodings/clone.hpp) */
 KELP_API void ospfv3_prefix_list_copy_cr(kelp_handle *handle, const ospfv3_prefix_list *source,
                                          ospfv3_prefix_list *destination);
 
 /* Gives prefix inside the object. The prefix as text.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the result belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API kelp_vstring *ospfv3_prefix_list_prefix_get(kelp_handle *handle, uint32_t space_id,
                                                      ospfv3_prefix_list *object, uint32_t *err);
 
 /* Moves the content of source into prefix. The prefix as text.
- * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
- *   and the object does not, with the content moved, or a structure as the source does not, with
- *   its bytes copied and both holding the same texts, arrays and arms
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not, with the content moved, or a
+ *   structure as the source does not, with its bytes copied and both holding the same texts,
+ *   arrays and arms
  * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned;
  *   what the field owned before is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API void ospfv3_prefix_list_prefix_set(kelp_handle *handle, uint32_t space_id,
                                             ospfv3_prefix_list *object, kelp_vstring *source,
                                             uint32_t *err);
 
 /* Gives the state byte of prefix: 0 not written, 2 written by a setter, any other as a caller set
  * it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospfv3_prefix_list_prefix_state_flag_get(kelp_handle *handle, uint32_t space_id,
                                                           ospfv3_prefix_list *object,
                                                           uint32_t *err);
 
 /* Sets the state byte of prefix to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_prefix_list_prefix_state_flag_set(kelp_handle *handle, uint32_t space_id,
                                                        ospfv3_prefix_list *object, uint32_t value,
                                                        uint32_t *err);
 
 /* Gives prefix_options inside the object. The prefix's options as text.
- * Errors: 43 when the object's variant does not hold the field; null then
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; null then
  * Ownership: the result belongs to the object
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API kelp_vstring *ospfv3_prefix_list_prefix_options_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_prefix_list *object, uint32_t *err);
 
 /* Moves the content of source into prefix_options. The prefix's options as text.
- * Errors: 43 when the object's variant does not hold the field; 22 when the handle tracks state
- *   and the object does not, with the content moved, or a structure as the source does not, with
- *   its bytes copied and both holding the same texts, arrays and arms
+ * Errors: KELP_ERR_EPOCH (43) when the object's variant does not hold the field; KELP_ERR_INVALID
+ *   (22) when the handle tracks state and the object does not, with the content moved, or a
+ *   structure as the source does not, with its bytes copied and both holding the same texts,
+ *   arrays and arms
  * Ownership: source stays the caller's, but gives up the texts, arrays and arms that it owned;
  *   what the field owned before is forgotten and not freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: object_field */
+ * Family: object_field (src/types/object_field.hpp) */
 KELP_API void ospfv3_prefix_list_prefix_options_set(kelp_handle *handle, uint32_t space_id,
                                                     ospfv3_prefix_list *object,
                                                     kelp_vstring *source, uint32_t *err);
 
 /* Gives the state byte of prefix_options: 0 not written, 2 written by a setter, any other as a
  * caller set it.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 0 then
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; 0 then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API uint8_t ospfv3_prefix_list_prefix_options_state_flag_get(kelp_handle *handle,
     uint32_t space_id, ospfv3_prefix_list *object, uint32_t *err);
 
 /* Sets the state byte of prefix_options to the low 8 bits of value.
- * Errors: 22 when the handle has tracking switched off or the object has no state bytes; 43 when
- *   the object's variant does not hold the field
+ * Errors: KELP_ERR_INVALID (22) when the handle has tracking switched off or the object has no
+ *   state bytes; KELP_ERR_EPOCH (43) when the object's variant does not hold the field
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: state_tracking */
+ * Family: state_tracking (src/types/state_tracking.hpp) */
 KELP_API void ospfv3_prefix_list_prefix_options_state_flag_set(kelp_handle *handle,
     uint32_t space_id, ospfv3_prefix_list *object, uint32_t value, uint32_t *err);
 

@@ -16,10 +16,12 @@
 namespace harbor::clone {
 
 inline constexpr std::string_view cloning_errors =
-    "2 for a null destination or work buffer, with nothing done; 12 when no object can be made; "
-    "what writing or reading the image sets, 90 for a work buffer that is too small";
+    "KELP_ERR_NOT_FOUND for a null destination or work buffer, with nothing done; "
+    "KELP_ERR_NO_MEMORY when no object can be made; what writing or reading the image sets, "
+    "KELP_ERR_NO_ROOM for a work buffer that is too small";
 inline constexpr std::string_view cr_errors =
-    "those of clone_internal, in cr_err; 12 without memory for the handle's work space";
+    "those of clone_internal, in cr_err; KELP_ERR_NO_MEMORY without memory for the handle's work "
+    "space";
 
 inline constexpr std::array operations{
     Operation{
@@ -69,7 +71,7 @@ inline constexpr std::array operations{
                      "destroyed",
     },
 };
-inline constexpr StructureFamily family{"clone", operations};
+inline constexpr Family family{"clone", operations};
 
 // --- what the steps know of a type --------------------------------------------------------------
 

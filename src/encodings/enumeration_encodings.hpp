@@ -37,8 +37,9 @@ inline constexpr std::array operations{
         .rule = "enumeration_encodings::marshal",
         .brief = "Writes the object's image into buffer, which has length bytes, and gives the "
                  "bytes written.",
-        .errors = "12 for a length below 1; 43 when the object's variant is above the domain's, "
-                  "with the image written at the domain's; those of the runtime's writers",
+        .errors = "KELP_ERR_NO_MEMORY for a length below 1; KELP_ERR_EPOCH when the object's "
+                  "variant is above the domain's, with the image written at the domain's; those of "
+                  "the runtime's writers",
         .ownership = "buffer and object stay the caller's",
     },
     Operation{
@@ -49,7 +50,7 @@ inline constexpr std::array operations{
         .rule = "enumeration_encodings::unmarshal",
         .brief = "Reads an image of at most length bytes into object and gives the bytes read. A "
                  "higher variant than $type has becomes its highest. reuse is handed on.",
-        .errors = "12 for a length below 1; those of the runtime's readers",
+        .errors = "KELP_ERR_NO_MEMORY for a length below 1; those of the runtime's readers",
         .ownership = "buffer and object stay the caller's",
     },
     Operation{
@@ -103,10 +104,11 @@ inline constexpr std::array operations{
         .brief = "Gives the object the first value, in the order of the names, whose empty element "
                  "stands in the element at path. Without one the object is left alone, which is no "
                  "failure. The store is not announced and no variant is looked at.",
-        .errors = "those of xml_get_element_value but 2; message (message_size bytes, or null) "
-                  "then says the path",
+        .errors = "those of xml_get_element_value but KELP_ERR_NOT_FOUND; message (message_size "
+                  "bytes, or null) then says the path",
     },
 };
+inline constexpr Family family{"enumeration_encodings", operations};
 
 // --- the rules --------------------------------------------------------------------------------
 

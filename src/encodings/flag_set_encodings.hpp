@@ -40,9 +40,10 @@ inline constexpr std::array operations{
         .brief = "Writes the object's image into buffer, which has length bytes, and gives the "
                  "bytes written. The jump word is written again whatever went before: buffer must "
                  "really have 5 bytes, also where length is less.",
-        .errors = "12 for a length below 1; 43 when the object's variant is above the domain's, "
-                  "with the jump word written and the flags left out; 90 when there is no room for "
-                  "the flags; those of the runtime's writers",
+        .errors =
+            "KELP_ERR_NO_MEMORY for a length below 1; KELP_ERR_EPOCH when the object's variant is "
+            "above the domain's, with the jump word written and the flags left out; "
+            "KELP_ERR_NO_ROOM when there is no room for the flags; those of the runtime's writers",
         .ownership = "buffer and object stay the caller's",
     },
     Operation{
@@ -55,7 +56,7 @@ inline constexpr std::array operations{
                  "included. The byte of flags is read without a test of length, right behind the "
                  "jump word, or where that failed in its place: buffer must really have it. reuse "
                  "is not looked at.",
-        .errors = "12 for a length below 1; those of the runtime's readers",
+        .errors = "KELP_ERR_NO_MEMORY for a length below 1; those of the runtime's readers",
         .ownership = "buffer and object stay the caller's",
     },
     Operation{
@@ -67,7 +68,7 @@ inline constexpr std::array operations{
         .brief = "Writes \"<label>@$type:\", the name of each set flag with a blank behind it, and "
                  "a newline, behind indent blanks into buffer, at most size bytes, and gives the "
                  "bytes written. A null object gives \"ERR \" for each flag.",
-        .errors = "none of its own; a null object leaves 43 as the last error",
+        .errors = "none of its own; a null object leaves KELP_ERR_EPOCH as the last error",
     },
     Operation{
         .suffix = "print_cr",
@@ -87,8 +88,8 @@ inline constexpr std::array operations{
         .brief = "Writes the element tag with one empty element for each set flag in it into "
                  "buffer, at most size bytes, and gives the bytes written. A null object gives "
                  "<error>ERR</error> for each flag. state_byte is not looked at.",
-        .errors = "those of start_tag, xml_enum_print and end_tag; a null object leaves 43 as the "
-                  "last error",
+        .errors = "those of start_tag, xml_enum_print and end_tag; a null object leaves "
+                  "KELP_ERR_EPOCH as the last error",
     },
     Operation{
         .suffix = "toxml_cr",
@@ -108,10 +109,11 @@ inline constexpr std::array operations{
         .rule = "flag_set_encodings::from_xml",
         .brief = "Sets each flag whose empty element stands in the element at path; flags that "
                  "are not there stay as they were. A null object is passed over.",
-        .errors = "those of xml_get_element_value but 2, with the flags found before set; message "
-                  "(message_size bytes, or null) then says the path",
+        .errors = "those of xml_get_element_value but KELP_ERR_NOT_FOUND, with the flags found "
+                  "before set; message (message_size bytes, or null) then says the path",
     },
 };
+inline constexpr Family family{"flag_set_encodings", operations};
 
 // --- the rules --------------------------------------------------------------------------------
 

@@ -33,10 +33,11 @@
 namespace harbor::image {
 
 inline constexpr std::string_view writer_errors =
-    "12 for a length below 1, also inside, where an embedded object begins at the end of the "
-    "buffer; 43 when the object's variant is above the domain's; 90 when the buffer is too short; "
-    "2 when the selected arm of a choice is missing; 22 for a null object. The image is ended "
-    "properly all the same";
+    "KELP_ERR_NO_MEMORY for a length below 1, also inside, where an embedded object begins at the "
+    "end of the buffer; KELP_ERR_EPOCH when the object's variant is above the domain's; "
+    "KELP_ERR_NO_ROOM when the buffer is too short; KELP_ERR_NOT_FOUND when the selected arm of a "
+    "choice is missing; KELP_ERR_INVALID for a null object. The image is ended properly all the "
+    "same";
 inline constexpr std::string_view writer_arguments =
     "kelp_handle *handle, uint32_t space_id, void *buffer, const $T *object, int32_t length, "
     "uint32_t *err";
@@ -73,9 +74,10 @@ inline constexpr std::array operations{
                  "they are then reused or released. Fields that the image lacks keep what they "
                  "held; what is behind the fields known here is skipped. The state bytes of the "
                  "elements of an array go when their number changes and the image brings none.",
-        .errors = "12 for a length below 1, at any level, and when there is no memory, with the "
-                  "object half filled and 0 as the result; 90 when the image is cut; 22 for a null "
-                  "object and for a value that no writer writes",
+        .errors =
+            "KELP_ERR_NO_MEMORY for a length below 1, at any level, and when there is no memory, "
+            "with the object half filled and 0 as the result; KELP_ERR_NO_ROOM when the image is "
+            "cut; KELP_ERR_INVALID for a null object and for a value that no writer writes",
         .ownership = "what is allocated for arrays, texts and arms belongs to the object",
     },
     Operation{
@@ -99,7 +101,7 @@ inline constexpr std::array operations{
     },
 };
 
-inline constexpr StructureFamily family{"image", operations};
+inline constexpr Family family{"image", operations};
 
 // --- what the plain part knows of a structure ---------------------------------------------------
 

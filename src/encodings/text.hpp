@@ -50,7 +50,7 @@ inline constexpr std::array operations{
     },
 };
 
-inline constexpr StructureFamily family{"text", operations};
+inline constexpr Family family{"text", operations};
 
 // --- what does not depend on the fields ---------------------------------------------------------
 

@@ -34,8 +34,9 @@ inline constexpr std::array operations{
                  "negative size, and gives the bytes written. state_byte is that of the element; "
                  "under a tracking handle each "
                  "field's element carries its own.",
-        .errors = "what the field writers set, such as 90 when the buffer is too short; 22 when "
-                  "the handle tracks state and the object does not. What was written stays",
+        .errors = "what the field writers set, such as KELP_ERR_NO_ROOM when the buffer is too "
+                  "short; KELP_ERR_INVALID when the handle tracks state and the object does not. "
+                  "What was written stays",
     },
     Operation{
         .suffix = "toxml_cr",
@@ -57,14 +58,15 @@ inline constexpr std::array operations{
         .brief = "Reads the element at path into object. Fields that it does not have keep what "
                  "they held; elements that are no fields are passed over. A failed lookup is told "
                  "in message, message_size bytes or null.",
-        .errors = "2 when there is no element at path; 12 when there is no memory; what a field's "
-                  "reader sets otherwise. What was read before stays",
+        .errors =
+            "KELP_ERR_NOT_FOUND when there is no element at path; KELP_ERR_NO_MEMORY when there is "
+            "no memory; what a field's reader sets otherwise. What was read before stays",
         .ownership = "what is allocated for arrays, texts and arms belongs to the object; an arm "
                      "that it had before is left to the caller",
     },
 };
 
-inline constexpr StructureFamily family{"xml", operations};
+inline constexpr Family family{"xml", operations};
 
 // --- writing ------------------------------------------------------------------------------------
 

@@ -18,8 +18,8 @@ inline constexpr Field area_scope_lsas =
 }  // namespace fields::ospf_area
 namespace types {
 inline constexpr Structure ospf_area =
-    structure_of_two_variants<fields::ospf_area::area_id, fields::ospf_area::interfaces,
-                              fields::ospf_area::area_scope_lsas>("ospf_area", 2, 4, "An area.");
+    structure<fields::ospf_area::area_id, fields::ospf_area::interfaces,
+              fields::ospf_area::area_scope_lsas>("ospf_area", "An area.");
 }  // namespace types
 
 namespace fields::ospf_instance {

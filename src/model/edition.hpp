@@ -1,8 +1,9 @@
-// Which edition of the schema is built, and how the rows of structures, enumerations and flag sets
-// follow it: each of them is made through here. The current edition is the product and holds what
-// the rows say. The older one is the schema before variant 1 came: every field and every value of a
-// later variant is left out. The newer one adds what stands in newer_edition.hpp. Both exist so
-// that tests can let editions talk to one another.
+// The makers of structures, enumerations and flag sets: a type's variants and their bounds follow
+// from the variants in which its fields or members came. Each type is made through here, so that
+// the edition of the schema that is built can differ. The current edition is the product and holds
+// what the rows say. The older one is the schema before variant 1 came: every field and every value
+// of a later variant is left out. The newer one adds what stands in newer_edition.hpp. Both exist
+// so that tests can let editions talk to one another.
 #pragma once
 
 #include <algorithm>
@@ -21,9 +22,6 @@ inline constexpr Edition edition = Edition::newer;
 #else
 inline constexpr Edition edition = Edition::current;
 #endif
-
-// For what is stated by number, which binds the current edition alone.
-consteval bool if_current(bool fact) { return edition != Edition::current || fact; }
 
 // --- lists of rows ----------------------------------------------------------------------------
 
@@ -60,73 +58,79 @@ inline constexpr auto more_members = [] {
 }();
 
 template <std::size_t count, typename Act>
-consteval void for_each_index(Act act) {
+constexpr void for_each_index(Act act) {
   [&]<std::size_t... I>(std::index_sequence<I...>) { (act.template operator()<I>(), ...); }
   (std::make_index_sequence<count>());
 }
 
-// --- rows in the edition ------------------------------------------------------------------------
-
+// What the edition has of the rows.
 template <const Field &...F>
-consteval Structure in_edition(Structure type) {
+constexpr std::span<const Field *const> fields_in_edition(std::string_view type) {
+  std::span<const Field *const> fields = field_list<F...>;
   if constexpr (edition == Edition::older) {
-    type.variants = 1;
-    type.fields = first_fields<F...>;
-    type.valid_bounds = {static_cast<std::uint32_t>(type.fields.size())};
+    fields = first_fields<F...>;
   } else if constexpr (edition == Edition::newer) {
     for_each_index<newer_edition::new_fields.size()>([&]<std::size_t I>() {
-      if (type.name != newer_edition::new_fields[I].type) return;
-      // As in rows of two variants the last bound leaves one slot above the last field.
-      type.valid_bounds[type.variants - 1] = static_cast<std::uint32_t>(type.fields.size());
-      type.fields = more_fields<I, F...>;
-      type.valid_bounds[type.variants] = static_cast<std::uint32_t>(type.fields.size() + 1);
-      ++type.variants;
+      if (type == newer_edition::new_fields[I].type) fields = more_fields<I, F...>;
     });
   }
-  return type;
+  return fields;
 }
-
 template <const auto &members>
-consteval Enumeration in_edition(Enumeration type) {
+constexpr std::span<const Member> members_in_edition(std::string_view type) {
+  std::span<const Member> all = members;
   if constexpr (edition == Edition::older) {
-    type.variants = type.limit_count = 1;
-    type.members = first_members<members>;
+    all = first_members<members>;
   } else if constexpr (edition == Edition::newer) {
     for_each_index<newer_edition::new_members.size()>([&]<std::size_t I>() {
-      if (type.name != newer_edition::new_members[I].type) return;
-      type.members = more_members<I, members>;
-      type.limits[type.limit_count] = type.limits[type.limit_count - 1] + 1;
-      ++type.limit_count;
-      ++type.variants;
+      if (type == newer_edition::new_members[I].type) all = more_members<I, members>;
     });
   }
-  return type;
+  return all;
 }
 
-template <const auto &members>
-consteval FlagSet in_edition(FlagSet type) {
-  if constexpr (edition == Edition::newer) {
-    for_each_index<newer_edition::new_members.size()>([&]<std::size_t I>() {
-      if (type.name != newer_edition::new_members[I].type) return;
-      type.members = more_members<I, members>;
-      ++type.variants;
-    });
-  }
-  return type;
+// --- makers of types ----------------------------------------------------------------------------
+
+constexpr std::uint8_t variants_of(std::span<const Field *const> fields) {
+  std::uint8_t highest = 0;
+  for (const Field *field : fields) highest = std::max(highest, field->since);
+  return highest + 1;
+}
+constexpr std::uint8_t variants_of(std::span<const Member> members) {
+  std::uint8_t highest = 0;
+  for (const Member &member : members) highest = std::max(highest, member.since);
+  return highest + 1;
 }
 
-// --- makers of structures -----------------------------------------------------------------------
-
+// The last bound leaves one slot above the last field, but in a type of one variant.
 template <const Field &...F>
 consteval Structure structure(std::string_view name, std::string_view meaning) {
-  return in_edition<F...>(Structure{name, 1, {sizeof...(F)}, field_list<F...>, meaning});
+  const auto fields = fields_in_edition<F...>(name);
+  Structure type{name, variants_of(fields), {}, fields, meaning};
+  for (std::uint8_t variant = 0; variant < type.variants; ++variant) {
+    std::uint32_t &bound = type.valid_bounds[variant];
+    while (bound < fields.size() && fields[bound]->since <= variant) ++bound;
+  }
+  if (type.variants > 1) ++type.valid_bounds[type.variants - 1];
+  return type;
 }
-// first_later: index of the first field of variant 1; bound: the first index that needs a variant
-// 2. The bound leaves one slot above the last field.
-template <const Field &...F>
-consteval Structure structure_of_two_variants(std::string_view name, std::uint32_t first_later,
-                                              std::uint32_t bound, std::string_view meaning) {
-  return in_edition<F...>(Structure{name, 2, {first_later, bound}, field_list<F...>, meaning});
+
+constexpr Limits limits_of(std::span<const Member> members) {
+  Limits limits{};
+  for (std::uint8_t variant = 0; variant < variants_of(members); ++variant) {
+    for (const Member &member : members) limits[variant] += member.since <= variant ? 1 : 0;
+  }
+  return limits;
+}
+template <const auto &members>
+consteval Enumeration enumeration(std::string_view name, std::string_view meaning) {
+  const auto all = members_in_edition<members>(name);
+  return {name, variants_of(all), limits_of(all), all, meaning};
+}
+template <const auto &members>
+consteval FlagSet flag_set(std::string_view name, std::string_view meaning) {
+  const auto all = members_in_edition<members>(name);
+  return {name, variants_of(all), limits_of(all), all, meaning};
 }
 
 }  // namespace harbor::model

@@ -1,5 +1,4 @@
-// The five enumerations: their values, and from which value on an object of an early variant
-// refuses.
+// The enumerations: their values, and the variant from which on each is known.
 #pragma once
 
 #include "model/edition.hpp"
@@ -42,47 +41,20 @@ inline constexpr std::array<Member, 8> nbr_state_type{{
 }  // namespace members
 
 inline constexpr Enumeration address_family =
-    in_edition<members::address_family>(Enumeration{"address_family",
-                                                    1,
-                                                    {2},
-                                                    1,
-                                                    false,
-                                                    members::address_family,
-                                                    "An address family.",
-                                                    "2b42e5c02e3225d440f9f5bec13c63de"});
-inline constexpr Enumeration ospf_operation_mode = in_edition<members::ospf_operation_mode>(
-    Enumeration{"ospf_operation_mode",
-                1,
-                {1},
-                1,
-                false,
-                members::ospf_operation_mode,
-                "How the address families run beside each other."});
+    enumeration<members::address_family>("address_family", "An address family.")
+        .identified_by("2b42e5c02e3225d440f9f5bec13c63de");
+inline constexpr Enumeration ospf_operation_mode = enumeration<members::ospf_operation_mode>(
+    "ospf_operation_mode", "How the address families run beside each other.");
 inline constexpr Enumeration ospf_network_type =
-    in_edition<members::ospf_network_type>(Enumeration{"ospf_network_type",
-                                                       1,
-                                                       {4},
-                                                       1,
-                                                       false,
-                                                       members::ospf_network_type,
-                                                       "How OSPF treats a network."});
+    enumeration<members::ospf_network_type>("ospf_network_type", "How OSPF treats a network.");
 inline constexpr Enumeration ospf_auth_type =
-    in_edition<members::ospf_auth_type>(Enumeration{"ospf_auth_type",
-                                                    2,
-                                                    {3, 4},
-                                                    2,
-                                                    false,
-                                                    members::ospf_auth_type,
-                                                    "Selector of ospf_authentication.",
-                                                    "0f58589be39f59b1ec820d0a75d12853"});
-inline constexpr Enumeration nbr_state_type = in_edition<members::nbr_state_type>(Enumeration{
-    "nbr_state_type",
-    1,
-    {8},
-    1,
-    true,
-    members::nbr_state_type,
-    "State of the conversation with a neighbour. Held values run from 1 to 8; the wire and the "
-    "limits count from 0."});
+    enumeration<members::ospf_auth_type>("ospf_auth_type", "Selector of ospf_authentication.")
+        .identified_by("0f58589be39f59b1ec820d0a75d12853");
+inline constexpr Enumeration nbr_state_type =
+    enumeration<members::nbr_state_type>(
+        "nbr_state_type",
+        "State of the conversation with a neighbour. Held values run from 1 to 8; the wire and the "
+        "limits count from 0.")
+        .counted_from_one();
 
 }  // namespace harbor::model::enumerations

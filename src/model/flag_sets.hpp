@@ -1,4 +1,4 @@
-// The four flag sets: the name of each bit, from bit 0 up.
+// The flag sets: the name of each bit, from bit 0 up.
 #pragma once
 
 #include "model/edition.hpp"
@@ -37,18 +37,16 @@ inline constexpr std::array<Member, 4> ospfv3_lsa_body_flag_options{{
 }};
 }  // namespace members
 
-inline constexpr FlagSet lsa_flag_options = in_edition<members::lsa_flag_options>(
-    FlagSet{"lsa_flag_options", members::lsa_flag_options, "The OSPFv2 option bits."});
+inline constexpr FlagSet lsa_flag_options =
+    flag_set<members::lsa_flag_options>("lsa_flag_options", "The OSPFv2 option bits.");
 inline constexpr FlagSet ospfv2_lsa_body_flags_options =
-    in_edition<members::ospfv2_lsa_body_flags_options>(FlagSet{
-        "ospfv2_lsa_body_flags_options", members::ospfv2_lsa_body_flags_options,
-        "The bits of an OSPFv2 router LSA. The members' prefix is spelt as the schema spells it."});
-inline constexpr FlagSet ospfv3_lsa_flag_options =
-    in_edition<members::ospfv3_lsa_flag_options>(FlagSet{
-        "ospfv3_lsa_flag_options", members::ospfv3_lsa_flag_options, "The OSPFv3 option bits."});
+    flag_set<members::ospfv2_lsa_body_flags_options>(
+        "ospfv2_lsa_body_flags_options",
+        "The bits of an OSPFv2 router LSA. The members' prefix is spelt as the schema spells it.");
+inline constexpr FlagSet ospfv3_lsa_flag_options = flag_set<members::ospfv3_lsa_flag_options>(
+    "ospfv3_lsa_flag_options", "The OSPFv3 option bits.");
 inline constexpr FlagSet ospfv3_lsa_body_flag_options =
-    in_edition<members::ospfv3_lsa_body_flag_options>(FlagSet{"ospfv3_lsa_body_flag_options",
-                                                              members::ospfv3_lsa_body_flag_options,
-                                                              "The bits of an OSPFv3 router LSA."});
+    flag_set<members::ospfv3_lsa_body_flag_options>("ospfv3_lsa_body_flag_options",
+                                                    "The bits of an OSPFv3 router LSA.");
 
 }  // namespace harbor::model::flag_sets

@@ -49,10 +49,9 @@ inline constexpr Field stats =
 }  // namespace fields::ospf_neighbor
 namespace types {
 inline constexpr Structure ospf_neighbor =
-    structure_of_two_variants<fields::ospf_neighbor::neighbor_id, fields::ospf_neighbor::address,
-                              fields::ospf_neighbor::dr, fields::ospf_neighbor::bdr,
-                              fields::ospf_neighbor::state, fields::ospf_neighbor::stats>(
-        "ospf_neighbor", 5, 7, "A neighbour heard on an interface.");
+    structure<fields::ospf_neighbor::neighbor_id, fields::ospf_neighbor::address,
+              fields::ospf_neighbor::dr, fields::ospf_neighbor::bdr, fields::ospf_neighbor::state,
+              fields::ospf_neighbor::stats>("ospf_neighbor", "A neighbour heard on an interface.");
 }  // namespace types
 
 namespace fields::fast_reroute {
@@ -118,12 +117,13 @@ inline constexpr Field no_auth =
     arm("no_auth", 3, Kind::u32, "Stands for no authentication.").from_variant(1);
 }  // namespace fields::ospf_authentication
 namespace types {
-inline constexpr Structure ospf_authentication = structure_of_two_variants<
-    fields::ospf_authentication::auth_type_selection, fields::ospf_authentication::sa,
-    fields::ospf_authentication::key_chain, fields::ospf_authentication::key_string,
-    fields::ospf_authentication::crypto_algorithm_val, fields::ospf_authentication::no_auth>(
-    "ospf_authentication", 5, 7,
-    "How packets are authenticated: a choice whose arms are held by pointer.");
+inline constexpr Structure ospf_authentication =
+    structure<fields::ospf_authentication::auth_type_selection, fields::ospf_authentication::sa,
+              fields::ospf_authentication::key_chain, fields::ospf_authentication::key_string,
+              fields::ospf_authentication::crypto_algorithm_val,
+              fields::ospf_authentication::no_auth>(
+        "ospf_authentication",
+        "How packets are authenticated: a choice whose arms are held by pointer.");
 }  // namespace types
 
 namespace fields::ttl_security {
@@ -198,22 +198,23 @@ inline constexpr Field priority =
         .from_variant(1);
 }  // namespace fields::ospf_interface
 namespace types {
-inline constexpr Structure ospf_interface = structure_of_two_variants<
-    fields::ospf_interface::name, fields::ospf_interface::network_type,
-    fields::ospf_interface::passive, fields::ospf_interface::demand_circuit,
-    fields::ospf_interface::multi_area_val, fields::ospf_interface::static_neighbor,
-    fields::ospf_interface::node_flag, fields::ospf_interface::fast_reroute_val,
-    fields::ospf_interface::cost, fields::ospf_interface::hello_interval,
-    fields::ospf_interface::dead_interval, fields::ospf_interface::retransmit_interval,
-    fields::ospf_interface::transmit_delay, fields::ospf_interface::mtu_ignore,
-    fields::ospf_interface::lls, fields::ospf_interface::prefix_suppression,
-    fields::ospf_interface::bfd, fields::ospf_interface::ttl_security_val,
-    fields::ospf_interface::enable, fields::ospf_interface::authentication_val,
-    fields::ospf_interface::state, fields::ospf_interface::hello_timer,
-    fields::ospf_interface::wait_timer, fields::ospf_interface::dr, fields::ospf_interface::bdr,
-    fields::ospf_interface::neighbor, fields::ospf_interface::link_scope_lsas,
-    fields::ospf_interface::multi_topology, fields::ospf_interface::priority>(
-    "ospf_interface", 28, 30, "An interface: settings, timers and state.");
+inline constexpr Structure ospf_interface =
+    structure<fields::ospf_interface::name, fields::ospf_interface::network_type,
+              fields::ospf_interface::passive, fields::ospf_interface::demand_circuit,
+              fields::ospf_interface::multi_area_val, fields::ospf_interface::static_neighbor,
+              fields::ospf_interface::node_flag, fields::ospf_interface::fast_reroute_val,
+              fields::ospf_interface::cost, fields::ospf_interface::hello_interval,
+              fields::ospf_interface::dead_interval, fields::ospf_interface::retransmit_interval,
+              fields::ospf_interface::transmit_delay, fields::ospf_interface::mtu_ignore,
+              fields::ospf_interface::lls, fields::ospf_interface::prefix_suppression,
+              fields::ospf_interface::bfd, fields::ospf_interface::ttl_security_val,
+              fields::ospf_interface::enable, fields::ospf_interface::authentication_val,
+              fields::ospf_interface::state, fields::ospf_interface::hello_timer,
+              fields::ospf_interface::wait_timer, fields::ospf_interface::dr,
+              fields::ospf_interface::bdr, fields::ospf_interface::neighbor,
+              fields::ospf_interface::link_scope_lsas, fields::ospf_interface::multi_topology,
+              fields::ospf_interface::priority>("ospf_interface",
+                                                "An interface: settings, timers and state.");
 }  // namespace types
 
 }  // namespace harbor::model

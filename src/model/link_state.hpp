@@ -65,18 +65,18 @@ inline constexpr Field unknown_sub_tlv =
         .from_variant(1);
 }  // namespace fields::link_scope_lsa
 namespace types {
-inline constexpr Structure link_scope_lsa = structure_of_two_variants<
-    fields::link_scope_lsa::decoded_completed, fields::link_scope_lsa::raw_data_len,
-    fields::link_scope_lsa::raw_data, fields::link_scope_lsa::version,
-    fields::link_scope_lsa::ospfv2_lsa_val, fields::link_scope_lsa::ospfv2_links,
-    fields::link_scope_lsa::summary, fields::link_scope_lsa::external,
-    fields::link_scope_lsa::unknown_tlv, fields::link_scope_lsa::ospfv3_lsa_val,
-    fields::link_scope_lsa::ospfv3_links, fields::link_scope_lsa::prefix_list,
-    fields::link_scope_lsa::ia_prefix_list, fields::link_scope_lsa::multi_topology,
-    fields::link_scope_lsa::router_address, fields::link_scope_lsa::tlv,
-    fields::link_scope_lsa::unknown_sub_tlv>(
-    "link_scope_lsa", 14, 18,
-    "An LSA of link scope, as received and in typed form for both protocol versions.");
+inline constexpr Structure link_scope_lsa =
+    structure<fields::link_scope_lsa::decoded_completed, fields::link_scope_lsa::raw_data_len,
+              fields::link_scope_lsa::raw_data, fields::link_scope_lsa::version,
+              fields::link_scope_lsa::ospfv2_lsa_val, fields::link_scope_lsa::ospfv2_links,
+              fields::link_scope_lsa::summary, fields::link_scope_lsa::external,
+              fields::link_scope_lsa::unknown_tlv, fields::link_scope_lsa::ospfv3_lsa_val,
+              fields::link_scope_lsa::ospfv3_links, fields::link_scope_lsa::prefix_list,
+              fields::link_scope_lsa::ia_prefix_list, fields::link_scope_lsa::multi_topology,
+              fields::link_scope_lsa::router_address, fields::link_scope_lsa::tlv,
+              fields::link_scope_lsa::unknown_sub_tlv>(
+        "link_scope_lsa",
+        "An LSA of link scope, as received and in typed form for both protocol versions.");
 }  // namespace types
 
 namespace fields::area_scope_lsa_key {

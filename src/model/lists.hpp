@@ -6,7 +6,7 @@
 
 namespace harbor::model {
 
-inline constexpr std::array<const Structure *, 52> structures{
+inline constexpr std::array structures{
     &types::ospfv2_unknown_sub_tlv,
     &types::ospfv2_link_tlv,
     &types::ospfv2_unknown_tlv,
@@ -61,20 +61,20 @@ inline constexpr std::array<const Structure *, 52> structures{
     &types::ospf_rev1,
 };
 
-inline constexpr std::array<const Enumeration *, 5> all_enumerations{
+inline constexpr std::array all_enumerations{
     &enumerations::address_family,    &enumerations::ospf_operation_mode,
     &enumerations::ospf_network_type, &enumerations::ospf_auth_type,
     &enumerations::nbr_state_type,
 };
 
-inline constexpr std::array<const FlagSet *, 4> all_flag_sets{
+inline constexpr std::array all_flag_sets{
     &flag_sets::lsa_flag_options,
     &flag_sets::ospfv2_lsa_body_flags_options,
     &flag_sets::ospfv3_lsa_flag_options,
     &flag_sets::ospfv3_lsa_body_flag_options,
 };
 
-inline constexpr std::array<const Table *, 21> all_tables{
+inline constexpr std::array all_tables{
     &tables::ospfv2_unknown_sub_tlv,
     &tables::ospfv2_unknown_tlv,
     &tables::ospfv2_external,
@@ -97,6 +97,19 @@ inline constexpr std::array<const Table *, 21> all_tables{
     &tables::ospf_instance_rev1,
     &tables::ospf_rev1,
 };
+
+// A table's number is its place in the list; a name in TableId without a table does not compile.
+static_assert(all_tables.size() == static_cast<std::size_t>(TableId::none));
+static_assert([] {
+  for (std::size_t at = 0; at < all_tables.size(); ++at) {
+    if (all_tables[at]->id != static_cast<TableId>(at)) return false;
+  }
+  return true;
+}());
+
+// A type record for each type, and two for each table: its own and that of its records.
+inline constexpr std::size_t record_count =
+    structures.size() + all_enumerations.size() + all_flag_sets.size() + 2 * all_tables.size();
 
 constexpr const Table &table(TableId id) { return *all_tables[static_cast<std::size_t>(id)]; }
 

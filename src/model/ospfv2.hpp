@@ -194,12 +194,12 @@ inline constexpr Field body_flag_options =
         .from_variant(1);
 }  // namespace fields::ospfv2_lsa_body
 namespace types {
-inline constexpr Structure ospfv2_lsa_body = structure_of_two_variants<
-    fields::ospfv2_lsa_body::lsa_flags, fields::ospfv2_lsa_body::num_of_links,
-    fields::ospfv2_lsa_body::network, fields::ospfv2_lsa_body::summary_mask,
-    fields::ospfv2_lsa_body::external_mask, fields::ospfv2_lsa_body::body_flag_options>(
-    "ospfv2_lsa_body", 5, 7,
-    "The body of an OSPFv2 LSA: router, network, summary and external data side by side.");
+inline constexpr Structure ospfv2_lsa_body =
+    structure<fields::ospfv2_lsa_body::lsa_flags, fields::ospfv2_lsa_body::num_of_links,
+              fields::ospfv2_lsa_body::network, fields::ospfv2_lsa_body::summary_mask,
+              fields::ospfv2_lsa_body::external_mask, fields::ospfv2_lsa_body::body_flag_options>(
+        "ospfv2_lsa_body",
+        "The body of an OSPFv2 LSA: router, network, summary and external data side by side.");
 }  // namespace types
 
 namespace fields::ospfv2_header {
@@ -227,13 +227,12 @@ inline constexpr Field flag_options =
 }  // namespace fields::ospfv2_header
 namespace types {
 inline constexpr Structure ospfv2_header =
-    structure_of_two_variants<fields::ospfv2_header::options, fields::ospfv2_header::lsa_id,
-                              fields::ospfv2_header::opaque_type, fields::ospfv2_header::opaque_id,
-                              fields::ospfv2_header::age, fields::ospfv2_header::type,
-                              fields::ospfv2_header::adv_router, fields::ospfv2_header::seq_num,
-                              fields::ospfv2_header::checksum, fields::ospfv2_header::length,
-                              fields::ospfv2_header::flag_options>("ospfv2_header", 10, 12,
-                                                                   "The header of an OSPFv2 LSA.");
+    structure<fields::ospfv2_header::options, fields::ospfv2_header::lsa_id,
+              fields::ospfv2_header::opaque_type, fields::ospfv2_header::opaque_id,
+              fields::ospfv2_header::age, fields::ospfv2_header::type,
+              fields::ospfv2_header::adv_router, fields::ospfv2_header::seq_num,
+              fields::ospfv2_header::checksum, fields::ospfv2_header::length,
+              fields::ospfv2_header::flag_options>("ospfv2_header", "The header of an OSPFv2 LSA.");
 }  // namespace types
 
 namespace fields::ospfv2_lsa {

@@ -58,10 +58,9 @@ inline constexpr Field lsa_flag_hdr_options =
 }  // namespace fields::ospfv3_header
 namespace types {
 inline constexpr Structure ospfv3_header =
-    structure_of_two_variants<fields::ospfv3_header::lsa_id, fields::ospfv3_header::lsa_header_val,
-                              fields::ospfv3_header::lsa_hdr_options,
-                              fields::ospfv3_header::lsa_flag_hdr_options>(
-        "ospfv3_header", 3, 5, "The header of an OSPFv3 LSA.");
+    structure<fields::ospfv3_header::lsa_id, fields::ospfv3_header::lsa_header_val,
+              fields::ospfv3_header::lsa_hdr_options, fields::ospfv3_header::lsa_flag_hdr_options>(
+        "ospfv3_header", "The header of an OSPFv3 LSA.");
 }  // namespace types
 
 namespace fields::ospfv3_lsa_body_flags {
@@ -92,10 +91,11 @@ inline constexpr Field lsa_flag_hdr_options =
         .from_variant(1);
 }  // namespace fields::ospfv3_network
 namespace types {
-inline constexpr Structure ospfv3_network = structure_of_two_variants<
-    fields::ospfv3_network::lsa_net_options, fields::ospfv3_network::attached_router_num,
-    fields::ospfv3_network::attached_router, fields::ospfv3_network::lsa_flag_hdr_options>(
-    "ospfv3_network", 3, 5, "What an OSPFv3 network LSA says.");
+inline constexpr Structure ospfv3_network =
+    structure<fields::ospfv3_network::lsa_net_options, fields::ospfv3_network::attached_router_num,
+              fields::ospfv3_network::attached_router,
+              fields::ospfv3_network::lsa_flag_hdr_options>("ospfv3_network",
+                                                            "What an OSPFv3 network LSA says.");
 }  // namespace types
 
 namespace fields::ospfv3_inter_area_prefix {
@@ -125,11 +125,11 @@ inline constexpr Field lsa_flag_hdr_options =
 }  // namespace fields::ospfv3_inter_area_router
 namespace types {
 inline constexpr Structure ospfv3_inter_area_router =
-    structure_of_two_variants<fields::ospfv3_inter_area_router::lsa_ia_options,
-                              fields::ospfv3_inter_area_router::metric,
-                              fields::ospfv3_inter_area_router::destination_router_id,
-                              fields::ospfv3_inter_area_router::lsa_flag_hdr_options>(
-        "ospfv3_inter_area_router", 3, 5, "What an inter-area router LSA says.");
+    structure<fields::ospfv3_inter_area_router::lsa_ia_options,
+              fields::ospfv3_inter_area_router::metric,
+              fields::ospfv3_inter_area_router::destination_router_id,
+              fields::ospfv3_inter_area_router::lsa_flag_hdr_options>(
+        "ospfv3_inter_area_router", "What an inter-area router LSA says.");
 }  // namespace types
 
 namespace fields::ospfv3_lsa_external_flags {
@@ -197,11 +197,12 @@ inline constexpr Field lsa_flag_hdr_options =
         .from_variant(1);
 }  // namespace fields::ospfv3_link_data
 namespace types {
-inline constexpr Structure ospfv3_link_data = structure_of_two_variants<
-    fields::ospfv3_link_data::rtr_priority, fields::ospfv3_link_data::lsa_ld_options,
-    fields::ospfv3_link_data::link_local_interface_address,
-    fields::ospfv3_link_data::num_of_prefixes, fields::ospfv3_link_data::lsa_flag_hdr_options>(
-    "ospfv3_link_data", 4, 6, "What a link LSA says.");
+inline constexpr Structure ospfv3_link_data =
+    structure<fields::ospfv3_link_data::rtr_priority, fields::ospfv3_link_data::lsa_ld_options,
+              fields::ospfv3_link_data::link_local_interface_address,
+              fields::ospfv3_link_data::num_of_prefixes,
+              fields::ospfv3_link_data::lsa_flag_hdr_options>("ospfv3_link_data",
+                                                              "What a link LSA says.");
 }  // namespace types
 
 namespace fields::ospfv3_intra_area_prefix {
@@ -251,14 +252,14 @@ inline constexpr Field lsa_body_flags =
         .from_variant(1);
 }  // namespace fields::ospfv3_lsa_body
 namespace types {
-inline constexpr Structure ospfv3_lsa_body = structure_of_two_variants<
-    fields::ospfv3_lsa_body::lsa_flags, fields::ospfv3_lsa_body::lsa_body_options,
-    fields::ospfv3_lsa_body::network, fields::ospfv3_lsa_body::prefix,
-    fields::ospfv3_lsa_body::ia_router, fields::ospfv3_lsa_body::lsa_external,
-    fields::ospfv3_lsa_body::nssa, fields::ospfv3_lsa_body::link_data,
-    fields::ospfv3_lsa_body::ia_prefix, fields::ospfv3_lsa_body::lsa_flag_options,
-    fields::ospfv3_lsa_body::lsa_body_flags>("ospfv3_lsa_body", 9, 12,
-                                             "The body of an OSPFv3 LSA: all kinds side by side.");
+inline constexpr Structure ospfv3_lsa_body =
+    structure<fields::ospfv3_lsa_body::lsa_flags, fields::ospfv3_lsa_body::lsa_body_options,
+              fields::ospfv3_lsa_body::network, fields::ospfv3_lsa_body::prefix,
+              fields::ospfv3_lsa_body::ia_router, fields::ospfv3_lsa_body::lsa_external,
+              fields::ospfv3_lsa_body::nssa, fields::ospfv3_lsa_body::link_data,
+              fields::ospfv3_lsa_body::ia_prefix, fields::ospfv3_lsa_body::lsa_flag_options,
+              fields::ospfv3_lsa_body::lsa_body_flags>(
+        "ospfv3_lsa_body", "The body of an OSPFv3 LSA: all kinds side by side.");
 }  // namespace types
 
 namespace fields::ospfv3_lsa {

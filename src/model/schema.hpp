@@ -70,32 +70,40 @@ struct Member {
 // No type of any edition has more variants than that.
 inline constexpr std::size_t most_variants = 3;
 
-// limits[v] is the first value that an object below variant v + 1 refuses. Where has_internal_range
-// is set the named values start at 1 while the wire and the limits count from 0.
+// One number for each variant of a type; what is behind its variants is 0.
+using Limits = std::array<std::uint32_t, most_variants>;
+
+// limits[v] is how many members an object of variant v knows, and so the first number that it
+// refuses. Where has_internal_range is set the named values start at 1 while the wire and the
+// limits count from 0.
 struct Enumeration {
   std::string_view name;
   std::uint8_t variants;
-  std::array<std::uint32_t, most_variants> limits;
-  std::uint8_t limit_count;
-  bool has_internal_range;
+  Limits limits;
   std::span<const Member> members;
   std::string_view meaning;
+  bool has_internal_range = false;
   std::string_view identity = {};  // the MD5 that identifies the type, where it is stated
+
+  constexpr Enumeration counted_from_one() const {
+    Enumeration shifted = *this;
+    shifted.has_internal_range = true;
+    return shifted;
+  }
+  constexpr Enumeration identified_by(std::string_view md5) const {
+    Enumeration identified = *this;
+    identified.identity = md5;
+    return identified;
+  }
 };
 
-// Bit n of the byte is members[n].
+// Bit n of the byte is members[n]; limits as an enumeration's.
 struct FlagSet {
   std::string_view name;
+  std::uint8_t variants;
+  Limits limits;
   std::span<const Member> members;
   std::string_view meaning;
-  std::uint8_t variants = 1;
-
-  // How many bits an object of that variant has.
-  constexpr std::uint32_t bits_at(std::int32_t variant) const {
-    std::uint32_t bits = 0;
-    for (const Member &member : members) bits += member.since <= variant ? 1 : 0;
-    return bits;
-  }
 };
 
 struct Field {
@@ -117,11 +125,12 @@ struct Field {
   }
 };
 
-// valid_bounds: the thresholds of is_valid, as many as there are variants.
+// valid_bounds: the thresholds of is_valid: valid_bounds[v] is the first field number that needs a
+// variant above v.
 struct Structure {
   std::string_view name;
   std::uint8_t variants;
-  std::array<std::uint32_t, most_variants> valid_bounds;
+  Limits valid_bounds;
   std::span<const Field *const> fields;
   std::string_view meaning;
 

@@ -1,4 +1,4 @@
-// The 21 tables: what each stores, by which key, and under which identity. The order of the rows is
+// The tables: what each stores, by which key, and under which identity. The order of the rows is
 // the order of the families and of their trace messages.
 #pragma once
 

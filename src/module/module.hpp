@@ -26,12 +26,13 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, uint32_t *err",
         .rule = "module_frame::register_types(ospf_harbor_oper_type_records, handle, space_id, "
                 "err)",
-        .brief = "Registers the 103 type records of the module with the handle's runtime: a type "
-                 "that is new there gets a copy of its record, a known one keeps its copy and only "
-                 "has its variants refreshed. The runtime calls this itself when it meets an "
-                 "unknown type.",
-        .errors = "12 when there is no memory for a copy; types registered before stay "
-                  "registered. The word is not read on entry",
+        .brief =
+            "Registers the $records type records of the module with the handle's runtime: a type "
+            "that is new there gets a copy of its record, a known one keeps its copy and only "
+            "has its variants refreshed. The runtime calls this itself when it meets an "
+            "unknown type.",
+        .errors = "KELP_ERR_NO_MEMORY when there is no memory for a copy; types registered before "
+                  "stay registered. The word is not read on entry",
         .ownership = "the copies belong to the runtime",
     },
     Operation{
@@ -72,7 +73,7 @@ inline constexpr std::array operations{
     },
 };
 
-inline constexpr ModuleFamily family{"module_frame", operations};
+inline constexpr Family family{"module_frame", operations};
 
 // --- the rules --------------------------------------------------------------------------------
 

@@ -2,15 +2,18 @@
 // rows with the schema and writes the public headers, the one-line forwarders and the export list;
 // no composed name is written by hand.
 //
-// Placeholders in result, arguments, brief and ownership:
+// A code in errors is its name in kelp/base.h, to which the emitter adds the number. Placeholders
+// in result, arguments, brief and ownership:
 //   $T  the C type of the object            $V  the C type of a field's value
 //   $F  the C type that a field, an array's element or an arm is stored as
 //   $P  the C type of a reference's table   $O  the C type of a record's object
 //   $K  the C type of a table's pkey object
 //   $type $field $meaning $table $object    names and the row's sentence, in texts
 //   $getters $setters                       one argument for each field of the bulk forms
+//   $tables $records                        how many the schema has, in the module's texts
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -29,7 +32,8 @@ struct Operation {
   std::string_view brief;
   std::string_view errors = "none";
   std::string_view ownership = {};
-  bool unsafe_twin = false;  // the same operation is exported with _unsafe behind its name too
+  bool unsafe_twin = false;   // the same operation is exported with _unsafe behind its name too
+  std::uint8_t vft_slot = 0;  // KELP_VFT_...: where a table's vft has the unsafe twin; 0 for none
   bool single_underscore = false;  // keeps one underscore where a composite key's part ends in two
   bool is_void_argument_list = false;
 };
@@ -40,24 +44,19 @@ inline constexpr std::string_view no_lock =
 inline constexpr std::string_view caller_lock =
     "none is taken; the caller holds the database's lock";
 
-// Operations of a whole enumeration, flag set or structure, of a field, of a table. A family's name
-// is what the public doc blocks call it; holds tells which rows of the schema have it.
-struct EnumerationFamily {
+// Operations of the module, where suffix is the whole name, of a whole enumeration, flag set or
+// structure, of a field, of a table. A family's name is what the public doc blocks call it, with
+// the header that defines it as the place to look; holds tells which fields have it.
+struct Family {
   std::string_view name;
   std::span<const Operation> operations;
-};
-struct FlagSetFamily {
-  std::string_view name;
-  std::span<const Operation> operations;
-};
-struct StructureFamily {
-  std::string_view name;
-  std::span<const Operation> operations;
+  std::string_view header = __builtin_FILE();
 };
 struct FieldFamily {
   std::string_view name;
   bool (*holds)(const model::Field &);
   std::span<const Operation> operations;
+  std::string_view header = __builtin_FILE();
 };
 // per_key operations carry the key part of the table's names, per_object ones the object's type.
 enum class TableScope : unsigned char { table, per_key, per_object };
@@ -65,10 +64,7 @@ struct TableFamily {
   std::string_view name;
   TableScope scope;
   std::span<const Operation> operations;
-};
-struct ModuleFamily {
-  std::string_view name;
-  std::span<const Operation> operations;  // suffix is the whole name
+  std::string_view header = __builtin_FILE();
 };
 
 }  // namespace harbor

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <kelp/table.h>
+#include <kelp/vft.h>
 
 #include "module/messages.hpp"
 #include "module/object.hpp"
@@ -176,12 +177,10 @@ inline std::uint32_t message_of(const TableFacts &facts, TableForm form, std::ui
 // Emits a message at its own level.
 template <typename... Arguments>
 inline void report(const TableFacts &facts, TableForm form, Arguments... arguments) {
-  trace(table_source, messages::table_forms[static_cast<std::size_t>(form)].level,
-        message_of(facts, form), arguments...);
+  trace(table_source, messages::form_of(form).level, message_of(facts, form), arguments...);
 }
 inline void report_about(const TableFacts &facts, std::uint32_t object, TableForm form) {
-  trace(table_source, messages::table_forms[static_cast<std::size_t>(form)].level,
-        message_of(facts, form, object));
+  trace(table_source, messages::form_of(form).level, message_of(facts, form, object));
 }
 
 // A fatal message, then the end.

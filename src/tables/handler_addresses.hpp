@@ -1,5 +1,6 @@
 // The optional handlers of a table, as addresses that are null where the application defines none.
-// The emitter fills one set for each table from weak references.
+// The emitter fills one set for each table from weak references; its members are the rows of the
+// handlers family, in their order.
 #pragma once
 
 #include <kelp/table.h>

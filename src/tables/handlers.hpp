@@ -29,6 +29,7 @@ inline constexpr std::array operations{
         .brief = "Tells the application's create handler of a record, and gives what it returns.",
         .errors = handler_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_CREATE_CB,
     },
     Operation{
         .suffix = "table_record_modify_cb",
@@ -38,6 +39,7 @@ inline constexpr std::array operations{
         .brief = "Tells the application's modify handler of a record, and gives what it returns.",
         .errors = handler_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_MODIFY_CB,
     },
     Operation{
         .suffix = "table_record_delete_cb",
@@ -47,6 +49,7 @@ inline constexpr std::array operations{
         .brief = "Tells the application's delete handler of a record, and gives what it returns.",
         .errors = handler_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_DELETE_CB,
     },
     Operation{
         .suffix = "table_record_create_dm_cb",
@@ -57,6 +60,7 @@ inline constexpr std::array operations{
                  "handler with a null context, and gives what it returns.",
         .errors = handler_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_CREATE_DM_CB,
     },
     Operation{
         .suffix = "table_record_delete_dm_cb",
@@ -67,6 +71,7 @@ inline constexpr std::array operations{
                  "handler with a null context, and gives what it returns.",
         .errors = handler_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_DELETE_DM_CB,
     },
     Operation{
         .suffix = "table_record_grouping_cb",
@@ -78,6 +83,7 @@ inline constexpr std::array operations{
                  "returns.",
         .errors = handler_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_GROUPING_CB,
     },
     Operation{
         .suffix = "table_record_free_cb",
@@ -89,6 +95,7 @@ inline constexpr std::array operations{
             "Hands its arguments to the application's free handler, and gives what it returns.",
         .errors = handler_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_FREE_CB,
     },
 };
 

@@ -19,11 +19,12 @@ inline constexpr std::string_view table_and_record =
     "kelp_handle *handle, uint32_t space_id, $table_table *table, $table_record *record, uint32_t "
     "*err";
 inline constexpr std::string_view insert_errors =
-    "17 for a null record, also over another code, and when a record of the same tenant, key and "
-    "source is in the table; the record is unchanged then";
+    "KELP_ERR_EXISTS for a null record, also over another code, and when a record of the same "
+    "tenant, key and source is in the table; the record is unchanged then";
 inline constexpr std::string_view delete_errors =
-    "22 when the table is marked for replication and the caller is not the collector; 2 when the "
-    "record is not in the table: it has then lost its table and its key mark, and no count changed";
+    "KELP_ERR_INVALID when the table is marked for replication and the caller is not the "
+    "collector; KELP_ERR_NOT_FOUND when the record is not in the table: it has then lost its table "
+    "and its key mark, and no count changed";
 
 inline constexpr std::array operations{
     Operation{
@@ -36,6 +37,7 @@ inline constexpr std::array operations{
         .errors = insert_errors,
         .ownership = "no reference is taken: the caller's reference keeps the record alive",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_INSERT,
     },
     Operation{
         .suffix = "pkey_insert",
@@ -46,6 +48,7 @@ inline constexpr std::array operations{
         .errors = insert_errors,
         .ownership = "no reference is taken: the caller's reference keeps the record alive",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_PKEY_INSERT,
     },
     Operation{
         .suffix = "insert_cr",
@@ -66,6 +69,7 @@ inline constexpr std::array operations{
         .brief = "Takes a record out of the table. The record stays, with its references.",
         .errors = delete_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_DELETE,
     },
     Operation{
         .suffix = "delete_cr",
@@ -88,11 +92,12 @@ inline constexpr std::array operations{
                  "table with cursors does not let it go outside the collector: it is freed all the "
                  "same, and its node stays in the tree, which must not be walked then. Such a "
                  "record ends by $table_request_record_destroy.",
-        .errors = "2 for a null record; what the removal of its handle mapping reports: the record "
-                  "then stays allocated, with its objects gone. Ends the process when the record's "
-                  "type record is broken",
+        .errors = "KELP_ERR_NOT_FOUND for a null record; what the removal of its handle mapping "
+                  "reports: the record then stays allocated, with its objects gone. Ends the "
+                  "process when the record's type record is broken",
         .ownership = "the caller's reference is gone; with the last one record and objects are",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_DESTROY_RECORD,
     },
     Operation{
         .suffix = "record_destroy_cr",
@@ -110,10 +115,11 @@ inline constexpr std::array operations{
         .rule = "insertion::request_destroy",
         .brief = "Marks a record of a table with cursors for destruction; it stays in the table "
                  "until the collector ends it.",
-        .errors = "22 for a null record and for a table without cursors; those of "
+        .errors = "KELP_ERR_INVALID for a null record and for a table without cursors; those of "
                   "kelpdb_request_record_destroy",
         .ownership = "the caller's reference goes to the collector",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_REQUEST_RECORD_DESTROY,
     },
     Operation{
         .suffix = "request_record_destroy_cr",

@@ -15,9 +15,9 @@
 namespace harbor::open {
 
 inline constexpr std::string_view open_errors =
-    "7 when the name is too long; 12 without memory; those of the runtime's table of contents. "
-    "Null then. Ends the process when a table is to be made without the write lock, or when the "
-    "database is broken";
+    "KELP_ERR_TOO_LONG when the name is too long; KELP_ERR_NO_MEMORY without memory; those of the "
+    "runtime's table of contents. Null then. Ends the process when a table is to be made without "
+    "the write lock, or when the database is broken";
 inline constexpr std::string_view open_ownership =
     "the table belongs to the database and lives until it is freed";
 
@@ -35,6 +35,7 @@ inline constexpr std::array operations{
         .errors = open_errors,
         .ownership = open_ownership,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_OPEN,
     },
     Operation{
         .suffix = "table_open_by_id",
@@ -48,6 +49,7 @@ inline constexpr std::array operations{
         .errors = open_errors,
         .ownership = open_ownership,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_OPEN_BY_ID,
     },
     Operation{
         .suffix = "table_open_auto_id",
@@ -73,6 +75,7 @@ inline constexpr std::array operations{
         .errors = open_errors,
         .ownership = open_ownership,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_OPEN_BY_IOR_WITH_NAME,
     },
     Operation{
         .suffix = "table_open_by_ior_with_id",
@@ -86,6 +89,7 @@ inline constexpr std::array operations{
         .errors = open_errors,
         .ownership = open_ownership,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_OPEN_BY_IOR_WITH_ID,
     },
     Operation{
         .suffix = "table_open_cr",
@@ -106,6 +110,7 @@ inline constexpr std::array operations{
         .brief = "Forgets the handle's last error when the error word is 0. Nothing else happens: "
                  "the table stays open.",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_CLOSE,
     },
     Operation{
         .suffix = "table_close_cr",
@@ -124,11 +129,12 @@ inline constexpr std::array operations{
         .brief = "Takes the table out of the table of contents and frees it. Its records are not "
                  "looked at: the caller empties it first. In a shared database only the collector "
                  "frees; for anyone else the table leaves the table of contents and stays.",
-        .errors = "11 while references to the table remain: nothing is freed, and the call may be "
-                  "repeated; 2 when the ids of an id-opened table are not found; those of the "
-                  "runtime's table of contents",
+        .errors = "KELP_ERR_AGAIN while references to the table remain: nothing is freed, and the "
+                  "call may be repeated; KELP_ERR_NOT_FOUND when the ids of an id-opened table are "
+                  "not found; those of the runtime's table of contents",
         .ownership = "the table is gone after success",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_FREE,
     },
     Operation{
         .suffix = "request_table_free",
@@ -140,8 +146,8 @@ inline constexpr std::array operations{
                  "cursors in shared databases.",
         .errors = "those of the runtime's table of contents, a table that is not in it excepted; "
                   "those of $table_table_free: for a table of a shared database without cursors, "
-                  "outside the collector, the call ends in 2, since the table has left the table "
-                  "of contents already, and the table stays",
+                  "outside the collector, the call ends in KELP_ERR_NOT_FOUND, since the table has "
+                  "left the table of contents already, and the table stays",
         .ownership = "the table may be gone after success",
         .unsafe_twin = true,
     },

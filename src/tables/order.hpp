@@ -14,7 +14,7 @@ namespace harbor::order {
 
 // A lookup that finds nothing; what stands behind its first three arguments is its own.
 consteval Operation lookup(std::string_view suffix, std::string_view arguments,
-                           bool unsafe_twin = false) {
+                           bool unsafe_twin = false, std::uint8_t vft_slot = 0) {
   return {
       .suffix = suffix,
       .result = "$table_record *",
@@ -24,6 +24,7 @@ consteval Operation lookup(std::string_view suffix, std::string_view arguments,
           "Gives null: records of $table are not found by key. Walk the table instead. No "
           "argument is looked at, the error word included.",
       .unsafe_twin = unsafe_twin,
+      .vft_slot = vft_slot,
   };
 }
 
@@ -68,11 +69,11 @@ inline constexpr std::array key_operations{
 inline constexpr TableFamily key_family{"order", TableScope::per_key, key_operations};
 
 inline constexpr std::array operations{
-    lookup("search", by_key, true),
-    lookup("search_w_src", by_key_and_source, true),
-    lookup("get_next_by_key", by_key, true),
+    lookup("search", by_key, true, KELP_VFT_SEARCH),
+    lookup("search_w_src", by_key_and_source, true, KELP_VFT_SEARCH_W_SRC),
+    lookup("get_next_by_key", by_key, true, KELP_VFT_GET_NEXT_BY_KEY),
     lookup("get_next_by_key_w_src", by_key_and_source),
-    lookup("get_prev_by_key", by_key, true),
+    lookup("get_prev_by_key", by_key, true, KELP_VFT_GET_PREV_BY_KEY),
     Operation{
         .suffix = "pkey_print",
         .result = "const char *",
@@ -82,6 +83,7 @@ inline constexpr std::array operations{
         .brief = "Gives null: a primary key object is not printed as such; $K_print prints it. No "
                  "argument is looked at, the error word included.",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_PKEY_PRINT,
     },
 };
 inline constexpr TableFamily family{"order", TableScope::table, operations};

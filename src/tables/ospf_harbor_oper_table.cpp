@@ -9,10 +9,10 @@
 #include "module/failure.hpp"
 
 extern "C" {
-// The 21 vfts in the order of their LUIDs, and the copy that callers get.
-extern const kelp_table_vft ospf_harbor_oper_table_vfts[21];
-extern KELP_API kelp_table_vft ospf_harbor_oper_table_lut[21];
-kelp_table_vft ospf_harbor_oper_table_lut[21];
+// The vfts in the order of their LUIDs, and the copy that callers get.
+extern const kelp_table_vft ospf_harbor_oper_table_vfts[harbor::model::all_tables.size()];
+extern KELP_API kelp_table_vft ospf_harbor_oper_table_lut[harbor::model::all_tables.size()];
+kelp_table_vft ospf_harbor_oper_table_lut[harbor::model::all_tables.size()];
 }
 
 namespace harbor::vft {
@@ -20,20 +20,24 @@ namespace harbor::vft {
 namespace {
 
 constexpr std::uint32_t table_count = model::all_tables.size();
-static_assert(table_count == 21);
 
 // Set before the copy is made, whatever becomes of it.
 std::uint32_t copy_started = 0;
 
+template <TableForm form, typename... Arguments>
+void tell(Arguments... arguments) {
+  trace(table_source, messages::form_of(form).level, messages::of_module(form), arguments...);
+}
+
 std::uint32_t copy() {
   copy_started = 1;
-  trace(table_source, messages::vft_initializing.level, messages::vft_initializing_index,
-        "ospf_harbor_oper");
+  tell<TableForm::vft_initializing>("ospf_harbor_oper");
   return table_vft_cpy(ospf_harbor_oper_table_lut, ospf_harbor_oper_table_vfts, table_count);
 }
 
-// --- the lookup: five bits of the LUID select the candidates, which are then compared whole
-// --------
+// --- the lookup ---------------------------------------------------------------------------------
+//
+// Five bits of the LUID select the candidates, which are then compared whole.
 
 constexpr std::uint64_t big_endian_word(const std::uint8_t *bytes) {
   std::uint64_t word = 0;
@@ -94,7 +98,7 @@ std::int32_t lookup(const std::uint8_t *luid) {
 void get(kelp_handle *handle, std::uint32_t, const std::uint8_t *luid,
          const kelp_table_vft **vft_out, std::uint32_t *err) {
   if (*err != 0) {
-    trace(table_source, messages::vft_error_present.level, messages::vft_error_present_index);
+    tell<TableForm::vft_error_present>();
     return;
   }
   kelp_clear_last_error(handle);

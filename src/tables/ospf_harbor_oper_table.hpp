@@ -1,4 +1,4 @@
-// The tables, from here. A table is a keyed tree of records in a database; all 21 run the same
+// The tables, from here. A table is a keyed tree of records in a database; all run the same
 // rules, told apart by one constant record each:
 //
 //   facts.hpp             what differs between tables, and the messages of a table
@@ -12,14 +12,12 @@
 //   record_encodings      text, XML and image of a record and of its key
 //
 // In this file: how the runtime finds a table that it knows only by its LUID: the lookup from LUID
-// to index, and the one copy of the 21 vfts that callers are handed. Called through the module's
+// to index, and the one copy of the vfts that callers are handed. Called through the module's
 // exported names. Never hands out the constant records, and never copies twice: a copy that failed
 // is not tried again.
 //
 // Nothing here is locked or atomic. The first call is to be made before threads contend.
 #pragma once
-
-#include <kelp/vft.h>
 
 #include <array>
 
@@ -47,9 +45,10 @@ inline constexpr std::array module_operations{
         .result = "uint32_t",
         .arguments = "void",
         .rule = "vft::init",
-        .brief = "Copies the 21 table vfts into ospf_harbor_oper_table_lut, once in a process. "
-                 "Gives 0 when the copy was started before, else the result of table_vft_cpy. The "
-                 "first call is to be made before threads contend.",
+        .brief =
+            "Copies the $tables table vfts into ospf_harbor_oper_table_lut, once in a process. "
+            "Gives 0 when the copy was started before, else the result of table_vft_cpy. The "
+            "first call is to be made before threads contend.",
         .errors = "none; the result is the code",
     },
     Operation{
@@ -61,7 +60,8 @@ inline constexpr std::array module_operations{
         .brief = "Writes the vft of the table with the 16-byte LUID to *vft_out, making the copy "
                  "first if nobody has. The error word says whether that copy failed; the vft that "
                  "is handed out is then not filled in.",
-        .errors = "2 for an unknown LUID, with null in *vft_out; the code of a failed copy",
+        .errors = "KELP_ERR_NOT_FOUND for an unknown LUID, with null in *vft_out; the code of a "
+                  "failed copy",
         .ownership = "the vft belongs to the library and lives as long as the process",
     },
     Operation{
@@ -73,7 +73,7 @@ inline constexpr std::array module_operations{
                  "LUID, which need not be aligned; -1 when there is none.",
     },
 };
-inline constexpr ModuleFamily module_family{"ospf_harbor_oper_table", module_operations};
+inline constexpr Family module_family{"ospf_harbor_oper_table", module_operations};
 
 // --- the rules --------------------------------------------------------------------------------
 

@@ -28,6 +28,7 @@ inline constexpr std::array operations{
         .errors = create_errors,
         .ownership = create_ownership,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_CREATE_RECORD,
     },
     Operation{
         .suffix = "create_record_w_src",
@@ -49,9 +50,9 @@ inline constexpr std::array operations{
                  "non-zero makes the record's objects too. Without memory it gives the table's "
                  "null record: it may be handed on as any other, takes no object, no reference "
                  "and no end, and stays zero. cr_err is not looked at.",
-        .errors = "12 as the handle's last error and in cr_err when there is no memory and cr_err "
-                  "was 0, also for an object of a record that could be made; on success cr_err "
-                  "is set to 0, whatever it held",
+        .errors = "KELP_ERR_NO_MEMORY as the handle's last error and in cr_err when there is no "
+                  "memory and cr_err was 0, also for an object of a record that could be made; on "
+                  "success cr_err is set to 0, whatever it held",
         .ownership = "the caller owns the record's first reference and gives it up by "
                      "$table_record_destroy_cr; the null record belongs to the library",
     },
@@ -63,9 +64,10 @@ inline constexpr std::array operations{
         .brief = "Takes a further reference and gives how many there were before; 0 for the "
                  "table's null record, which takes none. The error word is not looked at. Ends "
                  "the process at 0xFFFFFF references.",
-        .errors = "2 for a null record; 0 then",
+        .errors = "KELP_ERR_NOT_FOUND for a null record; 0 then",
         .ownership = "each reference is given up by a $table_destroy_record of its own",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_ADD_REF,
     },
     Operation{
         .suffix = "pkey_create",
@@ -86,6 +88,7 @@ inline constexpr std::array operations{
         .brief = "Destroys a primary key object, as $K_destroy does.",
         .ownership = "the object is gone",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_PKEY_DESTROY,
     },
 };
 inline constexpr TableFamily family{"record", TableScope::table, operations};

@@ -18,9 +18,9 @@
 namespace harbor::record_encodings {
 
 inline constexpr std::string_view print_errors =
-    "90 when less room is left than the object's image takes. A text is longer than that, and is "
-    "cut without a failure: a result equal to length says that some may be missing, and the call "
-    "is repeated with more room";
+    "KELP_ERR_NO_ROOM when less room is left than the object's image takes. A text is longer than "
+    "that, and is cut without a failure: a result equal to length says that some may be missing, "
+    "and the call is repeated with more room";
 
 inline constexpr std::array operations{
     Operation{
@@ -36,6 +36,7 @@ inline constexpr std::array operations{
                  "held: fill it with blanks first.",
         .errors = print_errors,
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_PRINT,
     },
     Operation{
         .suffix = "record_print_cr",
@@ -58,6 +59,7 @@ inline constexpr std::array operations{
                  "and none for a negative length, and gives the bytes written.",
         .errors = "those of the runtime's writers",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_TO_XML,
     },
     Operation{
         .suffix = "record_toxml_cr",
@@ -81,10 +83,11 @@ inline constexpr std::array operations{
         .brief = "Makes a record from the elements of a document that are named after its "
                  "objects. It is not inserted. A missing element leaves its object empty. The "
                  "error word is not looked at.",
-        .errors = "12 without memory; what reading an element gives, with message told what was "
-                  "found and expected; null then, and what was made is left behind",
+        .errors = "KELP_ERR_NO_MEMORY without memory; what reading an element gives, with message "
+                  "told what was found and expected; null then, and what was made is left behind",
         .ownership = "the record is the caller's",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_FROM_XML,
     },
     Operation{
         .suffix = "table_record_marshal",
@@ -97,9 +100,10 @@ inline constexpr std::array operations{
         .brief = "Writes the record's image into buffer, which has length bytes, and gives the "
                  "bytes written. $table_table_record_len gives a length that suffices, but for "
                  "what is said there.",
-        .errors = "90 when buffer is too small; 2 when the record lacks an object; those of the "
-                  "objects' images",
+        .errors = "KELP_ERR_NO_ROOM when buffer is too small; KELP_ERR_NOT_FOUND when the record "
+                  "lacks an object; those of the objects' images",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_MARSHAL,
     },
     Operation{
         .suffix = "record_marshal_cr",
@@ -122,10 +126,11 @@ inline constexpr std::array operations{
         .brief = "Reads an image of at most length bytes into *record, or with reuse 0 into a new "
                  "record that *record then holds, also after a failure. Gives the bytes read. "
                  "Neither the LUID nor the header is checked: check what comes from outside first.",
-        .errors = "2 without a record or an object to fill, 12 without memory; those of the "
-                  "objects' images",
+        .errors = "KELP_ERR_NOT_FOUND without a record or an object to fill, KELP_ERR_NO_MEMORY "
+                  "without memory; those of the objects' images",
         .ownership = "a new record is the caller's",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_UNMARSHAL,
     },
     Operation{
         .suffix = "table_record_len",
@@ -136,6 +141,7 @@ inline constexpr std::array operations{
                  "state and an object does not, which takes a byte more for each array element, or "
                  "an object carries attached data, which takes 9 bytes more.",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_RECORD_LEN,
     },
     Operation{
         .suffix = "record_len_cr",
@@ -153,8 +159,10 @@ inline constexpr std::array operations{
                 "record, length, err)",
         .brief = "Writes the image of the record's key alone, without header and LUID, and gives "
                  "the bytes written. The record must hold the object with the key.",
-        .errors = "90 when the key does not fit in length bytes; those of the key's image",
+        .errors =
+            "KELP_ERR_NO_ROOM when the key does not fit in length bytes; those of the key's image",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_PKEY_MARSHAL,
     },
     Operation{
         .suffix = "table_pkey_unmarshal",
@@ -165,9 +173,11 @@ inline constexpr std::array operations{
                 "reinterpret_cast<void **>(pkey), buffer, length, err)",
         .brief = "Reads a key's image of at most length bytes into a new pkey object, which *pkey "
                  "then holds, and gives the bytes read.",
-        .errors = "14 for a null pkey, 12 without memory; those of the key's image",
+        .errors = "KELP_ERR_BAD_ADDRESS for a null pkey, KELP_ERR_NO_MEMORY without memory; those "
+                  "of the key's image",
         .ownership = "the pkey object is the caller's, who gives it back with $table_pkey_destroy",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_PKEY_UNMARSHAL,
     },
     Operation{
         .suffix = "table_pkey_len",
@@ -177,6 +187,7 @@ inline constexpr std::array operations{
         .brief = "Gives the length of the key's image. The record must hold the object with the "
                  "key.",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_PKEY_LEN,
     },
 };
 

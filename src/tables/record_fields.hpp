@@ -69,6 +69,7 @@ inline constexpr std::array operations{
             "Gives how many records the table holds: of the calling thread's tenant, or all of "
             "them when it has none. 0 for a null table.",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_GET_COUNT,
     },
     Operation{
         .suffix = "table_get_count_by_src",
@@ -79,6 +80,7 @@ inline constexpr std::array operations{
                  "table. Without a tenant only shadow records (src 255) are counted, and any other "
                  "source gives 0. 0 for a null table.",
         .unsafe_twin = true,
+        .vft_slot = KELP_VFT_TABLE_GET_COUNT_BY_SRC,
     },
     Operation{
         .suffix = "table_get_count_cr",

@@ -130,7 +130,8 @@ inline constexpr std::string_view step_errors =
     "is given all the same";
 inline constexpr std::string_view step_ownership = "no reference is taken";
 
-consteval Operation row(std::string_view suffix, const Meaning &meaning, bool unsafe_twin = false) {
+consteval Operation row(std::string_view suffix, const Meaning &meaning, bool unsafe_twin = false,
+                        std::uint8_t vft_slot = 0) {
   return {
       .suffix = suffix,
       .result = "$table_record *",
@@ -140,10 +141,12 @@ consteval Operation row(std::string_view suffix, const Meaning &meaning, bool un
       .errors = step_errors,
       .ownership = step_ownership,
       .unsafe_twin = unsafe_twin,
+      .vft_slot = vft_slot,
   };
 }
-consteval Operation pkey_row(std::string_view suffix, const Meaning &meaning) {
-  return row(suffix, meaning, true);
+consteval Operation pkey_row(std::string_view suffix, const Meaning &meaning,
+                             std::uint8_t vft_slot = 0) {
+  return row(suffix, meaning, true, vft_slot);
 }
 
 inline constexpr std::string_view internal_arguments =
@@ -238,7 +241,8 @@ inline constexpr std::array key_operations{
                  "caller's tenant with the source src, 0 for the default, with the handle's "
                  "cr_space_id and cr_err. Bit 0 of get_flags takes any source, bit 1 takes records "
                  "that wait for their destruction too. record is the reference of 2 and 3.",
-        .errors = "22 as the handle's last error for another get_op, with cr_err left alone",
+        .errors = "KELP_ERR_INVALID as the handle's last error for another get_op, with cr_err "
+                  "left alone",
         .ownership = step_ownership,
         .single_underscore = true,
     },
@@ -246,16 +250,16 @@ inline constexpr std::array key_operations{
 inline constexpr TableFamily key_family{"traversal", TableScope::per_key, key_operations};
 
 inline constexpr std::array operations{
-    pkey_row("pkey_get_next", next),
-    pkey_row("pkey_get_next_by_src", next_by_source),
-    pkey_row("pkey_get_next_ignore_src", next_any_source),
-    pkey_row("pkey_get_prev", previous),
+    pkey_row("pkey_get_next", next, KELP_VFT_PKEY_GET_NEXT),
+    pkey_row("pkey_get_next_by_src", next_by_source, KELP_VFT_PKEY_GET_NEXT_BY_SRC),
+    pkey_row("pkey_get_next_ignore_src", next_any_source, KELP_VFT_PKEY_GET_NEXT_IGNORE_SRC),
+    pkey_row("pkey_get_prev", previous, KELP_VFT_PKEY_GET_PREV),
     pkey_row("pkey_get_prev_by_src", previous_by_source),
     pkey_row("pkey_get_prev_ignore_src", previous_any_source),
-    pkey_row("pkey_get_first", first),
-    pkey_row("pkey_get_first_by_src", first_by_source),
-    pkey_row("pkey_get_first_ignore_src", first_any_source),
-    pkey_row("pkey_get_last", last),
+    pkey_row("pkey_get_first", first, KELP_VFT_PKEY_GET_FIRST),
+    pkey_row("pkey_get_first_by_src", first_by_source, KELP_VFT_PKEY_GET_FIRST_BY_SRC),
+    pkey_row("pkey_get_first_ignore_src", first_any_source, KELP_VFT_PKEY_GET_FIRST_IGNORE_SRC),
+    pkey_row("pkey_get_last", last, KELP_VFT_PKEY_GET_LAST),
     pkey_row("pkey_get_last_by_src", last_by_source),
     pkey_row("pkey_get_sub_next", same_key_next),
     pkey_row("pkey_get_sub_prev", same_key_previous),

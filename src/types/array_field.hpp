@@ -20,19 +20,20 @@
 namespace harbor::array_field {
 
 inline constexpr std::string_view growing_errors =
-    "43 when the object's variant does not hold the field; 12 without memory and for index "
-    "0xFFFFFFFF, with the elements as they were, or with the array grown and the element not "
-    "written when only its state bytes found none; 22 when the handle tracks state and the object "
-    "does not, with nothing changed";
+    "KELP_ERR_EPOCH when the object's variant does not hold the field; KELP_ERR_NO_MEMORY without "
+    "memory and for index 0xFFFFFFFF, with the elements as they were, or with the array grown and "
+    "the element not written when only its state bytes found none; KELP_ERR_INVALID when the "
+    "handle tracks state and the object does not, with nothing changed";
 inline constexpr std::string_view value_errors =
-    "43 when the object's variant does not hold the field; 12 without memory and for index "
-    "0xFFFFFFFF, with the elements as they were, or with the array grown and the element not "
-    "written when only its state bytes found none; 22 when the handle tracks state and the object "
-    "does not, with an element that is there written all the same and no other made";
+    "KELP_ERR_EPOCH when the object's variant does not hold the field; KELP_ERR_NO_MEMORY without "
+    "memory and for index 0xFFFFFFFF, with the elements as they were, or with the array grown and "
+    "the element not written when only its state bytes found none; KELP_ERR_INVALID when the "
+    "handle tracks state and the object does not, with an element that is there written all the "
+    "same and no other made";
 inline constexpr std::string_view replacing_errors =
-    "43 when the object's variant does not hold the field; 12 without memory, with no element "
-    "block and the old count; 22 when the handle tracks state and the object does not, with the "
-    "new block unfilled and the old count";
+    "KELP_ERR_EPOCH when the object's variant does not hold the field; KELP_ERR_NO_MEMORY without "
+    "memory, with no element block and the old count; KELP_ERR_INVALID when the handle tracks "
+    "state and the object does not, with the new block unfilled and the old count";
 
 inline constexpr Operation element_get{
     .suffix = "get",
@@ -42,8 +43,8 @@ inline constexpr Operation element_get{
     .rule = "array_field::get",
     .brief = "Gives the place of element index of $field. $meaning",
     .errors =
-        "43 when the object's variant does not hold the field, 2 for an index that is not "
-        "below the count; null then",
+        "KELP_ERR_EPOCH when the object's variant does not hold the field, KELP_ERR_NOT_FOUND for "
+        "an index that is not below the count; null then",
     .ownership = "the place belongs to the object and is good until the array grows or is replaced",
 };
 inline constexpr Operation elements_removal{
@@ -66,8 +67,8 @@ inline constexpr std::array number_operations{
             "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t index, uint32_t *err",
         .rule = "array_field::get_value",
         .brief = "Gives the value of element index of $field. $meaning",
-        .errors = "43 when the object's variant does not hold the field, 2 for an index that is "
-                  "not below the count; 0 then",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field, "
+                  "KELP_ERR_NOT_FOUND for an index that is not below the count; 0 then",
     },
     Operation{
         .suffix = "get_mem",
@@ -77,8 +78,8 @@ inline constexpr std::array number_operations{
         .rule = "array_field::get_mem",
         .brief = "Copies the first count elements of $field to destination, which has room for "
                  "them. $meaning",
-        .errors = "43 when the object's variant does not hold the field; 22 when count is above "
-                  "the array's own, with nothing copied",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field; "
+                  "KELP_ERR_INVALID when count is above the array's own, with nothing copied",
         .ownership = "destination is the caller's",
     },
     Operation{

@@ -18,8 +18,8 @@ inline constexpr std::string_view setter_brief =
     "Gives the choice the object arm as $field and selects it. What $field pointed at before is "
     "forgotten: detach it first. $meaning";
 inline constexpr std::string_view setter_errors =
-    "43 when the object's variant does not hold the arm; 22 when the handle tracks state and the "
-    "object or the arm does not, with the arm set and selected";
+    "KELP_ERR_EPOCH when the object's variant does not hold the arm; KELP_ERR_INVALID when the "
+    "handle tracks state and the object or the arm does not, with the arm set and selected";
 inline constexpr std::string_view setter_ownership =
     "arm is a block of its own from this handle's store, as kelp_vstring_create, u_int32_create or "
     "the structure's create make one, never a variable of the caller's: it belongs to the choice "
@@ -32,7 +32,7 @@ inline constexpr std::array arm_operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
         .rule = "choice::get",
         .brief = "Gives the object that $field points at, selected or not; null for none. $meaning",
-        .errors = "43 when the object's variant does not hold the arm; null then",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the arm; null then",
         .ownership = "the result belongs to the choice",
     },
     Operation{
@@ -42,8 +42,9 @@ inline constexpr std::array arm_operations{
         .rule = "choice::get_detach",
         .brief = "Takes $field off the choice, which then reads as selector 0. An arm that is not "
                  "selected stays, and the result is null. $meaning",
-        .errors = "43 when the object's variant does not hold the arm; 22 when the handle tracks "
-                  "state and the object does not: the result is null then, with the arm taken off",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the arm; "
+                  "KELP_ERR_INVALID when the handle tracks state and the object does not: the "
+                  "result is null then, with the arm taken off",
         .ownership = "the result is the caller's",
     },
     Operation{

@@ -1,5 +1,5 @@
 // Enumeration objects: their values, and which of them an object takes. Called by the forwarders of
-// the five enumerations and by everything that writes an enumeration field. Promises, in order: an
+// the enumerations and by everything that writes an enumeration field. Promises, in order: an
 // earlier failure stands; the object is brought in line with its domain; a value that the object's
 // variant does not know is refused with 43 and nothing is stored; each store is announced first.
 //
@@ -61,7 +61,7 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object, uint32_t *err",
         .rule = "enumeration::get_value",
         .brief = "Gives the value that the object holds.",
-        .errors = "22 for a null object; 0 then",
+        .errors = "KELP_ERR_INVALID for a null object; 0 then",
     },
     Operation{
         .suffix = "set",
@@ -71,8 +71,8 @@ inline constexpr std::array operations{
         .rule = "enumeration::set",
         .brief = "Copies source over destination, all 16 bytes: destination gets the variants, the "
                  "flags and the type record of source too. Neither may be null.",
-        .errors = "43 when destination's variant does not know the value; destination is unchanged "
-                  "then",
+        .errors = "KELP_ERR_EPOCH when destination's variant does not know the value; destination "
+                  "is unchanged then",
         .ownership = "source stays the caller's",
     },
     Operation{
@@ -82,8 +82,8 @@ inline constexpr std::array operations{
             "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t value, uint32_t *err",
         .rule = "enumeration::set_value",
         .brief = "Sets the value of the object, which may not be null.",
-        .errors = "43 when the object's variant does not know the value; the object is unchanged "
-                  "then",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not know the value; the object is "
+                  "unchanged then",
     },
     Operation{
         .suffix = "is_valid_cr",
@@ -95,6 +95,7 @@ inline constexpr std::array operations{
         .errors = "those of kelp_domain_lookup_variant, in cr_err",
     },
 };
+inline constexpr Family family{"enumeration", operations};
 
 // --- values -----------------------------------------------------------------------------------
 
@@ -113,15 +114,10 @@ constexpr std::uint32_t map_to_user_value(std::uint32_t value) {
   return value;
 }
 
-// Whether an object of this variant refuses the value. Values are compared unsigned, variants
-// signed.
+// Whether an object of this variant refuses the value.
 template <const model::Enumeration &E>
 constexpr bool refuses(std::uint32_t value, std::int32_t variant) {
-  const std::uint32_t tested = map_to_internal_value<E>(value);
-  for (std::uint8_t limit = 0; limit < E.limit_count; ++limit) {
-    if (tested >= E.limits[limit] && variant < limit + 1) return true;
-  }
-  return false;
+  return type_record_access::refuses_member<E>(map_to_internal_value<E>(value), variant);
 }
 
 // --- the rules --------------------------------------------------------------------------------
@@ -164,6 +160,13 @@ bool accepts(kelp_handle *handle, std::uint32_t space_id, void *object, std::uin
   return false;
 }
 
+// The same as an operation's opening.
+template <const model::Enumeration &E>
+bool takes(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t value,
+           std::uint32_t *err) {
+  return begin(handle, err) && accepts<E>(handle, space_id, object, value, err);
+}
+
 // Required: the header comes along.
 template <const model::Enumeration &E>
 void set(kelp_handle *handle, std::uint32_t space_id, void *destination, const void *source,
@@ -177,8 +180,7 @@ void set(kelp_handle *handle, std::uint32_t space_id, void *destination, const v
 template <const model::Enumeration &E>
 void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t value,
                std::uint32_t *err) {
-  if (!begin(handle, err)) return;
-  if (!accepts<E>(handle, space_id, object, value, err)) return;
+  if (!takes<E>(handle, space_id, object, value, err)) return;
   store(handle, space_id, &static_cast<EnumerationObject *>(object)->value, value);
 }
 

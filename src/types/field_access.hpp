@@ -5,6 +5,7 @@
 
 #include "module/failure.hpp"
 #include "module/object.hpp"
+#include "types/type_record_access.hpp"
 
 namespace harbor::field_access {
 
@@ -23,21 +24,13 @@ inline bool begin_read(kelp_handle *handle, const void *object, std::uint32_t *e
   return begin(handle, err) && has_field<F>(handle, object, err);
 }
 
-// A structure is brought in line with its domain before anything is written to it. What the
-// runtime leaves in the error word is not looked at.
-template <const Structure &T>
-inline void adjust(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  kelplib_adjust_variant(handle, space_id, object,
-                         object == nullptr ? nullptr : kelp_get_manifested_type_info(object),
-                         T.variants - 1, err);
-}
-
-// Steps 1 to 4 of a write.
+// Steps 1 to 4 of a write. The structure is brought in line with its domain before anything is
+// written to it; what the runtime leaves in the error word then is not looked at.
 template <const Structure &T, const Field &F>
 inline bool begin_write(kelp_handle *handle, std::uint32_t space_id, void *object,
                         std::uint32_t *err) {
   if (!begin(handle, err)) return false;
-  adjust<T>(handle, space_id, object, err);
+  type_record_access::adjust_variant<T>(handle, space_id, object, err);
   return has_field<F>(handle, object, err);
 }
 

@@ -1,5 +1,5 @@
 // Flag objects: named bits in one byte, addressed by bit number. Called by the forwarders of the
-// four flag sets. Promises, in order: an earlier failure stands; a bit that the object's variant
+// flag sets. Promises, in order: an earlier failure stands; a bit that the object's variant
 // does not have fails with 43; each store is announced first, and the other bits keep their values.
 //
 // Reading and writing one byte takes no lock: writers of different bits of one object must be put
@@ -54,7 +54,7 @@ inline constexpr std::array operations{
         .rule = "flag_set::get_value",
         .brief = "Gives the mask of the flag when it is set, 0 when it is clear. Test for non-zero "
                  "only: the mask of bit 7 is 0xFFFFFF80. The last error is not cleared.",
-        .errors = "43 for a null object or a bit that $type does not have; 0 then",
+        .errors = "KELP_ERR_EPOCH for a null object or a bit that $type does not have; 0 then",
     },
     Operation{
         .suffix = "get_cr",
@@ -84,8 +84,8 @@ inline constexpr std::array operations{
         .brief = "Sets the flag when on is not 0, else clears it; the other flags keep their "
                  "values. Passes silently over a null object, and over a bit that $type does not "
                  "have on an object of a later variant.",
-        .errors = "43 for a bit that $type does not have on an object of variant 0; the object is "
-                  "unchanged then",
+        .errors = "KELP_ERR_EPOCH for a bit that $type does not have on an object of variant 0; "
+                  "the object is unchanged then",
     },
     Operation{
         .suffix = "set_cr",
@@ -106,6 +106,7 @@ inline constexpr std::array operations{
         .errors = "those of kelp_domain_lookup_variant, in cr_err",
     },
 };
+inline constexpr Family family{"flag_set", operations};
 
 // --- facts ------------------------------------------------------------------------------------
 
@@ -118,16 +119,6 @@ constexpr std::uint32_t bit_count() {
 constexpr std::uint32_t masked(std::uint8_t flags, std::uint32_t bit) {
   const auto mask = static_cast<std::int32_t>(0x1000000u << (bit & 7)) >> 24;
   return static_cast<std::uint32_t>(mask & static_cast<std::int8_t>(flags));
-}
-
-// Whether an object of this variant refuses the bit, because a later variant brought it.
-// Required: a bit that no variant has is refused only up to the highest variant.
-template <const model::FlagSet &S>
-constexpr bool refuses(std::uint32_t bit, std::int32_t variant) {
-  for (std::uint8_t known = 0; known < S.variants; ++known) {
-    if (bit >= S.bits_at(known) && variant < known + 1) return true;
-  }
-  return false;
 }
 
 // --- the rules --------------------------------------------------------------------------------
@@ -188,8 +179,8 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
                std::uint32_t on, std::uint32_t *err) {
   if (!begin(handle, err)) return;
   type_record_access::adjust_variant<S>(handle, space_id, object, err);
-  constexpr std::uint32_t first_bits = S.bits_at(0);
-  if (bit >= first_bits && refuses<S>(bit, kelp_get_instance_variant(object, 0, 1))) {
+  if (bit >= S.limits[0] &&
+      type_record_access::refuses_member<S>(bit, kelp_get_instance_variant(object, 0, 1))) {
     return fail_variant(handle, err);
   }
   if (object == nullptr || in_range<S>(bit) == 0) return;
@@ -206,7 +197,7 @@ template <const model::FlagSet &S>
 std::uint32_t is_valid_cr(kelp_handle *handle, std::uint32_t bit) {
   const std::int8_t variant =
       kelp_domain_lookup_variant(handle, &handle->domain, type_record<S>, &handle->cr_err);
-  return refuses<S>(bit, variant) ? 0 : 1;
+  return type_record_access::refuses_member<S>(bit, variant) ? 0 : 1;
 }
 
 }  // namespace harbor::flag_set

@@ -46,8 +46,8 @@ inline constexpr std::array operations{
         .rule = "light_object::create_cr",
         .brief = "As $type_create, in the handle's cr_space_id. Gives the null object of $type, "
                  "which destroy ignores, when cr_err is set already or there is no memory.",
-        .errors = "12 as the handle's last error and in cr_err when there is no memory and cr_err "
-                  "is 0",
+        .errors = "KELP_ERR_NO_MEMORY as the handle's last error and in cr_err when there is no "
+                  "memory and cr_err is 0",
         .ownership = "as $type_create; the null object belongs to the library",
     },
     Operation{
@@ -115,9 +115,10 @@ inline constexpr std::array operations{
                      "uint32_t count, uint32_t *err",
         .rule = "light_object::get_object_references",
         .brief = "Stores nothing: an object of type $type refers to no table.",
-        .errors = "22 for a null object",
+        .errors = "KELP_ERR_INVALID for a null object",
     },
 };
+inline constexpr Family family{"light_object", operations};
 
 // --- the rules --------------------------------------------------------------------------------
 

@@ -18,7 +18,7 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
         .rule = "object_field::get",
         .brief = "Gives $field inside the object. $meaning",
-        .errors = "43 when the object's variant does not hold the field; null then",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field; null then",
         .ownership = "the result belongs to the object",
     },
     Operation{
@@ -28,10 +28,10 @@ inline constexpr std::array operations{
             "kelp_handle *handle, uint32_t space_id, $T *object, $F *source, uint32_t *err",
         .rule = "object_field::set",
         .brief = "Moves the content of source into $field. $meaning",
-        .errors = "43 when the object's variant does not hold the field; 22 when the handle tracks "
-                  "state and the object does not, with the content moved, or a structure as the "
-                  "source does not, with its bytes copied and both holding the same texts, arrays "
-                  "and arms",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field; "
+                  "KELP_ERR_INVALID when the handle tracks state and the object does not, with the "
+                  "content moved, or a structure as the source does not, with its bytes copied and "
+                  "both holding the same texts, arrays and arms",
         .ownership = "source stays the caller's, but gives up the texts, arrays and arms that it "
                      "owned; what the field owned before is forgotten and not freed",
     },

@@ -21,17 +21,18 @@ namespace harbor::reference_field {
 inline constexpr std::string_view getter_brief =
     "Gives the table that $field refers to, null for an empty reference. $meaning";
 inline constexpr std::string_view getter_errors =
-    "43 when the object's variant does not hold the field; 22 when the field was made for tables "
-    "of another type; what the runtime sets for an OID that names nothing; null then";
+    "KELP_ERR_EPOCH when the object's variant does not hold the field; KELP_ERR_INVALID when the "
+    "field was made for tables of another type; what the runtime sets for an OID that names "
+    "nothing; null then";
 inline constexpr std::string_view getter_ownership =
     "the table stays the database's; the reference is the object's";
 inline constexpr std::string_view setter_brief =
     "Makes $field refer to target; null empties it. $meaning";
 inline constexpr std::string_view setter_errors =
-    "43 when the object's variant does not hold the field; 22 for a target of another type than "
-    "the field's, with the old reference kept; 1 for a target that lives inside another object; "
-    "22 when the handle tracks state and the object does not, with the reference taken; what the "
-    "runtime sets";
+    "KELP_ERR_EPOCH when the object's variant does not hold the field; KELP_ERR_INVALID for a "
+    "target of another type than the field's, with the old reference kept; KELP_ERR_PERMISSION for "
+    "a target that lives inside another object; KELP_ERR_INVALID when the handle tracks state and "
+    "the object does not, with the reference taken; what the runtime sets";
 inline constexpr std::string_view setter_ownership =
     "the object takes a counted reference and gives up the earlier one; target stays the "
     "database's";
@@ -87,15 +88,15 @@ inline constexpr std::array whole_operations{
         .brief = "Writes the table of each by-reference field of $type to references, in field "
                  "order, null for an empty one. references has room for as many as "
                  "$type_get_oid_count gives; size is not looked at.",
-        .errors = "22 for a null object; what the runtime sets for an OID that names nothing, with "
-                  "this output and the later ones left alone",
+        .errors = "KELP_ERR_INVALID for a null object; what the runtime sets for an OID that names "
+                  "nothing, with this output and the later ones left alone",
         .ownership = "the tables stay the database's",
     },
 };
 
 constexpr bool holds(const Field &field) { return field.kind == Kind::reference; }
 inline constexpr FieldFamily family{"reference_field", holds, operations};
-inline constexpr StructureFamily whole_family{"reference_field (whole object)", whole_operations};
+inline constexpr Family whole_family{"reference_field (whole object)", whole_operations};
 
 // --- what the rules know of a field -------------------------------------------------------------
 

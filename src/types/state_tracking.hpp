@@ -18,10 +18,11 @@
 namespace harbor::state_tracking {
 
 inline constexpr std::string_view reading_errors =
-    "22 when the handle has tracking switched off or the object has no state bytes; 0 then";
+    "KELP_ERR_INVALID when the handle has tracking switched off or the object has no state bytes; "
+    "0 then";
 inline constexpr std::string_view writing_errors =
-    "22 when the handle has tracking switched off or the object has no state bytes; 43 when the "
-    "object's variant does not hold the field";
+    "KELP_ERR_INVALID when the handle has tracking switched off or the object has no state bytes; "
+    "KELP_ERR_EPOCH when the object's variant does not hold the field";
 
 inline constexpr std::array operations{
     Operation{
@@ -69,8 +70,9 @@ inline constexpr std::array array_operations{
         .rule = "state_tracking::element_state_flag_get",
         .brief = "Gives the state byte of element index of $field, 0 while the elements have none "
                  "because they came without.",
-        .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
-                  "2 for an index that is not below the count; 0 then",
+        .errors =
+            "KELP_ERR_INVALID when the handle has tracking switched off or the object has no state "
+            "bytes, KELP_ERR_NOT_FOUND for an index that is not below the count; 0 then",
     },
     Operation{
         .suffix = "state_flag_set",
@@ -80,9 +82,10 @@ inline constexpr std::array array_operations{
         .rule = "state_tracking::element_state_flag_set",
         .brief = "Sets the state byte of element index of $field to the low 8 bits of value. "
                  "Elements that came without state bytes get them first, all 0.",
-        .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
-                  "2 for an index that is not below the count, 43 when the object's variant does "
-                  "not hold the field, 12 without memory",
+        .errors =
+            "KELP_ERR_INVALID when the handle has tracking switched off or the object has no state "
+            "bytes, KELP_ERR_NOT_FOUND for an index that is not below the count, KELP_ERR_EPOCH "
+            "when the object's variant does not hold the field, KELP_ERR_NO_MEMORY without memory",
     },
     Operation{
         .suffix = "state_flag_get_arr",
@@ -92,8 +95,8 @@ inline constexpr std::array array_operations{
         .rule = "state_tracking::element_states_get",
         .brief = "Stores the address of the state bytes of the elements of $field, one for each "
                  "element, into out; 0 while the elements have none because they came without.",
-        .errors = "22 when the handle has tracking switched off or the object has no state bytes; "
-                  "out is unchanged then",
+        .errors = "KELP_ERR_INVALID when the handle has tracking switched off or the object has no "
+                  "state bytes; out is unchanged then",
         .ownership = "the bytes belong to the object and are good until the array grows, is "
                      "replaced or moved",
     },
@@ -107,9 +110,9 @@ inline constexpr std::array array_operations{
                  "bytes, unannounced, as far as the object has any; the state bytes of the "
                  "elements of $field, and the pointers to such among the object's own, stay as "
                  "they are. count must be that of the array.",
-        .errors = "22 when the handle has tracking switched off or the object has no state bytes, "
-                  "2 for another count than the array's, 43 when the object's variant does not "
-                  "hold the field",
+        .errors = "KELP_ERR_INVALID when the handle has tracking switched off or the object has no "
+                  "state bytes, KELP_ERR_NOT_FOUND for another count than the array's, "
+                  "KELP_ERR_EPOCH when the object's variant does not hold the field",
         .ownership = "source stays the caller's",
     },
 };
@@ -133,7 +136,7 @@ constexpr bool holds_array(const Field &field) { return field.kind == Kind::arra
 
 inline constexpr FieldFamily family{"state_tracking", holds, operations};
 inline constexpr FieldFamily array_family{"state_tracking (array)", holds_array, array_operations};
-inline constexpr StructureFamily whole_family{"state_tracking (whole object)", whole_operations};
+inline constexpr Family whole_family{"state_tracking (whole object)", whole_operations};
 
 // --- what the rules know of a place -------------------------------------------------------------
 
@@ -166,7 +169,7 @@ std::uint8_t *area_of(kelp_handle *handle, std::uint32_t space_id, void *object)
 // line and asks for the field.
 template <const Structure &T, const Field &F>
 bool may_write(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  field_access::adjust<T>(handle, space_id, object, err);
+  type_record_access::adjust_variant<T>(handle, space_id, object, err);
   return field_access::has_field<F>(handle, object, err);
 }
 

@@ -72,11 +72,11 @@ inline constexpr std::array operations{
         .brief = "Writes the numbers, booleans and enumerations of the object, each from the "
                  "argument of its name. Fields that the object's variant lacks are passed over, "
                  "without an error. No state byte changes.",
-        .errors = "43 for an enumeration's value that its variant does not hold; the arguments "
-                  "behind it are not written then",
+        .errors = "KELP_ERR_EPOCH for an enumeration's value that its variant does not hold; the "
+                  "arguments behind it are not written then",
     },
 };
-inline constexpr StructureFamily family{"structure", operations};
+inline constexpr Family family{"structure", operations};
 
 // --- which fields the bulk forms carry ----------------------------------------------------------
 
@@ -305,12 +305,12 @@ void set_all(kelp_handle *handle, std::uint32_t space_id, void *object, Argument
   const std::tuple<Arguments...> values{arguments...};
   std::uint32_t *err = std::get<sizeof...(Arguments) - 1>(values);
   if (!begin(handle, err)) return;
-  field_access::adjust<T>(handle, space_id, object, err);
+  type_record_access::adjust_variant<T>(handle, space_id, object, err);
   for_each_in_bulk<T, true>(object, [&]<const Field & F>() {
     const auto value = std::get<bulk_place(T, F, true)>(values);
     auto *place = place_of<T, F>(object);
     if constexpr (F.kind == Kind::enumeration) {
-      if (value_field::takes<*F.enumeration>(handle, space_id, place, value, err)) {
+      if (enumeration::takes<*F.enumeration>(handle, space_id, place, value, err)) {
         store<std::uint32_t>(handle, space_id, &place->value, value);
       }
     } else {

@@ -47,7 +47,8 @@ inline constexpr std::array operations{
                  "earlier failure in cr_err, the type's null object comes back: a chain of calls "
                  "may go on with it, and $type_destroy ignores it. Null when the object cannot be "
                  "prepared.",
-        .errors = "12 as the last error and in cr_err when there is no memory and cr_err is 0",
+        .errors = "KELP_ERR_NO_MEMORY as the last error and in cr_err when there is no memory and "
+                  "cr_err is 0",
         .ownership = "as $type_create; the null object belongs to the library and is never written",
     },
     Operation{
@@ -64,8 +65,8 @@ inline constexpr std::array operations{
                  "non-zero leaves out the counting and the state bytes; flags are OR-ed into "
                  "obj_flags; sttr_base is where the state bytes lie, null for directly behind the "
                  "object.",
-        .errors = "22 when the handle tracks state, flags hold OBJ_NESTED and sttr_base is null; "
-                  "what the domain's lookup leaves",
+        .errors = "KELP_ERR_INVALID when the handle tracks state, flags hold OBJ_NESTED and "
+                  "sttr_base is null; what the domain's lookup leaves",
         .ownership = "the memory stays the caller's",
     },
     Operation{
@@ -116,7 +117,7 @@ inline constexpr std::array operations{
                  "when the handle tracks state.",
     },
 };
-inline constexpr StructureFamily family{"structure_object", operations};
+inline constexpr Family family{"structure_object", operations};
 
 // --- the rules ----------------------------------------------------------------------------------
 

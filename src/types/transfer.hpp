@@ -25,8 +25,8 @@ inline constexpr std::array operations{
                  "own, and those of its children theirs. State bytes come along when the handle "
                  "tracks state and both objects have them; those of array elements that "
                  "destination held go in any case. A non-zero error word on entry stops nothing.",
-        .errors = "22 when the handle tracks state and source does not, with the bytes copied "
-                  "and both objects holding the same texts, arrays and arms",
+        .errors = "KELP_ERR_INVALID when the handle tracks state and source does not, with the "
+                  "bytes copied and both objects holding the same texts, arrays and arms",
         .ownership = "source stays the caller's, but gives up what it owned; what destination "
                      "owned before is forgotten and not freed",
     },
@@ -60,7 +60,7 @@ inline constexpr std::array operations{
         .errors = "those of kelp_hd_mapping_destroy",
     },
 };
-inline constexpr StructureFamily family{"transfer", operations};
+inline constexpr Family family{"transfer", operations};
 
 // --- the rules ----------------------------------------------------------------------------------
 

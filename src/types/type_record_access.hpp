@@ -47,6 +47,17 @@ constexpr std::int8_t capped_variant(std::int32_t variant, std::uint8_t variants
   return variant > highest ? static_cast<std::int8_t>(highest) : low_byte;
 }
 
+// Whether an object of this variant refuses a member, by the number that the variant rule counts a
+// value by or by its bit, because a later variant brought it. Numbers are compared unsigned,
+// variants signed. Required: what no variant knows is refused only up to the highest variant.
+template <const auto &T>
+constexpr bool refuses_member(std::uint32_t number, std::int32_t variant) {
+  for (std::uint8_t known = 0; known < T.variants; ++known) {
+    if (number >= T.limits[known] && variant < known + 1) return true;
+  }
+  return false;
+}
+
 // --- records -----------------------------------------------------------------------------------
 
 // The record that objects made under this handle point at: the static one, or the runtime's copy.
@@ -131,7 +142,7 @@ inline constexpr Operation get_oid_count_operation{
     .brief =
         "Gives the number of by-reference fields of $type, whatever the object's variant: the "
         "slots that $type_get_object_references fills.",
-    .errors = "22 for a null object; 0 then",
+    .errors = "KELP_ERR_INVALID for a null object; 0 then",
 };
 
 template <const auto &T>

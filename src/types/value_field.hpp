@@ -16,7 +16,7 @@
 namespace harbor::value_field {
 
 inline constexpr std::string_view getter_errors =
-    "43 when the object's variant does not hold the field; null then";
+    "KELP_ERR_EPOCH when the object's variant does not hold the field; null then";
 
 inline constexpr std::array operations{
     Operation{
@@ -34,7 +34,7 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object, uint32_t *err",
         .rule = "value_field::get_value",
         .brief = "Gives the value of $field, 0 for a null object. $meaning",
-        .errors = "43 when the object's variant does not hold the field; 0 then",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field; 0 then",
     },
     Operation{
         .suffix = "set",
@@ -43,8 +43,9 @@ inline constexpr std::array operations{
             "kelp_handle *handle, uint32_t space_id, $T *object, const $F *source, uint32_t *err",
         .rule = "value_field::set",
         .brief = "Copies source into $field. $meaning",
-        .errors = "43 when the object's variant does not hold the field or the value; 22 when the "
-                  "handle tracks state and the object does not, with the value stored",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field or the value; "
+                  "KELP_ERR_INVALID when the handle tracks state and the object does not, with the "
+                  "value stored",
         .ownership = "source stays the caller's",
     },
     Operation{
@@ -54,9 +55,9 @@ inline constexpr std::array operations{
                      "uint32_t *err",
         .rule = "value_field::set_value",
         .brief = "Sets $field. $meaning",
-        .errors = "43 when the object's variant does not hold the field or the value; 2 for a null "
-                  "object; 22 when the handle tracks state and the object does not, with the value "
-                  "stored",
+        .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field or the value; "
+                  "KELP_ERR_NOT_FOUND for a null object; KELP_ERR_INVALID when the handle tracks "
+                  "state and the object does not, with the value stored",
     },
 };
 
@@ -111,17 +112,6 @@ auto get_value(kelp_handle *handle, std::uint32_t space_id, const void *object,
   }
 }
 
-// Brings an embedded enumeration in line and asks whether it takes the value: 43 when not.
-template <const model::Enumeration &E>
-bool takes(kelp_handle *handle, std::uint32_t space_id, EnumerationObject *place,
-           std::uint32_t value, std::uint32_t *err) {
-  if (!begin(handle, err)) return false;
-  kelplib_adjust_variant(handle, space_id, place, place->tinfo, E.variants - 1, err);
-  if (!enumeration::refuses<E>(value, kelp_get_instance_variant(place, 0, 1))) return true;
-  fail_variant(handle, err);
-  return false;
-}
-
 // The write of set: an enumeration is range-tested, and it and a flag set are copied whole, header
 // included.
 template <const Structure &T, const Field &F>
@@ -133,7 +123,7 @@ void write(kelp_handle *handle, std::uint32_t space_id, void *object, const void
     Primitive<F.kind>::set(handle, space_id, place, static_cast<const Value *>(source), err);
   } else if constexpr (F.kind == Kind::enumeration) {
     const std::uint32_t value = static_cast<const EnumerationObject *>(source)->value;
-    if (!takes<*F.enumeration>(handle, space_id, place, value, err)) return;
+    if (!enumeration::takes<*F.enumeration>(handle, space_id, place, value, err)) return;
     announce(handle, space_id, place, model::enumeration_size);
     std::memcpy(static_cast<void *>(place), source, model::enumeration_size);
   } else {
@@ -178,7 +168,7 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, Value 
   if constexpr (is_primitive(F.kind)) {
     Primitive<F.kind>::set_value(handle, space_id, place, value, err);
   } else if constexpr (F.kind == Kind::enumeration) {
-    if (takes<*F.enumeration>(handle, space_id, place, value, err)) {
+    if (enumeration::takes<*F.enumeration>(handle, space_id, place, value, err)) {
       store(handle, space_id, &place->value, std::uint32_t{value});
     }
   } else {

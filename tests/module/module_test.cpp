@@ -28,7 +28,7 @@ using harness::Store;
 using harness::TraceLog;
 
 constexpr std::uint32_t space = 7;
-constexpr std::size_t record_count = 103;
+constexpr std::size_t record_count = harbor::model::record_count;
 
 // --- the module's node ---------------------------------------------------------------------------
 
@@ -389,7 +389,7 @@ TEST(VariantDump, TellsOfARecordWithoutVarinfoAndGoesOn) {
   ASSERT_EQ(traced.messages().size(), 1u);
   EXPECT_EQ(traced.messages()[0].level, 3u);
   EXPECT_EQ(traced.messages()[0].text, "type variant cached info is NULL during usage dump");
-  EXPECT_EQ(traced.messages()[0].index, 3854u);
+  EXPECT_EQ(traced.messages()[0].index, harbor::messages::type_message_count - 1);
 }
 
 // --- bundle handlers -----------------------------------------------------------------------------

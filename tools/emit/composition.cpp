@@ -1,9 +1,15 @@
 #include "composition.hpp"
 
+#include <kelp/base.h>
+
+#include <stdexcept>
+
 #include "families.hpp"
 
 namespace emit {
 
+using harbor::model::all_tables;
+using harbor::model::record_count;
 using harbor::model::Shape;
 
 std::string replaced(std::string text, std::string_view from, std::string_view to) {
@@ -12,6 +18,11 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
     text.replace(at, from.size(), to);
   }
   return text;
+}
+
+std::string with_counts(std::string_view text) {
+  return replaced(replaced(std::string(text), "$tables", std::to_string(all_tables.size())),
+                  "$records", std::to_string(record_count));
 }
 
 namespace {
@@ -136,20 +147,63 @@ void wrap(std::string &out, std::string_view text, std::string_view first, std::
   out += line + "\n";
 }
 
-std::string doc_of(const Operation &operation, const Place &place, std::string_view family,
+struct Code {
+  std::string_view name;
+  int number;
+};
+#define CODE(name) \
+  Code { #name, name }
+constexpr std::array codes{
+    CODE(KELP_ERR_PERMISSION), CODE(KELP_ERR_NOT_FOUND), CODE(KELP_ERR_TOO_LONG),
+    CODE(KELP_ERR_AGAIN),      CODE(KELP_ERR_NO_MEMORY), CODE(KELP_ERR_BAD_ADDRESS),
+    CODE(KELP_ERR_EXISTS),     CODE(KELP_ERR_INVALID),   CODE(KELP_ERR_EPOCH),
+    CODE(KELP_ERR_NO_ROOM),
+};
+#undef CODE
+
+int number_of(std::string_view name) {
+  for (const Code &code : codes) {
+    if (code.name == name) return code.number;
+  }
+  throw std::runtime_error("an operation's row names " + std::string(name) +
+                           ", which is no code of kelp/base.h");
+}
+
+// With its number behind each code's name.
+std::string with_numbers(std::string text) {
+  for (std::size_t at = text.find("KELP_ERR_"); at != std::string::npos;
+       at = text.find("KELP_ERR_", at)) {
+    std::size_t end = at;
+    while (end < text.size() && (text[end] == '_' || (text[end] >= 'A' && text[end] <= 'Z'))) ++end;
+    const std::string number =
+        " (" + std::to_string(number_of(std::string_view(text).substr(at, end - at))) + ")";
+    text.insert(end, number);
+    at = end + number.size();
+  }
+  return text;
+}
+
+// The header of a family as the compiler saw it, from the project's folder on.
+std::string project_path(std::string_view header) {
+  return std::string(header.substr(header.rfind("src/")));
+}
+
+template <typename Family>
+std::string doc_of(const Operation &operation, const Place &place, const Family &family,
                    std::string_view lock) {
   std::string doc;
-  wrap(doc, filled(operation.brief, place), "/* ", " * ");
-  wrap(doc, filled(operation.errors, place), " * Errors: ", " *   ");
+  wrap(doc, filled(with_counts(operation.brief), place), "/* ", " * ");
+  wrap(doc, with_numbers(filled(operation.errors, place)), " * Errors: ", " *   ");
   if (!operation.ownership.empty()) {
     wrap(doc, filled(operation.ownership, place), " * Ownership: ", " *   ");
   }
   wrap(doc, lock, " * Lock: ", " *   ");
-  doc += " * Family: " + std::string(family) + " */\n";
+  doc += " * Family: " + std::string(family.name) + " (" + project_path(family.header) + ") */\n";
   return doc;
 }
 
-void add(Unit &unit, const Operation &operation, const Place &place, std::string_view family,
+template <typename Family>
+void add(Unit &unit, const Operation &operation, const Place &place, const Family &family,
          std::string_view lock) {
   const std::string &prefix = operation.single_underscore ? place.cr_prefix : place.prefix;
   Function function;
@@ -206,7 +260,7 @@ Unit module_unit() {
   const Place place;
   for (const auto &family : harbor::module_families) {
     for (const Operation &operation : family.operations) {
-      add(unit, operation, place, family.name, harbor::no_lock);
+      add(unit, operation, place, family, harbor::no_lock);
     }
   }
   return unit;
@@ -217,7 +271,7 @@ Unit unit_of(const Enumeration &type) {
   const Place place = place_of_type("enumerations", type.name);
   for (const auto &family : harbor::enumeration_families) {
     for (const Operation &operation : family.operations) {
-      add(unit, operation, place, family.name, harbor::no_lock);
+      add(unit, operation, place, family, harbor::no_lock);
     }
   }
   return unit;
@@ -228,7 +282,7 @@ Unit unit_of(const FlagSet &type) {
   const Place place = place_of_type("flag_sets", type.name);
   for (const auto &family : harbor::flag_set_families) {
     for (const Operation &operation : family.operations) {
-      add(unit, operation, place, family.name, harbor::no_lock);
+      add(unit, operation, place, family, harbor::no_lock);
     }
   }
   return unit;
@@ -241,7 +295,7 @@ Unit unit_of(const Structure &type) {
   place.words.push_back({"$setters", bulk_arguments(type, false)});
   for (const auto &family : harbor::structure_families) {
     for (const Operation &operation : family.operations) {
-      add(unit, operation, place, family.name, harbor::no_lock);
+      add(unit, operation, place, family, harbor::no_lock);
     }
   }
   for (const Field *field : type.fields) {
@@ -258,7 +312,7 @@ Unit unit_of(const Structure &type) {
     for (const auto &family : harbor::field_families) {
       if (!family.holds(*field)) continue;
       for (const Operation &operation : family.operations) {
-        add(unit, operation, at, family.name, harbor::no_lock);
+        add(unit, operation, at, family, harbor::no_lock);
       }
     }
   }
@@ -284,13 +338,13 @@ Unit unit_of(const Table &table) {
     for (const Operation &operation : family.operations) {
       switch (family.scope) {
         case harbor::TableScope::table:
-          add(unit, operation, place, family.name, harbor::caller_lock);
+          add(unit, operation, place, family, harbor::caller_lock);
           break;
         case harbor::TableScope::per_key: {
           Place at = place;
           at.prefix = name + "_" + key_part(table) + "_";
           at.cr_prefix = composite ? name + "_" + key + "_" : at.prefix;
-          add(unit, operation, at, family.name, harbor::caller_lock);
+          add(unit, operation, at, family, harbor::caller_lock);
           break;
         }
         case harbor::TableScope::per_object:
@@ -302,7 +356,7 @@ Unit unit_of(const Table &table) {
             at.words.push_back({"$object", type});
             at.words.push_back({"$O", type});
             at.bindings += ", " + std::to_string(object);
-            add(unit, operation, at, family.name, harbor::caller_lock);
+            add(unit, operation, at, family, harbor::caller_lock);
           }
           break;
       }

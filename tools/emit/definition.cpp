@@ -29,7 +29,7 @@ std::string md5(const std::string &text) {
 std::string definition(const Enumeration &type) {
   std::string text =
       "enum " + std::string(type.name) + " variants " + std::to_string(type.variants) + " limits";
-  for (std::size_t at = 0; at < type.limit_count; ++at) {
+  for (std::size_t at = 0; at < type.variants; ++at) {
     text += " " + std::to_string(type.limits[at]);
   }
   if (type.has_internal_range) text += " internal";

@@ -76,7 +76,7 @@ void list_families(std::string &text, std::string_view title, std::string_view p
     text += "\n### " + std::string(family.name) + "\n\n| Operation | Meaning |\n|---|---|\n";
     for (const Operation &operation : family.operations) {
       text += "| `" + std::string(prefix) + std::string(operation.suffix) + "` | " +
-              replaced(std::string(operation.brief), "|", "or") + " |\n";
+              replaced(with_counts(operation.brief), "|", "or") + " |\n";
     }
   }
 }

@@ -1,7 +1,9 @@
 // The public headers: C, declarations only, one for each type and table, and the chief header.
 #include <cctype>
+#include <type_traits>
 
 #include "products.hpp"
+#include "records.hpp"
 
 namespace emit {
 
@@ -87,97 +89,96 @@ std::string declarations(const Unit &unit) {
   return text;
 }
 
-void write_unit(Writer &writer, const Unit &unit, std::string comment,
-                const std::filesystem::path &path) {
-  const std::string guard = "OSPF_HARBOR_OPER_" + upper(unit.name) + "_H";
-  writer.file(path, opening(comment, guard) +
-                        "#include <ospf_harbor_oper/types.h>\n\nKELP_EXTERN_C_BEGIN\n\n" +
-                        declarations(unit) + "KELP_EXTERN_C_END\n\n#endif\n");
+// Structures, enumerations and flag sets: the order of the type records.
+template <typename Act>
+void for_each_type(Act act) {
+  for (const Structure *type : structures) act(*type);
+  for (const Enumeration *type : all_enumerations) act(*type);
+  for (const FlagSet *type : all_flag_sets) act(*type);
+}
+
+std::string incomplete_types() {
+  std::string text;
+  for_each_type([&](const auto &type) {
+    text += "/* " + std::string(type.meaning) + " */\ntypedef struct " + std::string(type.name) +
+            " " + std::string(type.name) + ";\n";
+  });
+  text += "\n/* Tables and their records. */\n";
+  for (const Table *table : all_tables) {
+    for (const std::string_view end : {"_table", "_record"}) {
+      const std::string name = "tbl_" + std::string(table->name) + std::string(end);
+      text += "typedef struct " + name + " " + name + ";\n";
+    }
+  }
+  return text;
+}
+
+// The members of an enumeration or flag set as a C enumeration.
+std::string members_of(const std::string &comment, const std::string &name,
+                       std::span<const Member> members) {
+  std::string text = "/* " + comment + ". */\nenum " + name + " {\n";
+  for (const Member &member : members) {
+    text += "  " + std::string(member.name) + " = " + std::to_string(member.value) +
+            (&member == &members.back() ? "" : ",") + " /* " + std::string(member.meaning) +
+            " */\n";
+  }
+  return text + "};\n\n";
+}
+
+std::string values_and_bits() {
+  std::string text;
+  for (const Enumeration *type : all_enumerations) {
+    const std::string name(type->name);
+    text += members_of("Values of " + name, name + "_value", type->members);
+  }
+  for (const FlagSet *type : all_flag_sets) {
+    const std::string name(type->name);
+    text += members_of("Bit numbers of " + name + "; bit n has the mask 1 << n", name + "_bit",
+                       type->members);
+  }
+  return text;
+}
+
+std::string variant_numbers() {
+  std::string text =
+      "/* The highest variant of each type, and the variant in which a later field came. */\n";
+  for_each_type([&]<typename Type>(const Type &type) {
+    text += "#define " + upper(type.name) + "_HIGHEST_VARIANT " +
+            std::to_string(type.variants - 1) + "\n";
+    if constexpr (std::is_same_v<Type, Structure>) {
+      for (const Field *field : type.fields) {
+        if (field->since == 0) continue;
+        text += "#define " + upper(type.name) + "_" + upper(field->name) + "_SINCE " +
+                std::to_string(field->since) + "\n";
+      }
+    }
+  });
+  return text;
+}
+
+std::string record_declarations() {
+  std::string text =
+      "\n/* The type records. Objects point at these, or at the runtime's copies. */\n";
+  for (const Record &record : records()) {
+    text += "extern KELP_API kelp_type_record _" + record.symbol + "_type_info_internal;\n";
+  }
+  return text;
 }
 
 std::string types_header() {
-  std::string text = opening(
-      std::string(
-          "/* The types of the model: incomplete types for its objects, tables and records, "
-          "the values\n * of enumerations and the bits of flag sets, the variants in which "
-          "fields came, and the\n * exported type records.\n") +
-          std::string(generated_note),
-      "OSPF_HARBOR_OPER_TYPES_H");
-  text +=
-      "#include <kelp/handle.h>\n#include <kelp/primitive_layout.h>\n#include <kelp/table.h>\n"
-      "#include <kelp/vft.h>\n\nKELP_EXTERN_C_BEGIN\n\n";
-  for (const Structure *type : structures) {
-    text += "/* " + std::string(type->meaning) + " */\ntypedef struct " + std::string(type->name) +
-            " " + std::string(type->name) + ";\n";
-  }
-  for (const Enumeration *type : all_enumerations) {
-    text += "/* " + std::string(type->meaning) + " */\ntypedef struct " + std::string(type->name) +
-            " " + std::string(type->name) + ";\n";
-  }
-  for (const FlagSet *type : all_flag_sets) {
-    text += "/* " + std::string(type->meaning) + " */\ntypedef struct " + std::string(type->name) +
-            " " + std::string(type->name) + ";\n";
-  }
-  text += "\n/* Tables and their records. */\n";
-  for (const Table *table : all_tables) {
-    const std::string name = "tbl_" + std::string(table->name);
-    text += "typedef struct " + name + "_table " + name + "_table;\ntypedef struct " + name +
-            "_record " + name + "_record;\n";
-  }
-  text +=
-      "\n/* Called by a walk with each record, a <table>_record, and the walk's argument; a "
-      "non-zero\n * result ends the walk. */\n"
-      "typedef uint32_t (*ospf_harbor_oper_record_callback)(void *record, void *argument);\n\n";
-  for (const Enumeration *type : all_enumerations) {
-    text += "/* Values of " + std::string(type->name) + ". */\nenum " + std::string(type->name) +
-            "_value {\n";
-    for (const Member &member : type->members) {
-      text += "  " + std::string(member.name) + " = " + std::to_string(member.value) +
-              (&member == &type->members.back() ? "" : ",") + " /* " + std::string(member.meaning) +
-              " */\n";
-    }
-    text += "};\n\n";
-  }
-  for (const FlagSet *type : all_flag_sets) {
-    text += "/* Bit numbers of " + std::string(type->name) +
-            "; bit n has the mask 1 << n. */\nenum " + std::string(type->name) + "_bit {\n";
-    for (const Member &member : type->members) {
-      text += "  " + std::string(member.name) + " = " + std::to_string(member.value) +
-              (&member == &type->members.back() ? "" : ",") + " /* " + std::string(member.meaning) +
-              " */\n";
-    }
-    text += "};\n\n";
-  }
-  text += "/* The highest variant of each type, and the variant in which a later field came. */\n";
-  for (const Structure *type : structures) {
-    text += "#define " + upper(type->name) + "_HIGHEST_VARIANT " +
-            std::to_string(type->variants - 1) + "\n";
-    for (const Field *field : type->fields) {
-      if (field->since == 0) continue;
-      text += "#define " + upper(type->name) + "_" + upper(field->name) + "_SINCE " +
-              std::to_string(field->since) + "\n";
-    }
-  }
-  for (const Enumeration *type : all_enumerations) {
-    text += "#define " + upper(type->name) + "_HIGHEST_VARIANT " +
-            std::to_string(type->variants - 1) + "\n";
-  }
-  for (const FlagSet *type : all_flag_sets) {
-    text += "#define " + upper(type->name) + "_HIGHEST_VARIANT " +
-            std::to_string(type->variants - 1) + "\n";
-  }
-  text += "\n/* The type records. Objects point at these, or at the runtime's copies. */\n";
-  const auto record = [&](const std::string &name) {
-    text += "extern KELP_API kelp_type_record _" + name + "_type_info_internal;\n";
-  };
-  for (const Structure *type : structures) record(std::string(type->name));
-  for (const Enumeration *type : all_enumerations) record(std::string(type->name));
-  for (const FlagSet *type : all_flag_sets) record(std::string(type->name));
-  for (const Table *table : all_tables) {
-    record("tbl_" + std::string(table->name) + "_table");
-    record("tbl_" + std::string(table->name) + "_table_record");
-  }
-  return text + "\nKELP_EXTERN_C_END\n\n#endif\n";
+  const std::string comment =
+      "/* The types of the model: incomplete types for its objects, tables and records, the "
+      "values\n * of enumerations and the bits of flag sets, the variants in which fields came, "
+      "and the\n * exported type records.\n";
+  return opening(comment + std::string(generated_note), "OSPF_HARBOR_OPER_TYPES_H") +
+         "#include <kelp/handle.h>\n#include <kelp/primitive_layout.h>\n#include "
+         "<kelp/table.h>\n#include <kelp/vft.h>\n\nKELP_EXTERN_C_BEGIN\n\n" +
+         incomplete_types() +
+         "\n/* Called by a walk with each record, a <table>_record, and the walk's argument; a "
+         "non-zero\n * result ends the walk. */\n"
+         "typedef uint32_t (*ospf_harbor_oper_record_callback)(void *record, void *argument);\n\n" +
+         values_and_bits() + variant_numbers() + record_declarations() +
+         "\nKELP_EXTERN_C_END\n\n#endif\n";
 }
 
 std::string table_data(const Table &table) {
@@ -197,59 +198,71 @@ std::string table_data(const Table &table) {
          name + "_table_vft;\n\n";
 }
 
+std::string module_data() {
+  const std::string tables = std::to_string(all_tables.size());
+  return "/* The module's trace identities; the first is read as a 16-bit value, the second by\n"
+         " * nothing here. */\n"
+         "extern KELP_API uint32_t g_kelp_ospf_harbor_oper_trace_module_id;\n"
+         "extern KELP_API uint32_t g_kelp_ospf_harbor_oper_stub_trace_module_id;\n\n"
+         "/* The bundle handler registered last; null for none. */\n"
+         "extern KELP_API void *ospf_harbor_oper_bundle_registered_handler;\n\n"
+         "/* The copies of the " +
+         tables +
+         " table vfts that callers are handed, in the order of their\n"
+         " * identities; filled once. */\n"
+         "extern KELP_API kelp_table_vft ospf_harbor_oper_table_lut[" +
+         tables + "];\n\n";
+}
+
+// What a unit exports beside its functions.
+std::string data_of(const Unit &unit) {
+  if (unit.name == "module") return module_data();
+  for (const Table *table : all_tables) {
+    if ("tbl_" + std::string(table->name) == unit.name) return table_data(*table);
+  }
+  return {};
+}
+
+std::string unit_header(const Unit &unit) {
+  std::string comment = "/* " + unit.name + ": " + unit.meaning + "\n";
+  for (const Structure *type : structures) {
+    if (type->name == unit.name) comment += field_table(*type);
+  }
+  return opening(comment + std::string(generated_note),
+                 "OSPF_HARBOR_OPER_" + upper(unit.name) + "_H") +
+         "#include <ospf_harbor_oper/types.h>\n\nKELP_EXTERN_C_BEGIN\n\n" + data_of(unit) +
+         declarations(unit) + "KELP_EXTERN_C_END\n\n#endif\n";
+}
+
+std::string handlers_header() {
+  const std::string comment =
+      "/* The optional handlers. An application defines those it cares about, by these names; "
+      "the\n * library finds out at each call whether one is there.\n";
+  std::string text = opening(comment + std::string(generated_note), "OSPF_HARBOR_OPER_HANDLERS_H") +
+                     "#include <ospf_harbor_oper/types.h>\n\nKELP_EXTERN_C_BEGIN\n\n";
+  for (const Handler &handler : handlers()) {
+    text += "uint64_t " + handler.name + "(" + handler.arguments + ");\n";
+  }
+  return text + "\nKELP_EXTERN_C_END\n\n#endif\n";
+}
+
 }  // namespace
 
 void write_headers(Writer &writer, const std::vector<Unit> &units) {
   const std::filesystem::path folder = "include/ospf_harbor_oper";
   std::string chief =
-      std::string(
-          "/* The operational data model of OSPF: the chief header, which includes all.\n") +
-      std::string(generated_note) +
-      "#ifndef OSPF_HARBOR_OPER_H\n#define OSPF_HARBOR_OPER_H\n\n"
+      opening("/* The operational data model of OSPF: the chief header, which includes all.\n" +
+                  std::string(generated_note),
+              "OSPF_HARBOR_OPER_H") +
       "#include <ospf_harbor_oper/types.h>\n";
   writer.file(folder / "types.h", types_header());
   for (const Unit &unit : units) {
     const bool is_table = unit.name.starts_with("tbl_");
-    std::string comment = "/* " + unit.name + ": " + unit.meaning + "\n";
-    for (const Structure *type : structures) {
-      if (type->name == unit.name) comment += field_table(*type);
-    }
-    comment += generated_note;
-    Unit written = unit;
-    const std::filesystem::path path =
-        is_table ? folder / "tables" / (unit.name + ".h") : folder / (unit.name + ".h");
+    const auto path = (is_table ? folder / "tables" : folder) / (unit.name + ".h");
     chief += "#include <" + path.lexically_relative("include").string() + ">\n";
-    if (is_table) {
-      for (const Table *table : all_tables) {
-        if ("tbl_" + std::string(table->name) == unit.name && !written.functions.empty()) {
-          written.functions.front().doc = table_data(*table) + written.functions.front().doc;
-        }
-      }
-    } else if (unit.name == "module" && !written.functions.empty()) {
-      written.functions.front().doc =
-          "/* The module's trace identities; the first is read as a 16-bit value, the second by\n"
-          " * nothing here. */\n"
-          "extern KELP_API uint32_t g_kelp_ospf_harbor_oper_trace_module_id;\n"
-          "extern KELP_API uint32_t g_kelp_ospf_harbor_oper_stub_trace_module_id;\n\n"
-          "/* The bundle handler registered last; null for none. */\n"
-          "extern KELP_API void *ospf_harbor_oper_bundle_registered_handler;\n\n"
-          "/* The copies of the 21 table vfts that callers are handed, in the order of their\n"
-          " * identities; filled once. */\n"
-          "extern KELP_API kelp_table_vft ospf_harbor_oper_table_lut[21];\n\n" +
-          written.functions.front().doc;
-    }
-    write_unit(writer, written, comment, path);
+    writer.file(path, unit_header(unit));
   }
-  std::string text = opening(
-      std::string("/* The optional handlers. An application defines those it cares about, by these "
-                  "names; the\n * library finds out at each call whether one is there.\n") +
-          std::string(generated_note),
-      "OSPF_HARBOR_OPER_HANDLERS_H");
-  text += "#include <ospf_harbor_oper/types.h>\n\nKELP_EXTERN_C_BEGIN\n\n";
-  for (const Handler &handler : handlers()) {
-    text += "uint64_t " + handler.name + "(" + handler.arguments + ");\n";
-  }
-  writer.file(folder / "handlers.h", text + "\nKELP_EXTERN_C_END\n\n#endif\n");
+  writer.file(folder / "handlers.h", handlers_header());
   writer.file("include/ospf_harbor_oper.h",
               chief + "#include <ospf_harbor_oper/handlers.h>\n\n#endif\n");
   writer.note_strangers("include");

@@ -49,6 +49,7 @@ int build(const fs::path &folder, const fs::path &project) {
   write_forwarders(writer, units);
   write_records(writer);
   write_vfts(writer);
+  write_table_functions(writer);
   write_version_script(writer, units);
   write_sections(writer, record);
   return 0;

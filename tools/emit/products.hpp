@@ -16,11 +16,12 @@ std::vector<Unit> all_units();
 void write_headers(Writer &writer, const std::vector<Unit> &units);
 void write_goldens(Writer &writer, const std::vector<Unit> &units);
 
-// For the build alone: forwarders, type records, table facts, vfts, the version script, the
-// sections of the library's file that are no code.
+// For the build alone: forwarders, type records, vfts, what a table's facts hold by address, the
+// version script, the sections of the library's file that are no code.
 void write_forwarders(Writer &writer, const std::vector<Unit> &units);
 void write_records(Writer &writer);
 void write_vfts(Writer &writer);
+void write_table_functions(Writer &writer);
 void write_version_script(Writer &writer, const std::vector<Unit> &units);
 void write_sections(Writer &writer, const std::string &build_record);
 

@@ -19,19 +19,19 @@ extern KELP_API const kelp_table_vft tbl_area_scope_lsa_table_vft;
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller holds the database's lock
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API const uint8_t *tbl_area_scope_lsa_get_luid(kelp_handle *handle, uint32_t space_id,
                                                     const void *object, uint32_t *err);
 
 /* Opens the table of that name. A name with a slash is the whole path, cut to 207 bytes; any
  * other gets the table's LUID behind a slash, in 207 bytes at most. A missing table is made when
  * read_only is 0, else null is given without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open(kelp_handle *handle,
     uint32_t space_id, const char *name, uint32_t read_only, uint32_t *err);
 
@@ -41,12 +41,12 @@ KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_unsafe(kelp_han
 
 /* Opens the table of that id. A missing table is made when read_only is 0, else null is given
  * without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_by_id(kelp_handle *handle,
     uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
@@ -55,12 +55,12 @@ KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_by_id_unsafe(
     kelp_handle *handle, uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
 /* Makes a table under the next id of its type. With read_only it gives null and takes no id.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_auto_id(kelp_handle *handle,
     uint32_t space_id, uint32_t read_only, uint32_t *err);
 
@@ -70,12 +70,12 @@ KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_auto_id_unsafe(
 
 /* Opens the table of that name. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_by_ior_with_name(
     kelp_handle *handle, uint32_t space_id, const char *name, const kelp_oid *ior,
     uint32_t read_only, uint32_t dynamic, uint32_t *err);
@@ -87,12 +87,12 @@ KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_by_ior_with_nam
 
 /* Opens the table of that id. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_by_ior_with_id(
     kelp_handle *handle, uint32_t space_id, uint64_t id, const kelp_oid *ior, uint32_t read_only,
     uint32_t dynamic, uint32_t *err);
@@ -104,12 +104,12 @@ KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_by_ior_with_id_
 
 /* Opens a table by its name (open_type 0), by its id (1) or under the next id (2), with the
  * handle's cr_space_id and cr_err.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_cr(kelp_handle *handle,
     uint32_t read_only, uint32_t open_type, const char *name, uint64_t id);
 
@@ -117,7 +117,7 @@ KELP_API tbl_area_scope_lsa_table *tbl_area_scope_lsa_table_open_cr(kelp_handle 
  * open.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_area_scope_lsa_table_close(kelp_handle *handle, uint32_t space_id,
                                              tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -129,19 +129,19 @@ KELP_API void tbl_area_scope_lsa_table_close_unsafe(kelp_handle *handle, uint32_
  * cr_space_id and cr_err.
  * Errors: those of tbl_area_scope_lsa_request_table_free and tbl_area_scope_lsa_table_free
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_area_scope_lsa_table_close_cr(kelp_handle *handle,
                                                 tbl_area_scope_lsa_table *table, uint32_t mode);
 
 /* Takes the table out of the table of contents and frees it. Its records are not looked at: the
  * caller empties it first. In a shared database only the collector frees; for anyone else the
  * table leaves the table of contents and stays.
- * Errors: 11 while references to the table remain: nothing is freed, and the call may be
- *   repeated; 2 when the ids of an id-opened table are not found; those of the runtime's table of
- *   contents
+ * Errors: KELP_ERR_AGAIN (11) while references to the table remain: nothing is freed, and the
+ *   call may be repeated; KELP_ERR_NOT_FOUND (2) when the ids of an id-opened table are not
+ *   found; those of the runtime's table of contents
  * Ownership: the table is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_area_scope_lsa_table_free(kelp_handle *handle, uint32_t space_id,
                                             tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -153,11 +153,11 @@ KELP_API void tbl_area_scope_lsa_table_free_unsafe(kelp_handle *handle, uint32_t
  * cursors the collector finishes the free. Meant for tables with cursors in shared databases.
  * Errors: those of the runtime's table of contents, a table that is not in it excepted; those of
  *   tbl_area_scope_lsa_table_free: for a table of a shared database without cursors, outside the
- *   collector, the call ends in 2, since the table has left the table of contents already, and
- *   the table stays
+ *   collector, the call ends in KELP_ERR_NOT_FOUND (2), since the table has left the table of
+ *   contents already, and the table stays
  * Ownership: the table may be gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_area_scope_lsa_request_table_free(kelp_handle *handle, uint32_t space_id,
                                                     tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -173,7 +173,7 @@ KELP_API void tbl_area_scope_lsa_request_table_free_unsafe(kelp_handle *handle, 
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_area_scope_lsa_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_create_record(kelp_handle *handle,
     uint32_t space_id, uint32_t *err);
 
@@ -189,7 +189,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_create_record_unsafe(kelp
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_area_scope_lsa_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_create_record_w_src(kelp_handle *handle,
     uint32_t space_id, uint32_t src, uint32_t *err);
 
@@ -197,22 +197,22 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_create_record_w_src(kelp_
  * non-zero makes the record's objects too. Without memory it gives the table's null record: it
  * may be handed on as any other, takes no object, no reference and no end, and stays zero. cr_err
  * is not looked at.
- * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err was 0,
- *   also for an object of a record that could be made; on success cr_err is set to 0, whatever it
- *   held
+ * Errors: KELP_ERR_NO_MEMORY (12) as the handle's last error and in cr_err when there is no
+ *   memory and cr_err was 0, also for an object of a record that could be made; on success cr_err
+ *   is set to 0, whatever it held
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_area_scope_lsa_record_destroy_cr; the null record belongs to the library
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_record_create_cr(kelp_handle *handle,
     uint32_t with_objects);
 
 /* Takes a further reference and gives how many there were before; 0 for the table's null record,
  * which takes none. The error word is not looked at. Ends the process at 0xFFFFFF references.
- * Errors: 2 for a null record; 0 then
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; 0 then
  * Ownership: each reference is given up by a tbl_area_scope_lsa_destroy_record of its own
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_record_add_ref(kelp_handle *handle, uint32_t space_id,
                                                     tbl_area_scope_lsa_record *record,
                                                     uint32_t *err);
@@ -227,7 +227,7 @@ KELP_API uint32_t tbl_area_scope_lsa_record_add_ref_unsafe(kelp_handle *handle, 
  * Errors: those of area_scope_lsa_key_create; null then
  * Ownership: the caller destroys the object by tbl_area_scope_lsa_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API area_scope_lsa_key *tbl_area_scope_lsa_pkey_create(kelp_handle *handle, uint32_t space_id);
 
 /* The same operation as tbl_area_scope_lsa_pkey_create; neither locks. */
@@ -238,7 +238,7 @@ KELP_API area_scope_lsa_key *tbl_area_scope_lsa_pkey_create_unsafe(kelp_handle *
  * Errors: none
  * Ownership: the object is gone
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API void tbl_area_scope_lsa_pkey_destroy(kelp_handle *handle, uint32_t space_id,
                                               area_scope_lsa_key *pkey);
 
@@ -251,7 +251,7 @@ KELP_API void tbl_area_scope_lsa_pkey_destroy_unsafe(kelp_handle *handle, uint32
  * ascending; a null node sorts first.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_area_scope_lsa_key__avl_compare(const e_avl_node *a,
     const e_avl_node *b);
 
@@ -259,7 +259,7 @@ KELP_API uint32_t tbl_area_scope_lsa_area_scope_lsa_key__avl_compare(const e_avl
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__search(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t *err);
@@ -273,7 +273,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__searc
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__search_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -282,7 +282,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__searc
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__search_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -291,7 +291,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__searc
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__search_nearest(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t *err);
@@ -300,7 +300,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__searc
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__search_sub_first(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t *err);
@@ -309,7 +309,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__searc
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__search_internal(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -318,7 +318,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__searc
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t *err);
@@ -327,7 +327,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -336,7 +336,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next_by_key_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -345,7 +345,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_prev_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t *err);
@@ -354,7 +354,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_p
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_prev_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -363,7 +363,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_p
  * argument is looked at, cr_err included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key_search_cr(
     kelp_handle *handle, tbl_area_scope_lsa_table *table, const void *key, uint32_t src,
     uint32_t get_flags);
@@ -372,7 +372,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key_search
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_search(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key, uint32_t *err);
 
@@ -384,7 +384,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_search_unsafe(kelp_handle
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_search_w_src(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key, uint32_t src,
     uint32_t *err);
@@ -398,7 +398,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_search_w_src_unsafe(kelp_
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_get_next_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key, uint32_t *err);
 
@@ -411,7 +411,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_get_next_by_key_unsafe(
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_get_next_by_key_w_src(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key, uint32_t src,
     uint32_t *err);
@@ -420,7 +420,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_get_next_by_key_w_src(kel
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_get_prev_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, const void *key, uint32_t *err);
 
@@ -433,7 +433,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_get_prev_by_key_unsafe(
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API const char *tbl_area_scope_lsa_pkey_print(kelp_handle *handle, uint32_t space_id,
                                                    const area_scope_lsa_key *pkey, char *buffer,
                                                    uint32_t size, uint32_t *err);
@@ -451,7 +451,7 @@ KELP_API const char *tbl_area_scope_lsa_pkey_print_unsafe(kelp_handle *handle, u
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next_internal(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t src, uint32_t filter_src, uint32_t skip_pending,
@@ -464,7 +464,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_prev_internal(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t src, uint32_t filter_src, uint32_t skip_pending,
@@ -475,7 +475,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -485,7 +485,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_prev(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -495,7 +495,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t src, uint32_t *err);
@@ -505,7 +505,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_prev_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t src, uint32_t *err);
@@ -516,7 +516,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t src, uint32_t *err);
@@ -527,7 +527,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_prev_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t src, uint32_t *err);
@@ -538,7 +538,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_next_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -549,7 +549,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_n
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_prev_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -559,7 +559,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_first(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -568,7 +568,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_f
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_last(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -577,7 +577,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_l
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_first_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t src,
     uint32_t *err);
@@ -587,7 +587,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_f
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_last_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t src,
     uint32_t *err);
@@ -598,7 +598,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_l
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_first_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t src,
     uint32_t *err);
@@ -609,7 +609,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_f
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_last_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t src,
     uint32_t *err);
@@ -620,7 +620,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_l
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_first_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -630,7 +630,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_f
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_sub_next(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -641,7 +641,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_s
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_sub_prev(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -652,7 +652,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_s
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_shadow(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -662,7 +662,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key__get_s
  * Nothing enters the replication cache.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_area_scope_lsa_area_scope_lsa_key__walk(tbl_area_scope_lsa_table *table,
                                                           ospf_harbor_oper_record_callback callback,
                                                           void *argument, uint32_t *err);
@@ -671,14 +671,14 @@ KELP_API void tbl_area_scope_lsa_area_scope_lsa_key__walk(tbl_area_scope_lsa_tab
  * and gives its result.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_area_scope_lsa_key__avl_internal_walk(e_avl_node *node,
     void *context);
 
 /* Does nothing: tbl_area_scope_lsa has no unordered form.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_area_scope_lsa_area_scope_lsa_key__unordered_traversal(
     tbl_area_scope_lsa_table *table, ospf_harbor_oper_record_callback callback, void *argument,
     uint32_t *err);
@@ -687,10 +687,11 @@ KELP_API void tbl_area_scope_lsa_area_scope_lsa_key__unordered_traversal(
  * with the source src, 0 for the default, with the handle's cr_space_id and cr_err. Bit 0 of
  * get_flags takes any source, bit 1 takes records that wait for their destruction too. record is
  * the reference of 2 and 3.
- * Errors: 22 as the handle's last error for another get_op, with cr_err left alone
+ * Errors: KELP_ERR_INVALID (22) as the handle's last error for another get_op, with cr_err left
+ *   alone
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key_get_cr(
     kelp_handle *handle, tbl_area_scope_lsa_table *table, uint32_t get_op,
     tbl_area_scope_lsa_record *record, uint8_t src, uint32_t get_flags);
@@ -700,7 +701,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_area_scope_lsa_key_get_cr
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_next(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record,
     uint32_t *err);
@@ -715,7 +716,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_next_unsafe(kelp
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_next_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record,
     uint32_t src, uint32_t *err);
@@ -731,7 +732,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_next_by_src_unsa
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_next_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -746,7 +747,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_next_ignore_src_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_prev(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record,
     uint32_t *err);
@@ -761,7 +762,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_prev_unsafe(kelp
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_prev_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record,
     uint32_t src, uint32_t *err);
@@ -777,7 +778,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_prev_by_src_unsa
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_prev_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table,
     tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -792,7 +793,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_prev_ignore_src_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_first(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -805,7 +806,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_first_unsafe(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_first_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t src, uint32_t *err);
 
@@ -820,7 +821,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_first_by_src_uns
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_first_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -833,7 +834,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_first_ignore_src
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_last(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t *err);
 
@@ -846,7 +847,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_last_unsafe(kelp
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_last_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, uint32_t src, uint32_t *err);
 
@@ -861,7 +862,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_last_by_src_unsa
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_sub_next(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record,
     uint32_t *err);
@@ -877,7 +878,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_sub_next_unsafe(
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_sub_prev(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record,
     uint32_t *err);
@@ -893,7 +894,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_sub_prev_unsafe(
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_shadow(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record,
     uint32_t *err);
@@ -908,7 +909,7 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_pkey_get_shadow_unsafe(
  * cr_err, gives 0 without a walk.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_record_walk_cr(kelp_handle *handle,
                                                     tbl_area_scope_lsa_table *table,
                                                     uint32_t key_index,
@@ -917,11 +918,11 @@ KELP_API uint32_t tbl_area_scope_lsa_record_walk_cr(kelp_handle *handle,
 
 /* Enters a record in the table, in the order of tenant, key and source. The record holds its
  * object before.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_area_scope_lsa_insert(kelp_handle *handle, uint32_t space_id,
                                         tbl_area_scope_lsa_table *table,
                                         tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -932,11 +933,11 @@ KELP_API void tbl_area_scope_lsa_insert_unsafe(kelp_handle *handle, uint32_t spa
                                                tbl_area_scope_lsa_record *record, uint32_t *err);
 
 /* As tbl_area_scope_lsa_insert for a record that carries a key and no data, which it marks.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_area_scope_lsa_pkey_insert(kelp_handle *handle, uint32_t space_id,
                                              tbl_area_scope_lsa_table *table,
                                              tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -949,21 +950,21 @@ KELP_API void tbl_area_scope_lsa_pkey_insert_unsafe(kelp_handle *handle, uint32_
 
 /* As tbl_area_scope_lsa_insert, or with pkey non-zero as tbl_area_scope_lsa_pkey_insert, with the
  * handle's cr_space_id and cr_err; gives cr_err.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_insert_cr(kelp_handle *handle,
                                                tbl_area_scope_lsa_table *table,
                                                tbl_area_scope_lsa_record *record, uint32_t pkey);
 
 /* Takes a record out of the table. The record stays, with its references.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_area_scope_lsa_delete(kelp_handle *handle, uint32_t space_id,
                                         tbl_area_scope_lsa_table *table,
                                         tbl_area_scope_lsa_record *record, uint32_t *err);
@@ -975,12 +976,12 @@ KELP_API void tbl_area_scope_lsa_delete_unsafe(kelp_handle *handle, uint32_t spa
 
 /* As tbl_area_scope_lsa_delete with the handle's cr_space_id and cr_err; destroy non-zero then
  * gives up one reference as well. Gives cr_err.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Ownership: with destroy the caller's reference is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_delete_cr(kelp_handle *handle,
                                                tbl_area_scope_lsa_table *table,
                                                tbl_area_scope_lsa_record *record, uint32_t destroy);
@@ -989,12 +990,12 @@ KELP_API uint32_t tbl_area_scope_lsa_delete_cr(kelp_handle *handle,
  * destroyed and it is freed; the table's null record is passed over. A table with cursors does
  * not let it go outside the collector: it is freed all the same, and its node stays in the tree,
  * which must not be walked then. Such a record ends by tbl_area_scope_lsa_request_record_destroy.
- * Errors: 2 for a null record; what the removal of its handle mapping reports: the record then
- *   stays allocated, with its objects gone. Ends the process when the record's type record is
- *   broken
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; what the removal of its handle mapping
+ *   reports: the record then stays allocated, with its objects gone. Ends the process when the
+ *   record's type record is broken
  * Ownership: the caller's reference is gone; with the last one record and objects are
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_area_scope_lsa_destroy_record(kelp_handle *handle, uint32_t space_id,
                                                 tbl_area_scope_lsa_record *record, uint32_t *err);
 
@@ -1007,17 +1008,17 @@ KELP_API void tbl_area_scope_lsa_destroy_record_unsafe(kelp_handle *handle, uint
  * Errors: as tbl_area_scope_lsa_destroy_record
  * Ownership: as tbl_area_scope_lsa_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_area_scope_lsa_record_destroy_cr(kelp_handle *handle,
                                                    tbl_area_scope_lsa_record *record);
 
 /* Marks a record of a table with cursors for destruction; it stays in the table until the
  * collector ends it.
- * Errors: 22 for a null record and for a table without cursors; those of
+ * Errors: KELP_ERR_INVALID (22) for a null record and for a table without cursors; those of
  *   kelpdb_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_area_scope_lsa_request_record_destroy(kelp_handle *handle, uint32_t space_id,
                                                         tbl_area_scope_lsa_table *table,
                                                         tbl_area_scope_lsa_record *record,
@@ -1033,7 +1034,7 @@ KELP_API void tbl_area_scope_lsa_request_record_destroy_unsafe(kelp_handle *hand
  * Errors: as tbl_area_scope_lsa_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_request_record_destroy_cr(kelp_handle *handle,
     tbl_area_scope_lsa_table *table, tbl_area_scope_lsa_record *record);
 
@@ -1041,7 +1042,7 @@ KELP_API uint32_t tbl_area_scope_lsa_request_record_destroy_cr(kelp_handle *hand
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_area_scope_lsa_table_record_create_cb(kelp_handle *handle,
                                                             uint32_t space_id, void *context,
                                                             tbl_area_scope_lsa_record *record,
@@ -1055,7 +1056,7 @@ KELP_API uint64_t tbl_area_scope_lsa_table_record_create_cb_unsafe(kelp_handle *
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_area_scope_lsa_table_record_modify_cb(kelp_handle *handle,
                                                             uint32_t space_id, void *context,
                                                             tbl_area_scope_lsa_record *record,
@@ -1069,7 +1070,7 @@ KELP_API uint64_t tbl_area_scope_lsa_table_record_modify_cb_unsafe(kelp_handle *
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_area_scope_lsa_table_record_delete_cb(kelp_handle *handle,
                                                             uint32_t space_id, void *context,
                                                             tbl_area_scope_lsa_record *record,
@@ -1084,7 +1085,7 @@ KELP_API uint64_t tbl_area_scope_lsa_table_record_delete_cb_unsafe(kelp_handle *
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_area_scope_lsa_table_record_create_dm_cb(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record, uint32_t *err);
 
@@ -1097,7 +1098,7 @@ KELP_API uint64_t tbl_area_scope_lsa_table_record_create_dm_cb_unsafe(kelp_handl
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_area_scope_lsa_table_record_delete_dm_cb(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record, uint32_t *err);
 
@@ -1109,7 +1110,7 @@ KELP_API uint64_t tbl_area_scope_lsa_table_record_delete_dm_cb_unsafe(kelp_handl
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_area_scope_lsa_table_record_grouping_cb(kelp_handle *handle,
     uint32_t space_id, void *arg_a, uint32_t *err, void *arg_b, void *arg_c);
 
@@ -1121,7 +1122,7 @@ KELP_API uint64_t tbl_area_scope_lsa_table_record_grouping_cb_unsafe(kelp_handle
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_area_scope_lsa_table_record_free_cb(kelp_handle *handle, uint32_t space_id,
                                                           void *arg_a, uint32_t arg_u32,
                                                           uint32_t *err, void *arg_b);
@@ -1134,7 +1135,7 @@ KELP_API uint64_t tbl_area_scope_lsa_table_record_free_cb_unsafe(kelp_handle *ha
  * Errors: none
  * Ownership: the object stays the record's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API area_scope_lsa_key *tbl_area_scope_lsa_area_scope_lsa_key_get_field(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record);
 
@@ -1142,7 +1143,7 @@ KELP_API area_scope_lsa_key *tbl_area_scope_lsa_area_scope_lsa_key_get_field(kel
  * Errors: none
  * Ownership: the object stays the record's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API area_scope_lsa *tbl_area_scope_lsa_area_scope_lsa_get_field(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record);
 
@@ -1151,7 +1152,7 @@ KELP_API area_scope_lsa *tbl_area_scope_lsa_area_scope_lsa_get_field(kelp_handle
  * Errors: none
  * Ownership: the object is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API area_scope_lsa_key *tbl_area_scope_lsa_area_scope_lsa_key_get_field_detach(
     kelp_handle *handle, uint32_t space_id, tbl_area_scope_lsa_record *record);
 
@@ -1160,7 +1161,7 @@ KELP_API area_scope_lsa_key *tbl_area_scope_lsa_area_scope_lsa_key_get_field_det
  * Errors: none
  * Ownership: the object is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API area_scope_lsa *tbl_area_scope_lsa_area_scope_lsa_get_field_detach(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record);
 
@@ -1170,7 +1171,7 @@ KELP_API area_scope_lsa *tbl_area_scope_lsa_area_scope_lsa_get_field_detach(kelp
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_area_scope_lsa_area_scope_lsa_key_set_field(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record, area_scope_lsa_key *object);
 
@@ -1180,7 +1181,7 @@ KELP_API void tbl_area_scope_lsa_area_scope_lsa_key_set_field(kelp_handle *handl
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_area_scope_lsa_area_scope_lsa_set_field(kelp_handle *handle, uint32_t space_id,
                                                           tbl_area_scope_lsa_record *record,
                                                           area_scope_lsa *object);
@@ -1191,7 +1192,7 @@ KELP_API void tbl_area_scope_lsa_area_scope_lsa_set_field(kelp_handle *handle, u
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_area_scope_lsa_area_scope_lsa_key_free_and_set_field(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record, area_scope_lsa_key *object);
 
@@ -1201,7 +1202,7 @@ KELP_API void tbl_area_scope_lsa_area_scope_lsa_key_free_and_set_field(kelp_hand
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_area_scope_lsa_area_scope_lsa_free_and_set_field(kelp_handle *handle,
     uint32_t space_id, tbl_area_scope_lsa_record *record, area_scope_lsa *object);
 
@@ -1209,7 +1210,7 @@ KELP_API void tbl_area_scope_lsa_area_scope_lsa_free_and_set_field(kelp_handle *
  * has none. 0 for a null table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_get_count(kelp_handle *handle, uint32_t space_id,
                                                      tbl_area_scope_lsa_table *table);
 
@@ -1223,7 +1224,7 @@ KELP_API uint32_t tbl_area_scope_lsa_table_get_count_unsafe(kelp_handle *handle,
  * table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_get_count_by_src(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_area_scope_lsa_table *table,
@@ -1236,18 +1237,18 @@ KELP_API uint32_t tbl_area_scope_lsa_table_get_count_by_src_unsafe(kelp_handle *
 /* As tbl_area_scope_lsa_table_get_count with the handle's cr_space_id.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_get_count_cr(kelp_handle *handle,
                                                         tbl_area_scope_lsa_table *table);
 
 /* Writes the record's text form into buffer, at most length bytes and none for a negative length,
  * and gives the bytes written. The closing brace stands behind a gap that keeps what the buffer
  * held: fill it with blanks first.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_record_print(kelp_handle *handle, uint32_t space_id,
                                                         char *buffer,
                                                         const tbl_area_scope_lsa_record *record,
@@ -1260,11 +1261,11 @@ KELP_API uint32_t tbl_area_scope_lsa_table_record_print_unsafe(kelp_handle *hand
 
 /* As tbl_area_scope_lsa_table_record_print with the handle's cr_space_id and cr_err; 0xFFFFFFFF
  * when cr_err is set before or afterwards.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_record_print_cr(kelp_handle *handle,
                                                      const tbl_area_scope_lsa_record *record,
                                                      char *buffer, int32_t length);
@@ -1273,7 +1274,7 @@ KELP_API uint32_t tbl_area_scope_lsa_record_print_cr(kelp_handle *handle,
  * none for a negative length, and gives the bytes written.
  * Errors: those of the runtime's writers
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_record_to_xml(kelp_handle *handle, uint32_t space_id,
                                                          char *buffer,
                                                          const tbl_area_scope_lsa_record *record,
@@ -1288,18 +1289,18 @@ KELP_API uint32_t tbl_area_scope_lsa_table_record_to_xml_unsafe(kelp_handle *han
  * when cr_err is set afterwards.
  * Errors: those of the runtime's writers, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_record_toxml_cr(kelp_handle *handle,
                                                      const tbl_area_scope_lsa_record *record,
                                                      char *buffer, int32_t length);
 
 /* Makes a record from the elements of a document that are named after its objects. It is not
  * inserted. A missing element leaves its object empty. The error word is not looked at.
- * Errors: 12 without memory; what reading an element gives, with message told what was found and
- *   expected; null then, and what was made is left behind
+ * Errors: KELP_ERR_NO_MEMORY (12) without memory; what reading an element gives, with message
+ *   told what was found and expected; null then, and what was made is left behind
  * Ownership: the record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_table_record_from_xml(kelp_handle *handle,
     uint32_t space_id, kelp_xml_document *document, uint32_t *err, char *message,
     int32_t message_size);
@@ -1311,10 +1312,10 @@ KELP_API tbl_area_scope_lsa_record *tbl_area_scope_lsa_table_record_from_xml_uns
 
 /* Writes the record's image into buffer, which has length bytes, and gives the bytes written.
  * tbl_area_scope_lsa_table_record_len gives a length that suffices, but for what is said there.
- * Errors: 90 when buffer is too small; 2 when the record lacks an object; those of the objects'
- *   images
+ * Errors: KELP_ERR_NO_ROOM (90) when buffer is too small; KELP_ERR_NOT_FOUND (2) when the record
+ *   lacks an object; those of the objects' images
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_record_marshal(kelp_handle *handle, uint32_t space_id,
                                                           void *buffer,
                                                           const tbl_area_scope_lsa_record *record,
@@ -1329,7 +1330,7 @@ KELP_API uint32_t tbl_area_scope_lsa_table_record_marshal_unsafe(kelp_handle *ha
  * when cr_err is set afterwards.
  * Errors: as tbl_area_scope_lsa_table_record_marshal, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_record_marshal_cr(kelp_handle *handle,
                                                        const tbl_area_scope_lsa_record *record,
                                                        void *buffer, int32_t length);
@@ -1337,11 +1338,11 @@ KELP_API uint32_t tbl_area_scope_lsa_record_marshal_cr(kelp_handle *handle,
 /* Reads an image of at most length bytes into *record, or with reuse 0 into a new record that
  * *record then holds, also after a failure. Gives the bytes read. Neither the LUID nor the header
  * is checked: check what comes from outside first.
- * Errors: 2 without a record or an object to fill, 12 without memory; those of the objects'
- *   images
+ * Errors: KELP_ERR_NOT_FOUND (2) without a record or an object to fill, KELP_ERR_NO_MEMORY (12)
+ *   without memory; those of the objects' images
  * Ownership: a new record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_record_unmarshal(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_area_scope_lsa_record **record,
@@ -1358,7 +1359,7 @@ KELP_API uint32_t tbl_area_scope_lsa_table_record_unmarshal_unsafe(kelp_handle *
  * data, which takes 9 bytes more.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_record_len(kelp_handle *handle, uint32_t space_id,
                                                       const tbl_area_scope_lsa_record *record);
 
@@ -1369,15 +1370,16 @@ KELP_API uint32_t tbl_area_scope_lsa_table_record_len_unsafe(kelp_handle *handle
 /* As tbl_area_scope_lsa_table_record_len with the handle's cr_space_id; 0 when cr_err is set.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_record_len_cr(kelp_handle *handle,
                                                    const tbl_area_scope_lsa_record *record);
 
 /* Writes the image of the record's key alone, without header and LUID, and gives the bytes
  * written. The record must hold the object with the key.
- * Errors: 90 when the key does not fit in length bytes; those of the key's image
+ * Errors: KELP_ERR_NO_ROOM (90) when the key does not fit in length bytes; those of the key's
+ *   image
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_pkey_marshal(kelp_handle *handle, uint32_t space_id,
                                                         void *buffer,
                                                         const tbl_area_scope_lsa_record *record,
@@ -1390,11 +1392,12 @@ KELP_API uint32_t tbl_area_scope_lsa_table_pkey_marshal_unsafe(kelp_handle *hand
 
 /* Reads a key's image of at most length bytes into a new pkey object, which *pkey then holds, and
  * gives the bytes read.
- * Errors: 14 for a null pkey, 12 without memory; those of the key's image
+ * Errors: KELP_ERR_BAD_ADDRESS (14) for a null pkey, KELP_ERR_NO_MEMORY (12) without memory;
+ *   those of the key's image
  * Ownership: the pkey object is the caller's, who gives it back with
  *   tbl_area_scope_lsa_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_pkey_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                           area_scope_lsa_key **pkey,
                                                           const void *buffer, int32_t length,
@@ -1408,7 +1411,7 @@ KELP_API uint32_t tbl_area_scope_lsa_table_pkey_unmarshal_unsafe(kelp_handle *ha
 /* Gives the length of the key's image. The record must hold the object with the key.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_area_scope_lsa_table_pkey_len(kelp_handle *handle, uint32_t space_id,
                                                     const tbl_area_scope_lsa_record *record);
 

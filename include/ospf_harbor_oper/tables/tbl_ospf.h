@@ -19,19 +19,19 @@ extern KELP_API const kelp_table_vft tbl_ospf_table_vft;
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller holds the database's lock
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API const uint8_t *tbl_ospf_get_luid(kelp_handle *handle, uint32_t space_id,
                                           const void *object, uint32_t *err);
 
 /* Opens the table of that name. A name with a slash is the whole path, cut to 207 bytes; any
  * other gets the table's LUID behind a slash, in 207 bytes at most. A missing table is made when
  * read_only is 0, else null is given without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_table *tbl_ospf_table_open(kelp_handle *handle, uint32_t space_id,
                                              const char *name, uint32_t read_only, uint32_t *err);
 
@@ -42,12 +42,12 @@ KELP_API tbl_ospf_table *tbl_ospf_table_open_unsafe(kelp_handle *handle, uint32_
 
 /* Opens the table of that id. A missing table is made when read_only is 0, else null is given
  * without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_table *tbl_ospf_table_open_by_id(kelp_handle *handle, uint32_t space_id,
                                                    uint64_t id, uint32_t read_only, uint32_t *err);
 
@@ -57,12 +57,12 @@ KELP_API tbl_ospf_table *tbl_ospf_table_open_by_id_unsafe(kelp_handle *handle, u
                                                           uint32_t *err);
 
 /* Makes a table under the next id of its type. With read_only it gives null and takes no id.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_table *tbl_ospf_table_open_auto_id(kelp_handle *handle, uint32_t space_id,
                                                      uint32_t read_only, uint32_t *err);
 
@@ -73,12 +73,12 @@ KELP_API tbl_ospf_table *tbl_ospf_table_open_auto_id_unsafe(kelp_handle *handle,
 
 /* Opens the table of that name. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_table *tbl_ospf_table_open_by_ior_with_name(kelp_handle *handle,
     uint32_t space_id, const char *name, const kelp_oid *ior, uint32_t read_only,
     uint32_t dynamic, uint32_t *err);
@@ -90,12 +90,12 @@ KELP_API tbl_ospf_table *tbl_ospf_table_open_by_ior_with_name_unsafe(kelp_handle
 
 /* Opens the table of that id. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_table *tbl_ospf_table_open_by_ior_with_id(kelp_handle *handle,
                                                             uint32_t space_id, uint64_t id,
                                                             const kelp_oid *ior,
@@ -109,12 +109,12 @@ KELP_API tbl_ospf_table *tbl_ospf_table_open_by_ior_with_id_unsafe(kelp_handle *
 
 /* Opens a table by its name (open_type 0), by its id (1) or under the next id (2), with the
  * handle's cr_space_id and cr_err.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_table *tbl_ospf_table_open_cr(kelp_handle *handle, uint32_t read_only,
                                                 uint32_t open_type, const char *name, uint64_t id);
 
@@ -122,7 +122,7 @@ KELP_API tbl_ospf_table *tbl_ospf_table_open_cr(kelp_handle *handle, uint32_t re
  * open.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_table_close(kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table,
                                    uint32_t *err);
 
@@ -134,18 +134,18 @@ KELP_API void tbl_ospf_table_close_unsafe(kelp_handle *handle, uint32_t space_id
  * cr_space_id and cr_err.
  * Errors: those of tbl_ospf_request_table_free and tbl_ospf_table_free
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_table_close_cr(kelp_handle *handle, tbl_ospf_table *table, uint32_t mode);
 
 /* Takes the table out of the table of contents and frees it. Its records are not looked at: the
  * caller empties it first. In a shared database only the collector frees; for anyone else the
  * table leaves the table of contents and stays.
- * Errors: 11 while references to the table remain: nothing is freed, and the call may be
- *   repeated; 2 when the ids of an id-opened table are not found; those of the runtime's table of
- *   contents
+ * Errors: KELP_ERR_AGAIN (11) while references to the table remain: nothing is freed, and the
+ *   call may be repeated; KELP_ERR_NOT_FOUND (2) when the ids of an id-opened table are not
+ *   found; those of the runtime's table of contents
  * Ownership: the table is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_table_free(kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table,
                                   uint32_t *err);
 
@@ -157,11 +157,11 @@ KELP_API void tbl_ospf_table_free_unsafe(kelp_handle *handle, uint32_t space_id,
  * cursors the collector finishes the free. Meant for tables with cursors in shared databases.
  * Errors: those of the runtime's table of contents, a table that is not in it excepted; those of
  *   tbl_ospf_table_free: for a table of a shared database without cursors, outside the collector,
- *   the call ends in 2, since the table has left the table of contents already, and the table
- *   stays
+ *   the call ends in KELP_ERR_NOT_FOUND (2), since the table has left the table of contents
+ *   already, and the table stays
  * Ownership: the table may be gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_request_table_free(kelp_handle *handle, uint32_t space_id,
                                           tbl_ospf_table *table, uint32_t *err);
 
@@ -176,7 +176,7 @@ KELP_API void tbl_ospf_request_table_free_unsafe(kelp_handle *handle, uint32_t s
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospf_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_create_record(kelp_handle *handle, uint32_t space_id,
                                                  uint32_t *err);
 
@@ -192,7 +192,7 @@ KELP_API tbl_ospf_record *tbl_ospf_create_record_unsafe(kelp_handle *handle, uin
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospf_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_create_record_w_src(kelp_handle *handle, uint32_t space_id,
                                                        uint32_t src, uint32_t *err);
 
@@ -200,21 +200,21 @@ KELP_API tbl_ospf_record *tbl_ospf_create_record_w_src(kelp_handle *handle, uint
  * makes the record's objects too. Without memory it gives the table's null record: it may be
  * handed on as any other, takes no object, no reference and no end, and stays zero. cr_err is not
  * looked at.
- * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err was 0,
- *   also for an object of a record that could be made; on success cr_err is set to 0, whatever it
- *   held
+ * Errors: KELP_ERR_NO_MEMORY (12) as the handle's last error and in cr_err when there is no
+ *   memory and cr_err was 0, also for an object of a record that could be made; on success cr_err
+ *   is set to 0, whatever it held
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospf_record_destroy_cr; the null record belongs to the library
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_record_create_cr(kelp_handle *handle, uint32_t with_objects);
 
 /* Takes a further reference and gives how many there were before; 0 for the table's null record,
  * which takes none. The error word is not looked at. Ends the process at 0xFFFFFF references.
- * Errors: 2 for a null record; 0 then
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; 0 then
  * Ownership: each reference is given up by a tbl_ospf_destroy_record of its own
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API uint32_t tbl_ospf_record_add_ref(kelp_handle *handle, uint32_t space_id,
                                           tbl_ospf_record *record, uint32_t *err);
 
@@ -227,7 +227,7 @@ KELP_API uint32_t tbl_ospf_record_add_ref_unsafe(kelp_handle *handle, uint32_t s
  * Errors: those of ospf_create; null then
  * Ownership: the caller destroys the object by tbl_ospf_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API ospf *tbl_ospf_pkey_create(kelp_handle *handle, uint32_t space_id);
 
 /* The same operation as tbl_ospf_pkey_create; neither locks. */
@@ -237,7 +237,7 @@ KELP_API ospf *tbl_ospf_pkey_create_unsafe(kelp_handle *handle, uint32_t space_i
  * Errors: none
  * Ownership: the object is gone
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API void tbl_ospf_pkey_destroy(kelp_handle *handle, uint32_t space_id, ospf *pkey);
 
 /* The same operation as tbl_ospf_pkey_destroy; neither locks. */
@@ -248,14 +248,14 @@ KELP_API void tbl_ospf_pkey_destroy_unsafe(kelp_handle *handle, uint32_t space_i
  * node sorts first.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API uint32_t tbl_ospf_ospf_singleton_id_avl_compare(const e_avl_node *a, const e_avl_node *b);
 
 /* Gives null: records of tbl_ospf are not found by key. Walk the table instead. No argument is
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospf_table *table,
@@ -269,7 +269,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_unsafe(kelp_handle *
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_w_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t src, uint32_t *err);
 
@@ -277,7 +277,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_w_src(kelp_handle *h
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t src,
     uint32_t *err);
@@ -286,7 +286,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_not_pending_destroy(
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_nearest(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t *err);
 
@@ -294,7 +294,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_nearest(kelp_handle 
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_sub_first(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t *err);
 
@@ -302,7 +302,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_sub_first(kelp_handl
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_internal(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t src, uint32_t *err);
 
@@ -310,7 +310,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_internal(kelp_handle
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t *err);
 
@@ -318,7 +318,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_key(kelp_handle
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t src,
     uint32_t *err);
@@ -327,7 +327,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_key_not_pending
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_key_w_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t src, uint32_t *err);
 
@@ -335,7 +335,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_key_w_src(kelp_
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t *err);
 
@@ -343,7 +343,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_by_key(kelp_handle
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, const void *key, uint32_t src,
     uint32_t *err);
@@ -352,7 +352,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_by_key_not_pending
  * looked at, cr_err included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_cr(kelp_handle *handle,
     tbl_ospf_table *table, const void *key, uint32_t src, uint32_t get_flags);
 
@@ -360,7 +360,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_search_cr(kelp_handle *hand
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_search(kelp_handle *handle, uint32_t space_id,
                                           tbl_ospf_table *table, const void *key, uint32_t *err);
 
@@ -373,7 +373,7 @@ KELP_API tbl_ospf_record *tbl_ospf_search_unsafe(kelp_handle *handle, uint32_t s
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_search_w_src(kelp_handle *handle, uint32_t space_id,
                                                 tbl_ospf_table *table, const void *key,
                                                 uint32_t src, uint32_t *err);
@@ -387,7 +387,7 @@ KELP_API tbl_ospf_record *tbl_ospf_search_w_src_unsafe(kelp_handle *handle, uint
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_get_next_by_key(kelp_handle *handle, uint32_t space_id,
                                                    tbl_ospf_table *table, const void *key,
                                                    uint32_t *err);
@@ -401,7 +401,7 @@ KELP_API tbl_ospf_record *tbl_ospf_get_next_by_key_unsafe(kelp_handle *handle, u
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_get_next_by_key_w_src(kelp_handle *handle, uint32_t space_id,
                                                          tbl_ospf_table *table, const void *key,
                                                          uint32_t src, uint32_t *err);
@@ -410,7 +410,7 @@ KELP_API tbl_ospf_record *tbl_ospf_get_next_by_key_w_src(kelp_handle *handle, ui
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_get_prev_by_key(kelp_handle *handle, uint32_t space_id,
                                                    tbl_ospf_table *table, const void *key,
                                                    uint32_t *err);
@@ -424,7 +424,7 @@ KELP_API tbl_ospf_record *tbl_ospf_get_prev_by_key_unsafe(kelp_handle *handle, u
  * looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API const char *tbl_ospf_pkey_print(kelp_handle *handle, uint32_t space_id, const ospf *pkey,
                                          char *buffer, uint32_t size, uint32_t *err);
 
@@ -440,7 +440,7 @@ KELP_API const char *tbl_ospf_pkey_print_unsafe(kelp_handle *handle, uint32_t sp
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_internal(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t src,
     uint32_t filter_src, uint32_t skip_pending, uint32_t same_key, uint32_t *err);
@@ -452,7 +452,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_internal(kelp_hand
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_internal(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t src,
     uint32_t filter_src, uint32_t skip_pending, uint32_t same_key, uint32_t *err);
@@ -462,7 +462,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_internal(kelp_hand
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
@@ -471,7 +471,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next(kelp_handle *handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
@@ -480,7 +480,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev(kelp_handle *handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t src, uint32_t *err);
 
@@ -489,7 +489,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_by_src(kelp_handle
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t src, uint32_t *err);
 
@@ -499,7 +499,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_by_src(kelp_handle
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record,
     uint32_t src, uint32_t *err);
@@ -510,7 +510,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_not_pending_destro
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record,
     uint32_t src, uint32_t *err);
@@ -521,7 +521,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_not_pending_destro
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
@@ -531,7 +531,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_next_ignore_src(kelp_ha
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
@@ -540,7 +540,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_prev_ignore_src(kelp_ha
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t *err);
 
@@ -549,7 +549,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first(kelp_handle *hand
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t *err);
 
@@ -558,7 +558,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last(kelp_handle *handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
@@ -567,7 +567,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_by_src(kelp_handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
@@ -577,7 +577,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last_by_src(kelp_handle
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
@@ -587,7 +587,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_not_pending_destr
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table, uint32_t src, uint32_t *err);
 
@@ -597,7 +597,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_last_not_pending_destro
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t *err);
 
@@ -607,7 +607,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_first_ignore_src(kelp_h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_sub_next(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
@@ -617,7 +617,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_sub_next(kelp_handle *h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_sub_prev(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
@@ -627,7 +627,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_sub_prev(kelp_handle *h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_shadow(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
@@ -636,7 +636,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_shadow(kelp_handle *han
  * Nothing enters the replication cache.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospf_ospf_singleton_id_walk(tbl_ospf_table *table,
                                               ospf_harbor_oper_record_callback callback,
                                               void *argument, uint32_t *err);
@@ -645,13 +645,13 @@ KELP_API void tbl_ospf_ospf_singleton_id_walk(tbl_ospf_table *table,
  * and gives its result.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospf_ospf_singleton_id_avl_internal_walk(e_avl_node *node, void *context);
 
 /* Does nothing: tbl_ospf has no unordered form.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospf_ospf_singleton_id_unordered_traversal(tbl_ospf_table *table,
     ospf_harbor_oper_record_callback callback, void *argument, uint32_t *err);
 
@@ -659,10 +659,11 @@ KELP_API void tbl_ospf_ospf_singleton_id_unordered_traversal(tbl_ospf_table *tab
  * with the source src, 0 for the default, with the handle's cr_space_id and cr_err. Bit 0 of
  * get_flags takes any source, bit 1 takes records that wait for their destruction too. record is
  * the reference of 2 and 3.
- * Errors: 22 as the handle's last error for another get_op, with cr_err left alone
+ * Errors: KELP_ERR_INVALID (22) as the handle's last error for another get_op, with cr_err left
+ *   alone
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_cr(kelp_handle *handle,
                                                             tbl_ospf_table *table,
                                                             uint32_t get_op,
@@ -674,7 +675,7 @@ KELP_API tbl_ospf_record *tbl_ospf_ospf_singleton_id_get_cr(kelp_handle *handle,
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_next(kelp_handle *handle, uint32_t space_id,
                                                  tbl_ospf_table *table, tbl_ospf_record *record,
                                                  uint32_t *err);
@@ -689,7 +690,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_next_unsafe(kelp_handle *handle, uin
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_next_by_src(kelp_handle *handle, uint32_t space_id,
                                                         tbl_ospf_table *table,
                                                         tbl_ospf_record *record, uint32_t src,
@@ -705,7 +706,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_next_by_src_unsafe(kelp_handle *hand
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_next_ignore_src(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospf_table *table,
@@ -720,7 +721,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_next_ignore_src_unsafe(kelp_handle *
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev(kelp_handle *handle, uint32_t space_id,
                                                  tbl_ospf_table *table, tbl_ospf_record *record,
                                                  uint32_t *err);
@@ -735,7 +736,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev_unsafe(kelp_handle *handle, uin
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev_by_src(kelp_handle *handle, uint32_t space_id,
                                                         tbl_ospf_table *table,
                                                         tbl_ospf_record *record, uint32_t src,
@@ -751,7 +752,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev_by_src_unsafe(kelp_handle *hand
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev_ignore_src(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospf_table *table,
@@ -766,7 +767,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_prev_ignore_src_unsafe(kelp_handle *
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first(kelp_handle *handle, uint32_t space_id,
                                                   tbl_ospf_table *table, uint32_t *err);
 
@@ -779,7 +780,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_unsafe(kelp_handle *handle, ui
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_by_src(kelp_handle *handle, uint32_t space_id,
                                                          tbl_ospf_table *table, uint32_t src,
                                                          uint32_t *err);
@@ -794,7 +795,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_by_src_unsafe(kelp_handle *han
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_table *table, uint32_t *err);
 
@@ -807,7 +808,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_first_ignore_src_unsafe(kelp_handle 
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_last(kelp_handle *handle, uint32_t space_id,
                                                  tbl_ospf_table *table, uint32_t *err);
 
@@ -820,7 +821,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_last_unsafe(kelp_handle *handle, uin
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_last_by_src(kelp_handle *handle, uint32_t space_id,
                                                         tbl_ospf_table *table, uint32_t src,
                                                         uint32_t *err);
@@ -835,7 +836,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_last_by_src_unsafe(kelp_handle *hand
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_sub_next(kelp_handle *handle, uint32_t space_id,
                                                      tbl_ospf_table *table,
                                                      tbl_ospf_record *record, uint32_t *err);
@@ -852,7 +853,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_sub_next_unsafe(kelp_handle *handle,
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_sub_prev(kelp_handle *handle, uint32_t space_id,
                                                      tbl_ospf_table *table,
                                                      tbl_ospf_record *record, uint32_t *err);
@@ -869,7 +870,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_sub_prev_unsafe(kelp_handle *handle,
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_pkey_get_shadow(kelp_handle *handle, uint32_t space_id,
                                                    tbl_ospf_table *table, tbl_ospf_record *record,
                                                    uint32_t *err);
@@ -884,7 +885,7 @@ KELP_API tbl_ospf_record *tbl_ospf_pkey_get_shadow_unsafe(kelp_handle *handle, u
  * cr_err, gives 0 without a walk.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospf_record_walk_cr(kelp_handle *handle, tbl_ospf_table *table,
                                           uint32_t key_index,
                                           ospf_harbor_oper_record_callback callback,
@@ -892,11 +893,11 @@ KELP_API uint32_t tbl_ospf_record_walk_cr(kelp_handle *handle, tbl_ospf_table *t
 
 /* Enters a record in the table, in the order of tenant, key and source. The record holds its
  * object before.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_insert(kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table,
                               tbl_ospf_record *record, uint32_t *err);
 
@@ -905,11 +906,11 @@ KELP_API void tbl_ospf_insert_unsafe(kelp_handle *handle, uint32_t space_id,
                                      tbl_ospf_table *table, tbl_ospf_record *record, uint32_t *err);
 
 /* As tbl_ospf_insert for a record that carries a key and no data, which it marks.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_pkey_insert(kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table,
                                    tbl_ospf_record *record, uint32_t *err);
 
@@ -920,20 +921,20 @@ KELP_API void tbl_ospf_pkey_insert_unsafe(kelp_handle *handle, uint32_t space_id
 
 /* As tbl_ospf_insert, or with pkey non-zero as tbl_ospf_pkey_insert, with the handle's
  * cr_space_id and cr_err; gives cr_err.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospf_insert_cr(kelp_handle *handle, tbl_ospf_table *table,
                                      tbl_ospf_record *record, uint32_t pkey);
 
 /* Takes a record out of the table. The record stays, with its references.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_delete(kelp_handle *handle, uint32_t space_id, tbl_ospf_table *table,
                               tbl_ospf_record *record, uint32_t *err);
 
@@ -943,12 +944,12 @@ KELP_API void tbl_ospf_delete_unsafe(kelp_handle *handle, uint32_t space_id,
 
 /* As tbl_ospf_delete with the handle's cr_space_id and cr_err; destroy non-zero then gives up one
  * reference as well. Gives cr_err.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Ownership: with destroy the caller's reference is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospf_delete_cr(kelp_handle *handle, tbl_ospf_table *table,
                                      tbl_ospf_record *record, uint32_t destroy);
 
@@ -956,12 +957,12 @@ KELP_API uint32_t tbl_ospf_delete_cr(kelp_handle *handle, tbl_ospf_table *table,
  * destroyed and it is freed; the table's null record is passed over. A table with cursors does
  * not let it go outside the collector: it is freed all the same, and its node stays in the tree,
  * which must not be walked then. Such a record ends by tbl_ospf_request_record_destroy.
- * Errors: 2 for a null record; what the removal of its handle mapping reports: the record then
- *   stays allocated, with its objects gone. Ends the process when the record's type record is
- *   broken
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; what the removal of its handle mapping
+ *   reports: the record then stays allocated, with its objects gone. Ends the process when the
+ *   record's type record is broken
  * Ownership: the caller's reference is gone; with the last one record and objects are
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_destroy_record(kelp_handle *handle, uint32_t space_id,
                                       tbl_ospf_record *record, uint32_t *err);
 
@@ -973,16 +974,16 @@ KELP_API void tbl_ospf_destroy_record_unsafe(kelp_handle *handle, uint32_t space
  * Errors: as tbl_ospf_destroy_record
  * Ownership: as tbl_ospf_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_record_destroy_cr(kelp_handle *handle, tbl_ospf_record *record);
 
 /* Marks a record of a table with cursors for destruction; it stays in the table until the
  * collector ends it.
- * Errors: 22 for a null record and for a table without cursors; those of
+ * Errors: KELP_ERR_INVALID (22) for a null record and for a table without cursors; those of
  *   kelpdb_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_request_record_destroy(kelp_handle *handle, uint32_t space_id,
                                               tbl_ospf_table *table, tbl_ospf_record *record,
                                               uint32_t *err);
@@ -996,7 +997,7 @@ KELP_API void tbl_ospf_request_record_destroy_unsafe(kelp_handle *handle, uint32
  * Errors: as tbl_ospf_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospf_request_record_destroy_cr(kelp_handle *handle, tbl_ospf_table *table,
                                                      tbl_ospf_record *record);
 
@@ -1004,7 +1005,7 @@ KELP_API uint32_t tbl_ospf_request_record_destroy_cr(kelp_handle *handle, tbl_os
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_table_record_create_cb(kelp_handle *handle, uint32_t space_id,
                                                   void *context, tbl_ospf_record *record,
                                                   uint32_t *err);
@@ -1018,7 +1019,7 @@ KELP_API uint64_t tbl_ospf_table_record_create_cb_unsafe(kelp_handle *handle, ui
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_table_record_modify_cb(kelp_handle *handle, uint32_t space_id,
                                                   void *context, tbl_ospf_record *record,
                                                   uint32_t *err);
@@ -1032,7 +1033,7 @@ KELP_API uint64_t tbl_ospf_table_record_modify_cb_unsafe(kelp_handle *handle, ui
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_table_record_delete_cb(kelp_handle *handle, uint32_t space_id,
                                                   void *context, tbl_ospf_record *record,
                                                   uint32_t *err);
@@ -1047,7 +1048,7 @@ KELP_API uint64_t tbl_ospf_table_record_delete_cb_unsafe(kelp_handle *handle, ui
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_table_record_create_dm_cb(kelp_handle *handle, uint32_t space_id,
                                                      tbl_ospf_record *record, uint32_t *err);
 
@@ -1061,7 +1062,7 @@ KELP_API uint64_t tbl_ospf_table_record_create_dm_cb_unsafe(kelp_handle *handle,
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_table_record_delete_dm_cb(kelp_handle *handle, uint32_t space_id,
                                                      tbl_ospf_record *record, uint32_t *err);
 
@@ -1074,7 +1075,7 @@ KELP_API uint64_t tbl_ospf_table_record_delete_dm_cb_unsafe(kelp_handle *handle,
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_table_record_grouping_cb(kelp_handle *handle, uint32_t space_id,
                                                     void *arg_a, uint32_t *err, void *arg_b,
                                                     void *arg_c);
@@ -1088,7 +1089,7 @@ KELP_API uint64_t tbl_ospf_table_record_grouping_cb_unsafe(kelp_handle *handle, 
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_table_record_free_cb(kelp_handle *handle, uint32_t space_id,
                                                 void *arg_a, uint32_t arg_u32, uint32_t *err,
                                                 void *arg_b);
@@ -1102,7 +1103,7 @@ KELP_API uint64_t tbl_ospf_table_record_free_cb_unsafe(kelp_handle *handle, uint
  * Errors: none
  * Ownership: the object stays the record's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospf *tbl_ospf_ospf_get_field(kelp_handle *handle, uint32_t space_id,
                                        tbl_ospf_record *record);
 
@@ -1111,7 +1112,7 @@ KELP_API ospf *tbl_ospf_ospf_get_field(kelp_handle *handle, uint32_t space_id,
  * Errors: none
  * Ownership: the object is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospf *tbl_ospf_ospf_get_field_detach(kelp_handle *handle, uint32_t space_id,
                                               tbl_ospf_record *record);
 
@@ -1121,7 +1122,7 @@ KELP_API ospf *tbl_ospf_ospf_get_field_detach(kelp_handle *handle, uint32_t spac
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospf_ospf_set_field(kelp_handle *handle, uint32_t space_id,
                                       tbl_ospf_record *record, ospf *object);
 
@@ -1131,7 +1132,7 @@ KELP_API void tbl_ospf_ospf_set_field(kelp_handle *handle, uint32_t space_id,
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospf_ospf_free_and_set_field(kelp_handle *handle, uint32_t space_id,
                                                tbl_ospf_record *record, ospf *object);
 
@@ -1139,7 +1140,7 @@ KELP_API void tbl_ospf_ospf_free_and_set_field(kelp_handle *handle, uint32_t spa
  * has none. 0 for a null table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospf_table_get_count(kelp_handle *handle, uint32_t space_id,
                                            tbl_ospf_table *table);
 
@@ -1152,7 +1153,7 @@ KELP_API uint32_t tbl_ospf_table_get_count_unsafe(kelp_handle *handle, uint32_t 
  * table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospf_table_get_count_by_src(kelp_handle *handle, uint32_t space_id,
                                                   tbl_ospf_table *table, uint8_t src);
 
@@ -1163,17 +1164,17 @@ KELP_API uint32_t tbl_ospf_table_get_count_by_src_unsafe(kelp_handle *handle, ui
 /* As tbl_ospf_table_get_count with the handle's cr_space_id.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospf_table_get_count_cr(kelp_handle *handle, tbl_ospf_table *table);
 
 /* Writes the record's text form into buffer, at most length bytes and none for a negative length,
  * and gives the bytes written. The closing brace stands behind a gap that keeps what the buffer
  * held: fill it with blanks first.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_record_print(kelp_handle *handle, uint32_t space_id,
                                               char *buffer, const tbl_ospf_record *record,
                                               int32_t length, uint32_t *err);
@@ -1185,11 +1186,11 @@ KELP_API uint32_t tbl_ospf_table_record_print_unsafe(kelp_handle *handle, uint32
 
 /* As tbl_ospf_table_record_print with the handle's cr_space_id and cr_err; 0xFFFFFFFF when cr_err
  * is set before or afterwards.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_record_print_cr(kelp_handle *handle, const tbl_ospf_record *record,
                                            char *buffer, int32_t length);
 
@@ -1197,7 +1198,7 @@ KELP_API uint32_t tbl_ospf_record_print_cr(kelp_handle *handle, const tbl_ospf_r
  * negative length, and gives the bytes written.
  * Errors: those of the runtime's writers
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_record_to_xml(kelp_handle *handle, uint32_t space_id,
                                                char *buffer, const tbl_ospf_record *record,
                                                int32_t length, uint32_t *err);
@@ -1211,17 +1212,17 @@ KELP_API uint32_t tbl_ospf_table_record_to_xml_unsafe(kelp_handle *handle, uint3
  * cr_err is set afterwards.
  * Errors: those of the runtime's writers, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_record_toxml_cr(kelp_handle *handle, const tbl_ospf_record *record,
                                            char *buffer, int32_t length);
 
 /* Makes a record from the elements of a document that are named after its objects. It is not
  * inserted. A missing element leaves its object empty. The error word is not looked at.
- * Errors: 12 without memory; what reading an element gives, with message told what was found and
- *   expected; null then, and what was made is left behind
+ * Errors: KELP_ERR_NO_MEMORY (12) without memory; what reading an element gives, with message
+ *   told what was found and expected; null then, and what was made is left behind
  * Ownership: the record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API tbl_ospf_record *tbl_ospf_table_record_from_xml(kelp_handle *handle, uint32_t space_id,
                                                          kelp_xml_document *document,
                                                          uint32_t *err, char *message,
@@ -1234,10 +1235,10 @@ KELP_API tbl_ospf_record *tbl_ospf_table_record_from_xml_unsafe(kelp_handle *han
 
 /* Writes the record's image into buffer, which has length bytes, and gives the bytes written.
  * tbl_ospf_table_record_len gives a length that suffices, but for what is said there.
- * Errors: 90 when buffer is too small; 2 when the record lacks an object; those of the objects'
- *   images
+ * Errors: KELP_ERR_NO_ROOM (90) when buffer is too small; KELP_ERR_NOT_FOUND (2) when the record
+ *   lacks an object; those of the objects' images
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_record_marshal(kelp_handle *handle, uint32_t space_id,
                                                 void *buffer, const tbl_ospf_record *record,
                                                 int32_t length, uint32_t *err);
@@ -1252,18 +1253,18 @@ KELP_API uint32_t tbl_ospf_table_record_marshal_unsafe(kelp_handle *handle, uint
  * cr_err is set afterwards.
  * Errors: as tbl_ospf_table_record_marshal, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_record_marshal_cr(kelp_handle *handle, const tbl_ospf_record *record,
                                              void *buffer, int32_t length);
 
 /* Reads an image of at most length bytes into *record, or with reuse 0 into a new record that
  * *record then holds, also after a failure. Gives the bytes read. Neither the LUID nor the header
  * is checked: check what comes from outside first.
- * Errors: 2 without a record or an object to fill, 12 without memory; those of the objects'
- *   images
+ * Errors: KELP_ERR_NOT_FOUND (2) without a record or an object to fill, KELP_ERR_NO_MEMORY (12)
+ *   without memory; those of the objects' images
  * Ownership: a new record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_record_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                   tbl_ospf_record **record, const void *buffer,
                                                   int32_t length, uint32_t reuse, uint32_t *err);
@@ -1279,7 +1280,7 @@ KELP_API uint32_t tbl_ospf_table_record_unmarshal_unsafe(kelp_handle *handle, ui
  * data, which takes 9 bytes more.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_record_len(kelp_handle *handle, uint32_t space_id,
                                             const tbl_ospf_record *record);
 
@@ -1290,14 +1291,15 @@ KELP_API uint32_t tbl_ospf_table_record_len_unsafe(kelp_handle *handle, uint32_t
 /* As tbl_ospf_table_record_len with the handle's cr_space_id; 0 when cr_err is set.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_record_len_cr(kelp_handle *handle, const tbl_ospf_record *record);
 
 /* Writes the image of the record's key alone, without header and LUID, and gives the bytes
  * written. The record must hold the object with the key.
- * Errors: 90 when the key does not fit in length bytes; those of the key's image
+ * Errors: KELP_ERR_NO_ROOM (90) when the key does not fit in length bytes; those of the key's
+ *   image
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_pkey_marshal(kelp_handle *handle, uint32_t space_id,
                                               void *buffer, const tbl_ospf_record *record,
                                               int32_t length, uint32_t *err);
@@ -1309,10 +1311,11 @@ KELP_API uint32_t tbl_ospf_table_pkey_marshal_unsafe(kelp_handle *handle, uint32
 
 /* Reads a key's image of at most length bytes into a new pkey object, which *pkey then holds, and
  * gives the bytes read.
- * Errors: 14 for a null pkey, 12 without memory; those of the key's image
+ * Errors: KELP_ERR_BAD_ADDRESS (14) for a null pkey, KELP_ERR_NO_MEMORY (12) without memory;
+ *   those of the key's image
  * Ownership: the pkey object is the caller's, who gives it back with tbl_ospf_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_pkey_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                 ospf **pkey, const void *buffer, int32_t length,
                                                 uint32_t *err);
@@ -1325,7 +1328,7 @@ KELP_API uint32_t tbl_ospf_table_pkey_unmarshal_unsafe(kelp_handle *handle, uint
 /* Gives the length of the key's image. The record must hold the object with the key.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_table_pkey_len(kelp_handle *handle, uint32_t space_id,
                                           const tbl_ospf_record *record);
 

@@ -19,19 +19,19 @@ extern KELP_API const kelp_table_vft tbl_ospf_rev1_table_vft;
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller holds the database's lock
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API const uint8_t *tbl_ospf_rev1_get_luid(kelp_handle *handle, uint32_t space_id,
                                                const void *object, uint32_t *err);
 
 /* Opens the table of that name. A name with a slash is the whole path, cut to 207 bytes; any
  * other gets the table's LUID behind a slash, in 207 bytes at most. A missing table is made when
  * read_only is 0, else null is given without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open(kelp_handle *handle, uint32_t space_id,
                                                        const char *name, uint32_t read_only,
                                                        uint32_t *err);
@@ -42,12 +42,12 @@ KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_unsafe(kelp_handle *handl
 
 /* Opens the table of that id. A missing table is made when read_only is 0, else null is given
  * without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_by_id(kelp_handle *handle,
     uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
@@ -56,12 +56,12 @@ KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_by_id_unsafe(kelp_handle 
     uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
 /* Makes a table under the next id of its type. With read_only it gives null and takes no id.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_auto_id(kelp_handle *handle,
     uint32_t space_id, uint32_t read_only, uint32_t *err);
 
@@ -71,12 +71,12 @@ KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_auto_id_unsafe(kelp_handl
 
 /* Opens the table of that name. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_by_ior_with_name(kelp_handle *handle,
     uint32_t space_id, const char *name, const kelp_oid *ior, uint32_t read_only,
     uint32_t dynamic, uint32_t *err);
@@ -88,12 +88,12 @@ KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_by_ior_with_name_unsafe(
 
 /* Opens the table of that id. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_by_ior_with_id(kelp_handle *handle,
     uint32_t space_id, uint64_t id, const kelp_oid *ior, uint32_t read_only, uint32_t dynamic,
     uint32_t *err);
@@ -105,12 +105,12 @@ KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_by_ior_with_id_unsafe(kel
 
 /* Opens a table by its name (open_type 0), by its id (1) or under the next id (2), with the
  * handle's cr_space_id and cr_err.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_cr(kelp_handle *handle, uint32_t read_only,
                                                           uint32_t open_type, const char *name,
                                                           uint64_t id);
@@ -119,7 +119,7 @@ KELP_API tbl_ospf_rev1_table *tbl_ospf_rev1_table_open_cr(kelp_handle *handle, u
  * open.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_rev1_table_close(kelp_handle *handle, uint32_t space_id,
                                         tbl_ospf_rev1_table *table, uint32_t *err);
 
@@ -131,19 +131,19 @@ KELP_API void tbl_ospf_rev1_table_close_unsafe(kelp_handle *handle, uint32_t spa
  * cr_space_id and cr_err.
  * Errors: those of tbl_ospf_rev1_request_table_free and tbl_ospf_rev1_table_free
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_rev1_table_close_cr(kelp_handle *handle, tbl_ospf_rev1_table *table,
                                            uint32_t mode);
 
 /* Takes the table out of the table of contents and frees it. Its records are not looked at: the
  * caller empties it first. In a shared database only the collector frees; for anyone else the
  * table leaves the table of contents and stays.
- * Errors: 11 while references to the table remain: nothing is freed, and the call may be
- *   repeated; 2 when the ids of an id-opened table are not found; those of the runtime's table of
- *   contents
+ * Errors: KELP_ERR_AGAIN (11) while references to the table remain: nothing is freed, and the
+ *   call may be repeated; KELP_ERR_NOT_FOUND (2) when the ids of an id-opened table are not
+ *   found; those of the runtime's table of contents
  * Ownership: the table is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_rev1_table_free(kelp_handle *handle, uint32_t space_id,
                                        tbl_ospf_rev1_table *table, uint32_t *err);
 
@@ -155,11 +155,11 @@ KELP_API void tbl_ospf_rev1_table_free_unsafe(kelp_handle *handle, uint32_t spac
  * cursors the collector finishes the free. Meant for tables with cursors in shared databases.
  * Errors: those of the runtime's table of contents, a table that is not in it excepted; those of
  *   tbl_ospf_rev1_table_free: for a table of a shared database without cursors, outside the
- *   collector, the call ends in 2, since the table has left the table of contents already, and
- *   the table stays
+ *   collector, the call ends in KELP_ERR_NOT_FOUND (2), since the table has left the table of
+ *   contents already, and the table stays
  * Ownership: the table may be gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospf_rev1_request_table_free(kelp_handle *handle, uint32_t space_id,
                                                tbl_ospf_rev1_table *table, uint32_t *err);
 
@@ -174,7 +174,7 @@ KELP_API void tbl_ospf_rev1_request_table_free_unsafe(kelp_handle *handle, uint3
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospf_rev1_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_create_record(kelp_handle *handle, uint32_t space_id,
                                                            uint32_t *err);
 
@@ -190,7 +190,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_create_record_unsafe(kelp_handle *h
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospf_rev1_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_create_record_w_src(kelp_handle *handle,
     uint32_t space_id, uint32_t src, uint32_t *err);
 
@@ -198,22 +198,22 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_create_record_w_src(kelp_handle *ha
  * makes the record's objects too. Without memory it gives the table's null record: it may be
  * handed on as any other, takes no object, no reference and no end, and stays zero. cr_err is not
  * looked at.
- * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err was 0,
- *   also for an object of a record that could be made; on success cr_err is set to 0, whatever it
- *   held
+ * Errors: KELP_ERR_NO_MEMORY (12) as the handle's last error and in cr_err when there is no
+ *   memory and cr_err was 0, also for an object of a record that could be made; on success cr_err
+ *   is set to 0, whatever it held
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospf_rev1_record_destroy_cr; the null record belongs to the library
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_record_create_cr(kelp_handle *handle,
     uint32_t with_objects);
 
 /* Takes a further reference and gives how many there were before; 0 for the table's null record,
  * which takes none. The error word is not looked at. Ends the process at 0xFFFFFF references.
- * Errors: 2 for a null record; 0 then
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; 0 then
  * Ownership: each reference is given up by a tbl_ospf_rev1_destroy_record of its own
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_record_add_ref(kelp_handle *handle, uint32_t space_id,
                                                tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -226,7 +226,7 @@ KELP_API uint32_t tbl_ospf_rev1_record_add_ref_unsafe(kelp_handle *handle, uint3
  * Errors: those of ospf_rev1_create; null then
  * Ownership: the caller destroys the object by tbl_ospf_rev1_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API ospf_rev1 *tbl_ospf_rev1_pkey_create(kelp_handle *handle, uint32_t space_id);
 
 /* The same operation as tbl_ospf_rev1_pkey_create; neither locks. */
@@ -236,7 +236,7 @@ KELP_API ospf_rev1 *tbl_ospf_rev1_pkey_create_unsafe(kelp_handle *handle, uint32
  * Errors: none
  * Ownership: the object is gone
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API void tbl_ospf_rev1_pkey_destroy(kelp_handle *handle, uint32_t space_id, ospf_rev1 *pkey);
 
 /* The same operation as tbl_ospf_rev1_pkey_destroy; neither locks. */
@@ -248,7 +248,7 @@ KELP_API void tbl_ospf_rev1_pkey_destroy_unsafe(kelp_handle *handle, uint32_t sp
  * ascending; a null node sorts first.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_ospf_rev1_singleton_id_avl_compare(const e_avl_node *a,
     const e_avl_node *b);
 
@@ -256,7 +256,7 @@ KELP_API uint32_t tbl_ospf_rev1_ospf_rev1_singleton_id_avl_compare(const e_avl_n
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, const void *key, uint32_t *err);
 
@@ -269,7 +269,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_unsaf
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -278,7 +278,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_w_src
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -287,7 +287,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_not_p
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_nearest(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t *err);
@@ -296,7 +296,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_neare
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_sub_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t *err);
@@ -305,7 +305,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_sub_f
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -314,7 +314,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_inter
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t *err);
@@ -323,7 +323,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -332,7 +332,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_key_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -341,7 +341,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t *err);
@@ -350,7 +350,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_by_
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -359,7 +359,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_by_
  * is looked at, cr_err included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_cr(
     kelp_handle *handle, tbl_ospf_rev1_table *table, const void *key, uint32_t src,
     uint32_t get_flags);
@@ -368,7 +368,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_search_cr(
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_search(kelp_handle *handle, uint32_t space_id,
                                                     tbl_ospf_rev1_table *table, const void *key,
                                                     uint32_t *err);
@@ -382,7 +382,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_search_unsafe(kelp_handle *handle, 
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_search_w_src(kelp_handle *handle, uint32_t space_id,
                                                           tbl_ospf_rev1_table *table,
                                                           const void *key, uint32_t src,
@@ -396,7 +396,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_search_w_src_unsafe(kelp_handle *ha
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_get_next_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, const void *key, uint32_t *err);
 
@@ -408,7 +408,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_get_next_by_key_unsafe(kelp_handle 
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_get_next_by_key_w_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, const void *key, uint32_t src, uint32_t *err);
 
@@ -416,7 +416,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_get_next_by_key_w_src(kelp_handle *
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_get_prev_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, const void *key, uint32_t *err);
 
@@ -428,7 +428,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_get_prev_by_key_unsafe(kelp_handle 
  * is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API const char *tbl_ospf_rev1_pkey_print(kelp_handle *handle, uint32_t space_id,
                                               const ospf_rev1 *pkey, char *buffer, uint32_t size,
                                               uint32_t *err);
@@ -445,7 +445,7 @@ KELP_API const char *tbl_ospf_rev1_pkey_print_unsafe(kelp_handle *handle, uint32
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t src, uint32_t filter_src, uint32_t skip_pending,
@@ -458,7 +458,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_int
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t src, uint32_t filter_src, uint32_t skip_pending,
@@ -469,7 +469,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_int
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -478,7 +478,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -487,7 +487,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t src, uint32_t *err);
@@ -497,7 +497,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_by_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t src, uint32_t *err);
@@ -508,7 +508,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_by_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t src, uint32_t *err);
@@ -519,7 +519,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_not
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t src, uint32_t *err);
@@ -530,7 +530,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_not
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t *err);
@@ -541,7 +541,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_next_ign
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t *err);
@@ -551,7 +551,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_prev_ign
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
@@ -560,7 +560,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first(
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
@@ -569,7 +569,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
@@ -579,7 +579,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_by
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
@@ -590,7 +590,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last_by_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
@@ -601,7 +601,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_no
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src,
     uint32_t *err);
@@ -612,7 +612,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_last_not
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
@@ -622,7 +622,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_first_ig
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_sub_next(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t *err);
@@ -633,7 +633,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_sub_next
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_sub_prev(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t *err);
@@ -644,7 +644,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_sub_prev
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_shadow(
     kelp_handle *handle, uint32_t space_id, tbl_ospf_rev1_table *table,
     tbl_ospf_rev1_record *record, uint32_t *err);
@@ -654,7 +654,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_shadow(
  * Nothing enters the replication cache.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospf_rev1_ospf_rev1_singleton_id_walk(tbl_ospf_rev1_table *table,
                                                         ospf_harbor_oper_record_callback callback,
                                                         void *argument, uint32_t *err);
@@ -663,14 +663,14 @@ KELP_API void tbl_ospf_rev1_ospf_rev1_singleton_id_walk(tbl_ospf_rev1_table *tab
  * and gives its result.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_ospf_rev1_singleton_id_avl_internal_walk(e_avl_node *node,
     void *context);
 
 /* Does nothing: tbl_ospf_rev1 has no unordered form.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospf_rev1_ospf_rev1_singleton_id_unordered_traversal(
     tbl_ospf_rev1_table *table, ospf_harbor_oper_record_callback callback, void *argument,
     uint32_t *err);
@@ -679,10 +679,11 @@ KELP_API void tbl_ospf_rev1_ospf_rev1_singleton_id_unordered_traversal(
  * with the source src, 0 for the default, with the handle's cr_space_id and cr_err. Bit 0 of
  * get_flags takes any source, bit 1 takes records that wait for their destruction too. record is
  * the reference of 2 and 3.
- * Errors: 22 as the handle's last error for another get_op, with cr_err left alone
+ * Errors: KELP_ERR_INVALID (22) as the handle's last error for another get_op, with cr_err left
+ *   alone
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_cr(kelp_handle *handle,
     tbl_ospf_rev1_table *table, uint32_t get_op, tbl_ospf_rev1_record *record, uint8_t src,
     uint32_t get_flags);
@@ -692,7 +693,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_ospf_rev1_singleton_id_get_cr(kelp_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_next(kelp_handle *handle, uint32_t space_id,
                                                            tbl_ospf_rev1_table *table,
                                                            tbl_ospf_rev1_record *record,
@@ -707,7 +708,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_next_unsafe(kelp_handle *h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_next_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t src,
     uint32_t *err);
@@ -723,7 +724,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_next_by_src_unsafe(kelp_ha
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_next_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -736,7 +737,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_next_ignore_src_unsafe(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev(kelp_handle *handle, uint32_t space_id,
                                                            tbl_ospf_rev1_table *table,
                                                            tbl_ospf_rev1_record *record,
@@ -751,7 +752,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev_unsafe(kelp_handle *h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t src,
     uint32_t *err);
@@ -767,7 +768,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev_by_src_unsafe(kelp_ha
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -780,7 +781,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_prev_ignore_src_unsafe(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospf_rev1_table *table,
@@ -795,7 +796,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_unsafe(kelp_handle *
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src, uint32_t *err);
 
@@ -809,7 +810,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_by_src_unsafe(kelp_h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t *err);
 
@@ -822,7 +823,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_first_ignore_src_unsafe(
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_last(kelp_handle *handle, uint32_t space_id,
                                                            tbl_ospf_rev1_table *table,
                                                            uint32_t *err);
@@ -836,7 +837,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_last_unsafe(kelp_handle *h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_last_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, uint32_t src, uint32_t *err);
 
@@ -850,7 +851,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_last_by_src_unsafe(kelp_ha
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_sub_next(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -864,7 +865,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_sub_next_unsafe(kelp_handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_sub_prev(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -878,7 +879,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_sub_prev_unsafe(kelp_handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_shadow(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -891,7 +892,7 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_pkey_get_shadow_unsafe(kelp_handle 
  * cr_err, gives 0 without a walk.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_record_walk_cr(kelp_handle *handle, tbl_ospf_rev1_table *table,
                                                uint32_t key_index,
                                                ospf_harbor_oper_record_callback callback,
@@ -899,11 +900,11 @@ KELP_API uint32_t tbl_ospf_rev1_record_walk_cr(kelp_handle *handle, tbl_ospf_rev
 
 /* Enters a record in the table, in the order of tenant, key and source. The record holds its
  * object before.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_rev1_insert(kelp_handle *handle, uint32_t space_id,
                                    tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record,
                                    uint32_t *err);
@@ -914,11 +915,11 @@ KELP_API void tbl_ospf_rev1_insert_unsafe(kelp_handle *handle, uint32_t space_id
                                           tbl_ospf_rev1_record *record, uint32_t *err);
 
 /* As tbl_ospf_rev1_insert for a record that carries a key and no data, which it marks.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_rev1_pkey_insert(kelp_handle *handle, uint32_t space_id,
                                         tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record,
                                         uint32_t *err);
@@ -930,20 +931,20 @@ KELP_API void tbl_ospf_rev1_pkey_insert_unsafe(kelp_handle *handle, uint32_t spa
 
 /* As tbl_ospf_rev1_insert, or with pkey non-zero as tbl_ospf_rev1_pkey_insert, with the handle's
  * cr_space_id and cr_err; gives cr_err.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_insert_cr(kelp_handle *handle, tbl_ospf_rev1_table *table,
                                           tbl_ospf_rev1_record *record, uint32_t pkey);
 
 /* Takes a record out of the table. The record stays, with its references.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_rev1_delete(kelp_handle *handle, uint32_t space_id,
                                    tbl_ospf_rev1_table *table, tbl_ospf_rev1_record *record,
                                    uint32_t *err);
@@ -955,12 +956,12 @@ KELP_API void tbl_ospf_rev1_delete_unsafe(kelp_handle *handle, uint32_t space_id
 
 /* As tbl_ospf_rev1_delete with the handle's cr_space_id and cr_err; destroy non-zero then gives
  * up one reference as well. Gives cr_err.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Ownership: with destroy the caller's reference is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_delete_cr(kelp_handle *handle, tbl_ospf_rev1_table *table,
                                           tbl_ospf_rev1_record *record, uint32_t destroy);
 
@@ -968,12 +969,12 @@ KELP_API uint32_t tbl_ospf_rev1_delete_cr(kelp_handle *handle, tbl_ospf_rev1_tab
  * destroyed and it is freed; the table's null record is passed over. A table with cursors does
  * not let it go outside the collector: it is freed all the same, and its node stays in the tree,
  * which must not be walked then. Such a record ends by tbl_ospf_rev1_request_record_destroy.
- * Errors: 2 for a null record; what the removal of its handle mapping reports: the record then
- *   stays allocated, with its objects gone. Ends the process when the record's type record is
- *   broken
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; what the removal of its handle mapping
+ *   reports: the record then stays allocated, with its objects gone. Ends the process when the
+ *   record's type record is broken
  * Ownership: the caller's reference is gone; with the last one record and objects are
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_rev1_destroy_record(kelp_handle *handle, uint32_t space_id,
                                            tbl_ospf_rev1_record *record, uint32_t *err);
 
@@ -985,16 +986,16 @@ KELP_API void tbl_ospf_rev1_destroy_record_unsafe(kelp_handle *handle, uint32_t 
  * Errors: as tbl_ospf_rev1_destroy_record
  * Ownership: as tbl_ospf_rev1_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_rev1_record_destroy_cr(kelp_handle *handle, tbl_ospf_rev1_record *record);
 
 /* Marks a record of a table with cursors for destruction; it stays in the table until the
  * collector ends it.
- * Errors: 22 for a null record and for a table without cursors; those of
+ * Errors: KELP_ERR_INVALID (22) for a null record and for a table without cursors; those of
  *   kelpdb_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospf_rev1_request_record_destroy(kelp_handle *handle, uint32_t space_id,
                                                    tbl_ospf_rev1_table *table,
                                                    tbl_ospf_rev1_record *record, uint32_t *err);
@@ -1009,7 +1010,7 @@ KELP_API void tbl_ospf_rev1_request_record_destroy_unsafe(kelp_handle *handle, u
  * Errors: as tbl_ospf_rev1_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_request_record_destroy_cr(kelp_handle *handle,
                                                           tbl_ospf_rev1_table *table,
                                                           tbl_ospf_rev1_record *record);
@@ -1018,7 +1019,7 @@ KELP_API uint32_t tbl_ospf_rev1_request_record_destroy_cr(kelp_handle *handle,
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_rev1_table_record_create_cb(kelp_handle *handle, uint32_t space_id,
                                                        void *context,
                                                        tbl_ospf_rev1_record *record, uint32_t *err);
@@ -1031,7 +1032,7 @@ KELP_API uint64_t tbl_ospf_rev1_table_record_create_cb_unsafe(kelp_handle *handl
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_rev1_table_record_modify_cb(kelp_handle *handle, uint32_t space_id,
                                                        void *context,
                                                        tbl_ospf_rev1_record *record, uint32_t *err);
@@ -1044,7 +1045,7 @@ KELP_API uint64_t tbl_ospf_rev1_table_record_modify_cb_unsafe(kelp_handle *handl
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_rev1_table_record_delete_cb(kelp_handle *handle, uint32_t space_id,
                                                        void *context,
                                                        tbl_ospf_rev1_record *record, uint32_t *err);
@@ -1058,7 +1059,7 @@ KELP_API uint64_t tbl_ospf_rev1_table_record_delete_cb_unsafe(kelp_handle *handl
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_rev1_table_record_create_dm_cb(kelp_handle *handle, uint32_t space_id,
                                                           tbl_ospf_rev1_record *record,
                                                           uint32_t *err);
@@ -1072,7 +1073,7 @@ KELP_API uint64_t tbl_ospf_rev1_table_record_create_dm_cb_unsafe(kelp_handle *ha
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_rev1_table_record_delete_dm_cb(kelp_handle *handle, uint32_t space_id,
                                                           tbl_ospf_rev1_record *record,
                                                           uint32_t *err);
@@ -1085,7 +1086,7 @@ KELP_API uint64_t tbl_ospf_rev1_table_record_delete_dm_cb_unsafe(kelp_handle *ha
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_rev1_table_record_grouping_cb(kelp_handle *handle, uint32_t space_id,
                                                          void *arg_a, uint32_t *err, void *arg_b,
                                                          void *arg_c);
@@ -1098,7 +1099,7 @@ KELP_API uint64_t tbl_ospf_rev1_table_record_grouping_cb_unsafe(kelp_handle *han
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospf_rev1_table_record_free_cb(kelp_handle *handle, uint32_t space_id,
                                                      void *arg_a, uint32_t arg_u32, uint32_t *err,
                                                      void *arg_b);
@@ -1113,7 +1114,7 @@ KELP_API uint64_t tbl_ospf_rev1_table_record_free_cb_unsafe(kelp_handle *handle,
  * Errors: none
  * Ownership: the object stays the record's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospf_rev1 *tbl_ospf_rev1_ospf_rev1_get_field(kelp_handle *handle, uint32_t space_id,
                                                       tbl_ospf_rev1_record *record);
 
@@ -1122,7 +1123,7 @@ KELP_API ospf_rev1 *tbl_ospf_rev1_ospf_rev1_get_field(kelp_handle *handle, uint3
  * Errors: none
  * Ownership: the object is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospf_rev1 *tbl_ospf_rev1_ospf_rev1_get_field_detach(kelp_handle *handle,
     uint32_t space_id, tbl_ospf_rev1_record *record);
 
@@ -1132,7 +1133,7 @@ KELP_API ospf_rev1 *tbl_ospf_rev1_ospf_rev1_get_field_detach(kelp_handle *handle
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospf_rev1_ospf_rev1_set_field(kelp_handle *handle, uint32_t space_id,
                                                 tbl_ospf_rev1_record *record, ospf_rev1 *object);
 
@@ -1142,7 +1143,7 @@ KELP_API void tbl_ospf_rev1_ospf_rev1_set_field(kelp_handle *handle, uint32_t sp
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospf_rev1_ospf_rev1_free_and_set_field(kelp_handle *handle, uint32_t space_id,
                                                          tbl_ospf_rev1_record *record,
                                                          ospf_rev1 *object);
@@ -1151,7 +1152,7 @@ KELP_API void tbl_ospf_rev1_ospf_rev1_free_and_set_field(kelp_handle *handle, ui
  * has none. 0 for a null table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_get_count(kelp_handle *handle, uint32_t space_id,
                                                 tbl_ospf_rev1_table *table);
 
@@ -1164,7 +1165,7 @@ KELP_API uint32_t tbl_ospf_rev1_table_get_count_unsafe(kelp_handle *handle, uint
  * table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_get_count_by_src(kelp_handle *handle, uint32_t space_id,
                                                        tbl_ospf_rev1_table *table, uint8_t src);
 
@@ -1175,17 +1176,17 @@ KELP_API uint32_t tbl_ospf_rev1_table_get_count_by_src_unsafe(kelp_handle *handl
 /* As tbl_ospf_rev1_table_get_count with the handle's cr_space_id.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_get_count_cr(kelp_handle *handle, tbl_ospf_rev1_table *table);
 
 /* Writes the record's text form into buffer, at most length bytes and none for a negative length,
  * and gives the bytes written. The closing brace stands behind a gap that keeps what the buffer
  * held: fill it with blanks first.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_record_print(kelp_handle *handle, uint32_t space_id,
                                                    char *buffer,
                                                    const tbl_ospf_rev1_record *record,
@@ -1199,11 +1200,11 @@ KELP_API uint32_t tbl_ospf_rev1_table_record_print_unsafe(kelp_handle *handle, u
 
 /* As tbl_ospf_rev1_table_record_print with the handle's cr_space_id and cr_err; 0xFFFFFFFF when
  * cr_err is set before or afterwards.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_record_print_cr(kelp_handle *handle,
                                                 const tbl_ospf_rev1_record *record, char *buffer,
                                                 int32_t length);
@@ -1212,7 +1213,7 @@ KELP_API uint32_t tbl_ospf_rev1_record_print_cr(kelp_handle *handle,
  * for a negative length, and gives the bytes written.
  * Errors: those of the runtime's writers
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_record_to_xml(kelp_handle *handle, uint32_t space_id,
                                                     char *buffer,
                                                     const tbl_ospf_rev1_record *record,
@@ -1228,18 +1229,18 @@ KELP_API uint32_t tbl_ospf_rev1_table_record_to_xml_unsafe(kelp_handle *handle, 
  * cr_err is set afterwards.
  * Errors: those of the runtime's writers, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_record_toxml_cr(kelp_handle *handle,
                                                 const tbl_ospf_rev1_record *record, char *buffer,
                                                 int32_t length);
 
 /* Makes a record from the elements of a document that are named after its objects. It is not
  * inserted. A missing element leaves its object empty. The error word is not looked at.
- * Errors: 12 without memory; what reading an element gives, with message told what was found and
- *   expected; null then, and what was made is left behind
+ * Errors: KELP_ERR_NO_MEMORY (12) without memory; what reading an element gives, with message
+ *   told what was found and expected; null then, and what was made is left behind
  * Ownership: the record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_table_record_from_xml(kelp_handle *handle,
     uint32_t space_id, kelp_xml_document *document, uint32_t *err, char *message,
     int32_t message_size);
@@ -1251,10 +1252,10 @@ KELP_API tbl_ospf_rev1_record *tbl_ospf_rev1_table_record_from_xml_unsafe(kelp_h
 
 /* Writes the record's image into buffer, which has length bytes, and gives the bytes written.
  * tbl_ospf_rev1_table_record_len gives a length that suffices, but for what is said there.
- * Errors: 90 when buffer is too small; 2 when the record lacks an object; those of the objects'
- *   images
+ * Errors: KELP_ERR_NO_ROOM (90) when buffer is too small; KELP_ERR_NOT_FOUND (2) when the record
+ *   lacks an object; those of the objects' images
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_record_marshal(kelp_handle *handle, uint32_t space_id,
                                                      void *buffer,
                                                      const tbl_ospf_rev1_record *record,
@@ -1270,7 +1271,7 @@ KELP_API uint32_t tbl_ospf_rev1_table_record_marshal_unsafe(kelp_handle *handle,
  * cr_err is set afterwards.
  * Errors: as tbl_ospf_rev1_table_record_marshal, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_record_marshal_cr(kelp_handle *handle,
                                                   const tbl_ospf_rev1_record *record,
                                                   void *buffer, int32_t length);
@@ -1278,11 +1279,11 @@ KELP_API uint32_t tbl_ospf_rev1_record_marshal_cr(kelp_handle *handle,
 /* Reads an image of at most length bytes into *record, or with reuse 0 into a new record that
  * *record then holds, also after a failure. Gives the bytes read. Neither the LUID nor the header
  * is checked: check what comes from outside first.
- * Errors: 2 without a record or an object to fill, 12 without memory; those of the objects'
- *   images
+ * Errors: KELP_ERR_NOT_FOUND (2) without a record or an object to fill, KELP_ERR_NO_MEMORY (12)
+ *   without memory; those of the objects' images
  * Ownership: a new record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_record_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                        tbl_ospf_rev1_record **record,
                                                        const void *buffer, int32_t length,
@@ -1298,7 +1299,7 @@ KELP_API uint32_t tbl_ospf_rev1_table_record_unmarshal_unsafe(kelp_handle *handl
  * data, which takes 9 bytes more.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_record_len(kelp_handle *handle, uint32_t space_id,
                                                  const tbl_ospf_rev1_record *record);
 
@@ -1309,15 +1310,16 @@ KELP_API uint32_t tbl_ospf_rev1_table_record_len_unsafe(kelp_handle *handle, uin
 /* As tbl_ospf_rev1_table_record_len with the handle's cr_space_id; 0 when cr_err is set.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_record_len_cr(kelp_handle *handle,
                                               const tbl_ospf_rev1_record *record);
 
 /* Writes the image of the record's key alone, without header and LUID, and gives the bytes
  * written. The record must hold the object with the key.
- * Errors: 90 when the key does not fit in length bytes; those of the key's image
+ * Errors: KELP_ERR_NO_ROOM (90) when the key does not fit in length bytes; those of the key's
+ *   image
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_pkey_marshal(kelp_handle *handle, uint32_t space_id,
                                                    void *buffer,
                                                    const tbl_ospf_rev1_record *record,
@@ -1331,10 +1333,11 @@ KELP_API uint32_t tbl_ospf_rev1_table_pkey_marshal_unsafe(kelp_handle *handle, u
 
 /* Reads a key's image of at most length bytes into a new pkey object, which *pkey then holds, and
  * gives the bytes read.
- * Errors: 14 for a null pkey, 12 without memory; those of the key's image
+ * Errors: KELP_ERR_BAD_ADDRESS (14) for a null pkey, KELP_ERR_NO_MEMORY (12) without memory;
+ *   those of the key's image
  * Ownership: the pkey object is the caller's, who gives it back with tbl_ospf_rev1_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_pkey_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                      ospf_rev1 **pkey, const void *buffer,
                                                      int32_t length, uint32_t *err);
@@ -1348,7 +1351,7 @@ KELP_API uint32_t tbl_ospf_rev1_table_pkey_unmarshal_unsafe(kelp_handle *handle,
 /* Gives the length of the key's image. The record must hold the object with the key.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospf_rev1_table_pkey_len(kelp_handle *handle, uint32_t space_id,
                                                const tbl_ospf_rev1_record *record);
 

@@ -19,19 +19,19 @@ extern KELP_API const kelp_table_vft tbl_ospfv2_link_table_vft;
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller holds the database's lock
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API const uint8_t *tbl_ospfv2_link_get_luid(kelp_handle *handle, uint32_t space_id,
                                                  const void *object, uint32_t *err);
 
 /* Opens the table of that name. A name with a slash is the whole path, cut to 207 bytes; any
  * other gets the table's LUID behind a slash, in 207 bytes at most. A missing table is made when
  * read_only is 0, else null is given without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open(kelp_handle *handle, uint32_t space_id,
                                                            const char *name, uint32_t read_only,
                                                            uint32_t *err);
@@ -42,12 +42,12 @@ KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_unsafe(kelp_handle *h
 
 /* Opens the table of that id. A missing table is made when read_only is 0, else null is given
  * without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_by_id(kelp_handle *handle,
     uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
@@ -56,12 +56,12 @@ KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_by_id_unsafe(kelp_han
     uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
 /* Makes a table under the next id of its type. With read_only it gives null and takes no id.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_auto_id(kelp_handle *handle,
     uint32_t space_id, uint32_t read_only, uint32_t *err);
 
@@ -71,12 +71,12 @@ KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_auto_id_unsafe(kelp_h
 
 /* Opens the table of that name. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_by_ior_with_name(kelp_handle *handle,
     uint32_t space_id, const char *name, const kelp_oid *ior, uint32_t read_only,
     uint32_t dynamic, uint32_t *err);
@@ -88,12 +88,12 @@ KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_by_ior_with_name_unsa
 
 /* Opens the table of that id. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_by_ior_with_id(kelp_handle *handle,
     uint32_t space_id, uint64_t id, const kelp_oid *ior, uint32_t read_only, uint32_t dynamic,
     uint32_t *err);
@@ -105,12 +105,12 @@ KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_by_ior_with_id_unsafe
 
 /* Opens a table by its name (open_type 0), by its id (1) or under the next id (2), with the
  * handle's cr_space_id and cr_err.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_cr(kelp_handle *handle,
     uint32_t read_only, uint32_t open_type, const char *name, uint64_t id);
 
@@ -118,7 +118,7 @@ KELP_API tbl_ospfv2_link_table *tbl_ospfv2_link_table_open_cr(kelp_handle *handl
  * open.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_link_table_close(kelp_handle *handle, uint32_t space_id,
                                           tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -130,19 +130,19 @@ KELP_API void tbl_ospfv2_link_table_close_unsafe(kelp_handle *handle, uint32_t s
  * cr_space_id and cr_err.
  * Errors: those of tbl_ospfv2_link_request_table_free and tbl_ospfv2_link_table_free
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_link_table_close_cr(kelp_handle *handle, tbl_ospfv2_link_table *table,
                                              uint32_t mode);
 
 /* Takes the table out of the table of contents and frees it. Its records are not looked at: the
  * caller empties it first. In a shared database only the collector frees; for anyone else the
  * table leaves the table of contents and stays.
- * Errors: 11 while references to the table remain: nothing is freed, and the call may be
- *   repeated; 2 when the ids of an id-opened table are not found; those of the runtime's table of
- *   contents
+ * Errors: KELP_ERR_AGAIN (11) while references to the table remain: nothing is freed, and the
+ *   call may be repeated; KELP_ERR_NOT_FOUND (2) when the ids of an id-opened table are not
+ *   found; those of the runtime's table of contents
  * Ownership: the table is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_link_table_free(kelp_handle *handle, uint32_t space_id,
                                          tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -154,11 +154,11 @@ KELP_API void tbl_ospfv2_link_table_free_unsafe(kelp_handle *handle, uint32_t sp
  * cursors the collector finishes the free. Meant for tables with cursors in shared databases.
  * Errors: those of the runtime's table of contents, a table that is not in it excepted; those of
  *   tbl_ospfv2_link_table_free: for a table of a shared database without cursors, outside the
- *   collector, the call ends in 2, since the table has left the table of contents already, and
- *   the table stays
+ *   collector, the call ends in KELP_ERR_NOT_FOUND (2), since the table has left the table of
+ *   contents already, and the table stays
  * Ownership: the table may be gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_link_request_table_free(kelp_handle *handle, uint32_t space_id,
                                                  tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -174,7 +174,7 @@ KELP_API void tbl_ospfv2_link_request_table_free_unsafe(kelp_handle *handle, uin
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospfv2_link_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_create_record(kelp_handle *handle,
     uint32_t space_id, uint32_t *err);
 
@@ -190,7 +190,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_create_record_unsafe(kelp_handl
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospfv2_link_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_create_record_w_src(kelp_handle *handle,
     uint32_t space_id, uint32_t src, uint32_t *err);
 
@@ -198,22 +198,22 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_create_record_w_src(kelp_handle
  * non-zero makes the record's objects too. Without memory it gives the table's null record: it
  * may be handed on as any other, takes no object, no reference and no end, and stays zero. cr_err
  * is not looked at.
- * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err was 0,
- *   also for an object of a record that could be made; on success cr_err is set to 0, whatever it
- *   held
+ * Errors: KELP_ERR_NO_MEMORY (12) as the handle's last error and in cr_err when there is no
+ *   memory and cr_err was 0, also for an object of a record that could be made; on success cr_err
+ *   is set to 0, whatever it held
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospfv2_link_record_destroy_cr; the null record belongs to the library
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_record_create_cr(kelp_handle *handle,
     uint32_t with_objects);
 
 /* Takes a further reference and gives how many there were before; 0 for the table's null record,
  * which takes none. The error word is not looked at. Ends the process at 0xFFFFFF references.
- * Errors: 2 for a null record; 0 then
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; 0 then
  * Ownership: each reference is given up by a tbl_ospfv2_link_destroy_record of its own
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_record_add_ref(kelp_handle *handle, uint32_t space_id,
                                                  tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -227,7 +227,7 @@ KELP_API uint32_t tbl_ospfv2_link_record_add_ref_unsafe(kelp_handle *handle, uin
  * Errors: those of ospfv2_link_key_create; null then
  * Ownership: the caller destroys the object by tbl_ospfv2_link_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API ospfv2_link_key *tbl_ospfv2_link_pkey_create(kelp_handle *handle, uint32_t space_id);
 
 /* The same operation as tbl_ospfv2_link_pkey_create; neither locks. */
@@ -238,7 +238,7 @@ KELP_API ospfv2_link_key *tbl_ospfv2_link_pkey_create_unsafe(kelp_handle *handle
  * Errors: none
  * Ownership: the object is gone
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API void tbl_ospfv2_link_pkey_destroy(kelp_handle *handle, uint32_t space_id,
                                            ospfv2_link_key *pkey);
 
@@ -251,7 +251,7 @@ KELP_API void tbl_ospfv2_link_pkey_destroy_unsafe(kelp_handle *handle, uint32_t 
  * ascending; a null node sorts first.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_ospfv2_link_key__avl_compare(const e_avl_node *a,
     const e_avl_node *b);
 
@@ -259,7 +259,7 @@ KELP_API uint32_t tbl_ospfv2_link_ospfv2_link_key__avl_compare(const e_avl_node 
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, const void *key, uint32_t *err);
 
@@ -272,7 +272,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_unsafe(
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -281,7 +281,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_w_src(
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -290,7 +290,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_not_pen
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_nearest(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t *err);
@@ -299,7 +299,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_nearest
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_sub_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t *err);
@@ -308,7 +308,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_sub_fir
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -317,7 +317,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__search_interna
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t *err);
@@ -326,7 +326,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_ke
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -335,7 +335,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_ke
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_key_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -344,7 +344,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_ke
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t *err);
@@ -353,7 +353,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_by_ke
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, const void *key,
     uint32_t src, uint32_t *err);
@@ -362,7 +362,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_by_ke
  * argument is looked at, cr_err included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key_search_cr(kelp_handle *handle,
     tbl_ospfv2_link_table *table, const void *key, uint32_t src, uint32_t get_flags);
 
@@ -370,7 +370,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key_search_cr(kelp_
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_search(kelp_handle *handle, uint32_t space_id,
                                                         tbl_ospfv2_link_table *table,
                                                         const void *key, uint32_t *err);
@@ -383,7 +383,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_search_unsafe(kelp_handle *hand
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_search_w_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, const void *key, uint32_t src, uint32_t *err);
 
@@ -395,7 +395,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_search_w_src_unsafe(kelp_handle
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_get_next_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, const void *key, uint32_t *err);
 
@@ -407,7 +407,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_get_next_by_key_unsafe(kelp_han
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_get_next_by_key_w_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, const void *key, uint32_t src, uint32_t *err);
 
@@ -415,7 +415,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_get_next_by_key_w_src(kelp_hand
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_get_prev_by_key(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, const void *key, uint32_t *err);
 
@@ -427,7 +427,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_get_prev_by_key_unsafe(kelp_han
  * argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API const char *tbl_ospfv2_link_pkey_print(kelp_handle *handle, uint32_t space_id,
                                                 const ospfv2_link_key *pkey, char *buffer,
                                                 uint32_t size, uint32_t *err);
@@ -444,7 +444,7 @@ KELP_API const char *tbl_ospfv2_link_pkey_print_unsafe(kelp_handle *handle, uint
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t src, uint32_t filter_src, uint32_t skip_pending,
@@ -457,7 +457,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_inter
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t src, uint32_t filter_src, uint32_t skip_pending,
@@ -468,7 +468,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_inter
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -477,7 +477,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next(kelp_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -486,7 +486,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev(kelp_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t src, uint32_t *err);
@@ -496,7 +496,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_by_sr
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t src, uint32_t *err);
@@ -507,7 +507,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_by_sr
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t src, uint32_t *err);
@@ -518,7 +518,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_not_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t src, uint32_t *err);
@@ -529,7 +529,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_not_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t *err);
@@ -540,7 +540,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_next_ignor
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t *err);
@@ -550,7 +550,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_prev_ignor
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -559,7 +559,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first(kelp
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -568,7 +568,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last(kelp_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
@@ -578,7 +578,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_by_s
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
@@ -589,7 +589,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last_by_sr
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
@@ -600,7 +600,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_not_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src,
     uint32_t *err);
@@ -611,7 +611,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_last_not_p
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -621,7 +621,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_first_igno
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_sub_next(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t *err);
@@ -632,7 +632,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_sub_next(
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_sub_prev(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_link_table *table,
     tbl_ospfv2_link_record *record, uint32_t *err);
@@ -643,7 +643,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_sub_prev(
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_shadow(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -652,7 +652,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key__get_shadow(kel
  * Nothing enters the replication cache.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospfv2_link_ospfv2_link_key__walk(tbl_ospfv2_link_table *table,
                                                     ospf_harbor_oper_record_callback callback,
                                                     void *argument, uint32_t *err);
@@ -661,14 +661,14 @@ KELP_API void tbl_ospfv2_link_ospfv2_link_key__walk(tbl_ospfv2_link_table *table
  * and gives its result.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_ospfv2_link_key__avl_internal_walk(e_avl_node *node,
     void *context);
 
 /* Does nothing: tbl_ospfv2_link has no unordered form.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospfv2_link_ospfv2_link_key__unordered_traversal(tbl_ospfv2_link_table *table,
     ospf_harbor_oper_record_callback callback, void *argument, uint32_t *err);
 
@@ -676,10 +676,11 @@ KELP_API void tbl_ospfv2_link_ospfv2_link_key__unordered_traversal(tbl_ospfv2_li
  * with the source src, 0 for the default, with the handle's cr_space_id and cr_err. Bit 0 of
  * get_flags takes any source, bit 1 takes records that wait for their destruction too. record is
  * the reference of 2 and 3.
- * Errors: 22 as the handle's last error for another get_op, with cr_err left alone
+ * Errors: KELP_ERR_INVALID (22) as the handle's last error for another get_op, with cr_err left
+ *   alone
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key_get_cr(kelp_handle *handle,
     tbl_ospfv2_link_table *table, uint32_t get_op, tbl_ospfv2_link_record *record, uint8_t src,
     uint32_t get_flags);
@@ -689,7 +690,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_ospfv2_link_key_get_cr(kelp_han
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_next(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -702,7 +703,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_next_unsafe(kelp_handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_next_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t src,
     uint32_t *err);
@@ -718,7 +719,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_next_by_src_unsafe(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_next_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -732,7 +733,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_next_ignore_src_unsafe
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_prev(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -745,7 +746,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_prev_unsafe(kelp_handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_prev_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t src,
     uint32_t *err);
@@ -761,7 +762,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_prev_by_src_unsafe(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_prev_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -775,7 +776,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_prev_ignore_src_unsafe
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -788,7 +789,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_unsafe(kelp_hand
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src, uint32_t *err);
 
@@ -803,7 +804,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_by_src_unsafe(
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_ignore_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -816,7 +817,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_first_ignore_src_unsaf
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_last(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t *err);
 
@@ -829,7 +830,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_last_unsafe(kelp_handl
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_last_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, uint32_t src, uint32_t *err);
 
@@ -843,7 +844,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_last_by_src_unsafe(kel
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_sub_next(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -857,7 +858,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_sub_next_unsafe(kelp_h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_sub_prev(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -871,7 +872,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_sub_prev_unsafe(kelp_h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_shadow(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -884,7 +885,7 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_pkey_get_shadow_unsafe(kelp_han
  * cr_err, gives 0 without a walk.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_record_walk_cr(kelp_handle *handle,
                                                  tbl_ospfv2_link_table *table, uint32_t key_index,
                                                  ospf_harbor_oper_record_callback callback,
@@ -892,11 +893,11 @@ KELP_API uint32_t tbl_ospfv2_link_record_walk_cr(kelp_handle *handle,
 
 /* Enters a record in the table, in the order of tenant, key and source. The record holds its
  * object before.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_link_insert(kelp_handle *handle, uint32_t space_id,
                                      tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record,
                                      uint32_t *err);
@@ -907,11 +908,11 @@ KELP_API void tbl_ospfv2_link_insert_unsafe(kelp_handle *handle, uint32_t space_
                                             tbl_ospfv2_link_record *record, uint32_t *err);
 
 /* As tbl_ospfv2_link_insert for a record that carries a key and no data, which it marks.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_link_pkey_insert(kelp_handle *handle, uint32_t space_id,
                                           tbl_ospfv2_link_table *table,
                                           tbl_ospfv2_link_record *record, uint32_t *err);
@@ -923,20 +924,20 @@ KELP_API void tbl_ospfv2_link_pkey_insert_unsafe(kelp_handle *handle, uint32_t s
 
 /* As tbl_ospfv2_link_insert, or with pkey non-zero as tbl_ospfv2_link_pkey_insert, with the
  * handle's cr_space_id and cr_err; gives cr_err.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_insert_cr(kelp_handle *handle, tbl_ospfv2_link_table *table,
                                             tbl_ospfv2_link_record *record, uint32_t pkey);
 
 /* Takes a record out of the table. The record stays, with its references.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_link_delete(kelp_handle *handle, uint32_t space_id,
                                      tbl_ospfv2_link_table *table, tbl_ospfv2_link_record *record,
                                      uint32_t *err);
@@ -948,12 +949,12 @@ KELP_API void tbl_ospfv2_link_delete_unsafe(kelp_handle *handle, uint32_t space_
 
 /* As tbl_ospfv2_link_delete with the handle's cr_space_id and cr_err; destroy non-zero then gives
  * up one reference as well. Gives cr_err.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Ownership: with destroy the caller's reference is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_delete_cr(kelp_handle *handle, tbl_ospfv2_link_table *table,
                                             tbl_ospfv2_link_record *record, uint32_t destroy);
 
@@ -961,12 +962,12 @@ KELP_API uint32_t tbl_ospfv2_link_delete_cr(kelp_handle *handle, tbl_ospfv2_link
  * destroyed and it is freed; the table's null record is passed over. A table with cursors does
  * not let it go outside the collector: it is freed all the same, and its node stays in the tree,
  * which must not be walked then. Such a record ends by tbl_ospfv2_link_request_record_destroy.
- * Errors: 2 for a null record; what the removal of its handle mapping reports: the record then
- *   stays allocated, with its objects gone. Ends the process when the record's type record is
- *   broken
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; what the removal of its handle mapping
+ *   reports: the record then stays allocated, with its objects gone. Ends the process when the
+ *   record's type record is broken
  * Ownership: the caller's reference is gone; with the last one record and objects are
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_link_destroy_record(kelp_handle *handle, uint32_t space_id,
                                              tbl_ospfv2_link_record *record, uint32_t *err);
 
@@ -978,17 +979,17 @@ KELP_API void tbl_ospfv2_link_destroy_record_unsafe(kelp_handle *handle, uint32_
  * Errors: as tbl_ospfv2_link_destroy_record
  * Ownership: as tbl_ospfv2_link_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_link_record_destroy_cr(kelp_handle *handle,
                                                 tbl_ospfv2_link_record *record);
 
 /* Marks a record of a table with cursors for destruction; it stays in the table until the
  * collector ends it.
- * Errors: 22 for a null record and for a table without cursors; those of
+ * Errors: KELP_ERR_INVALID (22) for a null record and for a table without cursors; those of
  *   kelpdb_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_link_request_record_destroy(kelp_handle *handle, uint32_t space_id,
                                                      tbl_ospfv2_link_table *table,
                                                      tbl_ospfv2_link_record *record, uint32_t *err);
@@ -1005,7 +1006,7 @@ KELP_API void tbl_ospfv2_link_request_record_destroy_unsafe(kelp_handle *handle,
  * Errors: as tbl_ospfv2_link_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_request_record_destroy_cr(kelp_handle *handle,
                                                             tbl_ospfv2_link_table *table,
                                                             tbl_ospfv2_link_record *record);
@@ -1014,7 +1015,7 @@ KELP_API uint32_t tbl_ospfv2_link_request_record_destroy_cr(kelp_handle *handle,
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_link_table_record_create_cb(kelp_handle *handle, uint32_t space_id,
                                                          void *context,
                                                          tbl_ospfv2_link_record *record,
@@ -1028,7 +1029,7 @@ KELP_API uint64_t tbl_ospfv2_link_table_record_create_cb_unsafe(kelp_handle *han
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_link_table_record_modify_cb(kelp_handle *handle, uint32_t space_id,
                                                          void *context,
                                                          tbl_ospfv2_link_record *record,
@@ -1042,7 +1043,7 @@ KELP_API uint64_t tbl_ospfv2_link_table_record_modify_cb_unsafe(kelp_handle *han
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_link_table_record_delete_cb(kelp_handle *handle, uint32_t space_id,
                                                          void *context,
                                                          tbl_ospfv2_link_record *record,
@@ -1057,7 +1058,7 @@ KELP_API uint64_t tbl_ospfv2_link_table_record_delete_cb_unsafe(kelp_handle *han
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_link_table_record_create_dm_cb(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospfv2_link_record *record,
@@ -1072,7 +1073,7 @@ KELP_API uint64_t tbl_ospfv2_link_table_record_create_dm_cb_unsafe(kelp_handle *
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_link_table_record_delete_dm_cb(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospfv2_link_record *record,
@@ -1086,7 +1087,7 @@ KELP_API uint64_t tbl_ospfv2_link_table_record_delete_dm_cb_unsafe(kelp_handle *
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_link_table_record_grouping_cb(kelp_handle *handle, uint32_t space_id,
                                                            void *arg_a, uint32_t *err,
                                                            void *arg_b, void *arg_c);
@@ -1099,7 +1100,7 @@ KELP_API uint64_t tbl_ospfv2_link_table_record_grouping_cb_unsafe(kelp_handle *h
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_link_table_record_free_cb(kelp_handle *handle, uint32_t space_id,
                                                        void *arg_a, uint32_t arg_u32,
                                                        uint32_t *err, void *arg_b);
@@ -1112,7 +1113,7 @@ KELP_API uint64_t tbl_ospfv2_link_table_record_free_cb_unsafe(kelp_handle *handl
  * Errors: none
  * Ownership: the object stays the record's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospfv2_link_key *tbl_ospfv2_link_ospfv2_link_key_get_field(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_record *record);
 
@@ -1120,7 +1121,7 @@ KELP_API ospfv2_link_key *tbl_ospfv2_link_ospfv2_link_key_get_field(kelp_handle 
  * Errors: none
  * Ownership: the object stays the record's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospfv2_link *tbl_ospfv2_link_ospfv2_link_get_field(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospfv2_link_record *record);
@@ -1130,7 +1131,7 @@ KELP_API ospfv2_link *tbl_ospfv2_link_ospfv2_link_get_field(kelp_handle *handle,
  * Errors: none
  * Ownership: the object is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospfv2_link_key *tbl_ospfv2_link_ospfv2_link_key_get_field_detach(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_record *record);
 
@@ -1139,7 +1140,7 @@ KELP_API ospfv2_link_key *tbl_ospfv2_link_ospfv2_link_key_get_field_detach(kelp_
  * Errors: none
  * Ownership: the object is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospfv2_link *tbl_ospfv2_link_ospfv2_link_get_field_detach(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_record *record);
 
@@ -1149,7 +1150,7 @@ KELP_API ospfv2_link *tbl_ospfv2_link_ospfv2_link_get_field_detach(kelp_handle *
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospfv2_link_ospfv2_link_key_set_field(kelp_handle *handle, uint32_t space_id,
                                                         tbl_ospfv2_link_record *record,
                                                         ospfv2_link_key *object);
@@ -1160,7 +1161,7 @@ KELP_API void tbl_ospfv2_link_ospfv2_link_key_set_field(kelp_handle *handle, uin
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospfv2_link_ospfv2_link_set_field(kelp_handle *handle, uint32_t space_id,
                                                     tbl_ospfv2_link_record *record,
                                                     ospfv2_link *object);
@@ -1171,7 +1172,7 @@ KELP_API void tbl_ospfv2_link_ospfv2_link_set_field(kelp_handle *handle, uint32_
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospfv2_link_ospfv2_link_key_free_and_set_field(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_record *record, ospfv2_link_key *object);
 
@@ -1181,7 +1182,7 @@ KELP_API void tbl_ospfv2_link_ospfv2_link_key_free_and_set_field(kelp_handle *ha
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospfv2_link_ospfv2_link_free_and_set_field(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_link_record *record, ospfv2_link *object);
 
@@ -1189,7 +1190,7 @@ KELP_API void tbl_ospfv2_link_ospfv2_link_free_and_set_field(kelp_handle *handle
  * has none. 0 for a null table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_get_count(kelp_handle *handle, uint32_t space_id,
                                                   tbl_ospfv2_link_table *table);
 
@@ -1202,7 +1203,7 @@ KELP_API uint32_t tbl_ospfv2_link_table_get_count_unsafe(kelp_handle *handle, ui
  * table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_get_count_by_src(kelp_handle *handle, uint32_t space_id,
                                                          tbl_ospfv2_link_table *table, uint8_t src);
 
@@ -1213,18 +1214,18 @@ KELP_API uint32_t tbl_ospfv2_link_table_get_count_by_src_unsafe(kelp_handle *han
 /* As tbl_ospfv2_link_table_get_count with the handle's cr_space_id.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_get_count_cr(kelp_handle *handle,
                                                      tbl_ospfv2_link_table *table);
 
 /* Writes the record's text form into buffer, at most length bytes and none for a negative length,
  * and gives the bytes written. The closing brace stands behind a gap that keeps what the buffer
  * held: fill it with blanks first.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_record_print(kelp_handle *handle, uint32_t space_id,
                                                      char *buffer,
                                                      const tbl_ospfv2_link_record *record,
@@ -1238,11 +1239,11 @@ KELP_API uint32_t tbl_ospfv2_link_table_record_print_unsafe(kelp_handle *handle,
 
 /* As tbl_ospfv2_link_table_record_print with the handle's cr_space_id and cr_err; 0xFFFFFFFF when
  * cr_err is set before or afterwards.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_record_print_cr(kelp_handle *handle,
                                                   const tbl_ospfv2_link_record *record,
                                                   char *buffer, int32_t length);
@@ -1251,7 +1252,7 @@ KELP_API uint32_t tbl_ospfv2_link_record_print_cr(kelp_handle *handle,
  * none for a negative length, and gives the bytes written.
  * Errors: those of the runtime's writers
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_record_to_xml(kelp_handle *handle, uint32_t space_id,
                                                       char *buffer,
                                                       const tbl_ospfv2_link_record *record,
@@ -1266,18 +1267,18 @@ KELP_API uint32_t tbl_ospfv2_link_table_record_to_xml_unsafe(kelp_handle *handle
  * when cr_err is set afterwards.
  * Errors: those of the runtime's writers, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_record_toxml_cr(kelp_handle *handle,
                                                   const tbl_ospfv2_link_record *record,
                                                   char *buffer, int32_t length);
 
 /* Makes a record from the elements of a document that are named after its objects. It is not
  * inserted. A missing element leaves its object empty. The error word is not looked at.
- * Errors: 12 without memory; what reading an element gives, with message told what was found and
- *   expected; null then, and what was made is left behind
+ * Errors: KELP_ERR_NO_MEMORY (12) without memory; what reading an element gives, with message
+ *   told what was found and expected; null then, and what was made is left behind
  * Ownership: the record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_table_record_from_xml(kelp_handle *handle,
     uint32_t space_id, kelp_xml_document *document, uint32_t *err, char *message,
     int32_t message_size);
@@ -1289,10 +1290,10 @@ KELP_API tbl_ospfv2_link_record *tbl_ospfv2_link_table_record_from_xml_unsafe(
 
 /* Writes the record's image into buffer, which has length bytes, and gives the bytes written.
  * tbl_ospfv2_link_table_record_len gives a length that suffices, but for what is said there.
- * Errors: 90 when buffer is too small; 2 when the record lacks an object; those of the objects'
- *   images
+ * Errors: KELP_ERR_NO_ROOM (90) when buffer is too small; KELP_ERR_NOT_FOUND (2) when the record
+ *   lacks an object; those of the objects' images
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_record_marshal(kelp_handle *handle, uint32_t space_id,
                                                        void *buffer,
                                                        const tbl_ospfv2_link_record *record,
@@ -1307,7 +1308,7 @@ KELP_API uint32_t tbl_ospfv2_link_table_record_marshal_unsafe(kelp_handle *handl
  * when cr_err is set afterwards.
  * Errors: as tbl_ospfv2_link_table_record_marshal, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_record_marshal_cr(kelp_handle *handle,
                                                     const tbl_ospfv2_link_record *record,
                                                     void *buffer, int32_t length);
@@ -1315,11 +1316,11 @@ KELP_API uint32_t tbl_ospfv2_link_record_marshal_cr(kelp_handle *handle,
 /* Reads an image of at most length bytes into *record, or with reuse 0 into a new record that
  * *record then holds, also after a failure. Gives the bytes read. Neither the LUID nor the header
  * is checked: check what comes from outside first.
- * Errors: 2 without a record or an object to fill, 12 without memory; those of the objects'
- *   images
+ * Errors: KELP_ERR_NOT_FOUND (2) without a record or an object to fill, KELP_ERR_NO_MEMORY (12)
+ *   without memory; those of the objects' images
  * Ownership: a new record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_record_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                          tbl_ospfv2_link_record **record,
                                                          const void *buffer, int32_t length,
@@ -1335,7 +1336,7 @@ KELP_API uint32_t tbl_ospfv2_link_table_record_unmarshal_unsafe(kelp_handle *han
  * data, which takes 9 bytes more.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_record_len(kelp_handle *handle, uint32_t space_id,
                                                    const tbl_ospfv2_link_record *record);
 
@@ -1346,15 +1347,16 @@ KELP_API uint32_t tbl_ospfv2_link_table_record_len_unsafe(kelp_handle *handle, u
 /* As tbl_ospfv2_link_table_record_len with the handle's cr_space_id; 0 when cr_err is set.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_record_len_cr(kelp_handle *handle,
                                                 const tbl_ospfv2_link_record *record);
 
 /* Writes the image of the record's key alone, without header and LUID, and gives the bytes
  * written. The record must hold the object with the key.
- * Errors: 90 when the key does not fit in length bytes; those of the key's image
+ * Errors: KELP_ERR_NO_ROOM (90) when the key does not fit in length bytes; those of the key's
+ *   image
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_pkey_marshal(kelp_handle *handle, uint32_t space_id,
                                                      void *buffer,
                                                      const tbl_ospfv2_link_record *record,
@@ -1368,10 +1370,11 @@ KELP_API uint32_t tbl_ospfv2_link_table_pkey_marshal_unsafe(kelp_handle *handle,
 
 /* Reads a key's image of at most length bytes into a new pkey object, which *pkey then holds, and
  * gives the bytes read.
- * Errors: 14 for a null pkey, 12 without memory; those of the key's image
+ * Errors: KELP_ERR_BAD_ADDRESS (14) for a null pkey, KELP_ERR_NO_MEMORY (12) without memory;
+ *   those of the key's image
  * Ownership: the pkey object is the caller's, who gives it back with tbl_ospfv2_link_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_pkey_unmarshal(kelp_handle *handle, uint32_t space_id,
                                                        ospfv2_link_key **pkey, const void *buffer,
                                                        int32_t length, uint32_t *err);
@@ -1383,7 +1386,7 @@ KELP_API uint32_t tbl_ospfv2_link_table_pkey_unmarshal_unsafe(kelp_handle *handl
 /* Gives the length of the key's image. The record must hold the object with the key.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_link_table_pkey_len(kelp_handle *handle, uint32_t space_id,
                                                  const tbl_ospfv2_link_record *record);
 

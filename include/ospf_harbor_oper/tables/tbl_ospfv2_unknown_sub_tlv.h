@@ -19,7 +19,7 @@ extern KELP_API const kelp_table_vft tbl_ospfv2_unknown_sub_tlv_table_vft;
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller holds the database's lock
- * Family: ospf_harbor_oper_table */
+ * Family: ospf_harbor_oper_table (src/tables/ospf_harbor_oper_table.hpp) */
 KELP_API const uint8_t *tbl_ospfv2_unknown_sub_tlv_get_luid(kelp_handle *handle,
                                                             uint32_t space_id, const void *object,
                                                             uint32_t *err);
@@ -27,12 +27,12 @@ KELP_API const uint8_t *tbl_ospfv2_unknown_sub_tlv_get_luid(kelp_handle *handle,
 /* Opens the table of that name. A name with a slash is the whole path, cut to 207 bytes; any
  * other gets the table's LUID behind a slash, in 207 bytes at most. A missing table is made when
  * read_only is 0, else null is given without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open(
     kelp_handle *handle, uint32_t space_id, const char *name, uint32_t read_only, uint32_t *err);
 
@@ -42,12 +42,12 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open
 
 /* Opens the table of that id. A missing table is made when read_only is 0, else null is given
  * without an error.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open_by_id(
     kelp_handle *handle, uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
@@ -56,12 +56,12 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open
     kelp_handle *handle, uint32_t space_id, uint64_t id, uint32_t read_only, uint32_t *err);
 
 /* Makes a table under the next id of its type. With read_only it gives null and takes no id.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open_auto_id(
     kelp_handle *handle, uint32_t space_id, uint32_t read_only, uint32_t *err);
 
@@ -71,12 +71,12 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open
 
 /* Opens the table of that name. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open_by_ior_with_name(
     kelp_handle *handle, uint32_t space_id, const char *name, const kelp_oid *ior,
     uint32_t read_only, uint32_t dynamic, uint32_t *err);
@@ -88,12 +88,12 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open
 
 /* Opens the table of that id. A table that is made gets ior, when not null, as its OID, and is
  * entered as dynamic or static.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open_by_ior_with_id(
     kelp_handle *handle, uint32_t space_id, uint64_t id, const kelp_oid *ior, uint32_t read_only,
     uint32_t dynamic, uint32_t *err);
@@ -105,12 +105,12 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open
 
 /* Opens a table by its name (open_type 0), by its id (1) or under the next id (2), with the
  * handle's cr_space_id and cr_err.
- * Errors: 7 when the name is too long; 12 without memory; those of the runtime's table of
- *   contents. Null then. Ends the process when a table is to be made without the write lock, or
- *   when the database is broken
+ * Errors: KELP_ERR_TOO_LONG (7) when the name is too long; KELP_ERR_NO_MEMORY (12) without
+ *   memory; those of the runtime's table of contents. Null then. Ends the process when a table is
+ *   to be made without the write lock, or when the database is broken
  * Ownership: the table belongs to the database and lives until it is freed
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open_cr(
     kelp_handle *handle, uint32_t read_only, uint32_t open_type, const char *name, uint64_t id);
 
@@ -118,7 +118,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_table *tbl_ospfv2_unknown_sub_tlv_table_open
  * open.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_table_close(kelp_handle *handle, uint32_t space_id,
                                                      tbl_ospfv2_unknown_sub_tlv_table *table,
                                                      uint32_t *err);
@@ -134,7 +134,7 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_table_close_unsafe(kelp_handle *handle,
  * Errors: those of tbl_ospfv2_unknown_sub_tlv_request_table_free and
  *   tbl_ospfv2_unknown_sub_tlv_table_free
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_table_close_cr(kelp_handle *handle,
                                                         tbl_ospfv2_unknown_sub_tlv_table *table,
                                                         uint32_t mode);
@@ -142,12 +142,12 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_table_close_cr(kelp_handle *handle,
 /* Takes the table out of the table of contents and frees it. Its records are not looked at: the
  * caller empties it first. In a shared database only the collector frees; for anyone else the
  * table leaves the table of contents and stays.
- * Errors: 11 while references to the table remain: nothing is freed, and the call may be
- *   repeated; 2 when the ids of an id-opened table are not found; those of the runtime's table of
- *   contents
+ * Errors: KELP_ERR_AGAIN (11) while references to the table remain: nothing is freed, and the
+ *   call may be repeated; KELP_ERR_NOT_FOUND (2) when the ids of an id-opened table are not
+ *   found; those of the runtime's table of contents
  * Ownership: the table is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_table_free(kelp_handle *handle, uint32_t space_id,
                                                     tbl_ospfv2_unknown_sub_tlv_table *table,
                                                     uint32_t *err);
@@ -161,11 +161,11 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_table_free_unsafe(kelp_handle *handle, 
  * cursors the collector finishes the free. Meant for tables with cursors in shared databases.
  * Errors: those of the runtime's table of contents, a table that is not in it excepted; those of
  *   tbl_ospfv2_unknown_sub_tlv_table_free: for a table of a shared database without cursors,
- *   outside the collector, the call ends in 2, since the table has left the table of contents
- *   already, and the table stays
+ *   outside the collector, the call ends in KELP_ERR_NOT_FOUND (2), since the table has left the
+ *   table of contents already, and the table stays
  * Ownership: the table may be gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: open */
+ * Family: open (src/tables/open.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_request_table_free(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospfv2_unknown_sub_tlv_table *table,
@@ -182,7 +182,7 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_request_table_free_unsafe(kelp_handle *
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospfv2_unknown_sub_tlv_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_create_record(
     kelp_handle *handle, uint32_t space_id, uint32_t *err);
 
@@ -198,7 +198,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_create_re
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospfv2_unknown_sub_tlv_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_create_record_w_src(
     kelp_handle *handle, uint32_t space_id, uint32_t src, uint32_t *err);
 
@@ -206,22 +206,22 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_create_re
  * with_objects non-zero makes the record's objects too. Without memory it gives the table's null
  * record: it may be handed on as any other, takes no object, no reference and no end, and stays
  * zero. cr_err is not looked at.
- * Errors: 12 as the handle's last error and in cr_err when there is no memory and cr_err was 0,
- *   also for an object of a record that could be made; on success cr_err is set to 0, whatever it
- *   held
+ * Errors: KELP_ERR_NO_MEMORY (12) as the handle's last error and in cr_err when there is no
+ *   memory and cr_err was 0, also for an object of a record that could be made; on success cr_err
+ *   is set to 0, whatever it held
  * Ownership: the caller owns the record's first reference and gives it up by
  *   tbl_ospfv2_unknown_sub_tlv_record_destroy_cr; the null record belongs to the library
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_record_create_cr(
     kelp_handle *handle, uint32_t with_objects);
 
 /* Takes a further reference and gives how many there were before; 0 for the table's null record,
  * which takes none. The error word is not looked at. Ends the process at 0xFFFFFF references.
- * Errors: 2 for a null record; 0 then
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; 0 then
  * Ownership: each reference is given up by a tbl_ospfv2_unknown_sub_tlv_destroy_record of its own
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_add_ref(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             tbl_ospfv2_unknown_sub_tlv_record *record,
@@ -236,7 +236,7 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_add_ref_unsafe(kelp_handle *
  * Errors: those of ospfv2_unknown_sub_tlv_create; null then
  * Ownership: the caller destroys the object by tbl_ospfv2_unknown_sub_tlv_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API ospfv2_unknown_sub_tlv *tbl_ospfv2_unknown_sub_tlv_pkey_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -248,7 +248,7 @@ KELP_API ospfv2_unknown_sub_tlv *tbl_ospfv2_unknown_sub_tlv_pkey_create_unsafe(
  * Errors: none
  * Ownership: the object is gone
  * Lock: none is taken; the caller holds the database's lock
- * Family: record */
+ * Family: record (src/tables/record.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_pkey_destroy(kelp_handle *handle, uint32_t space_id,
                                                       ospfv2_unknown_sub_tlv *pkey);
 
@@ -261,7 +261,7 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_pkey_destroy_unsafe(kelp_handle *handle
  * source, ascending; a null node sorts first.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_avl_compare(
     const e_avl_node *a, const e_avl_node *b);
 
@@ -269,7 +269,7 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_avl_com
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_search(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -283,7 +283,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_search_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -292,7 +292,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_search_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -301,7 +301,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_search_nearest(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -310,7 +310,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_search_sub_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -319,7 +319,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_search_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -328,7 +328,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -337,7 +337,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -346,7 +346,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next_by_key_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -355,7 +355,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_prev_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -364,7 +364,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_prev_by_key_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -373,7 +373,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, cr_err included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_search_cr(
     kelp_handle *handle, tbl_ospfv2_unknown_sub_tlv_table *table, const void *key, uint32_t src,
     uint32_t get_flags);
@@ -382,7 +382,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_search(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -396,7 +396,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_search_un
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_search_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -410,7 +410,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_search_w_
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_get_next_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -424,7 +424,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_get_next_
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_get_next_by_key_w_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t src, uint32_t *err);
@@ -433,7 +433,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_get_next_
  * No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_get_prev_by_key(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     const void *key, uint32_t *err);
@@ -447,7 +447,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_get_prev_
  * it. No argument is looked at, the error word included.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: order */
+ * Family: order (src/tables/order.hpp) */
 KELP_API const char *tbl_ospfv2_unknown_sub_tlv_pkey_print(kelp_handle *handle, uint32_t space_id,
                                                            const ospfv2_unknown_sub_tlv *pkey,
                                                            char *buffer, uint32_t size,
@@ -465,7 +465,7 @@ KELP_API const char *tbl_ospfv2_unknown_sub_tlv_pkey_print_unsafe(kelp_handle *h
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t filter_src,
@@ -478,7 +478,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_prev_internal(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t filter_src,
@@ -489,7 +489,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -499,7 +499,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_prev(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -509,7 +509,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t *err);
@@ -519,7 +519,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_prev_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t *err);
@@ -530,7 +530,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t *err);
@@ -541,7 +541,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_prev_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t *err);
@@ -552,7 +552,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -563,7 +563,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_prev_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -573,7 +573,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
@@ -582,7 +582,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
@@ -591,7 +591,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
@@ -601,7 +601,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_last_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
@@ -612,7 +612,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
@@ -623,7 +623,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_last_not_pending_destroy(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
@@ -634,7 +634,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
@@ -644,7 +644,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_sub_next(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -655,7 +655,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_sub_prev(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -666,7 +666,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_shadow(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -676,7 +676,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  * Nothing enters the replication cache.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_walk(
     tbl_ospfv2_unknown_sub_tlv_table *table, ospf_harbor_oper_record_callback callback,
     void *argument, uint32_t *err);
@@ -685,14 +685,14 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_walk(
  * and gives its result.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_avl_internal_walk(
     e_avl_node *node, void *context);
 
 /* Does nothing: tbl_ospfv2_unknown_sub_tlv has no unordered form.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_unordered_traversal(
     tbl_ospfv2_unknown_sub_tlv_table *table, ospf_harbor_oper_record_callback callback,
     void *argument, uint32_t *err);
@@ -701,10 +701,11 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_unordered_t
  * with the source src, 0 for the default, with the handle's cr_space_id and cr_err. Bit 0 of
  * get_flags takes any source, bit 1 takes records that wait for their destruction too. record is
  * the reference of 2 and 3.
- * Errors: 22 as the handle's last error for another get_op, with cr_err left alone
+ * Errors: KELP_ERR_INVALID (22) as the handle's last error for another get_op, with cr_err left
+ *   alone
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_cr(
     kelp_handle *handle, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t get_op,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint8_t src, uint32_t get_flags);
@@ -714,7 +715,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_ospfv2_un
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_next(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -729,7 +730,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_next_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t *err);
@@ -745,7 +746,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_next_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -760,7 +761,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_prev(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -775,7 +776,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_prev_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t src, uint32_t *err);
@@ -791,7 +792,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_prev_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -806,7 +807,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_first(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
@@ -819,7 +820,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_first_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
@@ -835,7 +836,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_first_ignore_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
@@ -848,7 +849,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_last(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t *err);
 
@@ -861,7 +862,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_last_by_src(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint32_t src,
     uint32_t *err);
@@ -877,7 +878,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_sub_next(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -893,7 +894,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_sub_prev(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -909,7 +910,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  *   record is given all the same
  * Ownership: no reference is taken
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_shadow(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -924,7 +925,7 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_pkey_get_
  * cr_err, gives 0 without a walk.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: traversal */
+ * Family: traversal (src/tables/traversal.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_walk_cr(kelp_handle *handle,
                                                             tbl_ospfv2_unknown_sub_tlv_table *table,
                                                             uint32_t key_index,
@@ -933,11 +934,11 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_walk_cr(kelp_handle *handle,
 
 /* Enters a record in the table, in the order of tenant, key and source. The record holds its
  * object before.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_insert(kelp_handle *handle, uint32_t space_id,
                                                 tbl_ospfv2_unknown_sub_tlv_table *table,
                                                 tbl_ospfv2_unknown_sub_tlv_record *record,
@@ -951,11 +952,11 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_insert_unsafe(kelp_handle *handle, uint
 
 /* As tbl_ospfv2_unknown_sub_tlv_insert for a record that carries a key and no data, which it
  * marks.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_pkey_insert(kelp_handle *handle, uint32_t space_id,
                                                      tbl_ospfv2_unknown_sub_tlv_table *table,
                                                      tbl_ospfv2_unknown_sub_tlv_record *record,
@@ -970,22 +971,22 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_pkey_insert_unsafe(kelp_handle *handle,
 
 /* As tbl_ospfv2_unknown_sub_tlv_insert, or with pkey non-zero as
  * tbl_ospfv2_unknown_sub_tlv_pkey_insert, with the handle's cr_space_id and cr_err; gives cr_err.
- * Errors: 17 for a null record, also over another code, and when a record of the same tenant, key
- *   and source is in the table; the record is unchanged then
+ * Errors: KELP_ERR_EXISTS (17) for a null record, also over another code, and when a record of
+ *   the same tenant, key and source is in the table; the record is unchanged then
  * Ownership: no reference is taken: the caller's reference keeps the record alive
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_insert_cr(kelp_handle *handle,
                                                        tbl_ospfv2_unknown_sub_tlv_table *table,
                                                        tbl_ospfv2_unknown_sub_tlv_record *record,
                                                        uint32_t pkey);
 
 /* Takes a record out of the table. The record stays, with its references.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_delete(kelp_handle *handle, uint32_t space_id,
                                                 tbl_ospfv2_unknown_sub_tlv_table *table,
                                                 tbl_ospfv2_unknown_sub_tlv_record *record,
@@ -999,12 +1000,12 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_delete_unsafe(kelp_handle *handle, uint
 
 /* As tbl_ospfv2_unknown_sub_tlv_delete with the handle's cr_space_id and cr_err; destroy non-zero
  * then gives up one reference as well. Gives cr_err.
- * Errors: 22 when the table is marked for replication and the caller is not the collector; 2 when
- *   the record is not in the table: it has then lost its table and its key mark, and no count
- *   changed
+ * Errors: KELP_ERR_INVALID (22) when the table is marked for replication and the caller is not
+ *   the collector; KELP_ERR_NOT_FOUND (2) when the record is not in the table: it has then lost
+ *   its table and its key mark, and no count changed
  * Ownership: with destroy the caller's reference is gone after success
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_delete_cr(kelp_handle *handle,
                                                        tbl_ospfv2_unknown_sub_tlv_table *table,
                                                        tbl_ospfv2_unknown_sub_tlv_record *record,
@@ -1015,12 +1016,12 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_delete_cr(kelp_handle *handle,
  * not let it go outside the collector: it is freed all the same, and its node stays in the tree,
  * which must not be walked then. Such a record ends by
  * tbl_ospfv2_unknown_sub_tlv_request_record_destroy.
- * Errors: 2 for a null record; what the removal of its handle mapping reports: the record then
- *   stays allocated, with its objects gone. Ends the process when the record's type record is
- *   broken
+ * Errors: KELP_ERR_NOT_FOUND (2) for a null record; what the removal of its handle mapping
+ *   reports: the record then stays allocated, with its objects gone. Ends the process when the
+ *   record's type record is broken
  * Ownership: the caller's reference is gone; with the last one record and objects are
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_destroy_record(kelp_handle *handle, uint32_t space_id,
                                                         tbl_ospfv2_unknown_sub_tlv_record *record,
                                                         uint32_t *err);
@@ -1033,17 +1034,17 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_destroy_record_unsafe(kelp_handle *hand
  * Errors: as tbl_ospfv2_unknown_sub_tlv_destroy_record
  * Ownership: as tbl_ospfv2_unknown_sub_tlv_destroy_record
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_record_destroy_cr(kelp_handle *handle,
                                                            tbl_ospfv2_unknown_sub_tlv_record *record);
 
 /* Marks a record of a table with cursors for destruction; it stays in the table until the
  * collector ends it.
- * Errors: 22 for a null record and for a table without cursors; those of
+ * Errors: KELP_ERR_INVALID (22) for a null record and for a table without cursors; those of
  *   kelpdb_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_request_record_destroy(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table,
     tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
@@ -1058,7 +1059,7 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_request_record_destroy_unsafe(kelp_hand
  * Errors: as tbl_ospfv2_unknown_sub_tlv_request_record_destroy
  * Ownership: the caller's reference goes to the collector
  * Lock: none is taken; the caller holds the database's lock
- * Family: insertion */
+ * Family: insertion (src/tables/insertion.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_request_record_destroy_cr(kelp_handle *handle,
     tbl_ospfv2_unknown_sub_tlv_table *table, tbl_ospfv2_unknown_sub_tlv_record *record);
 
@@ -1066,7 +1067,7 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_request_record_destroy_cr(kelp_hand
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_create_cb(kelp_handle *handle,
     uint32_t space_id, void *context, tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
 
@@ -1078,7 +1079,7 @@ KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_create_cb_unsafe(kelp_
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_modify_cb(kelp_handle *handle,
     uint32_t space_id, void *context, tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
 
@@ -1090,7 +1091,7 @@ KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_modify_cb_unsafe(kelp_
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_delete_cb(kelp_handle *handle,
     uint32_t space_id, void *context, tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
 
@@ -1103,7 +1104,7 @@ KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_delete_cb_unsafe(kelp_
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_create_dm_cb(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
 
@@ -1117,7 +1118,7 @@ KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_create_dm_cb_unsafe(
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_delete_dm_cb(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_record *record, uint32_t *err);
 
@@ -1130,7 +1131,7 @@ KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_delete_dm_cb_unsafe(
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_grouping_cb(kelp_handle *handle,
     uint32_t space_id, void *arg_a, uint32_t *err, void *arg_b, void *arg_c);
 
@@ -1142,7 +1143,7 @@ KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_grouping_cb_unsafe(kel
  * Errors: none of its own: an error word that is set drops the event, a missing handler sets it
  *   to 0, and what a handler leaves in it stays
  * Lock: none is taken; the caller holds the database's lock
- * Family: handlers */
+ * Family: handlers (src/tables/handlers.hpp) */
 KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_free_cb(kelp_handle *handle,
     uint32_t space_id, void *arg_a, uint32_t arg_u32, uint32_t *err, void *arg_b);
 
@@ -1155,7 +1156,7 @@ KELP_API uint64_t tbl_ospfv2_unknown_sub_tlv_table_record_free_cb_unsafe(kelp_ha
  * Errors: none
  * Ownership: the object stays the record's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospfv2_unknown_sub_tlv *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_get_field(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_record *record);
 
@@ -1164,7 +1165,7 @@ KELP_API ospfv2_unknown_sub_tlv *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_t
  * Errors: none
  * Ownership: the object is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API ospfv2_unknown_sub_tlv *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_get_field_detach(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_record *record);
 
@@ -1174,7 +1175,7 @@ KELP_API ospfv2_unknown_sub_tlv *tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_t
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_set_field(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_record *record, ospfv2_unknown_sub_tlv *object);
 
@@ -1184,7 +1185,7 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_set_field(kelp_h
  *   refused: the validator's code becomes the handle's last error, and the record stays as it was
  * Ownership: the object is the record's after success; the table's null record takes none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_free_and_set_field(
     kelp_handle *handle, uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_record *record,
     ospfv2_unknown_sub_tlv *object);
@@ -1193,7 +1194,7 @@ KELP_API void tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_free_and_set_fie
  * has none. 0 for a null table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_get_count(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table);
 
@@ -1206,7 +1207,7 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_get_count_unsafe(kelp_handle 
  * table.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_get_count_by_src(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_table *table, uint8_t src);
 
@@ -1217,18 +1218,18 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_get_count_by_src_unsafe(kelp_
 /* As tbl_ospfv2_unknown_sub_tlv_table_get_count with the handle's cr_space_id.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_fields */
+ * Family: record_fields (src/tables/record_fields.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_get_count_cr(kelp_handle *handle,
     tbl_ospfv2_unknown_sub_tlv_table *table);
 
 /* Writes the record's text form into buffer, at most length bytes and none for a negative length,
  * and gives the bytes written. The closing brace stands behind a gap that keeps what the buffer
  * held: fill it with blanks first.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_print(kelp_handle *handle,
     uint32_t space_id, char *buffer, const tbl_ospfv2_unknown_sub_tlv_record *record,
     int32_t length, uint32_t *err);
@@ -1240,11 +1241,11 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_print_unsafe(kelp_hand
 
 /* As tbl_ospfv2_unknown_sub_tlv_table_record_print with the handle's cr_space_id and cr_err;
  * 0xFFFFFFFF when cr_err is set before or afterwards.
- * Errors: 90 when less room is left than the object's image takes. A text is longer than that,
- *   and is cut without a failure: a result equal to length says that some may be missing, and the
- *   call is repeated with more room
+ * Errors: KELP_ERR_NO_ROOM (90) when less room is left than the object's image takes. A text is
+ *   longer than that, and is cut without a failure: a result equal to length says that some may
+ *   be missing, and the call is repeated with more room
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_print_cr(kelp_handle *handle,
     const tbl_ospfv2_unknown_sub_tlv_record *record, char *buffer, int32_t length);
 
@@ -1252,7 +1253,7 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_print_cr(kelp_handle *handle
  * bytes and none for a negative length, and gives the bytes written.
  * Errors: those of the runtime's writers
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_to_xml(kelp_handle *handle,
     uint32_t space_id, char *buffer, const tbl_ospfv2_unknown_sub_tlv_record *record,
     int32_t length, uint32_t *err);
@@ -1266,17 +1267,17 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_to_xml_unsafe(kelp_han
  * 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: those of the runtime's writers, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_toxml_cr(kelp_handle *handle,
     const tbl_ospfv2_unknown_sub_tlv_record *record, char *buffer, int32_t length);
 
 /* Makes a record from the elements of a document that are named after its objects. It is not
  * inserted. A missing element leaves its object empty. The error word is not looked at.
- * Errors: 12 without memory; what reading an element gives, with message told what was found and
- *   expected; null then, and what was made is left behind
+ * Errors: KELP_ERR_NO_MEMORY (12) without memory; what reading an element gives, with message
+ *   told what was found and expected; null then, and what was made is left behind
  * Ownership: the record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_table_record_from_xml(
     kelp_handle *handle, uint32_t space_id, kelp_xml_document *document, uint32_t *err,
     char *message, int32_t message_size);
@@ -1289,10 +1290,10 @@ KELP_API tbl_ospfv2_unknown_sub_tlv_record *tbl_ospfv2_unknown_sub_tlv_table_rec
 /* Writes the record's image into buffer, which has length bytes, and gives the bytes written.
  * tbl_ospfv2_unknown_sub_tlv_table_record_len gives a length that suffices, but for what is said
  * there.
- * Errors: 90 when buffer is too small; 2 when the record lacks an object; those of the objects'
- *   images
+ * Errors: KELP_ERR_NO_ROOM (90) when buffer is too small; KELP_ERR_NOT_FOUND (2) when the record
+ *   lacks an object; those of the objects' images
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_marshal(kelp_handle *handle,
     uint32_t space_id, void *buffer, const tbl_ospfv2_unknown_sub_tlv_record *record,
     int32_t length, uint32_t *err);
@@ -1306,18 +1307,18 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_marshal_unsafe(kelp_ha
  * 0xFFFFFFFF when cr_err is set afterwards.
  * Errors: as tbl_ospfv2_unknown_sub_tlv_table_record_marshal, in cr_err
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_marshal_cr(kelp_handle *handle,
     const tbl_ospfv2_unknown_sub_tlv_record *record, void *buffer, int32_t length);
 
 /* Reads an image of at most length bytes into *record, or with reuse 0 into a new record that
  * *record then holds, also after a failure. Gives the bytes read. Neither the LUID nor the header
  * is checked: check what comes from outside first.
- * Errors: 2 without a record or an object to fill, 12 without memory; those of the objects'
- *   images
+ * Errors: KELP_ERR_NOT_FOUND (2) without a record or an object to fill, KELP_ERR_NO_MEMORY (12)
+ *   without memory; those of the objects' images
  * Ownership: a new record is the caller's
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_unmarshal(kelp_handle *handle,
     uint32_t space_id, tbl_ospfv2_unknown_sub_tlv_record **record, const void *buffer,
     int32_t length, uint32_t reuse, uint32_t *err);
@@ -1332,7 +1333,7 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_unmarshal_unsafe(kelp_
  * data, which takes 9 bytes more.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_len(kelp_handle *handle,
     uint32_t space_id, const tbl_ospfv2_unknown_sub_tlv_record *record);
 
@@ -1344,15 +1345,16 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_record_len_unsafe(kelp_handle
  * set.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_record_len_cr(kelp_handle *handle,
                                                            const tbl_ospfv2_unknown_sub_tlv_record *record);
 
 /* Writes the image of the record's key alone, without header and LUID, and gives the bytes
  * written. The record must hold the object with the key.
- * Errors: 90 when the key does not fit in length bytes; those of the key's image
+ * Errors: KELP_ERR_NO_ROOM (90) when the key does not fit in length bytes; those of the key's
+ *   image
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_pkey_marshal(kelp_handle *handle,
     uint32_t space_id, void *buffer, const tbl_ospfv2_unknown_sub_tlv_record *record,
     int32_t length, uint32_t *err);
@@ -1364,11 +1366,12 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_pkey_marshal_unsafe(kelp_hand
 
 /* Reads a key's image of at most length bytes into a new pkey object, which *pkey then holds, and
  * gives the bytes read.
- * Errors: 14 for a null pkey, 12 without memory; those of the key's image
+ * Errors: KELP_ERR_BAD_ADDRESS (14) for a null pkey, KELP_ERR_NO_MEMORY (12) without memory;
+ *   those of the key's image
  * Ownership: the pkey object is the caller's, who gives it back with
  *   tbl_ospfv2_unknown_sub_tlv_pkey_destroy
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_pkey_unmarshal(kelp_handle *handle,
     uint32_t space_id, ospfv2_unknown_sub_tlv **pkey, const void *buffer, int32_t length,
     uint32_t *err);
@@ -1381,7 +1384,7 @@ KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_pkey_unmarshal_unsafe(kelp_ha
 /* Gives the length of the key's image. The record must hold the object with the key.
  * Errors: none
  * Lock: none is taken; the caller holds the database's lock
- * Family: record_encodings */
+ * Family: record_encodings (src/tables/record_encodings.hpp) */
 KELP_API uint32_t tbl_ospfv2_unknown_sub_tlv_table_pkey_len(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             const tbl_ospfv2_unknown_sub_tlv_record *record);
