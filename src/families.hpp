@@ -3,9 +3,8 @@
 #pragma once
 
 #include "encodings/clone.hpp"
-#include "encodings/enumeration_encodings.hpp"
-#include "encodings/flag_set_encodings.hpp"
 #include "encodings/image.hpp"
+#include "encodings/light_encodings.hpp"
 #include "encodings/text.hpp"
 #include "encodings/xml.hpp"
 #include "module/module.hpp"

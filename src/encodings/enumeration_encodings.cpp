@@ -28,9 +28,10 @@ std::uint32_t from_wire(const model::Enumeration &type, std::uint32_t value) {
 
 }  // namespace
 
-std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint8_t *buffer,
-                          const EnumerationObject *object, std::int32_t length, std::uint32_t *err,
-                          const Facts &facts) {
+std::uint32_t write_image(const EnumerationFacts &facts, kelp_handle *handle,
+                          std::uint32_t space_id, std::uint8_t *buffer,
+                          const EnumerationObject *object, std::int32_t length,
+                          std::uint32_t *err) {
   if (!light_image::begin_image(handle, length, err)) return 0;
   const std::uint32_t head = light_image::marshal_variant(handle, space_id, buffer, object,
                                                           facts.type->variants, length, err);
@@ -40,9 +41,9 @@ std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint
 }
 
 // Required: the hook hears of the value between two stores of it.
-std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *buffer,
-                         EnumerationObject *object, std::int32_t length, std::uint32_t reuse,
-                         std::uint32_t *err, const Facts &facts) {
+std::uint32_t read_image(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                         const std::uint8_t *buffer, EnumerationObject *object, std::int32_t length,
+                         std::uint32_t reuse, std::uint32_t *err) {
   if (!light_image::begin_image(handle, length, err)) return 0;
   std::int8_t variant;
   const std::uint32_t head = light_image::unmarshal_variant(handle, space_id, buffer, variant,
@@ -58,9 +59,9 @@ std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std:
 }
 
 // Required: the line of a value without a name stays open.
-std::uint32_t write_line(kelp_handle *handle, light_text::Writer writer, std::uint32_t indent,
-                         const char *label, const EnumerationObject *object, std::uint32_t *err,
-                         const Facts &facts) {
+std::uint32_t write_line(const EnumerationFacts &facts, kelp_handle *handle,
+                         light_text::Writer writer, std::uint32_t indent, const char *label,
+                         const EnumerationObject *object, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
   writer.head(indent, label, facts.type->name.data());
   const std::size_t member = member_at(*facts.type, object->value);
@@ -72,9 +73,9 @@ std::uint32_t write_line(kelp_handle *handle, light_text::Writer writer, std::ui
   return writer.written();
 }
 
-std::uint32_t write_element(kelp_handle *handle, light_text::Writer writer, const char *tag,
-                            const EnumerationObject *object, std::uint32_t *err,
-                            const Facts &facts) {
+std::uint32_t write_element(const EnumerationFacts &facts, kelp_handle *handle,
+                            light_text::Writer writer, const char *tag,
+                            const EnumerationObject *object, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
   writer.open(tag);
   const std::size_t member = member_at(*facts.type, object->value);
@@ -84,9 +85,9 @@ std::uint32_t write_element(kelp_handle *handle, light_text::Writer writer, cons
 }
 
 // Required: the store is plain, neither announced nor put under the variant rule.
-void read_element(kelp_handle *handle, const char *path, kelp_xml_document *document,
-                  EnumerationObject *object, std::uint32_t *err, char *message,
-                  std::int32_t message_size, const Facts &facts) {
+void read_element(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t,
+                  const char *path, kelp_xml_document *document, EnumerationObject *object,
+                  std::uint32_t *err, char *message, std::int32_t message_size) {
   if (!begin(handle, err)) return;
   for (const model::Member &member : facts.type->members) {
     switch (

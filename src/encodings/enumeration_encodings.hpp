@@ -34,7 +34,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, void *buffer, const $T *object, "
                      "int32_t length, uint32_t *err",
-        .rule = "enumeration_encodings::marshal",
+        .rule = "light_encodings::marshal",
         .brief = "Writes the object's image into buffer, which has length bytes, and gives the "
                  "bytes written.",
         .errors = "KELP_ERR_NO_MEMORY for a length below 1; KELP_ERR_EPOCH when the object's "
@@ -47,7 +47,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, const void *buffer, $T *object, "
                      "int32_t length, uint32_t reuse, uint32_t *err",
-        .rule = "enumeration_encodings::unmarshal",
+        .rule = "light_encodings::unmarshal",
         .brief = "Reads an image of at most length bytes into object and gives the bytes read. A "
                  "higher variant than $type has becomes its highest. reuse is handed on.",
         .errors = "KELP_ERR_NO_MEMORY for a length below 1; those of the runtime's readers",
@@ -58,7 +58,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, char *buffer, uint32_t indent, "
                      "const char *label, const $T *object, int32_t size, uint32_t *err",
-        .rule = "enumeration_encodings::print",
+        .rule = "light_encodings::print",
         .brief = "Writes \"<label>@$type:<value's name>\" and a newline behind indent blanks into "
                  "buffer, at most size bytes, and gives the bytes written. A value without a name "
                  "gives \"Enum value out of range\" and no newline. The object may not be null.",
@@ -68,7 +68,7 @@ inline constexpr std::array operations{
         .suffix = "print_cr",
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, const $T *object, char *buffer, int32_t size",
-        .rule = "enumeration_encodings::print_cr",
+        .rule = "light_encodings::print_cr",
         .brief = "As $type_print with indent 0 and the type's name as label. 0xFFFFFFFF when "
                  "cr_err is set afterwards.",
         .errors = "as $type_print, in cr_err",
@@ -78,7 +78,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, const char *tag, char *buffer, "
                      "const $T *object, int32_t size, uint32_t state_byte, uint32_t *err",
-        .rule = "enumeration_encodings::to_xml",
+        .rule = "light_encodings::to_xml",
         .brief = "Writes the element tag with one empty element in it, named after the value, "
                  "into buffer, at most size bytes, and gives the bytes written. A value without a "
                  "name gives <$type value out of range/>. state_byte is not looked at. The object "
@@ -89,7 +89,7 @@ inline constexpr std::array operations{
         .suffix = "toxml_cr",
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, const $T *object, char *buffer, uint32_t size",
-        .rule = "enumeration_encodings::toxml_cr",
+        .rule = "light_encodings::toxml_cr",
         .brief = "As $type_to_xml with the type's name as tag. 0xFFFFFFFF when cr_err is set "
                  "afterwards.",
         .errors = "as $type_to_xml, in cr_err",
@@ -100,7 +100,7 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, const char *path, "
                      "kelp_xml_document *document, $T *object, uint32_t *err, char *message, "
                      "int32_t message_size",
-        .rule = "enumeration_encodings::from_xml",
+        .rule = "light_encodings::from_xml",
         .brief = "Gives the object the first value, in the order of the names, whose empty element "
                  "stands in the element at path. Without one the object is left alone, which is no "
                  "failure. The store is not announced and no variant is looked at.",
@@ -114,7 +114,8 @@ inline constexpr Family family{"enumeration_encodings", operations};
 
 inline constexpr std::uint32_t image_length = 5;
 
-struct Facts {
+struct EnumerationFacts {
+  using Object = EnumerationObject;
   const model::Enumeration *type;
   kelp_type_record *record;
   std::span<const light_text::Element> members;
@@ -122,28 +123,28 @@ struct Facts {
 };
 
 template <const model::Enumeration &E>
-inline constexpr Facts facts{
+inline constexpr EnumerationFacts facts{
     &E,
     type_record<E>,
     light_text::member_elements<E>,
     light_text::element("<", E.name, " value out of range/>"),
 };
 
-std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint8_t *buffer,
-                          const EnumerationObject *object, std::int32_t length, std::uint32_t *err,
-                          const Facts &facts);
-std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *buffer,
-                         EnumerationObject *object, std::int32_t length, std::uint32_t reuse,
-                         std::uint32_t *err, const Facts &facts);
-std::uint32_t write_line(kelp_handle *handle, light_text::Writer writer, std::uint32_t indent,
-                         const char *label, const EnumerationObject *object, std::uint32_t *err,
-                         const Facts &facts);
-std::uint32_t write_element(kelp_handle *handle, light_text::Writer writer, const char *tag,
-                            const EnumerationObject *object, std::uint32_t *err,
-                            const Facts &facts);
-void read_element(kelp_handle *handle, const char *path, kelp_xml_document *document,
-                  EnumerationObject *object, std::uint32_t *err, char *message,
-                  std::int32_t message_size, const Facts &facts);
+std::uint32_t write_image(const EnumerationFacts &facts, kelp_handle *handle,
+                          std::uint32_t space_id, std::uint8_t *buffer,
+                          const EnumerationObject *object, std::int32_t length, std::uint32_t *err);
+std::uint32_t read_image(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                         const std::uint8_t *buffer, EnumerationObject *object, std::int32_t length,
+                         std::uint32_t reuse, std::uint32_t *err);
+std::uint32_t write_line(const EnumerationFacts &facts, kelp_handle *handle,
+                         light_text::Writer writer, std::uint32_t indent, const char *label,
+                         const EnumerationObject *object, std::uint32_t *err);
+std::uint32_t write_element(const EnumerationFacts &facts, kelp_handle *handle,
+                            light_text::Writer writer, const char *tag,
+                            const EnumerationObject *object, std::uint32_t *err);
+void read_element(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                  const char *path, kelp_xml_document *document, EnumerationObject *object,
+                  std::uint32_t *err, char *message, std::int32_t message_size);
 
 template <const model::Enumeration &E>
 std::uint32_t len(kelp_handle *, std::uint32_t) {
@@ -153,64 +154,6 @@ std::uint32_t len(kelp_handle *, std::uint32_t) {
 template <const model::Enumeration &E>
 std::uint32_t len_cr(kelp_handle *handle) {
   return handle->cr_err != 0 ? 0 : len<E>(handle, handle->cr_space_id);
-}
-
-template <const model::Enumeration &E>
-std::uint32_t marshal(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
-                      std::int32_t length, std::uint32_t *err) {
-  return write_image(handle, space_id, bytes(buffer),
-                     static_cast<const EnumerationObject *>(object), length, err, facts<E>);
-}
-
-template <const model::Enumeration &E>
-std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
-                        void *object, std::int32_t length, std::uint32_t reuse,
-                        std::uint32_t *err) {
-  return read_image(handle, space_id, bytes(buffer), static_cast<EnumerationObject *>(object),
-                    length, reuse, err, facts<E>);
-}
-
-template <const model::Enumeration &E>
-std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
-                    const char *label, const void *object, std::int32_t size, std::uint32_t *err) {
-  return write_line(handle, {handle, space_id, buffer, size, err}, indent, label,
-                    static_cast<const EnumerationObject *>(object), err, facts<E>);
-}
-
-template <const model::Enumeration &E>
-std::uint32_t print_cr(kelp_handle *handle, const void *object, char *buffer, std::int32_t size) {
-  const std::uint32_t length = print<E>(handle, handle->cr_space_id, buffer, 0, E.name.data(),
-                                        object, size, &handle->cr_err);
-  return light_text::carried_result(handle, length);
-}
-
-// The body behind the exported name, for fields of structures.
-template <const model::Enumeration &E>
-std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
-                     const void *object, std::int32_t size, std::uint32_t *err) {
-  return write_element(handle, {handle, space_id, buffer, size, err}, tag,
-                       static_cast<const EnumerationObject *>(object), err, facts<E>);
-}
-
-// Required: the state byte is dropped.
-template <const model::Enumeration &E>
-std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
-                     const void *object, std::int32_t size, std::uint32_t, std::uint32_t *err) {
-  return to_xml<E>(handle, space_id, tag, buffer, object, size, err);
-}
-
-template <const model::Enumeration &E>
-std::uint32_t toxml_cr(kelp_handle *handle, const void *object, char *buffer, std::uint32_t size) {
-  const std::uint32_t length = to_xml<E>(handle, handle->cr_space_id, E.name.data(), buffer, object,
-                                         static_cast<std::int32_t>(size), &handle->cr_err);
-  return light_text::carried_result(handle, length);
-}
-
-template <const model::Enumeration &E>
-void from_xml(kelp_handle *handle, std::uint32_t, const char *path, kelp_xml_document *document,
-              void *object, std::uint32_t *err, char *message, std::int32_t message_size) {
-  read_element(handle, path, document, static_cast<EnumerationObject *>(object), err, message,
-               message_size, facts<E>);
 }
 
 }  // namespace harbor::enumeration_encodings

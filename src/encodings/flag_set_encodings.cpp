@@ -29,9 +29,9 @@ void for_each_shown(kelp_handle *handle, const model::FlagSet &type, const FlagO
 
 // Required: the jump word is written in its place a second time whatever went before, with 4 as the
 // room that it has.
-std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint8_t *buffer,
-                          const FlagObject *object, std::int32_t length, std::uint32_t *err,
-                          const Facts &facts) {
+std::uint32_t write_image(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                          std::uint8_t *buffer, const FlagObject *object, std::int32_t length,
+                          std::uint32_t *err) {
   if (!light_image::begin_image(handle, length, err)) return 0;
   const auto head = static_cast<std::int32_t>(light_image::marshal_variant(
       handle, space_id, buffer, object, facts.type->variants, length, err));
@@ -51,9 +51,9 @@ std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint
 }
 
 // Required: the byte of flags is taken without a test of the length, and no store is announced.
-std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *buffer,
-                         FlagObject *object, std::int32_t length, std::uint32_t *err,
-                         const Facts &facts) {
+std::uint32_t read_image(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                         const std::uint8_t *buffer, FlagObject *object, std::int32_t length,
+                         std::uint32_t, std::uint32_t *err) {
   if (!light_image::begin_image(handle, length, err)) return 0;
   std::int8_t variant;
   const auto head = static_cast<std::int32_t>(light_image::unmarshal_variant(
@@ -71,9 +71,9 @@ std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std:
   return static_cast<std::uint32_t>(total);
 }
 
-std::uint32_t write_line(kelp_handle *handle, light_text::Writer writer, std::uint32_t indent,
-                         const char *label, const FlagObject *object, std::uint32_t *err,
-                         const Facts &facts) {
+std::uint32_t write_line(const FlagSetFacts &facts, kelp_handle *handle, light_text::Writer writer,
+                         std::uint32_t indent, const char *label, const FlagObject *object,
+                         std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
   writer.head(indent, label, facts.type->name.data());
   for_each_shown(
@@ -84,8 +84,9 @@ std::uint32_t write_line(kelp_handle *handle, light_text::Writer writer, std::ui
   return writer.written();
 }
 
-std::uint32_t write_element(kelp_handle *handle, light_text::Writer writer, const char *tag,
-                            const FlagObject *object, std::uint32_t *err, const Facts &facts) {
+std::uint32_t write_element(const FlagSetFacts &facts, kelp_handle *handle,
+                            light_text::Writer writer, const char *tag, const FlagObject *object,
+                            std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
   writer.open(tag);
   for_each_shown(
@@ -98,9 +99,9 @@ std::uint32_t write_element(kelp_handle *handle, light_text::Writer writer, cons
 
 // What the runtime leaves in the word when it adjusts the object is overwritten by the next
 // look-up; behind the last one a 2 means no failure either.
-void read_element(kelp_handle *handle, std::uint32_t space_id, const char *path,
-                  kelp_xml_document *document, FlagObject *object, std::uint32_t *err,
-                  char *message, std::int32_t message_size, const Facts &facts) {
+void read_element(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                  const char *path, kelp_xml_document *document, FlagObject *object,
+                  std::uint32_t *err, char *message, std::int32_t message_size) {
   if (!begin(handle, err)) return;
   for (std::uint32_t bit = 0; bit < facts.type->members.size(); ++bit) {
     const auto found = light_text::find_member(

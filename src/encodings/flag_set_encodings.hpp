@@ -36,7 +36,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, void *buffer, const $T *object, "
                      "int32_t length, uint32_t *err",
-        .rule = "flag_set_encodings::marshal",
+        .rule = "light_encodings::marshal",
         .brief = "Writes the object's image into buffer, which has length bytes, and gives the "
                  "bytes written. The jump word is written again whatever went before: buffer must "
                  "really have 5 bytes, also where length is less.",
@@ -51,7 +51,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, const void *buffer, $T *object, "
                      "int32_t length, uint32_t reuse, uint32_t *err",
-        .rule = "flag_set_encodings::unmarshal",
+        .rule = "light_encodings::unmarshal",
         .brief = "Reads an image into object and gives the bytes read, those of a later variant "
                  "included. The byte of flags is read without a test of length, right behind the "
                  "jump word, or where that failed in its place: buffer must really have it. reuse "
@@ -64,7 +64,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, char *buffer, uint32_t indent, "
                      "const char *label, const $T *object, int32_t size, uint32_t *err",
-        .rule = "flag_set_encodings::print",
+        .rule = "light_encodings::print",
         .brief = "Writes \"<label>@$type:\", the name of each set flag with a blank behind it, and "
                  "a newline, behind indent blanks into buffer, at most size bytes, and gives the "
                  "bytes written. A null object gives \"ERR \" for each flag.",
@@ -74,7 +74,7 @@ inline constexpr std::array operations{
         .suffix = "print_cr",
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, const $T *object, char *buffer, int32_t size",
-        .rule = "flag_set_encodings::print_cr",
+        .rule = "light_encodings::print_cr",
         .brief = "As $type_print with indent 0 and the type's name as label. 0xFFFFFFFF when "
                  "cr_err is set afterwards.",
         .errors = "as $type_print, in cr_err",
@@ -84,7 +84,7 @@ inline constexpr std::array operations{
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, uint32_t space_id, const char *tag, char *buffer, "
                      "const $T *object, int32_t size, uint32_t state_byte, uint32_t *err",
-        .rule = "flag_set_encodings::to_xml",
+        .rule = "light_encodings::to_xml",
         .brief = "Writes the element tag with one empty element for each set flag in it into "
                  "buffer, at most size bytes, and gives the bytes written. A null object gives "
                  "<error>ERR</error> for each flag. state_byte is not looked at.",
@@ -95,7 +95,7 @@ inline constexpr std::array operations{
         .suffix = "toxml_cr",
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, const $T *object, char *buffer, uint32_t size",
-        .rule = "flag_set_encodings::toxml_cr",
+        .rule = "light_encodings::toxml_cr",
         .brief = "As $type_to_xml with the type's name as tag. 0xFFFFFFFF when cr_err is set "
                  "afterwards.",
         .errors = "as $type_to_xml, in cr_err",
@@ -106,7 +106,7 @@ inline constexpr std::array operations{
         .arguments = "kelp_handle *handle, uint32_t space_id, const char *path, "
                      "kelp_xml_document *document, $T *object, uint32_t *err, char *message, "
                      "int32_t message_size",
-        .rule = "flag_set_encodings::from_xml",
+        .rule = "light_encodings::from_xml",
         .brief = "Sets each flag whose empty element stands in the element at path; flags that "
                  "are not there stay as they were. A null object is passed over.",
         .errors = "those of xml_get_element_value but KELP_ERR_NOT_FOUND, with the flags found "
@@ -119,7 +119,8 @@ inline constexpr Family family{"flag_set_encodings", operations};
 
 inline constexpr std::uint32_t image_length = 6;
 
-struct Facts {
+struct FlagSetFacts {
+  using Object = FlagObject;
   const model::FlagSet *type;
   kelp_type_record *record;
   std::span<const light_text::Element> members;
@@ -127,7 +128,7 @@ struct Facts {
 };
 
 template <const model::FlagSet &S>
-inline constexpr Facts facts{
+inline constexpr FlagSetFacts facts{
     &S,
     type_record<S>,
     light_text::member_elements<S>,
@@ -148,20 +149,21 @@ constexpr const light_text::Element &element_of(std::span<const light_text::Elem
   return bit < members.size() ? members[bit] : unknown_element;
 }
 
-std::uint32_t write_image(kelp_handle *handle, std::uint32_t space_id, std::uint8_t *buffer,
-                          const FlagObject *object, std::int32_t length, std::uint32_t *err,
-                          const Facts &facts);
-std::uint32_t read_image(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *buffer,
-                         FlagObject *object, std::int32_t length, std::uint32_t *err,
-                         const Facts &facts);
-std::uint32_t write_line(kelp_handle *handle, light_text::Writer writer, std::uint32_t indent,
-                         const char *label, const FlagObject *object, std::uint32_t *err,
-                         const Facts &facts);
-std::uint32_t write_element(kelp_handle *handle, light_text::Writer writer, const char *tag,
-                            const FlagObject *object, std::uint32_t *err, const Facts &facts);
-void read_element(kelp_handle *handle, std::uint32_t space_id, const char *path,
-                  kelp_xml_document *document, FlagObject *object, std::uint32_t *err,
-                  char *message, std::int32_t message_size, const Facts &facts);
+std::uint32_t write_image(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                          std::uint8_t *buffer, const FlagObject *object, std::int32_t length,
+                          std::uint32_t *err);
+std::uint32_t read_image(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                         const std::uint8_t *buffer, FlagObject *object, std::int32_t length,
+                         std::uint32_t reuse, std::uint32_t *err);
+std::uint32_t write_line(const FlagSetFacts &facts, kelp_handle *handle, light_text::Writer writer,
+                         std::uint32_t indent, const char *label, const FlagObject *object,
+                         std::uint32_t *err);
+std::uint32_t write_element(const FlagSetFacts &facts, kelp_handle *handle,
+                            light_text::Writer writer, const char *tag, const FlagObject *object,
+                            std::uint32_t *err);
+void read_element(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                  const char *path, kelp_xml_document *document, FlagObject *object,
+                  std::uint32_t *err, char *message, std::int32_t message_size);
 
 // The object's variant is asked for and not used: the length is the same for all.
 template <const model::FlagSet &S>
@@ -173,64 +175,6 @@ std::uint32_t len(kelp_handle *, std::uint32_t, const void *object) {
 template <const model::FlagSet &S>
 std::uint32_t len_cr(kelp_handle *handle, const void *object) {
   return handle->cr_err != 0 ? 0 : len<S>(handle, handle->cr_space_id, object);
-}
-
-template <const model::FlagSet &S>
-std::uint32_t marshal(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
-                      std::int32_t length, std::uint32_t *err) {
-  return write_image(handle, space_id, bytes(buffer), static_cast<const FlagObject *>(object),
-                     length, err, facts<S>);
-}
-
-template <const model::FlagSet &S>
-std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
-                        void *object, std::int32_t length, std::uint32_t, std::uint32_t *err) {
-  return read_image(handle, space_id, bytes(buffer), static_cast<FlagObject *>(object), length, err,
-                    facts<S>);
-}
-
-template <const model::FlagSet &S>
-std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
-                    const char *label, const void *object, std::int32_t size, std::uint32_t *err) {
-  return write_line(handle, {handle, space_id, buffer, size, err}, indent, label,
-                    static_cast<const FlagObject *>(object), err, facts<S>);
-}
-
-template <const model::FlagSet &S>
-std::uint32_t print_cr(kelp_handle *handle, const void *object, char *buffer, std::int32_t size) {
-  const std::uint32_t length = print<S>(handle, handle->cr_space_id, buffer, 0, S.name.data(),
-                                        object, size, &handle->cr_err);
-  return light_text::carried_result(handle, length);
-}
-
-// The body behind the exported name, for fields of structures.
-template <const model::FlagSet &S>
-std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
-                     const void *object, std::int32_t size, std::uint32_t *err) {
-  return write_element(handle, {handle, space_id, buffer, size, err}, tag,
-                       static_cast<const FlagObject *>(object), err, facts<S>);
-}
-
-// Required: the state byte is dropped.
-template <const model::FlagSet &S>
-std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
-                     const void *object, std::int32_t size, std::uint32_t, std::uint32_t *err) {
-  return to_xml<S>(handle, space_id, tag, buffer, object, size, err);
-}
-
-template <const model::FlagSet &S>
-std::uint32_t toxml_cr(kelp_handle *handle, const void *object, char *buffer, std::uint32_t size) {
-  const std::uint32_t length = to_xml<S>(handle, handle->cr_space_id, S.name.data(), buffer, object,
-                                         static_cast<std::int32_t>(size), &handle->cr_err);
-  return light_text::carried_result(handle, length);
-}
-
-template <const model::FlagSet &S>
-void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
-              kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
-              std::int32_t message_size) {
-  read_element(handle, space_id, path, document, static_cast<FlagObject *>(object), err, message,
-               message_size, facts<S>);
 }
 
 }  // namespace harbor::flag_set_encodings

@@ -21,9 +21,8 @@
 #include <kelp/wire.h>
 
 #include "encodings/arm_creation.hpp"
-#include "encodings/enumeration_encodings.hpp"
 #include "encodings/field_walk.hpp"
-#include "encodings/flag_set_encodings.hpp"
+#include "encodings/light_encodings.hpp"
 #include "module/operation.hpp"
 #include "types/array_field.hpp"
 #include "types/primitive.hpp"
@@ -236,11 +235,8 @@ void write_field(Writing &image, const void *object) {
     if constexpr (F.kind == Kind::structure) {
       image.position += write<*F.structure>(image.handle, image.space_id, image.here(), place,
                                             image.remaining(), 1, image.err);
-    } else if constexpr (F.kind == Kind::enumeration) {
-      image.position += enumeration_encodings::marshal<*F.enumeration>(
-          image.handle, image.space_id, image.here(), place, image.remaining(), image.err);
-    } else if constexpr (F.kind == Kind::flags) {
-      image.position += flag_set_encodings::marshal<*F.flag_set>(
+    } else if constexpr (light_encodings::is_light(F.kind)) {
+      image.position += light_encodings::marshal<light_encodings::type_of<F>()>(
           image.handle, image.space_id, image.here(), place, image.remaining(), image.err);
     } else if constexpr (F.kind == Kind::reference) {
       image.position += kelplib_oid_marshal(image.handle, image.space_id, image.here(), &place->oid,
@@ -384,12 +380,8 @@ bool read_field(Reading &image, void *object) {
     if constexpr (F.kind == Kind::structure) {
       image.position += unmarshal<*F.structure>(image.handle, image.space_id, image.here(), place,
                                                 image.remaining(), image.reuse, image.err);
-    } else if constexpr (F.kind == Kind::enumeration) {
-      image.position += enumeration_encodings::unmarshal<*F.enumeration>(
-          image.handle, image.space_id, image.here(), place, image.remaining(), image.reuse,
-          image.err);
-    } else if constexpr (F.kind == Kind::flags) {
-      image.position += flag_set_encodings::unmarshal<*F.flag_set>(
+    } else if constexpr (light_encodings::is_light(F.kind)) {
+      image.position += light_encodings::unmarshal<light_encodings::type_of<F>()>(
           image.handle, image.space_id, image.here(), place, image.remaining(), image.reuse,
           image.err);
     } else if constexpr (F.kind == Kind::reference) {

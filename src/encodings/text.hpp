@@ -13,9 +13,8 @@
 #include <kelp/text.h>
 
 #include "encodings/bounded_text.hpp"
-#include "encodings/enumeration_encodings.hpp"
 #include "encodings/field_walk.hpp"
-#include "encodings/flag_set_encodings.hpp"
+#include "encodings/light_encodings.hpp"
 #include "module/failure.hpp"
 #include "module/operation.hpp"
 #include "types/primitive.hpp"
@@ -131,12 +130,8 @@ void print_field(Text &text, const void *object) {
     print_arm<T, F>(text, object);
   } else if constexpr (F.kind == Kind::structure) {
     print_structure<*F.structure>(text, label, place_of<T, F>(object));
-  } else if constexpr (F.kind == Kind::enumeration) {
-    text.length += enumeration_encodings::print<*F.enumeration>(
-        text.handle, text.space_id, text.here(), text.indent + indent_step, label,
-        place_of<T, F>(object), text.space(), text.err);
-  } else if constexpr (F.kind == Kind::flags) {
-    text.length += flag_set_encodings::print<*F.flag_set>(
+  } else if constexpr (light_encodings::is_light(F.kind)) {
+    text.length += light_encodings::print<light_encodings::type_of<F>()>(
         text.handle, text.space_id, text.here(), text.indent + indent_step, label,
         place_of<T, F>(object), text.space(), text.err);
   } else if constexpr (F.kind != Kind::reference) {

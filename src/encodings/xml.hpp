@@ -12,9 +12,8 @@
 
 #include "encodings/arm_creation.hpp"
 #include "encodings/bounded_text.hpp"
-#include "encodings/enumeration_encodings.hpp"
 #include "encodings/field_walk.hpp"
-#include "encodings/flag_set_encodings.hpp"
+#include "encodings/light_encodings.hpp"
 #include "module/operation.hpp"
 #include "types/array_field.hpp"
 #include "types/primitive.hpp"
@@ -154,12 +153,8 @@ void write_field(Element &element, const void *object) {
     const std::uint8_t state = state_of<T, F>(element, object);
     if constexpr (F.kind == Kind::structure) {
       write_structure<*F.structure>(element, tag, place_of<T, F>(object), state);
-    } else if constexpr (F.kind == Kind::enumeration) {
-      element.length += enumeration_encodings::to_xml<*F.enumeration>(
-          element.handle, element.space_id, tag, element.here(), place_of<T, F>(object),
-          element.space(), element.err);
-    } else if constexpr (F.kind == Kind::flags) {
-      element.length += flag_set_encodings::to_xml<*F.flag_set>(
+    } else if constexpr (light_encodings::is_light(F.kind)) {
+      element.length += light_encodings::to_xml<light_encodings::type_of<F>()>(
           element.handle, element.space_id, tag, element.here(), place_of<T, F>(object),
           element.space(), element.err);
     } else {
@@ -298,14 +293,10 @@ bool read_field(const Source &source, void *object) {
     auto *place = place_of<T, F>(object);
     if constexpr (F.kind == Kind::structure) {
       read_structure<*F.structure>(source, path.data(), place);
-    } else if constexpr (F.kind == Kind::enumeration) {
-      enumeration_encodings::from_xml<*F.enumeration>(source.handle, source.space_id, path.data(),
-                                                      source.document, place, source.err,
-                                                      source.message, source.message_size);
-    } else if constexpr (F.kind == Kind::flags) {
-      flag_set_encodings::from_xml<*F.flag_set>(source.handle, source.space_id, path.data(),
-                                                source.document, place, source.err, source.message,
-                                                source.message_size);
+    } else if constexpr (light_encodings::is_light(F.kind)) {
+      light_encodings::from_xml<light_encodings::type_of<F>()>(
+          source.handle, source.space_id, path.data(), source.document, place, source.err,
+          source.message, source.message_size);
     } else {
       read_primitive<F.kind>(source, path.data(), place);
     }

@@ -2,8 +2,8 @@
 // The record encodings take them beside the table's facts.
 #pragma once
 
-#include "encodings/enumeration_encodings.hpp"
 #include "encodings/image.hpp"
+#include "encodings/light_encodings.hpp"
 #include "encodings/text.hpp"
 #include "encodings/xml.hpp"
 #include "tables/facts.hpp"
@@ -84,8 +84,8 @@ template <const Structure &S, const Field &F>
 std::uint32_t key_marshal(kelp_handle *handle, std::uint32_t space_id, void *buffer,
                           const void *object, std::int32_t length, std::uint32_t *err) {
   if constexpr (F.kind == Kind::enumeration) {
-    return enumeration_encodings::marshal<*F.enumeration>(handle, space_id, buffer,
-                                                          place_of<S, F>(object), length, err);
+    return light_encodings::marshal<*F.enumeration>(handle, space_id, buffer,
+                                                    place_of<S, F>(object), length, err);
   } else {
     return Primitive<F.kind>::marshal(handle, space_id, buffer, place_of<S, F>(object), length,
                                       err);
@@ -96,8 +96,8 @@ template <const Structure &S, const Field &F>
 std::uint32_t key_unmarshal(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
                             void *object, std::int32_t length, std::uint32_t *err) {
   if constexpr (F.kind == Kind::enumeration) {
-    return enumeration_encodings::unmarshal<*F.enumeration>(handle, space_id, buffer,
-                                                            place_of<S, F>(object), length, 0, err);
+    return light_encodings::unmarshal<*F.enumeration>(handle, space_id, buffer,
+                                                      place_of<S, F>(object), length, 0, err);
   } else {
     return Primitive<F.kind>::unmarshal(handle, space_id, buffer, place_of<S, F>(object), length, 0,
                                         err);

@@ -38,8 +38,7 @@ Bytes image_of(kelp_handle *handle, const Object<Type> &object, std::uint32_t *e
   return buffer.first(used);
 }
 
-// --- the worked images
-// -----------------------------------------------------------------------------
+// --- the worked images ---------------------------------------------------------------------------
 
 TEST(Image, AnAreaOfVariant1HasItsIdAndBothReferences) {
   Store store;
@@ -167,8 +166,7 @@ TEST(Image, AnLsaWithOnlyOspfv3FieldsCarriesTheWholeOspfv2Part) {
   EXPECT_EQ(Bytes(image.begin() + 15, image.begin() + 15 + before), empty_part);
 }
 
-// --- variants
-// --------------------------------------------------------------------------------------
+// --- variants ------------------------------------------------------------------------------------
 
 TEST(Image, ANewerWritersFieldsAreJumpedByATypeOfOneVariant) {
   Store store;
@@ -267,8 +265,7 @@ TEST(Image, ALinkScopeLsaOfVariant0EndsBehindItsReferences) {
   EXPECT_EQ(store.err, 0u);
 }
 
-// --- flags and ra-data
-// -------------------------------------------------------------------------------
+// --- flags and ra-data ---------------------------------------------------------------------------
 
 TEST(Image, OnlyTwoObjectFlagsGoOnTheWire) {
   Store store;
@@ -303,8 +300,7 @@ TEST(Image, AnRaDataBlockIsWrittenZeroedAndDroppedByTheReader) {
   EXPECT_EQ(store.err, 0u);
 }
 
-// --- state bytes
-// --------------------------------------------------------------------------------------
+// --- state bytes ---------------------------------------------------------------------------------
 
 TEST(Image, AnUntrackedObjectGetsZeroStateBytesUnderATrackingHandle) {
   Store store({.tracking = KELP_TRACKING_ON});
@@ -392,8 +388,7 @@ TEST(Image, ElementsThatCameWithoutStatesAreWrittenWithZeroStates) {
   EXPECT_EQ(store.err, 0u);
 }
 
-// --- the end of the buffer
-// -------------------------------------------------------------------------
+// --- the end of the buffer -----------------------------------------------------------------------
 
 TEST(Image, WithoutRoomTheStateByteOfAPlainFieldFallsBehindTheBuffer) {
   Store store({.tracking = KELP_TRACKING_ON});
@@ -588,8 +583,7 @@ TEST(Image, ASetErrorWordStopsWriterAndReaderAtOnce) {
   EXPECT_EQ(buffer.bytes[0], untouched);
 }
 
-// --- arrays
-// ----------------------------------------------------------------------------------------------
+// --- arrays --------------------------------------------------------------------------------------
 
 const std::string network_head = "00 00 00000026 00ff" + std::string(40, '0');
 
@@ -729,8 +723,7 @@ TEST(Image, ACountThatCannotBeReadLeavesTheArrayAlone) {
   EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network, 1, &store.err), 2u);
 }
 
-// --- the choice
-// ---------------------------------------------------------------------------------------
+// --- the choice ----------------------------------------------------------------------------------
 
 TEST(Image, ASelectorOfNoArmHasOnlyTheStateBytesOfTheEmptySlots) {
   Store store({.tracking = KELP_TRACKING_ON});
@@ -852,8 +845,7 @@ TEST(Image, OnlyTheReaderOfTheChoiceRegistersTheTrace) {
   EXPECT_EQ(calls.count("xlog_module_init_fn"), 1u);
 }
 
-// --- the header of the object
-// --------------------------------------------------------------------------
+// --- the header of the object --------------------------------------------------------------------
 
 TEST(Image, TheReadersHeaderStoresAreNotAnnounced) {
   Store store;
@@ -888,8 +880,7 @@ TEST(Image, UnderSharedTypeRecordsTheReaderStoresTheRuntimesCopy) {
   EXPECT_EQ(header(area).tinfo, copy);
 }
 
-// --- length
-// --------------------------------------------------------------------------------------------
+// --- length --------------------------------------------------------------------------------------
 
 TEST(Image, LenOfANullObjectIsThatOfEmptyFieldsOfVariant0) {
   Store store({.tracking = KELP_TRACKING_ON});
@@ -919,8 +910,7 @@ TEST(Image, ANullObjectIs22) {
   EXPECT_EQ(store.err, 22u);
 }
 
-// --- what ends the process
-// ---------------------------------------------------------------------------------
+// --- what ends the process -----------------------------------------------------------------------
 
 class ImageDeathTest : public testing::Test {
  protected:

@@ -257,8 +257,7 @@ TEST(Text, AnObjectOfANegativeVariantIsOnlyOpened) {
   EXPECT_EQ(store.err, 0u);
 }
 
-// --- the choice
-// ------------------------------------------------------------------------------------
+// --- the choice ----------------------------------------------------------------------------------
 
 kelp_vstring *text_arm(Store &store, const char *text) {
   kelp_vstring *arm = kelp_vstring_create(store, 0);
@@ -322,8 +321,7 @@ TEST(Text, TheArmOfVariant1IsShownFromVariant1On) {
   EXPECT_EQ(store.err, 0u);
 }
 
-// --- room and the _cr form
-// ---------------------------------------------------------------------------
+// --- room and the _cr form -----------------------------------------------------------------------
 
 TEST(Text, AShortBufferCutsTheTextWithoutAFailure) {
   Store store;

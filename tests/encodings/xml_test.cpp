@@ -19,8 +19,7 @@ kelp_vstring *text_arm(Store &store, const char *text) {
   return arm;
 }
 
-// --- writing
-// ----------------------------------------------------------------------------------------
+// --- writing -------------------------------------------------------------------------------------
 
 TEST(Xml, AnAreaIsItsValuesWithoutReferences) {
   Store store;
@@ -252,8 +251,7 @@ TEST_F(XmlDeathTest, ACorruptedHandleEndsTheWriter) {
       "Corrupted KELP Handle");
 }
 
-// --- reading
-// ----------------------------------------------------------------------------------------
+// --- reading -------------------------------------------------------------------------------------
 
 TEST(Xml, AMissingRootIs2) {
   Store store;

@@ -27,8 +27,7 @@ std::vector<e_avl_node *> nodes_of(const AreaTable &areas) {
   return nodes;
 }
 
-// --- insert
-// ---------------------------------------------------------------------------------------
+// --- insert --------------------------------------------------------------------------------------
 
 TEST(Insertion, ASecondEqualRecordGives17AndIsUnchanged) {
   AreaTable areas;
@@ -218,8 +217,7 @@ TEST(Insertion, ACrInsertGivesCrErrAndTakesTheKeyMark) {
   areas.destroy(twin);
 }
 
-// --- delete
-// ---------------------------------------------------------------------------------------
+// --- delete --------------------------------------------------------------------------------------
 
 TEST(Insertion, ADeletedRecordLosesItsTableAndKeepsItsFlagAndItsReference) {
   AreaTable areas;
@@ -355,8 +353,7 @@ TEST(Insertion, AFailedCrDeleteDestroysNothing) {
   areas.destroy(stranger);
 }
 
-// --- destroy
-// --------------------------------------------------------------------------------------
+// --- destroy -------------------------------------------------------------------------------------
 
 TEST(Insertion, ADestroyTakesTheRecordOutOfItsTable) {
   AreaTable areas;
@@ -547,8 +544,7 @@ TEST(Insertion, ADestroyUnderANegativeNumberOfVariantsTellsSo) {
   EXPECT_TRUE(traced.has(6, "variant 0 requested only 4294967295 variants present"));
 }
 
-// --- request
-// --------------------------------------------------------------------------------------
+// --- request -------------------------------------------------------------------------------------
 
 TEST(Insertion, ARequestOnATableWithoutCursorsGives22AndLeavesTheRecord) {
   AreaTable areas;

@@ -36,8 +36,7 @@ Table open_named(Store &store, const std::string &name, std::uint32_t read_only 
 // Tables opened by id leave the block in which their ids are kept.
 StoreOptions with_ids() { return {.may_leave = 1}; }
 
-// --- by name
-// --------------------------------------------------------------------------------------
+// --- by name -------------------------------------------------------------------------------------
 
 TEST(Open, AReaderOfAMissingTableGetsNullWithoutAnError) {
   Store store;
@@ -196,8 +195,7 @@ TEST(Open, ANegativeNumberOfVariantsIsToldAndTheOpenGoesOn) {
   variants.n_variants = 1;
 }
 
-// --- locks
-// ----------------------------------------------------------------------------------------
+// --- locks ---------------------------------------------------------------------------------------
 
 constexpr char no_lock[] = "Opening table in create mode while not holding a write lock";
 
@@ -248,8 +246,7 @@ TEST(OpenDeathTest, AWriterWithoutATocRootEndsTheProcess) {
   EXPECT_FATAL(open_named(store, "areas", 1), "Failed to open toc root for database test");
 }
 
-// --- failures
-// -------------------------------------------------------------------------------------
+// --- failures ------------------------------------------------------------------------------------
 
 TEST(Open, AFailureOfTheListOfTablesEndsTheOpen) {
   Store store;
@@ -356,8 +353,7 @@ TEST(Open, ARefusedDynamicTableIsCalledSo) {
   free_table(store, reinterpret_cast<Table>(kelp_database_next_table(store.database(), nullptr)));
 }
 
-// --- ids
-// ------------------------------------------------------------------------------------------
+// --- ids -----------------------------------------------------------------------------------------
 
 TEST(Open, AutomaticIdsCountUp) {
   Store store(with_ids());
@@ -504,8 +500,7 @@ TEST(Open, TheIdsOfATableThatAreGoneGive2AtTheFree) {
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), shell(table));
 }
 
-// --- the other forms
-// ------------------------------------------------------------------------------
+// --- the other forms -----------------------------------------------------------------------------
 
 TEST(Open, ATableMadeByIorHasThatOid) {
   Store store(with_ids());
@@ -556,8 +551,7 @@ TEST(Open, EveryTableOpensAndFrees) {
   }
 }
 
-// --- close
-// ----------------------------------------------------------------------------------------
+// --- close ---------------------------------------------------------------------------------------
 
 TEST(Close, ATableOfAnyStateStaysAsItIs) {
   AreaTable areas;
@@ -607,8 +601,7 @@ TEST(Close, TheCrFormUnderAnErrorFreesNothing) {
   free_table(store, table);
 }
 
-// --- free
-// -----------------------------------------------------------------------------------------
+// --- free ----------------------------------------------------------------------------------------
 
 TEST(Free, ATableLeavesTheListInTheMiddleAndAtTheEnd) {
   Store store;
@@ -787,8 +780,7 @@ TEST(Free, AMissingTocRootIsToldAsSuccessText) {
   free_table(store, table);
 }
 
-// --- request
-// --------------------------------------------------------------------------------------
+// --- request -------------------------------------------------------------------------------------
 
 constexpr char only_shared[] =
     "APPLICATION ERROR! KELp_REQUEST_TABLE_FREE should only be used for SHARED databases";

@@ -471,8 +471,7 @@ TEST(TransferState, ChildrenFindTheirBlocksInTheDestinationsArea) {
   link_scope_lsa_destroy(store, 0, to);
 }
 
-// --- post_copyout_cleanup, offset_update, offset_remove
-// -------------------------------------------
+// --- post_copyout_cleanup, offset_update, offset_remove ------------------------------------------
 
 TEST(TransferCleanup, ATypeThatOwnsNothingIsLeftAlone) {
   Store store;

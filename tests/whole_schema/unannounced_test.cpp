@@ -430,8 +430,7 @@ TEST_P(Unannounced, DestroyOfAStructureClearsThePointersToElementStates) {
   EXPECT_EQ(seen > 0, tracks()) << "only objects with state bytes have such pointers";
 }
 
-// --- what announces everything
-// --------------------------------------------------------------------
+// --- what announces everything -------------------------------------------------------------------
 
 TEST_P(Unannounced, InitializeAnnouncesEverything) {
   for_each_structure([&](const Structure &type) {

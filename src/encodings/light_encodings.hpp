@@ -1,0 +1,94 @@
+// The encodings of enumerations and of flag sets, bound to a type: the same operations for both.
+// The rows of the operations and the bodies, which differ, stand in enumeration_encodings and
+// flag_set_encodings; a type's facts choose between them. Called by the forwarders of both kinds of
+// type and by the encodings of structures for their fields.
+#pragma once
+
+#include "encodings/enumeration_encodings.hpp"
+#include "encodings/flag_set_encodings.hpp"
+
+namespace harbor::light_encodings {
+
+template <const auto &T>
+constexpr const auto &facts_of() {
+  if constexpr (std::is_same_v<decltype(T), const model::Enumeration &>) {
+    return enumeration_encodings::facts<T>;
+  } else {
+    return flag_set_encodings::facts<T>;
+  }
+}
+template <const auto &T>
+using ObjectOf = typename std::remove_cvref_t<decltype(facts_of<T>())>::Object;
+
+constexpr bool is_light(Kind kind) { return kind == Kind::enumeration || kind == Kind::flags; }
+
+// The enumeration or flag set of such a field.
+template <const Field &F>
+constexpr const auto &type_of() {
+  if constexpr (F.kind == Kind::enumeration) {
+    return *F.enumeration;
+  } else {
+    return *F.flag_set;
+  }
+}
+
+template <const auto &T>
+std::uint32_t marshal(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
+                      std::int32_t length, std::uint32_t *err) {
+  return write_image(facts_of<T>(), handle, space_id, bytes(buffer),
+                     static_cast<const ObjectOf<T> *>(object), length, err);
+}
+
+template <const auto &T>
+std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
+                        void *object, std::int32_t length, std::uint32_t reuse,
+                        std::uint32_t *err) {
+  return read_image(facts_of<T>(), handle, space_id, bytes(buffer),
+                    static_cast<ObjectOf<T> *>(object), length, reuse, err);
+}
+
+template <const auto &T>
+std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
+                    const char *label, const void *object, std::int32_t size, std::uint32_t *err) {
+  return write_line(facts_of<T>(), handle, {handle, space_id, buffer, size, err}, indent, label,
+                    static_cast<const ObjectOf<T> *>(object), err);
+}
+
+template <const auto &T>
+std::uint32_t print_cr(kelp_handle *handle, const void *object, char *buffer, std::int32_t size) {
+  const std::uint32_t length = print<T>(handle, handle->cr_space_id, buffer, 0, T.name.data(),
+                                        object, size, &handle->cr_err);
+  return light_text::carried_result(handle, length);
+}
+
+// The body behind the exported name, for fields of structures.
+template <const auto &T>
+std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
+                     const void *object, std::int32_t size, std::uint32_t *err) {
+  return write_element(facts_of<T>(), handle, {handle, space_id, buffer, size, err}, tag,
+                       static_cast<const ObjectOf<T> *>(object), err);
+}
+
+// Required: the state byte is dropped.
+template <const auto &T>
+std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
+                     const void *object, std::int32_t size, std::uint32_t, std::uint32_t *err) {
+  return to_xml<T>(handle, space_id, tag, buffer, object, size, err);
+}
+
+template <const auto &T>
+std::uint32_t toxml_cr(kelp_handle *handle, const void *object, char *buffer, std::uint32_t size) {
+  const std::uint32_t length = to_xml<T>(handle, handle->cr_space_id, T.name.data(), buffer, object,
+                                         static_cast<std::int32_t>(size), &handle->cr_err);
+  return light_text::carried_result(handle, length);
+}
+
+template <const auto &T>
+void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
+              kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
+              std::int32_t message_size) {
+  read_element(facts_of<T>(), handle, space_id, path, document, static_cast<ObjectOf<T> *>(object),
+               err, message, message_size);
+}
+
+}  // namespace harbor::light_encodings
