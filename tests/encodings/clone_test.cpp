@@ -214,8 +214,8 @@ TEST(CloneFailure, ANullDestinationOrWorkBufferIsNotFoundAndNothingIsDone) {
   ospf_area *source = ospf_area_create(store, 0);
   ospf_area *destination = source;
   const auto expect_refused = [&] {
-    EXPECT_EQ(store.err, 2u);
-    EXPECT_EQ(store.last_error(), 2);
+    EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
     store.err = 0;
   };
   ospf_area_clone_internal(store, 0, source, nullptr, work.data(), work.size(), &store.err);
@@ -254,8 +254,8 @@ TEST(CloneFailure, AnObjectThatCannotBeMadeIsNoMemory) {
   ospf_area *destination = nullptr;
   store.fail_allocation(0);
   ospf_area_clone_internal(store, 0, source, &destination, work.data(), work.size(), &store.err);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_EQ(destination, nullptr);
   ospf_area_destroy(store, 0, source);
 }
@@ -266,8 +266,8 @@ TEST(CloneFailure, AWorkBufferThatIsTooSmallFailsInTheWriterAndKeepsTheDestinati
   ospf_area *source = ospf_area_create(store, 0);
   ospf_area *destination = source;
   ospf_area_clone_internal(store, 0, source, &destination, work.data(), 20, &store.err);
-  EXPECT_EQ(store.err, 90u);
-  EXPECT_EQ(store.last_error(), 90);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
   EXPECT_EQ(destination, source);
   ospf_area_destroy(store, 0, source);
 }
@@ -278,7 +278,7 @@ TEST(CloneFailure, AnImageThatCannotBeReadEndsTheNewObject) {
   ospfv2_network *source = make_network(store, {1, 2});
   store.fail_allocation(1);
   EXPECT_EQ(ospfv2_network_clone_cr(store, source), nullptr);
-  EXPECT_EQ(store.handle()->cr_err, 12u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_MEMORY);
   store.handle()->cr_err = 0;
   ospfv2_network_destroy(store, 0, source);
 }
@@ -293,7 +293,7 @@ TEST(CloneFailure, AnImageThatCannotBeReadEndsTheGivenDestinationToo) {
   store.fail_allocation(0);
   ospfv2_network_clone_internal(store, 0, source, &destination, work.data(), work.size(),
                                 &store.err);
-  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(destination, nullptr);
   EXPECT_EQ(calls.count("kelplib_type_stats_destroy_object"), 1u);
   EXPECT_LT(store.live_allocations(), live);
@@ -322,7 +322,7 @@ TEST(CloneCr, AWorkSpaceThatIsTooSmallFails) {
   Store store({.work_space_size = 16});
   ospf_area *source = ospf_area_create(store, 0);
   EXPECT_EQ(ospf_area_clone_cr(store, source), nullptr);
-  EXPECT_EQ(store.handle()->cr_err, 90u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_ROOM);
   store.handle()->cr_err = 0;
   ospf_area_destroy(store, 0, source);
 }

@@ -43,7 +43,7 @@ TEST(EnumerationLen, IsFive) {
   EXPECT_EQ(address_family_len(store, space), 5u);
   EXPECT_EQ(nbr_state_type_len(store, space), 5u);
   EXPECT_EQ(ospf_auth_type_len_cr(store), 5u);
-  store.handle()->cr_err = 1;
+  store.handle()->cr_err = KELP_ERR_PERMISSION;
   EXPECT_EQ(ospf_auth_type_len_cr(store), 0u);
 }
 
@@ -79,7 +79,7 @@ TEST(EnumerationMarshal, OfAVariantAboveTheDomainsFailsAndIsLowered) {
   CallLog calls;
   const std::uint32_t written =
       ospf_auth_type_marshal(store, space, image.data(), object, 5, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(image[0], 0) << "the domain's variant";
   EXPECT_EQ(light::stored(calls), refusal);
   EXPECT_EQ(calls.count("u_int32_marshal"), 1u) << "marshalling goes on";
@@ -111,8 +111,8 @@ TEST(EnumerationMarshal, WithoutAnyLengthFailsWithTwelve) {
   for (std::int32_t length : {0, -1}) {
     store.err = 0;
     EXPECT_EQ(address_family_marshal(store, space, image.data(), object, length, &store.err), 0u);
-    EXPECT_EQ(store.err, 12u);
-    EXPECT_EQ(store.last_error(), 12);
+    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   }
   EXPECT_EQ(image, Image(5, 0xEE));
   address_family_destroy(store, space, object);
@@ -125,7 +125,7 @@ TEST(EnumerationMarshal, OfAShortLengthFailsInThePrimitives) {
     Image image(5, 0xEE);
     store.err = 0;
     EXPECT_EQ(address_family_marshal(store, space, image.data(), object, length, &store.err), 1u);
-    EXPECT_EQ(store.err, 90u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
     EXPECT_EQ(image, (Image{0, 0xEE, 0xEE, 0xEE, 0xEE}));
   }
   address_family_destroy(store, space, object);
@@ -216,8 +216,8 @@ TEST(EnumerationUnmarshal, WithoutAnyLengthFailsWithTwelveAndStoresNothing) {
         ospf_auth_type_unmarshal(store, space, image.data(),
                                  reinterpret_cast<ospf_auth_type *>(memory), length, 0, &store.err),
         0u);
-    EXPECT_EQ(store.err, 12u);
-    EXPECT_EQ(store.last_error(), 12);
+    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
     EXPECT_EQ(light::header(memory)->tinfo, nullptr);
   }
 }
@@ -230,7 +230,7 @@ TEST(EnumerationUnmarshal, OfAShortLengthKeepsTheHeldValue) {
   EXPECT_EQ(nbr_state_type_unmarshal(store, space, image.data(),
                                      reinterpret_cast<nbr_state_type *>(memory), 4, 0, &store.err),
             1u);
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_EQ(light::enumeration(memory)->value, 3u);
 }
 
@@ -391,7 +391,7 @@ TEST(EnumerationFromXml, WithoutAKnownChildLeavesTheValueAndTheWordAtZero) {
   address_family_from_xml(store, space, "//af", document, object, &store.err, nullptr, 0);
   EXPECT_EQ(light::enumeration(object)->value, 1u);
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(store.last_error(), 2) << "each absent name is stored";
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND) << "each absent name is stored";
   EXPECT_EQ(calls.count("kelp_store_err"), 2u);
   address_family_destroy(store, space, object);
 }
@@ -416,15 +416,15 @@ TEST(EnumerationFromXml, TellsThePathOfALookupThatFails) {
   char message[64] = "untouched";
   CallLog calls;
   address_family_from_xml(store, space, "af", document, object, &store.err, message, 64);
-  EXPECT_EQ(store.err, 22u) << "no form of path that the runtime takes";
-  EXPECT_EQ(store.last_error(), 22);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID) << "no form of path that the runtime takes";
+  EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
   EXPECT_STREQ(message, "Failed xpath: af");
   EXPECT_EQ(light::enumeration(object)->value, 1u);
   EXPECT_EQ(calls.count("xml_get_element_value"), 1u);
 
   store.err = 0;
   address_family_from_xml(store, space, "af", document, object, &store.err, nullptr, 0);
-  EXPECT_EQ(store.err, 22u) << "also without a message buffer";
+  EXPECT_EQ(store.err, KELP_ERR_INVALID) << "also without a message buffer";
   store.err = 0;
   address_family_from_xml(store, space, "af", document, object, &store.err, message, 8);
   EXPECT_STREQ(message, "Failed ") << "cut at the buffer's size";

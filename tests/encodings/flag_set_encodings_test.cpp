@@ -59,7 +59,7 @@ TEST(FlagSetLen, IsSixAndAsksForTheVariant) {
   EXPECT_EQ(lsa_flag_options_len(store, space, nullptr), 6u);
   EXPECT_EQ(calls.calls(), std::vector<std::string>{"kelp_get_instance_variant"});
   EXPECT_EQ(ospfv3_lsa_body_flag_options_len_cr(store, nullptr), 6u);
-  store.handle()->cr_err = 1;
+  store.handle()->cr_err = KELP_ERR_PERMISSION;
   EXPECT_EQ(ospfv3_lsa_body_flag_options_len_cr(store, nullptr), 0u);
 }
 
@@ -89,8 +89,8 @@ TEST(FlagSetMarshal, WithoutRoomForTheByteFailsAndStillPatchesTheJumpWord) {
   Options object(store, 0x09);
   Image image(6, 0xEE);
   EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, 5, &store.err), 5u);
-  EXPECT_EQ(store.err, 90u);
-  EXPECT_EQ(store.last_error(), 90);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
   EXPECT_EQ(image, (Image{0, 0, 0, 0, 4, 0xEE}));
 }
 
@@ -102,7 +102,7 @@ TEST(FlagSetMarshal, WithoutRoomForTheJumpWordStillWritesItInItsPlace) {
     Image image(6, 0xEE);
     store.err = 0;
     EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, length, &store.err), 1u);
-    EXPECT_EQ(store.err, 90u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
     EXPECT_EQ(image, (Image{0, 0, 0, 0, 0, 0xEE}));
   }
 }
@@ -113,7 +113,7 @@ TEST(FlagSetMarshal, OfAVariantAboveTheDomainsLeavesTheByteOutAndPatchesTheJumpW
   object.header().variant = 1;
   Image image(6, 0xEE);
   EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, 6, &store.err), 5u);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(image, (Image{0, 0, 0, 0, 4, 0xEE}));
 }
 
@@ -135,8 +135,8 @@ TEST(FlagSetMarshal, WithoutAnyLengthFailsWithTwelve) {
   for (std::int32_t length : {0, -1}) {
     store.err = 0;
     EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, length, &store.err), 0u);
-    EXPECT_EQ(store.err, 12u);
-    EXPECT_EQ(store.last_error(), 12);
+    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   }
   EXPECT_EQ(image, Image(6, 0xEE));
 }
@@ -238,8 +238,8 @@ TEST(FlagSetUnmarshal, WithoutAnyLengthFailsWithTwelveAndStoresNothing) {
       lsa_flag_options_unmarshal(store, space, image.data(),
                                  reinterpret_cast<lsa_flag_options *>(memory), 0, 0, &store.err),
       0u);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_EQ(light::header(memory)->tinfo, nullptr);
 }
 
@@ -284,7 +284,7 @@ TEST(FlagSetPrint, OfNullShowsAnErrorForEachBit) {
   EXPECT_EQ(std::string(buffer, written), "o@lsa_flag_options:ERR ERR ERR ERR ERR ERR ERR ERR \n");
   EXPECT_EQ(calls.count("kelp_store_epoch_err"), 8u);
   EXPECT_EQ(store.err, 0u) << "the word is not touched";
-  EXPECT_EQ(store.last_error(), 43);
+  EXPECT_EQ(store.last_error(), KELP_ERR_EPOCH);
 }
 
 TEST(FlagSetPrint, OfTheChainTakesTheTypesNameAndTellsOfAFailure) {
@@ -330,7 +330,7 @@ TEST(FlagSetToXml, OfNullHoldsAnErrorForEachBit) {
   ospfv2_lsa_body_flags_options_to_xml(store, space, "o", buffer, nullptr, 256, 0, &store.err);
   EXPECT_STREQ(buffer, "<o><error>ERR</error><error>ERR</error><error>ERR</error></o>");
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(store.last_error(), 43);
+  EXPECT_EQ(store.last_error(), KELP_ERR_EPOCH);
 }
 
 TEST(FlagSetToXml, OfTheChainTakesTheTypesNameAndTellsOfAFailure) {
@@ -369,7 +369,7 @@ TEST(FlagSetFromXml, AsksForEveryFlagAndAdjustsForEachOneFound) {
             (std::vector<std::string>{"kelp_clear_last_error", "kelp_clear_last_error",
                                       "kelplib_adjust_variant", "kelp_get_instance_variant",
                                       "write_notify"}));
-  EXPECT_EQ(store.last_error(), 2) << "of the last absent flag";
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND) << "of the last absent flag";
 }
 
 TEST(FlagSetFromXml, PassesOverANullObject) {
@@ -388,8 +388,8 @@ TEST(FlagSetFromXml, TellsThePathOfALookupThatFails) {
   char message[64] = "untouched";
   CallLog calls;
   lsa_flag_options_from_xml(store, space, "o", document, object, &store.err, message, 64);
-  EXPECT_EQ(store.err, 22u);
-  EXPECT_EQ(store.last_error(), 22);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
   EXPECT_STREQ(message, "Failed xpath: o");
   EXPECT_EQ(object.flags(), 0x40);
   EXPECT_EQ(calls.count("xml_get_element_value"), 1u);

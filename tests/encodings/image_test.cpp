@@ -207,7 +207,7 @@ TEST(Image, AnImageOfVariant0LowersTheObjectAndKeepsItsLaterFields) {
   EXPECT_EQ(header(area).variant, 0);
   EXPECT_EQ(later.handle_word, 77u);
   EXPECT_EQ(ospf_area_area_scope_lsas_get_by_ref(store, 0, area, &store.err), nullptr);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
 }
 
 // The calls of one mismatch alone; the runtime's own are among them.
@@ -227,7 +227,7 @@ TEST(Image, AnObjectAboveTheDomainIsWrittenAtTheDomainsVariantAndRefused) {
   CallLog calls;
   const std::uint32_t used = ospf_area_marshal(store, 0, buffer.data(), area, 200, &store.err);
   EXPECT_EQ(calls.only({"kelp_store_epoch_err", "kelp_store_err"}), expected);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   // Nothing but the frame is written under the set word, and the jump word is patched.
   EXPECT_EQ(buffer.first(used), bytes_of("00 00 00000004"));
 }
@@ -248,7 +248,7 @@ TEST(Image, MarshalForCloneStillRefusesAnEmbeddedObjectAboveTheDomain) {
   store.set_variant("ospfv2_header", 0);
   Buffer buffer;
   ospfv2_lsa_marshal_for_clone(store, 0, buffer.data(), lsa, 2000, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(buffer.bytes[6], 0);
 }
 
@@ -494,8 +494,8 @@ TEST(Image, AByteArrayLongerThanTheRoomIsCutWith90) {
   Buffer buffer;
   CallLog calls;
   EXPECT_EQ(ospfv2_unknown_sub_tlv_marshal(store, 0, buffer.data(), object, 16, &store.err), 16u);
-  EXPECT_EQ(store.err, 90u);
-  EXPECT_EQ(store.last_error(), 90);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
   EXPECT_EQ(calls.count("kelp_store_err"), 1u);
   EXPECT_EQ(buffer.first(17), bytes_of("00 00 0000000e 0000 0000 00000005 01 02 a5"));
 }
@@ -517,12 +517,12 @@ TEST(Image, AnEmbeddedObjectAtTheVeryEndOfTheBufferIs12) {
   const Object<ospfv2_lsa> lsa(store, types::ospfv2_lsa);
   Buffer buffer;
   EXPECT_EQ(ospfv2_lsa_marshal(store, 0, buffer.data(), lsa, 6, &store.err), 6u);
-  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(buffer.first(7), bytes_of("00 00 00000004 a5"));
   store.err = 0;
   Buffer image(bytes_of("00 00 00000004"));
   EXPECT_EQ(ospfv2_lsa_unmarshal(store, 0, image.data(), lsa, 6, 0, &store.err), 6u);
-  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
 }
 
 TEST(Image, AnEnumerationAtTheVeryEndOfTheBufferIs12) {
@@ -530,8 +530,8 @@ TEST(Image, AnEnumerationAtTheVeryEndOfTheBufferIs12) {
   const Object<ospf_instance> instance(store, types::ospf_instance);
   Buffer buffer;
   EXPECT_EQ(ospf_instance_marshal(store, 0, buffer.data(), instance, 6, &store.err), 6u);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
 }
 
 TEST(Image, TheJumpWordIsPatchedAfterAFailure) {
@@ -539,7 +539,7 @@ TEST(Image, TheJumpWordIsPatchedAfterAFailure) {
   const Object<ospf_area> area(store, types::ospf_area);
   Buffer buffer;
   EXPECT_EQ(ospf_area_marshal(store, 0, buffer.data(), area, 20, &store.err), 10u);
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_EQ(buffer.first(11), bytes_of("01 00 00000008 00000000 a5"));
 }
 
@@ -548,7 +548,7 @@ TEST(Image, TheJumpWordIsPatchedWithFourBytesOfRoomWhateverThereIs) {
   const Object<ospf_area> area(store, types::ospf_area);
   Buffer buffer;
   EXPECT_EQ(ospf_area_marshal(store, 0, buffer.data(), area, 3, &store.err), 2u);
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_EQ(buffer.first(7), bytes_of("01 00 00000000 a5"));
 }
 
@@ -559,10 +559,10 @@ TEST(Image, ALengthBelowOneIs12) {
   for (const std::int32_t length : {0, -1}) {
     CallLog calls;
     EXPECT_EQ(ospf_area_marshal(store, 0, buffer.data(), area, length, &store.err), 0u);
-    EXPECT_EQ(store.err, 12u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
     store.err = 0;
     EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), area, length, 0, &store.err), 0u);
-    EXPECT_EQ(store.err, 12u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
     store.err = 0;
     EXPECT_EQ(calls.count("kelp_store_err"), 2u);
   }
@@ -689,8 +689,8 @@ TEST(Image, WithoutMemoryForElementsTheReaderEndsAtOnce) {
   header(network).variant = 0;
   store.fail_allocation(0);
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 40, 0, &store.err), 0u);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_EQ(field<std::uint32_t *>(network, types::ospfv2_network, "attached_router"), nullptr);
   EXPECT_EQ(field<std::uint32_t>(network, types::ospfv2_network, "attached_router_num"), 2u);
 }
@@ -704,7 +704,7 @@ TEST(Image, WithoutMemoryForElementStatesTheReaderEndsAtOnce) {
   const Object<ospfv2_network> network(store, types::ospfv2_network);
   store.fail_allocation(1);
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 60, 0, &store.err), 0u);
-  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network, &store.err), 0u);
   store.err = 0;
   EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network, 0, &store.err), 0u);
@@ -717,7 +717,7 @@ TEST(Image, ACountThatCannotBeReadLeavesTheArrayAlone) {
   ospfv2_network_attached_router_set_mem(store, 0, network, routers, 2, &store.err);
   Buffer buffer(bytes_of("00 00 0000001c 00ff" + std::string(40, '0') + "0000"));
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 30, 1, &store.err), 30u);
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   store.err = 0;
   EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network, &store.err), 2u);
   EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network, 1, &store.err), 2u);
@@ -744,8 +744,8 @@ TEST(Image, ASelectedArmThatIsMissingIs2AndTheImageGoesOn) {
   CallLog calls;
   const std::uint32_t used =
       ospf_authentication_marshal(store, 0, buffer.data(), choice, 200, &store.err);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_EQ(calls.count("kelp_store_err"), 1u);
   EXPECT_EQ(buffer.first(used), bytes_of("01 08 0000000f 01 00000000 00 00 00 00 00 00"));
 }
@@ -757,7 +757,7 @@ TEST(Image, AKeyWithoutItsTextIs2) {
                                                ospf_crypto_algorithm_create(store, 0), &store.err);
   Buffer buffer;
   ospf_authentication_marshal(store, 0, buffer.data(), choice, 200, &store.err);
-  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
 }
 
 TEST(Image, TheArmOfVariant1HasNoSlotInAnImageOfVariant0) {
@@ -816,8 +816,8 @@ TEST(Image, WithoutMemoryForAnArmTheReaderEndsAtOnce) {
   Buffer buffer(bytes_of("01 00 00000010 01 00000000 00000003 6e6577"));
   store.fail_allocation(0);
   EXPECT_EQ(ospf_authentication_unmarshal(store, 0, buffer.data(), choice, 18, 0, &store.err), 0u);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_EQ(field<void *>(choice, types::ospf_authentication, "sa"), nullptr);
 }
 
@@ -827,7 +827,7 @@ TEST(Image, TheReaderLeavesTheArmsAtTheFirstError) {
   // The text of key_string is longer than the image; the algorithm behind it is not made.
   Buffer buffer(bytes_of("01 00 0000000f 01 00000002 00000009 6b65"));
   EXPECT_EQ(ospf_authentication_unmarshal(store, 0, buffer.data(), choice, 17, 0, &store.err), 17u);
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_NE(field<void *>(choice, types::ospf_authentication, "key_string"), nullptr);
   EXPECT_EQ(field<void *>(choice, types::ospf_authentication, "crypto_algorithm_val"), nullptr);
 }
@@ -894,20 +894,20 @@ TEST(Image, LenCrIs0OnceTheHandleHasAnError) {
   Store store;
   const Object<ospf_area> area(store, types::ospf_area);
   EXPECT_EQ(ospf_area_len_cr(store, area), 90u);
-  store.handle()->cr_err = 12;
+  store.handle()->cr_err = KELP_ERR_NO_MEMORY;
   EXPECT_EQ(ospf_area_len_cr(store, area), 0u);
-  EXPECT_EQ(store.handle()->cr_err, 12u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_MEMORY);
 }
 
 TEST(Image, ANullObjectIs22) {
   Store store;
   Buffer buffer;
   EXPECT_EQ(ospf_area_marshal(store, 0, buffer.data(), nullptr, 90, &store.err), 6u);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_EQ(buffer.first(7), bytes_of("00 00 00000004 a5"));
   store.err = 0;
   EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), nullptr, 90, 0, &store.err), 0u);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
 }
 
 // --- what ends the process -----------------------------------------------------------------------

@@ -362,10 +362,10 @@ TEST(Text, ThePrintCrFormGivesAllOnesOnceTheHandleHasAnError) {
   Store store;
   const Object<ospf_static_neighbor> object(store, types::ospf_static_neighbor);
   std::string buffer(16, filling);
-  store.handle()->cr_err = 12;
+  store.handle()->cr_err = KELP_ERR_NO_MEMORY;
   EXPECT_EQ(ospf_static_neighbor_print_cr(store, object, buffer.data(), 16), 0xFFFFFFFFu);
   EXPECT_EQ(buffer, std::string(16, filling));
-  EXPECT_EQ(store.handle()->cr_err, 12u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_MEMORY);
 }
 
 TEST(Text, StateTrackingDoesNotShow) {

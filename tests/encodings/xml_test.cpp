@@ -147,7 +147,7 @@ TEST(Xml, AnUntrackedObjectUnderATrackingHandleEndsBehindItsOpeningTag) {
   TraceLog trace;
   CallLog calls;
   EXPECT_EQ(xml_of(store, object, &store.err), "<x>");
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_TRUE(trace.has(3, "The object is non state tracked"));
   EXPECT_EQ(trace.messages().size(), 1u);
   EXPECT_EQ(calls.count("end_tag"), 1u);
@@ -213,7 +213,7 @@ TEST(Xml, AfterAFailureTheClosingTagIsAskedForAndAddsNothing) {
   const Object<ospf_area> area(store, types::ospf_area);
   CallLog calls;
   EXPECT_EQ(xml_of(store, area, &store.err, 10), "<x>");
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_EQ(calls.count("u_int32_to_xml"), 1u);
   EXPECT_EQ(calls.count("end_tag"), 1u);
 }
@@ -235,7 +235,7 @@ TEST(Xml, TheCrFormUsesTheTypesName) {
   const std::uint32_t length = ospf_area_toxml_cr(store, area, buffer.data(), 128);
   EXPECT_EQ(buffer.substr(0, length), "<ospf_area><area_id>0</area_id></ospf_area>");
   EXPECT_EQ(ospf_area_toxml_cr(store, area, buffer.data(), 12), 0xFFFFFFFFu);
-  EXPECT_EQ(store.handle()->cr_err, 90u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_ROOM);
 }
 
 class XmlDeathTest : public testing::Test {};
@@ -258,8 +258,8 @@ TEST(Xml, AMissingRootIs2) {
   const Object<ospf_instance_rev1> instance(store, types::ospf_instance_rev1);
   CallLog calls;
   read(store, instance, "<y/>", &store.err);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_EQ(calls.count("kelp_store_err"), 1u);
   store.err = 0;
   read(store, instance, "<x/>", &store.err);
@@ -271,8 +271,8 @@ TEST(Xml, ARootThatCannotBeAskedForIs2) {
   const Object<ospf_area> area(store, types::ospf_area);
   const Document document("<x/>");
   ospf_area_from_xml(store, 0, "x[last()]", document, area, &store.err, nullptr, 0);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
 }
 
 TEST(Xml, ASetErrorWordReadsNothing) {
@@ -371,7 +371,7 @@ TEST(Xml, AFailedFieldEndsTheReadingAndKeepsWhatCameBefore) {
   read(store, object,
        "<x><address>10.0.0.9</address><cost>many</cost><poll_interval>30</poll_interval></x>",
        &store.err, message, sizeof message);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_NE(std::string(message).find("//x/cost"), std::string::npos) << message;
   store.err = 0;
   ip_address expected = ip_address_make_ipv4(0x0A000009);
@@ -385,7 +385,7 @@ TEST(Xml, AFailedElementEndsTheReadingAndKeepsTheElementsBeforeIt) {
   Store store;
   const Object<ospfv2_unknown_sub_tlv> tlv(store, types::ospfv2_unknown_sub_tlv);
   read(store, tlv, "<x><value>1</value><value>300</value><value>2</value></x>", &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   store.err = 0;
   EXPECT_EQ(ospfv2_unknown_sub_tlv_value_len_get_value(store, 0, tlv, &store.err), 1u);
 }
@@ -396,7 +396,7 @@ TEST(Xml, AFailureInsideAnEmbeddedStructureEndsTheWholeReading) {
   read(store, object,
        "<x><multi_area_val><cost>-1</cost></multi_area_val><hello_timer>5</hello_timer></x>",
        &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   store.err = 0;
   EXPECT_EQ(ospf_interface_hello_timer_get_value(store, 0, object, &store.err), 0u);
 }
@@ -406,15 +406,15 @@ TEST(Xml, WithoutMemoryForATemporaryElementTheReadingEndsWith12) {
   const Object<ospfv2_network> network(store, types::ospfv2_network);
   store.fail_allocation(0);
   read(store, network, "<x><attached_router>7</attached_router></x>", &store.err);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
 }
 
 TEST(Xml, AnArrayThatCannotTakeItsElementEndsTheReading) {
   Store store({.tracking = KELP_TRACKING_ON});
   const Object<ospfv2_network> network(store.another_handle({}), types::ospfv2_network);
   read(store, network, "<x><attached_router>7</attached_router></x>", &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
 }
 
 TEST(Xml, AnEnumerationWithoutAKnownMemberKeepsItsValue) {
@@ -496,8 +496,8 @@ TEST(Xml, WithoutMemoryForAnArmTheReadingEndsWith12) {
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
   store.fail_allocation(0);
   read(store, choice, "<x><auth_type_selection-sa>new</auth_type_selection-sa></x>", &store.err);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_EQ(field<void *>(choice, types::ospf_authentication, "sa"), nullptr);
 }
 

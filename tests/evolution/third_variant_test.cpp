@@ -99,7 +99,7 @@ TEST_F(ThirdVariant, TheBulkFormsStopAtTheObjectsVariant) {
   EXPECT_EQ(id, 10u);
   EXPECT_EQ(runs, 99u);
   EXPECT_EQ(ospf_area_spf_runs_get_value(handle, 0, lower, &err), 0u);
-  EXPECT_EQ(err, 43u);
+  EXPECT_EQ(err, KELP_ERR_EPOCH);
   err = 0;
   ospf_area *higher = area_at(2);
   ospf_area_set_all(handle, 0, higher, 11, 12, &err);
@@ -127,7 +127,7 @@ TEST_F(ThirdVariant, ANewValueNeedsTheVariantThatBroughtIt) {
   kelp_handle_set_variant(handle, "ospf_auth_type", 1, nullptr);
   ospf_auth_type *type = ospf_auth_type_create(handle, 0);
   ospf_auth_type_set_value(handle, 0, type, OSPF_AUTH_KEY_RING, &err);
-  EXPECT_EQ(err, 43u);
+  EXPECT_EQ(err, KELP_ERR_EPOCH);
   EXPECT_EQ(ospf_auth_type_is_valid_cr(handle, OSPF_AUTH_KEY_RING), 0u);
   EXPECT_EQ(ospf_auth_type_is_valid_cr(handle, OSPF_AUTH_TYPE_NONE), 1u);
   err = 0;
@@ -136,7 +136,7 @@ TEST_F(ThirdVariant, ANewValueNeedsTheVariantThatBroughtIt) {
   EXPECT_EQ(err, 0u);
   EXPECT_EQ(ospf_auth_type_get_value(handle, 0, type, &err), 4u);
   ospf_auth_type_set_value(handle, 0, type, 5, &err);
-  EXPECT_EQ(err, 43u);
+  EXPECT_EQ(err, KELP_ERR_EPOCH);
   ospf_auth_type_destroy(handle, 0, type);
 }
 
@@ -147,7 +147,7 @@ TEST_F(ThirdVariant, ANewBitNeedsTheVariantThatBroughtIt) {
   ospfv3_lsa_body_flag_options_set_value(handle, 0, flags, 0, 1, &err);
   EXPECT_EQ(err, 0u);
   ospfv3_lsa_body_flag_options_set_value(handle, 0, flags, added, 1, &err);
-  EXPECT_EQ(err, 43u);
+  EXPECT_EQ(err, KELP_ERR_EPOCH);
   err = 0;
   EXPECT_EQ(ospfv3_lsa_body_flag_options_is_valid_cr(handle, added), 0u);
   kelp_handle_clear_variant(handle, "ospfv3_lsa_body_flag_options");
@@ -156,7 +156,7 @@ TEST_F(ThirdVariant, ANewBitNeedsTheVariantThatBroughtIt) {
   EXPECT_EQ(ospfv3_lsa_body_flag_options_get_value(handle, 0, flags, added, &err), 1u << added);
   EXPECT_EQ(err, 0u);
   ospfv3_lsa_body_flag_options_set_value(handle, 0, flags, added + 1, 1, &err);
-  EXPECT_EQ(err, 43u);
+  EXPECT_EQ(err, KELP_ERR_EPOCH);
   ospfv3_lsa_body_flag_options_destroy(handle, 0, flags);
 }
 

@@ -68,7 +68,7 @@ void base_missing(DrivenForm &form) {
     std::uint32_t err = 0;
     call<void>(type + "_initialize", handle, space, object, &record_of(type), 1, 0,
                std::uint8_t{OBJ_NESTED}, static_cast<void *>(nullptr), &err);
-    EXPECT_EQ(err, 22u);
+    EXPECT_EQ(err, KELP_ERR_INVALID);
   });
 }
 

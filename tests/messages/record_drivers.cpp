@@ -208,7 +208,7 @@ void marshal_field_empty(const TableCase &table, std::uint32_t object) {
   std::uint32_t err = 0;
   call<std::uint32_t>(table.operation("_table_record_marshal"), handle, space,
                       static_cast<void *>(buffer.data()), record, buffer_space, &err);
-  EXPECT_EQ(err, 2u);
+  EXPECT_EQ(err, KELP_ERR_NOT_FOUND);
 }
 
 void unmarshal_with_error(const TableCase &table, std::uint32_t) {

@@ -66,7 +66,7 @@ void drive_untracked(DrivenForm &form, const std::vector<StateSite> &sites) {
     form.drive(site.row, form.form(), [&] {
       kelp_handle *handle = tracking();
       EXPECT_EQ(run(handle, site, fault), 22u);
-      EXPECT_EQ(kelp_handle_last_error(handle, nullptr), 22);
+      EXPECT_EQ(kelp_handle_last_error(handle, nullptr), KELP_ERR_INVALID);
     });
   }
 }
@@ -88,7 +88,7 @@ void arm_not_tracked(DrivenForm &form) {
     untrack(arm);
     std::uint32_t err = 0;
     call<void>("ospf_authentication_crypto_algorithm_val_set", handle, space, object, arm, &err);
-    EXPECT_EQ(err, 22u);
+    EXPECT_EQ(err, KELP_ERR_INVALID);
   });
 }
 

@@ -15,11 +15,11 @@ TEST(FailureProtocol, TheWordOfASequenceHoldsTheFirstFailure) {
   Store store;
   ospf_interface *interface = ospf_interface_create(store, 0);
   ospf_interface_network_type_set_value(store, 0, interface, 9, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   ospf_interface_cost_set_value(store, 0, nullptr, 5, &store.err);  // 2 by itself
   ospf_interface_cost_set_value(store, 0, interface, 5, &store.err);
-  EXPECT_EQ(store.err, 43u);
-  EXPECT_EQ(store.last_error(), 43);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
+  EXPECT_EQ(store.last_error(), KELP_ERR_EPOCH);
   store.err = 0;
   EXPECT_EQ(ospf_interface_cost_get_value(store, 0, interface, &store.err), 0);
   ospf_interface_destroy(store, 0, interface);
@@ -43,7 +43,7 @@ TEST(StaticNeighbor, CostTellsObjectsApartButNotRows) {
   tbl_ospf_static_neighbor_insert(store, 0, table, records[0], &store.err);
   EXPECT_EQ(store.err, 0u);
   tbl_ospf_static_neighbor_insert(store, 0, table, records[1], &store.err);
-  EXPECT_EQ(store.err, 17u);
+  EXPECT_EQ(store.err, KELP_ERR_EXISTS);
   store.err = 0;
   for (auto *record : records) {
     tbl_ospf_static_neighbor_destroy_record(store, 0, record, &store.err);
@@ -65,7 +65,7 @@ TEST(Instance, TheFirstFormHasOneRowForEachAddressFamily) {
     EXPECT_EQ(store.err, 0u);
     tbl_ospf_instance_insert(store, 0, table, records[at], &store.err);
   }
-  EXPECT_EQ(store.err, 17u);
+  EXPECT_EQ(store.err, KELP_ERR_EXISTS);
   EXPECT_EQ(tbl_ospf_instance_table_get_count(store, 0, table), 1u);
   store.err = 0;
   for (auto *record : records) tbl_ospf_instance_destroy_record(store, 0, record, &store.err);

@@ -290,8 +290,8 @@ TEST(TypeRegistration, WithoutMemoryForTheFirstEntersNothing) {
   table.allocations_left = 0;
   CallLog calls;
   ospf_harbor_oper_typeinfo_initialize(store, space, &store.err);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_TRUE(table.entered.empty());
   EXPECT_EQ(table.alloc_spaces.size(), 1u);
   EXPECT_EQ(calls.calls(), std::vector<std::string>{"kelp_store_err"});
@@ -302,7 +302,7 @@ TEST(TypeRegistration, WithoutMemoryLaterKeepsWhatIsRegistered) {
   TypeTable table(store);
   table.allocations_left = 2;
   ospf_harbor_oper_typeinfo_initialize(store, space, &store.err);
-  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(table.entered.size(), 2u);
 }
 

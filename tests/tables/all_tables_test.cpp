@@ -299,7 +299,7 @@ TEST(AllTables, TheCarriedSelectorMapsItsOperationsAndFlags) {
                                                   std::uint32_t{1}, std::uint32_t{0}),
                 nullptr);
       EXPECT_EQ(handle->cr_err, held);
-      EXPECT_EQ(table.last_error(), 22);
+      EXPECT_EQ(table.last_error(), KELP_ERR_INVALID);
     }
     handle->cr_err = 0;
   });
@@ -359,7 +359,7 @@ TEST(AllTables, InsertAndDeleteKeepCountsAndMarks) {
 
       kelp_record *twice = table.record(1);
       table.call<void>("insert" + twin, table.table, twice, &table.err);
-      EXPECT_EQ(table.err, 17u);
+      EXPECT_EQ(table.err, KELP_ERR_EXISTS);
       EXPECT_EQ(twice->record_table, nullptr);
       EXPECT_EQ(table.table->record_count, 3u);
       table.err = 0;
@@ -367,11 +367,11 @@ TEST(AllTables, InsertAndDeleteKeepCountsAndMarks) {
       EXPECT_EQ(key->rec_flags, std::uint32_t{REC_IN_TABLE});
       EXPECT_EQ(key->record_table, nullptr);
       table.call<void>("delete" + twin, table.table, key, &table.err);
-      EXPECT_EQ(table.err, 2u);
-      EXPECT_EQ(table.last_error(), 2);
+      EXPECT_EQ(table.err, KELP_ERR_NOT_FOUND);
+      EXPECT_EQ(table.last_error(), KELP_ERR_NOT_FOUND);
       table.err = 0;
       table.call<void>("request_record_destroy" + twin, table.table, plain, &table.err);
-      EXPECT_EQ(table.err, 22u);
+      EXPECT_EQ(table.err, KELP_ERR_INVALID);
       table.err = 0;
       table.call<void>("delete" + twin, table.table, shadow, &table.err);
       EXPECT_EQ(table.table->record_count, 1u);
@@ -445,7 +445,7 @@ TEST(AllTables, EveryObjectPointerIsSetReadDetachedAndReplaced) {
       for (const char *form : {"_set_field", "_free_and_set_field"}) {
         const harness::TraceLog traced;
         table.call<void>(type + form, record, held);
-        EXPECT_EQ(table.last_error(), 1) << form;
+        EXPECT_EQ(table.last_error(), KELP_ERR_PERMISSION) << form;
         EXPECT_EQ(record->objects[at], held) << form;
         EXPECT_EQ(traced.messages().size(), 1u) << form;
         kelp_store_err(handle, 0);

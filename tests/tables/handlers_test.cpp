@@ -377,16 +377,16 @@ TEST_F(Handlers, ASetErrorWordCallsNoHandlerAndEmitsNoTrace) {
   for (const std::string &table : harness::table_names()) {
     for (const Kind &kind : kinds) {
       for (const std::string &twin : twins) {
-        store.err = 90;
+        store.err = KELP_ERR_NO_ROOM;
         EXPECT_EQ(forward(store, table, kind.name, twin), 0u) << table << kind.name << twin;
-        EXPECT_EQ(store.err, 90u) << table << kind.name << twin;
+        EXPECT_EQ(store.err, KELP_ERR_NO_ROOM) << table << kind.name << twin;
       }
     }
   }
   EXPECT_TRUE(calls.empty());
   EXPECT_TRUE(traced.empty());
   EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
 }
 
 }  // namespace

@@ -36,8 +36,8 @@ TEST(Insertion, ASecondEqualRecordGives17AndIsUnchanged) {
   TraceLog traced;
   WriteWatch watch(areas);
   tbl_ospf_area_insert(areas, 0, areas.table, second, &areas.err);
-  EXPECT_EQ(areas.err, 17u);
-  EXPECT_EQ(areas.last_error(), 17);
+  EXPECT_EQ(areas.err, KELP_ERR_EXISTS);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_EXISTS);
   EXPECT_EQ(shell(areas.table)->record_count, 1u);
   EXPECT_EQ(shell(second)->record_table, nullptr);
   EXPECT_EQ(shell(second)->rec_flags, 0u);
@@ -53,8 +53,8 @@ TEST(Insertion, ADuplicateOfAQuietHandleIsNotTold) {
   const Record second = areas.record(1);
   const TraceLog traced;
   tbl_ospf_area_insert(areas, 0, areas.table, second, &areas.err);
-  EXPECT_EQ(areas.err, 17u);
-  EXPECT_EQ(areas.last_error(), 17);
+  EXPECT_EQ(areas.err, KELP_ERR_EXISTS);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_EXISTS);
   EXPECT_TRUE(traced.empty());
   areas.destroy(second);
 }
@@ -68,7 +68,7 @@ TEST(Insertion, TheDuplicateMessageOfACompositeKeyEndsInABlank) {
   tbl_ospfv2_link_insert(store, 0, table, first, &store.err);
   const TraceLog traced;
   tbl_ospfv2_link_insert(store, 0, table, second, &store.err);
-  EXPECT_EQ(store.err, 17u);
+  EXPECT_EQ(store.err, KELP_ERR_EXISTS);
   EXPECT_EQ(traced.texts(),
             std::vector<std::string>{"tbl_ospfv2_link insert record exists for ospfv2_link_key "});
   store.err = 0;
@@ -97,8 +97,8 @@ TEST(Insertion, ANullRecordGives17OverAnotherCode) {
   AreaTable areas;
   areas.err = 9;
   tbl_ospf_area_insert(areas, 0, areas.table, nullptr, &areas.err);
-  EXPECT_EQ(areas.err, 17u);
-  EXPECT_EQ(areas.last_error(), 17);
+  EXPECT_EQ(areas.err, KELP_ERR_EXISTS);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_EXISTS);
 }
 
 TEST(Insertion, AnErrorPresentStopsAnInsert) {
@@ -211,7 +211,7 @@ TEST(Insertion, ACrInsertGivesCrErrAndTakesTheKeyMark) {
   EXPECT_EQ(tbl_ospf_area_insert_cr(areas, areas.table, record, 1), 0u);
   EXPECT_NE(shell(record)->rec_flags & REC_PKEY, 0u);
   EXPECT_EQ(tbl_ospf_area_insert_cr(areas, areas.table, twin, 0), 17u);
-  EXPECT_EQ(areas.handle()->cr_err, 17u);
+  EXPECT_EQ(areas.handle()->cr_err, KELP_ERR_EXISTS);
   EXPECT_EQ(tbl_ospf_area_insert_cr(areas, areas.table, twin, 0), 17u);
   areas.handle()->cr_err = 0;
   areas.destroy(twin);
@@ -273,8 +273,8 @@ TEST(Insertion, ADeleteOfARecordThatIsNotInGives2AndChangesNoCount) {
   const Tenant five(5);
   CallLog log;
   tbl_ospf_area_delete(areas, 0, areas.table, stranger, &areas.err);
-  EXPECT_EQ(areas.err, 2u);
-  EXPECT_EQ(areas.last_error(), 2);
+  EXPECT_EQ(areas.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_EQ(shell(stranger)->record_table, nullptr);
   EXPECT_EQ(shell(stranger)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE));
   EXPECT_EQ(shell(areas.table)->record_count, 1u);
@@ -303,8 +303,8 @@ TEST(Insertion, WithCursorsOnlyTheCollectorDeletes) {
   areas.enable_cursors(false);
   TraceLog traced;
   tbl_ospf_area_delete(areas, 0, areas.table, record, &areas.err);
-  EXPECT_EQ(areas.err, 22u);
-  EXPECT_EQ(areas.last_error(), 22);
+  EXPECT_EQ(areas.err, KELP_ERR_INVALID);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_INVALID);
   EXPECT_EQ(nodes_of(areas).size(), 1u);
   EXPECT_EQ(shell(record)->record_table, shell(areas.table));
   constexpr char refused[] =
@@ -402,8 +402,8 @@ TEST(Insertion, ADestroyAtCount0WrapsAndFreesNothing) {
 TEST(Insertion, ADestroyOfNullGives2AndUnderAnErrorDoesNothing) {
   AreaTable areas;
   tbl_ospf_area_destroy_record(areas, 0, nullptr, &areas.err);
-  EXPECT_EQ(areas.err, 2u);
-  EXPECT_EQ(areas.last_error(), 2);
+  EXPECT_EQ(areas.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_NOT_FOUND);
   const Record record = areas.record(1);
   areas.err = 9;
   tbl_ospf_area_destroy_record(areas, 0, record, &areas.err);
@@ -550,8 +550,8 @@ TEST(Insertion, ARequestOnATableWithoutCursorsGives22AndLeavesTheRecord) {
   AreaTable areas;
   const Record record = areas.inserted(1);
   tbl_ospf_area_request_record_destroy(areas, 0, areas.table, record, &areas.err);
-  EXPECT_EQ(areas.err, 22u);
-  EXPECT_EQ(areas.last_error(), 22);
+  EXPECT_EQ(areas.err, KELP_ERR_INVALID);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_INVALID);
   EXPECT_EQ(shell(record)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE));
   EXPECT_EQ(shell(areas.table)->pending_destroy_count, 0u);
 }
@@ -561,7 +561,7 @@ TEST(Insertion, ARequestForANullRecordGives22) {
   areas.enable_cursors(false);
   const CallLog log;
   tbl_ospf_area_request_record_destroy(areas, 0, areas.table, nullptr, &areas.err);
-  EXPECT_EQ(areas.err, 22u);
+  EXPECT_EQ(areas.err, KELP_ERR_INVALID);
   EXPECT_EQ(log.count("kelpdb_table_are_cursors_enabled"), 1u);
   EXPECT_EQ(log.count("kelpdb_request_record_destroy"), 0u);
 }
@@ -588,7 +588,7 @@ TEST(Insertion, ARequestThatTheRuntimeRefusesIsTold) {
   const Record stranger = areas.record(1);
   const TraceLog traced;
   tbl_ospf_area_request_record_destroy(areas, 0, areas.table, stranger, &areas.err);
-  EXPECT_EQ(areas.err, 22u);
+  EXPECT_EQ(areas.err, KELP_ERR_INVALID);
   EXPECT_TRUE(traced.has(3, "tbl_ospf_area request destroy record failed"));
   areas.destroy(stranger);
 }

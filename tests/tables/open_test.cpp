@@ -97,8 +97,8 @@ TEST(Open, APathOf208CharactersGives7) {
   ASSERT_NE(table, nullptr);
   EXPECT_EQ(std::strlen(shell(table)->tbl_name), 207u);
   EXPECT_EQ(open_named(store, std::string(175, 'n')), nullptr);
-  EXPECT_EQ(store.err, 7u);
-  EXPECT_EQ(store.last_error(), 7);
+  EXPECT_EQ(store.err, KELP_ERR_TOO_LONG);
+  EXPECT_EQ(store.last_error(), KELP_ERR_TOO_LONG);
   free_table(store, table);
 }
 
@@ -253,7 +253,7 @@ TEST(Open, AFailureOfTheListOfTablesEndsTheOpen) {
   const TraceLog traced;
   const Failing failing("kelplib_database_table_toc_create", 12);
   EXPECT_EQ(open_named(store, "areas"), nullptr);
-  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
   EXPECT_TRUE(traced.empty());
 }
 
@@ -288,8 +288,8 @@ TEST(Open, WithoutMemoryForTheTableTheOpenGives12) {
   Store store;
   store.fail_allocation(0);
   EXPECT_EQ(open_named(store, "areas"), nullptr);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
 }
 
 TEST(OpenDeathTest, ARefusedDeclarationEndsTheProcess) {
@@ -448,8 +448,8 @@ TEST(Open, WithoutMemoryForTheIdsTheOpenGives12) {
   Store store;
   store.fail_allocation(0);
   EXPECT_EQ(tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err), nullptr);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_EQ(id_root(store), nullptr);
 }
 
@@ -495,8 +495,8 @@ TEST(Open, TheIdsOfATableThatAreGoneGive2AtTheFree) {
   lumen_set_key(store.handle()->obj_pool, ("__kelp_TBI__" + luid_text).c_str(), nullptr);
   store.handle()->obj_free(store.handle()->obj_pool, 0, root);
   tbl_ospf_area_table_free(store, 0, table, &store.err);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), shell(table));
 }
 
@@ -684,8 +684,8 @@ TEST(Free, WhileReferencesRemainAFreeGives11AndCanBeRepeated) {
   kelplib_lookup_and_update_oid_ref_count(store, 0, table, KELP_OID_INCREMENT, &store.err);
   ASSERT_EQ(store.err, 0u);
   tbl_ospf_area_table_free(store, 0, table, &store.err);
-  EXPECT_EQ(store.err, 11u);
-  EXPECT_EQ(store.last_error(), 11);
+  EXPECT_EQ(store.err, KELP_ERR_AGAIN);
+  EXPECT_EQ(store.last_error(), KELP_ERR_AGAIN);
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), shell(table));
   store.err = 0;
   kelplib_lookup_and_update_oid_ref_count(store, 0, table, KELP_OID_DECREMENT, &store.err);
@@ -849,7 +849,7 @@ TEST(RequestFree, EachFailureOnTheWayIsTold) {
   store.err = 0;
   kelplib_lookup_and_update_oid_ref_count(store, 0, table, KELP_OID_INCREMENT, &store.err);
   tbl_ospf_area_request_table_free(store, 0, table, &store.err);
-  EXPECT_EQ(store.err, 11u);
+  EXPECT_EQ(store.err, KELP_ERR_AGAIN);
   EXPECT_TRUE(traced.has(3,
                          "Failed to destroy tbl_ospf_area table, Error Resource temporarily "
                          "unavailable"));

@@ -125,8 +125,8 @@ TEST(Vft, GetOfAnUnknownLuidGivesNullAnd2) {
   const kelp_table_vft *vft = &tbl_ospf_table_vft;
   ospf_harbor_oper_table_get_vft(store, 0, unknown.data(), &vft, &store.err);
   EXPECT_EQ(vft, nullptr);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
 }
 
 TEST(Vft, GetHandsOutTheCopyAndClearsTheLastError) {
@@ -310,7 +310,7 @@ TEST(Vft, GetLuidHandsItsArgumentsOn) {
   const std::uint8_t *luid = tbl_ospf_area_get_luid(areas, 0, areas.table, &areas.err);
   EXPECT_EQ(std::memcmp(luid, table_tbl_ospf_area_luid, 16), 0);
   EXPECT_EQ(tbl_ospf_area_get_luid(areas, 0, nullptr, &areas.err), nullptr);
-  EXPECT_EQ(areas.err, 22u);
+  EXPECT_EQ(areas.err, KELP_ERR_INVALID);
 }
 
 }  // namespace

@@ -305,8 +305,8 @@ TEST(RecordEncodings, ALengthBelow27Is90AndWritesNothing) {
     EXPECT_EQ(
         record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, length, &err),
         0u);
-    EXPECT_EQ(err, 90u);
-    EXPECT_EQ(store.last_error(), 90);
+    EXPECT_EQ(err, KELP_ERR_NO_ROOM);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
     EXPECT_EQ(log.count("kelp_store_err"), 1u);
     EXPECT_TRUE(buffer.is_untouched_from(0)) << length;
   }
@@ -322,8 +322,8 @@ TEST(RecordEncodings, ALengthOf27To42Is90WithTheHeaderBytesZeroed) {
       EXPECT_EQ(record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, length,
                                                             &err),
                 header_length);
-      EXPECT_EQ(err, 90u);
-      EXPECT_EQ(store.last_error(), 90);
+      EXPECT_EQ(err, KELP_ERR_NO_ROOM);
+      EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
       EXPECT_TRUE(buffer.is_zero(header_length)) << length;
       EXPECT_TRUE(buffer.is_untouched_from(header_length)) << length;
     }
@@ -337,8 +337,8 @@ TEST(RecordEncodings, ALengthOf43HoldsTheLuidAndGivesTheObjects12) {
   EXPECT_EQ(
       record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, 43, &store.err),
       objects_at);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_TRUE(buffer.is_zero(header_length));
   EXPECT_EQ(std::memcmp(buffer.bytes.data() + header_length, table_tbl_ospf_area_luid, 16), 0);
   EXPECT_TRUE(buffer.is_untouched_from(objects_at));
@@ -353,7 +353,7 @@ TEST(RecordEncodings, ARoomThatTheObjectDoesNotFitInIs90AndLeavesTheHeaderZero) 
     std::uint32_t err = 0;
     const CallLog log;
     record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, length, &err);
-    EXPECT_EQ(err, 90u) << length;
+    EXPECT_EQ(err, KELP_ERR_NO_ROOM) << length;
     EXPECT_TRUE(buffer.is_zero(header_length)) << length;
     EXPECT_EQ(log.count("_kelp_message_header_marshal"), 0u) << length;
   }
@@ -370,8 +370,8 @@ TEST(RecordEncodings, ARecordWithoutItsFirstObjectMarshalsTo2WithItsMessage) {
       EXPECT_EQ(record.call<Writer>("table_record_marshal" + twin)(store, 0, buffer.data(), record,
                                                                    256, &err),
                 objects_at);
-      EXPECT_EQ(err, 2u);
-      EXPECT_EQ(store.last_error(), 2);
+      EXPECT_EQ(err, KELP_ERR_NOT_FOUND);
+      EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
       ASSERT_EQ(traced.messages().size(), 1u) << table->name;
       const bool is_composite = table->key_structure != nullptr;
       const Structure &first = is_composite ? *table->key_structure : *table->record;
@@ -399,8 +399,8 @@ TEST(RecordEncodings, AMissingDataObjectGivesTheSecondMessageAndLeavesTheHeaderZ
     EXPECT_EQ(
         record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, 256, &err),
         objects_at + key_length);
-    EXPECT_EQ(err, 2u);
-    EXPECT_EQ(store.last_error(), 2);
+    EXPECT_EQ(err, KELP_ERR_NOT_FOUND);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
     ASSERT_EQ(traced.messages().size(), 1u) << table->name;
     const harness::Traced &message = traced.messages()[0];
     EXPECT_EQ(message.text, "Failed to marshal " + name_of(*table) + " record: Field " +
@@ -419,8 +419,8 @@ TEST(RecordEncodings, AMissingObjectOverridesThe90OfAShortBuffer) {
   EXPECT_EQ(
       record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, 26, &store.err),
       0u);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_TRUE(buffer.is_untouched_from(0));
 }
 
@@ -537,8 +537,8 @@ TEST(RecordEncodings, ReadingIntoNoRecordIs2) {
   void *held = nullptr;
   TraceLog traced;
   EXPECT_EQ(read_into(store, tables::ospf_area, &held, image, 1), 0u);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_EQ(held, nullptr);
   EXPECT_TRUE(traced.empty());
 }
@@ -550,8 +550,8 @@ TEST(RecordEncodings, ReadingIntoARecordWithoutItsObjectIs2BehindTheHeader) {
   const Record empty(store, tables::ospf_area, Record::Objects::none);
   void *held = empty;
   EXPECT_EQ(read_into(store, tables::ospf_area, &held, image, 1), objects_at);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_EQ(held, static_cast<void *>(empty));
   EXPECT_EQ(empty.slot(0), nullptr);
 }
@@ -565,7 +565,7 @@ TEST(RecordEncodings, WithoutTheKeyObjectTheDataObjectIsNotReadEither) {
   other.destroy_object(0);
   void *held = other;
   EXPECT_EQ(read_into(store, tables::ospfv2_link, &held, image, 1), objects_at);
-  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
   EXPECT_EQ(field<std::uint8_t>(other.slot(1), types::ospfv2_link, "type"), 0);
 }
 
@@ -577,8 +577,8 @@ TEST(RecordEncodings, WithoutMemoryForTheRecordReadingIs12AndLeavesThePointer) {
   void *held = &place;
   store.fail_allocation(0);
   EXPECT_EQ(read_into(store, tables::ospf_area, &held, image, 0), 0u);
-  EXPECT_EQ(store.err, 12u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_EQ(held, &place);
 }
 
@@ -594,7 +594,7 @@ TEST(RecordEncodings, WithoutMemoryForAnObjectReadingIs12AndTheRecordIsHandedOut
     const CallLog log;
     EXPECT_EQ(read_into(store, tables::ospfv2_link, &held, image, 0),
               object == 0 ? objects_at : objects_at + record.key_len());
-    EXPECT_EQ(store.err, 12u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
     EXPECT_EQ(log.count("kelp_store_err"), 1u);
     ASSERT_NE(held, nullptr);
     const Record made(store, tables::ospfv2_link, held);
@@ -639,7 +639,7 @@ TEST(RecordEncodings, ASetErrorWordIsToldByTheFourThatMarshalAndNothingElseHappe
       Buffer buffer(256);
       int place = 0;
       void *held = &place;
-      std::uint32_t err = 90;
+      std::uint32_t err = KELP_ERR_NO_ROOM;
       kelp_store_err(store, 12);
       TraceLog traced;
       const CallLog log;
@@ -655,11 +655,11 @@ TEST(RecordEncodings, ASetErrorWordIsToldByTheFourThatMarshalAndNothingElseHappe
       EXPECT_EQ(record.call<KeyReader>("table_pkey_unmarshal" + twin)(store, 0, &held,
                                                                       buffer.data(), 256, &err),
                 0u);
-      EXPECT_EQ(err, 90u);
+      EXPECT_EQ(err, KELP_ERR_NO_ROOM);
       EXPECT_EQ(held, &place);
       EXPECT_TRUE(buffer.is_untouched_from(0));
       EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
-      EXPECT_EQ(store.last_error(), 12);
+      EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
       EXPECT_EQ(traced.texts(),
                 (std::vector<std::string>{
                     "Error present in call to table marshal: " + text,
@@ -695,7 +695,7 @@ TEST(RecordEncodings, TheFourThatMarshalClearTheLastErrorFirst) {
   starts_clean([&] {
     record.call<KeyReader>("table_pkey_unmarshal")(store, 0, nullptr, image.data(), 4, &store.err);
   });
-  EXPECT_EQ(store.err, 14u);
+  EXPECT_EQ(store.err, KELP_ERR_BAD_ADDRESS);
 }
 
 // --- the image of a key ------------------------------------------------------------------------
@@ -778,8 +778,8 @@ TEST(RecordEncodings, AKeyThatDoesNotFitIs90AndWritesNothing) {
       EXPECT_EQ(
           record.call<Writer>("table_pkey_marshal")(store, 0, buffer.data(), record, length, &err),
           0u);
-      EXPECT_EQ(err, 90u) << table->name;
-      EXPECT_EQ(store.last_error(), 90) << table->name;
+      EXPECT_EQ(err, KELP_ERR_NO_ROOM) << table->name;
+      EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM) << table->name;
       EXPECT_TRUE(buffer.is_untouched_from(0)) << table->name;
       EXPECT_TRUE(traced.empty());
     }
@@ -795,8 +795,8 @@ TEST(RecordEncodings, AKeyReadToNowhereIs14) {
     EXPECT_EQ(function<KeyReader>(*table, "table_pkey_unmarshal")(store, 0, nullptr, image.data(),
                                                                   4, &err),
               0u);
-    EXPECT_EQ(err, 14u) << table->name;
-    EXPECT_EQ(store.last_error(), 14) << table->name;
+    EXPECT_EQ(err, KELP_ERR_BAD_ADDRESS) << table->name;
+    EXPECT_EQ(store.last_error(), KELP_ERR_BAD_ADDRESS) << table->name;
     EXPECT_TRUE(traced.empty());
   }
 }
@@ -812,8 +812,8 @@ TEST(RecordEncodings, WithoutMemoryForAKeyReadingIs12AndLeavesThePointer) {
     EXPECT_EQ(
         function<KeyReader>(*table, "table_pkey_unmarshal")(store, 0, &pkey, image.data(), 4, &err),
         0u);
-    EXPECT_EQ(err, 12u);
-    EXPECT_EQ(store.last_error(), 12);
+    EXPECT_EQ(err, KELP_ERR_NO_MEMORY);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
     EXPECT_EQ(pkey, &place);
   }
 }
@@ -825,7 +825,7 @@ TEST(RecordEncodings, ACutKeyIs90AndTheKeyObjectIsHandedOutAllTheSame) {
   EXPECT_EQ(function<KeyReader>(tables::ospf_area, "table_pkey_unmarshal")(
                 store, 0, &pkey, image.data(), 3, &store.err),
             0u);
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   ASSERT_NE(pkey, nullptr);
   EXPECT_EQ(field<std::uint32_t>(pkey, types::ospf_area, "area_id"), 0u);
   tbl_ospf_area_pkey_destroy(store, 0, static_cast<ospf_area *>(pkey));
@@ -878,8 +878,8 @@ TEST(RecordEncodings, TheRoomForAnObjectsTextIsMeasuredByItsImage) {
   // The closing line is still asked for, and the error word keeps it away.
   const CallLog log;
   EXPECT_EQ(rendered(store, record, "table_record_print", enough - 1), opening);
-  EXPECT_EQ(store.err, 90u);
-  EXPECT_EQ(store.last_error(), 90);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
   EXPECT_EQ(log.calls().back(), "kelp_print_space");
   EXPECT_EQ(log.count("kelp_print_space"), 2u);
 }
@@ -894,8 +894,8 @@ TEST(RecordEncodings, ASecondObjectWithoutRoomIs90BehindTheFirst) {
   EXPECT_EQ(rendered(store, record, "table_record_print",
                      static_cast<std::int32_t>(first.size()) + data_image - 1),
             first);
-  EXPECT_EQ(store.err, 90u);
-  EXPECT_EQ(store.last_error(), 90);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
 }
 
 TEST(RecordEncodings, AFailureInTheFirstObjectsTextKeepsTheSecondAway) {
@@ -1050,7 +1050,7 @@ TEST(RecordEncodings, WithoutTheDataElementTheKeyIsReadAndTheDataObjectIsEmpty) 
 
 TEST(RecordEncodings, ReadingXmlDoesNotLookAtTheErrorWord) {
   Store store;
-  store.err = 90;
+  store.err = KELP_ERR_NO_ROOM;
   const Record area(store, tables::ospf_area, read_xml(store, tables::ospf_area, area_xml));
   EXPECT_EQ(store.err, 0u);
   ASSERT_NE(static_cast<void *>(area), nullptr);
@@ -1065,7 +1065,7 @@ TEST(RecordEncodings, AValueThatCannotBeReadGivesNullAndLeavesWhatWasMade) {
   EXPECT_EQ(
       tbl_ospf_area_table_record_from_xml(store, 0, document, &store.err, message, sizeof message),
       nullptr);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_NE(std::string(message).find("//ospf_area/area_id"), std::string::npos) << message;
   EXPECT_EQ(store.live_allocations(), 2u);
 }
@@ -1077,8 +1077,8 @@ TEST(RecordEncodings, WithoutMemoryReadingXmlIs12AndLeavesWhatWasMade) {
     store.fail_allocation(made);
     EXPECT_EQ(tbl_ospfv2_link_table_record_from_xml(store, 0, document, &store.err, nullptr, 0),
               nullptr);
-    EXPECT_EQ(store.err, 12u) << made;
-    EXPECT_EQ(store.last_error(), 12) << made;
+    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY) << made;
+    EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY) << made;
     EXPECT_EQ(store.live_allocations(), made);
   }
 }
@@ -1143,10 +1143,10 @@ TEST(RecordEncodings, AFailureOfACrWriterIsAllOnesWithItsCodeInCrErr) {
   const Record record(store, tables::ospf_area);
   Buffer buffer(256);
   EXPECT_EQ(record.call<WriterCr>("record_marshal_cr")(store, record, buffer.data(), 42), failed);
-  EXPECT_EQ(store.handle()->cr_err, 90u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_ROOM);
   store.handle()->cr_err = 0;
   EXPECT_EQ(record.call<WriterCr>("record_print_cr")(store, record, buffer.data(), 64), failed);
-  EXPECT_EQ(store.handle()->cr_err, 90u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_ROOM);
   store.handle()->cr_err = 0;
   const Failing failing("u_int32_to_xml", 5);
   EXPECT_EQ(record.call<WriterCr>("record_toxml_cr")(store, record, buffer.data(), 256), failed);

@@ -83,7 +83,7 @@ TEST(RecordFields, ANullObjectIsRefused) {
   tbl_ospf_area_ospf_area_set_field(store, 0, store.record, held);
   tbl_ospf_area_ospf_area_free_and_set_field(store, 0, store.record, nullptr);
   EXPECT_EQ(store.held(), held);
-  EXPECT_EQ(store.last_error(), 22);
+  EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
 }
 
 TEST(RecordFields, SetOverwritesAnOldObjectWithoutDestroyingIt) {

@@ -193,8 +193,8 @@ TEST(Record, ACrCreateWithoutMemoryGivesTheNullRecord) {
   store.fail_allocation(0);
   auto *null_record = tbl_ospf_area_record_create_cr(store, 0);
   ASSERT_NE(null_record, nullptr);
-  EXPECT_EQ(store.last_error(), 12);
-  EXPECT_EQ(store.handle()->cr_err, 12u);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(store.handle()->cr_create, 0u);
   EXPECT_EQ(shell(null_record)->ref_word, 0u);
   EXPECT_EQ(shell(null_record)->header.tinfo, nullptr);
@@ -278,8 +278,8 @@ TEST(Record, TheHighByteOfTheReferenceWordGoesWithTheFirstChange) {
 TEST(Record, AReferenceOnANullRecordGives2) {
   Store store;
   EXPECT_EQ(tbl_ospf_area_record_add_ref(store, 0, nullptr, &store.err), 0u);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
 }
 
 TEST(RecordDeathTest, AFullReferenceCountRefusesAnother) {

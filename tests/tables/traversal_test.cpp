@@ -248,7 +248,7 @@ TEST(Traversal, AFailureOfTheCacheDoesNotStopTheStep) {
   const Record a = areas.inserted(1);
   const Failing failing("kelprepl_add_to_cache", 12);
   EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_first(areas, 0, areas.table, &areas.err), a);
-  EXPECT_EQ(areas.err, 12u);
+  EXPECT_EQ(areas.err, KELP_ERR_NO_MEMORY);
 }
 
 TEST(Traversal, AStepAsksForTheTenantBeforeTheNeighbour) {
@@ -400,7 +400,7 @@ TEST(Traversal, TheCrSelectorRefusesAnotherOperationAndLeavesTheWord) {
   const TraceLog traced;
   EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_cr(areas, areas.table, 4, nullptr, 1, 0), nullptr);
   EXPECT_EQ(areas.handle()->cr_err, 0u);
-  EXPECT_EQ(areas.last_error(), 22);
+  EXPECT_EQ(areas.last_error(), KELP_ERR_INVALID);
   EXPECT_EQ(traced.texts(), std::vector<std::string>{"invalid record get flag 4"});
   EXPECT_TRUE(traced.has(3, "invalid record get flag 4"));
 }

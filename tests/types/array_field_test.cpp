@@ -211,8 +211,8 @@ TEST(ArrayFieldGet, AnEmptyArrayHasNoElement) {
   LinkTlv tlv;
   EXPECT_EQ(ospfv2_link_tlv_local_if_ipv4_addr_get(tlv.store, 0, tlv.object, 0, &tlv.store.err),
             nullptr);
-  EXPECT_EQ(tlv.store.err, 2u);
-  EXPECT_EQ(tlv.store.last_error(), 2);
+  EXPECT_EQ(tlv.store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(tlv.store.last_error(), KELP_ERR_NOT_FOUND);
 }
 
 TEST(ArrayFieldGetValue, TestsErrorWordAndVariantTwice) {
@@ -583,9 +583,10 @@ TEST(ArrayFieldSetCr, UsesTheHandlesSpaceAndErrorWord) {
   for (const auto &write : watch.writes()) EXPECT_EQ(write.space_id, 23u);
 
   network.store.fail_allocation(0);
-  EXPECT_EQ(ospfv2_network_attached_router_set_cr(handle, network.object, 2, 9), 12u);
-  EXPECT_EQ(handle->cr_err, 12u);
-  EXPECT_EQ(ospfv2_network_attached_router_set_cr(handle, network.object, 0, 9), 12u)
+  EXPECT_EQ(ospfv2_network_attached_router_set_cr(handle, network.object, 2, 9),
+            KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(handle->cr_err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(ospfv2_network_attached_router_set_cr(handle, network.object, 0, 9), KELP_ERR_NO_MEMORY)
       << "a failure stands";
   EXPECT_EQ(network.content(), (Words{0, 9}));
   handle->cr_err = 0;
@@ -1001,8 +1002,8 @@ TEST(AddressArray, AFailedAllocationLeavesTheArrayAsItWas) {
   void *const block = store_of(tlv.object, local_addresses);
   tlv.store.fail_allocation(0);
   tlv.set(1, 2);
-  EXPECT_EQ(tlv.store.err, 12u);
-  EXPECT_EQ(tlv.store.last_error(), 12);
+  EXPECT_EQ(tlv.store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(tlv.store.last_error(), KELP_ERR_NO_MEMORY);
   tlv.store.err = 0;
   EXPECT_EQ(store_of(tlv.object, local_addresses), block);
   EXPECT_EQ(count_of(tlv.object, local_addresses), 1u);

@@ -151,8 +151,8 @@ TEST(ChoiceSet, AnUntrackedChoiceFailsWithArmAndSelectorSet) {
   kelp_vstring *key = choice.text("chain");
   TraceLog trace;
   ospf_authentication_key_chain_set(tracking, 0, choice.object, key, &choice.store.err);
-  EXPECT_EQ(choice.store.err, 22u);
-  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), 22);
+  EXPECT_EQ(choice.store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), KELP_ERR_INVALID);
   EXPECT_EQ(trace.texts(), (Names{not_tracked}));
   EXPECT_TRUE(trace.has(3, not_tracked));
   EXPECT_EQ(choice.arm(fields::key_chain), key);
@@ -236,16 +236,16 @@ TEST(ChoiceVariant, ALaterArmIsRefusedToReadersAndMovesTheObjectUpForWriters) {
   choice.store.set_variant("ospf_authentication", 0);
   early = ospf_authentication_create(choice.store, 0);
   EXPECT_EQ(ospf_authentication_no_auth_get(choice.store, 0, early, &choice.store.err), nullptr);
-  EXPECT_EQ(choice.store.err, 43u);
+  EXPECT_EQ(choice.store.err, KELP_ERR_EPOCH);
   choice.store.err = 0;
 
   std::uint32_t *arm = u_int32_create(choice.store, 0);
   ospf_authentication_no_auth_set(choice.store, 0, early, arm, &choice.store.err);
-  EXPECT_EQ(choice.store.err, 43u) << "the domain keeps the object below the arm";
+  EXPECT_EQ(choice.store.err, KELP_ERR_EPOCH) << "the domain keeps the object below the arm";
   choice.store.err = 0;
   EXPECT_EQ(ospf_authentication_no_auth_get_detach(choice.store, 0, early, &choice.store.err),
             nullptr);
-  EXPECT_EQ(choice.store.err, 43u);
+  EXPECT_EQ(choice.store.err, KELP_ERR_EPOCH);
   choice.store.err = 0;
 
   kelp_handle_clear_variant(choice.store, "ospf_authentication");
@@ -363,8 +363,8 @@ TEST(ChoiceDetach, AnUntrackedChoiceLosesTheArmAndGivesNothing) {
   TraceLog trace;
   EXPECT_EQ(ospf_authentication_key_chain_get_detach(tracking, 0, choice.object, &choice.store.err),
             nullptr);
-  EXPECT_EQ(choice.store.err, 22u);
-  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), 22);
+  EXPECT_EQ(choice.store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), KELP_ERR_INVALID);
   EXPECT_EQ(trace.texts(), (Names{not_tracked}));
   EXPECT_TRUE(trace.has(3, not_tracked));
   EXPECT_EQ(choice.arm(fields::key_chain), nullptr);

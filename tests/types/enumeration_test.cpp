@@ -175,9 +175,9 @@ TEST(EnumerationGetValue, OfNullFailsOnce) {
     store.err = 0;
     CallLog calls;
     EXPECT_EQ(values.get_value(store, space, nullptr, &store.err), 0u);
-    EXPECT_EQ(store.err, 22u);
+    EXPECT_EQ(store.err, KELP_ERR_INVALID);
     EXPECT_EQ(calls.calls(), (std::vector<std::string>{"kelp_clear_last_error", "kelp_store_err"}));
-    EXPECT_EQ(store.last_error(), 22);
+    EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
   }
 }
 
@@ -230,7 +230,7 @@ TEST(EnumerationSetValue, RefusesWhatTheVariantDoesNotKnowWithoutStoringAnError)
       WriteWatch watch(store);
       store.err = 0;
       values.set_value(store, space, object, value, &store.err);
-      EXPECT_EQ(store.err, 43u) << value;
+      EXPECT_EQ(store.err, KELP_ERR_EPOCH) << value;
       EXPECT_EQ(light::enumeration(object)->value, held);
       EXPECT_TRUE(watch.writes().empty());
       EXPECT_EQ(light::stored(calls), refusal);
@@ -273,7 +273,7 @@ TEST(EnumerationSetValue, AddressFamilyTakesOneAndRefusesTwo) {
   Store store;
   address_family *object = address_family_create(store, space);
   address_family_set_value(store, space, object, 2, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(light::enumeration(object)->value, 0u);
   store.err = 0;
   address_family_set_value(store, space, object, 1, &store.err);
@@ -287,14 +287,14 @@ TEST(EnumerationSetValue, AuthTypeNoneNeedsVariantOne) {
   store.set_variant("ospf_auth_type", 0);
   ospf_auth_type *object = ospf_auth_type_create(store, space);
   ospf_auth_type_set_value(store, space, object, 3, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   store.err = 0;
   light::header(object)->variant = 1;
   ospf_auth_type_set_value(store, space, object, 3, &store.err);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(light::enumeration(object)->value, 3u);
   ospf_auth_type_set_value(store, space, object, 4, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(light::enumeration(object)->value, 3u);
   ospf_auth_type_destroy(store, space, object);
 }
@@ -309,7 +309,7 @@ TEST(EnumerationSetValue, NeighbourStateTakesTheUnnamedZeroAndRefusesNine) {
   nbr_state_type_set_value(store, space, object, 8, &store.err);
   EXPECT_EQ(store.err, 0u);
   nbr_state_type_set_value(store, space, object, 9, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(light::enumeration(object)->value, 8u);
   nbr_state_type_destroy(store, space, object);
 }
@@ -350,7 +350,7 @@ TEST(EnumerationSet, RefusesByTheDestinationsVariantAndLeavesItAlone) {
     store.err = 0;
     CallLog calls(store);
     values.set(store, space, destination, &source, &store.err);
-    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(store.err, KELP_ERR_EPOCH);
     EXPECT_EQ(calls.count("write_notify"), 0u);
     EXPECT_EQ(light::stored(calls), refusal);
     EXPECT_EQ(std::memcmp(destination, before.data(), 16), 0);
@@ -404,7 +404,7 @@ TEST(EnumerationIsValid, CountsNegativeValuesAsValidThoughSetRefusesThem) {
     void *object = values.life.create(store, space);
     store.err = 0;
     values.set_value(store, space, object, 0xFFFFFFFF, &store.err);
-    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(store.err, KELP_ERR_EPOCH);
     values.life.destroy(store, space, object);
   }
 }

@@ -190,16 +190,16 @@ TEST(FlagSetGetValue, OfABitBeyondTheSetOrOfNullFails) {
     CallLog calls;
     store.err = 0;
     EXPECT_EQ(bits.get_value(store, space, &object, bits.count, &store.err), 0u);
-    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(store.err, KELP_ERR_EPOCH);
     EXPECT_EQ(light::stored(calls), refusal);
     calls.clear();
     store.err = 0;
     EXPECT_EQ(bits.get_value(store, space, nullptr, 0, &store.err), 0u);
-    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(store.err, KELP_ERR_EPOCH);
     EXPECT_EQ(light::stored(calls), refusal);
     store.handle()->cr_err = 0;
     EXPECT_EQ(bits.get_cr(store, nullptr, 0), 0u);
-    EXPECT_EQ(store.handle()->cr_err, 43u);
+    EXPECT_EQ(store.handle()->cr_err, KELP_ERR_EPOCH);
   }
 }
 
@@ -265,13 +265,13 @@ TEST(FlagSetSetValue, OfABitBeyondTheSetFailsAtVariantZero) {
     CallLog calls(store);
     store.err = 0;
     bits.set_value(store, space, object, bits.count, 1, &store.err);
-    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(store.err, KELP_ERR_EPOCH);
     EXPECT_EQ(light::flags(object)->flags, 0);
     EXPECT_EQ(calls.count("write_notify"), 0u);
     EXPECT_EQ(light::stored(calls), refusal);
     store.err = 0;
     bits.set_value(store, space, nullptr, bits.count, 1, &store.err);
-    EXPECT_EQ(store.err, 43u) << "a null object is at variant 0";
+    EXPECT_EQ(store.err, KELP_ERR_EPOCH) << "a null object is at variant 0";
     bits.life.destroy(store, space, object);
   }
 }
@@ -324,7 +324,7 @@ TEST(FlagSetSetCr, GivesTheChainsErrorAndWorksInItsSpace) {
     EXPECT_EQ(light::flags(object)->flags, 2);
     ASSERT_EQ(watch.writes().size(), 1u);
     EXPECT_EQ(watch.writes()[0].space_id, 31u);
-    EXPECT_EQ(bits.set_cr(store, object, bits.count, 1), 43u);
+    EXPECT_EQ(bits.set_cr(store, object, bits.count, 1), KELP_ERR_EPOCH);
     store.handle()->cr_err = 0;
     bits.life.destroy(store, space, object);
   }

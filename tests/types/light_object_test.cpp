@@ -130,8 +130,8 @@ TEST(LightCreate, OfAChainWithoutMemoryGivesTheNullObjectAndStoresTwelve) {
     void *object = family.create_cr(store);
     ASSERT_NE(object, nullptr);
     EXPECT_EQ(light::header(object)->tinfo, nullptr);
-    EXPECT_EQ(store.last_error(), 12);
-    EXPECT_EQ(store.handle()->cr_err, 12u);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+    EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_MEMORY);
     EXPECT_EQ(store.handle()->cr_create, 0u);
   }
 }

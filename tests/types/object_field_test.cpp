@@ -86,13 +86,13 @@ TEST(ObjectField, ASetErrorWordLeavesEverythingAlone) {
   ip_address address_source = ip_address_make_ipv4(1);
   {
     CallLog log(store);
-    store.err = 90;
+    store.err = KELP_ERR_NO_ROOM;
     EXPECT_EQ(ospf_neighbor_stats_get(store, 0, neighbor.object, &store.err), nullptr);
     EXPECT_EQ(ospf_neighbor_address_get(store, 0, neighbor.object, &store.err), nullptr);
     ospf_neighbor_stats_set(store, 0, neighbor.object, source, &store.err);
     ospf_neighbor_address_set(store, 0, neighbor.object, &address_source, &store.err);
     EXPECT_TRUE(log.calls().empty());
-    EXPECT_EQ(store.err, 90u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   }
   ospf_nbr_stat_destroy(store, 0, source);
 }
@@ -101,14 +101,14 @@ TEST(ObjectField, AFieldThatTheVariantLacksGives43AndIsNotWritten) {
   Neighbor neighbor(KELP_TRACKING_ABSENT, 0);
   Store &store = neighbor.store;
   EXPECT_EQ(ospf_neighbor_stats_get(store, 0, neighbor.object, &store.err), nullptr);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   store.err = 0;
   ospf_nbr_stat *source = ospf_nbr_stat_create(store, 0);
   ospf_nbr_stat_nbr_event_count_set_value(store, 0, source, 4, &store.err);
   {
     WriteWatch watch(store);
     ospf_neighbor_stats_set(store, 0, neighbor.object, source, &store.err);
-    EXPECT_EQ(store.err, 43u);
+    EXPECT_EQ(store.err, KELP_ERR_EPOCH);
     EXPECT_TRUE(watch.writes().empty());
   }
   store.err = 0;
@@ -129,7 +129,7 @@ TEST(ObjectField, AnUntrackedSourceFailsWithItsBytesCopiedAndTheFieldMarked) {
   ospf_nbr_stat_nbr_event_count_set_value(plain, 0, source, 4, &store.err);
   TraceLog trace;
   ospf_neighbor_stats_set(store, 0, neighbor.object, source, &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_EQ(trace.texts(), (Names{"The object is not state tracked"}));
   void *stored = place(neighbor.object, types::ospf_neighbor, stats);
   EXPECT_EQ(at<std::uint32_t>(stored, model::offset(types::ospf_nbr_stat,
@@ -143,7 +143,7 @@ TEST(ObjectField, AFailedWriteIsMarkedAllTheSame) {
   Neighbor neighbor(KELP_TRACKING_ON);
   Store &store = neighbor.store;
   ospf_neighbor_address_set(store, 0, neighbor.object, nullptr, &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_EQ(neighbor.state(address), 2);
 }
 
@@ -154,7 +154,7 @@ TEST(ObjectField, AnUntrackedOwnerTakesTheContentAndFails) {
   ip_address source = ip_address_make_ipv4(7);
   TraceLog trace;
   ospf_neighbor_dr_set(tracking, 0, neighbor.object, &source, &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_EQ(trace.texts(), (Names{"The object is not state tracked"}));
   store.err = 0;
   EXPECT_EQ(

@@ -166,10 +166,10 @@ TEST(GetByRef, AFieldOfALaterVariantIsRefused) {
   store.set_variant("ospf_area", 0);
   ospf_area *area = ospf_area_create(store, 0);
   EXPECT_EQ(ospf_area_area_scope_lsas_get_by_ref(store, 0, area, &store.err), nullptr);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   store.err = 0;
   EXPECT_EQ(ospf_area_area_scope_lsas_get_by_ref_cr(store, area), nullptr);
-  EXPECT_EQ(store.handle()->cr_err, 43u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_EPOCH);
   store.handle()->cr_err = 0;
   ospf_area_destroy(store, 0, area);
 }
@@ -472,8 +472,8 @@ TEST(SetByRef, AnUntrackedObjectTakesTheReferenceAndFails) {
   kelp_handle *tracking = area.store.another_handle({.tracking = KELP_TRACKING_ON});
   TraceLog trace;
   ospf_area_interfaces_set_by_ref(tracking, 0, area.object, table, &area.store.err);
-  EXPECT_EQ(area.store.err, 22u);
-  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), 22);
+  EXPECT_EQ(area.store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), KELP_ERR_INVALID);
   EXPECT_TRUE(trace.has(3, "The object is not state tracked"));
   EXPECT_EQ(table.references(), 1);
   area.store.err = 0;
@@ -497,7 +497,7 @@ TEST(SetByRef, AnObjectBelowTheFloorMovesUpWhereTheDomainLetsIt) {
   ospf_area *area = ospf_area_create(store, 0);
   Table table(store, _tbl_area_scope_lsas_table_type_info_internal);
   ospf_area_area_scope_lsas_set_by_ref(store, 0, area, table, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(table.references(), -1);
   store.err = 0;
   kelp_handle_clear_variant(store, "ospf_area");
@@ -521,8 +521,8 @@ TEST(SetByRefCr, UsesTheHandlesSpaceAndErrorWord) {
     ASSERT_EQ(watch.writes().size(), 1u);
     EXPECT_EQ(watch.writes()[0].space_id, 23u);
   }
-  EXPECT_EQ(ospf_area_interfaces_set_by_ref_cr(handle, area.object, other), 22u);
-  EXPECT_EQ(handle->cr_err, 22u);
+  EXPECT_EQ(ospf_area_interfaces_set_by_ref_cr(handle, area.object, other), KELP_ERR_INVALID);
+  EXPECT_EQ(handle->cr_err, KELP_ERR_INVALID);
   handle->cr_err = 0;
   EXPECT_EQ(ospf_area_interfaces_set_by_ref_cr(handle, area.object, nullptr), 0u);
   EXPECT_EQ(table.references(), 0);
@@ -672,7 +672,7 @@ TEST(GetObjectReferences, ATypeWithoutReferencesOnlyTestsItsEntry) {
   EXPECT_EQ(store.err, 0u);
   EXPECT_TRUE(trace.empty());
   ospfv2_link_tlv_get_object_references(store, 0, nullptr, nullptr, 0, &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_FALSE(trace.empty());
   ospfv2_link_tlv_destroy(store, 0, tlv);
 }

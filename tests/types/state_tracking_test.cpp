@@ -65,7 +65,7 @@ TEST(StateFlag, AnEarlierFailureStandsAndTheLastErrorIsNeverCleared) {
   CallLog log(area.store);
   EXPECT_EQ(ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err), 7);
   EXPECT_TRUE(log.calls().empty());
-  area.store.err = 90;
+  area.store.err = KELP_ERR_NO_ROOM;
   EXPECT_EQ(ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err), 0);
   ospf_area_area_id_state_flag_set(area.store, 0, area.object, 1, &area.store.err);
   EXPECT_TRUE(log.calls().empty());
@@ -91,11 +91,11 @@ TEST(StateFlag, SwitchedOffTrackingFailsWithoutAMessage) {
   area.states()[0] = 9;
   TraceLog trace;
   EXPECT_EQ(ospf_area_area_id_state_flag_get(off, 0, area.object, &area.store.err), 0);
-  EXPECT_EQ(area.store.err, 22u);
-  EXPECT_EQ(kelp_handle_last_error(off, nullptr), 22);
+  EXPECT_EQ(area.store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(kelp_handle_last_error(off, nullptr), KELP_ERR_INVALID);
   area.store.err = 0;
   ospf_area_area_id_state_flag_set(off, 0, area.object, 4, &area.store.err);
-  EXPECT_EQ(area.store.err, 22u);
+  EXPECT_EQ(area.store.err, KELP_ERR_INVALID);
   EXPECT_EQ(area.states()[0], 9);
   EXPECT_TRUE(trace.empty());
 }
@@ -107,10 +107,10 @@ TEST(StateFlag, AnUntrackedObjectFailsWithTheMessageOfReadersOrOfWriters) {
     TraceLog trace;
     CallLog log(handle);
     EXPECT_EQ(ospf_area_area_id_state_flag_get(handle, 0, area.object, &area.store.err), 0);
-    EXPECT_EQ(area.store.err, 22u);
+    EXPECT_EQ(area.store.err, KELP_ERR_INVALID);
     area.store.err = 0;
     ospf_area_area_id_state_flag_set(handle, 0, area.object, 4, &area.store.err);
-    EXPECT_EQ(area.store.err, 22u);
+    EXPECT_EQ(area.store.err, KELP_ERR_INVALID);
     EXPECT_EQ(log.calls(), (Names{"kelp_store_err", "kelp_store_err"}));
     EXPECT_EQ(trace.texts(), (Names{non_tracked, not_tracked}));
     EXPECT_EQ(trace.messages()[0].level, 3u);
@@ -141,7 +141,7 @@ TEST(StateFlag, ReadingTestsNoVariantAndWritingDoes) {
   EXPECT_EQ(ospf_area_area_scope_lsas_state_flag_get(store, 0, object, &store.err), 0);
   EXPECT_EQ(store.err, 0u);
   ospf_area_area_scope_lsas_state_flag_set(store, 0, object, 6, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(area(object, types::ospf_area)[2], 0);
   store.err = 0;
   store.set_variant("ospf_area", 1);
@@ -200,12 +200,12 @@ TEST(ArrayStateFlag, AnIndexAtTheCountIsRefused) {
   Store &store = network.store;
   EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 3, &store.err),
             0);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   store.err = 0;
   CallLog log(store);
   ospfv2_network_attached_router_state_flag_set(store, 0, network.object, 3, 1, &store.err);
-  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
   EXPECT_EQ(log.calls(), (Names{"kelp_store_err"}));
 }
 
@@ -243,8 +243,8 @@ TEST(ArrayStateFlag, AnotherCountThanTheArraysIsRefused) {
     store.err = 0;
     ospfv2_network_attached_router_state_flag_set_arr(store, 0, network.object, source, count,
                                                       &store.err);
-    EXPECT_EQ(store.err, 2u);
-    EXPECT_EQ(store.last_error(), 2);
+    EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+    EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
     EXPECT_EQ(network.states()[0], 0);
   }
 }
@@ -258,7 +258,7 @@ TEST(ArrayStateFlag, EachFormHasTheGate) {
   std::uint64_t out = 1;
   const auto run = [&](kelp_handle *handle) {
     const auto expect_refused = [&] {
-      EXPECT_EQ(store.err, 22u);
+      EXPECT_EQ(store.err, KELP_ERR_INVALID);
       store.err = 0;
     };
     ospfv2_network_attached_router_state_flag_whole_get(handle, 0, object, &store.err);

@@ -157,8 +157,8 @@ TEST(StructureCreate, WithoutMemoryAChainGetsTheNullObject) {
   ospf_area *null_object = ospf_area_create_cr(store);
   ASSERT_NE(null_object, nullptr);
   EXPECT_EQ(header(null_object).tinfo, nullptr);
-  EXPECT_EQ(store.last_error(), 12);
-  EXPECT_EQ(store.handle()->cr_err, 12u);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(store.handle()->cr_create, 0u);
   ospf_area_destroy(store, 0, null_object);
   ospf_area_destroy_cr(store, null_object);
@@ -167,14 +167,14 @@ TEST(StructureCreate, WithoutMemoryAChainGetsTheNullObject) {
 
 TEST(StructureCreate, AFailedChainAllocatesNothing) {
   Store store;
-  store.handle()->cr_err = 22;
+  store.handle()->cr_err = KELP_ERR_INVALID;
   CallLog log(store);
   ospf_area *null_object = ospf_area_create_cr(store);
   ASSERT_NE(null_object, nullptr);
   EXPECT_EQ(header(null_object).tinfo, nullptr);
   EXPECT_EQ(log.calls(), (Names{"xlog_module_init_fn"}));
   EXPECT_EQ(store.handle()->cr_create, 0u);
-  EXPECT_EQ(store.handle()->cr_err, 22u);
+  EXPECT_EQ(store.handle()->cr_err, KELP_ERR_INVALID);
   store.handle()->cr_err = 0;
 }
 
@@ -214,11 +214,11 @@ ospf_area *zeroed_area() {
 TEST(StructureInitialize, AnEarlierFailureStands) {
   Store store;
   ospf_area *area = zeroed_area();
-  std::uint32_t err = 90;
+  std::uint32_t err = KELP_ERR_NO_ROOM;
   CallLog log(store);
   ospf_area_initialize(store, 0, area, &_ospf_area_type_info_internal, 1, 0, 0, nullptr, &err);
   EXPECT_TRUE(log.calls().empty());
-  EXPECT_EQ(err, 90u);
+  EXPECT_EQ(err, KELP_ERR_NO_ROOM);
   EXPECT_EQ(header(area).tinfo, nullptr);
 }
 
@@ -255,8 +255,8 @@ TEST(StructureInitialize, ANestedObjectWithoutABaseFailsUnderATrackingHandle) {
   TraceLog trace;
   ospf_area_initialize(store, 0, area, &_ospf_area_type_info_internal, 1, 0, OBJ_NESTED, nullptr,
                        &store.err);
-  EXPECT_EQ(store.err, 22u);
-  EXPECT_EQ(store.last_error(), 22);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
   EXPECT_EQ(flags_of(area), OBJ_NESTED | OBJ_STATE_TRACKED);
   ASSERT_EQ(trace.messages().size(), 1u);
   EXPECT_TRUE(trace.has(3,

@@ -400,7 +400,7 @@ TEST(StructureBulk, ARefusedEnumerationStopsWhatFollows) {
   Store store;
   OWNED(ospf_interface, object);
   set_interface(store, object, 4);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(field<std::uint16_t>(object, types::ospf_interface, fields::ospf_interface::cost), 0);
   EXPECT_EQ(field<std::uint8_t>(object, types::ospf_interface, fields::ospf_interface::priority),
             0);
@@ -409,14 +409,14 @@ TEST(StructureBulk, ARefusedEnumerationStopsWhatFollows) {
 TEST(StructureBulk, AnEarlierFailureStands) {
   Store store;
   OWNED(ospf_interface, object);
-  store.err = 12;
+  store.err = KELP_ERR_NO_MEMORY;
   CallLog log(store);
   Interface read;
   read.get(store, object);
   set_interface(store, object, 1);
   EXPECT_EQ(read.network_type, 77u);
   EXPECT_TRUE(log.calls().empty());
-  EXPECT_EQ(store.err, 12u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
 }
 
 TEST(StructureBulk, ANullObjectReadsAsZeroes) {

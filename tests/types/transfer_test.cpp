@@ -86,13 +86,13 @@ TEST(TransferSet, OntoItselfOnlyTheVariantIsAdjusted) {
 
 TEST(TransferSet, ASetErrorWordStopsNothing) {
   SubTlvs tlvs;
-  tlvs.store.err = 90;
+  tlvs.store.err = KELP_ERR_NO_ROOM;
   CallLog log(tlvs.store);
   ospfv2_unknown_sub_tlv_set(tlvs.store, 0, tlvs.to, tlvs.from, &tlvs.store.err);
   EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
   EXPECT_EQ(SubTlvs::count(tlvs.to), 3u);
   EXPECT_EQ(SubTlvs::count(tlvs.from), 0u);
-  EXPECT_EQ(tlvs.store.err, 90u);
+  EXPECT_EQ(tlvs.store.err, KELP_ERR_NO_ROOM);
 }
 
 TEST(TransferSet, TheHeaderComesAlong) {
@@ -210,8 +210,8 @@ TEST(TransferState, AnUntrackedSourceFailsAfterTheCopy) {
   area(to, types::ospf_area)[0] = 5;
   TraceLog trace;
   ospf_area_set(tracking, 0, to, from, &store.err);
-  EXPECT_EQ(store.err, 22u);
-  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), 22);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), KELP_ERR_INVALID);
   EXPECT_EQ(trace.texts(), (Names{"The object is not state tracked"}));
   EXPECT_EQ(trace.messages()[0].level, 3u);
   EXPECT_EQ(at<std::uint32_t>(to, model::offset(types::ospf_area, fields::ospf_area::area_id)),
@@ -225,7 +225,7 @@ TEST(TransferState, AnUntrackedSourceKeepsItsPointersSoThatBothHoldThem) {
   SubTlvs tlvs;
   kelp_handle *tracking = tlvs.store.another_handle({.tracking = KELP_TRACKING_ON});
   ospfv2_unknown_sub_tlv_set(tracking, 0, tlvs.to, tlvs.from, &tlvs.store.err);
-  EXPECT_EQ(tlvs.store.err, 22u);
+  EXPECT_EQ(tlvs.store.err, KELP_ERR_INVALID);
   EXPECT_EQ(SubTlvs::octets(tlvs.to), SubTlvs::octets(tlvs.from));
   EXPECT_EQ(SubTlvs::count(tlvs.from), 3u);
   SubTlvs::octets(tlvs.to) = nullptr;
@@ -533,12 +533,12 @@ TEST(TransferOffsets, TheErrorWordIsPassedThrough) {
   ospf_neighbor *object = ospf_neighbor_create(store, 0);
   void *stats = place(object, types::ospf_neighbor, fields::ospf_neighbor::stats);
   const std::uint32_t distance = kelplib_get_sttr_offset(store, 0, stats);
-  std::uint32_t err = 90;
+  std::uint32_t err = KELP_ERR_NO_ROOM;
   CallLog log(store);
   ospf_neighbor_offset_remove(store, 0, object, &err);
   EXPECT_EQ(log.calls(), (Names{"kelp_hd_mapping_destroy"}));
   EXPECT_EQ(kelplib_get_sttr_offset(store, 0, stats), distance);
-  EXPECT_EQ(err, 90u);
+  EXPECT_EQ(err, KELP_ERR_NO_ROOM);
   ospf_neighbor_destroy(store, 0, object);
 }
 

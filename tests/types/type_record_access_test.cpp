@@ -52,7 +52,7 @@ TEST(GetLuid, GivesTheRecordsIdentity) {
 TEST(GetLuid, HandsOnTheFailure) {
   harness::Store store;
   EXPECT_EQ(address_family_get_luid(store, 7, nullptr, &store.err), nullptr);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
 }
 
 TEST(AdjustVariant, BringsTheObjectUpToTheDomain) {
@@ -134,11 +134,11 @@ TEST(ReferenceQuestions, ANullObjectIsToldAndFails) {
     harness::TraceLog traced;
     store.err = 0;
     EXPECT_EQ(family.get_oid_count(store, 7, nullptr, &store.err), 0u);
-    EXPECT_EQ(store.err, 22u);
+    EXPECT_EQ(store.err, KELP_ERR_INVALID);
     store.err = 0;
     family.get_object_references(store, 7, nullptr, nullptr, 0, &store.err);
-    EXPECT_EQ(store.err, 22u);
-    EXPECT_EQ(store.last_error(), 22);
+    EXPECT_EQ(store.err, KELP_ERR_INVALID);
+    EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
     EXPECT_EQ(calls.calls(), (std::vector<std::string>{"kelp_store_err", "kelp_store_err"}));
     EXPECT_TRUE(traced.has(3, "Invalid object passed in to get object oid count"));
     EXPECT_TRUE(traced.has(3, "Cannot get table references. Invalid object passed on"));

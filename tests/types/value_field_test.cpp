@@ -73,7 +73,7 @@ TEST(ValueField, ASetErrorWordLeavesEverythingAlone) {
   Store &store = interface.store;
   ospf_interface *object = interface.object;
   const std::uint16_t source = 9;
-  store.err = 90;
+  store.err = KELP_ERR_NO_ROOM;
   CallLog log(store);
   EXPECT_EQ(ospf_interface_cost_get(store, 0, object, &store.err), nullptr);
   EXPECT_EQ(ospf_interface_cost_get_value(store, 0, object, &store.err), 0);
@@ -82,7 +82,7 @@ TEST(ValueField, ASetErrorWordLeavesEverythingAlone) {
   ospf_interface_cost_set_value(store, 0, object, 9, &store.err);
   ospf_interface_network_type_set_value(store, 0, object, 1, &store.err);
   EXPECT_TRUE(log.calls().empty());
-  EXPECT_EQ(store.err, 90u);
+  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_EQ(interface.state(cost), 0);
 }
 
@@ -91,10 +91,10 @@ TEST(ValueField, ReadingAFieldThatTheVariantLacksGives43) {
   Store &store = interface.store;
   CallLog log(store);
   EXPECT_EQ(ospf_interface_priority_get(store, 0, interface.object, &store.err), nullptr);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   store.err = 0;
   EXPECT_EQ(ospf_interface_priority_get_value(store, 0, interface.object, &store.err), 0);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(log.count("kelp_store_epoch_err"), 2u);
   EXPECT_EQ(header(interface.object).variant, 0);
 }
@@ -103,7 +103,7 @@ TEST(ValueField, ASetterFirstMovesTheObjectUp) {
   Interface interface(KELP_TRACKING_ABSENT, 0);
   Store &store = interface.store;
   ospf_interface_priority_set_value(store, 0, interface.object, 5, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(at<std::uint8_t>(interface.object, model::offset(types::ospf_interface, priority)), 0);
   store.err = 0;
   store.set_variant("ospf_interface", 1);
@@ -124,11 +124,11 @@ TEST(ValueField, ANullObjectReadsAsZeroWithoutAFailure) {
 TEST(ValueField, SettingAValueOfANullObjectGives2) {
   Store store({.tracking = KELP_TRACKING_ON});
   ospf_interface_cost_set_value(store, 0, nullptr, 9, &store.err);
-  EXPECT_EQ(store.err, 2u);
-  EXPECT_EQ(store.last_error(), 2);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   store.err = 0;
   ospf_interface_network_type_set_value(store, 0, nullptr, 1, &store.err);
-  EXPECT_EQ(store.err, 2u);
+  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
 }
 
 TEST(ValueField, ExactlyTheBytesThatChangeAreAnnounced) {
@@ -184,7 +184,7 @@ TEST(ValueField, ARefusedEnumerationKeepsItsValueAndIsMarkedAllTheSame) {
   Interface interface(KELP_TRACKING_ON);
   Store &store = interface.store;
   ospf_interface_network_type_set_value(store, 0, interface.object, 4, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(interface.type_word(), 0u);
   EXPECT_EQ(interface.state(network_type), 2);
 
@@ -193,7 +193,7 @@ TEST(ValueField, ARefusedEnumerationKeepsItsValueAndIsMarkedAllTheSame) {
   at<std::uint32_t>(source, model::enumeration_value_offset) = 4;
   WriteWatch watch(second.store);
   ospf_interface_network_type_set(second.store, 0, second.object, source, &second.store.err);
-  EXPECT_EQ(second.store.err, 43u);
+  EXPECT_EQ(second.store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(second.type_word(), 0u);
   EXPECT_EQ(second.state(network_type), 2);
   EXPECT_EQ(watch.writes().size(), 1u);
@@ -204,7 +204,7 @@ TEST(ValueField, AFailedWriteIsMarkedAllTheSame) {
   Interface interface(KELP_TRACKING_ON);
   Store &store = interface.store;
   ospf_interface_cost_set(store, 0, interface.object, nullptr, &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_EQ(interface.state(cost), 2);
 }
 
@@ -213,7 +213,7 @@ TEST(ValueField, ALaterVariantOfAnEnumerationTakesItsLaterValue) {
   store.set_variant("ospf_auth_type", 0);
   ospf_authentication *object = ospf_authentication_create(store, 0);
   ospf_authentication_auth_type_selection_set_value(store, 0, object, 3, &store.err);
-  EXPECT_EQ(store.err, 43u);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   store.err = 0;
   store.set_variant("ospf_auth_type", 1);
   ospf_authentication_auth_type_selection_set_value(store, 0, object, 3, &store.err);
@@ -266,15 +266,15 @@ TEST(ValueField, AnUntrackedObjectTakesTheValueAndFails) {
   kelp_handle *tracking = store.another_handle({.tracking = KELP_TRACKING_ON});
   TraceLog trace;
   ospf_interface_cost_set_value(tracking, 0, interface.object, 9, &store.err);
-  EXPECT_EQ(store.err, 22u);
-  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), 22);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
+  EXPECT_EQ(kelp_handle_last_error(tracking, nullptr), KELP_ERR_INVALID);
   EXPECT_EQ(trace.texts(), (Names{"The object is not state tracked"}));
   EXPECT_EQ(trace.messages()[0].level, 3u);
   store.err = 0;
   EXPECT_EQ(ospf_interface_cost_get_value(store, 0, interface.object, &store.err), 9);
   const std::uint16_t source = 10;
   ospf_interface_cost_set(tracking, 0, interface.object, &source, &store.err);
-  EXPECT_EQ(store.err, 22u);
+  EXPECT_EQ(store.err, KELP_ERR_INVALID);
   store.err = 0;
   EXPECT_EQ(ospf_interface_cost_get_value(store, 0, interface.object, &store.err), 10);
 }

@@ -73,7 +73,7 @@ TEST_P(AccessorResults, AreEmptyUnderASetErrorWord) {
     for (const emit::Function &function : emit::unit_of(*type).functions) {
       if (!is_accessor(function, *type)) continue;
       ++tried;
-      std::uint32_t err = 7;
+      std::uint32_t err = KELP_ERR_TOO_LONG;
       const bool indexed = function.arguments.find("uint32_t index") != std::string::npos;
       kelp_handle *handle = store;
       harness::CallLog log(handle);
@@ -90,7 +90,7 @@ TEST_P(AccessorResults, AreEmptyUnderASetErrorWord) {
         if (function.result == "uint32_t") result &= 0xFFFFFFFF;
         EXPECT_EQ(result, 0u) << function.name;
       }
-      EXPECT_EQ(err, 7u) << function.name;
+      EXPECT_EQ(err, KELP_ERR_TOO_LONG) << function.name;
       EXPECT_TRUE(log.calls().empty()) << function.name;
     }
     EXPECT_EQ(std::vector<std::uint8_t>(bytes, bytes + size), before);
@@ -101,7 +101,7 @@ TEST_P(AccessorResults, AreEmptyUnderASetErrorWord) {
 // The same under a cr_err that is set.
 TEST_P(AccessorResults, AreEmptyInAFailedChain) {
   harness::Store store({.tracking = GetParam()});
-  store.handle()->cr_err = 7;
+  store.handle()->cr_err = KELP_ERR_TOO_LONG;
   for (const Structure *type : harbor::model::structures) {
     encodings::Object object(store, *type);
     encodings::Filler(store, 5).fill(object.get(), *type);
@@ -112,7 +112,7 @@ TEST_P(AccessorResults, AreEmptyInAFailedChain) {
       std::uint64_t result = call<std::uint64_t>(function.name, store.handle(), object.get());
       if (function.result == "uint32_t") result &= 0xFFFFFFFF;
       EXPECT_EQ(result, 0u) << function.name;
-      EXPECT_EQ(store.handle()->cr_err, 7u) << function.name;
+      EXPECT_EQ(store.handle()->cr_err, KELP_ERR_TOO_LONG) << function.name;
     }
   }
   store.handle()->cr_err = 0;

@@ -42,11 +42,11 @@ void expect_nothing_written(harness::Store &store, const std::string &type, cons
     EXPECT_EQ(call<std::uint32_t>(type + "_to_xml", handle, space, "tag", buffer.data(), object,
                                   size, std::uint32_t{0}, &store.err),
               0u);
-    EXPECT_EQ(store.err, 90u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
     store.err = 0;
     EXPECT_EQ(call<std::uint32_t>(type + "_toxml_cr", handle, object, buffer.data(), size),
               0xFFFFFFFFu);
-    EXPECT_EQ(handle->cr_err, 90u);
+    EXPECT_EQ(handle->cr_err, KELP_ERR_NO_ROOM);
     handle->cr_err = 0;
     EXPECT_TRUE(buffer.holds());
   }
@@ -81,14 +81,14 @@ TEST(NegativeSize, NoRecordIsWritten) {
                                       &store.err),
                   0u)
             << form;
-        EXPECT_EQ(store.err, 90u) << form;
+        EXPECT_EQ(store.err, KELP_ERR_NO_ROOM) << form;
         store.err = 0;
       }
       for (const char *form : {"_record_print_cr", "_record_toxml_cr", "_record_marshal_cr"}) {
         EXPECT_EQ(call<std::uint32_t>(name + form, handle, record, buffer.data(), size),
                   0xFFFFFFFFu)
             << form;
-        EXPECT_EQ(handle->cr_err, 90u) << form;
+        EXPECT_EQ(handle->cr_err, KELP_ERR_NO_ROOM) << form;
         handle->cr_err = 0;
       }
       EXPECT_TRUE(buffer.holds());
@@ -125,7 +125,7 @@ TEST(HighestIndex, GrowsNoArray) {
           const harness::TraceLog traced;
           const auto expect_refused = [&](std::uint32_t code) {
             EXPECT_EQ(code, 12u);
-            EXPECT_EQ(store.last_error(), 12);
+            EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
             kelp_store_err(handle, 0);
           };
           call<void>(of(*type, *field, "set"), handle, space, object.get(), index, source,

@@ -296,8 +296,8 @@ TEST(ElementStates, WithoutMemoryForThemADirectWriteFails) {
               2);
     handles.store.fail_allocation(0);
     array.set_state(handles.tracking, 1, 4, &err);
-    EXPECT_EQ(err, 12u);
-    EXPECT_EQ(handles.store.last_error(), 12);
+    EXPECT_EQ(err, KELP_ERR_NO_MEMORY);
+    EXPECT_EQ(handles.store.last_error(), KELP_ERR_NO_MEMORY);
     EXPECT_EQ(array.states(), nullptr);
     handles.store.fail_allocation(-1);
   });

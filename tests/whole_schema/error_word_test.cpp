@@ -84,7 +84,7 @@ class ErrorWord : public testing::Test {
   void expect_nothing_happens(const std::string &name, const std::string &arguments) {
     std::array<std::uint64_t, 8> words{};
     std::size_t next = 0;
-    std::uint32_t err = 7;
+    std::uint32_t err = KELP_ERR_TOO_LONG;
     const std::vector<std::string> list = parameters(arguments);
     for (const std::string &parameter : list) {
       if (is_real(parameter)) continue;  // takes another kind of register
@@ -131,7 +131,7 @@ class ErrorWord : public testing::Test {
   }
 
   void expect_untouched(const std::string &name, const harness::CallLog &log, std::uint32_t err) {
-    EXPECT_EQ(err, 7u) << name;
+    EXPECT_EQ(err, KELP_ERR_TOO_LONG) << name;
     EXPECT_TRUE(log.calls().empty()) << name << " calls " << log.calls().front();
     EXPECT_EQ(memory_, untouched_) << name << " writes";
     memory_ = untouched_;
@@ -173,7 +173,7 @@ TEST_F(ErrorWord, ASetWordMakesEveryOperationDoNothing) {
 
 TEST_F(ErrorWord, ASetCrErrMakesTheHandleCarriedFormsKeepIt) {
   kelp_handle *handle = store_;
-  handle->cr_err = 7;
+  handle->cr_err = KELP_ERR_TOO_LONG;
   std::size_t tried = 0;
   for (const emit::Unit &unit : units()) {
     for (const emit::Function &function : unit.functions) {
@@ -196,7 +196,7 @@ TEST_F(ErrorWord, ASetCrErrMakesTheHandleCarriedFormsKeepIt) {
       if (unit.name.starts_with("tbl_")) continue;
       call<std::uint64_t>(function.name, words[0], words[1], words[2], words[3], words[4], words[5],
                           words[6], words[7]);
-      EXPECT_EQ(handle->cr_err, 7u) << function.name;
+      EXPECT_EQ(handle->cr_err, KELP_ERR_TOO_LONG) << function.name;
       EXPECT_EQ(memory_, untouched_) << function.name << " writes";
       memory_ = untouched_;
       ++tried;

@@ -213,8 +213,8 @@ TEST_P(FieldWrite, OneStoredErrorWithTheWordsCode) {
     harness::TraceLog traced;
     set_value(store_, type, field, object.get(), some_value(field), &err);
     EXPECT_EQ(log.count("kelp_store_err"), 1u);
-    EXPECT_EQ(err, 22u);
-    EXPECT_EQ(store_.last_error(), 22);
+    EXPECT_EQ(err, KELP_ERR_INVALID);
+    EXPECT_EQ(store_.last_error(), KELP_ERR_INVALID);
     EXPECT_EQ(traced.texts(), std::vector<std::string>{"The object is not state tracked"});
     err = 0;
     EXPECT_EQ(get_value(plain, type, field, object.get(), &err), some_value(field));
@@ -241,7 +241,7 @@ TEST_P(FieldWrite, AFieldAboveTheObjectsVariantIsRefusedByGettersAndGivenBySette
       EXPECT_EQ(call<void *>(of(type, field, getter), store_.handle(), std::uint32_t{0},
                              object.get(), &err),
                 nullptr);
-      EXPECT_EQ(err, 43u);
+      EXPECT_EQ(err, KELP_ERR_EPOCH);
       EXPECT_EQ(log.count("kelp_store_epoch_err"), 1u);
       EXPECT_EQ(log.count("kelp_store_err"), stored_within);
       EXPECT_EQ(std::memcmp(before.data(), object.get(), before.size()), 0);
@@ -249,7 +249,7 @@ TEST_P(FieldWrite, AFieldAboveTheObjectsVariantIsRefusedByGettersAndGivenBySette
     if (has_value(field)) {
       std::uint32_t err = 0;
       set_value(store_, type, field, object.get(), some_value(field), &err);
-      EXPECT_EQ(err, 43u) << "the domain does not hold the field";
+      EXPECT_EQ(err, KELP_ERR_EPOCH) << "the domain does not hold the field";
       store_.set_variant(std::string(type.name).c_str(), 1);
       err = 0;
       set_value(store_, type, field, object.get(), some_value(field), &err);

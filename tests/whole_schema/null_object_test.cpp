@@ -61,9 +61,9 @@ void expect_chain_ends(harness::Store &store, const emit::Unit &unit, const std:
   void *given = call<void *>(create, handle, with_objects);
   ASSERT_NE(given, nullptr);
   const NullThing thing{static_cast<const std::uint8_t *>(given), size};
-  EXPECT_EQ(handle->cr_err, 12u);
+  EXPECT_EQ(handle->cr_err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(handle->cr_create, 0u);
-  EXPECT_EQ(store.last_error(), 12);
+  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
   EXPECT_TRUE(thing.is_zero());
   std::vector<std::uint8_t> memory(1 << 14);
   std::size_t tried = 0;
@@ -72,7 +72,7 @@ void expect_chain_ends(harness::Store &store, const emit::Unit &unit, const std:
     if (!ends_with(function.name, "_cr") || ends_with(function.name, "_record_create_cr")) continue;
     call_with(handle, function, c_type, thing, memory);
     EXPECT_TRUE(thing.is_zero()) << function.name;
-    EXPECT_EQ(handle->cr_err, 12u) << function.name;
+    EXPECT_EQ(handle->cr_err, KELP_ERR_NO_MEMORY) << function.name;
     ++tried;
   }
   EXPECT_GT(tried, 4u);
@@ -145,7 +145,7 @@ TEST(NullObject, AnObjectWithoutMemoryInARecordThatWasMadeEndsTheChainToo) {
                                                             : table->record->name);
     store.fail_allocation(1);
     auto *record = call<kelp_record *>(name + "_record_create_cr", handle, std::uint32_t{1});
-    EXPECT_EQ(handle->cr_err, 12u);
+    EXPECT_EQ(handle->cr_err, KELP_ERR_NO_MEMORY);
     EXPECT_EQ(record->ref_word, 1u);
     handle->cr_err = 0;
     EXPECT_EQ(record->objects[0], null_object_of(store, first));

@@ -143,7 +143,7 @@ TEST(OneFailure, NoMemoryForAnArmIsStoredOnce) {
       std::uint32_t err = 0;
       object.call<encodings::FromXml>("from_xml")(store, space, "//x", document, object, &err,
                                                   nullptr, 0);
-      EXPECT_EQ(err, 12u);
+      EXPECT_EQ(err, KELP_ERR_NO_MEMORY);
       EXPECT_EQ(std::count(stored.codes.begin(), stored.codes.end(), 12u), 1);
       EXPECT_EQ(stored.codes.back(), 12u);
       store.fail_allocation(-1);
@@ -180,7 +180,7 @@ TEST(OneFailure, NoMemoryForARecordsPartsIsStoredOnce) {
       void *read = nullptr;
       call<std::uint32_t>(name + "_table_record_unmarshal", handle, space, &read, image.data(),
                           static_cast<std::int32_t>(length), std::uint32_t{0}, &store.err);
-      EXPECT_EQ(store.err, 12u);
+      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
       EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
       store.err = 0;
       if (read != nullptr) {
@@ -194,7 +194,7 @@ TEST(OneFailure, NoMemoryForARecordsPartsIsStoredOnce) {
       void *key = nullptr;
       call<std::uint32_t>(name + "_table_pkey_unmarshal", handle, space, &key, image.data(),
                           std::int32_t{64}, &store.err);
-      EXPECT_EQ(store.err, 12u);
+      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
       EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
       store.err = 0;
     }
@@ -206,7 +206,7 @@ TEST(OneFailure, NoMemoryForARecordsPartsIsStoredOnce) {
                              static_cast<kelp_xml_document *>(document), &store.err,
                              static_cast<char *>(nullptr), std::int32_t{0}),
                 nullptr);
-      EXPECT_EQ(store.err, 12u);
+      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
       EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
       store.err = 0;
     }
@@ -225,7 +225,7 @@ TEST(OneFailure, NoMemoryForATableOrItsIdsIsStoredOnce) {
       EXPECT_EQ(call<void *>(name + "_table_open_auto_id", store.handle(), space, std::uint32_t{0},
                              &store.err),
                 nullptr);
-      EXPECT_EQ(store.err, 12u);
+      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
       EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
       store.err = 0;
     }
@@ -246,7 +246,7 @@ TEST(OneFailure, NoLengthIsStoredOnceAtEveryLevelThatMeetsIt) {
         call<std::uint32_t>(type + form, store.handle(), space, buffer, object.get(),
                             std::int32_t{0}, std::uint32_t{0}, &store.err);
       }
-      EXPECT_EQ(store.err, 12u) << type << form;
+      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY) << type << form;
       EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12}) << type << form;
       store.err = 0;
     }
@@ -266,7 +266,7 @@ TEST(OneFailure, NoRoomIsStoredOnce) {
     const StoredCodes stored;
     call<std::uint32_t>(std::string(type->name) + "_marshal", handle, space, buffer.data(),
                         object.get(), std::int32_t{5}, &store.err);
-    EXPECT_EQ(store.err, 90u) << type->name;
+    EXPECT_EQ(store.err, KELP_ERR_NO_ROOM) << type->name;
     EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{90}) << type->name;
     store.err = 0;
   }
@@ -279,7 +279,7 @@ TEST(OneFailure, NoRoomIsStoredOnce) {
     const StoredCodes stored;
     call<std::uint32_t>("ospfv2_unknown_sub_tlv_marshal", handle, space, buffer.data(),
                         object.get(), std::int32_t{30}, &store.err);
-    EXPECT_EQ(store.err, 90u);
+    EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
     EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{90});
     store.err = 0;
   }
@@ -293,7 +293,7 @@ TEST(OneFailure, NoRoomIsStoredOnce) {
         if (std::string(form) == "_table_pkey_marshal" && length != 1) continue;
         const StoredCodes stored;
         call<std::uint32_t>(name + form, handle, space, buffer.data(), record, length, &store.err);
-        EXPECT_EQ(store.err, 90u) << name << form;
+        EXPECT_EQ(store.err, KELP_ERR_NO_ROOM) << name << form;
         EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{90}) << name << form;
         store.err = 0;
       }
@@ -301,7 +301,7 @@ TEST(OneFailure, NoRoomIsStoredOnce) {
     const StoredCodes stored;
     call<std::uint32_t>(name + "_table_record_marshal", handle, space, buffer.data(), record,
                         std::int32_t{42}, &store.err);
-    EXPECT_EQ(store.err, 90u) << name;
+    EXPECT_EQ(store.err, KELP_ERR_NO_ROOM) << name;
     EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{90}) << name;
     store.err = 0;
     call<void>(name + "_record_destroy_cr", handle, record);
