@@ -75,7 +75,7 @@ inline constexpr Family family{"clone", operations};
 
 // --- what the steps know of a type --------------------------------------------------------------
 
-struct Facts {
+struct CloneFacts {
   const StructureFacts &structure;
   std::uint32_t (*write)(kelp_handle *handle, std::uint32_t space_id, void *buffer,
                          const void *object, std::int32_t length, std::uint32_t strict,
@@ -85,7 +85,7 @@ struct Facts {
 };
 
 template <const Structure &T>
-inline constexpr Facts facts{
+inline constexpr CloneFacts facts{
     .structure = structure_facts<T>,
     .write = image::write<T>,
     .read = image::unmarshal<T>,
@@ -93,14 +93,14 @@ inline constexpr Facts facts{
 
 // Writes the source's image to the work buffer and reads it into the object that the destination
 // points at, or into a new one. A null destination is refused.
-void through_image(kelp_handle *handle, std::uint32_t space_id, const void *source,
-                   void **destination, void *work, std::uint32_t work_size, const Facts &facts,
+void through_image(const CloneFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   const void *source, void **destination, void *work, std::uint32_t work_size,
                    std::uint32_t *err);
 
 // The same with the handle's work space, its cr_space_id and its cr_err; gives what the destination
 // then is.
-void *through_work_space(kelp_handle *handle, const void *source, void *destination,
-                         const Facts &facts);
+void *through_work_space(const CloneFacts &facts, kelp_handle *handle, const void *source,
+                         void *destination);
 
 // --- the rules ----------------------------------------------------------------------------------
 
@@ -108,8 +108,8 @@ template <const Structure &T, typename Object>
 void clone_internal(kelp_handle *handle, std::uint32_t space_id, const void *source,
                     Object **destination, void *work, std::uint32_t work_size, std::uint32_t *err) {
   void *object = destination == nullptr ? nullptr : *destination;
-  through_image(handle, space_id, source, destination == nullptr ? nullptr : &object, work,
-                work_size, facts<T>, err);
+  through_image(facts<T>, handle, space_id, source, destination == nullptr ? nullptr : &object,
+                work, work_size, err);
   if (destination != nullptr) *destination = static_cast<Object *>(object);
 }
 
@@ -122,12 +122,12 @@ void clone(kelp_handle *handle, std::uint32_t space_id, const void *source, Obje
 
 template <const Structure &T>
 void *clone_cr(kelp_handle *handle, const void *source) {
-  return through_work_space(handle, source, nullptr, facts<T>);
+  return through_work_space(facts<T>, handle, source, nullptr);
 }
 
 template <const Structure &T>
 void copy_cr(kelp_handle *handle, const void *source, void *destination) {
-  through_work_space(handle, source, destination, facts<T>);
+  through_work_space(facts<T>, handle, source, destination);
 }
 
 }  // namespace harbor::clone

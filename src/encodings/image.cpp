@@ -42,7 +42,7 @@ std::int8_t written_variant(Writing &image, const void *object, std::uint32_t st
 
 }  // namespace
 
-bool open(Writing &image, const void *object, std::uint32_t strict, const Facts &facts) {
+bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint32_t strict) {
   if (!light_image::begin_image(image.handle, image.length, image.err)) return false;
   image.variant = written_variant(image, object, strict, facts.variants);
   image.position = static_cast<std::int32_t>(_kelp_instance_variant_marshal(
@@ -85,11 +85,11 @@ std::uint32_t close(Writing &image) {
 }
 
 // An object that took its elements without their state has state bytes, but none for them.
-void put_array_state(Writing &image, std::uint32_t count, const array_field::ArrayFacts &array) {
+void put_array_state(const array_field::ArrayFacts &array, Writing &image, std::uint32_t count) {
   put_state(image, array.state_place);
   const std::uint32_t length = fitting(count, image.remaining());
   const std::uint8_t *states =
-      image.area == nullptr ? nullptr : array_field::element_states_of(image.area, array);
+      image.area == nullptr ? nullptr : array_field::element_states_of(array, image.area);
   if (states == nullptr) {
     std::memset(image.here(), 0, length);
   } else {
@@ -111,7 +111,7 @@ void miss_arm(Writing &image) { fail_first(image.handle, KELP_ERR_NOT_FOUND, ima
 
 namespace {
 
-void settle_states(Reading &image, void *object, const Facts &facts) {
+void settle_states(const ImageFacts &facts, Reading &image, void *object) {
   const bool carries_state = (image.flags & OBJ_STATE_TRACKED) != 0;
   if (tracking_of(image.handle, facts.corrupted_in_reader) != Tracking::on) {
     if (carries_state) image.states = States::skip;
@@ -129,7 +129,7 @@ void settle_states(Reading &image, void *object, const Facts &facts) {
 
 // Only the two flags of the format are taken: the others say where an object lies in the writer's
 // memory, and one of them would make the type record be looked for elsewhere.
-bool open(Reading &image, void *object, const Facts &facts) {
+bool open(const ImageFacts &facts, Reading &image, void *object) {
   if (!light_image::begin_image(image.handle, image.length, image.err)) return false;
   if (object == nullptr) {
     fail(image.handle, KELP_ERR_INVALID, image.err);
@@ -150,12 +150,12 @@ bool open(Reading &image, void *object, const Facts &facts) {
   image.jump_at = image.position;
   image.position += _kelp_variant_jump_unmarshal(image.handle, image.space_id, image.here(),
                                                  &image.jump, image.remaining(), image.err);
-  settle_states(image, object, facts);
+  settle_states(facts, image, object);
   return true;
 }
 
 // Required: the three header stores are not announced.
-std::uint32_t close(Reading &image, void *object, const Facts &facts) {
+std::uint32_t close(const ImageFacts &facts, Reading &image, void *object) {
   if (image.jump_at + image.jump > image.position) {
     trace(type_source, Level::information, facts.offset_jump,
           static_cast<std::uint32_t>(image.position), static_cast<std::uint32_t>(image.jump_at),
@@ -203,7 +203,7 @@ void release(Reading &image, void *block) {
 // any case, so that those of an array of the same count are left behind.
 bool provide_element_states(Reading &image, std::uint32_t count,
                             const array_field::ArrayFacts &array) {
-  std::uint8_t *&states = array_field::element_states_of(image.area, array);
+  std::uint8_t *&states = array_field::element_states_of(array, image.area);
   if (image.reuse != 0 && states != nullptr && count != image.held_elements) {
     release(image, states);
   }
@@ -218,8 +218,8 @@ bool provide_element_states(Reading &image, std::uint32_t count,
 
 // The bytes of a store, kept or new, are zeroed and filled unannounced; a kept store's elements
 // announce themselves as they are read.
-bool provide_elements(Reading &image, void *object, void **store, std::uint32_t count,
-                      const array_field::ArrayFacts &array) {
+bool provide_elements(const array_field::ArrayFacts &array, Reading &image, void *object,
+                      void **store, std::uint32_t count) {
   const std::size_t size = array.element_width() * count;
   const bool count_changes = count != image.held_elements;
   const auto drop_states = [&] {
@@ -253,11 +253,11 @@ void take_block(Reading &image, void *block, std::uint32_t count) {
   image.position += static_cast<std::int32_t>(length);
 }
 
-void take_array_state(Reading &image, std::uint32_t count, const array_field::ArrayFacts &array) {
+void take_array_state(const array_field::ArrayFacts &array, Reading &image, std::uint32_t count) {
   take_state(image, array.state_place);
   const std::uint32_t length = fitting(count, image.remaining());
   if (image.states == States::copy && length != 0) {
-    std::memcpy(array_field::element_states_of(image.area, array), image.here(), length);
+    std::memcpy(array_field::element_states_of(array, image.area), image.here(), length);
   }
   image.position += static_cast<std::int32_t>(length);
 }

@@ -104,7 +104,7 @@ inline constexpr Family family{"image", operations};
 
 // --- what the plain part knows of a structure ---------------------------------------------------
 
-struct Facts {
+struct ImageFacts {
   std::uint8_t variants;
   std::uint32_t object_size;
   kelp_type_record *record;
@@ -115,7 +115,7 @@ struct Facts {
 };
 
 template <const Structure &T>
-inline constexpr Facts facts{
+inline constexpr ImageFacts facts{
     T.variants,
     model::object_size(T),
     type_record<T>,
@@ -152,7 +152,7 @@ struct Writing {
 };
 
 // Steps up to the jump word; false when nothing is to be written at all.
-bool open(Writing &image, const void *object, std::uint32_t strict, const Facts &facts);
+bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint32_t strict);
 
 // Patches the jump word and gives the length of the image.
 std::uint32_t close(Writing &image);
@@ -174,7 +174,7 @@ inline void put_state_with_room(Writing &image, std::uint32_t place) {
 }
 
 // The whole-array byte by rule A, then by rule C as many element bytes as there is room for.
-void put_array_state(Writing &image, std::uint32_t count, const array_field::ArrayFacts &array);
+void put_array_state(const array_field::ArrayFacts &array, Writing &image, std::uint32_t count);
 
 // Rule D: the bytes of an array in one block, cut with 90 when they do not fit.
 void put_block(Writing &image, const void *block, std::uint32_t count);
@@ -201,7 +201,7 @@ void write_array(Writing &image, const void *object) {
                                       image.remaining(), image.err);
     }
   }
-  if (image.carries_state) put_array_state(image, count, array_field::facts<T, F>);
+  if (image.carries_state) put_array_state(array_field::facts<T, F>, image, count);
 }
 
 template <const Structure &T, const Field &F>
@@ -265,7 +265,7 @@ template <const Structure &T>
 std::uint32_t write(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
                     std::int32_t length, std::uint32_t strict, std::uint32_t *err) {
   Writing image{handle, space_id, bytes(buffer), length, err};
-  if (!open(image, object, strict, facts<T>)) return 0;
+  if (!open(facts<T>, image, object, strict)) return 0;
   for_each_floor<T>(image.variant,
                     [&]<std::uint8_t floor>() { write_fields<T, floor>(image, object); });
   return close(image);
@@ -298,11 +298,11 @@ struct Reading {
 };
 
 // Steps up to the settling of the state bytes; false when nothing is read at all.
-bool open(Reading &image, void *object, const Facts &facts);
+bool open(const ImageFacts &facts, Reading &image, void *object);
 
 // Passes over what a newer writer added, stores variant, flags and type record, and gives the bytes
 // consumed.
-std::uint32_t close(Reading &image, void *object, const Facts &facts);
+std::uint32_t close(const ImageFacts &facts, Reading &image, void *object);
 
 // Rules A and B on the reader's side, for images with state bytes.
 void take_state(Reading &image, std::uint32_t place);
@@ -310,11 +310,11 @@ void take_state_with_room(Reading &image, std::uint32_t place);
 
 // Provides the zeroed store for count elements and, when state is copied, their state bytes; false
 // when there is no memory. The state bytes of another number of elements go with them.
-bool provide_elements(Reading &image, void *object, void **store, std::uint32_t count,
-                      const array_field::ArrayFacts &array);
+bool provide_elements(const array_field::ArrayFacts &array, Reading &image, void *object,
+                      void **store, std::uint32_t count);
 
 void take_block(Reading &image, void *block, std::uint32_t count);
-void take_array_state(Reading &image, std::uint32_t count, const array_field::ArrayFacts &array);
+void take_array_state(const array_field::ArrayFacts &array, Reading &image, std::uint32_t count);
 
 template <const Structure &T>
 std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
@@ -328,7 +328,7 @@ bool read_array(Reading &image, void *object) {
   using Type = Primitive<F.held>;
   const array_field::ArrayFacts &array = array_field::facts<T, F>;
   void **store = place_of<T, F>(object);
-  if (!provide_elements(image, object, store, count, array)) return false;
+  if (!provide_elements(array, image, object, store, count)) return false;
   if constexpr (F.held == Kind::u8) {
     take_block(image, *store, count);
   } else {
@@ -339,7 +339,7 @@ bool read_array(Reading &image, void *object) {
                           image.remaining(), image.reuse, image.err);
     }
   }
-  if (image.states != States::none) take_array_state(image, count, array);
+  if (image.states != States::none) take_array_state(array, image, count);
   return true;
 }
 
@@ -417,10 +417,10 @@ std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void 
     if (*err == 0) register_trace();
   }
   Reading image{handle, space_id, bytes(buffer), length, reuse, err};
-  if (!open(image, object, facts<T>)) return 0;
+  if (!open(facts<T>, image, object)) return 0;
   const bool is_read = every_floor<T>(
       image.variant, [&]<std::uint8_t floor>() { return read_fields<T, floor>(image, object); });
-  return is_read ? close(image, object, facts<T>) : 0;
+  return is_read ? close(facts<T>, image, object) : 0;
 }
 
 // --- the length ---------------------------------------------------------------------------------

@@ -220,19 +220,19 @@ inline constexpr ArrayFacts facts{
 
 // --- what does not depend on the element's type -------------------------------------------------
 
-std::uint32_t &count_of(void *object, const ArrayFacts &array);
-void *&store_of(void *object, const ArrayFacts &array);
+std::uint32_t &count_of(const ArrayFacts &array, void *object);
+void *&store_of(const ArrayFacts &array, void *object);
 
 // The pointer to the state bytes of the elements, in the object's state area.
-std::uint8_t *&element_states_of(std::uint8_t *area, const ArrayFacts &array);
+std::uint8_t *&element_states_of(const ArrayFacts &array, std::uint8_t *area);
 
 // The place of an element. Neither the index nor the store is tested.
-void *element_at(void *object, const ArrayFacts &array, std::uint32_t index);
+void *element_at(const ArrayFacts &array, void *object, std::uint32_t index);
 
 // Makes room for the element at index: true when it is there. Under a tracking handle an object
 // without state bytes is refused first.
-bool grow(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
-          const ArrayFacts &array, std::uint32_t *err);
+bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,
+          std::uint32_t index, std::uint32_t *err);
 
 // The state bytes of the elements; an array of a tracked object that has none gets them, all 0.
 // Null without memory.
@@ -245,15 +245,15 @@ void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *obje
                          const ArrayFacts &array);
 
 // Marks the array as a whole and one element as written, under a tracking handle.
-void mark(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
-          const ArrayFacts &array, const TrackingMessages &messages, std::uint32_t *err);
+void mark(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,
+          std::uint32_t index, const TrackingMessages &messages, std::uint32_t *err);
 
-void copy_out(kelp_handle *handle, void *object, void *destination, std::uint32_t count,
-              const ArrayFacts &array, std::uint32_t *err);
-void replace(kelp_handle *handle, std::uint32_t space_id, void *object, const void *source,
-             std::uint32_t count, const ArrayFacts &array, const TrackingMessages &messages,
+void copy_out(const ArrayFacts &array, kelp_handle *handle, void *object, void *destination,
+              std::uint32_t count, std::uint32_t *err);
+void replace(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,
+             const void *source, std::uint32_t count, const TrackingMessages &messages,
              std::uint32_t *err);
-void remove(kelp_handle *handle, std::uint32_t space_id, void *object, const ArrayFacts &array);
+void remove(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object);
 
 // --- the rules ----------------------------------------------------------------------------------
 
@@ -265,11 +265,11 @@ template <const Structure &T, const Field &F>
 Element<T, F> *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
                    std::uint32_t *err) {
   if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
-  if (index >= count_of(object, facts<T, F>)) {
+  if (index >= count_of(facts<T, F>, object)) {
     fail(handle, KELP_ERR_NOT_FOUND, err);
     return nullptr;
   }
-  auto *element = static_cast<Element<T, F> *>(element_at(object, facts<T, F>, index));
+  auto *element = static_cast<Element<T, F> *>(element_at(facts<T, F>, object, index));
   return Primitive<F.held>::get(handle, space_id, element, err);
 }
 
@@ -287,7 +287,7 @@ template <const Structure &T, const Field &F>
 void get_mem(kelp_handle *handle, std::uint32_t, void *object, void *destination,
              std::uint32_t count, std::uint32_t *err) {
   if (!field_access::begin_read<F>(handle, object, err)) return;
-  copy_out(handle, object, destination, count, facts<T, F>, err);
+  copy_out(facts<T, F>, handle, object, destination, count, err);
 }
 
 // Steps up to where an element can be written: the opening of every write, then the growth.
@@ -295,7 +295,7 @@ template <const Structure &T, const Field &F>
 bool make_room(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
                std::uint32_t *err) {
   return field_access::begin_write<T, F>(handle, space_id, object, err) &&
-         grow(handle, space_id, object, index, facts<T, F>, err);
+         grow(facts<T, F>, handle, space_id, object, index, err);
 }
 
 // Puts an address into an element: its content is moved, or copied with the handle's work space.
@@ -309,14 +309,14 @@ void set_element(kelp_handle *handle, std::uint32_t space_id, void *object, std:
                  const void *source, bool transfer, std::uint32_t *err) {
   if (!make_room<T, F>(handle, space_id, object, index, err)) return;
   if (source == nullptr) return;
-  auto *element = static_cast<Element<T, F> *>(element_at(object, facts<T, F>, index));
+  auto *element = static_cast<Element<T, F> *>(element_at(facts<T, F>, object, index));
   const auto *value = static_cast<const Element<T, F> *>(source);
   if constexpr (F.held == Kind::address) {
     put_address(handle, space_id, element, value, transfer, err);
   } else {
     Primitive<F.held>::set(handle, space_id, element, value, err);
   }
-  mark(handle, space_id, object, index, facts<T, F>,
+  mark(facts<T, F>, handle, space_id, object, index,
        tracking_messages<T, F, messages::WriteSite::array_mark>, err);
 }
 
@@ -348,7 +348,7 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
   Element<T, F> *element = nullptr;
   std::uint32_t lookup_err = 0;
-  if (index < count_of(object, facts<T, F>)) {
+  if (index < count_of(facts<T, F>, object)) {
     element = get<T, F>(handle, space_id, object, index, &lookup_err);
   }
   if (element != nullptr && lookup_err != KELP_ERR_NOT_FOUND) {
@@ -362,7 +362,7 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
     if (element == nullptr) return fail(handle, KELP_ERR_NOT_FOUND, err);
   }
   Primitive<F.held>::set_value(handle, space_id, element, value, err);
-  mark(handle, space_id, object, index, facts<T, F>,
+  mark(facts<T, F>, handle, space_id, object, index,
        tracking_messages<T, F, messages::WriteSite::array_set_value>, err);
 }
 
@@ -370,7 +370,7 @@ template <const Structure &T, const Field &F>
 void set_mem(kelp_handle *handle, std::uint32_t space_id, void *object, const void *source,
              std::uint32_t count, std::uint32_t *err) {
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
-  replace(handle, space_id, object, source, count, facts<T, F>,
+  replace(facts<T, F>, handle, space_id, object, source, count,
           tracking_messages<T, F, messages::WriteSite::array_replace>, err);
 }
 
@@ -384,7 +384,7 @@ std::uint32_t set_mem_cr(kelp_handle *handle, void *object, const void *source,
 // Required: the state bytes of the array and the array of its elements' bytes stay as they are.
 template <const Structure &T, const Field &F>
 void remove_elements(kelp_handle *handle, std::uint32_t space_id, void *object) {
-  remove(handle, space_id, object, facts<T, F>);
+  remove(facts<T, F>, handle, space_id, object);
 }
 
 }  // namespace harbor::array_field

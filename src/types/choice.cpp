@@ -8,11 +8,11 @@ namespace {
 
 using state_tracking::Tracking;
 
-void **arm_of(void *object, const ArmFacts &place) {
+void **arm_of(const ArmFacts &place, void *object) {
   return reinterpret_cast<void **>(bytes(object) + place.arm_offset);
 }
 
-std::uint32_t *selector_of(void *object, const ArmFacts &place) {
+std::uint32_t *selector_of(const ArmFacts &place, void *object) {
   return reinterpret_cast<std::uint32_t *>(bytes(object) + place.selector_offset);
 }
 
@@ -31,10 +31,10 @@ bool tracks(kelp_handle *handle, const state_tracking::WritePlace &place) {
 // Required: the earlier arm is not released, the selector's value is stored without the
 // enumeration's own range test, its state byte is not marked, and arm and selector are set before
 // tracking is looked at. A structure as the arm is read there, null or not.
-void attach(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm,
-            const ArmFacts &place, std::uint32_t *err) {
-  store(handle, space_id, arm_of(object, place), arm);
-  store(handle, space_id, selector_of(object, place), place.selector);
+void attach(const ArmFacts &place, kelp_handle *handle, std::uint32_t space_id, void *object,
+            void *arm, std::uint32_t *err) {
+  store(handle, space_id, arm_of(place, object), arm);
+  store(handle, space_id, selector_of(place, object), place.selector);
   if (!tracks(handle, place.set_place)) return;
   if (!state_tracking::require_tracked(handle, object, place.set_place.not_tracked_message, err)) {
     return;
@@ -48,12 +48,12 @@ void attach(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm
 
 // Required: the selector becomes 0 whichever arm is taken off, so that the choice then selects its
 // first arm, which is not there.
-void *detach(kelp_handle *handle, std::uint32_t space_id, void *object, const ArmFacts &place,
+void *detach(const ArmFacts &place, kelp_handle *handle, std::uint32_t space_id, void *object,
              std::uint32_t *err) {
-  if (object == nullptr || *selector_of(object, place) != place.selector) return nullptr;
-  void *const arm = *arm_of(object, place);
-  store(handle, space_id, arm_of(object, place), static_cast<void *>(nullptr));
-  store(handle, space_id, selector_of(object, place), std::uint32_t{0});
+  if (object == nullptr || *selector_of(place, object) != place.selector) return nullptr;
+  void *const arm = *arm_of(place, object);
+  store(handle, space_id, arm_of(place, object), static_cast<void *>(nullptr));
+  store(handle, space_id, selector_of(place, object), std::uint32_t{0});
   if (tracks(handle, place.detach_place)) {
     if (!state_tracking::require_tracked(handle, object, place.detach_place.not_tracked_message,
                                          err)) {

@@ -93,9 +93,9 @@ inline constexpr ArmFacts facts{
     .detach_place = state_tracking::write_place<T, F, messages::WriteSite::detach>,
 };
 
-void attach(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm,
-            const ArmFacts &place, std::uint32_t *err);
-void *detach(kelp_handle *handle, std::uint32_t space_id, void *object, const ArmFacts &place,
+void attach(const ArmFacts &place, kelp_handle *handle, std::uint32_t space_id, void *object,
+            void *arm, std::uint32_t *err);
+void *detach(const ArmFacts &place, kelp_handle *handle, std::uint32_t space_id, void *object,
              std::uint32_t *err);
 
 // What a primitive arm points at; a structure's arm is handed on untyped.
@@ -127,13 +127,13 @@ void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32
 template <const Structure &T, const Field &F>
 void *get_detach(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return nullptr;
-  return detach(handle, space_id, object, facts<T, F>, err);
+  return detach(facts<T, F>, handle, space_id, object, err);
 }
 
 template <const Structure &T, const Field &F>
 void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *arm, std::uint32_t *err) {
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
-  attach(handle, space_id, object, arm, facts<T, F>, err);
+  attach(facts<T, F>, handle, space_id, object, arm, err);
 }
 
 template <const Structure &T, const Field &F>

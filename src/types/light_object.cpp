@@ -17,7 +17,7 @@ void store_variants(kelp_handle *handle, std::uint32_t space_id, kelp_object_hea
 
 // A failed lookup does not stop the creation; its variant is stored as it came. The announcement of
 // obj_flags is made although the byte stays 0.
-void *create(kelp_handle *handle, std::uint32_t space_id, const Facts &facts) {
+void *create(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_id) {
   if (creation::is_failed_chain(handle)) return facts.null_object;
   void *memory = handle->obj_alloc(handle->obj_pool, space_id, facts.size);
   if (memory == nullptr) return creation::without_memory(handle, facts.null_object);
@@ -59,7 +59,8 @@ void prepare(kelp_handle *handle, std::uint32_t space_id, kelp_object_header *ob
   object->obj_flags |= flags;
 }
 
-void mark_embedded(kelp_handle *handle, std::uint32_t space_id, void *object, const Facts &facts) {
+void mark_embedded(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object) {
   if (object == nullptr) return trace(type_source, Level::error, facts.embedded_object_null);
   if (object == facts.null_object) return;
   std::uint8_t &flags = header_of(object)->obj_flags;
@@ -68,7 +69,7 @@ void mark_embedded(kelp_handle *handle, std::uint32_t space_id, void *object, co
 
 // The type record is cleared before the memory goes back, so that a second destroy of memory that
 // is still mapped meets require_record and frees nothing.
-void end(kelp_handle *handle, std::uint32_t space_id, void *object, const Facts &facts) {
+void end(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_id, void *object) {
   if (object == nullptr || object == facts.null_object) return;
   kelp_object_header *header = header_of(object);
   const kelp_type_record *record = header->tinfo;

@@ -122,7 +122,7 @@ inline constexpr Family family{"light_object", operations};
 
 // --- the rules --------------------------------------------------------------------------------
 
-struct Facts {
+struct LightFacts {
   kelp_type_record *record;
   std::uint32_t size;
   std::uint8_t variants;
@@ -134,7 +134,7 @@ struct Facts {
 };
 
 template <const auto &T>
-inline constexpr Facts facts{
+inline constexpr LightFacts facts{
     type_record<T>,
     creation::untracked_size<T>(),
     T.variants,
@@ -145,15 +145,16 @@ inline constexpr Facts facts{
     type_record_access::site_of<T, type_record_access::End::destruction>,
 };
 
-void *create(kelp_handle *handle, std::uint32_t space_id, const Facts &facts);
+void *create(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_id);
 void prepare(kelp_handle *handle, std::uint32_t space_id, kelp_object_header *object,
              kelp_type_record *record, bool notify, std::uint8_t flags, std::uint32_t *err);
-void mark_embedded(kelp_handle *handle, std::uint32_t space_id, void *object, const Facts &facts);
-void end(kelp_handle *handle, std::uint32_t space_id, void *object, const Facts &facts);
+void mark_embedded(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object);
+void end(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_id, void *object);
 
 template <const auto &T>
 void *create_internal(kelp_handle *handle, std::uint32_t space_id) {
-  return create(handle, space_id, facts<T>);
+  return create(facts<T>, handle, space_id);
 }
 
 template <const auto &T>
@@ -169,14 +170,14 @@ void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_
 
 template <const auto &T>
 void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *object) {
-  mark_embedded(handle, space_id, object, facts<T>);
+  mark_embedded(facts<T>, handle, space_id, object);
 }
 
 // Required: with free_it 0 nothing happens, counting included; a parent's fields are not counted.
 template <const auto &T>
 void destroy_internal(kelp_handle *handle, std::uint32_t space_id, void *object,
                       std::int32_t free_it) {
-  if (free_it != 0) end(handle, space_id, object, facts<T>);
+  if (free_it != 0) end(facts<T>, handle, space_id, object);
 }
 
 template <const auto &T>

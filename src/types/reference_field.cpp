@@ -40,8 +40,8 @@ void trace_missing(kelp_handle *handle, const kelp_oid &oid, std::uint32_t messa
 }
 
 // Required: emptying a field marks no state, and an empty field is announced and zeroed again.
-void empty(kelp_handle *handle, std::uint32_t space_id, kelp_reference *field,
-           const ReferenceFacts &reference, std::uint32_t *err) {
+void empty(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
+           kelp_reference *field, std::uint32_t *err) {
   if (kelp_oid_id_is_zero(field->oid.id) == 0) {
     auto *mapping = kelplib_oid_id_mapping_get(handle, space_id, &field->oid, err);
     if (failed(err, reference.unresolved_for_clear)) return;
@@ -57,8 +57,8 @@ void empty(kelp_handle *handle, std::uint32_t space_id, kelp_reference *field,
 }
 
 // Gives up the reference that the field holds. A target that is gone is traced and no failure.
-bool drop_earlier(kelp_handle *handle, std::uint32_t space_id, const kelp_reference *field,
-                  const ReferenceFacts &reference, std::uint32_t *err) {
+bool drop_earlier(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
+                  const kelp_reference *field, std::uint32_t *err) {
   if (kelp_oid_id_is_zero(field->oid.id) != 0) return true;
   auto *mapping = kelplib_oid_id_mapping_get(handle, space_id, &field->oid, err);
   if (failed(err, reference.unresolved)) return false;
@@ -72,8 +72,8 @@ bool drop_earlier(kelp_handle *handle, std::uint32_t space_id, const kelp_refere
 
 }  // namespace
 
-void *resolve(kelp_handle *handle, std::uint32_t space_id, const kelp_reference *field,
-              const ReferenceFacts &reference, std::uint32_t *err) {
+void *resolve(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
+              const kelp_reference *field, std::uint32_t *err) {
   if (kelp_oid_id_is_zero(field->oid.id) != 0) return nullptr;
   if (field->target_type != type_record_access::record_for(handle, space_id, reference.target)) {
     fail(handle, KELP_ERR_INVALID, err);
@@ -84,10 +84,10 @@ void *resolve(kelp_handle *handle, std::uint32_t space_id, const kelp_reference 
 
 // Required: the sentinel drops no earlier reference, looks at no error and marks no state. A target
 // of another type is refused without a message.
-void refer(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_reference *field,
-           void *target, const ReferenceFacts &reference, std::uint32_t *err) {
+void refer(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
+           void *object, kelp_reference *field, void *target, std::uint32_t *err) {
   if (target == KELP_OID_SENTINEL) return store_oid_of(handle, space_id, field, target, 0, err);
-  if (target == nullptr) return empty(handle, space_id, field, reference, err);
+  if (target == nullptr) return empty(reference, handle, space_id, field, err);
   if (kelp_get_manifested_type_info(target) != field->target_type) {
     return fail(handle, KELP_ERR_INVALID, err);
   }
@@ -95,7 +95,7 @@ void refer(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_refer
     trace(type_source, Level::error, reference.target_refused);
     return fail(handle, KELP_ERR_PERMISSION, err);
   }
-  if (!drop_earlier(handle, space_id, field, reference, err)) return;
+  if (!drop_earlier(reference, handle, space_id, field, err)) return;
   store_oid_of(handle, space_id, field, target, 1, err);
   if (failed(err, reference.target_without_oid)) return;
   state_tracking::mark(handle, space_id, object, reference.write_place, err);

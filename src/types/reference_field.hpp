@@ -130,13 +130,13 @@ inline constexpr ReferenceFacts facts{
 };
 
 // The table that a field refers to, once the variant has been looked at.
-void *resolve(kelp_handle *handle, std::uint32_t space_id, const kelp_reference *field,
-              const ReferenceFacts &reference, std::uint32_t *err);
+void *resolve(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
+              const kelp_reference *field, std::uint32_t *err);
 
 // Makes a field refer to a target, empties it for null, or stores the OID of nothing for the
 // sentinel, once the variant has been looked at.
-void refer(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_reference *field,
-           void *target, const ReferenceFacts &reference, std::uint32_t *err);
+void refer(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
+           void *object, kelp_reference *field, void *target, std::uint32_t *err);
 
 // --- the references of a whole object -----------------------------------------------------------
 
@@ -167,7 +167,7 @@ void resolve_all(kelp_handle *handle, std::uint32_t space_id, const void *object
 template <const Structure &T, const Field &F>
 void *get_by_ref(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
   if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
-  return resolve(handle, space_id, place_of<T, F>(object), facts<T, F>, err);
+  return resolve(facts<T, F>, handle, space_id, place_of<T, F>(object), err);
 }
 
 template <const Structure &T, const Field &F>
@@ -179,7 +179,7 @@ template <const Structure &T, const Field &F>
 void set_by_ref(kelp_handle *handle, std::uint32_t space_id, void *object, void *target,
                 std::uint32_t *err) {
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
-  refer(handle, space_id, object, place_of<T, F>(object), target, facts<T, F>, err);
+  refer(facts<T, F>, handle, space_id, object, place_of<T, F>(object), target, err);
 }
 
 template <const Structure &T, const Field &F>

@@ -39,12 +39,12 @@ void fill(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint8_
   std::uint8_t *area = area_of(handle, space_id, object, object_size);
   std::memset(area, value, state_size);
   for (const array_field::ArrayFacts *array : arrays) {
-    const std::uint32_t count = array_field::count_of(object, *array);
-    std::uint8_t *states = array_field::element_states_of(area, *array);
+    const std::uint32_t count = array_field::count_of(*array, object);
+    std::uint8_t *states = array_field::element_states_of(*array, area);
     for (std::uint32_t i = 0; i < count; ++i) states[i] = value;
     if (!array->holds_addresses) continue;
     for (std::uint32_t i = 0; i < count; ++i) {
-      auto *element = static_cast<ip_address *>(array_field::element_at(object, *array, i));
+      auto *element = static_cast<ip_address *>(array_field::element_at(*array, object, i));
       ip_address_set_all_state_tracking_flag(handle, space_id, element, value);
     }
   }

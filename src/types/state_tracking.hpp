@@ -196,8 +196,8 @@ std::uint32_t count_of(const void *object) {
 
 template <const Structure &T, const Field &F>
 std::uint8_t *element_states(kelp_handle *handle, std::uint32_t space_id, void *object) {
-  return array_field::element_states_of(area_of<T>(handle, space_id, object),
-                                        array_field::facts<T, F>);
+  return array_field::element_states_of(array_field::facts<T, F>,
+                                        area_of<T>(handle, space_id, object));
 }
 
 template <const Structure &T, const Field &F>

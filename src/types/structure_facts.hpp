@@ -22,11 +22,11 @@ struct FieldFacts {
   Kind kind;
   Kind held;
   std::uint32_t offset;
-  std::uint32_t block_place;                       // structures: their block in the owner's area
-  const StructureFacts *structure = nullptr;       // structures, and arms that hold one
-  const light_object::Facts *light = nullptr;      // enumerations and flag sets
-  const array_field::ArrayFacts *array = nullptr;  // arrays
-  kelp_type_record *target = nullptr;              // references: the table's record
+  std::uint32_t block_place;                        // structures: their block in the owner's area
+  const StructureFacts *structure = nullptr;        // structures, and arms that hold one
+  const light_object::LightFacts *light = nullptr;  // enumerations and flag sets
+  const array_field::ArrayFacts *array = nullptr;   // arrays
+  kelp_type_record *target = nullptr;               // references: the table's record
   // What destroy tells.
   std::uint32_t reference_not_released = 0;  // references
   std::uint32_t references_unknown = 0;      // addresses and texts

@@ -16,7 +16,7 @@ using state_tracking::tracking_of;
 
 // The place of a field, as the type that its kind is stored as.
 template <typename Value>
-Value *at(void *object, const FieldFacts &field) {
+Value *at(const FieldFacts &field, void *object) {
   return reinterpret_cast<Value *>(bytes(object) + field.offset);
 }
 
@@ -40,8 +40,8 @@ struct Notifier {
 
 // The bases of nested state bytes, or false when a nested child was given none. Nothing is to be
 // told where the parent's area already serves.
-bool place_state(kelp_handle *handle, std::uint32_t space_id, void *object, void *&sttr_base,
-                 std::uint32_t *err, const StructureFacts &facts) {
+bool place_state(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                 void *object, void *&sttr_base, std::uint32_t *err) {
   const std::uint8_t flags = header_of(object)->obj_flags;
   const bool nested = (flags & OBJ_NESTED) != 0;
   const bool relocated = (flags & OBJ_STTR_RELOCATED) != 0;
@@ -53,18 +53,18 @@ bool place_state(kelp_handle *handle, std::uint32_t space_id, void *object, void
   if (nested && !relocated) return true;
   if (!nested && sttr_base == nullptr) sttr_base = bytes(object) + facts.object_size;
   if (relocated) sttr_base = bytes(object) + kelplib_get_sttr_offset(handle, space_id, object);
-  transfer::offset_update(handle, space_id, object, sttr_base, facts);
+  transfer::offset_update(facts, handle, space_id, object, sttr_base);
   return true;
 }
 
-void initialize_child(kelp_handle *handle, std::uint32_t space_id, void *object,
-                      const FieldFacts &field, bool notify, std::int32_t skip_stats,
-                      void *sttr_base, std::uint32_t *err) {
+void initialize_child(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id,
+                      void *object, bool notify, std::int32_t skip_stats, void *sttr_base,
+                      std::uint32_t *err) {
   void *child = bytes(object) + field.offset;
   switch (field.kind) {
     case Kind::structure:
-      initialize(handle, space_id, child, field.structure->record, notify, skip_stats, OBJ_NESTED,
-                 sttr_base, err, *field.structure);
+      initialize(*field.structure, handle, space_id, child, field.structure->record, notify,
+                 skip_stats, OBJ_NESTED, sttr_base, err);
       break;
     case Kind::enumeration:
     case Kind::flags:
@@ -94,8 +94,8 @@ void initialize_child(kelp_handle *handle, std::uint32_t space_id, void *object,
 // --- destroy ------------------------------------------------------------------------------------
 
 // Removes the object's OID mapping: true when destroy may go on.
-bool remove_mapping(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err,
-                    const StructureFacts &facts) {
+bool remove_mapping(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                    void *object, std::uint32_t *err) {
   const std::uint32_t gone = kelp_request_oid_mapping_destroy(handle, space_id, object, err);
   if (*err != 0) {
     trace(type_source, Level::error, facts.messages.mapping_not_removed, std::strerror(*err));
@@ -113,10 +113,10 @@ bool remove_mapping(kelp_handle *handle, std::uint32_t space_id, void *object, s
 // Drops the references that an address or a text holds. One that cannot be dropped is told and
 // passed over.
 template <Kind kind>
-bool drop_references(kelp_handle *handle, std::uint32_t space_id, void *object,
-                     const FieldFacts &field, std::uint32_t *err) {
+bool drop_references(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id,
+                     void *object, std::uint32_t *err) {
   using Type = Primitive<kind>;
-  auto *place = at<storage_of<kind>>(object, field);
+  auto *place = at<storage_of<kind>>(field, object);
   const std::uint32_t count = Type::get_oid_count(handle, space_id, place, err);
   if (count == 0) return true;
   auto **references = static_cast<void **>(__builtin_alloca(count * sizeof(void *)));
@@ -136,15 +136,15 @@ bool drop_references(kelp_handle *handle, std::uint32_t space_id, void *object,
   return true;
 }
 
-void end_arm(kelp_handle *handle, std::uint32_t space_id, void *object, const FieldFacts &field) {
-  void **arm = at<void *>(object, field);
+void end_arm(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id, void *object) {
+  void **arm = at<void *>(field, object);
   if (*arm == nullptr) return;
   switch (field.held) {
     case Kind::text:
       kelp_vstring_destroy_internal(handle, space_id, static_cast<kelp_vstring *>(*arm), 1);
       break;
     case Kind::structure:
-      destroy_internal(handle, space_id, *arm, true, *field.structure);
+      destroy_internal(*field.structure, handle, space_id, *arm, true);
       break;
     default:
       u_int32_destroy_internal(handle, space_id, static_cast<std::uint32_t *>(*arm), 1);
@@ -155,30 +155,30 @@ void end_arm(kelp_handle *handle, std::uint32_t space_id, void *object, const Fi
 
 // False when the object has to stay as it now is. An embedded enumeration or flag set owns nothing
 // and is not counted, so that there is nothing to do for it.
-bool end_field(kelp_handle *handle, std::uint32_t space_id, void *object, const FieldFacts &field,
+bool end_field(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id, void *object,
                std::uint32_t *err) {
   switch (field.kind) {
     case Kind::reference:
-      kelplib_oid_release_internal(handle, space_id, at<kelp_reference>(object, field), err);
+      kelplib_oid_release_internal(handle, space_id, at<kelp_reference>(field, object), err);
       if (*err == 0) return true;
       trace(type_source, Level::error, field.reference_not_released, std::strerror(*err));
       return false;
     case Kind::address:
-      if (!drop_references<Kind::address>(handle, space_id, object, field, err)) return false;
-      ip_address_destroy_internal(handle, space_id, at<ip_address>(object, field), 0);
+      if (!drop_references<Kind::address>(field, handle, space_id, object, err)) return false;
+      ip_address_destroy_internal(handle, space_id, at<ip_address>(field, object), 0);
       return true;
     case Kind::text:
-      if (!drop_references<Kind::text>(handle, space_id, object, field, err)) return false;
-      kelp_vstring_destroy_internal(handle, space_id, at<kelp_vstring>(object, field), 0);
+      if (!drop_references<Kind::text>(field, handle, space_id, object, err)) return false;
+      kelp_vstring_destroy_internal(handle, space_id, at<kelp_vstring>(field, object), 0);
       return true;
     case Kind::array:
-      array_field::remove(handle, space_id, object, *field.array);
+      array_field::remove(*field.array, handle, space_id, object);
       return true;
     case Kind::structure:
-      destroy_internal(handle, space_id, bytes(object) + field.offset, false, *field.structure);
+      destroy_internal(*field.structure, handle, space_id, bytes(object) + field.offset, false);
       return true;
     case Kind::arm:
-      end_arm(handle, space_id, object, field);
+      end_arm(field, handle, space_id, object);
       return true;
     default:
       return true;
@@ -187,13 +187,13 @@ bool end_field(kelp_handle *handle, std::uint32_t space_id, void *object, const 
 
 // Gives back the state bytes of array elements, which lie in blocks of their own.
 // Required: their pointers are cleared without announcement.
-void end_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
-                        const StructureFacts &facts) {
+void end_element_states(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                        void *object) {
   if (!state_tracking::is_tracked(object)) return;
   std::uint8_t *area = state_tracking::area_of(handle, space_id, object, facts.object_size);
   for (const FieldFacts &field : facts.fields) {
     if (field.kind != Kind::array) continue;
-    std::uint8_t *&states = array_field::element_states_of(area, *field.array);
+    std::uint8_t *&states = array_field::element_states_of(*field.array, area);
     if (states == nullptr) continue;
     handle->obj_free(handle->obj_pool, space_id, states);
     states = nullptr;
@@ -202,41 +202,41 @@ void end_element_states(kelp_handle *handle, std::uint32_t space_id, void *objec
 
 }  // namespace
 
-std::size_t size(const kelp_handle *handle, const StructureFacts &facts) {
+std::size_t size(const StructureFacts &facts, const kelp_handle *handle) {
   const bool on = tracking_of(handle, facts.messages.corrupted_at_size) == Tracking::on;
   return facts.object_size + (on ? facts.state_size : 0);
 }
 
-void *create(kelp_handle *handle, std::uint32_t space_id, const StructureFacts &facts) {
+void *create(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id) {
   register_trace();
-  return create_internal(handle, space_id, facts);
+  return create_internal(facts, handle, space_id);
 }
 
-void *create_cr(kelp_handle *handle, const StructureFacts &facts) {
+void *create_cr(const StructureFacts &facts, kelp_handle *handle) {
   register_trace();
   return creation::in_chain(handle, [&](kelp_handle *chain, std::uint32_t space_id) {
-    return create_internal(chain, space_id, facts);
+    return create_internal(facts, chain, space_id);
   });
 }
 
 // Required: an object that cannot be prepared yields null in all forms, and leaves cr_err alone.
-void *create_internal(kelp_handle *handle, std::uint32_t space_id, const StructureFacts &facts) {
+void *create_internal(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id) {
   if (creation::is_failed_chain(handle)) return facts.null_object;
-  void *object = handle->obj_alloc(handle->obj_pool, space_id, size(handle, facts));
+  void *object = handle->obj_alloc(handle->obj_pool, space_id, size(facts, handle));
   if (object == nullptr) return creation::without_memory(handle, facts.null_object);
-  std::memset(object, 0, size(handle, facts));
+  std::memset(object, 0, size(facts, handle));
   const creation::ChainGoesOn chain(handle);
   std::uint32_t err = 0;
-  initialize(handle, space_id, object, facts.record, true, 0, 0, nullptr, &err, facts);
+  initialize(facts, handle, space_id, object, facts.record, true, 0, 0, nullptr, &err);
   if (err == 0) return object;
   trace(type_source, Level::error, facts.messages.create_failed, std::strerror(err));
   handle->obj_free(handle->obj_pool, space_id, object);
   return nullptr;
 }
 
-void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_type_record *record,
-                bool notify, std::int32_t skip_stats, std::uint8_t flags, void *sttr_base,
-                std::uint32_t *err, const StructureFacts &facts) {
+void initialize(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                void *object, kelp_type_record *record, bool notify, std::int32_t skip_stats,
+                std::uint8_t flags, void *sttr_base, std::uint32_t *err) {
   if (!begin(handle, err)) return;
   const Notifier changing{handle, space_id, notify};
   const std::int8_t variant = type_record_access::capped_variant(
@@ -244,7 +244,7 @@ void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_
 
   for (const FieldFacts &field : facts.fields) {
     if (field.kind != Kind::reference) continue;
-    auto *reference = at<kelp_reference>(object, field);
+    auto *reference = at<kelp_reference>(field, object);
     changing(&reference->target_type, sizeof reference->target_type);
     reference->target_type = type_record_access::record_for(handle, space_id, field.target);
   }
@@ -266,12 +266,12 @@ void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_
         type_record_access::entry_of(*tinfo, variant, facts.variants, facts.messages.creation);
     kelplib_type_stats_create_object(handle, space_id, *tinfo, &entry.create_count, err);
     if (tracking_of(handle, facts.messages.corrupted_at_state) == Tracking::on &&
-        !place_state(handle, space_id, object, sttr_base, err, facts)) {
+        !place_state(facts, handle, space_id, object, sttr_base, err)) {
       return;
     }
   }
   for (const FieldFacts &field : facts.fields) {
-    initialize_child(handle, space_id, object, field, notify, skip_stats, sttr_base, err);
+    initialize_child(field, handle, space_id, object, notify, skip_stats, sttr_base, err);
   }
 }
 
@@ -287,20 +287,20 @@ void mark_children_embedded(kelp_handle *handle, std::uint32_t space_id, void *o
   for (const FieldFacts &field : facts.fields) {
     switch (field.kind) {
       case Kind::structure:
-        set_instance_embedded(handle, space_id, bytes(object) + field.offset, *field.structure);
+        set_instance_embedded(*field.structure, handle, space_id, bytes(object) + field.offset);
         break;
       case Kind::enumeration:
       case Kind::flags:
-        light_object::mark_embedded(handle, space_id, bytes(object) + field.offset, *field.light);
+        light_object::mark_embedded(*field.light, handle, space_id, bytes(object) + field.offset);
         break;
       case Kind::boolean:
-        kelp_boolean_set_instance_embedded(handle, space_id, at<kelp_boolean>(object, field));
+        kelp_boolean_set_instance_embedded(handle, space_id, at<kelp_boolean>(field, object));
         break;
       case Kind::address:
-        ip_address_set_instance_embedded(handle, space_id, at<ip_address>(object, field));
+        ip_address_set_instance_embedded(handle, space_id, at<ip_address>(field, object));
         break;
       case Kind::text:
-        kelp_vstring_set_instance_embedded(handle, space_id, at<kelp_vstring>(object, field));
+        kelp_vstring_set_instance_embedded(handle, space_id, at<kelp_vstring>(field, object));
         break;
       default:
         break;
@@ -312,8 +312,8 @@ void mark_children_embedded(kelp_handle *handle, std::uint32_t space_id, void *o
 
 // Required: the children come first only where structures are among them. The null object is never
 // written.
-void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *object,
-                           const StructureFacts &facts) {
+void set_instance_embedded(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                           void *object) {
   if (object == nullptr) {
     trace(type_source, Level::error, facts.messages.embedded_object_null);
     return;
@@ -329,19 +329,19 @@ void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *ob
 
 // An object that stays behind a failure is neither counted nor freed. What its fields gave back
 // before is gone from them, so that a later destroy does not give it back twice.
-void destroy_internal(kelp_handle *handle, std::uint32_t space_id, void *object, bool free_it,
-                      const StructureFacts &facts) {
+void destroy_internal(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                      void *object, bool free_it) {
   if (object == nullptr || object == facts.null_object) return;
   kelp_object_header *header = header_of(object);
   std::uint32_t err = 0;
   if ((header->obj_flags & OBJ_OID_MAPPED) != 0 &&
-      !remove_mapping(handle, space_id, object, &err, facts)) {
+      !remove_mapping(facts, handle, space_id, object, &err)) {
     return;
   }
   for (const FieldFacts &field : facts.fields) {
-    if (!end_field(handle, space_id, object, field, &err)) return;
+    if (!end_field(field, handle, space_id, object, &err)) return;
   }
-  end_element_states(handle, space_id, object, facts);
+  end_element_states(facts, handle, space_id, object);
 
   kelp_type_record *tinfo = kelp_get_manifested_type_info(object);
   type_record_access::require_record(tinfo, facts.messages.destruction);

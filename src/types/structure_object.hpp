@@ -121,57 +121,57 @@ inline constexpr Family family{"structure_object", operations};
 
 // --- the rules ----------------------------------------------------------------------------------
 
-std::size_t size(const kelp_handle *handle, const StructureFacts &facts);
-void *create(kelp_handle *handle, std::uint32_t space_id, const StructureFacts &facts);
-void *create_internal(kelp_handle *handle, std::uint32_t space_id, const StructureFacts &facts);
-void *create_cr(kelp_handle *handle, const StructureFacts &facts);
-void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_type_record *record,
-                bool notify, std::int32_t skip_stats, std::uint8_t flags, void *sttr_base,
-                std::uint32_t *err, const StructureFacts &facts);
-void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *object,
-                           const StructureFacts &facts);
-void destroy_internal(kelp_handle *handle, std::uint32_t space_id, void *object, bool free_it,
-                      const StructureFacts &facts);
+std::size_t size(const StructureFacts &facts, const kelp_handle *handle);
+void *create(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id);
+void *create_internal(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id);
+void *create_cr(const StructureFacts &facts, kelp_handle *handle);
+void initialize(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                void *object, kelp_type_record *record, bool notify, std::int32_t skip_stats,
+                std::uint8_t flags, void *sttr_base, std::uint32_t *err);
+void set_instance_embedded(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                           void *object);
+void destroy_internal(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                      void *object, bool free_it);
 
 // --- bound to a type ----------------------------------------------------------------------------
 
 template <const Structure &T>
 std::size_t size(const kelp_handle *handle) {
-  return size(handle, structure_facts<T>);
+  return size(structure_facts<T>, handle);
 }
 
 template <const Structure &T>
 void *create(kelp_handle *handle, std::uint32_t space_id) {
-  return create(handle, space_id, structure_facts<T>);
+  return create(structure_facts<T>, handle, space_id);
 }
 
 template <const Structure &T>
 void *create_internal(kelp_handle *handle, std::uint32_t space_id) {
-  return create_internal(handle, space_id, structure_facts<T>);
+  return create_internal(structure_facts<T>, handle, space_id);
 }
 
 template <const Structure &T>
 void *create_cr(kelp_handle *handle) {
-  return create_cr(handle, structure_facts<T>);
+  return create_cr(structure_facts<T>, handle);
 }
 
 template <const Structure &T>
 void initialize(kelp_handle *handle, std::uint32_t space_id, void *object, kelp_type_record *record,
                 std::int32_t notify, std::int32_t skip_stats, std::uint8_t flags, void *sttr_base,
                 std::uint32_t *err) {
-  initialize(handle, space_id, object, record, notify != 0, skip_stats, flags, sttr_base, err,
-             structure_facts<T>);
+  initialize(structure_facts<T>, handle, space_id, object, record, notify != 0, skip_stats, flags,
+             sttr_base, err);
 }
 
 template <const Structure &T>
 void set_instance_embedded(kelp_handle *handle, std::uint32_t space_id, void *object) {
-  set_instance_embedded(handle, space_id, object, structure_facts<T>);
+  set_instance_embedded(structure_facts<T>, handle, space_id, object);
 }
 
 template <const Structure &T>
 void destroy_internal(kelp_handle *handle, std::uint32_t space_id, void *object,
                       std::int32_t free_it) {
-  destroy_internal(handle, space_id, object, free_it != 0, structure_facts<T>);
+  destroy_internal(structure_facts<T>, handle, space_id, object, free_it != 0);
 }
 
 template <const Structure &T>

@@ -17,14 +17,14 @@ class ContentCopy {
   ContentCopy(void *destination, const void *source)
       : destination_(bytes(destination)), source_(bytes(source)) {}
 
-  void flags_within(std::size_t place, const StructureFacts &facts) {
+  void flags_within(const StructureFacts &facts, std::size_t place) {
     const std::size_t flags = place + offsetof(kelp_object_header, obj_flags);
     up_to(flags);
     destination_[flags] = static_cast<std::uint8_t>((source_[flags] & ~state_memory_flags) |
                                                     (destination_[flags] & state_memory_flags));
     done_ = flags + 1;
     for (const FieldFacts &field : facts.fields) {
-      if (field.kind == Kind::structure) flags_within(place + field.offset, *field.structure);
+      if (field.kind == Kind::structure) flags_within(*field.structure, place + field.offset);
     }
   }
   void up_to(std::size_t place) {
@@ -38,9 +38,9 @@ class ContentCopy {
   std::size_t done_ = 0;
 };
 
-void copy_content(void *destination, const void *source, const StructureFacts &facts) {
+void copy_content(const StructureFacts &facts, void *destination, const void *source) {
   ContentCopy copy(destination, source);
-  copy.flags_within(0, facts);
+  copy.flags_within(facts, 0);
   copy.up_to(facts.object_size);
 }
 
@@ -64,12 +64,12 @@ void move_state(kelp_handle *handle, std::uint32_t space_id, void *destination, 
                 const StructureFacts &facts) {
   std::uint8_t *to = state_tracking::area_of(handle, space_id, destination, facts.object_size);
   std::uint8_t *from = state_tracking::area_of(handle, space_id, source, facts.object_size);
-  offset_update(handle, space_id, destination, to, facts);
+  offset_update(facts, handle, space_id, destination, to);
   announce(handle, space_id, to, facts.state_size);
   std::memcpy(to, from, facts.state_size);
   for (const FieldFacts &field : facts.fields) {
     if (field.kind != Kind::array) continue;
-    std::uint8_t *&states = array_field::element_states_of(from, *field.array);
+    std::uint8_t *&states = array_field::element_states_of(*field.array, from);
     store<std::uint8_t *>(handle, space_id, &states, nullptr);
   }
 }
@@ -79,15 +79,15 @@ void move_state(kelp_handle *handle, std::uint32_t space_id, void *destination, 
 // Required: the error word is not looked at on entry and the last error is not cleared. The state
 // test follows the copy, looks at the source alone, and its failure leaves both objects with the
 // same stores.
-void set(kelp_handle *handle, std::uint32_t space_id, void *destination, void *source,
-         std::uint32_t *err, const StructureFacts &facts) {
+void set(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+         void *destination, void *source, std::uint32_t *err) {
   kelplib_adjust_variant(
       handle, space_id, destination,
       destination == nullptr ? nullptr : kelp_get_manifested_type_info(destination),
       facts.variants - 1, err);
   if (destination == source) return;
   announce(handle, space_id, destination, facts.object_size);
-  copy_content(destination, source, facts);
+  copy_content(facts, destination, source);
   const bool tracking =
       state_tracking::tracking_of(handle, facts.messages.corrupted_at_transfer) == Tracking::on;
   if (tracking && state_tracking::is_tracked(source) && state_tracking::is_tracked(destination)) {
@@ -99,17 +99,17 @@ void set(kelp_handle *handle, std::uint32_t space_id, void *destination, void *s
                                                    facts.messages.not_tracked_at_transfer, err)) {
     return;
   }
-  post_copyout_cleanup(handle, space_id, destination, source, err, facts);
+  post_copyout_cleanup(facts, handle, space_id, destination, source, err);
 }
 
-void post_copyout_cleanup(kelp_handle *handle, std::uint32_t space_id, void *destination,
-                          void *source, std::uint32_t *err, const StructureFacts &facts) {
+void post_copyout_cleanup(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                          void *destination, void *source, std::uint32_t *err) {
   for (const FieldFacts &field : facts.fields) {
     void *to = bytes(destination) + field.offset;
     void *from = bytes(source) + field.offset;
     switch (field.kind) {
       case Kind::structure:
-        set(handle, space_id, to, from, err, *field.structure);
+        set(*field.structure, handle, space_id, to, from, err);
         break;
       case Kind::address:
         ip_address_set(handle, space_id, static_cast<ip_address *>(to),
@@ -120,8 +120,8 @@ void post_copyout_cleanup(kelp_handle *handle, std::uint32_t space_id, void *des
                          static_cast<kelp_vstring *>(from), err);
         break;
       case Kind::array:
-        store<void *>(handle, space_id, &array_field::store_of(source, *field.array), nullptr);
-        store<std::uint32_t>(handle, space_id, &array_field::count_of(source, *field.array), 0);
+        store<void *>(handle, space_id, &array_field::store_of(*field.array, source), nullptr);
+        store<std::uint32_t>(handle, space_id, &array_field::count_of(*field.array, source), 0);
         break;
       case Kind::arm:
         store<void *>(handle, space_id, static_cast<void **>(from), nullptr);
@@ -133,8 +133,8 @@ void post_copyout_cleanup(kelp_handle *handle, std::uint32_t space_id, void *des
 }
 
 // A distance and not an address is told: object and area may be mapped elsewhere next time.
-void offset_update(kelp_handle *handle, std::uint32_t space_id, void *object, void *sttr_base,
-                   const StructureFacts &facts) {
+void offset_update(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object, void *sttr_base) {
   for (const FieldFacts &field : facts.fields) {
     if (field.kind != Kind::structure) continue;
     std::uint8_t *child = bytes(object) + field.offset;
@@ -142,17 +142,17 @@ void offset_update(kelp_handle *handle, std::uint32_t space_id, void *object, vo
     const std::uintptr_t distance =
         reinterpret_cast<std::uintptr_t>(block) - reinterpret_cast<std::uintptr_t>(child);
     kelplib_update_sttr_offset(handle, space_id, child, static_cast<std::uint32_t>(distance));
-    offset_update(handle, space_id, child, block, *field.structure);
+    offset_update(*field.structure, handle, space_id, child, block);
   }
 }
 
-void offset_remove(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err,
-                   const StructureFacts &facts) {
+void offset_remove(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object, std::uint32_t *err) {
   for (const FieldFacts &field : facts.fields) {
     if (field.kind != Kind::structure) continue;
     std::uint8_t *child = bytes(object) + field.offset;
     kelp_hd_mapping_destroy(handle, space_id, child, err);
-    offset_remove(handle, space_id, child, err, *field.structure);
+    offset_remove(*field.structure, handle, space_id, child, err);
   }
 }
 

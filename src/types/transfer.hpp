@@ -64,37 +64,37 @@ inline constexpr Family family{"transfer", operations};
 
 // --- the rules ----------------------------------------------------------------------------------
 
-void set(kelp_handle *handle, std::uint32_t space_id, void *destination, void *source,
-         std::uint32_t *err, const StructureFacts &facts);
-void post_copyout_cleanup(kelp_handle *handle, std::uint32_t space_id, void *destination,
-                          void *source, std::uint32_t *err, const StructureFacts &facts);
-void offset_update(kelp_handle *handle, std::uint32_t space_id, void *object, void *sttr_base,
-                   const StructureFacts &facts);
-void offset_remove(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err,
-                   const StructureFacts &facts);
+void set(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+         void *destination, void *source, std::uint32_t *err);
+void post_copyout_cleanup(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                          void *destination, void *source, std::uint32_t *err);
+void offset_update(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object, void *sttr_base);
+void offset_remove(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object, std::uint32_t *err);
 
 // --- bound to a type ----------------------------------------------------------------------------
 
 template <const Structure &T>
 void set(kelp_handle *handle, std::uint32_t space_id, void *destination, void *source,
          std::uint32_t *err) {
-  set(handle, space_id, destination, source, err, structure_facts<T>);
+  set(structure_facts<T>, handle, space_id, destination, source, err);
 }
 
 template <const Structure &T>
 void post_copyout_cleanup(kelp_handle *handle, std::uint32_t space_id, void *destination,
                           void *source, std::uint32_t *err) {
-  post_copyout_cleanup(handle, space_id, destination, source, err, structure_facts<T>);
+  post_copyout_cleanup(structure_facts<T>, handle, space_id, destination, source, err);
 }
 
 template <const Structure &T>
 void offset_update(kelp_handle *handle, std::uint32_t space_id, void *object, void *sttr_base) {
-  offset_update(handle, space_id, object, sttr_base, structure_facts<T>);
+  offset_update(structure_facts<T>, handle, space_id, object, sttr_base);
 }
 
 template <const Structure &T>
 void offset_remove(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  offset_remove(handle, space_id, object, err, structure_facts<T>);
+  offset_remove(structure_facts<T>, handle, space_id, object, err);
 }
 
 }  // namespace harbor::transfer
