@@ -50,6 +50,7 @@ int build(const fs::path &folder, const fs::path &project) {
   write_records(writer);
   write_vfts(writer);
   write_table_functions(writer);
+  write_table_rows(writer);
   write_version_script(writer, units);
   write_sections(writer, record);
   return 0;

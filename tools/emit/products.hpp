@@ -22,6 +22,7 @@ void write_forwarders(Writer &writer, const std::vector<Unit> &units);
 void write_records(Writer &writer);
 void write_vfts(Writer &writer);
 void write_table_functions(Writer &writer);
+void write_table_rows(Writer &writer);
 void write_version_script(Writer &writer, const std::vector<Unit> &units);
 void write_sections(Writer &writer, const std::string &build_record);
 
