@@ -253,19 +253,18 @@ TEST(StoredMessagesTest, SectionsAreLoadedOrNotAsAgreed) {
 }
 
 TEST(StoredMessagesTest, TypeSideHasTheRowsOfItsForms) {
-  ASSERT_EQ(side(0).messages.size(), 3855u);
   const auto rows = rows_of(side(0), type_forms);
   std::size_t sum = 0;
   for (const Form &form : type_forms) {
     EXPECT_EQ(rows.contains(form.text) ? rows.at(form.text) : 0, form.rows) << form.text;
     sum += form.rows;
   }
-  EXPECT_EQ(sum, 3855u);
+  EXPECT_EQ(sum, side(0).messages.size());
 }
 
 TEST(StoredMessagesTest, TypeSideBeginsAndEndsAsAgreed) {
   EXPECT_EQ(side(0).messages.front().text, "error in address_family create %s");
-  EXPECT_EQ(side(0).messages[3854].text, "type variant cached info is NULL during usage dump");
+  EXPECT_EQ(side(0).messages.back().text, "type variant cached info is NULL during usage dump");
 }
 
 TEST(StoredMessagesTest, NamesInTypeTextsAreTypesAndTheirReferences) {
@@ -308,14 +307,13 @@ TEST(StoredMessagesTest, NamesInTypeTextsAreTypesAndTheirReferences) {
 }
 
 TEST(StoredMessagesTest, TableSideHasTheRowsOfItsForms) {
-  ASSERT_EQ(side(1).messages.size(), 1382u);
   const auto rows = rows_of(side(1), table_forms);
   std::size_t sum = 0;
   for (const Form &form : table_forms) {
     EXPECT_EQ(rows.contains(form.text) ? rows.at(form.text) : 0, form.rows) << form.text;
     sum += form.rows;
   }
-  EXPECT_EQ(sum, 1382u);
+  EXPECT_EQ(sum, side(1).messages.size());
 }
 
 TEST(StoredMessagesTest, EachTableHasItsBlock) {
@@ -342,11 +340,10 @@ TEST(StoredMessagesTest, EachTableHasItsBlock) {
       expect(block[offset], table.record_type);
     }
   }
-  EXPECT_EQ(index, 1380u);
-  EXPECT_EQ(side(1).messages[1380].text, "Initializing table vft for %s");
-  EXPECT_EQ(side(1).messages[1381].text,
+  ASSERT_EQ(index + 2, side(1).messages.size());
+  EXPECT_EQ(side(1).messages[index].text, "Initializing table vft for %s");
+  EXPECT_EQ(side(1).messages[index + 1].text,
             "Error already set when requesting ospf_harbor_oper table vft");
-  EXPECT_EQ(side(1).messages.size(), 1382u);
 }
 
 // The shifts of a table with composite keys, as call sites of such a table count them.

@@ -54,8 +54,7 @@ const std::vector<ManifestLine> &lines() { return built::library().halyard.manif
 
 TEST(TypeManifestTest, EachRecordHasOneLineThatSaysWhatItIs) {
   const std::map<std::string, Expected> expected = expected_lines();
-  ASSERT_EQ(expected.size(), 103u);
-  ASSERT_EQ(lines().size(), 103u);
+  ASSERT_EQ(lines().size(), expected.size());
   std::set<std::string> seen;
   for (const ManifestLine &line : lines()) {
     ASSERT_TRUE(expected.contains(line.md5)) << line.text;
@@ -90,8 +89,8 @@ TEST(TypeManifestTest, SecondMd5StandsNowhereElse) {
     first.insert(line.md5);
     second.insert(line.second_md5);
   }
-  EXPECT_EQ(first.size(), 103u);
-  EXPECT_EQ(second.size(), 103u);
+  EXPECT_EQ(first.size(), lines().size());
+  EXPECT_EQ(second.size(), lines().size());
   for (const std::string &md5 : second) EXPECT_FALSE(first.contains(md5)) << md5;
 }
 
@@ -114,7 +113,7 @@ TEST(TypeManifestTest, StatedLinesAndMd5sAreKept) {
 TEST(TypeManifestTest, SectionIsAsLongAsItsLines) {
   const std::string first = "# ospf_harbor_oper.minime\n";
   const auto section = built::library().file.bytes(built::library().file.require(".halyard"));
-  const std::size_t manifest = first.size() + 103 * 80 + 1;
+  const std::size_t manifest = first.size() + lines().size() * 80 + 1;
   const std::uint8_t head[8] = {static_cast<std::uint8_t>(manifest & 0xff),
                                 static_cast<std::uint8_t>(manifest >> 8),
                                 0,

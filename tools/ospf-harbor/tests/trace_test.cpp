@@ -163,7 +163,7 @@ TEST_F(TraceCommandTest, EveryMessageOfTheBuiltLibraryComesBack) {
   options_.library_file = "";  // the one that this program runs with
   const Printed printed = print(options_);
   EXPECT_EQ(printed.status, 0) << printed.refusal << printed.complaints;
-  ASSERT_EQ(printed.lines.size(), 5237u);
+  ASSERT_EQ(printed.lines.size(), expected.size());
   for (std::size_t i = 0; i < expected.size(); ++i) {
     ASSERT_EQ(without_time(printed.lines[i]), expected[i]) << i;
   }
