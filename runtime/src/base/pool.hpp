@@ -19,6 +19,7 @@ struct Pool {
 
   std::uint64_t magic = kMagic;
   kelp_database *database = nullptr;
+  const kelp_handle *handle = nullptr;
   kelp_write_observer observer = nullptr;
   void *observer_context = nullptr;
   std::uint64_t counts[4] = {};
@@ -30,11 +31,14 @@ struct Pool {
   // out, and after one was taken out. Null for none.
   bool (*before_link)(Pool &pool, const e_avl_root *root, e_avl_node *node) = nullptr;
   void (*after_unlink)(Pool &pool, const e_avl_root *root, e_avl_node *node) = nullptr;
+  // Of a database in a store: hears of each write before it is made.
+  void (*hear)(Pool *pool, const void *address, std::size_t length) = nullptr;
 
   void announce(const void *address, std::size_t length, std::uint32_t space_id,
                 kelp_write_origin origin) {
     ++counts[origin];
     if (observer != nullptr) observer(observer_context, address, length, space_id, origin);
+    if (hear != nullptr) hear(this, address, length);
   }
 };
 

@@ -53,6 +53,7 @@ extern "C" kelp_database *kelp_database_open_private(const char *name,
     database->marked_shared = wanted.marked_shared != 0;
     database->shared_tinfo = wanted.shared_tinfo != 0;
     database->objects.set_limit(wanted.memory_limit);
+    kelp::attach_parts(*database);
     kelp::watch_freed_blocks(*database);
     database->cache.set_capacity(wanted.replication_cache_entries);
     kelp::enter_open_database(*database);
@@ -61,6 +62,64 @@ extern "C" kelp_database *kelp_database_open_private(const char *name,
     kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: database '%s': no memory", kFunction, name);
     return nullptr;
   }
+  kelp::succeed(error);
+  return database.release();
+}
+
+extern "C" void kelp_store_options_init(kelp_store_options *options) {
+  if (options == nullptr) return;
+  *options = {};
+  options->struct_size = sizeof *options;
+  options->create = 1;
+  options->reserved_bytes = kelp::store::Options().reserved_bytes;
+  options->file_mode = kelp::store::Options().mode;
+  options->wait_ms = kelp::store::Options().wait_ms;
+  options->replication_cache_entries = kelp::kDefaultCacheEntries;
+}
+
+extern "C" kelp_database *kelp_database_open_file(const char *path,
+                                                  const kelp_store_options *options,
+                                                  kelp_error *error) {
+  constexpr const char *kFunction = "kelp_database_open_file";
+  if (path == nullptr || *path == '\0') {
+    kelp::fail(error, KELP_ERR_INVALID, "%s: no path, expected a text", kFunction);
+    return nullptr;
+  }
+  kelp_store_options wanted;
+  kelp_store_options_init(&wanted);
+  if (options != nullptr && options->struct_size != sizeof wanted) {
+    kelp::fail(error, KELP_ERR_INVALID,
+               "%s: store '%s': options of %zu bytes, expected %zu; kelp_store_options_init sets "
+               "this",
+               kFunction, path, options->struct_size, sizeof wanted);
+    return nullptr;
+  }
+  if (options != nullptr) wanted = *options;
+  std::unique_ptr<kelp_database> database;
+  bool opened = false;
+  const bool done = kelp::without_exceptions([&] {
+    kelp::store::Options store_options;
+    store_options.read_only = wanted.read_only != 0;
+    store_options.create = wanted.create != 0;
+    store_options.reserved_bytes = wanted.reserved_bytes;
+    store_options.mode = wanted.file_mode;
+    store_options.wait_ms = wanted.wait_ms;
+    database = std::make_unique<kelp_database>();
+    database->store = kelp::store::Store::open(path, store_options, error);
+    if (database->store == nullptr) return;
+    database->name = path;
+    database->marked_shared = database->shared_tinfo = true;
+    kelp::attach_parts(*database);
+    kelp::watch_freed_blocks(*database);
+    database->cache.set_capacity(wanted.replication_cache_entries);
+    kelp::enter_open_database(*database);
+    opened = true;
+  });
+  if (!done) {
+    kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: store '%s': no memory", kFunction, path);
+    return nullptr;
+  }
+  if (!opened) return nullptr;
   kelp::succeed(error);
   return database.release();
 }
@@ -75,6 +134,12 @@ extern "C" int32_t kelp_database_close(kelp_database *database, kelp_error *erro
                         "kelp_handle_destroy ends them",
                         database->name.c_str(), database->handles.size());
     }
+  }
+  if (database->store != nullptr) {
+    const std::int32_t code = database->store->close(error);
+    kelp::leave_open_databases(*database);
+    delete database;
+    return code;
   }
   const kelp::ArenaStatistics left = database->objects.statistics();
   if (left.live_allocations == 0) {

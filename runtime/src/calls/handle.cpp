@@ -8,6 +8,7 @@
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
 #include "database/hooks.hpp"
+#include "database/transaction.hpp"
 #include "kelp/core.h"
 
 namespace kelp {
@@ -103,7 +104,7 @@ extern "C" kelp_handle *kelp_handle_create(kelp_database *database,
 extern "C" void kelp_handle_destroy(kelp_handle *handle) {
   if (handle == nullptr) return;
   kelp_database *database = handle->state->database;
-  database->lock.give_up(handle);
+  kelp::give_up_lock(handle);
   {
     const std::lock_guard lock(database->handles_mutex);
     std::erase(database->handles, handle);

@@ -50,7 +50,16 @@ extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error 
         "holds a lower variant than the field or value needs",
         database->name.c_str());
   }
-  const kelp::Arena::Refusal refusal = database->objects.last_refusal();
+  const kelp::ObjectMemory::Refusal refusal = database->objects.last_refusal();
+  if (code == KELP_ERR_NO_MEMORY && database->store != nullptr && handle->db_lock_state == 0) {
+    return kelp::fail(error, code,
+                      "store '%s': no memory for %zu bytes without a lock: objects of a store are "
+                      "made under its write lock, keys and copies for a reader under the read lock",
+                      database->name.c_str(), refusal.asked);
+  }
+  if (code == KELP_ERR_NO_MEMORY && !refusal.reason.empty()) {
+    return kelp::fail(error, code, "%s", refusal.reason.c_str());
+  }
   if (code == KELP_ERR_NO_MEMORY && refusal.asked_any) {
     if (refusal.limit == 0) {
       return kelp::fail(error, code,

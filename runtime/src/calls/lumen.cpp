@@ -2,7 +2,6 @@
 // lumen_perror, by thread.
 #include <cinttypes>
 #include <cstdio>
-#include <mutex>
 
 #include "base/failure.hpp"
 #include "base/pool.hpp"
@@ -51,16 +50,22 @@ extern "C" uint32_t lumen_set_range(void *obj_pool, const void *address, size_t 
   return 1;
 }
 
+// What stands under a key is about to be changed, perhaps without a word.
+static void save_kept(const kelp::Pool *pool, const void *pointer) {
+  kelp_database &database = *pool->database;
+  if (database.store != nullptr && pool->handle->db_lock_state == 2) {
+    database.store->heap().save_block(pointer);
+  }
+}
+
 extern "C" void *lumen_get_key(void *obj_pool, const char *key) {
   kelp::Pool *pool = pool_for(obj_pool, "lumen_get_key");
   if (pool == nullptr || key == nullptr) return nullptr;
-  const std::lock_guard lock(pool->database->keys_mutex);
   void *found = nullptr;
-  const bool done = kelp::without_exceptions([&] {
-    const auto place = pool->database->keys.find(key);
-    if (place != pool->database->keys.end()) found = place->second;
-  });
-  if (!done) kelp::fail(&t_failure, KELP_ERR_NO_MEMORY, "lumen_get_key: no memory");
+  if (!kelp::without_exceptions([&] { found = pool->database->keys.find(key); })) {
+    kelp::fail(&t_failure, KELP_ERR_NO_MEMORY, "lumen_get_key: no memory");
+  }
+  if (found != nullptr) save_kept(pool, found);
   return found;
 }
 
@@ -72,20 +77,18 @@ extern "C" uint32_t lumen_set_key(void *obj_pool, const char *key, void *pointer
                name_of(pool));
     return 0;
   }
+  if (pool->database->store != nullptr && pool->handle->db_lock_state != 2) {
+    kelp::fail(&t_failure, KELP_ERR_PERMISSION,
+               "lumen_set_key: store '%s': expected a handle that holds the write lock",
+               name_of(pool));
+    return 0;
+  }
   if (pool->database->faults.strikes(KELP_FAULT_SET_KEY)) {
     kelp::fail(&t_failure, KELP_ERR_INVALID, "lumen_set_key: store '%s': a fault was asked for",
                name_of(pool));
     return 0;
   }
-  const std::lock_guard lock(pool->database->keys_mutex);
-  const bool done = kelp::without_exceptions([&] {
-    if (pointer == nullptr) {
-      pool->database->keys.erase(key);
-    } else {
-      pool->database->keys[key] = pointer;
-    }
-  });
-  if (!done) {
+  if (!kelp::without_exceptions([&] { pool->database->keys.set(key, pointer); })) {
     kelp::fail(&t_failure, KELP_ERR_NO_MEMORY, "lumen_set_key: no memory");
     return 0;
   }
@@ -96,7 +99,10 @@ extern "C" uint32_t lumen_set_key(void *obj_pool, const char *key, void *pointer
 
 extern "C" uint32_t lumen_in_range(void *obj_pool, const void *pointer) {
   kelp::Pool *pool = pool_for(obj_pool, "lumen_in_range");
-  return pool != nullptr && in_store(pool, pointer, 1) ? 1 : 0;
+  if (pool == nullptr || !in_store(pool, pointer, 1)) return 0;
+  if (!pool->database->keys.confirms(pointer)) return 0;
+  save_kept(pool, pointer);
+  return 1;
 }
 
 extern "C" void lumen_perror(void) {

@@ -55,11 +55,12 @@ kelp_oid_mapping *mapping_for(kelp_handle *handle, std::uint32_t space_id, void 
 
 // Required: a count of 0 stays 0 without a failure. Cloned and unmarshalled objects carry
 // references that were never counted, and dropping theirs must not keep the objects from ending.
-void move_count(kelp_oid_mapping *mapping, std::uint32_t direction) {
+void move_count(kelp_handle *handle, kelp_oid_mapping *mapping, std::uint32_t direction) {
+  OidRegistry &oids = database_of(handle).oids;
   if (direction != KELP_OID_DECREMENT) {
-    ++mapping->references;
+    oids.set_references(mapping, mapping->references + 1);
   } else if (mapping->references > 0) {
-    --mapping->references;
+    oids.set_references(mapping, mapping->references - 1);
   }
 }
 
@@ -108,7 +109,7 @@ extern "C" kelp_oid kelp_handle_to_oid(kelp_handle *handle, uint32_t space_id, v
   if (kelp::is_set(err)) return {};
   kelp_oid_mapping *mapping = kelp::mapping_for(handle, space_id, object, nullptr, err);
   if (mapping == nullptr) return {};
-  if (add_reference != 0) kelp::move_count(mapping, KELP_OID_INCREMENT);
+  if (add_reference != 0) kelp::move_count(handle, mapping, KELP_OID_INCREMENT);
   return mapping->oid;
 }
 
@@ -130,10 +131,11 @@ extern "C" uint32_t kelp_request_oid_mapping_destroy(kelp_handle *handle, uint32
   kelp_oid_mapping *mapping = oids.find(object);
   if (mapping == nullptr) return 1;
   if (mapping->references != 0) {
-    mapping->destroy_asked = true;
+    oids.ask_destroy(mapping);
     return 0;
   }
   oids.remove(object);
+  kelp::expect_counting(kelp::database_of(handle), object);
   auto *header = static_cast<kelp_object_header *>(object);
   kelp::announce(handle, &header->obj_flags, sizeof header->obj_flags, space_id);
   header->obj_flags = static_cast<uint8_t>(header->obj_flags & ~OBJ_OID_MAPPED);
@@ -159,7 +161,7 @@ extern "C" void kelplib_oid_release_internal(kelp_handle *handle, uint32_t space
   }
   if (kelp_oid_id_is_zero(field->oid.id) != 0) return;
   if (kelp_oid_mapping *mapping = kelp::database_of(handle).oids.find(field->oid)) {
-    kelp::move_count(mapping, KELP_OID_DECREMENT);
+    kelp::move_count(handle, mapping, KELP_OID_DECREMENT);
   }
   kelp::announce(handle, &field->oid, sizeof field->oid, space_id);
   field->oid = {};
@@ -195,7 +197,7 @@ extern "C" void kelplib_update_oid_ref_count(kelp_handle *handle, uint32_t space
     kelp::raise(handle, err, KELP_ERR_INVALID);
     return;
   }
-  kelp::move_count(mapping, direction);
+  kelp::move_count(handle, mapping, direction);
 }
 
 extern "C" void kelplib_lookup_and_update_oid_ref_count(kelp_handle *handle, uint32_t space_id,
@@ -208,7 +210,7 @@ extern "C" void kelplib_lookup_and_update_oid_ref_count(kelp_handle *handle, uin
     kelp::raise(handle, err, KELP_ERR_NOT_FOUND);
     return;
   }
-  kelp::move_count(mapping, direction);
+  kelp::move_count(handle, mapping, direction);
 }
 
 extern "C" int64_t kelp_handle_oid_references(const kelp_handle *handle, const void *object) {

@@ -1,5 +1,7 @@
 // What modules and programs keep and ask about one table: cursors on and off, and the counts of its
 // records by tenant.
+#include <cerrno>
+
 #include "base/announce.hpp"
 #include "base/failure.hpp"
 #include "database/database.hpp"
@@ -34,6 +36,12 @@ extern "C" int32_t kelp_table_enable_cursors(kelp_handle *handle, kelp_table *ta
     return kelp::fail(error, KELP_ERR_INVALID, "%s: the %s is null", kFunction,
                       handle == nullptr ? "handle" : "table");
   }
+  const kelp_database &database = *handle->state->database;
+  if (database.store != nullptr) {
+    return kelp::fail(error, ENOTSUP,
+                      "%s: store '%s': the change feed of a database in a file is not kept",
+                      kFunction, database.name.c_str());
+  }
   TableState *state = kelp::state_for(handle, handle->cr_space_id, table);
   const bool done = state != nullptr && kelp::without_exceptions([&] {
                       if (state->feed == nullptr) state->feed = std::make_shared<kelp::Feed>();
@@ -66,39 +74,28 @@ extern "C" uint32_t kelpdb_table_implicit_write_cursor_enabled(kelp_handle *hand
 extern "C" void kelpdb_update_tenant_counter(kelp_handle *handle, uint32_t space_id,
                                              kelp_table *table, uint32_t direction, uint16_t tenant,
                                              uint8_t src, uint32_t *err) {
+  (void)space_id;
   if (kelp::is_set(err)) return;
   if (table == nullptr) {
     kelp::raise(handle, err, KELP_ERR_INVALID);
     return;
   }
-  const bool add = direction != 0;
-  TableState *state = add ? kelp::state_for(handle, space_id, table) : TableState::of(table);
-  if (!add && state == nullptr) return;
-  const bool done = state != nullptr && kelp::without_exceptions([&] {
-                      const std::pair key(tenant, src);
-                      if (add) {
-                        ++state->counts[key];
-                        return;
-                      }
-                      const auto count = state->counts.find(key);
-                      if (count == state->counts.end()) return;
-                      if (--count->second == 0) state->counts.erase(count);
-                    });
-  if (!done) kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
+  kelp_database &database = *handle->state->database;
+  if (direction == 0) {
+    database.tenants.subtract(table, tenant, src);
+  } else if (kelp::without_exceptions([&] { database.tenants.add(table, tenant, src); })) {
+    database.objects.watch(table);
+  } else {
+    kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
+  }
 }
 
 extern "C" void kelpdb_get_tenant_counter(kelp_handle *handle, uint32_t space_id,
                                           const kelp_table *table, uint32_t *count, uint16_t tenant,
                                           const uint8_t *src) {
-  (void)handle, (void)space_id;
+  (void)space_id;
   if (count == nullptr) return;
-  *count = 0;
-  const TableState *state = table == nullptr ? nullptr : TableState::of(table);
-  if (state == nullptr) return;
-  const uint8_t lowest = src == nullptr ? uint8_t{0} : *src;
-  const uint8_t highest = src == nullptr ? uint8_t{UINT8_MAX} : *src;
-  const auto end = state->counts.upper_bound({tenant, highest});
-  for (auto place = state->counts.lower_bound({tenant, lowest}); place != end; ++place) {
-    *count += place->second;
-  }
+  *count = table == nullptr || handle == nullptr
+               ? 0
+               : handle->state->database->tenants.get(table, tenant, src);
 }

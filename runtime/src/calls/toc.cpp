@@ -25,9 +25,11 @@ template <typename Root>
 bool make_once(kelp_database &database, Root *&root) {
   const std::lock_guard lock(database.roots_mutex);
   if (root != nullptr) return true;
-  root = static_cast<Root *>(database.system.allocate(sizeof(Root)));
-  if (root == nullptr) return false;
-  *root = Root{};
+  if (database.store != nullptr && !database.store->is_writing()) return false;
+  auto *made = static_cast<Root *>(database.memory->take(sizeof(Root)));
+  if (made == nullptr) return false;
+  *made = Root{};
+  database.memory->set(root, made);
   return true;
 }
 
@@ -42,14 +44,21 @@ extern "C" kelp_table_list *kelplib_database_table_toc_create(kelp_handle *handl
   (void)space_id;
   if (kelp::is_set(err)) return nullptr;
   kelp_database &database = kelp::database_of(handle);
-  if (!kelp::make_once(database, database.table_list)) {
+  // A reader who comes before the first writer finds a list without tables.
+  if (database.store != nullptr && !database.store->is_writing() &&
+      database.directory->table_list == nullptr) {
+    database.no_tables.last_link = &database.no_tables.first;
+    return &database.no_tables;
+  }
+  if (!kelp::make_once(database, database.directory->table_list)) {
     kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
     return nullptr;
   }
-  if (database.table_list->last_link == nullptr) {
-    database.table_list->last_link = &database.table_list->first;
+  if (database.directory->table_list->last_link == nullptr) {
+    database.memory->set(database.directory->table_list->last_link,
+                         &database.directory->table_list->first);
   }
-  return database.table_list;
+  return database.directory->table_list;
 }
 
 extern "C" kelp_toc_root *kelpdb_database_toc_open(kelp_handle *handle, uint32_t space_id,
@@ -62,13 +71,16 @@ extern "C" kelp_toc_root *kelpdb_database_toc_open(kelp_handle *handle, uint32_t
     return nullptr;
   }
   const bool may_write = !database.marked_shared || kelplib_database_is_write_locked(handle) != 0;
-  if (!may_write) return database.toc_root;
-  if (!kelp::make_once(database, database.toc_root)) {
+  if (!may_write) return database.directory->toc_root;
+  if (!kelp::make_once(database, database.directory->toc_root)) {
     kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
     return nullptr;
   }
-  if (database.marked_shared) database.toc_root->flags |= KELP_TOC_SHARED;
-  return database.toc_root;
+  uint8_t &flags = database.directory->toc_root->flags;
+  if (database.marked_shared && (flags & KELP_TOC_SHARED) == 0) {
+    database.memory->set(flags, static_cast<uint8_t>(flags | KELP_TOC_SHARED));
+  }
+  return database.directory->toc_root;
 }
 
 extern "C" kelp_table *kelpdb_database_toc_get_table_root(kelp_handle *handle, uint32_t space_id,
@@ -119,6 +131,7 @@ extern "C" void kelpdb_database_toc_insert(kelp_handle *handle, uint32_t space_i
     kelp::raise(handle, err, KELP_ERR_EXISTS);
   } else {
     database.objects.watch(table);
+    kelp::expect_counting(database, table);
   }
 }
 
@@ -153,6 +166,6 @@ extern "C" void kelpdb_database_toc_force_delete(kelp_handle *handle, uint32_t s
 extern "C" kelp_table *kelp_database_next_table(const kelp_database *database,
                                                 const kelp_table *table) {
   if (table != nullptr) return table->toc_next;
-  if (database == nullptr || database->table_list == nullptr) return nullptr;
-  return database->table_list->first;
+  if (database == nullptr || database->directory->table_list == nullptr) return nullptr;
+  return database->directory->table_list->first;
 }

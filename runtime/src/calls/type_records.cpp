@@ -4,6 +4,26 @@
 #include "base/failure.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
+#include "database/schema.hpp"
+
+namespace kelp {
+
+namespace {
+
+// A reader of a store, and who has no lock, cannot enter a record.
+bool may_register(const kelp_handle *handle) {
+  return handle->state->database->store == nullptr ||
+         kelplib_database_is_write_locked(handle) != 0;
+}
+
+bool has_fewer_variants(const kelp_type_record_copy *copy, const kelp_type_record *record) {
+  return record->varinfo != nullptr && copy->record.varinfo != nullptr &&
+         copy->record.varinfo->n_variants < record->varinfo->n_variants;
+}
+
+}  // namespace
+
+}  // namespace kelp
 
 extern "C" kelp_type_record *kelp_type_info_ptr_get(kelp_handle *handle, uint32_t space_id,
                                                     kelp_type_record *static_record,
@@ -11,17 +31,32 @@ extern "C" kelp_type_record *kelp_type_info_ptr_get(kelp_handle *handle, uint32_
   if (handle == nullptr || static_record == nullptr || handle->shared_tinfo == 0) {
     return static_record;
   }
-  kelp::TypeTable &types = handle->state->database->types;
+  kelp_database &database = *handle->state->database;
+  kelp::TypeTable &types = database.types;
   kelp_type_record_copy *copy = nullptr;
   uint32_t code = 0;
   const bool done = kelp::without_exceptions([&] {
     copy = types.find(static_record);
-    if (copy != nullptr || initialize == nullptr) return;
+    // A module that was loaded since the store was opened.
+    if (copy != nullptr && database.store != nullptr &&
+        !kelp::are_laid_out_alike(copy->record, *static_record)) {
+      copy = nullptr;
+      code = KELP_ERR_INVALID;
+      return;
+    }
+    const bool stale = database.store != nullptr && copy != nullptr &&
+                       kelp::has_fewer_variants(copy, static_record);
+    if ((copy != nullptr && !stale) || initialize == nullptr || !kelp::may_register(handle)) return;
     initialize(handle, space_id, &code);
     copy = types.find(static_record);
   });
   if (copy != nullptr) return &copy->record;
   if (!done) code = KELP_ERR_NO_MEMORY;
+  if (database.store != nullptr && kelplib_database_is_write_locked(handle) != 0) {
+    // An object would take the address of a record of this process into the file.
+    database.store->refuse(code == 0 ? KELP_ERR_NOT_FOUND : static_cast<int32_t>(code),
+                           "a type record could not be entered");
+  }
   kelp_store_err(handle, code == 0 ? static_cast<uint32_t>(KELP_ERR_NOT_FOUND) : code);
   return static_record;
 }
@@ -34,6 +69,7 @@ extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
       static_record->varinfo == nullptr) {
     return;
   }
+  kelp::store::Store *store = handle->state->database->store.get();
   const kelp_variant_info &wanted = *static_record->varinfo;
   const std::size_t count =
       static_cast<std::size_t>(std::max<int8_t>(wanted.n_variants, int8_t{0}));
@@ -42,10 +78,11 @@ extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
   if (kept == static_record->varinfo) kept = nullptr;
 
   if (kept == nullptr || kept->n_variants < wanted.n_variants) {
-    kelp::Arena &memory = handle->state->database->system;
     auto *info = static_cast<kelp_variant_info *>(
-        memory.allocate(sizeof(kelp_variant_info) + count * sizeof(kelp_variant_entry)));
+        kelp::take_type_memory(*handle->state->database,
+                               sizeof(kelp_variant_info) + count * sizeof(kelp_variant_entry)));
     if (info == nullptr) {
+      if (store != nullptr) store->refuse(KELP_ERR_NO_MEMORY, "no room for a type's variants");
       kelp_store_err(handle, KELP_ERR_NO_MEMORY);
       return;
     }
@@ -57,9 +94,11 @@ extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
       entries[i] = has_counts ? kept->entries[i] : kelp_variant_entry{};
     }
     // Objects may still be counted in the old entries, so these stay until the database closes.
+    if (store != nullptr) store->touch_types(&copy->record.varinfo, sizeof copy->record.varinfo);
     copy->record.varinfo = info;
     kept = info;
   }
+  if (store != nullptr) store->touch_types(kept->entries, count * sizeof(kelp_variant_entry));
   for (std::size_t i = 0; i < count; ++i) {
     kept->entries[i].variant_id = wanted.entries[i].variant_id;
     kept->entries[i].used_length = wanted.entries[i].used_length;

@@ -1,7 +1,10 @@
 // Which databases of the process are open, and what a database forgets with a block of its memory.
 #include "database/database.hpp"
 
+#include <cstring>
 #include <set>
+
+#include "kelp/core.h"
 
 namespace kelp {
 
@@ -23,6 +26,7 @@ void forget_block(void *context, const void *block, std::size_t size) {
   auto *database = static_cast<kelp_database *>(context);
   database->distances.drop_range(block, size);
   database->oids.remove_range(block, size);
+  database->tenants.forget(block);
   database->tables.forget(block);
   database->cache.forget(static_cast<const kelp_record *>(block));
   database->walked.forget(block);
@@ -31,6 +35,44 @@ void forget_block(void *context, const void *block, std::size_t size) {
 }
 
 }  // namespace
+
+void attach_parts(kelp_database &database) {
+  std::uint8_t identity[16];
+  if (database.store != nullptr) {
+    std::memcpy(identity, database.store->id(), sizeof identity);
+    database.memory = database.store.get();
+    database.directory = &database.store->head().directory;
+    database.objects.attach(database.store.get());
+    database.store->on_rollback([&database] {
+      database.types.forget_remembered();
+      database.cache.clear();
+    });
+  } else {
+    make_identity(identity);
+    database.own_directory.next_oid = store::kFirstOid;
+  }
+  database.distances.attach(*database.memory, *database.directory);
+  database.oids.attach(*database.memory, *database.directory, identity);
+  database.toc.attach(*database.memory, *database.directory);
+  database.tenants.attach(*database.memory, *database.directory);
+  database.types.attach(*database.memory, *database.directory);
+  database.keys.attach(*database.memory, *database.directory, identity);
+}
+
+void *take_type_memory(kelp_database &database, std::size_t size) {
+  return database.store != nullptr ? database.store->take_types(size)
+                                   : database.system.allocate(size);
+}
+
+void expect_counting(kelp_database &database, const void *object) {
+  if (database.store == nullptr) return;
+  const kelp_type_record *record = kelp_get_manifested_type_info(object);
+  if (record == nullptr || record->varinfo == nullptr) return;
+  const kelp_variant_info &info = *record->varinfo;
+  if (info.n_variants <= 0 || !database.store->in_types(info.entries)) return;
+  database.store->touch_types(info.entries, static_cast<std::size_t>(info.n_variants) *
+                                                sizeof(kelp_variant_entry));
+}
 
 void watch_freed_blocks(kelp_database &database) {
   database.objects.set_release_hook(forget_block, &database);

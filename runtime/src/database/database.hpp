@@ -4,10 +4,11 @@
 // block. So nothing here may call the object memory while it holds a lock of its own.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "kelp/embed.h"
@@ -15,12 +16,16 @@
 #include "parts/cache.hpp"
 #include "parts/distances.hpp"
 #include "parts/faults.hpp"
+#include "parts/keys.hpp"
 #include "parts/lock.hpp"
+#include "parts/object_memory.hpp"
 #include "parts/oid_registry.hpp"
 #include "parts/survivors.hpp"
 #include "parts/table_state.hpp"
+#include "parts/tenant_counts.hpp"
 #include "parts/toc.hpp"
 #include "parts/type_table.hpp"
+#include "store/store.hpp"
 
 struct kelp_database {
   std::string name;
@@ -29,24 +34,32 @@ struct kelp_database {
   bool shared_tinfo = false;
   kelp::Faults faults;
 
+  // Null for a private database. Private or not, the parts below keep their things in memory, and
+  // find them by directory.
+  std::unique_ptr<kelp::store::Store> store;
+  kelp::store::Directory own_directory = {};
+  kelp::store::Directory *directory = &own_directory;
+  kelp::Arena system;  // of a private database: type records, and what the parts keep
+  kelp::SystemMemory own_memory{system};
+  kelp::store::Memory *memory = &own_memory;
+
   // What is told of freed blocks stands before the memory, so that it outlives it.
   kelp::Distances distances;
   kelp::OidRegistry oids;
   kelp::TableOfContents toc;
+  kelp::TenantCounts tenants;
   kelp::TableStates tables;
   kelp::ReplicationCache cache;
   kelp::Survivors walked;  // by the collector
 
-  kelp::Arena system;   // type records, the table of contents' roots
-  kelp::Arena objects;  // what modules allocate
+  kelp::ObjectMemory objects;  // what modules allocate
   kelp::TypeTable types;
+  kelp::Keys keys;
 
   std::mutex roots_mutex;
-  kelp_table_list *table_list = nullptr;
-  kelp_toc_root *toc_root = nullptr;
-
-  mutable std::mutex keys_mutex;
-  std::unordered_map<std::string, void *> keys;  // of the store
+  kelp_table_list no_tables = {};
+  std::atomic<std::uint64_t> seen_sequence{0};  // of a store's commits, when it was locked last
+  std::atomic<bool> schema_checked{false};
 
   kelp::DatabaseLock lock;
 
@@ -55,6 +68,15 @@ struct kelp_database {
 };
 
 namespace kelp {
+
+// Ties the parts to the database's memory: private, or that of its store.
+void attach_parts(kelp_database &database);
+
+// Memory for type records and their variant info; it goes with the database.
+void *take_type_memory(kelp_database &database, std::size_t size);
+
+// The object is about to be counted in its type's entry without a word: tables are.
+void expect_counting(kelp_database &database, const void *object);
 
 // Has the database forget what it keeps beside a block of its object memory when that is freed.
 void watch_freed_blocks(kelp_database &database);

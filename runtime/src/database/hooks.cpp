@@ -1,7 +1,9 @@
 // The hooks behind a handle's function pointers.
 #include "database/hooks.hpp"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 #include "base/failure.hpp"
 #include "database/current.hpp"
@@ -11,12 +13,19 @@ namespace kelp {
 
 namespace {
 
-void *allocate(Pool *pool, Arena &memory, std::size_t size) {
+// A store's objects are made under its write lock. A reader's lie beside it, for as long as the
+// process wants them; without a lock nobody could say which of the two is meant.
+void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
+  Pool *pool = pool_of(obj_pool);
+  if (pool == nullptr) return nullptr;
+  kelp_database &database = *pool->database;
+  const std::uint32_t lock = pool->handle->db_lock_state;
+  const bool refused = database.store != nullptr && lock == 0;
   void *block = nullptr;
-  if (pool->database->faults.strikes(KELP_FAULT_ALLOCATION)) {
-    memory.note_refusal(size);
+  if (refused || database.faults.strikes(KELP_FAULT_ALLOCATION)) {
+    database.objects.note_refusal(size);
   } else {
-    block = memory.allocate(size);
+    block = database.objects.allocate(size, lock == static_cast<std::uint32_t>(LockMode::write));
   }
   pool->refused |= block == nullptr;
   return block;
@@ -24,12 +33,41 @@ void *allocate(Pool *pool, Arena &memory, std::size_t size) {
 
 void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
   Pool *pool = pool_of(type_pool);
-  return pool == nullptr ? nullptr : allocate(pool, pool->database->system, size);
+  if (pool == nullptr) return nullptr;
+  kelp_database &database = *pool->database;
+  void *memory = database.faults.strikes(KELP_FAULT_ALLOCATION)
+                     ? nullptr
+                     : take_type_memory(database, size);
+  if (memory == nullptr) database.objects.note_refusal(size);
+  pool->refused |= memory == nullptr;
+  return memory;
 }
 
-void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
-  Pool *pool = pool_of(obj_pool);
-  return pool == nullptr ? nullptr : allocate(pool, pool->database->objects, size);
+// The objects of a record go with it: what ends them stores into them before it says so.
+void save_with_objects(store::Store &store, const void *address) {
+  if (store.heap().save_block(address) != store::Heap::Saved::now) return;
+  store::Block block;
+  if (!store.heap().find(address, &block) || block.asked < sizeof(kelp_record)) return;
+  const auto *record = reinterpret_cast<const kelp_record *>(block.start);
+  const kelp_type_record *type = record->header.tinfo;
+  if (!store.in_types(type) || std::strcmp(type->kind, "table_record") != 0) return;
+  const std::size_t objects = (block.asked - offsetof(kelp_record, objects)) / sizeof(void *);
+  constexpr std::size_t kMost = 2;
+  for (std::size_t i = 0; i < std::min(objects, kMost); ++i) {
+    if (store.holds(record->objects[i])) store.heap().save_block(record->objects[i]);
+  }
+}
+
+void hear_write(Pool *pool, const void *address, std::size_t length) {
+  store::Store &store = *pool->database->store;
+  if (!store.holds(address)) return;
+  if (store.in_types(address)) {
+    store.touch_types(address, length);
+  } else if (pool->handle->db_lock_state == static_cast<std::uint32_t>(LockMode::write)) {
+    save_with_objects(store, address);
+  } else {
+    bassert("what lies in a store is changed under the store's write lock", __FILE__, __LINE__);
+  }
 }
 
 void obj_free(void *obj_pool, std::uint32_t, void *pointer) {
@@ -78,19 +116,21 @@ kelp_record *record_of(e_avl_node *node) {
 // feed. A record for which there is none stays out of the tree.
 bool before_link(Pool &pool, const e_avl_root *root, e_avl_node *node) {
   kelp_database &database = *pool.database;
+  if (database.store != nullptr && database.store->holds(root) && !database.store->holds(node)) {
+    bassert("a record that enters a table of a store was made under the store's write lock",
+            __FILE__, __LINE__);
+  }
   const std::uint16_t tenant = current_tenant();
   if (tenant == 0 && database.tables.empty()) return true;
   auto *table = const_cast<kelp_table *>(table_of(root));
   kelp_record *record = record_of(node);
   TableState *state = database.tables.find(table);
   const bool done = without_exceptions([&] {
-    if (state == nullptr) {
-      if (tenant == 0 || database.oids.find(table) == nullptr) return;
-      state = database.tables.make(table);
+    if (tenant != 0 && (state != nullptr || database.oids.find(table) != nullptr)) {
+      database.tenants.expect(table, tenant);
       database.objects.watch(table);
     }
-    if (tenant != 0) state->counts.try_emplace({tenant, record->src}, 0);
-    if (state->feed == nullptr || !state->implicit_write_cursor) return;
+    if (state == nullptr || state->feed == nullptr || !state->implicit_write_cursor) return;
     database.tables.note_record(record, state->feed);
     database.objects.watch(record);
     state->feed->expect(table, record);
@@ -110,8 +150,10 @@ void after_unlink(Pool &pool, const e_avl_root *root, e_avl_node *node) {
 void set_hooks(kelp_handle_state &state, kelp_database *database) {
   kelp_handle &handle = state.handle;
   state.pool.database = database;
+  state.pool.handle = &handle;
   state.pool.before_link = before_link;
   state.pool.after_unlink = after_unlink;
+  if (database->store != nullptr) state.pool.hear = hear_write;
   handle.type_alloc = type_alloc;
   handle.obj_alloc = obj_alloc;
   handle.obj_free = obj_free;

@@ -31,6 +31,11 @@ std::uint64_t ReplicationCache::dropped() const {
   return dropped_;
 }
 
+void ReplicationCache::clear() {
+  const std::lock_guard lock(mutex_);
+  records_.clear();
+}
+
 void ReplicationCache::forget(const kelp_record *record) {
   const std::lock_guard lock(mutex_);
   records_.forget(record);

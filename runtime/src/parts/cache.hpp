@@ -21,6 +21,7 @@ class ReplicationCache {
   std::uint64_t dropped() const;
   void forget(const kelp_record *record);
   void forget_table(const kelp_table *table);
+  void clear();
 
  private:
   struct Details {

@@ -1,7 +1,7 @@
-// Keeping the distances, by page.
+// Keeping the distances.
 #include "parts/distances.hpp"
 
-#include <algorithm>
+#include <new>
 
 namespace kelp {
 
@@ -11,56 +11,73 @@ std::uintptr_t address_of(const void *object) { return reinterpret_cast<std::uin
 
 }  // namespace
 
+void Distances::attach(store::Memory &memory, store::Directory &directory) {
+  memory_ = &memory;
+  directory_ = &directory;
+}
+
+Distances::Entry *Distances::find(std::uintptr_t object) const {
+  return by_object().find<Entry>(store::mix(object),
+                                 [&](const Entry &entry) { return entry.object == object; });
+}
+
+void Distances::change_count(std::uint64_t by) {
+  memory_->touch(&directory_->distance_count, sizeof directory_->distance_count);
+  __atomic_fetch_add(&directory_->distance_count, by, __ATOMIC_RELAXED);
+}
+
 void Distances::set(const void *object, std::uint32_t distance) {
   const std::uintptr_t key = address_of(object);
   const std::lock_guard lock(mutex_);
-  Page &page = pages_[key / kPageBytes];
-  const auto place = std::lower_bound(
-      page.begin(), page.end(), key,
-      [](const Entry &entry, std::uintptr_t wanted) { return entry.object < wanted; });
-  if (place != page.end() && place->object == key) {
-    place->distance = distance;
+  if (Entry *known = find(key)) {
+    memory_->set(known->distance, std::uint64_t{distance});
     return;
   }
-  page.insert(place, Entry{key, distance});
-  ++count_;
+  auto *entry = static_cast<Entry *>(memory_->take(sizeof(Entry)));
+  if (entry == nullptr) throw std::bad_alloc();
+  *entry = {};
+  entry->by_page.owner = entry;
+  entry->object = key;
+  entry->distance = distance;
+  try {
+    by_object().insert(&entry->by_object, store::mix(key));
+    by_page().insert(&entry->by_page.node, store::mix(key / kPageBytes));
+  } catch (...) {
+    by_object().remove(&entry->by_object);
+    memory_->give_back(entry);
+    throw;
+  }
+  change_count(1);
 }
 
 std::uint32_t Distances::get(const void *object) const {
-  const std::uintptr_t key = address_of(object);
   const std::lock_guard lock(mutex_);
-  const auto page = pages_.find(key / kPageBytes);
-  if (page == pages_.end()) return 0;
-  const auto place = std::lower_bound(
-      page->second.begin(), page->second.end(), key,
-      [](const Entry &entry, std::uintptr_t wanted) { return entry.object < wanted; });
-  return place != page->second.end() && place->object == key ? place->distance : 0;
+  const Entry *entry = find(address_of(object));
+  return entry == nullptr ? 0 : static_cast<std::uint32_t>(entry->distance);
 }
 
 void Distances::drop(const void *object) { drop_range(object, 1); }
+
+void Distances::remove(Entry *entry) {
+  by_object().remove(&entry->by_object);
+  by_page().remove(&entry->by_page.node);
+  memory_->give_back(entry);
+  change_count(UINT64_MAX);
+}
 
 void Distances::drop_range(const void *start, std::size_t length) {
   if (empty() || length == 0) return;
   const std::uintptr_t first = address_of(start);
   const std::uintptr_t end = first + length;
   const std::lock_guard lock(mutex_);
-  const std::size_t pages = (end - 1) / kPageBytes - first / kPageBytes + 1;
-  if (pages > pages_.size()) {
-    for (auto page = pages_.begin(); page != pages_.end();) drop_in_page(page++, first, end);
-    return;
+  for (std::uintptr_t page = first / kPageBytes; page <= (end - 1) / kPageBytes; ++page) {
+    using Link = store::IndexLink<Entry>;
+    const auto within = [&](const Link &link) {
+      const std::uintptr_t object = link.owner->object;
+      return object / kPageBytes == page && object >= first && object < end;
+    };
+    while (const Link *link = by_page().find<Link>(store::mix(page), within)) remove(link->owner);
   }
-  for (std::uintptr_t number = first / kPageBytes; number <= (end - 1) / kPageBytes; ++number) {
-    const auto page = pages_.find(number);
-    if (page != pages_.end()) drop_in_page(page, first, end);
-  }
-}
-
-void Distances::drop_in_page(std::unordered_map<std::uintptr_t, Page>::iterator page,
-                             std::uintptr_t first, std::uintptr_t end) {
-  count_ -= std::erase_if(page->second, [&](const Entry &entry) {
-    return entry.object >= first && entry.object < end;
-  });
-  if (page->second.empty()) pages_.erase(page);
 }
 
 }  // namespace kelp

@@ -1,21 +1,23 @@
 // Where the state bytes of embedded objects lie: a distance for each, by the object's address.
 //
 // They are kept beside the objects because a whole-object copy would overwrite anything inside
-// them. Entries are held by 4 KiB page, so that those within a freed block are found without
-// looking at the others.
+// them. Each is entered a second time by its 4 KiB page, so that those within a freed block are
+// found without looking at the others.
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <unordered_map>
-#include <vector>
+
+#include "store/layout.hpp"
+#include "store/memory.hpp"
 
 namespace kelp {
 
 class Distances {
  public:
+  void attach(store::Memory &memory, store::Directory &directory);
+
   // Throws bad_alloc.
   void set(const void *object, std::uint32_t distance);
 
@@ -25,23 +27,30 @@ class Distances {
   void drop(const void *object);
   void drop_range(const void *start, std::size_t length);
 
-  bool empty() const { return count_.load(std::memory_order_relaxed) == 0; }
+  bool empty() const {
+    return __atomic_load_n(&directory_->distance_count, __ATOMIC_RELAXED) == 0;
+  }
 
  private:
+  // Lies in the database's memory.
   struct Entry {
+    store::IndexNode by_object;
+    store::IndexLink<Entry> by_page;
     std::uintptr_t object;
-    std::uint32_t distance;
+    std::uint64_t distance;
   };
-  using Page = std::vector<Entry>;  // ordered by object
 
   static constexpr std::uintptr_t kPageBytes = 4096;
 
-  void drop_in_page(std::unordered_map<std::uintptr_t, Page>::iterator page, std::uintptr_t first,
-                    std::uintptr_t end);
+  store::Index by_object() const { return {*memory_, directory_->distances}; }
+  store::Index by_page() const { return {*memory_, directory_->distances_by_page}; }
+  Entry *find(std::uintptr_t object) const;
+  void remove(Entry *entry);
+  void change_count(std::uint64_t by);
 
   mutable std::mutex mutex_;
-  std::unordered_map<std::uintptr_t, Page> pages_;
-  std::atomic<std::size_t> count_ = 0;
+  store::Memory *memory_ = nullptr;
+  store::Directory *directory_ = nullptr;
 };
 
 }  // namespace kelp

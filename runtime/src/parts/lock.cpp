@@ -2,10 +2,21 @@
 #include "parts/lock.hpp"
 
 #include <algorithm>
+#include <chrono>
 
 namespace kelp {
 
-DatabaseLock::Outcome DatabaseLock::take(const kelp_handle *handle, LockMode mode) {
+template <typename Ready>
+bool DatabaseLock::wait(std::unique_lock<std::mutex> &lock, std::uint32_t wait_ms, Ready &&ready) {
+  if (wait_ms != UINT32_MAX) {
+    return changed_.wait_for(lock, std::chrono::milliseconds(wait_ms), ready);
+  }
+  changed_.wait(lock, ready);
+  return true;
+}
+
+DatabaseLock::Outcome DatabaseLock::take(const kelp_handle *handle, LockMode mode,
+                                         std::uint32_t wait_ms, bool *nested) {
   const std::thread::id self = std::this_thread::get_id();
   std::unique_lock lock(mutex_);
   bool reads_already = false;
@@ -16,18 +27,25 @@ DatabaseLock::Outcome DatabaseLock::take(const kelp_handle *handle, LockMode mod
     reads_already = true;
   }
   holders_.reserve(holders_.size() + 1);
+  bool had = true;
   if (mode == LockMode::write) {
     ++writers_waiting_;
-    changed_.wait(lock, [&] { return holders_.empty(); });
+    had = wait(lock, wait_ms, [&] { return holders_.empty(); });
     --writers_waiting_;
   } else {
     // A thread that reads already must not queue behind a writer that waits for that thread.
-    changed_.wait(lock, [&] {
+    had = wait(lock, wait_ms, [&] {
       const bool written = !holders_.empty() && holders_.front().mode == LockMode::write;
       return !written && (reads_already || writers_waiting_ == 0);
     });
   }
+  if (!had) {
+    lock.unlock();
+    changed_.notify_all();
+    return Outcome::timed_out;
+  }
   holders_.push_back(Holder{handle, self, mode});
+  *nested = reads_already;
   return Outcome::taken;
 }
 

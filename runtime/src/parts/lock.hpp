@@ -16,10 +16,11 @@ enum class LockMode : std::uint32_t { none = 0, read = 1, write = 2 };
 
 class DatabaseLock {
  public:
-  enum class Outcome { taken, held_by_handle, held_by_thread };
+  enum class Outcome { taken, held_by_handle, held_by_thread, timed_out };
 
-  // Waits until the lock can be had in this mode. Throws bad_alloc.
-  Outcome take(const kelp_handle *handle, LockMode mode);
+  // Waits until the lock can be had in this mode, for wait_ms milliseconds at most (UINT32_MAX:
+  // without limit). *nested becomes true when the thread reads already. Throws bad_alloc.
+  Outcome take(const kelp_handle *handle, LockMode mode, std::uint32_t wait_ms, bool *nested);
 
   // False when the handle holds nothing.
   bool give_up(const kelp_handle *handle);
@@ -30,6 +31,9 @@ class DatabaseLock {
     std::thread::id thread;
     LockMode mode;
   };
+
+  template <typename Ready>
+  bool wait(std::unique_lock<std::mutex> &lock, std::uint32_t wait_ms, Ready &&ready);
 
   std::mutex mutex_;
   std::condition_variable changed_;

@@ -5,37 +5,56 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstring>
+#include <new>
 
 namespace kelp {
 
 namespace {
 
-// A handle_word below this says that nothing can be resolved.
-constexpr std::uint64_t kFirstSerial = 256;
+using store::mix;
+
+std::uint64_t hash_of_object(const void *object) {
+  return mix(reinterpret_cast<std::uintptr_t>(object));
+}
+
+constexpr std::uintptr_t kMappedPage = 4096;
+
+std::uintptr_t page_of(const void *object) {
+  return reinterpret_cast<std::uintptr_t>(object) / kMappedPage;
+}
+
+std::uint64_t hash_of_id(const std::uint8_t *id) {
+  std::uint64_t halves[2];
+  std::memcpy(halves, id, sizeof halves);
+  return mix(mix(halves[0]) ^ halves[1]);
+}
 
 }  // namespace
 
-OidRegistry::OidRegistry() : next_serial_(kFirstSerial) {
-  if (getentropy(identity_, sizeof identity_) != 0) {
+void make_identity(std::uint8_t (&identity)[16]) {
+  if (getentropy(identity, sizeof identity) != 0) {
     // Unique enough where the system has no randomness: this process, this moment, this database.
     const std::uint64_t words[2] = {
         static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()) ^
             static_cast<std::uint64_t>(getpid()) << 40,
-        reinterpret_cast<std::uintptr_t>(this)};
-    std::memcpy(identity_, words, sizeof identity_);
+        reinterpret_cast<std::uintptr_t>(&identity)};
+    std::memcpy(identity, words, sizeof identity);
   }
-  identity_[0] |= 1;  // never all zero, which would be an empty OID
+  identity[0] |= 1;  // never all zero, which would be an empty OID
 }
 
-OidRegistry::Id OidRegistry::id_of(const kelp_oid &oid) {
-  Id id;
-  std::memcpy(id.data(), oid.id, id.size());
-  return id;
+void OidRegistry::attach(store::Memory &memory, store::Directory &directory,
+                         const std::uint8_t (&identity)[16]) {
+  memory_ = &memory;
+  directory_ = &directory;
+  std::memcpy(identity_, identity, sizeof identity_);
 }
 
 kelp_oid OidRegistry::next_oid() {
   kelp_oid oid = {};
-  oid.handle_word = next_serial_++;
+  oid.handle_word = directory_->next_oid;
+  memory_->set(directory_->next_oid, oid.handle_word + 1);
   std::memcpy(oid.id, identity_, 8);
   for (int i = 0; i < 8; ++i) {
     oid.id[8 + i] = static_cast<std::uint8_t>(oid.handle_word >> (56 - 8 * i));
@@ -44,66 +63,100 @@ kelp_oid OidRegistry::next_oid() {
   return oid;
 }
 
-kelp_oid_mapping *OidRegistry::find(const void *object) {
+kelp_oid_mapping *OidRegistry::find_object(const void *object) const {
+  return by_object().find<kelp_oid_mapping>(
+      hash_of_object(object),
+      [&](const kelp_oid_mapping &mapping) { return mapping.object == object; });
+}
+
+kelp_oid_mapping *OidRegistry::find_id(const std::uint8_t *id) const {
+  const auto *link = by_id().find<store::IndexLink<kelp_oid_mapping>>(
+      hash_of_id(id), [&](const store::IndexLink<kelp_oid_mapping> &each) {
+        return std::memcmp(each.owner->oid.id, id, sizeof each.owner->oid.id) == 0;
+      });
+  return link == nullptr ? nullptr : link->owner;
+}
+
+kelp_oid_mapping *OidRegistry::find(const void *object) const {
   const std::lock_guard lock(mutex_);
-  const auto found = by_object_.find(object);
-  return found == by_object_.end() ? nullptr : &found->second;
+  return find_object(object);
 }
 
 kelp_oid_mapping *OidRegistry::find(const kelp_oid &oid) const {
-  if (oid.handle_word < kFirstSerial) return nullptr;
+  if (oid.handle_word < store::kFirstOid) return nullptr;
   const std::lock_guard lock(mutex_);
-  const auto found = by_id_.find(id_of(oid));
-  return found == by_id_.end() ? nullptr : found->second;
+  return find_id(oid.id);
 }
 
 kelp_oid_mapping *OidRegistry::add(void *object, const kelp_oid *wanted) {
   const std::lock_guard lock(mutex_);
-  kelp_oid_mapping mapping;
-  mapping.oid = next_oid();
+  kelp_oid oid = next_oid();
   if (wanted != nullptr) {
-    const std::uint64_t own_word = mapping.oid.handle_word;
-    mapping.oid = *wanted;
-    if (wanted->handle_word < kFirstSerial) mapping.oid.handle_word = own_word;
+    const std::uint64_t own_word = oid.handle_word;
+    oid = *wanted;
+    if (wanted->handle_word < store::kFirstOid) oid.handle_word = own_word;
   }
-  mapping.object = object;
-  const auto [by_id, fresh] = by_id_.try_emplace(id_of(mapping.oid), nullptr);
-  if (!fresh) return nullptr;
+  if (find_id(oid.id) != nullptr) return nullptr;
+  auto *mapping = static_cast<kelp_oid_mapping *>(memory_->take(sizeof(kelp_oid_mapping)));
+  if (mapping == nullptr) throw std::bad_alloc();
+  *mapping = {};
+  mapping->by_id.owner = mapping->by_page.owner = mapping;
+  mapping->oid = oid;
+  mapping->object = object;
   try {
-    by_id->second = &by_object_.try_emplace(object, mapping).first->second;
+    by_object().insert(&mapping->by_object, hash_of_object(object));
+    by_id().insert(&mapping->by_id.node, hash_of_id(oid.id));
+    by_page().insert(&mapping->by_page.node, mix(page_of(object)));
   } catch (...) {
-    by_id_.erase(by_id);
+    end(mapping);
     throw;
   }
-  return by_id->second;
+  return mapping;
 }
 
-OidRegistry::ByObject::iterator OidRegistry::erase(ByObject::iterator mapping) {
-  by_id_.erase(id_of(mapping->second.oid));
-  return by_object_.erase(mapping);
+void OidRegistry::set_references(kelp_oid_mapping *mapping, std::uint64_t references) {
+  memory_->set(mapping->references, references);
+}
+
+void OidRegistry::ask_destroy(kelp_oid_mapping *mapping) {
+  memory_->set(mapping->destroy_asked, std::uint64_t{1});
+}
+
+// What was not entered yet is not found, and stays out.
+void OidRegistry::end(kelp_oid_mapping *mapping) {
+  by_page().remove(&mapping->by_page.node);
+  by_id().remove(&mapping->by_id.node);
+  by_object().remove(&mapping->by_object);
+  memory_->give_back(mapping);
 }
 
 void OidRegistry::remove(const void *object) {
   const std::lock_guard lock(mutex_);
-  const auto found = by_object_.find(object);
-  if (found != by_object_.end()) erase(found);
+  if (kelp_oid_mapping *mapping = find_object(object)) end(mapping);
 }
 
 void OidRegistry::remove_range(const void *start, std::size_t length) {
-  const void *end = static_cast<const char *>(start) + length;
   const std::lock_guard lock(mutex_);
-  auto found = by_object_.lower_bound(start);
-  while (found != by_object_.end() && (found->first == start || found->first < end)) {
-    found = erase(found);
+  if (directory_->oids_by_object.count == 0) return;
+  const auto first = reinterpret_cast<std::uintptr_t>(start);
+  const std::uintptr_t end_of_range = first + (length == 0 ? 1 : length);
+  for (std::uintptr_t page = first / kMappedPage; page <= (end_of_range - 1) / kMappedPage;
+       ++page) {
+    using Link = store::IndexLink<kelp_oid_mapping>;
+    const auto within = [&](const Link &link) {
+      const auto object = reinterpret_cast<std::uintptr_t>(link.owner->object);
+      return object / kMappedPage == page && object >= first && object < end_of_range;
+    };
+    while (const Link *link = by_page().find<Link>(mix(page), within)) end(link->owner);
   }
 }
 
 std::vector<void *> OidRegistry::unreferenced() const {
   const std::lock_guard lock(mutex_);
   std::vector<void *> found;
-  for (const auto &[object, mapping] : by_object_) {
-    if (mapping.destroy_asked && mapping.references == 0) found.push_back(mapping.object);
-  }
+  by_object().each<kelp_oid_mapping>([&](kelp_oid_mapping &mapping) {
+    if (mapping.destroy_asked != 0 && mapping.references == 0) found.push_back(mapping.object);
+  });
   return found;
 }
 

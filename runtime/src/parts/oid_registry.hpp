@@ -2,36 +2,44 @@
 // its OID, with the references counted.
 #pragma once
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <map>
 #include <mutex>
-#include <unordered_map>
 #include <vector>
 
 #include "kelp/oid.h"
+#include "store/layout.hpp"
+#include "store/memory.hpp"
 
+// Lies in the database's memory, so that what others hold of it stays where it is.
 struct kelp_oid_mapping {
-  kelp_oid oid = {};
-  void *object = nullptr;
-  bool destroy_asked = false;
-  std::uint64_t references = 0;
+  kelp::store::IndexNode by_object;
+  kelp::store::IndexLink<kelp_oid_mapping> by_id;
+  kelp::store::IndexLink<kelp_oid_mapping> by_page;  // of its object's address
+  kelp_oid oid;
+  void *object;
+  std::uint64_t references;
+  std::uint64_t destroy_asked;
 };
 
 namespace kelp {
 
 class OidRegistry {
  public:
-  OidRegistry();
+  // identity is the source of new OIDs.
+  void attach(store::Memory &memory, store::Directory &directory,
+              const std::uint8_t (&identity)[16]);
 
   // The object's mapping; null for none.
-  kelp_oid_mapping *find(const void *object);
+  kelp_oid_mapping *find(const void *object) const;
   kelp_oid_mapping *find(const kelp_oid &oid) const;
 
   // A mapping for an object that has none; null when another object has the wanted OID (which may
   // be null: then the OID is a new one). Throws bad_alloc.
   kelp_oid_mapping *add(void *object, const kelp_oid *wanted);
+
+  void set_references(kelp_oid_mapping *mapping, std::uint64_t references);
+  void ask_destroy(kelp_oid_mapping *mapping);
 
   // The object's mapping has gone.
   void remove(const void *object);
@@ -43,26 +51,21 @@ class OidRegistry {
   std::vector<void *> unreferenced() const;
 
  private:
-  using Id = std::array<std::uint8_t, 16>;
-  struct IdHash {
-    std::size_t operator()(const Id &id) const {
-      std::uint64_t halves[2];
-      std::memcpy(halves, id.data(), sizeof halves);
-      return static_cast<std::size_t>(halves[0] * UINT64_C(0x9E3779B97F4A7C15) ^ halves[1]);
-    }
-  };
-
-  static Id id_of(const kelp_oid &oid);
+  store::Index by_object() const { return {*memory_, directory_->oids_by_object}; }
+  store::Index by_id() const { return {*memory_, directory_->oids_by_id}; }
+  store::Index by_page() const { return {*memory_, directory_->oids_by_page}; }
+  void end(kelp_oid_mapping *mapping);
+  kelp_oid_mapping *find_object(const void *object) const;
+  kelp_oid_mapping *find_id(const std::uint8_t *id) const;
   kelp_oid next_oid();
 
-  using ByObject = std::map<const void *, kelp_oid_mapping>;  // they stay where they are
-  ByObject::iterator erase(ByObject::iterator mapping);
-
   mutable std::mutex mutex_;
-  ByObject by_object_;
-  std::unordered_map<Id, kelp_oid_mapping *, IdHash> by_id_;
-  std::uint8_t identity_[16];  // of this database: the source of its OIDs
-  std::uint64_t next_serial_;
+  store::Memory *memory_ = nullptr;
+  store::Directory *directory_ = nullptr;
+  std::uint8_t identity_[16] = {};
 };
+
+// An identity that no other database has, never all zero.
+void make_identity(std::uint8_t (&identity)[16]);
 
 }  // namespace kelp

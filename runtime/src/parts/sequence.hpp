@@ -60,6 +60,12 @@ class RecordSequence {
     places_.erase(known);
   }
 
+  // Takes all out; sequences go on rising.
+  void clear() {
+    entries_.clear();
+    places_.clear();
+  }
+
   const Entries &entries() const { return entries_; }
   Place end() { return entries_.end(); }
   // The first entry behind a place.

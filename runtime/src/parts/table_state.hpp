@@ -1,16 +1,13 @@
 // What the runtime keeps for one table beside the table object: whether cursors follow it, its
-// change feed, and the counts of its records by tenant and source. A table without any of it has
-// none, and its runtime_state is null.
+// change feed. A table without any of it has none, and its runtime_state is null.
 #pragma once
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "kelp/table.h"
@@ -21,7 +18,6 @@ namespace kelp {
 struct TableState {
   std::shared_ptr<Feed> feed;  // null while the table is not marked for replication
   bool implicit_write_cursor = false;
-  std::map<std::pair<std::uint16_t, std::uint8_t>, std::uint32_t> counts;  // by tenant and source
 
   static TableState *of(const kelp_table *table) {
     return static_cast<TableState *>(table->runtime_state);

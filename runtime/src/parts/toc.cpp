@@ -2,95 +2,134 @@
 #include "parts/toc.hpp"
 
 #include <cstring>
+#include <new>
 
 namespace kelp {
 
 namespace {
 
-constexpr std::size_t kLuidLength = 16;
+constexpr std::size_t kLuidBytes = 16;
+
+std::uint64_t hash_of_key(const TableOfContents::Key &key) {
+  std::uint64_t halves[2];
+  std::memcpy(halves, key.luid, sizeof halves);
+  const std::uint64_t rest =
+      key.by_name ? store::hash_of(key.path.data(), key.path.size()) : key.id * 2 + 1;
+  return store::mix(halves[0] ^ store::mix(halves[1] ^ rest));
+}
+
+std::uint64_t hash_of_table(const kelp_table *table) {
+  return store::mix(reinterpret_cast<std::uintptr_t>(table));
+}
 
 }  // namespace
 
-TableOfContents::Id TableOfContents::id_of(const Key &key) {
-  Id id;
-  std::memcpy(id.luid.data(), key.luid, kLuidLength);
-  id.id = key.id;
-  return id;
+// Lies in the database's memory, with the path behind it.
+struct TableOfContents::Entry {
+  store::IndexNode by_key;
+  store::IndexLink<Entry> by_address;
+  kelp_table *table;
+  std::uint64_t id;
+  std::uint8_t luid[kLuidBytes];
+  std::uint32_t by_name;
+  std::uint32_t removed;
+  std::uint64_t path_length;
+
+  char *path() { return reinterpret_cast<char *>(this + 1); }
+  bool stands_under(const Key &key) {
+    if (std::memcmp(luid, key.luid, kLuidBytes) != 0 || (by_name != 0) != key.by_name) return false;
+    return key.by_name ? std::string_view(path(), path_length) == key.path : id == key.id;
+  }
+};
+
+void TableOfContents::attach(store::Memory &memory, store::Directory &directory) {
+  memory_ = &memory;
+  directory_ = &directory;
 }
 
-std::string TableOfContents::name_of(const Key &key) {
-  std::string name(reinterpret_cast<const char *>(key.luid), kLuidLength);
-  name += key.path;
-  return name;
+TableOfContents::Entry *TableOfContents::find_entry(const Key &key) const {
+  return by_key().find<Entry>(hash_of_key(key), [&](Entry &entry) { return entry.stands_under(key); });
 }
 
-std::size_t TableOfContents::IdHash::operator()(const Id &id) const {
-  std::uint64_t luid;
-  std::memcpy(&luid, id.luid.data(), sizeof luid);
-  return static_cast<std::size_t>(luid ^ id.id * UINT64_C(0x9E3779B97F4A7C15));
+TableOfContents::Entry *TableOfContents::find_table(const kelp_table *table) const {
+  using Link = store::IndexLink<Entry>;
+  const auto *link = by_address().find<Link>(
+      hash_of_table(table), [&](const Link &each) { return each.owner->table == table; });
+  return link == nullptr ? nullptr : link->owner;
 }
 
 kelp_table *TableOfContents::find(const Key &key) const {
   const std::lock_guard lock(mutex_);
-  const auto table_in = [](const auto &entries, const auto &wanted) -> kelp_table * {
-    const auto found = entries.find(wanted);
-    return found == entries.end() ? nullptr : found->second;
-  };
-  return key.by_name ? table_in(by_name_, name_of(key)) : table_in(by_id_, id_of(key));
+  const Entry *entry = find_entry(key);
+  return entry == nullptr ? nullptr : entry->table;
 }
 
 bool TableOfContents::insert(const Key &key, kelp_table *table) {
   const std::lock_guard lock(mutex_);
-  const auto insert_into = [&](auto &entries, const auto &wanted, Known known) {
-    const auto [entry, fresh] = entries.try_emplace(wanted, table);
-    if (!fresh) return entry->second == table;
+  if (const Entry *known = find_entry(key)) return known->table == table;
+  const std::size_t path_length = key.by_name ? key.path.size() : 0;
+  Entry *entry = find_table(table);
+  if (entry != nullptr && entry->removed == 0) by_key().remove(&entry->by_key);
+  const bool is_new = entry == nullptr || entry->path_length != path_length;
+  if (is_new) {
+    auto *made = static_cast<Entry *>(memory_->take(sizeof(Entry) + path_length));
+    if (made == nullptr) throw std::bad_alloc();
+    *made = {};
+    made->by_address.owner = made;
     try {
-      known_[table] = std::move(known);
+      by_address().insert(&made->by_address.node, hash_of_table(table));
     } catch (...) {
-      entries.erase(entry);
+      memory_->give_back(made);
       throw;
     }
-    return true;
-  };
-  if (key.by_name) {
-    const std::string name = name_of(key);
-    return insert_into(by_name_, name, Known{true, {}, name, false});
+    if (entry != nullptr) {
+      by_address().remove(&entry->by_address.node);
+      memory_->give_back(entry);
+    }
+    entry = made;
   }
-  const Id id = id_of(key);
-  return insert_into(by_id_, id, Known{false, id, {}, false});
-}
-
-void TableOfContents::erase_entry(const Known &known) {
-  if (known.by_name) {
-    by_name_.erase(known.name);
-  } else {
-    by_id_.erase(known.id);
+  memory_->touch(entry, sizeof *entry + path_length);
+  entry->table = table;
+  entry->id = key.id;
+  std::memcpy(entry->luid, key.luid, kLuidBytes);
+  entry->by_name = key.by_name ? 1 : 0;
+  entry->path_length = path_length;
+  std::memcpy(entry->path(), key.path.data(), path_length);
+  try {
+    by_key().insert(&entry->by_key, hash_of_key(key));
+  } catch (...) {
+    by_address().remove(&entry->by_address.node);
+    memory_->give_back(entry);
+    throw;
   }
+  entry->removed = 0;
+  return true;
 }
 
 TableOfContents::Place TableOfContents::remove(const kelp_table *table) {
   const std::lock_guard lock(mutex_);
-  const auto known = known_.find(table);
-  if (known == known_.end()) return Place::absent;
-  if (known->second.removed) return Place::removed;
-  erase_entry(known->second);
-  known->second.removed = true;
+  Entry *entry = find_table(table);
+  if (entry == nullptr) return Place::absent;
+  if (entry->removed != 0) return Place::removed;
+  by_key().remove(&entry->by_key);
+  memory_->set(entry->removed, std::uint32_t{1});
   return Place::entered;
 }
 
 TableOfContents::Place TableOfContents::place(const kelp_table *table) const {
   const std::lock_guard lock(mutex_);
-  const auto known = known_.find(table);
-  if (known == known_.end()) return Place::absent;
-  return known->second.removed ? Place::removed : Place::entered;
+  const Entry *entry = find_table(table);
+  if (entry == nullptr) return Place::absent;
+  return entry->removed != 0 ? Place::removed : Place::entered;
 }
 
 bool TableOfContents::forget(const kelp_table *table) {
   const std::lock_guard lock(mutex_);
-  const auto known = known_.find(table);
-  if (known == known_.end()) return false;
-  if (!known->second.removed) erase_entry(known->second);
-  known_.erase(known);
+  Entry *entry = find_table(table);
+  if (entry == nullptr) return false;
+  if (entry->removed == 0) by_key().remove(&entry->by_key);
+  by_address().remove(&entry->by_address.node);
+  memory_->give_back(entry);
   return true;
 }
 

@@ -4,15 +4,13 @@
 // to wait can be repeated and the collector finds what it has to finish.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <mutex>
-#include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 #include "kelp/table.h"
+#include "store/layout.hpp"
+#include "store/memory.hpp"
 
 namespace kelp {
 
@@ -26,6 +24,8 @@ class TableOfContents {
     std::string_view path;
     std::uint64_t id;
   };
+
+  void attach(store::Memory &memory, store::Directory &directory);
 
   kelp_table *find(const Key &key) const;
 
@@ -41,32 +41,15 @@ class TableOfContents {
   bool forget(const kelp_table *table);
 
  private:
-  using Luid = std::array<std::uint8_t, 16>;
-  // What stands for a key in the maps: numbers for an id, so that a table without a name costs no
-  // text, and the LUID with the path behind it for a name.
-  struct Id {
-    Luid luid;
-    std::uint64_t id;
-    bool operator==(const Id &) const = default;
-  };
-  struct IdHash {
-    std::size_t operator()(const Id &id) const;
-  };
-  struct Known {
-    bool by_name;
-    Id id;
-    std::string name;
-    bool removed;
-  };
-
-  static Id id_of(const Key &key);
-  static std::string name_of(const Key &key);
-  void erase_entry(const Known &known);
+  struct Entry;
+  store::Index by_key() const { return {*memory_, directory_->tables}; }
+  store::Index by_address() const { return {*memory_, directory_->tables_by_address}; }
+  Entry *find_entry(const Key &key) const;
+  Entry *find_table(const kelp_table *table) const;
 
   mutable std::mutex mutex_;
-  std::unordered_map<Id, kelp_table *, IdHash> by_id_;
-  std::unordered_map<std::string, kelp_table *> by_name_;
-  std::unordered_map<const kelp_table *, Known> known_;
+  store::Memory *memory_ = nullptr;
+  store::Directory *directory_ = nullptr;
 };
 
 }  // namespace kelp

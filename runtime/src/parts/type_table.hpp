@@ -1,29 +1,54 @@
 // A database's own copies of type records, found by the text of their md5 or by the static record
-// that they were made from. The copies lie in the database's system memory and go with it.
+// that they were made from. The copies lie in the database's memory and go with it.
 #pragma once
 
 #include <cstdint>
 #include <mutex>
-#include <string>
 #include <unordered_map>
 
 #include "kelp/object.h"
+#include "store/layout.hpp"
+#include "store/memory.hpp"
 
 namespace kelp {
 
 class TypeTable {
  public:
+  void attach(store::Memory &memory, store::Directory &directory);
+
   // Enters a copy; one entered under the same key before is replaced. Throws bad_alloc.
   void insert(const char *key, kelp_type_record_copy *copy);
 
   kelp_type_record_copy *find(const char *key) const;
 
-  // As find by the record's md5_text, remembered by the record's address.
+  // As find by the record's md5_text, remembered by the record's address. Throws bad_alloc.
   kelp_type_record_copy *find(const kelp_type_record *record);
 
+  // What was remembered may be there no more.
+  void forget_remembered();
+
+  // Calls visit with each copy.
+  template <typename Visit>
+  void each(Visit &&visit) const {
+    const std::lock_guard lock(mutex_);
+    copies().each<Entry>([&](Entry &entry) { visit(*entry.copy); });
+  }
+
  private:
+  // Lies in the database's memory, with the key behind it.
+  struct Entry {
+    store::IndexNode node;
+    kelp_type_record_copy *copy;
+    std::uint64_t key_length;
+    char *key() { return reinterpret_cast<char *>(this + 1); }
+  };
+
+  store::Index copies() const { return {*memory_, directory_->types}; }
+  Entry *find_entry(const char *key) const;
+
   mutable std::mutex mutex_;
-  std::unordered_map<std::string, kelp_type_record_copy *> copies_;
+  store::Memory *memory_ = nullptr;
+  store::Directory *directory_ = nullptr;
   std::unordered_map<const kelp_type_record *, kelp_type_record_copy *> by_record_;
 };
 

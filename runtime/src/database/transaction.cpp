@@ -1,0 +1,101 @@
+// Taking and ending the lock: first among the threads of the process, then among processes.
+#include "database/transaction.hpp"
+
+#include <cerrno>
+
+#include "base/failure.hpp"
+#include "database/current.hpp"
+#include "database/database.hpp"
+#include "database/handle_state.hpp"
+#include "database/schema.hpp"
+
+namespace kelp {
+
+namespace {
+
+// The store's lock; nested says that the thread reads already.
+std::int32_t take_store(kelp_database &database, LockMode mode, bool nested, kelp_error *error) {
+  store::Store &store = *database.store;
+  const std::int32_t code =
+      mode == LockMode::write ? store.lock_write(error) : store.lock_read(nested, error);
+  if (code != 0) return code;
+  // At the first lock, since opening waits for no writer.
+  if (!database.schema_checked.load()) {
+    if (const auto differs = check_schema(database, error)) {
+      mode == LockMode::write ? store.rollback() : store.unlock_read();
+      return differs;
+    }
+    database.schema_checked.store(true);
+  }
+  // What others committed may have ended records that readers were given.
+  const std::uint64_t sequence = store.head().sequence;
+  if (database.seen_sequence.exchange(sequence) != sequence) database.cache.clear();
+  return 0;
+}
+
+}  // namespace
+
+std::int32_t take_lock(kelp_handle *handle, LockMode mode, const char *function,
+                       kelp_error *error) {
+  if (handle == nullptr) return fail(error, KELP_ERR_INVALID, "%s: the handle is null", function);
+  kelp_database *database = handle->state->database;
+  const std::uint32_t wait_ms =
+      database->store == nullptr ? UINT32_MAX : database->store->wait_ms();
+  DatabaseLock::Outcome outcome{};
+  bool nested = false;
+  if (!without_exceptions([&] { outcome = database->lock.take(handle, mode, wait_ms, &nested); })) {
+    return fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", function);
+  }
+  if (outcome == DatabaseLock::Outcome::held_by_handle) {
+    return fail(error, EDEADLK, "%s: database '%s': this handle holds the %s lock already",
+                function, database->name.c_str(), handle->db_lock_state == 2 ? "write" : "read");
+  }
+  if (outcome == DatabaseLock::Outcome::held_by_thread) {
+    return fail(error, EDEADLK,
+                "%s: database '%s': the calling thread holds the lock through another handle and "
+                "would wait for itself",
+                function, database->name.c_str());
+  }
+  if (outcome == DatabaseLock::Outcome::timed_out) {
+    return fail(error, ETIMEDOUT,
+                "%s: store '%s': another thread of this process holds the lock; the wait is over",
+                function, database->name.c_str());
+  }
+  if (database->store != nullptr) {
+    if (const auto code = take_store(*database, mode, nested, error)) {
+      database->lock.give_up(handle);
+      return code;
+    }
+  }
+  handle->db_lock_state = static_cast<std::uint32_t>(mode);
+  handle->hd_mapped = database->distances.empty() ? 0 : 1;
+  set_current_database(database);
+  if (handle->state->tenant >= 0)
+    set_current_tenant(static_cast<std::uint16_t>(handle->state->tenant));
+  return succeed(error);
+}
+
+std::int32_t end_lock(kelp_handle *handle, Ending ending, kelp_error *error) {
+  kelp_database &database = *handle->state->database;
+  std::int32_t code = succeed(error);
+  if (database.store != nullptr) {
+    store::Store &store = *database.store;
+    if (handle->db_lock_state == static_cast<std::uint32_t>(LockMode::read)) {
+      store.unlock_read();
+    } else if (ending == Ending::rollback) {
+      store.rollback();
+    } else {
+      code = store.commit(error);
+      if (code == 0) database.seen_sequence.store(store.committed());
+    }
+  }
+  handle->db_lock_state = 0;
+  database.lock.give_up(handle);
+  return code;
+}
+
+void give_up_lock(kelp_handle *handle) {
+  if (handle->db_lock_state != 0) end_lock(handle, Ending::rollback, nullptr);
+}
+
+}  // namespace kelp

@@ -1,0 +1,106 @@
+// Finding and setting keys, and what the process remembers of what stood under them.
+#include "parts/keys.hpp"
+
+#include <cstring>
+#include <new>
+#include <string_view>
+
+namespace kelp {
+
+namespace {
+
+// What each pointer was seen under, in all stores of the process: the mix of store and key, 0 once
+// there were two. Never destroyed.
+struct Seen {
+  std::mutex mutex;
+  std::unordered_map<const void *, std::uint64_t> places;
+};
+
+Seen &seen() {
+  static auto *const all = new Seen;
+  return *all;
+}
+
+}  // namespace
+
+void Keys::attach(store::Memory &memory, store::Directory &directory,
+                  const std::uint8_t (&identity)[16]) {
+  memory_ = &memory;
+  directory_ = &directory;
+  store_ = store::hash_of(identity, sizeof identity);
+}
+
+Keys::Entry *Keys::find_entry(std::uint64_t hash, const char *key, std::size_t length) const {
+  return keys().find<Entry>(hash, [&](Entry &entry) {
+    return std::string_view(entry.key(), entry.key_length) == std::string_view(key, length);
+  });
+}
+
+void Keys::remember(const void *pointer, std::uint64_t hash) const {
+  const std::uint64_t place = store::mix(store_ ^ hash) | 1;
+  Seen &all = seen();
+  const std::lock_guard lock(all.mutex);
+  const auto [known, fresh] = all.places.try_emplace(pointer, place);
+  if (!fresh && known->second != place) known->second = 0;
+}
+
+void *Keys::find(const char *key) const {
+  const std::size_t length = std::strlen(key);
+  const std::uint64_t hash = store::hash_of(key, length);
+  const std::lock_guard lock(mutex_);
+  const Entry *entry = find_entry(hash, key, length);
+  if (entry == nullptr) return nullptr;
+  remember(entry->pointer, hash);
+  return entry->pointer;
+}
+
+void Keys::set(const char *key, void *pointer) {
+  const std::size_t length = std::strlen(key);
+  const std::uint64_t hash = store::hash_of(key, length);
+  const std::lock_guard lock(mutex_);
+  Entry *entry = find_entry(hash, key, length);
+  if (pointer == nullptr) {
+    if (entry == nullptr) return;
+    keys().remove(&entry->node);
+    memory_->give_back(entry);
+    return;
+  }
+  remember(pointer, hash);
+  if (entry != nullptr) {
+    memory_->set(entry->pointer, pointer);
+    return;
+  }
+  entry = static_cast<Entry *>(memory_->take(sizeof(Entry) + length));
+  if (entry == nullptr) throw std::bad_alloc();
+  *entry = {};
+  entry->pointer = pointer;
+  entry->key_length = length;
+  std::memcpy(entry->key(), key, length);
+  try {
+    keys().insert(&entry->node, hash);
+  } catch (...) {
+    memory_->give_back(entry);
+    throw;
+  }
+}
+
+bool Keys::confirms(const void *pointer) const {
+  std::uint64_t place = 0;
+  {
+    Seen &all = seen();
+    const std::lock_guard lock(all.mutex);
+    const auto known = all.places.find(pointer);
+    if (known == all.places.end()) return true;
+    place = known->second;
+  }
+  if (place == 0) return false;
+  const std::lock_guard lock(mutex_);
+  bool stands = false;
+  keys().each<Entry>([&](const Entry &entry) {
+    stands = stands || (entry.pointer == pointer &&
+                        (store::mix(store_ ^ entry.node.hash) | 1) == place);
+  });
+  return stands;
+}
+
+}  // namespace kelp

@@ -1,0 +1,352 @@
+// Allocating and releasing. Lists of spans are doubly linked by number, through their headers.
+#include "store/heap.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "store/size_class.hpp"
+
+namespace kelp::store {
+
+namespace {
+
+constexpr std::uint32_t bin_of(std::uint32_t spans) {
+  return static_cast<std::uint32_t>(std::bit_width(spans)) - 1;
+}
+
+constexpr std::size_t rounded(std::size_t value, std::size_t step) {
+  return (value + step - 1) / step * step;
+}
+
+}  // namespace
+
+Span *Heap::span(std::uint64_t number) const {
+  std::byte *table = span_start(number / kSegmentSpans * kSegmentSpans);
+  return reinterpret_cast<Span *>(table) + number % kSegmentSpans;
+}
+
+std::uint64_t Heap::number_of(const Span *span) const {
+  const auto offset =
+      static_cast<std::uint64_t>(reinterpret_cast<const std::byte *>(span) - memory_);
+  const std::uint64_t table = offset / kSegmentBytes * kSegmentSpans;
+  return table + offset % kSegmentBytes / sizeof(Span);
+}
+
+void Heap::save_span(Span *span) {
+  const std::uint32_t stamp = ground_->stamp();
+  if (span->saved == stamp) return;
+  ground_->save(span, sizeof *span);
+  span->saved = stamp;
+}
+
+void Heap::save_slot(const Span *span, Slot *slot) {
+  if (!is_new(span)) ground_->save(slot, sizeof *slot);
+}
+
+void Heap::link(std::uint32_t &list, Span *span) {
+  span->previous = kNoSpan;
+  span->next = list;
+  if (list != kNoSpan) {
+    Span *following = this->span(list);
+    save_span(following);
+    following->previous = static_cast<std::uint32_t>(number_of(span));
+  }
+  list = static_cast<std::uint32_t>(number_of(span));
+}
+
+void Heap::unlink(std::uint32_t &list, Span *span) {
+  if (span->previous != kNoSpan) {
+    Span *before = this->span(span->previous);
+    save_span(before);
+    before->next = span->next;
+  } else {
+    list = span->next;
+  }
+  if (span->next != kNoSpan) {
+    Span *following = this->span(span->next);
+    save_span(following);
+    following->previous = span->previous;
+  }
+  span->next = span->previous = kNoSpan;
+}
+
+void Heap::count(std::size_t asked, std::size_t used, std::uint8_t owner, bool in) {
+  if ((owner & kRuntimes) != 0) return;
+  Statistics &counts = head_->statistics;
+  if (in) {
+    ++counts.live_allocations;
+    ++counts.total_allocations;
+    counts.live_bytes += asked;
+    counts.used_bytes += used;
+    counts.peak_used_bytes = std::max(counts.peak_used_bytes, counts.used_bytes);
+  } else {
+    --counts.live_allocations;
+    counts.live_bytes -= asked;
+    counts.used_bytes -= used;
+  }
+}
+
+void *Heap::allocate(std::size_t size, std::uint8_t owner) {
+  if (size > kLargestBlock) return nullptr;
+  return size <= kLargestSlot ? allocate_slot(size, owner) : allocate_large(size, owner);
+}
+
+void *Heap::allocate_slot(std::size_t size, std::uint8_t owner) {
+  const std::size_t index = class_of(size);
+  Span *span = span_with_room(index);
+  if (span == nullptr) return nullptr;
+  save_span(span);
+  Slot *slots = slots_of(span);
+  const std::uint16_t number = span->first_free != kNoSlot ? span->first_free : span->fresh;
+  Slot &slot = slots[number];
+  if (span->first_free != kNoSlot) {
+    save_slot(span, &slot);
+    span->first_free = slot.asked;
+  } else {
+    // A slot that was never given out is known by its number alone.
+    ++span->fresh;
+  }
+  slot = Slot{ground_->stamp(), static_cast<std::uint16_t>(size),
+              static_cast<std::uint8_t>(kLive | owner), 0};
+  ++span->live;
+  if (span->first_free == kNoSlot && span->fresh == span->slot_count) {
+    unlink(head_->classes[index], span);
+  }
+  count(size, span->slot_bytes, owner, true);
+  return span_start(number_of(span)) + span->slots_offset + std::size_t{number} * span->slot_bytes;
+}
+
+void *Heap::allocate_large(std::size_t size, std::uint8_t owner) {
+  const auto spans = static_cast<std::uint32_t>((size + kSpanBytes - 1) / kSpanBytes);
+  Span *first = take_run(spans);
+  if (first == nullptr) return nullptr;
+  const std::uint64_t number = number_of(first);
+  for (std::uint32_t i = 1; i < spans; ++i) {
+    Span *rest = span(number + i);
+    save_span(rest);
+    rest->kind = SpanKind::large_rest;
+    rest->run = i;
+  }
+  first->kind = SpanKind::large;
+  first->run = spans;
+  first->asked = size;
+  first->state = static_cast<std::uint8_t>(kLive | owner);
+  first->made = first->block_saved = ground_->stamp();
+  count(size, spans * kSpanBytes, owner, true);
+  return span_start(number);
+}
+
+Span *Heap::span_with_room(std::size_t index) {
+  if (head_->classes[index] != kNoSpan) return span(head_->classes[index]);
+  Span *made = take_run(1);
+  if (made == nullptr) return nullptr;
+  const std::size_t bytes = class_bytes(index);
+  const std::size_t slots = (kSpanBytes - kAlignment) / (bytes + sizeof(Slot));
+  made->kind = SpanKind::slots;
+  made->state = 0;
+  made->class_index = static_cast<std::uint16_t>(index);
+  made->slot_count = static_cast<std::uint16_t>(slots);
+  made->first_free = kNoSlot;
+  made->fresh = made->live = 0;
+  made->slot_bytes = static_cast<std::uint32_t>(bytes);
+  made->slots_offset = static_cast<std::uint32_t>(rounded(slots * sizeof(Slot), kAlignment));
+  made->run = 1;
+  made->made = ground_->stamp();
+  link(head_->classes[index], made);
+  return made;
+}
+
+// A run of exactly so many spans, its first header saved; null without room.
+Span *Heap::take_run(std::uint32_t spans) {
+  for (int turn = 0; turn < 2; ++turn) {
+    for (std::uint32_t bin = bin_of(spans); bin < kBins; ++bin) {
+      for (std::uint32_t at = head_->bins[bin]; at != kNoSpan; at = span(at)->next) {
+        Span *found = span(at);
+        if (found->run < spans) continue;
+        const std::uint32_t run = found->run;
+        save_span(found);
+        unlink(head_->bins[bin], found);
+        if (run > spans) mark_free(at + spans, run - spans);
+        return found;
+      }
+    }
+    if (turn == 0 && !grow(spans)) return nullptr;
+  }
+  return nullptr;
+}
+
+// Enters a run in its bin. Its neighbours are no free runs.
+void Heap::mark_free(std::uint64_t first, std::uint32_t spans) {
+  for (std::uint32_t i = 0; i < spans; ++i) {
+    Span *each = span(first + i);
+    if (i != 0 && i + 1 != spans && each->kind == SpanKind::free) continue;
+    save_span(each);
+    each->kind = SpanKind::free;
+    each->run = spans;
+    each->next = each->previous = kNoSpan;
+  }
+  link(head_->bins[bin_of(spans)], span(first));
+}
+
+// Gives a run back, joined with the free runs beside it.
+void Heap::release_run(std::uint64_t first, std::uint32_t spans) {
+  const std::uint64_t segment = first / kSegmentSpans * kSegmentSpans;
+  const std::uint64_t end = std::min(segment + kSegmentSpans, head_->spans);
+  for (std::uint32_t i = 0; i < spans; ++i) {
+    Span *each = span(first + i);
+    save_span(each);
+    each->kind = SpanKind::large_rest;  // until it is marked
+  }
+  if (first + spans < end && span(first + spans)->kind == SpanKind::free) {
+    Span *after = span(first + spans);
+    const std::uint32_t run = after->run;
+    save_span(after);
+    unlink(head_->bins[bin_of(run)], after);
+    spans += run;
+  }
+  if (first > segment + 1 && span(first - 1)->kind == SpanKind::free) {
+    const std::uint32_t run = span(first - 1)->run;
+    Span *before = span(first - run);
+    save_span(before);
+    unlink(head_->bins[bin_of(run)], before);
+    first -= run;
+    spans += run;
+  }
+  mark_free(first, spans);
+}
+
+bool Heap::grow(std::uint32_t spans) {
+  constexpr std::uint64_t kLeast = 16;
+  const std::uint64_t old = head_->spans;
+  const std::uint64_t step = std::clamp<std::uint64_t>(old / 4, kLeast, kSegmentSpans);
+  // A run lies within one segment, and each segment begins with its table.
+  const std::uint64_t in_segment = old % kSegmentSpans;
+  const std::uint64_t to_end = in_segment == 0 ? 0 : kSegmentSpans - in_segment;
+  const std::uint64_t need = spans <= to_end ? spans : to_end + 1 + spans;
+  const std::uint64_t most = std::min(most_, old + std::max(need, step));
+  if (old + need > most_) return ground_->back(old + need);  // says why not
+  if (!ground_->back(most) && !(most > old + need && ground_->back(old + need))) return false;
+  const std::uint64_t now = head_->spans;
+  for (std::uint64_t at = old; at < now;) {
+    if (at % kSegmentSpans == 0) {
+      std::memset(static_cast<void *>(span_start(at)), 0, kSpanBytes);
+      span(at)->kind = SpanKind::table;
+      ++at;
+      continue;
+    }
+    const std::uint64_t segment_end = (at / kSegmentSpans + 1) * kSegmentSpans;
+    const std::uint64_t until = std::min(now, segment_end);
+    for (std::uint64_t i = at; i < until; ++i) {
+      Span *each = span(i);
+      *each = Span{};
+      each->saved = ground_->stamp();
+    }
+    release_run(at, static_cast<std::uint32_t>(until - at));
+    at = until;
+  }
+  return true;
+}
+
+bool Heap::find(const void *address, Block *block) const {
+  const auto offset =
+      reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_);
+  if (offset / kSpanBytes >= head_->spans) return false;
+  std::uint64_t number = offset / kSpanBytes;
+  Span *found = span(number);
+  if (found->kind == SpanKind::large_rest) {
+    if (found->run > number) return false;
+    number -= found->run;
+    found = span(number);
+  }
+  block->span = found;
+  if (found->kind == SpanKind::large) {
+    block->start = span_start(number);
+    block->asked = found->asked;
+    block->used = std::size_t{found->run} * kSpanBytes;
+    block->slot = nullptr;
+    return true;
+  }
+  if (found->kind != SpanKind::slots || found->slot_bytes == 0) return false;
+  const std::uint64_t place = offset % kSpanBytes;
+  if (place < found->slots_offset) return false;
+  const auto slot =
+      static_cast<std::uint32_t>(place - found->slots_offset) / found->slot_bytes;
+  if (slot >= found->fresh) return false;
+  block->start = span_start(number) + found->slots_offset + std::size_t{slot} * found->slot_bytes;
+  block->slot = slots_of(found) + slot;
+  block->asked = block->slot->asked;
+  block->used = found->slot_bytes;
+  return true;
+}
+
+void Heap::release(const Block &block) {
+  Span *span = block.span;
+  count(block.asked, block.used, block.state(), false);
+  if (block.slot == nullptr) {
+    save_block(block.start);
+    const std::uint64_t first = number_of(span);
+    const std::uint32_t run = span->run;
+    save_span(span);
+    span->state = 0;
+    release_run(first, run);
+    return;
+  }
+  // What a block made before the transaction holds is needed again if that is undone.
+  save_block(block.start);
+  save_span(span);
+  save_slot(span, block.slot);
+  const auto number = static_cast<std::uint16_t>(block.slot - slots_of(span));
+  const bool was_full = span->first_free == kNoSlot && span->fresh == span->slot_count;
+  block.slot->state = 0;
+  block.slot->asked = span->first_free;
+  span->first_free = number;
+  --span->live;
+  const std::size_t index = span->class_index;
+  if (was_full) link(head_->classes[index], span);
+  // The last span of a class stays divided, so that one object made and freed in turn costs
+  // nothing.
+  const bool only_one = span->next == kNoSpan && span->previous == kNoSpan;
+  if (span->live != 0 || only_one) return;
+  if (!is_new(span)) ground_->save(slots_of(span), std::size_t{span->fresh} * sizeof(Slot));
+  unlink(head_->classes[index], span);
+  release_run(number_of(span), 1);
+}
+
+Heap::Saved Heap::save_block(const void *address) {
+  Block block;
+  if (!find(address, &block)) return Saved::no_block;
+  std::uint32_t &saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
+  const std::uint32_t stamp = ground_->stamp();
+  if (saved == stamp) return Saved::before;
+  ground_->save(block.start, block.asked);
+  saved = stamp;
+  return Saved::now;
+}
+
+void Heap::save_range(const void *address, std::size_t length) {
+  constexpr std::size_t kSmall = 256;
+  Block block;
+  if (!find(address, &block)) {
+    ground_->save(address, length);
+    return;
+  }
+  if (block.asked <= kSmall) {
+    save_block(address);
+    return;
+  }
+  const std::uint32_t saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
+  if (saved != ground_->stamp()) ground_->save(address, length);
+}
+
+void Heap::forget_stamps() {
+  for (std::uint64_t number = 0; number < head_->spans; ++number) {
+    Span *each = span(number);
+    each->made = each->saved = each->block_saved = 0;
+    if (each->kind != SpanKind::slots) continue;
+    Slot *slots = slots_of(each);
+    for (std::uint16_t i = 0; i < each->fresh; ++i) slots[i].saved = 0;
+  }
+}
+
+}  // namespace kelp::store

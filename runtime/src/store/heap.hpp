@@ -1,0 +1,95 @@
+// The allocator of a store: blocks out of 64 KiB spans of equal slots, and runs of spans for large
+// blocks. Everything that it knows stands in the store itself, and each change is saved in the
+// journal first, unless what changes was made by the running transaction: a rollback forgets that
+// as a whole.
+//
+// Used by the holder of the store's write lock alone; finding blocks needs a read lock.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "store/layout.hpp"
+
+namespace kelp::store {
+
+// What the heap asks of the store that it lies in.
+class Ground {
+ public:
+  // Saves bytes about to change; what cannot be saved makes the store turn to private memory.
+  virtual void save(const void *address, std::size_t length) = 0;
+  // Has the file back that many spans; false with the reason kept.
+  virtual bool back(std::uint64_t spans) = 0;
+  virtual std::uint32_t stamp() const = 0;
+
+ protected:
+  ~Ground() = default;
+};
+
+struct Block {
+  std::byte *start = nullptr;
+  std::size_t asked = 0;
+  std::size_t used = 0;
+  Span *span = nullptr;
+  Slot *slot = nullptr;  // null for a large block
+  std::uint8_t state() const { return slot != nullptr ? slot->state : span->state; }
+};
+
+class Heap {
+ public:
+  // memory is where the heap lies; most is how many spans there can be.
+  void attach(Ground *ground, Head *head, std::byte *memory, std::uint64_t most) {
+    ground_ = ground;
+    head_ = head;
+    memory_ = memory;
+    most_ = most;
+  }
+
+  static constexpr std::size_t kLargestBlock = (kSegmentSpans - 1) * kSpanBytes;
+
+  // Null without room. owner is kRuntimes or 0.
+  void *allocate(std::size_t size, std::uint8_t owner);
+
+  // The live or dead block that holds the address; false when there is none.
+  bool find(const void *address, Block *block) const;
+
+  // Gives back a block that find has shown as live.
+  void release(const Block &block);
+
+  // Saves the block that holds the address, once in a transaction.
+  enum class Saved { no_block, before, now };
+  Saved save_block(const void *address);
+  // Saves these bytes; small blocks are saved as a whole.
+  void save_range(const void *address, std::size_t length);
+
+  // After the stamp has come round: no block may look as if it were saved.
+  void forget_stamps();
+
+ private:
+  std::byte *span_start(std::uint64_t number) const { return memory_ + number * kSpanBytes; }
+  Span *span(std::uint64_t number) const;
+  std::uint64_t number_of(const Span *span) const;
+  Slot *slots_of(const Span *span) const {
+    return reinterpret_cast<Slot *>(span_start(number_of(span)));
+  }
+  bool is_new(const Span *span) const { return span->made == ground_->stamp(); }
+  void save_span(Span *span);
+  void save_slot(const Span *span, Slot *slot);
+  void *allocate_slot(std::size_t size, std::uint8_t owner);
+  void *allocate_large(std::size_t size, std::uint8_t owner);
+  Span *span_with_room(std::size_t class_index);
+  Span *take_run(std::uint32_t spans);
+  void release_run(std::uint64_t first, std::uint32_t spans);
+  void mark_free(std::uint64_t first, std::uint32_t spans);
+  bool grow(std::uint32_t spans);
+  void link(std::uint32_t &list, Span *span);
+  void unlink(std::uint32_t &list, Span *span);
+  void count(std::size_t asked, std::size_t used, std::uint8_t owner, bool in);
+
+  Ground *ground_ = nullptr;
+  Head *head_ = nullptr;
+  std::byte *memory_ = nullptr;
+  std::uint64_t most_ = 0;
+};
+
+}  // namespace kelp::store

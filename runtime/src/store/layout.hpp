@@ -1,0 +1,193 @@
+// The format of a store's three files, as docs/store.md tells it: the header, the span headers and
+// the slots of the database, the journal's head and entries, and the lock file's process table.
+// Plain data: every word here lies in memory that several processes map.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "kelp/table.h"
+#include "store/index.hpp"
+
+namespace kelp::store {
+
+inline constexpr std::size_t kSpanBytes = 65536;
+inline constexpr std::size_t kSegmentSpans = 1024;
+inline constexpr std::size_t kSegmentBytes = kSegmentSpans * kSpanBytes;
+inline constexpr std::size_t kPageBytes = 4096;
+
+// From the start of the database file, and from the address that its header names.
+inline constexpr std::size_t kTypesOffset = kSpanBytes;
+inline constexpr std::size_t kTypesBytes = std::size_t{1} << 20;
+inline constexpr std::size_t kHeapOffset = kTypesOffset + kTypesBytes;
+
+inline constexpr char kStoreMagic[16] = "kelp database\n\x1a";
+inline constexpr char kJournalMagic[16] = "kelp journal\n\x1a";
+inline constexpr char kLockMagic[16] = "kelp locks\n\x1a";
+inline constexpr std::uint32_t kLayoutVersion = 1;
+inline constexpr std::uint32_t kByteOrder = 0x01020304;
+
+// Where stores are mapped: outside what loaders and sanitizers use on x86-64.
+inline constexpr std::uint64_t kLowestAddress = UINT64_C(0x7e9000000000);
+inline constexpr std::uint64_t kHighestAddress = UINT64_C(0x7ef000000000);
+
+// A smaller first word of an OID says that nothing can be resolved.
+inline constexpr std::uint64_t kFirstOid = 256;
+
+inline constexpr std::uint32_t kNoSpan = UINT32_MAX;
+inline constexpr std::size_t kClasses = 36;
+inline constexpr std::size_t kBins = 11;  // of free runs, by the power of two of their length
+
+// What never changes once the file stands; its checksum covers the bytes in front of it.
+struct Identity {
+  char magic[16];
+  std::uint32_t layout;
+  std::uint32_t byte_order;
+  std::uint64_t address;  // where every process maps the file
+  std::uint64_t reserved_bytes;
+  std::uint8_t id[16];
+  std::uint32_t durability;
+  std::uint32_t span_bytes;
+  std::uint64_t unused[6];
+  std::uint32_t reserved_word;
+  std::uint32_t checksum;
+};
+static_assert(sizeof(Identity) == 120);
+
+struct Statistics {
+  std::uint64_t live_allocations;  // of objects; what the runtime keeps for itself is not counted
+  std::uint64_t live_bytes;
+  std::uint64_t used_bytes;
+  std::uint64_t peak_used_bytes;
+  std::uint64_t total_allocations;
+};
+
+// What the parts of a database find their things by. A private database has one too.
+struct Directory {
+  IndexRoot types;  // by the text of their md5
+  IndexRoot keys;
+  IndexRoot tables;  // by type and name or id
+  IndexRoot tables_by_address;
+  IndexRoot oids_by_object;
+  IndexRoot oids_by_id;
+  IndexRoot oids_by_page;  // of their objects
+  IndexRoot distances;
+  IndexRoot distances_by_page;
+  IndexRoot tenants;
+  IndexRoot tenants_by_table;
+  std::uint64_t distance_count;
+  std::uint64_t next_oid;
+  kelp_table_list *table_list;
+  kelp_toc_root *toc_root;
+};
+
+// What transactions change. It is saved as a whole at the start of each.
+struct Head {
+  std::uint64_t sequence;       // of the last commit
+  std::uint64_t types_version;  // rises with each commit that changes the types area
+  std::uint64_t types_used;     // bytes of the types area that were given out
+  std::uint64_t spans;          // of the heap, that the file backs
+  std::uint32_t bins[kBins];
+  std::uint32_t classes[kClasses];  // the spans of a class with a free slot
+  std::uint32_t unused;
+  Statistics statistics;
+  Directory directory;
+};
+
+struct Header {
+  Identity identity;
+  std::uint64_t unused;
+  // Not undone by a rollback.
+  std::uint8_t boot[16];  // the run of the machine in which it was opened for writing last
+  std::uint32_t clean;    // everything was synced when the last process closed it
+  std::uint32_t stamp;    // of the transaction that runs or ran last
+  std::uint64_t unused_words[5];
+  Head head;
+};
+static_assert(offsetof(Header, boot) == 128);
+static_assert(offsetof(Header, head) == 192);
+static_assert(sizeof(Header) <= kSpanBytes);
+
+enum class SpanKind : std::uint8_t { none, table, slots, large, large_rest, free };
+
+inline constexpr std::uint8_t kLive = 1;
+inline constexpr std::uint8_t kRuntimes = 2;  // the runtime's own, not an object's
+
+// One for each 64 KiB of the heap, in the first span of its segment.
+struct Span {
+  SpanKind kind;
+  std::uint8_t state;  // of a large block
+  std::uint16_t class_index;
+  std::uint16_t slot_count;
+  std::uint16_t first_free;  // a slot number, kNoSlot for none
+  std::uint16_t fresh;       // slots from here on were never given out
+  std::uint16_t live;
+  std::uint32_t slot_bytes;
+  std::uint32_t slots_offset;  // of the first slot, from the start of the span
+  std::uint32_t next;          // in the list of its class or of its bin
+  std::uint32_t previous;
+  std::uint32_t run;  // spans of a large block or free run: in its first span, and in its last one
+  std::uint32_t made;   // stamp of the transaction that divided it
+  std::uint32_t saved;  // stamp of the transaction whose journal has this header
+  std::uint32_t block_saved;  // of a large block: that whose journal has its bytes
+  std::uint64_t asked;        // of a large block
+  std::uint64_t unused;
+};
+static_assert(sizeof(Span) == 64);
+
+inline constexpr std::uint16_t kNoSlot = UINT16_MAX;
+
+// One for each slot, at the start of its span.
+struct Slot {
+  std::uint32_t saved;  // stamp of the transaction that made it, or whose journal has its bytes
+  std::uint16_t asked;  // bytes asked for; in a free slot the number of the next free one
+  std::uint8_t state;
+  std::uint8_t unused;
+};
+static_assert(sizeof(Slot) == 8);
+
+struct JournalHead {
+  char magic[16];
+  std::uint32_t layout;
+  std::uint32_t unused;
+  std::uint8_t id[16];    // of the store
+  std::uint64_t length;   // bytes of entries that count; storing 0 is the commit
+  std::uint64_t reserved[3];
+};
+static_assert(offsetof(JournalHead, length) == 40);
+inline constexpr std::size_t kEntriesOffset = kPageBytes;
+
+// Behind the bytes that it names, which are padded to 8.
+struct JournalEntry {
+  std::uint64_t address;
+  std::uint64_t length;
+};
+
+struct ProcessSlot {
+  std::uint32_t pid;  // 0 for a free slot
+  std::uint32_t readers;
+  std::uint64_t started;  // when the process started, as the system counts it
+  std::uint64_t since;    // nanoseconds since 1970 of its first read lock now held
+  std::uint64_t unused[5];
+};
+static_assert(sizeof(ProcessSlot) == 64);
+
+inline constexpr std::uint32_t kProcessSlots = 1020;
+
+struct LockTable {
+  char magic[16];
+  std::uint32_t layout;
+  std::uint32_t unused;
+  std::uint8_t boot[16];
+  std::uint8_t id[16];  // of the store
+  std::uint32_t owner;  // 1 and the slot of the writer, 0 for none
+  std::uint32_t waiters;
+  std::uint64_t owned_since;
+  std::uint32_t slots_used;  // slots from here on were never taken
+  std::uint32_t unused_words[45];
+  ProcessSlot slots[kProcessSlots];
+};
+static_assert(offsetof(LockTable, owner) == 56);
+static_assert(offsetof(LockTable, slots) == 256);
+
+}  // namespace kelp::store

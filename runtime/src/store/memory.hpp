@@ -1,0 +1,27 @@
+// Memory that the parts of a database keep their things in: private, or a store's, where each change
+// is told first so that it can be undone.
+#pragma once
+
+#include <cstddef>
+
+namespace kelp::store {
+
+class Memory {
+ public:
+  // Null without memory. Aligned to 16.
+  virtual void *take(std::size_t size) = 0;
+  virtual void give_back(void *block) = 0;
+  // Bytes about to be changed.
+  virtual void touch(const void *address, std::size_t length) = 0;
+
+  template <typename Word>
+  void set(Word &word, Word value) {
+    touch(&word, sizeof word);
+    word = value;
+  }
+
+ protected:
+  ~Memory() = default;
+};
+
+}  // namespace kelp::store

@@ -1,0 +1,269 @@
+// Writers that are killed: at any instruction of a commit, of a rollback, of what undoes a dead
+// writer, and at random times. Each kill is followed by a look through the store and at its rows:
+// they are those of the last commit that was acknowledged, or of the one that was being made.
+//
+// HARBOR_STORE_KILLS says how many kills there are; without it 300.
+#include <signal.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+#include "rows.hpp"
+
+namespace store_test {
+
+namespace {
+
+// A transaction of a few changes, the same for the same number.
+struct Change {
+  std::uint16_t key;
+  bool erase;
+  std::string bytes;
+};
+
+std::vector<Change> transaction(std::uint64_t number) {
+  std::mt19937_64 random(number);
+  std::vector<Change> changes(1 + random() % 6);
+  for (Change &change : changes) {
+    change.key = static_cast<std::uint16_t>(random() % 40);
+    change.erase = random() % 4 == 0;
+    const std::size_t length = random() % 16 == 0 ? random() % 100000 : random() % 600;
+    change.bytes = change.erase ? "" : some_bytes(random(), length);
+  }
+  return changes;
+}
+
+void replay(Model &model, const std::vector<Change> &changes) {
+  for (const Change &change : changes) {
+    if (change.erase) {
+      model.erase(change.key);
+    } else {
+      model[change.key] = change.bytes;
+    }
+  }
+}
+
+int write_changes(Rows &rows, const std::vector<Change> &changes) {
+  for (const Change &change : changes) {
+    const std::uint32_t err =
+        change.erase ? rows.erase(change.key) : rows.put(change.key, change.bytes);
+    if (err != 0 && !(change.erase && err == 2)) return static_cast<int>(err);
+  }
+  return 0;
+}
+
+void prepare(const std::string &path, Model &model, std::uint64_t number) {
+  ASSERT_EQ(run([&] {
+              Rows rows(path);
+              if (rows.lock_write() != 0 || write_changes(rows, transaction(number)) != 0) return 1;
+              return rows.unlock();
+            }),
+            0);
+  replay(model, transaction(number));
+}
+
+enum class Step { commit, rollback, mend, lock };
+
+// Runs a writer until it is about to take the step, then instruction by instruction, and kills it
+// behind so many of them. How many it took; less when the step was over before.
+long run_and_kill(const std::string &path, Step step, std::uint64_t number, long instructions) {
+  const pid_t writer = start([&] {
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) return 1;
+    Rows rows(path);
+    if (step == Step::lock || step == Step::mend) raise(SIGSTOP);
+    if (rows.lock_write() != 0) return 2;
+    if (step == Step::lock || step == Step::mend) {
+      raise(SIGSTOP);
+      return 0;
+    }
+    if (write_changes(rows, transaction(number)) != 0) return 3;
+    if (step == Step::commit || step == Step::rollback) raise(SIGSTOP);
+    if (step == Step::rollback) {
+      rows.rollback();
+    } else if (rows.unlock() != 0) {
+      return 4;
+    }
+    if (step == Step::commit || step == Step::rollback) raise(SIGSTOP);
+    return 0;
+  });
+  int status = 0;
+  waitpid(writer, &status, 0);
+  if (!WIFSTOPPED(status)) return -1;
+  long done = 0;
+  while (done < instructions) {
+    if (ptrace(PTRACE_SINGLESTEP, writer, nullptr, nullptr) != 0) break;
+    waitpid(writer, &status, 0);
+    if (!WIFSTOPPED(status) || WSTOPSIG(status) == SIGSTOP) break;
+    ++done;
+  }
+  kill(writer, SIGKILL);
+  waitpid(writer, &status, 0);
+  return done;
+}
+
+long kills() {
+  const char *wanted = std::getenv("HARBOR_STORE_KILLS");
+  return wanted == nullptr ? 300 : std::max(1L, std::atol(wanted));
+}
+
+// Kills at many places of one step, spread over it at random.
+void torture_step(Step step, bool ends_in_commit, long share) {
+  std::mt19937_64 random(static_cast<std::uint64_t>(step) * 1000 + 1);
+  const Folder folder(Folder::in_memory());
+  const std::string path = folder.file();
+  Model model;
+  prepare(path, model, 1);
+  const long length = run_and_kill(path, step, 2, 100000000);
+  ASSERT_GT(length, 0);
+  std::string wrong = verify(path, {model});
+  if (!wrong.empty() && ends_in_commit) {
+    // The whole step was run: the commit is there.
+    replay(model, transaction(2));
+    wrong = verify(path, {model});
+  }
+  ASSERT_EQ(wrong, "");
+  for (long i = 0; i < share; ++i) {
+    const std::uint64_t number = 10 + static_cast<std::uint64_t>(i);
+    const long at = static_cast<long>(random() % static_cast<std::uint64_t>(length + 1));
+    ASSERT_GE(run_and_kill(path, step, number, at), 0);
+    Model after = model;
+    replay(after, transaction(number));
+    // Either, and which of the two it is stays so.
+    const bool old_one = verify(path, {model}).empty();
+    if (!old_one) {
+      ASSERT_TRUE(ends_in_commit) << "killed behind " << at << " of " << length;
+      ASSERT_EQ(verify(path, {after}), "") << "killed behind " << at << " of " << length;
+      model = after;
+    }
+  }
+}
+
+TEST(StoreKill, WithinACommit) { torture_step(Step::commit, true, kills() / 15); }
+TEST(StoreKill, WithinARollback) { torture_step(Step::rollback, false, kills() / 30); }
+TEST(StoreKill, WithinALock) { torture_step(Step::lock, false, kills() / 30); }
+
+// A writer dies, and so does who comes next, anywhere while undoing it, several times over.
+TEST(StoreKill, WithinWhatUndoesADeadWriter) {
+  std::mt19937_64 random(77);
+  const Folder folder(Folder::in_memory());
+  const std::string path = folder.file();
+  Model model;
+  prepare(path, model, 1);
+  for (long turn = 0; turn < kills() / 30; ++turn) {
+    const auto number = 100 + static_cast<std::uint64_t>(turn);
+    const pid_t dead = start([&] {
+      Rows rows(path);
+      rows.lock_write();
+      write_changes(rows, transaction(number));
+      kill(getpid(), SIGKILL);
+      return 0;
+    });
+    ASSERT_EQ(wait_for(dead), 1000 + SIGKILL);
+    for (int again = 0; again < 3; ++again) {
+      ASSERT_GE(run_and_kill(path, Step::mend, number, static_cast<long>(random() % 20000)), 0);
+    }
+    ASSERT_EQ(verify(path, {model}), "") << "turn " << turn;
+  }
+}
+
+// Several writers that report what they committed, killed at random times; the rows are those of a
+// model that replays the reports, with at most one commit more for the one that was killed.
+TEST(StoreKill, WritersAtRandomTimes) {
+  std::mt19937_64 random(5);
+  const Folder folder(Folder::in_memory());
+  const std::string path = folder.file();
+  Model model;
+  prepare(path, model, 1);
+  std::uint64_t next = 1000;
+  for (long turn = 0; turn < kills() * 2 / 3; ++turn) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const std::uint64_t first = next;
+    const pid_t writer = start([&]() -> int {
+      Rows rows(path);
+      for (std::uint64_t number = first;; ++number) {
+        if (rows.lock_write() != 0 || write_changes(rows, transaction(number)) != 0) return 1;
+        if (rows.unlock() != 0) return 2;
+        if (write(ends[1], &number, sizeof number) != sizeof number) return 3;
+      }
+    });
+    close(ends[1]);
+    usleep(static_cast<useconds_t>(2000 + random() % 30000));
+    kill(writer, SIGKILL);
+    ASSERT_EQ(wait_for(writer), 1000 + SIGKILL);
+    std::uint64_t number = 0;
+    while (read(ends[0], &number, sizeof number) == sizeof number) {
+      ASSERT_EQ(number, next);
+      replay(model, transaction(number));
+      next = number + 1;
+    }
+    close(ends[0]);
+    if (verify(path, {model}).empty()) continue;
+    replay(model, transaction(next));
+    ASSERT_EQ(verify(path, {model}), "") << "turn " << turn;
+    ++next;
+  }
+}
+
+// Writers side by side, each with keys of its own, one of them killed and begun anew again and
+// again. At the end each key holds what its writer committed last.
+TEST(StoreKill, WritersBesideEachOther) {
+  const Folder folder(Folder::in_memory());
+  const std::string path = folder.file();
+  constexpr int kWriters = 3;
+  constexpr std::uint16_t kTurns = 60;
+  std::vector<pid_t> writers;
+  for (int writer = 0; writer < kWriters; ++writer) {
+    writers.push_back(start([&path, writer] {
+      Rows rows(path);
+      for (std::uint16_t turn = 0; turn < kTurns; ++turn) {
+        if (rows.lock_write() != 0) return 1;
+        for (std::uint16_t i = 0; i < 3; ++i) {
+          const auto key = static_cast<std::uint16_t>(writer * 10 + i);
+          if (rows.put(key, some_bytes(turn, static_cast<std::size_t>(turn) * 7)) != 0) return 2;
+        }
+        if (turn % 5 == 4) {
+          if (rows.put(static_cast<std::uint16_t>(writer * 10 + 9), "undone") != 0) return 3;
+          if (rows.erase(static_cast<std::uint16_t>(writer * 10 + 9)) != 0) return 4;
+        }
+        if (rows.unlock() != 0) return 5;
+      }
+      return 0;
+    }));
+  }
+  for (int turn = 0; turn < 20; ++turn) {
+    const pid_t victim = start([&]() -> int {
+      Rows rows(path);
+      for (;;) {
+        rows.lock_write();
+        rows.put(500, "half");
+        rows.put(501, some_bytes(1, 5000));
+        rows.rollback();
+        rows.lock_read();
+        rows.all();
+        rows.unlock();
+      }
+    });
+    usleep(5000);
+    kill(victim, SIGKILL);
+    wait_for(victim);
+  }
+  for (const pid_t writer : writers) EXPECT_EQ(wait_for(writer), 0);
+  Model expected;
+  for (int writer = 0; writer < kWriters; ++writer) {
+    for (int i = 0; i < 3; ++i) {
+      expected[static_cast<std::uint16_t>(writer * 10 + i)] =
+          some_bytes(kTurns - 1, static_cast<std::size_t>(kTurns - 1) * 7);
+    }
+  }
+  EXPECT_EQ(verify(path, {expected}), "");
+}
+
+}  // namespace
+
+}  // namespace store_test
