@@ -6,13 +6,14 @@ PICTURE := build/release/campus.svg
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help release run test asan tsan clang bench bench-peers fuzz random-routes emit format \
+.PHONY: help release run test asan tsan clang torture bench bench-peers fuzz random-routes emit format \
 	reproducible docs install packages clean
 
 help:
 	@echo "make run      install what is missing, build, show a router, a captured database and its picture"
 	@echo "make test     build and run all tests, and again under ASan and UBSan"
 	@echo "make asan, tsan, clang   one kind of test build alone"
+	@echo "make torture  10,000 writers of stores are killed, and each store looked through"
 	@echo "make bench    benchmarks, with ratios within one run"
 	@echo "make bench-peers   the encodings beside serialisation libraries"
 	@echo "make fuzz     the fuzz targets, FUZZ_SECONDS=600 each"
@@ -53,6 +54,11 @@ tsan: packages
 	@cmake --preset tsan >/dev/null
 	@cmake --build --preset tsan -j $(JOBS)
 	@ctest --test-dir build/tsan -j $(JOBS) --output-on-failure
+
+torture: packages
+	@cmake --preset dev >/dev/null
+	@cmake --build --preset dev -j $(JOBS) --target store_tests
+	@HARBOR_STORE_KILLS=10000 build/dev/tests/store_tests --gtest_filter='StoreKill.*'
 
 clang: packages
 	@cmake --preset clang >/dev/null

@@ -123,8 +123,8 @@ TEST(StoreFault, NoRoomAtAnyCall) {
   }
 }
 
-// The journal cannot grow: nobody hears of it at the announced write, so the commit says so, and the
-// file has what it had. Killed before that, too.
+// The journal cannot grow: nobody hears of it at the announced write, so the commit says so, and
+// the file has what it had. Killed before that, too.
 TEST(StoreFault, AJournalWithoutRoomFailsTheCommit) {
   const Folder folder(Folder::in_memory());
   prepare(folder.file());

@@ -51,7 +51,7 @@ tbl_ospfv2_unknown_sub_tlv_record *Rows::find(std::uint16_t key) {
         tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_get_field(handle, 0, record);
     if (ospfv2_unknown_sub_tlv_type_get_value(handle, 0, row, &err) == key) return record;
     record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next(handle, 0, rows,
-                                                                            record, &err);
+                                                                             record, &err);
   }
   return nullptr;
 }
@@ -104,8 +104,8 @@ Model Rows::all() {
                                            static_cast<std::uint32_t>(bytes.size()), &err);
     }
     found[key] = bytes;
-    record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next(handle, 0, rows, record,
-                                                                            &err);
+    record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next(handle, 0, rows,
+                                                                             record, &err);
   }
   return found;
 }
@@ -117,7 +117,8 @@ std::string Rows::check() {
     *static_cast<std::string *>(context) += std::string(text) + "\n";
   };
   kelp_error result;
-  if (kelp_database_check(database, note, &found, &result) != 0 && found.empty()) found = result.text;
+  if (kelp_database_check(database, note, &found, &result) != 0 && found.empty())
+    found = result.text;
   unlock();
   return found;
 }

@@ -1,5 +1,5 @@
-// What the tests of stores share: a folder of their own, a program that keeps rows of one table in a
-// store, and processes that are such programs.
+// What the tests of stores share: a folder of their own, a program that keeps rows of one table in
+// a store, and processes that are such programs.
 #pragma once
 
 #include <gtest/gtest.h>

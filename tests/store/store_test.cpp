@@ -44,7 +44,8 @@ TEST(Store, ARollbackLeavesWhatWasCommitted) {
   const Folder folder;
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
-              if (rows.lock_write() != 0 || rows.put(1, "one") != 0 || rows.put(2, "two") != 0) return 1;
+              if (rows.lock_write() != 0 || rows.put(1, "one") != 0 || rows.put(2, "two") != 0)
+                return 1;
               if (rows.unlock() != 0 || rows.lock_write() != 0) return 2;
               rows.put(1, "changed");
               rows.put(3, std::string(100000, 'y'));
@@ -78,7 +79,8 @@ TEST(Store, AReaderWhoComesBeforeTheFirstWriterFindsNothing) {
               Rows rows(folder.file());
               std::uint32_t err = 0;
               if (!rows.is_open() || rows.lock_read() != 0) return 1;
-              const bool none = tbl_ospf_area_table_open(rows.handle, 0, "areas", 1, &err) == nullptr;
+              const bool none =
+                  tbl_ospf_area_table_open(rows.handle, 0, "areas", 1, &err) == nullptr;
               rows.unlock();
               return none && err == 0 ? 0 : 2;
             }),
@@ -206,7 +208,8 @@ TEST(Store, AReaderMakesKeysBesideTheStore) {
               if (area == nullptr) return 6;
               err = 0;
               ospf_area_area_id_set_value(rows.handle, 0, area, 7, &err);
-              if (err != 0 || ospf_area_area_id_get_value(rows.handle, 0, area, &err) != 7) return 7;
+              if (err != 0 || ospf_area_area_id_get_value(rows.handle, 0, area, &err) != 7)
+                return 7;
               rows.unlock();
               ospf_area_destroy(rows.handle, 0, area);
               kelp_memory_statistics after;
@@ -256,11 +259,13 @@ TEST(Store, TablesByIdCountOnInAnotherProcess) {
               for (int turn = 0; turn < 2; ++turn) {
                 rows.lock_write();
                 auto *table = tbl_ospf_interface_table_open_auto_id(rows.handle, 0, 0, &err);
-                if (table == nullptr || reinterpret_cast<kelp_table *>(table)->table_id != 0) return 1;
+                if (table == nullptr || reinterpret_cast<kelp_table *>(table)->table_id != 0)
+                  return 1;
                 rows.rollback();
                 rows.lock_write();
                 auto *other = tbl_ospf_neighbor_table_open_auto_id(rows.handle, 0, 0, &err);
-                if (other == nullptr || reinterpret_cast<kelp_table *>(other)->table_id != 0) return 2;
+                if (other == nullptr || reinterpret_cast<kelp_table *>(other)->table_id != 0)
+                  return 2;
                 rows.rollback();
               }
               rows.lock_write();
@@ -330,8 +335,8 @@ TEST(Store, TenantsAreCountedAcrossProcesses) {
               rows.lock_read();
               auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(rows.handle, 0, "rows", 1, &err);
               std::uint32_t count = 9;
-              kelpdb_get_tenant_counter(rows.handle, 0, reinterpret_cast<kelp_table *>(table), &count,
-                                        7, nullptr);
+              kelpdb_get_tenant_counter(rows.handle, 0, reinterpret_cast<kelp_table *>(table),
+                                        &count, 7, nullptr);
               return count == 1 ? 0 : 1;
             }),
             0);
@@ -342,9 +347,10 @@ TEST(Store, TheTypesCountWhatIsCommitted) {
   const auto counts = [](Rows &rows) {
     std::uint32_t err = 0;
     auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(rows.handle, 0, "rows", 1, &err);
-    auto *record =
-        tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(rows.handle, 0, table, &err);
-    const auto *row = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_get_field(rows.handle, 0, record);
+    auto *record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(rows.handle, 0,
+                                                                                    table, &err);
+    const auto *row =
+        tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_get_field(rows.handle, 0, record);
     const kelp_type_record *type = kelp_get_manifested_type_info(row);
     return type->varinfo->entries[0].create_count - type->varinfo->entries[0].destroy_count;
   };
@@ -407,8 +413,8 @@ TEST(Store, ThreadsOfOneProcessShareAStore) {
                   auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(own, 0, "rows", 0, &err);
                   auto *record = tbl_ospfv2_unknown_sub_tlv_create_record(own, 0, &err);
                   auto *row = ospfv2_unknown_sub_tlv_create(own, 0);
-                  ospfv2_unknown_sub_tlv_type_set_value(own, 0, row,
-                                                        static_cast<std::uint16_t>(first + turn), &err);
+                  ospfv2_unknown_sub_tlv_type_set_value(
+                      own, 0, row, static_cast<std::uint16_t>(first + turn), &err);
                   tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_set_field(own, 0, record, row);
                   tbl_ospfv2_unknown_sub_tlv_insert(own, 0, table, record, &err);
                   kelp_unlock(own, nullptr);
@@ -499,7 +505,8 @@ TEST(StoreTrust, AnOlderLayout) {
   expect_refused([](std::string &bytes) { bytes[16] = 0; }, 22, "layout 0 found, expected 1");
 }
 TEST(StoreTrust, AnotherByteOrder) {
-  expect_refused([](std::string &bytes) { std::swap(bytes[20], bytes[23]); }, 22, "byte order mark");
+  expect_refused([](std::string &bytes) { std::swap(bytes[20], bytes[23]); }, 22,
+                 "byte order mark");
 }
 TEST(StoreTrust, AGarbledHeader) {
   expect_refused([](std::string &bytes) { bytes[40] ^= 1; }, 22, "checksum");
@@ -567,7 +574,8 @@ TEST(StoreTrust, AFileThatIsCutUnderALockIsAnErrorAndNoSignal) {
               rows.unlock();
               rows.lock_write();
               if (truncate(folder.file().c_str(), 1200000) != 0) return 1;
-              char *memory = reinterpret_cast<char *>(rows.handle->obj_alloc(rows.handle->obj_pool, 0, 60000));
+              char *memory =
+                  reinterpret_cast<char *>(rows.handle->obj_alloc(rows.handle->obj_pool, 0, 60000));
               if (memory != nullptr) std::memset(memory, 1, 60000);
               const std::int32_t code = rows.unlock();
               return code == 5 ? 0 : 2;

@@ -44,12 +44,12 @@ KELP_API kelp_database *kelp_database_open_private(const char *name,
                                                    kelp_error *error);
 
 typedef struct kelp_store_options {
-  size_t struct_size;      /* set by kelp_store_options_init */
-  uint32_t read_only;      /* non-zero: read locks alone can be had */
-  uint32_t create;         /* non-zero: a file that is missing is made */
-  uint64_t reserved_bytes; /* of addresses, which a new file can grow to */
-  uint32_t file_mode;      /* of files that are made */
-  uint32_t wait_ms;        /* how long to wait for a lock, UINT32_MAX without limit */
+  size_t struct_size;                 /* set by kelp_store_options_init */
+  uint32_t read_only;                 /* non-zero: read locks alone can be had */
+  uint32_t create;                    /* non-zero: a file that is missing is made */
+  uint64_t reserved_bytes;            /* of addresses, which a new file can grow to */
+  uint32_t file_mode;                 /* of files that are made */
+  uint32_t wait_ms;                   /* how long to wait for a lock, UINT32_MAX without limit */
   uint32_t replication_cache_entries; /* as kelp_database_options has it */
 } kelp_store_options;
 
@@ -60,21 +60,22 @@ KELP_API void kelp_store_options_init(kelp_store_options *options);
  * transaction needs to be undone, and path-lock, the locks and who has it open; the three belong
  * together. options may be null. The database follows the rules of a shared one, and:
  *
- * - The write lock begins a transaction. kelp_unlock commits it, kelp_rollback undoes it, and so does
- *   whoever comes next after a process that died with it. What was committed survives the end of
+ * - The write lock begins a transaction. kelp_unlock commits it, kelp_rollback undoes it, and so
+ * does whoever comes next after a process that died with it. What was committed survives the end of
  *   every process; for a crash of the machine nothing is promised but that a store which was in use
  *   is looked through before it is opened again.
- * - Objects are made under the write lock. Under the read lock obj_alloc gives memory of the process,
- *   for keys and copies; without a lock it gives none.
+ * - Objects are made under the write lock. Under the read lock obj_alloc gives memory of the
+ * process, for keys and copies; without a lock it gives none.
  * - What lies in the store is changed under the write lock, or the process ends.
  * - The file is mapped at the same addresses in every process. An object's address holds in all, as
  *   long as the reader has the lock under which it was found.
  * - The change feed is not kept: kelp_table_enable_cursors gives 95.
  *
  * The caller closes it. 16 when this process has it open already, 17 when something lies at its
- * addresses, 22 for a file that is no store of this version or was cut, 2 when it is missing and not
- * to be made, 5 when it was damaged, 28 without room, 110 when another process opens or closes it for
- * longer than wait_ms, 13 and others as the system gives them. A file that is refused is not changed.
+ * addresses, 22 for a file that is no store of this version or was cut, 2 when it is missing and
+ * not to be made, 5 when it was damaged, 28 without room, 110 when another process opens or closes
+ * it for longer than wait_ms, 13 and others as the system gives them. A file that is refused is not
+ * changed.
  */
 KELP_API kelp_database *kelp_database_open_file(const char *path, const kelp_store_options *options,
                                                 kelp_error *error);
@@ -156,8 +157,8 @@ KELP_API void kelp_handle_options_init(kelp_handle_options *options);
 KELP_API kelp_handle *kelp_handle_create(kelp_database *database,
                                          const kelp_handle_options *options, kelp_error *error);
 
-/* Destroys a handle, giving up the lock that it holds; what it wrote to a store and did not commit is
- * undone. A null handle is passed over. */
+/* Destroys a handle, giving up the lock that it holds; what it wrote to a store and did not commit
+ * is undone. A null handle is passed over. */
 KELP_API void kelp_handle_destroy(kelp_handle *handle);
 
 /* The handle's database. */
@@ -183,25 +184,25 @@ KELP_API int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *e
  * whoever holds it; writers go before readers that come later. They set the handle's db_lock_state,
  * make the database the current one and set the thread's tenant when the handle has one.
  * 35 when the handle has the lock already, or when the wait could never end because the calling
- * thread itself holds the lock through another handle. In a store also 110 when the wait took longer
- * than wait_ms, with the process that holds the lock and since when; 1 for writing what was opened
- * for reading, or in a child of the process that opened it; 22 when the store has objects of a type
- * in another size than a module of this process; 5 when another process cut the file; 11
+ * thread itself holds the lock through another handle. In a store also 110 when the wait took
+ * longer than wait_ms, with the process that holds the lock and since when; 1 for writing what was
+ * opened for reading, or in a child of the process that opened it; 22 when the store has objects of
+ * a type in another size than a module of this process; 5 when another process cut the file; 11
  * when it was opened for reading and a dead writer's transaction has to be undone first. */
 KELP_API int32_t kelp_lock_read(kelp_handle *handle, kelp_error *error);
 KELP_API int32_t kelp_lock_write(kelp_handle *handle, kelp_error *error);
 
-/* Gives up the lock that the handle holds. 1 when it holds none. In a store the write lock ends with
- * a commit: when that fails everything since the lock was taken has been undone, and the lock is
- * given up all the same. 28 without room for what undoing needs, 5 when another process cut the
+/* Gives up the lock that the handle holds. 1 when it holds none. In a store the write lock ends
+ * with a commit: when that fails everything since the lock was taken has been undone, and the lock
+ * is given up all the same. 28 without room for what undoing needs, 5 when another process cut the
  * file. */
 KELP_API int32_t kelp_unlock(kelp_handle *handle, kelp_error *error);
 
 /* Undoes everything since the handle took the write lock of a store, and gives it up. Whatever the
- * program still holds of what it made or found since then is gone. 1 without the write lock, 95 on a
- * private database, which keeps its lock. Stores that the contract makes without announcing them are
- * undone when anything else in the same block, or in the record that holds the object, was announced
- * before; docs/store.md lists what is not. */
+ * program still holds of what it made or found since then is gone. 1 without the write lock, 95 on
+ * a private database, which keeps its lock. Stores that the contract makes without announcing them
+ * are undone when anything else in the same block, or in the record that holds the object, was
+ * announced before; docs/store.md lists what is not. */
 KELP_API int32_t kelp_rollback(kelp_handle *handle, kelp_error *error);
 
 /* --- tenants --- */

@@ -1,10 +1,11 @@
 // Looking through a store for a program.
+#include "store/check.hpp"
+
 #include <cerrno>
 #include <cinttypes>
 
 #include "base/failure.hpp"
 #include "database/database.hpp"
-#include "store/check.hpp"
 
 extern "C" int32_t kelp_database_check(kelp_database *database, kelp_check_finding finding,
                                        void *context, kelp_error *error) {

@@ -12,8 +12,7 @@ namespace {
 
 // A reader of a store, and who has no lock, cannot enter a record.
 bool may_register(const kelp_handle *handle) {
-  return handle->state->database->store == nullptr ||
-         kelplib_database_is_write_locked(handle) != 0;
+  return handle->state->database->store == nullptr || kelplib_database_is_write_locked(handle) != 0;
 }
 
 bool has_fewer_variants(const kelp_type_record_copy *copy, const kelp_type_record *record) {
@@ -78,9 +77,8 @@ extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
   if (kept == static_record->varinfo) kept = nullptr;
 
   if (kept == nullptr || kept->n_variants < wanted.n_variants) {
-    auto *info = static_cast<kelp_variant_info *>(
-        kelp::take_type_memory(*handle->state->database,
-                               sizeof(kelp_variant_info) + count * sizeof(kelp_variant_entry)));
+    auto *info = static_cast<kelp_variant_info *>(kelp::take_type_memory(
+        *handle->state->database, sizeof(kelp_variant_info) + count * sizeof(kelp_variant_entry)));
     if (info == nullptr) {
       if (store != nullptr) store->refuse(KELP_ERR_NO_MEMORY, "no room for a type's variants");
       kelp_store_err(handle, KELP_ERR_NO_MEMORY);

@@ -70,8 +70,8 @@ void expect_counting(kelp_database &database, const void *object) {
   if (record == nullptr || record->varinfo == nullptr) return;
   const kelp_variant_info &info = *record->varinfo;
   if (info.n_variants <= 0 || !database.store->in_types(info.entries)) return;
-  database.store->touch_types(info.entries, static_cast<std::size_t>(info.n_variants) *
-                                                sizeof(kelp_variant_entry));
+  database.store->touch_types(
+      info.entries, static_cast<std::size_t>(info.n_variants) * sizeof(kelp_variant_entry));
 }
 
 void watch_freed_blocks(kelp_database &database) {

@@ -35,9 +35,8 @@ void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
   Pool *pool = pool_of(type_pool);
   if (pool == nullptr) return nullptr;
   kelp_database &database = *pool->database;
-  void *memory = database.faults.strikes(KELP_FAULT_ALLOCATION)
-                     ? nullptr
-                     : take_type_memory(database, size);
+  void *memory =
+      database.faults.strikes(KELP_FAULT_ALLOCATION) ? nullptr : take_type_memory(database, size);
   if (memory == nullptr) database.objects.note_refusal(size);
   pool->refused |= memory == nullptr;
   return memory;

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "base/failure.hpp"
-#include "kelp/core.h"
 #include "database/database.hpp"
+#include "kelp/core.h"
 
 namespace kelp {
 

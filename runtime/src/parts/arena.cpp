@@ -11,6 +11,7 @@
 #include <new>
 
 #include "parts/poison.hpp"
+#include "store/size_class.hpp"
 
 namespace kelp {
 
@@ -124,19 +125,6 @@ struct Arena::Block {
   std::uint8_t *state = nullptr;
 };
 
-std::size_t Arena::class_of(std::size_t size) {
-  if (size <= 128) return size <= kAlignment ? 0 : (size - 1) / kAlignment;
-  const std::size_t doubling = static_cast<std::size_t>(std::bit_width(size - 1)) - 1;
-  const std::size_t quarter = (size - 1) >> (doubling - 2) & 3;
-  return 8 + (doubling - 7) * 4 + quarter;
-}
-
-std::size_t Arena::class_bytes(std::size_t index) {
-  if (index < 8) return (index + 1) * kAlignment;
-  const std::size_t doubling = (index - 8) / 4 + 7;
-  return (std::size_t{1} << doubling) + ((index - 8) % 4 + 1) * (std::size_t{1} << (doubling - 2));
-}
-
 Arena::~Arena() {
   // A large chunk stands under several keys; it goes once.
   std::vector<Chunk *> chunks;
@@ -168,7 +156,7 @@ void *Arena::allocate(std::size_t size) {
     }
     const std::size_t padded = size + kRedZone;
     void *block =
-        padded <= kLargestSlot ? allocate_slot(size, class_of(padded)) : allocate_large(size);
+        padded <= kLargestSlot ? allocate_slot(size, store::class_of(padded)) : allocate_large(size);
     if (block == nullptr) refuse(size);
     return block;
   } catch (const std::bad_alloc &) {
@@ -178,7 +166,7 @@ void *Arena::allocate(std::size_t size) {
 }
 
 void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
-  const std::size_t bytes = class_bytes(class_index);
+  const std::size_t bytes = store::class_bytes(class_index);
   if (!within_limit(bytes)) return nullptr;
   Span *span = span_with_room(class_index);
   if (span == nullptr) return nullptr;
@@ -216,7 +204,7 @@ Arena::Span *Arena::span_with_room(std::size_t class_index) {
   if (available_[class_index] != nullptr) return available_[class_index];
   Span *span = take_free_span();
   if (span == nullptr) return nullptr;
-  span->divide(class_index, class_bytes(class_index));
+  span->divide(class_index, store::class_bytes(class_index));
   span->next = span->previous = nullptr;
   available_[class_index] = span;
   return span;

@@ -88,8 +88,6 @@ class Arena {
   static constexpr std::size_t kSpansPerChunk = kChunkBytes / kSpanBytes;
   static constexpr std::size_t kClasses = 36;
 
-  static std::size_t class_of(std::size_t size);
-  static std::size_t class_bytes(std::size_t index);
 
   void *allocate_slot(std::size_t size, std::size_t class_index);
   void *allocate_large(std::size_t size);

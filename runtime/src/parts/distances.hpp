@@ -27,9 +27,7 @@ class Distances {
   void drop(const void *object);
   void drop_range(const void *start, std::size_t length);
 
-  bool empty() const {
-    return __atomic_load_n(&directory_->distance_count, __ATOMIC_RELAXED) == 0;
-  }
+  bool empty() const { return __atomic_load_n(&directory_->distance_count, __ATOMIC_RELAXED) == 0; }
 
  private:
   // Lies in the database's memory.

@@ -97,8 +97,8 @@ bool Keys::confirms(const void *pointer) const {
   const std::lock_guard lock(mutex_);
   bool stands = false;
   keys().each<Entry>([&](const Entry &entry) {
-    stands = stands || (entry.pointer == pointer &&
-                        (store::mix(store_ ^ entry.node.hash) | 1) == place);
+    stands =
+        stands || (entry.pointer == pointer && (store::mix(store_ ^ entry.node.hash) | 1) == place);
   });
   return stands;
 }

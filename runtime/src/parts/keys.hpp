@@ -1,8 +1,8 @@
 // The pointers that modules keep in a database under texts.
 //
 // A module remembers where a block lies that it found under a key, and asks later whether that lies
-// in the store. So what was ever seen here under two keys, or in two stores, is not confirmed again:
-// after a rollback, or in another file at the same addresses, something else may lie there.
+// in the store. So what was ever seen here under two keys, or in two stores, is not confirmed
+// again: after a rollback, or in another file at the same addresses, something else may lie there.
 #pragma once
 
 #include <cstdint>

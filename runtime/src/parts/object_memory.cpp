@@ -28,8 +28,8 @@ void *ObjectMemory::allocate(std::size_t size, bool in_store) {
 bool ObjectMemory::free(void *pointer) {
   if (!is_in_store(pointer)) return arena_.free(pointer);
   store::Block block;
-  if (!store_->is_writing() || !store_->heap().find(pointer, &block) ||
-      block.start != pointer || block.state() != store::kLive) {
+  if (!store_->is_writing() || !store_->heap().find(pointer, &block) || block.start != pointer ||
+      block.state() != store::kLive) {
     return false;
   }
   if (release_hook_ != nullptr) release_hook_(release_context_, pointer, block.asked);

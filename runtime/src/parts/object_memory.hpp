@@ -1,6 +1,6 @@
-// The memory of a database: its objects', and what the runtime keeps beside them. Private memory, or
-// a store's, where only the holder of the write lock is given any. What readers of a store make, keys
-// to search by and copies, lies in memory of the process.
+// The memory of a database: its objects', and what the runtime keeps beside them. Private memory,
+// or a store's, where only the holder of the write lock is given any. What readers of a store make,
+// keys to search by and copies, lies in memory of the process.
 #pragma once
 
 #include <cstddef>

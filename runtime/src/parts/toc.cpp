@@ -48,7 +48,8 @@ void TableOfContents::attach(store::Memory &memory, store::Directory &directory)
 }
 
 TableOfContents::Entry *TableOfContents::find_entry(const Key &key) const {
-  return by_key().find<Entry>(hash_of_key(key), [&](Entry &entry) { return entry.stands_under(key); });
+  return by_key().find<Entry>(hash_of_key(key),
+                              [&](Entry &entry) { return entry.stands_under(key); });
 }
 
 TableOfContents::Entry *TableOfContents::find_table(const kelp_table *table) const {

@@ -66,13 +66,15 @@ class Checker {
       return false;
     }
     const Head &head = header_.head;
-    const std::uint64_t most = view_.size < kHeapOffset ? 0 : (view_.size - kHeapOffset) / kSpanBytes;
+    const std::uint64_t most =
+        view_.size < kHeapOffset ? 0 : (view_.size - kHeapOffset) / kSpanBytes;
     if (head.spans > most) {
       say("header: %" PRIu64 " spans, the file has room for %" PRIu64, head.spans, most);
       return false;
     }
     if (head.types_used > kTypesBytes) {
-      say("header: %" PRIu64 " bytes of types, there is room for %zu", head.types_used, kTypesBytes);
+      say("header: %" PRIu64 " bytes of types, there is room for %zu", head.types_used,
+          kTypesBytes);
     }
     spans_.resize(head.spans);
     for (std::uint64_t i = 0; i < head.spans; ++i) {
@@ -87,8 +89,8 @@ class Checker {
   void check_spans() {
     for (std::uint64_t i = 0; i < spans_.size();) {
       const Span &span = spans_[i];
-      const std::uint64_t end = std::min<std::uint64_t>((i / kSegmentSpans + 1) * kSegmentSpans,
-                                                        spans_.size());
+      const std::uint64_t end =
+          std::min<std::uint64_t>((i / kSegmentSpans + 1) * kSegmentSpans, spans_.size());
       const bool is_table = i % kSegmentSpans == 0;
       if (is_table != (span.kind == SpanKind::table)) {
         say("span %" PRIu64 ": kind %u", i, static_cast<unsigned>(span.kind));
@@ -96,13 +98,19 @@ class Checker {
         continue;
       }
       switch (span.kind) {
-        case SpanKind::table: ++i; break;
+        case SpanKind::table:
+          ++i;
+          break;
         case SpanKind::slots:
           check_slots(i);
           ++i;
           break;
-        case SpanKind::large: i = check_large(i, end); break;
-        case SpanKind::free: i = check_free(i, end); break;
+        case SpanKind::large:
+          i = check_large(i, end);
+          break;
+        case SpanKind::free:
+          i = check_free(i, end);
+          break;
         default:
           say("span %" PRIu64 ": kind %u", i, static_cast<unsigned>(span.kind));
           ++i;
@@ -280,7 +288,8 @@ class Checker {
 
   void check_index(const char *name, const IndexRoot &root) {
     if (root.buckets == 0) {
-      if (root.count != 0) say("index of %s: %" PRIu64 " entries without buckets", name, root.count);
+      if (root.count != 0)
+        say("index of %s: %" PRIu64 " entries without buckets", name, root.count);
       return;
     }
     std::uint64_t most = 0;
@@ -301,7 +310,8 @@ class Checker {
     for (std::uint64_t number = 0; number < root.buckets; ++number) {
       const std::size_t segment = Index::segment_of(number);
       const IndexNode *node = nullptr;
-      if (!read_at(root.segments[segment] + (number - Index::segment_start(segment)), &node)) return;
+      if (!read_at(root.segments[segment] + (number - Index::segment_start(segment)), &node))
+        return;
       while (node != nullptr) {
         IndexNode copy{};
         if (!is_block(node, sizeof *node, true) || !read_at(node, &copy) ||
@@ -402,7 +412,8 @@ class Checker {
     std::uint64_t records = 0;
     std::uint64_t shadows = 0;
     std::unordered_set<const void *> met;
-    const int height = check_subtree(address, table, table.avl_root.top, nullptr, 0, met, &records, &shadows);
+    const int height =
+        check_subtree(address, table, table.avl_root.top, nullptr, 0, met, &records, &shadows);
     if (height < 0) return;
     if (records != table.record_count || records != table.avl_aux) {
       say("table '%.100s': %u records and %" PRIu64 " nodes, %" PRIu64 " found", table.tbl_name,
@@ -422,17 +433,18 @@ class Checker {
     constexpr int kHighest = 64;
     constexpr std::size_t kNodeOffset = offsetof(kelp_record, avl_node);
     kelp_record record{};
-    const auto *at = reinterpret_cast<const std::byte *>(
-        reinterpret_cast<std::uintptr_t>(node) - kNodeOffset);
+    const auto *at =
+        reinterpret_cast<const std::byte *>(reinterpret_cast<std::uintptr_t>(node) - kNodeOffset);
     if (depth > kHighest || !is_block(at, sizeof record) || !read_at(at, &record) ||
         !met.insert(node).second || record.avl_node.parent != parent) {
       say("table '%.100s': its tree is broken below record %" PRIu64, table.tbl_name, *records);
       return -1;
     }
-    const int left = check_subtree(address, table, record.avl_node.left, node, depth + 1, met, records, shadows);
-    const int right =
-        left < 0 ? -1
-                 : check_subtree(address, table, record.avl_node.right, node, depth + 1, met, records, shadows);
+    const int left =
+        check_subtree(address, table, record.avl_node.left, node, depth + 1, met, records, shadows);
+    const int right = left < 0 ? -1
+                               : check_subtree(address, table, record.avl_node.right, node,
+                                               depth + 1, met, records, shadows);
     if (right < 0) return -1;
     ++*records;
     if (record.src == KELP_SRC_SHADOW) ++*shadows;

@@ -68,8 +68,8 @@ std::int32_t Gate::enter(const std::uint8_t (&id)[16], kelp_error *error) {
       return code;
     }
   }
-  void *mapped = mmap(nullptr, sizeof(LockTable), PROT_READ | PROT_WRITE, MAP_SHARED,
-                      file_.number(), 0);
+  void *mapped =
+      mmap(nullptr, sizeof(LockTable), PROT_READ | PROT_WRITE, MAP_SHARED, file_.number(), 0);
   if (mapped == MAP_FAILED) {
     return fail(error, errno, "store: '%s': it cannot be mapped: %s", path_.c_str(),
                 std::strerror(errno));
@@ -268,8 +268,7 @@ Gate::Entry Gate::lock_read(bool nested, std::uint64_t deadline, kelp_error *err
 }
 
 void Gate::unlock_read() {
-  if (__atomic_sub_fetch(&slot_->readers, 1u, __ATOMIC_SEQ_CST) == 0 &&
-      load(table_->owner) != 0) {
+  if (__atomic_sub_fetch(&slot_->readers, 1u, __ATOMIC_SEQ_CST) == 0 && load(table_->owner) != 0) {
     futex_wake(&slot_->readers);
   }
 }

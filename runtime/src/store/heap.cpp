@@ -270,8 +270,7 @@ bool Heap::find(const void *address, Block *block) const {
   if (found->kind != SpanKind::slots || found->slot_bytes == 0) return false;
   const std::uint64_t place = offset % kSpanBytes;
   if (place < found->slots_offset) return false;
-  const auto slot =
-      static_cast<std::uint32_t>(place - found->slots_offset) / found->slot_bytes;
+  const auto slot = static_cast<std::uint32_t>(place - found->slots_offset) / found->slot_bytes;
   if (slot >= found->fresh) return false;
   block->start = span_start(number) + found->slots_offset + std::size_t{slot} * found->slot_bytes;
   block->slot = slots_of(found) + slot;

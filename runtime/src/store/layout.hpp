@@ -126,9 +126,9 @@ struct Span {
   std::uint32_t slots_offset;  // of the first slot, from the start of the span
   std::uint32_t next;          // in the list of its class or of its bin
   std::uint32_t previous;
-  std::uint32_t run;  // spans of a large block or free run: in its first span, and in its last one
-  std::uint32_t made;   // stamp of the transaction that divided it
-  std::uint32_t saved;  // stamp of the transaction whose journal has this header
+  std::uint32_t run;   // spans of a large block or free run: in its first span, and in its last one
+  std::uint32_t made;  // stamp of the transaction that divided it
+  std::uint32_t saved;        // stamp of the transaction whose journal has this header
   std::uint32_t block_saved;  // of a large block: that whose journal has its bytes
   std::uint64_t asked;        // of a large block
   std::uint64_t unused;
@@ -150,8 +150,8 @@ struct JournalHead {
   char magic[16];
   std::uint32_t layout;
   std::uint32_t unused;
-  std::uint8_t id[16];    // of the store
-  std::uint64_t length;   // bytes of entries that count; storing 0 is the commit
+  std::uint8_t id[16];   // of the store
+  std::uint64_t length;  // bytes of entries that count; storing 0 is the commit
   std::uint64_t reserved[3];
 };
 static_assert(offsetof(JournalHead, length) == 40);

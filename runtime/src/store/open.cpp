@@ -1,5 +1,5 @@
-// Opening, making and closing a store: what a file must be to be trusted, and what is done after the
-// machine was started again.
+// Opening, making and closing a store: what a file must be to be trusted, and what is done after
+// the machine was started again.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/random.h>
@@ -126,7 +126,8 @@ std::int32_t Store::open_files(kelp_error *error) {
     return check_header(header, static_cast<std::uint64_t>(found.st_size), error);
   };
   std::int32_t code = open_database();
-  if (code == 0) code = read_header();
+  if (code == 0)
+    code = read_header();
   else if (code != ENOENT || !options_.create || options_.read_only) {
     return fail(error, code, "store '%s': %s", path_.c_str(), std::strerror(code));
   } else {
@@ -170,9 +171,9 @@ std::int32_t Store::check_header(const Header &header, std::uint64_t size,
                 identity.byte_order, kByteOrder);
   }
   if (identity.layout != kLayoutVersion) {
-    return fail(error, EINVAL, "store '%s': layout %u found, expected %u: it was made by %s program",
-                path, identity.layout, kLayoutVersion,
-                identity.layout > kLayoutVersion ? "a newer" : "an older");
+    return fail(
+        error, EINVAL, "store '%s': layout %u found, expected %u: it was made by %s program", path,
+        identity.layout, kLayoutVersion, identity.layout > kLayoutVersion ? "a newer" : "an older");
   }
   if (identity.checksum != checksum_of(identity)) {
     return fail(error, EINVAL, "store '%s': header checksum %08x found, expected %08x", path,
@@ -182,7 +183,8 @@ std::int32_t Store::check_header(const Header &header, std::uint64_t size,
       identity.reserved_bytes < kLeastReserved || identity.span_bytes != kSpanBytes ||
       identity.reserved_bytes > kHighestAddress - identity.address) {
     return fail(error, EINVAL,
-                "store '%s': addresses %" PRIx64 " and %" PRIu64 " bytes from there, expected "
+                "store '%s': addresses %" PRIx64 " and %" PRIu64
+                " bytes from there, expected "
                 "within %" PRIx64 " to %" PRIx64,
                 path, identity.address, identity.reserved_bytes, kLowestAddress, kHighestAddress);
   }
@@ -203,7 +205,8 @@ std::int32_t Store::create_file(kelp_error *error) {
   std::uint64_t reserved = std::max(options_.reserved_bytes, kLeastReserved);
   reserved = (reserved + kSpanBytes - 1) / kSpanBytes * kSpanBytes;
   if (reserved > kHighestAddress - kLowestAddress) {
-    return fail(error, EINVAL, "store '%s': %" PRIu64 " bytes to be reserved, expected at most %" PRIu64,
+    return fail(error, EINVAL,
+                "store '%s': %" PRIu64 " bytes to be reserved, expected at most %" PRIu64,
                 path_.c_str(), reserved, kHighestAddress - kLowestAddress);
   }
   Header header{};
@@ -231,8 +234,8 @@ std::int32_t Store::create_file(kelp_error *error) {
   std::fill(std::begin(header.head.bins), std::end(header.head.bins), kNoSpan);
   std::fill(std::begin(header.head.classes), std::end(header.head.classes), kNoSpan);
   header.head.directory.next_oid = kFirstOid;
-  File made(::open(name.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW,
-                   options_.mode));
+  File made(
+      ::open(name.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, options_.mode));
   if (!made) {
     return fail(error, errno, "store '%s': %s", name.c_str(), std::strerror(errno));
   }
@@ -247,8 +250,7 @@ std::int32_t Store::create_file(kelp_error *error) {
   if (code == 0) code = sync_folder_of(path_.c_str());
   if (code == 0) return 0;
   unlink(name.c_str());
-  return fail(error, code, "store '%s': it cannot be made: %s", path_.c_str(),
-              std::strerror(code));
+  return fail(error, code, "store '%s': it cannot be made: %s", path_.c_str(), std::strerror(code));
 }
 
 std::int32_t Store::map(kelp_error *error) {
@@ -273,11 +275,11 @@ std::int32_t Store::map(kelp_error *error) {
   if (mapped != MAP_FAILED && mapped != wanted) munmap(mapped, reserved_);
   if (mapped != wanted) {
     return fail(error, mapped == MAP_FAILED ? reason : EEXIST,
-                "store '%s': it cannot be mapped at %" PRIx64 ", where its objects point, for %" PRIu64
-                " bytes: %s",
+                "store '%s': it cannot be mapped at %" PRIx64
+                ", where its objects point, for %" PRIu64 " bytes: %s",
                 path_.c_str(), identity.address, reserved_,
                 mapped == MAP_FAILED && reason != EEXIST ? std::strerror(reason)
-                                     : "something lies there in this process");
+                                                         : "something lies there in this process");
   }
   base_ = static_cast<std::byte *>(mapped);
   header_ = reinterpret_cast<Header *>(base_);

@@ -26,10 +26,11 @@ std::uint64_t Store::deadline() const {
 
 std::int32_t Store::check_process(kelp_error *error) const {
   if (getpid() == pid_) return 0;
-  return fail(error, KELP_ERR_PERMISSION,
-              "store '%s': it was opened by process %d, of which this one is a child; a child opens "
-              "the store itself",
-              path_.c_str(), static_cast<int>(pid_));
+  return fail(
+      error, KELP_ERR_PERMISSION,
+      "store '%s': it was opened by process %d, of which this one is a child; a child opens "
+      "the store itself",
+      path_.c_str(), static_cast<int>(pid_));
 }
 
 // Whether the file still has what its header counts.
@@ -233,8 +234,8 @@ bool Store::remap(int flags) {
 
 bool Store::back(std::uint64_t spans) {
   if (kHeapOffset + spans * kSpanBytes > reserved_) {
-    fail(&failure_, 0, "store '%s' is full: %" PRIu64 " bytes are needed, %" PRIu64
-         " are reserved for it",
+    fail(&failure_, 0,
+         "store '%s' is full: %" PRIu64 " bytes are needed, %" PRIu64 " are reserved for it",
          path_.c_str(), kHeapOffset + spans * kSpanBytes, reserved_);
     return false;
   }

@@ -1,6 +1,7 @@
 // A store: one database in a file that processes share, mapped by each at the address that the file
 // names. This is what ties the lock, the journal and the heap into transactions: the write lock
-// begins one, commit and rollback end it, and whoever comes after a dead writer undoes what it left.
+// begins one, commit and rollback end it, and whoever comes after a dead writer undoes what it
+// left.
 //
 // The types area of the file is mapped privately, and written through at a commit: type records
 // count the objects made and ended, readers make objects too, and what these count is their own.

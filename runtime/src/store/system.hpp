@@ -19,7 +19,7 @@ void boot_identity(std::uint8_t (&boot)[16]);
 // until its parent asks for its status.
 std::uint64_t process_start(pid_t pid);
 
-std::uint64_t now_since_1970();   // nanoseconds
+std::uint64_t now_since_1970();  // nanoseconds
 std::uint64_t monotonic_ms();
 
 // Sleeps while the word holds the value, at most so long. Wakes all that sleep on it.
