@@ -119,7 +119,7 @@ bool Journal::save(std::uint64_t address, const void *bytes, std::size_t size) {
 
 void Journal::clear() {
   std::atomic_signal_fence(std::memory_order_seq_cst);
-  const bool long_one = length() > kKeptRoom;
+  const bool long_one = head_->length > kKeptRoom;
   __atomic_store_n(&head_->length, std::uint64_t{0}, __ATOMIC_RELEASE);
   std::atomic_signal_fence(std::memory_order_seq_cst);
   if (long_one && ftruncate(file_.number(), static_cast<off_t>(kEntriesOffset + kKeptRoom)) == 0) {
