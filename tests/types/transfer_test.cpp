@@ -471,6 +471,31 @@ TEST(TransferState, ChildrenFindTheirBlocksInTheDestinationsArea) {
   link_scope_lsa_destroy(store, 0, to);
 }
 
+TEST(TransferState, TheDestinationsDistancesAreToldAnew) {
+  Store store({.tracking = KELP_TRACKING_ON});
+  for (const model::Structure *type : model::structures) {
+    const std::string name(type->name);
+    using Create = void *(kelp_handle *, std::uint32_t);
+    using Set = void(kelp_handle *, std::uint32_t, void *, void *, std::uint32_t *);
+    using Remove = void(kelp_handle *, std::uint32_t, void *, std::uint32_t *);
+    using Destroy = void(kelp_handle *, std::uint32_t, void *);
+    void *from = function<Create>(name + "_create")(store, 0);
+    void *to = function<Create>(name + "_create")(store, 0);
+    function<Remove>(name + "_offset_remove")(store, 0, to, &store.err);
+    function<Set>(name + "_set")(store, 0, to, from, &store.err);
+    EXPECT_EQ(store.err, 0u) << name;
+    for (const model::Field *field : type->fields) {
+      if (field->kind != model::Kind::structure) continue;
+      const auto *child = static_cast<const std::uint8_t *>(place(to, *type, *field));
+      EXPECT_EQ(child + kelplib_get_sttr_offset(store, 0, child),
+                area(to, *type) + model::state_block_place(*type, *field))
+          << name << " " << field->name;
+    }
+    function<Destroy>(name + "_destroy")(store, 0, from);
+    function<Destroy>(name + "_destroy")(store, 0, to);
+  }
+}
+
 // --- post_copyout_cleanup, offset_update, offset_remove ------------------------------------------
 
 TEST(TransferCleanup, ATypeThatOwnsNothingIsLeftAlone) {

@@ -409,4 +409,30 @@ TEST(ElementStates, ADirectWriteOfAllIsBoundByTheObjectsStateBytes) {
   });
 }
 
+// The block of an embedded object ends where its owner's own bytes go on.
+TEST(ElementStates, ADirectWriteOfAllOfAnEmbeddedObjectStaysInItsBlock) {
+  namespace types = harbor::model::types;
+  namespace fields = harbor::model::fields;
+  Handles handles;
+  kelp_handle *handle = handles.tracking;
+  Object owner(handle, types::ospfv2_unknown_tlv);
+  const Field &tlv_field = fields::ospfv2_unknown_tlv::tlv;
+  auto *tlv = reinterpret_cast<ospfv2_link_tlv *>(
+      owner.bytes() + harbor::model::offset(types::ospfv2_unknown_tlv, tlv_field));
+  std::uint32_t err = 0;
+  ip_address address = ip_address_make_ipv4(1);
+  ospfv2_link_tlv_local_if_ipv4_addr_set(handle, space, tlv, 59, &address, &err);
+  const auto *area = owner.bytes() + harbor::model::object_size(types::ospfv2_unknown_tlv);
+  const std::size_t size = harbor::model::state_size(types::ospfv2_unknown_tlv);
+  const std::size_t end = harbor::model::state_block_place(types::ospfv2_unknown_tlv, tlv_field) +
+                          harbor::model::state_size(types::ospfv2_link_tlv);
+  ASSERT_LT(end, size);
+  const Bytes behind(area + end, area + size);
+  const Bytes source(60, 3);
+  ospfv2_link_tlv_local_if_ipv4_addr_state_flag_set_arr(handle, space, tlv, source.data(), 60,
+                                                        &err);
+  EXPECT_EQ(err, 0u);
+  EXPECT_EQ(Bytes(area + end, area + size), behind);
+}
+
 }  // namespace whole_schema
