@@ -1,5 +1,5 @@
-// The built tool in processes of its own, with what it says kept in files. Each process is waited
-// for, or ended by its id, before its test ends.
+// Programs, the built tool above all, in processes of their own, with what it says kept in files.
+// Each process is waited for, or ended by its id, before its test ends.
 #pragma once
 
 #include <fcntl.h>
@@ -27,13 +27,13 @@ inline std::string content_of(const std::filesystem::path &file) {
   return all.str();
 }
 
-class ToolProcess {
+// A program in a process of its own.
+class Process {
  public:
-  // name: of its files in the folder.
-  ToolProcess(const std::filesystem::path &folder, const std::string &name,
-              std::vector<std::string> words, const std::string &input = "/dev/null")
+  // words: the program's file first. name: of its files in the folder.
+  Process(const std::filesystem::path &folder, const std::string &name,
+          std::vector<std::string> words, const std::string &input = "/dev/null")
       : out_(folder / (name + ".out")), err_(folder / (name + ".err")) {
-    words.insert(words.begin(), places::tool());
     std::vector<char *> arguments;
     for (std::string &word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
@@ -53,13 +53,13 @@ class ToolProcess {
     close(out);
     close(err);
   }
-  ~ToolProcess() {
+  ~Process() {
     if (id_ <= 0) return;
     kill(id_, SIGKILL);
     waitpid(id_, nullptr, 0);
   }
-  ToolProcess(const ToolProcess &) = delete;
-  ToolProcess &operator=(const ToolProcess &) = delete;
+  Process(const Process &) = delete;
+  Process &operator=(const Process &) = delete;
 
   pid_t id() const { return id_; }
   std::string out() const { return content_of(out_); }
@@ -100,6 +100,33 @@ class ToolProcess {
   pid_t id_ = 0;
 };
 
+class ToolProcess : public Process {
+ public:
+  ToolProcess(const std::filesystem::path &folder, const std::string &name,
+              std::vector<std::string> words, const std::string &input = "/dev/null")
+      : Process(folder, name, with_tool(std::move(words)), input) {}
+
+ private:
+  static std::vector<std::string> with_tool(std::vector<std::string> words) {
+    words.insert(words.begin(), places::tool());
+    return words;
+  }
+};
+
+struct Said {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+// Any program, run to its end.
+inline Said run_program(const std::filesystem::path &folder,
+                        const std::vector<std::string> &words) {
+  Process process(folder, "program", words);
+  const int status = process.wait();
+  return {status, process.out(), process.err()};
+}
+
 // A folder of its own for each test, and the tool run in it.
 class ProcessTest : public testing::Test {
  protected:
@@ -114,11 +141,7 @@ class ProcessTest : public testing::Test {
     std::ofstream(folder_ / name, std::ios::binary) << content;
   }
 
-  struct Said {
-    int status;
-    std::string out;
-    std::string err;
-  };
+  using Said = tool_tests::Said;
   Said run(const std::vector<std::string> &words, const std::string &input = "/dev/null") {
     ToolProcess process(folder_, "run" + std::to_string(++runs_), words, input);
     const int status = process.wait();
@@ -133,8 +156,14 @@ class ProcessTest : public testing::Test {
                       const std::vector<std::string> &texts) {
     expect_refusal(run(words), texts);
   }
-  static void expect_refusal(const Said &said, const std::vector<std::string> &texts) {
-    EXPECT_EQ(said.status, 1) << said.err;
+  // The same of words that are wrong, with status 2.
+  void expect_wrong_words(const std::vector<std::string> &words,
+                          const std::vector<std::string> &texts) {
+    expect_refusal(run(words), texts, 2);
+  }
+  static void expect_refusal(const Said &said, const std::vector<std::string> &texts,
+                             int status = 1) {
+    EXPECT_EQ(said.status, status) << said.err;
     const std::size_t start = said.err.find("ospf-harbor: ");
     ASSERT_NE(start, std::string::npos) << said.err;
     const std::string line = said.err.substr(start);

@@ -1,16 +1,37 @@
-// A command of the tool: what it adds to the command line, and what runs when it was given. Each
-// command that stands in a file of its own has a function `Command add_<name>_command(CLI::App &)`,
-// which main calls before it parses; run() gives the exit status and may throw.
+// A command of the tool: its name, a sentence, what it needs, its options and its run. A command is
+// one file of this folder that defines one of these, and one line of list.inc; the command line,
+// the shell, help, completion and man pages all read that list.
 #pragma once
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <string>
+
+#include "ospf_tables/session.hpp"
+#include "usage_error.hpp"
 
 namespace tool {
 
+enum class Needs {
+  nothing,
+  session,  // the database of the run
+  tree,     // the same with what `--from` names loaded first; each such command has that option
+};
+
+enum class Stands { everywhere, on_the_command_line, in_the_shell };
+
+// Gives the status: 0, or 1 when something is wrong with the data. The session is null for a
+// command that needs nothing. It may throw.
+using Run = std::function<int(ospf_tables::Session *session)>;
+
 struct Command {
-  CLI::App *app;
-  std::function<int()> run;
+  const char *name;  // one word, or a group's and its own, as "load frr"
+  const char *sentence;
+  Needs needs;
+  // Adds the options and gives what runs when they have been parsed into what it holds.
+  Run (*set_up)(CLI::App &app);
+  Stands stands = Stands::everywhere;
+  bool hidden = false;  // from help and completion
 };
 
 }  // namespace tool

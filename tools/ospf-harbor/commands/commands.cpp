@@ -1,118 +1,257 @@
 #include "commands/commands.hpp"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
+#include <exception>
 #include <iostream>
-#include <sstream>
+#include <memory>
+#include <optional>
 
-#include "commands/exchange_options.hpp"
-#include "commands/graph_command.hpp"
-#include "commands/lsdb_command.hpp"
-#include "ospf_tables/instance_rows.hpp"
-#include "ospf_tables/row_keys.hpp"
-#include "ospf_tables/tree.hpp"
-#include "sources/capture_command.hpp"
-#include "sources/frr_reader.hpp"
-#include "views/show.hpp"
-#include "views/text_forms.hpp"
+#include "sources/sources.hpp"
+#include "traces/trace_file.hpp"
 
 namespace tool {
 
 using namespace ospf_tables;
 
+#define GROUP(name, sentence)
+#define COMMAND(name) extern const Command name##_command;
+#include "commands/list.inc"
+#undef GROUP
+#undef COMMAND
+
 namespace {
 
-std::string summary(const Instance &instance) {
-  std::size_t interfaces = 0;
-  std::size_t neighbors = 0;
-  for (const Area &area : instance.areas) {
-    interfaces += area.interfaces.size();
-    for (const Interface &interface : area.interfaces) neighbors += interface.neighbors.size();
+struct Group {
+  const char *name;
+  const char *sentence;
+};
+
+#define GROUP(name, sentence) Group{name, sentence},
+#define COMMAND(name)
+constexpr std::array groups = {
+#include "commands/list.inc"
+};
+#undef GROUP
+#undef COMMAND
+
+#define GROUP(name, sentence)
+#define COMMAND(name) &name##_command,
+constexpr const Command *commands[] = {
+#include "commands/list.inc"
+};
+#undef GROUP
+#undef COMMAND
+
+// What the words that were parsed ask for.
+struct Chosen {
+  const Command *command = nullptr;
+  Run run;
+  std::vector<std::string> sources;
+
+  int operator()(Session *session) const {
+    const int loaded = sources.empty() ? 0 : load_sources(*session, sources);
+    return std::max(loaded, run(session));
   }
-  return std::string(instance.family == Family::ipv4 ? "OSPFv2" : "OSPFv3") + " router " +
-         dotted(instance.router_id) + ": " + counted(instance.areas.size(), "area", "areas") +
-         ", " + counted(interfaces, "interface", "interfaces") + ", " +
-         counted(neighbors, "neighbour", "neighbours");
+};
+
+CLI::App *named(CLI::App &app, const std::string &name) {
+  const auto found =
+      app.get_subcommands([&](const CLI::App *each) { return each->get_name() == name; });
+  return found.empty() ? nullptr : found.front();
+}
+
+CLI::App *parent_of(CLI::App &app, const std::string &name) {
+  const std::size_t space = name.find(' ');
+  if (space == name.npos) return &app;
+  const std::string group = name.substr(0, space);
+  if (CLI::App *there = named(app, group); there != nullptr) return there;
+  const auto row = std::find_if(groups.begin(), groups.end(),
+                                [&](const Group &each) { return each.name == group; });
+  CLI::App *added = app.add_subcommand(group, row->sentence);
+  added->require_subcommand(1);
+  added->fallthrough();
+  added->set_help_all_flag();
+  return added;
+}
+
+// Adds the commands that stand here, or all. Parsing sets *chosen.
+void add_commands(CLI::App &app, Stands here, Chosen *chosen) {
+  app.require_subcommand(1);
+  for (const Command *command : commands) {
+    if (command->stands != here && command->stands != Stands::everywhere &&
+        here != Stands::everywhere) {
+      continue;
+    }
+    const std::string name = command->name;
+    CLI::App *own =
+        parent_of(app, name)->add_subcommand(name.substr(name.rfind(' ') + 1), command->sentence);
+    own->fallthrough();
+    own->set_help_all_flag();
+    if (command->hidden) own->group("");
+    const Run run = command->set_up(*own);
+    const auto sources = std::make_shared<std::vector<std::string>>();
+    if (command->needs == Needs::tree) own->add_option("--from", *sources, source_help);
+    own->callback([=] { *chosen = {command, run, *sources}; });
+  }
+}
+
+// The words of the commands that were parsed, such as "load frr".
+std::string parsed_name(const CLI::App &app) {
+  std::string name;
+  for (const CLI::App *at = &app; !at->get_subcommands().empty();) {
+    at = at->get_subcommands().front();
+    name += (name.empty() ? "" : " ") + at->get_name();
+  }
+  return name;
+}
+
+std::string names_below(CLI::App &app) {
+  std::string names;
+  for (const CLI::App *each : commands_of(app)) {
+    names += (names.empty() ? "" : ", ") + each->get_name();
+  }
+  return names;
+}
+
+// The command that a line does not have, told before the parser tells of what is behind it.
+void check_name(CLI::App &app, const std::vector<std::string> &words) {
+  if (words.empty() && !commands_of(app).empty())
+    throw UsageError("a command is needed; \"ospf-harbor help\" lists them");
+  CLI::App *at = &app;
+  for (const std::string &word : words) {
+    if (commands_of(*at).empty()) return;
+    if (word.starts_with("-")) return;
+    CLI::App *below = named(*at, word);
+    if (below == nullptr) {
+      throw UsageError(at == &app ? "command" : at->get_name(), "", "\"" + word + "\"",
+                       "one of " + names_below(*at));
+    }
+    at = below;
+  }
+}
+
+// Parses the words; false when they asked for help, which has been printed.
+bool parse(CLI::App &app, std::vector<std::string> words) {
+  try {
+    check_name(app, words);
+    std::reverse(words.begin(), words.end());
+    app.parse(std::move(words));
+    return true;
+  } catch (const CLI::Success &asked) {
+    app.exit(asked, std::cout, std::cerr);
+    return false;
+  } catch (const CLI::ParseError &error) {
+    const std::string name = parsed_name(app);
+    throw UsageError((name.empty() ? "" : name + ": ") + error.what() + "; \"ospf-harbor help" +
+                     (name.empty() ? "" : " " + name) + "\" tells more");
+  }
+}
+
+// The program's own options, beside those of commands.
+struct Program {
+  CLI::App app{"Looks at OSPF networks: loads what routers say into typed tables and shows them.",
+               "ospf-harbor"};
+  TraceFile trace_file{app};
+  Chosen chosen;
+
+  explicit Program(Stands here = Stands::on_the_command_line) {
+    app.set_help_all_flag("--help-all", "Help of all commands");
+    app.set_version_flag("--version", "ospf-harbor " HARBOR_VERSION);
+    add_commands(app, here, &chosen);
+  }
+};
+
+int run_command_line(std::vector<std::string> words) {
+  Program program;
+  if (!parse(program.app, std::move(words))) return 0;
+  program.trace_file.open();
+  const Command &command = *program.chosen.command;
+  if (command.needs == Needs::nothing) return program.chosen(nullptr);
+  if (command.needs == Needs::tree && program.chosen.sources.empty()) {
+    throw UsageError(command.name, "--from", "nothing", "what to load");
+  }
+  Session session;
+  return program.chosen(&session);
+}
+
+// Everything that was printed has arrived, or the status says that it has not.
+int written(int status) {
+  std::cout.flush();
+  return status;
+}
+
+template <typename Act>
+int saying_what_fails(Act act) {
+  const auto say = [](const std::exception &failure) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "ospf-harbor: %s\n", failure.what());
+  };
+  try {
+    return written(act());
+  } catch (const UsageError &error) {
+    say(error);
+    return 2;
+  } catch (const std::exception &failure) {
+    say(failure);
+    return 1;
+  }
 }
 
 }  // namespace
 
-void load_frr(Session &session, const std::vector<std::string> &folders, std::FILE *report) {
-  PassedOver passed_over;
-  std::vector<Instance> instances;
-  for (const std::string &folder : folders) {
-    for (Instance &instance : read_frr(folder, passed_over)) {
-      instances.push_back(std::move(instance));
-    }
-  }
-  std::vector<std::unique_ptr<NewInstance>> rows;
-  for (const Instance &instance : instances) {
-    rows.push_back(std::make_unique<NewInstance>(session, instance));
-  }
-  add_instances(session, rows);
-  if (report == nullptr) return;
-  for (const Instance &instance : instances) {
-    std::fprintf(report, "loaded %s\n", summary(instance).c_str());
-  }
-  if (passed_over.values == 0) return;
-  std::fprintf(report, "passed over %s of %s that the model has no place for\n",
-               counted(passed_over.values, "value", "values").c_str(),
-               counted(passed_over.keys.size(), "key", "keys").c_str());
+int run_program(std::vector<std::string> words) {
+  return saying_what_fails([&] { return run_command_line(std::move(words)); });
 }
 
-int show_path(Session &session, const std::string &path, bool json) {
-  if ((json ? show_json : show)(session, path, stdout) != 0) return 0;
-  if (root_table(session, false) == nullptr) {
-    std::fprintf(stderr, "ospf-harbor: show: nothing is loaded\n");
-  } else {
-    std::fprintf(stderr, "ospf-harbor: show %s: nothing there\n", path.c_str());
-  }
-  return 1;
+int run_words(Session &session, std::vector<std::string> words) {
+  CLI::App app{"", "ospf-harbor"};
+  Chosen chosen;
+  add_commands(app, Stands::in_the_shell, &chosen);
+  return parse(app, std::move(words)) ? chosen(&session) : 0;
 }
 
-int run_shell(Session &session) {
-  int status = 0;
-  std::string line;
-  for (std::size_t number = 1; std::getline(std::cin, line); ++number) {
-    std::istringstream in(line);
-    std::vector<std::string> words;
-    for (std::string word; in >> word;) words.push_back(word);
-    if (words.empty() || words[0][0] == '#') continue;
-    const auto unknown = [&] {
-      return InputError("standard input", "line " + std::to_string(number), "\"" + line + "\"",
-                        "load frr FOLDER..., load capture FILE..., show [PATH] [--json], lsdb "
-                        "[OPTION...], or graph OPTION...");
-    };
-    try {
-      int line_status = 0;
-      if (run_exchange_line(session, words, &line_status)) {
-        if (line_status != 0) status = line_status;
-      } else if (words.size() >= 3 && words[0] == "load" && words[1] == "frr") {
-        load_frr(session, {words.begin() + 2, words.end()});
-      } else if (words.size() >= 3 && words[0] == "load" && words[1] == "capture") {
-        const int result =
-            load_capture(session, parse_capture_words({words.begin() + 2, words.end()}));
-        if (result != 0) status = result;
-      } else if (words[0] == "show" && words.size() <= 3) {
-        const bool json = words.back() == "--json";
-        if (words.size() == 3 && !json) throw unknown();
-        const std::string path = words.size() == (json ? 3u : 2u) ? words[1] : "";
-        if (show_path(session, path, json) != 0) status = 1;
-      } else if (words[0] == "lsdb" || words[0] == "graph") {
-        const std::vector<std::string> options(words.begin() + 1, words.end());
-        const int result = words[0] == "lsdb" ? run_lsdb(session, parse_lsdb_words(options))
-                                              : run_graph(session, parse_graph_words(options));
-        if (result != 0) status = result;
-      } else {
-        throw unknown();
-      }
-    } catch (const std::exception &failure) {
-      std::fflush(stdout);
-      std::fprintf(stderr, "ospf-harbor: %s\n", failure.what());
-      status = 1;
-    }
-    std::fflush(stdout);
+int run_line(Session &session, std::vector<std::string> words) {
+  return saying_what_fails([&] { return run_words(session, std::move(words)); });
+}
+
+int print_help(const std::vector<std::string> &words) {
+  Program all(Stands::everywhere);
+  CLI::App &app = command_named(all.app, words);
+  std::string before = words.empty() ? "" : all.app.get_name();
+  for (std::size_t at = 0; at + 1 < words.size(); ++at) before += " " + words[at];
+  std::cout << app.help(before);
+  return 0;
+}
+
+void with_parser(const std::function<void(CLI::App &program)> &act) {
+  Program program;
+  act(program.app);
+}
+
+CLI::App &command_named(CLI::App &program, const std::vector<std::string> &words) {
+  if (!words.empty()) check_name(program, words);
+  CLI::App *at = &program;
+  for (const std::string &word : words) at = at->get_subcommand(word);
+  return *at;
+}
+
+std::vector<CLI::App *> commands_of(CLI::App &app) {
+  return app.get_subcommands(
+      [](const CLI::App *each) { return !each->get_name().empty() && !each->get_group().empty(); });
+}
+
+std::vector<const CLI::Option *> options_of(const CLI::App &app) {
+  std::vector<const CLI::Option *> options;
+  for (const CLI::Option *option : app.get_options()) {
+    if (option != app.get_help_ptr()) options.push_back(option);
   }
-  return status;
+  for (const CLI::App *group : app.get_subcommands([](const CLI::App *) { return true; })) {
+    if (!group->get_name().empty()) continue;
+    for (const CLI::Option *option : options_of(*group)) options.push_back(option);
+  }
+  return options;
 }
 
 }  // namespace tool

@@ -1,24 +1,40 @@
-// The commands of the tool over one session. They may be given together in one call, or one a line
-// to `shell`, which keeps the session.
+// The registry of commands and the ways to run one: as the command line of the program has it, or
+// as a line of the shell. Both build the same parser from the same list and say the same when it
+// fails.
 #pragma once
 
-#include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
-#include "ospf_tables/session.hpp"
+#include "commands/command.hpp"
 
 namespace tool {
 
-// Loads all folders, or none: InputError is thrown for the first that is not sound, with the tables
-// as they were. Says what was loaded on `report`, unless that is null.
-void load_frr(ospf_tables::Session &session, const std::vector<std::string> &folders,
-              std::FILE *report = stdout);
+// The program: parses the words behind its name, runs, and says what went wrong on standard error.
+// The status: 0; 1 for wrong data, or output that cannot be written; 2 for wrong words.
+int run_program(std::vector<std::string> words);
 
-// Prints the tree or a part of it, as text or as JSON; 1 when there is nothing at the path.
-int show_path(ospf_tables::Session &session, const std::string &path, bool json = false);
+// One command, with the words of its line, on a database that is there. Throws UsageError for words
+// that are wrong, and what the command throws.
+int run_words(ospf_tables::Session &session, std::vector<std::string> words);
 
-// Reads commands from standard input until its end. The status of the last one that failed, or 0.
-int run_shell(ospf_tables::Session &session);
+// The same, with what is thrown said on standard error.
+int run_line(ospf_tables::Session &session, std::vector<std::string> words);
+
+// Prints the help of the command that the words name, or of all. Throws UsageError.
+int print_help(const std::vector<std::string> &words);
+
+// The parser of the command line, for what is made of it. Hidden commands have the group "".
+void with_parser(const std::function<void(CLI::App &program)> &act);
+
+// The parser of the command or group that the words name. Throws UsageError.
+CLI::App &command_named(CLI::App &program, const std::vector<std::string> &words);
+
+// The commands or groups below a parser, in their order.
+std::vector<CLI::App *> commands_of(CLI::App &app);
+
+// The options of a parser and of its option groups, but for --help.
+std::vector<const CLI::Option *> options_of(const CLI::App &app);
 
 }  // namespace tool

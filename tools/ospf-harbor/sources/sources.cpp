@@ -6,10 +6,10 @@
 #include <iterator>
 #include <string_view>
 
-#include "commands/commands.hpp"
-#include "commands/import_command.hpp"
 #include "ospf_tables/input_error.hpp"
-#include "sources/capture_command.hpp"
+#include "sources/load_capture.hpp"
+#include "sources/load_frr.hpp"
+#include "sources/tree_file.hpp"
 #include "tree_exchange/files.hpp"
 #include "tree_exchange/stream_format.hpp"
 

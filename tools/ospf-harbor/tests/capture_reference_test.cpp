@@ -13,7 +13,7 @@
 #include "captured_tree.hpp"
 #include "ospf_decode/capture.hpp"
 #include "ospf_tables/row_keys.hpp"
-#include "sources/capture_command.hpp"
+#include "sources/load_capture.hpp"
 #include "support/places.hpp"
 
 namespace {

@@ -61,7 +61,7 @@ TEST_F(TreeFiles, AreCommandsOfTheShell) {
   put("lines", "import --image " + file("a.tree") + "\nexport --image " + file("b.tree") +
                    "\nimport --image " + file("none") + "\nexport\nshow\n");
   const Said said = run({"shell"}, file("lines"));
-  EXPECT_EQ(said.status, 1);
+  EXPECT_EQ(said.status, 2);
   EXPECT_NE(said.err.find(file("none") + ": found No such file"), std::string::npos) << said.err;
   EXPECT_NE(said.err.find("ospf-harbor: export: "), std::string::npos) << said.err;
   EXPECT_EQ(said.out, content_of(file("a.txt")));
@@ -251,16 +251,17 @@ TEST_F(TwoProcesses, ASocketInUseAndAnotherFileAreLeftAlone) {
 
 TEST_F(TwoProcesses, OnlyPlacesOnThisMachineAreTaken) {
   for (const char *place : {"tcp:0.0.0.0:7", "tcp:192.0.2.1:7", "tcp:localhost:7", "tcp:[::]:7"}) {
-    expect_refused({"receive", "--at", place}, {"receive --at: found the host", "loopback"});
-    expect_refused({"send", "--to", place, "--from", sample_}, {"send --to: found the host"});
+    expect_wrong_words({"receive", "--at", place}, {"receive --at: found the host", "loopback"});
+    expect_wrong_words({"send", "--to", place, "--from", sample_}, {"send --to: found the host"});
   }
   for (const char *place :
        {"tcp:127.0.0.1", "tcp:127.0.0.1:x", "tcp:127.0.0.1:70000", "pipe:x", ""}) {
-    expect_refused({"receive", "--at", place}, {"receive --at: found \"", "expected unix:PATH"});
+    expect_wrong_words({"receive", "--at", place},
+                       {"receive --at: found \"", "expected unix:PATH"});
   }
-  expect_refused({"receive", "--at", "unix:"}, {"found a path of 0 bytes"});
-  expect_refused({"receive", "--at", "unix:/" + std::string(200, 'x')},
-                 {"expected 1 to 107 bytes"});
+  expect_wrong_words({"receive", "--at", "unix:"}, {"found a path of 0 bytes"});
+  expect_wrong_words({"receive", "--at", "unix:/" + std::string(200, 'x')},
+                     {"expected 1 to 107 bytes"});
 }
 
 TEST_F(TwoProcesses, NobodyThereIsToldToTheSender) {

@@ -12,7 +12,7 @@
 #include <pugixml.hpp>
 #include <sstream>
 
-#include "commands/graph_command.hpp"
+#include "commands/commands.hpp"
 #include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "sources/sources.hpp"
@@ -344,7 +344,9 @@ class GraphCommand : public testing::Test {
   ~GraphCommand() override { fs::remove_all(folder_); }
 
   int run(const std::vector<std::string> &words) {
-    return tool::run_graph(session_, tool::parse_graph_words(words));
+    std::vector<std::string> line{"graph"};
+    line.insert(line.end(), words.begin(), words.end());
+    return tool::run_words(session_, line);
   }
   std::string read(const fs::path &file) {
     std::ifstream in(file);
@@ -376,9 +378,9 @@ TEST_F(GraphCommand, NothingToDrawIsSaidWithStatusOne) {
 }
 
 TEST_F(GraphCommand, WrongOptionsAreRefused) {
-  EXPECT_THROW(run({}), ospf_tables::InputError);
-  EXPECT_THROW(run({"--dot", "--svg"}), ospf_tables::InputError);
-  EXPECT_THROW(run({"--dot", "--area", "x"}), ospf_tables::InputError);
+  EXPECT_THROW(run({}), tool::UsageError);
+  EXPECT_THROW(run({"--dot", "--svg"}), tool::UsageError);
+  EXPECT_THROW(run({"--dot", "--area", "x"}), tool::UsageError);
 }
 
 TEST_F(GraphCommand, WithoutGraphvizItSaysHowToGetItAndKeepsTheFileThatWasThere) {

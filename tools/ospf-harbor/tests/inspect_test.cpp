@@ -6,12 +6,12 @@
 #include <random>
 #include <sstream>
 
-#include "commands/inspect_command.hpp"
 #include "ospf_tables/input_error.hpp"
 #include "support/built_library.hpp"
 #include "support/places.hpp"
 #include "support/sample_library.hpp"
 #include "support/temporary_file.hpp"
+#include "views/inspection.hpp"
 
 namespace {
 

@@ -1,6 +1,8 @@
 // The command `load capture` on captures made of bytes: each kind of LSA goes into the fields that
 // are its, what cannot be kept is told by decoded_completed, and bad input of every kind is counted
 // while the rest is loaded.
+#include "sources/load_capture.hpp"
+
 #include <gtest/gtest.h>
 #include <ospf_harbor_oper/types.h>
 #include <sys/wait.h>
@@ -13,7 +15,6 @@
 #include "commands/commands.hpp"
 #include "ospf_decode/lsa_v3.hpp"
 #include "ospf_tables/input_error.hpp"
-#include "sources/capture_command.hpp"
 #include "support/places.hpp"
 #include "views/show.hpp"
 
@@ -643,18 +644,17 @@ TEST(LoadCapture, SaysWhatItReadAndNothingElse) {
                              "loaded OSPFv2 as heard: 1 area, 1 interface, 0 neighbours, 1 LSA\n");
 }
 
-TEST(LoadCapture, TakesItsWordsFromALineOfTheShell) {
-  const tool::CaptureOptions files = tool::parse_capture_words({"a.pcap", "b.pcap"});
-  EXPECT_EQ(files.files, (std::vector<std::string>{"a.pcap", "b.pcap"}));
-  const tool::CaptureOptions live = tool::parse_capture_words({"-i", "eth0", "--seconds", "7"});
-  EXPECT_EQ(live.interface, "eth0");
-  EXPECT_EQ(live.seconds, 7u);
-  EXPECT_THROW(tool::parse_capture_words({"-i"}), ospf_tables::InputError);
-  EXPECT_THROW(tool::parse_capture_words({"-i", "eth0", "--seconds", "7x"}),
-               ospf_tables::InputError);
+TEST(LoadCapture, TakesFilesOrAnInterface) {
   ospf_tables::Session session;
-  EXPECT_THROW(tool::load_capture(session, {}), ospf_tables::InputError);
-  EXPECT_THROW(tool::load_capture(session, {{"a.pcap"}, "eth0", 0}), ospf_tables::InputError);
+  const auto refused = [&](std::vector<std::string> words) {
+    words.insert(words.begin(), {"load", "capture"});
+    EXPECT_THROW(tool::run_words(session, words), tool::UsageError);
+  };
+  refused({});
+  refused({"-i"});
+  refused({"-i", "eth0", "--seconds", "7x"});
+  refused({"a.pcap", "-i", "eth0"});
+  refused({"a.pcap", "--seconds", "7"});
 }
 
 // What the program itself prints into a pipe, and its exit status.
@@ -672,7 +672,7 @@ TEST(LoadCapture, AsAProgramShowsAPathAndNoProgress) {
   EXPECT_NE(text.find("network_mask@ip_address:255.0.0.0"), std::string::npos) << text;
   EXPECT_EQ(text.find('\r'), std::string::npos);
   EXPECT_EQ(run(file.path() + " /nowhere/no.pcap --show").first, 1);
-  EXPECT_EQ(run("").first, 1);
+  EXPECT_EQ(run("").first, 2);
 }
 
 // --- bad input -----------------------------------------------------------------------------------

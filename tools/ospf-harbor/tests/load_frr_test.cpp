@@ -1,5 +1,7 @@
 // The road from a daemon's JSON into the tables: what is loaded is held against the JSON itself,
 // read here on its own, and bad input of every kind is refused in one line with nothing changed.
+#include "sources/load_frr.hpp"
+
 #include <gtest/gtest.h>
 #include <kelp/primitives.h>
 #include <ospf_harbor_oper.h>
@@ -10,7 +12,6 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "commands/commands.hpp"
 #include "ospf_tables/instance_rows.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/tree.hpp"

@@ -10,9 +10,8 @@
 #include <sstream>
 
 #include "commands/commands.hpp"
-#include "commands/lsdb_command.hpp"
 #include "ospf_tables/input_error.hpp"
-#include "sources/capture_command.hpp"
+#include "sources/load_frr.hpp"
 #include "sources/sources.hpp"
 #include "support/places.hpp"
 #include "synthetic_network.hpp"
@@ -24,6 +23,11 @@ namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+
+int run_lsdb(ospf_tables::Session &session, std::vector<std::string> words) {
+  words.insert(words.begin(), "lsdb");
+  return tool::run_words(session, words);
+}
 
 const fs::path recordings = places::recordings();
 
@@ -61,7 +65,7 @@ Answer answer_of(Act act) {
 }
 
 Answer lsdb(ospf_tables::Session &session, const std::vector<std::string> &words) {
-  return answer_of([&] { return tool::run_lsdb(session, tool::parse_lsdb_words(words)); });
+  return answer_of([&] { return run_lsdb(session, words); });
 }
 
 std::vector<json> json_lines(const std::string &text) {
@@ -455,7 +459,7 @@ TEST(LsdbFilter, WhatNoLsaCanMeetIsRefused) {
   ospf_tables::Session session;
   const auto refused = [&](const std::vector<std::string> &words, const std::string &part) {
     try {
-      tool::run_lsdb(session, tool::parse_lsdb_words(words));
+      run_lsdb(session, words);
       ADD_FAILURE() << words[0] << " was taken";
     } catch (const ospf_tables::InputError &failure) {
       EXPECT_NE(std::string(failure.what()).find(part), std::string::npos) << failure.what();
@@ -467,9 +471,9 @@ TEST(LsdbFilter, WhatNoLsaCanMeetIsRefused) {
   refused({"--type", "70000"}, "found \"70000\"");
   refused({"--adv-router", "r1"}, "expected a router ID such as");
   refused({"--family", "ipx"}, "expected ipv4 or ipv6");
-  refused({"--v2", "--v3"}, "lsdb: found ");
-  refused({"--detail", "--json"}, "lsdb: found ");
-  refused({"--colour"}, "lsdb: found ");
+  refused({"--v2", "--v3"}, "lsdb: --v2 excludes --v3");
+  refused({"--detail", "--json"}, "lsdb: --detail excludes --json");
+  refused({"--colour"}, "lsdb: The following argument was not expected: --colour");
 }
 
 TEST(Lsdb, NothingToListIsSaidWithStatusOne) {

@@ -6,7 +6,7 @@
 #include <library_sections/error.hpp>
 #include <library_sections/halyard.hpp>
 
-#include "ospf_tables/input_error.hpp"
+#include "usage_error.hpp"
 
 namespace tool {
 
@@ -79,7 +79,7 @@ std::uint8_t level_by_name(const std::string &option, const std::string &name) {
     if (one.name == name) return one.level;
     known += (known.empty() ? "" : " or ") + std::string(one.name);
   }
-  throw InputError(option, "", "\"" + escaped(name) + "\"", known);
+  throw UsageError(option, "", "\"" + escaped(name) + "\"", known);
 }
 
 TraceTexts::TraceTexts(std::string library, library_sections::Bytes bytes)

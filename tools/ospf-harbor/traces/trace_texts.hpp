@@ -33,7 +33,7 @@ class TraceTexts {
 // The names of trace levels on the command line and in lines: fatal, error, information, debug. A
 // level without a name is shown as its number.
 std::string level_name(std::uint8_t level);
-// Throws InputError, with the option's name, for what is none of them.
+// Throws UsageError, with the option's name, for what is none of them.
 std::uint8_t level_by_name(const std::string &option, const std::string &name);
 
 }  // namespace tool

@@ -6,8 +6,8 @@
 #include <charconv>
 #include <optional>
 
-#include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
+#include "usage_error.hpp"
 #include "views/lsa_names.hpp"
 
 namespace tool {
@@ -49,17 +49,27 @@ TypeWanted parse_type(const std::string &text) {
     if (same_name(names.substr(at, end - at), text)) return wanted;
     at = end + 2;
   }
-  throw InputError("--type", "", "\"" + text + "\"",
+  throw UsageError("--type", "", "\"" + text + "\"",
                    "one of " + names + ", or an LS type of 16 bits such as 0x2001");
 }
 
 std::uint32_t parse_area(const std::string &text) {
   if (const auto area = parse_dotted(text)) return *area;
   if (const auto area = parse_number(text)) return *area;
-  throw InputError("--area", "", "\"" + text + "\"", "an area such as 0.0.0.1 or 1");
+  throw UsageError("--area", "", "\"" + text + "\"", "an area such as 0.0.0.1 or 1");
 }
 
 }  // namespace
+
+void add_filter_options(CLI::App &command, LsdbFilter &filter) {
+  command.add_option("--area", filter.area, "Only this area, such as 0.0.0.1 or 1");
+  command.add_option("--type", filter.type,
+                     "Only LSAs of this type, by number or as one of " + list_of_type_names());
+  command.add_option("--adv-router", filter.adv_router, "Only LSAs of this advertising router");
+  command.add_option("--family", filter.family, "Only instances of ipv4 or of ipv6");
+  CLI::Option *v2 = command.add_flag("--v2", filter.v2, "Only OSPFv2");
+  command.add_flag("--v3", filter.v3, "Only OSPFv3")->excludes(v2);
+}
 
 std::vector<LsdbEntry> filtered(std::vector<LsdbEntry> entries, const LsdbFilter &filter) {
   std::optional<std::uint32_t> area;
@@ -70,12 +80,12 @@ std::vector<LsdbEntry> filtered(std::vector<LsdbEntry> entries, const LsdbFilter
   if (!filter.adv_router.empty()) {
     router = parse_dotted(filter.adv_router);
     if (!router) {
-      throw InputError("--adv-router", "", "\"" + filter.adv_router + "\"",
+      throw UsageError("--adv-router", "", "\"" + filter.adv_router + "\"",
                        "a router ID such as 10.0.0.1");
     }
   }
   if (!filter.family.empty() && filter.family != "ipv4" && filter.family != "ipv6") {
-    throw InputError("--family", "", "\"" + filter.family + "\"", "ipv4 or ipv6");
+    throw UsageError("--family", "", "\"" + filter.family + "\"", "ipv4 or ipv6");
   }
   std::erase_if(entries, [&](const LsdbEntry &entry) {
     if (filter.v2 != filter.v3 && entry.lsa.version != (filter.v2 ? 2 : 3)) return true;

@@ -1,6 +1,7 @@
 // Which LSAs of a database a command looks at.
 #pragma once
 
+#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,10 @@ struct LsdbFilter {
   bool v3 = false;
 };
 
-// The LSAs that meet all that the filter asks for, in the given order. Throws InputError for a text
+// Its options, for any command that has one.
+void add_filter_options(CLI::App &command, LsdbFilter &filter);
+
+// The LSAs that meet all that the filter asks for, in the given order. Throws UsageError for a text
 // that no LSA can meet.
 std::vector<ospf_tables::LsdbEntry> filtered(std::vector<ospf_tables::LsdbEntry> entries,
                                              const LsdbFilter &filter);

@@ -7,9 +7,9 @@
 #include <tuple>
 #include <vector>
 
-#include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/tree.hpp"
+#include "usage_error.hpp"
 #include "views/json_lines.hpp"
 
 namespace tool {
@@ -56,11 +56,11 @@ std::vector<Step> parse(const std::string &path) {
     const auto kind = std::find(kinds.begin(), kinds.end(), words[at]);
     const std::string place = "part " + std::to_string(at + 1);
     if (kind == kinds.end()) {
-      throw InputError("show " + path, place, "\"" + words[at] + "\"", "one of " + list_of_kinds());
+      throw UsageError("show " + path, place, "\"" + words[at] + "\"", "one of " + list_of_kinds());
     }
     const auto number = static_cast<std::size_t>(kind - kinds.begin());
     if (!steps.empty() && number <= steps.back().kind) {
-      throw InputError("show " + path, place, "\"" + words[at] + "\"",
+      throw UsageError("show " + path, place, "\"" + words[at] + "\"",
                        std::string("a kind below ") + kinds[steps.back().kind]);
     }
     steps.push_back({number, at + 1 < words.size() ? std::optional(words[at + 1]) : std::nullopt});
@@ -170,6 +170,14 @@ std::size_t show(Session &session, const std::string &path, std::FILE *out) {
 
 std::size_t show_json(Session &session, const std::string &path, std::FILE *out) {
   return show_with<JsonOfChosen>(session, path, out);
+}
+
+int show_path(Session &session, const std::string &path, bool json) {
+  if ((json ? show_json : show)(session, path, stdout) != 0) return 0;
+  const bool empty = root_table(session, false) == nullptr;
+  std::fprintf(stderr, "ospf-harbor: show: %s\n",
+               empty ? "nothing is loaded" : ("nothing is at " + in_one_line(path)).c_str());
+  return 1;
 }
 
 }  // namespace tool

@@ -9,12 +9,16 @@
 namespace tool {
 
 // A path names rows by kind and key, from the top down, and may leave levels out:
-// "area/0.0.0.0/interface/eth0", or "area" for all areas. Throws InputError for one that no tree
+// "area/0.0.0.0/interface/eth0", or "area" for all areas. Throws UsageError for one that no tree
 // can have. Gives how many rows were printed.
 std::size_t show(ospf_tables::Session &session, const std::string &path, std::FILE *out);
 
 // The same rows as JSON, one object a line. The rows below an LSA are part of its object, unless
 // the path asks for them.
 std::size_t show_json(ospf_tables::Session &session, const std::string &path, std::FILE *out);
+
+// Prints the tree or a part of it to standard output; 1, with a word on standard error, when there
+// is nothing at the path.
+int show_path(ospf_tables::Session &session, const std::string &path, bool json = false);
 
 }  // namespace tool

@@ -1,4 +1,4 @@
-#include "sources/capture_command.hpp"
+#include "sources/load_capture.hpp"
 
 #include <unistd.h>
 
@@ -148,10 +148,6 @@ void listen(Source &source, unsigned seconds, Progress &progress) {
   if (!source.at_end) source.decoder.finish();
 }
 
-[[noreturn]] void refuse(const std::string &found, const char *expected) {
-  throw InputError("load capture", "", found, expected);
-}
-
 void complain(const std::string &text) {
   std::fprintf(stderr, "ospf-harbor: load capture: %s\n", text.c_str());
 }
@@ -190,33 +186,7 @@ std::string summary(const LoadedInstance &instance) {
 
 }  // namespace
 
-CaptureOptions parse_capture_words(const std::vector<std::string> &words) {
-  CaptureOptions options;
-  for (std::size_t at = 0; at < words.size(); ++at) {
-    const std::string value = at + 1 < words.size() ? words[at + 1] : "";
-    if (words[at] == "-i") {
-      if (value.empty()) refuse("nothing behind -i", "an interface");
-      options.interface = value;
-      ++at;
-    } else if (words[at] == "--seconds") {
-      if (value.empty() || value.size() > 9 ||
-          value.find_first_not_of("0123456789") != std::string::npos) {
-        refuse("\"" + value + "\" behind --seconds", "a number of seconds");
-      }
-      options.seconds = static_cast<unsigned>(std::stoul(value));
-      ++at;
-    } else {
-      options.files.push_back(words[at]);
-    }
-  }
-  return options;
-}
-
 int load_capture(Session &session, const CaptureOptions &options, std::FILE *report) {
-  if (options.files.empty() == options.interface.empty()) {
-    refuse(options.files.empty() ? "no source" : "files and an interface",
-           "FILE..., or -i INTERFACE [--seconds N]");
-  }
   decode::Network network;
   Sources sources;
   bool failed = false;

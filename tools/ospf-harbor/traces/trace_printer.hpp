@@ -3,8 +3,7 @@
 #pragma once
 
 #include <ostream>
-
-#include "commands/command.hpp"
+#include <string>
 
 namespace tool {
 
@@ -19,7 +18,5 @@ struct TraceOptions {
 // Lines go to out, what is wrong with single records to complaints. 0, or 1 when a record had no
 // text. Throws for a file that cannot be read on, with what was before it printed.
 int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &complaints);
-
-Command add_trace_command(CLI::App &app);
 
 }  // namespace tool

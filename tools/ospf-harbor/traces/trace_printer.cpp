@@ -1,5 +1,5 @@
 // Reading and following; what lines look like stands in trace_texts.
-#include "commands/trace_command.hpp"
+#include "traces/trace_printer.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <iostream>
 #include <memory>
 #include <thread>
 
@@ -98,25 +97,6 @@ int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &co
     file.read_on(reader);
   }
   return status;
-}
-
-Command add_trace_command(CLI::App &app) {
-  CLI::App *trace = app.add_subcommand("trace", "Print a file of binary trace records as text");
-  const auto options = std::make_shared<TraceOptions>();
-  trace->add_option("FILE", options->file, "What --trace-file or kelp_trace_open_file wrote")
-      ->required();
-  trace->add_option("--library", options->library_file,
-                    "The library whose messages they are; the one of this program without it");
-  trace->add_option("--level", options->level,
-                    "Print this level and worse: fatal, error, information or debug");
-  trace->add_flag("--follow", options->follow, "Wait for more records, until interrupted");
-  trace->add_option("--seconds", options->seconds, "End following after so long")
-      ->check(CLI::PositiveNumber);
-  return {trace, [options] {
-            const int status = print_trace(*options, std::cout, std::cerr);
-            std::cout.flush();
-            return status;
-          }};
 }
 
 }  // namespace tool

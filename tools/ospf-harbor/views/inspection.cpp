@@ -1,9 +1,8 @@
 // Two printers over one reading. A part that is damaged does not keep the others from being shown.
-#include "commands/inspect_command.hpp"
+#include "views/inspection.hpp"
 
 #include <array>
 #include <iomanip>
-#include <iostream>
 #include <library_sections/halyard.hpp>
 #include <library_sections/messages.hpp>
 #include <library_sections/type_names.hpp>
@@ -197,21 +196,6 @@ int inspect(const InspectOptions &options, std::ostream &out, std::ostream &comp
   part([&] { printer->halyard(library_sections::read_halyard(file), names); });
   part([&] { printer->messages(library_sections::read_messages(file), options.messages); });
   return status;
-}
-
-Command add_inspect_command(CLI::App &app) {
-  CLI::App *command =
-      app.add_subcommand("inspect", "Print what a library's file carries for tools");
-  const auto options = std::make_shared<InspectOptions>();
-  command->add_option("LIBRARY", options->library_file, "Such as libospf_harbor_oper.so")
-      ->required();
-  command->add_flag("--messages", options->messages, "List every trace message");
-  command->add_flag("--json", options->json, "One JSON object a line");
-  return {command, [options] {
-            const int status = inspect(*options, std::cout, std::cerr);
-            std::cout.flush();
-            return status;
-          }};
 }
 
 }  // namespace tool

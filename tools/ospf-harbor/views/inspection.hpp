@@ -3,8 +3,7 @@
 #pragma once
 
 #include <ostream>
-
-#include "commands/command.hpp"
+#include <string>
 
 namespace tool {
 
@@ -17,7 +16,5 @@ struct InspectOptions {
 // What can be read goes to out; what is wrong with any part, to complaints, with 1 as the result.
 // Throws InputError for a file that cannot be read at all.
 int inspect(const InspectOptions &options, std::ostream &out, std::ostream &complaints);
-
-Command add_inspect_command(CLI::App &app);
 
 }  // namespace tool

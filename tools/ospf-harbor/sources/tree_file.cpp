@@ -1,4 +1,4 @@
-#include "commands/import_command.hpp"
+#include "sources/tree_file.hpp"
 
 #include "tree_exchange/files.hpp"
 #include "tree_exchange/tree_reader.hpp"

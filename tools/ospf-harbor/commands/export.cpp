@@ -1,10 +1,10 @@
-#include "commands/export_command.hpp"
 
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
-#include "ospf_tables/input_error.hpp"
+#include "commands/command.hpp"
+#include "sources/tree_file.hpp"
 #include "tree_exchange/files.hpp"
 #include "tree_exchange/tree_writer.hpp"
 #include "tree_exchange/tree_xml.hpp"
@@ -40,10 +40,7 @@ std::string text_of_tree(Session &session, std::uint64_t &rows) {
   return {text, size};
 }
 
-}  // namespace
-
-int export_tree(Session &session, TreeForm form, const std::string &file) {
-  if (nothing_is_loaded(session, "export")) return 1;
+void write_tree_file(Session &session, TreeForm form, const std::string &file) {
   std::uint64_t rows = 0;
   write_file(file, [&](const std::function<void(ByteView)> &put) {
     switch (form) {
@@ -59,7 +56,33 @@ int export_tree(Session &session, TreeForm form, const std::string &file) {
     }
   });
   note("exported " + rows_text(rows) + " to " + file);
-  return 0;
 }
+
+Run set_up_export(CLI::App &app) {
+  struct Options {
+    std::string image, xml, text;
+  };
+  const auto options = std::make_shared<Options>();
+  CLI::Option_group *forms = app.add_option_group("forms");
+  forms->add_option("--image", options->image, "As a tree stream of images");
+  forms->add_option("--xml", options->xml, "As an XML document");
+  forms->add_option("--text", options->text, "As show prints it");
+  forms->require_option(1, 0);
+  return [options](Session *session) {
+    if (nothing_is_loaded(*session, "export")) return 1;
+    const std::pair<TreeForm, const std::string &> files[] = {{TreeForm::image, options->image},
+                                                              {TreeForm::xml, options->xml},
+                                                              {TreeForm::text, options->text}};
+    for (const auto &[form, file] : files) {
+      if (!file.empty()) write_tree_file(*session, form, file);
+    }
+    return 0;
+  };
+}
+
+}  // namespace
+
+extern const Command export_command;
+const Command export_command{"export", "Write the tree to files", Needs::tree, set_up_export};
 
 }  // namespace tool

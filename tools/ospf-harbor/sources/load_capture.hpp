@@ -17,9 +17,6 @@ struct CaptureOptions {
   unsigned seconds = 0;            // how long; 0 is until SIGINT or SIGTERM
 };
 
-// The words behind "load capture", as a line of `shell` has them. Throws InputError.
-CaptureOptions parse_capture_words(const std::vector<std::string> &words);
-
 // Says what was loaded on `report`, unless that is null, and what was wrong to standard error, by
 // kind with the number of the first packet. 0 when all was sound; 1 when something was not and the
 // rest is loaded. With no OSPF packet at all the tree stays as it was.

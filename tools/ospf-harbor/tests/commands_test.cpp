@@ -1,0 +1,217 @@
+// The registry: every command on the command line and in the shell, with its help, a right and a
+// wrong line, and what is made of the list besides. A command without a row here fails.
+#include "commands/commands.hpp"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+
+#include "support/processes.hpp"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// The names of all commands of the command line, or of a group.
+std::vector<std::string> names(CLI::App &app, const std::string &before = "") {
+  std::vector<std::string> all;
+  for (CLI::App *each : app.get_subcommands([](const CLI::App *) { return true; })) {
+    if (each->get_name().empty()) continue;
+    const std::string name = before + each->get_name();
+    const auto below = names(*each, name + " ");
+    if (below.empty()) all.push_back(name);
+    all.insert(all.end(), below.begin(), below.end());
+  }
+  return all;
+}
+
+std::vector<std::string> all_names() {
+  std::vector<std::string> all;
+  tool::with_parser([&](CLI::App &program) { all = names(program); });
+  return all;
+}
+
+struct Lines {
+  std::string right;
+  std::string wrong;
+  std::string complaint;
+  int status = 0;  // of the right one
+  bool in_the_shell = true;
+};
+
+class Commands : public tool_tests::ProcessTest {
+ protected:
+  // SAMPLE is a folder of a router's answers, TREE its tree, FILE a new one, TRACE a trace.
+  std::string filled(std::string line) const {
+    const std::map<std::string, std::string> places = {{"SAMPLE", sample_},
+                                                       {"TREE", file("tree")},
+                                                       {"FILE", file("new")},
+                                                       {"TRACE", file("trace")},
+                                                       {"LIBRARY", places::library()},
+                                                       {"CAPTURE", places::sample() + "/all.pcap"},
+                                                       {"HERE", "unix:" + file("socket")}};
+    for (const auto &[name, place] : places) {
+      for (std::size_t at; (at = line.find(name)) != line.npos;) {
+        line.replace(at, name.size(), place);
+      }
+    }
+    return line;
+  }
+  static Words words_of(const std::string &line) {
+    std::istringstream in(line);
+    Words words;
+    for (std::string word; in >> word;) words.push_back(word);
+    return words;
+  }
+  Said in_shell(const std::string &lines) {
+    put("lines", lines + "\n");
+    return run({"shell"}, file("lines"));
+  }
+
+  const std::map<std::string, Lines> lines_ = {
+      {"load frr", {"load frr SAMPLE --show", "load frr SAMPLE --shaw", "--shaw"}},
+      {"load capture",
+       {"load capture CAPTURE --path area-lsas", "load capture a -i b", "from [FILE,-i]"}},
+      {"show", {"show area --from SAMPLE", "show --jsun --from SAMPLE", "--jsun"}},
+      {"lsdb", {"lsdb --v2 --from CAPTURE", "lsdb --area x --from CAPTURE", "found \"x\""}},
+      {"graph", {"graph --dot --from CAPTURE", "graph --from CAPTURE", "--dot,--svg"}},
+      {"export", {"export --text FILE --from SAMPLE", "export --from SAMPLE", "--image"}},
+      {"import", {"import --image TREE --path area", "import --show", "--image,--xml"}},
+      {"send",
+       {"send --to HERE --from SAMPLE", "send --to tcp:192.0.2.1:1 --from SAMPLE", "loopback", 1}},
+      {"receive", {"receive --at HERE --timeout 0.01", "receive --timeout 0", "--timeout", 1}},
+      {"dump", {"dump --annotate TREE", "dump TREE", "--annotate is required"}},
+      {"trace", {"trace TRACE", "trace TRACE --level loud", "found \"loud\""}},
+      {"inspect", {"inspect LIBRARY", "inspect", "LIBRARY is required"}},
+      {"shell", {"shell", "shell now", "not expected", 0, false}},
+      {"help", {"help load frr", "help lode", "found \"lode\""}},
+      {"man", {"man lsdb", "man lode", "found \"lode\"", 0, false}},
+      {"completion", {"completion bash", "completion fish", "fish", 0, false}},
+  };
+};
+
+TEST_F(Commands, HaveEachALineHere) {
+  std::vector<std::string> here;
+  for (const auto &[name, lines] : lines_) here.push_back(name);
+  std::vector<std::string> there = all_names();
+  std::sort(there.begin(), there.end());
+  EXPECT_EQ(there, here);
+}
+
+TEST_F(Commands, DoAndSayTheSameOnTheCommandLineAndInTheShell) {
+  expect_done({"export", "--image", file("tree"), "--from", sample_});
+  expect_done({"--trace-file", file("trace"), "load", "frr", sample_});
+  for (const auto &[name, lines] : lines_) {
+    SCOPED_TRACE(name);
+    const std::string right = filled(lines.right);
+    const Said said = run(words_of(right));
+    EXPECT_EQ(said.status, lines.status) << said.err;
+    const std::string wrong = filled(lines.wrong);
+    const Said refused = run(words_of(wrong));
+    EXPECT_EQ(refused.status, 2) << wrong;
+    EXPECT_TRUE(refused.err.starts_with("ospf-harbor: ")) << refused.err;
+    EXPECT_EQ(std::count(refused.err.begin(), refused.err.end(), '\n'), 1) << refused.err;
+    EXPECT_NE(refused.err.find(lines.complaint), std::string::npos) << refused.err;
+    EXPECT_EQ(refused.out, "");
+    if (!lines.in_the_shell) continue;
+    const Said line = in_shell(right);
+    EXPECT_EQ(line.status, lines.status) << line.err;
+    EXPECT_EQ(line.out, said.out);
+    EXPECT_EQ(line.err, said.err);
+    const Said wrong_line = in_shell(wrong);
+    EXPECT_EQ(wrong_line.status, 2);
+    EXPECT_EQ(wrong_line.err, refused.err);
+  }
+}
+
+TEST_F(Commands, HaveEachTheirHelp) {
+  for (const std::string &name : all_names()) {
+    SCOPED_TRACE(name);
+    Words words = words_of(name);
+    words.push_back("--help");
+    const Said asked = run(words);
+    EXPECT_EQ(asked.status, 0);
+    EXPECT_NE(asked.out.find("Usage: ospf-harbor " + name + " [OPTIONS]"), std::string::npos)
+        << asked.out;
+    Words named = words_of(name);
+    named.insert(named.begin(), "help");
+    EXPECT_EQ(run(named).out, asked.out);
+    EXPECT_EQ(in_shell("help " + name).out, asked.out);
+    if (lines_.at(name).in_the_shell) {
+      EXPECT_EQ(in_shell(name + " --help").out, asked.out);
+    }
+  }
+}
+
+TEST_F(Commands, OfTheProgramItself) {
+  EXPECT_TRUE(run({"--version"}).out.starts_with("ospf-harbor 1."));
+  const std::string help = run({"--help"}).out;
+  EXPECT_TRUE(run({"help"}).out.starts_with(help.substr(0, help.size() - 1)));
+  expect_wrong_words({}, {"a command is needed"});
+  expect_wrong_words({"lode"}, {"found \"lode\", expected one of load, show, "});
+  expect_wrong_words({"load", "fry"}, {"load: found \"fry\", expected one of frr, capture"});
+  expect_wrong_words({"show", "area"}, {"show: --from: found nothing"});
+  // Options of the program may stand behind a command.
+  expect_done({"load", "frr", sample_, "--trace-file", file("trace")});
+  EXPECT_GT(tool_tests::content_of(file("trace")).size(), 0u);
+}
+
+TEST_F(Commands, OfTheShellEndItAndKeepItsDatabase) {
+  const std::string load = "load frr '" + sample_ + "'\n";
+  EXPECT_EQ(in_shell(load + "quit\nlode").status, 0);
+  EXPECT_EQ(in_shell(load + "exit\nlode").status, 0);
+  EXPECT_NE(in_shell("help quit").out.find("End the shell"), std::string::npos);
+  EXPECT_EQ(in_shell(load + "# lode\n\n  \nshow area/0.0.0.0").status, 0);
+  EXPECT_EQ(in_shell("show").status, 1);
+  EXPECT_EQ(in_shell("show\nlode\nhelp").status, 2);
+  const Said open = in_shell("show 'area");
+  EXPECT_EQ(open.status, 2);
+  EXPECT_EQ(open.err, "ospf-harbor: line: found no second ', expected each quote twice\n");
+  std::filesystem::create_symlink(sample_, file("a b"));
+  EXPECT_EQ(in_shell("load frr '" + file("a b") + "'\nload frr " + file("a\\ b")).status, 0);
+}
+
+TEST_F(Commands, AreCompletedByBash) {
+  put("words", run({"completion", "bash"}).out);
+  const auto completed = [&](const std::string &line) {
+    put("script", "source " + file("words") + "\nCOMP_WORDS=(" + line +
+                      ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_ospf_harbor\n"
+                      "echo \"${COMPREPLY[@]}\"\n");
+    const tool_tests::Said said = tool_tests::run_program(folder_, {"/bin/bash", file("script")});
+    EXPECT_EQ(said.status, 0) << said.err;
+    return said.out;
+  };
+  EXPECT_EQ(completed("ospf-harbor lo"), "load\n");
+  EXPECT_EQ(completed("ospf-harbor load ''"), "frr capture --help\n");
+  EXPECT_EQ(completed("ospf-harbor load capture -i"), "-i\n");
+  EXPECT_EQ(completed("ospf-harbor --trace-file x lsdb --a"), "--area --adv-router\n");
+  EXPECT_EQ(completed("ospf-harbor export --im"), "--image\n");
+  EXPECT_EQ(completed("ospf-harbor load frr " + file("wo")), file("words") + "\n");
+}
+
+TEST_F(Commands, HaveManPagesThatGroffTakes) {
+  std::vector<Words> pages{{"man"}};
+  for (const std::string &name : all_names()) {
+    pages.push_back(words_of(name));
+    pages.back().insert(pages.back().begin(), "man");
+  }
+  for (const Words &words : pages) {
+    put("page", run(words).out);
+    const tool_tests::Said said = tool_tests::run_program(
+        folder_, {"/usr/bin/groff", "-man", "-Tutf8", "-ww", "-P-cbou", file("page")});
+    EXPECT_EQ(said.status, 0);
+    EXPECT_EQ(said.err, "");
+    for (const char *part : {"NAME", "SYNOPSIS", "EXIT STATUS"}) {
+      EXPECT_NE(said.out.find(part), std::string::npos) << words.back();
+    }
+    if (words.size() > 1) continue;
+    for (const std::string &name : all_names()) {
+      if (lines_.at(name).in_the_shell || name == "shell") {
+        EXPECT_NE(said.out.find("ospf-harbor " + name + "\n"), std::string::npos) << name;
+      }
+    }
+  }
+}
+
+}  // namespace
