@@ -1,0 +1,131 @@
+#!/usr/bin/env python3
+"""compare_lab.py PROGRAM DATA [NETWORK...]
+
+For each recorded network in DATA: what `PROGRAM routes` makes of the packets, against the routes
+that each router had. Every difference must stand in lab_differences.txt beside this script, with
+its reason, and every line there must be met."""
+
+import collections
+import json
+import pathlib
+import re
+import subprocess
+import sys
+
+import lab_answers
+
+ROUTE_KEYS = ["router", "version", "instance", "prefix", "kind", "cost", "type2_cost", "tag",
+              "area", "next_hops"]
+
+
+def calculated(program, network):
+    run = subprocess.run([program, "routes", "--router", "all", "--json", "--from",
+                          network / "all.pcap"], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                         text=True, check=False)
+    tables = collections.defaultdict(dict)
+    for line in run.stdout.splitlines():
+        route = json.loads(line)
+        if list(route) != ROUTE_KEYS:
+            raise SystemExit(f"the keys of a route are {list(route)}")
+        tables[(route["router"], route["version"], route["instance"])][route["prefix"]] = route
+    return tables
+
+
+def same_hops(router, ours, theirs):
+    """Whether each next hop has its like on the other side."""
+    left = set(theirs)
+    for hop in ours:
+        names = router.interface_names(hop["interface"])
+        like = [each for each in left if each[0] == hop["address"]
+                and (names is None or not router.has_names or each[1] in names)]
+        if not like:
+            return False
+        left.discard(like[0])
+    return not left
+
+
+def short(kind):
+    return kind.replace("external", "type").replace("nssa", "type")
+
+
+def difference(router, ours, theirs):
+    """A word for how two routes differ, nothing when they do not."""
+    if ours is None:
+        return "missing"
+    if theirs is None:
+        return "extra"
+    if "kind" in theirs and short(ours["kind"]) != theirs["kind"]:
+        return f"kind {theirs['kind']} there, {ours['kind']} here"
+    for key in ("cost", "type2_cost", "tag", "area"):
+        if key in theirs and ours[key] is not None and ours[key] != theirs[key]:
+            return f"{key} {theirs[key]} there, {ours[key]} here"
+    metric = ours["cost"] if ours["type2_cost"] is None else ours["type2_cost"]
+    if theirs.get("metric", metric) != metric:
+        return f"metric {theirs['metric']} there, {metric} here"
+    if "next_hops" in theirs and not same_hops(router, ours["next_hops"], theirs["next_hops"]):
+        there = sorted(f"{address}@{name}" for address, name in theirs["next_hops"])
+        here = sorted(f"{hop['address']}@{hop['interface']}" for hop in ours["next_hops"])
+        return f"next hops {' '.join(there)} there, {' '.join(here)} here"
+    return None
+
+
+def differences_of(program, network):
+    """(router ID, version, instance, prefix): how, and how many routes were compared."""
+    tables = calculated(program, network)
+    found, compared = {}, 0
+    for router in lab_answers.routers_of(network):
+        for (version, instance), theirs in router.answers():
+            ours = tables.get((router.id, version, instance), {})
+            for prefix in sorted(set(ours) | set(theirs)):
+                compared += 1
+                how = difference(router, ours.get(prefix), theirs.get(prefix))
+                if how:
+                    found[(router.folder.name, version, instance, prefix)] = how
+    return found, compared
+
+
+class Expected:
+    """lab_differences.txt: lines of network, router, version, instance, prefix and how, each a
+    pattern; a line that begins with a space gives the reason for those above it."""
+
+    def __init__(self, path):
+        self.lines = []
+        for text in path.read_text().splitlines():
+            if text and not text[0].isspace() and not text.startswith("#"):
+                self.lines.append([text, re.compile(r"\s+".join(text.split())), 0])
+
+    def allows(self, text):
+        for line in self.lines:
+            if line[1].fullmatch(text):
+                line[2] += 1
+                return True
+        return False
+
+
+def main():
+    program, data, names = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3:]
+    everything = not names
+    if everything:
+        names = sorted(each.name for each in data.iterdir() if (each / "all.pcap").exists())
+    expected = Expected(pathlib.Path(__file__).with_name("lab_differences.txt"))
+    failed = False
+    for name in names:
+        found, compared = differences_of(program, data / name)
+        unexpected = 0
+        for key, how in sorted(found.items()):
+            text = f"{name} {' '.join(map(str, key))} {how}"
+            if not expected.allows(text):
+                unexpected += 1
+                print(text)
+        failed |= unexpected > 0
+        print(f"{name}: {compared} routes compared, {len(found)} differences, "
+              f"{unexpected} without a reason")
+    for text, _, count in expected.lines:
+        if everything and count == 0:
+            failed = True
+            print(f"never met: {text}")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

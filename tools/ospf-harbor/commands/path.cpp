@@ -1,0 +1,233 @@
+// `path`: the ways that packets take from one router, prefix or address to another.
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "commands/route_options.hpp"
+#include "ospf_routes/paths.hpp"
+#include "views/route_list.hpp"
+
+namespace tool {
+
+using namespace ospf_routes;
+using ospf_tables::InputError;
+
+namespace {
+
+// Of more paths than these nobody reads the list.
+constexpr std::size_t most_paths = 64;
+
+struct PathOptions {
+  InstanceChoice choice;
+  WhatIf what_if;
+  std::string from;
+  std::string to;
+  bool json = false;
+  bool rfc1583 = false;
+};
+
+// An end of the way: a prefix, and the routers that are on it.
+struct WayEnd {
+  Prefix prefix;
+  std::vector<RouterId> routers;
+};
+
+// What a text stands for in one database: a router ID, an address or a prefix. A text that may be a
+// router ID and an address is the router, if there is one.
+std::optional<WayEnd> end_named(const std::string &text, const Database &database,
+                                const Calculator &calculator, Paths &paths) {
+  const auto router = parse_dotted(text);
+  const std::vector<RouterId> &routers = calculator.routers();
+  if (router && std::binary_search(routers.begin(), routers.end(), *router)) {
+    const auto own = paths.prefix_of(*router);
+    return own ? std::optional(WayEnd{*own, {*router}}) : std::nullopt;
+  }
+  const auto prefix = parse_prefix(text, database.family);
+  if (!prefix) return std::nullopt;
+  return WayEnd{*prefix, paths.routers_on(*prefix)};
+}
+
+using Json = nlohmann::ordered_json;
+
+class PathReport {
+ public:
+  PathReport(const PathOptions &options, const Database &database, Paths &paths)
+      : options_(options), database_(database), paths_(paths) {}
+
+  // Whether there is a way.
+  bool tell(const WayEnd &from, const WayEnd &to) {
+    bool any = false;
+    for (const RouterId router : from.routers) {
+      bool more = false;
+      const std::vector<Path> there = paths_.between(router, to.prefix, most_paths, &more);
+      for (const Path &path : there) {
+        const std::optional<bool> symmetric = is_symmetric(there, path, router);
+        if (options_.json) {
+          std::printf("%s\n", json(router, path, symmetric).c_str());
+        } else {
+          print(router, to, path, symmetric);
+        }
+        any |= path.end != PathEnd::no_route && path.end != PathEnd::loop;
+      }
+      if (more) {
+        std::fprintf(stderr, "ospf-harbor: path: there are more than %zu paths; these are some\n",
+                     most_paths);
+      }
+    }
+    return any;
+  }
+
+ private:
+  // Whether the last router's way back is the same. Nothing when the first has no prefix to come
+  // back to.
+  std::optional<bool> is_symmetric(const std::vector<Path> &there, const Path &path,
+                                   RouterId first) {
+    const auto own = paths_.prefix_of(first);
+    if (!own || path.end == PathEnd::no_route || path.end == PathEnd::loop) return std::nullopt;
+    std::vector<Path> of_this_end;
+    for (const Path &each : there) {
+      if (each.last == path.last) of_this_end.push_back(each);
+    }
+    bool more = false;
+    return are_symmetric(of_this_end, paths_.between(path.last, *own, most_paths, &more));
+  }
+
+  std::string text(const OwnInterface &interface) const {
+    const std::string whole = next_hop_text({interface, std::nullopt, true}, database_.family);
+    return whole == "attached" ? "" : whole.substr(std::string("attached, by ").size());
+  }
+
+  std::string json(RouterId from, const Path &path, std::optional<bool> symmetric) const {
+    Json hops = Json::array();
+    for (const PathStep &step : path.steps) {
+      hops.push_back({{"router", dotted(step.router)},
+                      {"interface", text(step.interface)},
+                      {"address", step.address ? Json(text_of(*step.address, database_.family))
+                                               : Json(nullptr)},
+                      {"area", dotted(step.area)},
+                      {"cost", step.cost}});
+    }
+    const Json line = {
+        {"from", options_.from},
+        {"to", options_.to},
+        {"version", database_.version},
+        {"instance", database_.instance},
+        {"first", dotted(from)},
+        {"last", dotted(path.last)},
+        {"end", name_of(path.end)},
+        {"behind", path.behind ? Json(text_of(*path.behind, database_.family)) : Json(nullptr)},
+        {"cost", path.cost()},
+        {"symmetric", symmetric ? Json(*symmetric) : Json(nullptr)},
+        {"hops", hops}};
+    return line.dump();
+  }
+
+  void print(RouterId from, const WayEnd &to, const Path &path, std::optional<bool> symmetric) {
+    std::printf("%s%s: from %s to %s, cost %u\n", any_ ? "\n" : "",
+                instance_name(database_).c_str(), dotted(from).c_str(),
+                text_of(to.prefix, database_.family).c_str(), path.cost());
+    any_ = true;
+    std::optional<AreaId> area;
+    for (const PathStep &step : path.steps) {
+      const std::string address =
+          step.address ? " to " + text_of(*step.address, database_.family) : "";
+      std::printf("  %-15s  by %s%s, cost %u", dotted(step.router).c_str(),
+                  text(step.interface).c_str(), address.c_str(), step.cost);
+      if (area != step.area) {
+        std::printf(", %s area %s", area ? "enters" : "in", dotted(step.area).c_str());
+      }
+      area = step.area;
+      std::printf("\n");
+    }
+    std::printf("  %-15s  %s\n", dotted(path.last).c_str(), end_text(path).c_str());
+    if (symmetric && !*symmetric) print_way_back(from, path.last);
+  }
+
+  void print_way_back(RouterId from, RouterId last) {
+    bool more = false;
+    std::printf("  the way back is another one:\n");
+    for (const Path &path :
+         paths_.between(last, paths_.prefix_of(from).value(), most_paths, &more)) {
+      const char *before = "    ";
+      for (const RouterId router : path.routers()) {
+        std::printf("%s%s", before, dotted(router).c_str());
+        before = " > ";
+      }
+      std::printf(", cost %u\n", path.cost());
+    }
+  }
+
+  std::string end_text(const Path &path) const {
+    switch (path.end) {
+      case PathEnd::arrives:
+        return "has it";
+      case PathEnd::leaves:
+        return "announces it from outside";
+      case PathEnd::forwards:
+        return "sends it to " +
+               (path.behind ? text_of(*path.behind, database_.family) : "a router") +
+               ", which no router-LSA has";
+      case PathEnd::loop:
+        return "was on the way already: packets circle";
+      default:
+        return "has no route";
+    }
+  }
+
+  const PathOptions &options_;
+  const Database &database_;
+  Paths &paths_;
+  bool any_ = false;
+};
+
+[[noreturn]] void fail_on_end(const char *which, const std::string &text,
+                              const std::vector<Calculator> &calculators) {
+  if (parse_dotted(text)) router_named(which, text, calculators);
+  throw InputError(which, "", "\"" + text + "\"",
+                   "a router ID, an address or a prefix that routers of these databases have");
+}
+
+int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
+  std::vector<Database> databases = chosen_databases(session, options.choice, "path");
+  const Rules rules{options.rfc1583};
+  options.what_if.replace(databases, rules);
+  std::vector<Calculator> calculators;
+  for (const Database &database : databases) calculators.emplace_back(database, rules);
+  bool any = false;
+  bool from_found = false;
+  bool to_found = false;
+  for (std::size_t at = 0; at < databases.size(); ++at) {
+    Paths paths(calculators[at]);
+    const auto from = end_named(options.from, databases[at], calculators[at], paths);
+    const auto to = end_named(options.to, databases[at], calculators[at], paths);
+    from_found |= from && !from->routers.empty();
+    to_found |= to.has_value();
+    if (!from || !to || from->routers.empty()) continue;
+    any |= PathReport(options, databases[at], paths).tell(*from, *to);
+    tell_lacks("path", databases[at], calculators[at].lacks());
+  }
+  if (!from_found) fail_on_end("FROM", options.from, calculators);
+  if (!to_found) fail_on_end("TO", options.to, calculators);
+  return any ? 0 : 1;
+}
+
+Run set_up_path(CLI::App &app) {
+  const auto options = std::make_shared<PathOptions>();
+  app.add_option("FROM", options->from, "A router ID, an address or a prefix")->required();
+  app.add_option("TO", options->to, "The same")->required();
+  add_instance_options(app, options->choice);
+  options->what_if.add_to(app);
+  app.add_flag("--rfc1583", options->rfc1583,
+               "Prefer externals as routers do that are compatible with RFC 1583");
+  app.add_flag("--json", options->json, "One JSON object a line, one line a path");
+  return [options](ospf_tables::Session *session) { return tell_paths(*session, *options); };
+}
+
+}  // namespace
+
+extern const Command path_command;
+const Command path_command{"path", "Tell the ways that packets take, hop by hop", Needs::tree,
+                           set_up_path};
+
+}  // namespace tool

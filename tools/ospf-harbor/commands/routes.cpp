@@ -1,0 +1,146 @@
+// `routes`: the routing tables that routers must have by the link-state databases.
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <set>
+
+#include "commands/route_options.hpp"
+#include "views/route_list.hpp"
+
+namespace tool {
+
+using namespace ospf_routes;
+
+namespace {
+
+struct RoutesOptions {
+  InstanceChoice choice;
+  WhatIf what_if;
+  std::string router;  // a router ID, or "all"
+  std::string prefix;
+  bool json = false;
+  bool rfc1583 = false;
+};
+
+// Prints what is asked for of one router after the other, and says at the end when it was nothing.
+class RouteListing {
+ public:
+  explicit RouteListing(const RoutesOptions &options)
+      : options_(options), wanted_(PrefixChoice::parse(options.prefix)) {}
+
+  void add(const Database &database, RoutingTable table) {
+    std::erase_if(table.routes, [&](const Route &route) { return !is_wanted(route, database); });
+    if (table.routes.empty()) return;
+    if (!options_.json) {
+      begin();
+      print_route_table(database, table, stdout);
+    }
+    for (const Route &route : table.routes) {
+      if (options_.json) std::printf("%s\n", json_line(database, table, route).c_str());
+    }
+    any_ = true;
+  }
+
+  void add(const Database &database, const RoutingTable &before, const RoutingTable &after) {
+    std::vector<RouteChange> changes = differences(before, after);
+    std::erase_if(changes, [&](const RouteChange &change) {
+      return !is_wanted(change.before != nullptr ? *change.before : *change.after, database);
+    });
+    if (changes.empty()) return;
+    if (!options_.json) {
+      begin();
+      print_route_changes(database, before, after, changes, stdout);
+    }
+    for (const RouteChange &change : changes) {
+      if (options_.json) {
+        std::printf("%s\n", json_line(database, before, after, change).c_str());
+      }
+    }
+    any_ = true;
+  }
+
+  bool any() const { return any_; }
+
+  void tell_nothing() const {
+    std::string hint;
+    for (const std::string &prefix : near_) {
+      hint += (hint.empty() ? "; near it: " : ", ") + prefix;
+    }
+    std::fprintf(stderr, "ospf-harbor: routes: no route%s%s%s\n",
+                 options_.prefix.empty() ? "" : (" to " + options_.prefix).c_str(),
+                 options_.what_if.is_asked() ? " changes" : "", hint.c_str());
+  }
+
+ private:
+  bool is_wanted(const Route &route, const Database &database) {
+    if (wanted_.meets(route.prefix, database.family)) return true;
+    if (wanted_.is_near(route.prefix, database.family)) {
+      near_.insert(text_of(route.prefix, database.family));
+    }
+    return false;
+  }
+
+  void begin() {
+    if (any_) std::printf("\n");
+  }
+
+  const RoutesOptions &options_;
+  PrefixChoice wanted_;
+  std::set<std::string> near_;
+  bool any_ = false;
+};
+
+int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
+  RouteListing listing(options);
+  const std::vector<Database> databases = chosen_databases(session, options.choice, "routes");
+  const Rules rules{options.rfc1583};
+  std::vector<Calculator> calculators;
+  for (const Database &database : databases) calculators.emplace_back(database, rules);
+  std::optional<RouterId> one;
+  if (options.router != "all") one = router_named("--router", options.router, calculators);
+  const std::vector<std::optional<Database>> changes = options.what_if.applied(databases, rules);
+  for (std::size_t at = 0; at < databases.size(); ++at) {
+    const Calculator &before = calculators[at];
+    if (options.what_if.is_asked() && !changes[at]) continue;
+    std::optional<Calculator> after;
+    if (changes[at]) after.emplace(*changes[at], rules);
+    std::vector<std::string> lacks = before.lacks();
+    for (const RouterId router : before.routers()) {
+      if (one && router != *one) continue;
+      RoutingTable table = before.table(router);
+      if (one) lacks.insert(lacks.end(), table.lacks.begin(), table.lacks.end());
+      if (after) {
+        listing.add(databases[at], table, after->table(router));
+      } else {
+        listing.add(databases[at], std::move(table));
+      }
+    }
+    if (after && !options.json) print_cut_off(databases[at], before, *after, stdout);
+    tell_lacks("routes", databases[at], lacks);
+  }
+  if (listing.any()) return 0;
+  listing.tell_nothing();
+  return options.what_if.is_asked() && options.prefix.empty() ? 0 : 1;
+}
+
+Run set_up_routes(CLI::App &app) {
+  const auto options = std::make_shared<RoutesOptions>();
+  app.add_option("--router", options->router, "Whose routes: a router ID, or all")->required();
+  app.add_option("--prefix", options->prefix,
+                 "Only routes to this prefix; with + behind it also to those within it, with @ to "
+                 "those that cover it");
+  add_instance_options(app, options->choice);
+  options->what_if.add_to(app);
+  app.add_flag("--rfc1583", options->rfc1583,
+               "Prefer externals as routers do that are compatible with RFC 1583");
+  app.add_flag("--json", options->json, "One JSON object a line");
+  return [options](ospf_tables::Session *session) { return list_routes(*session, *options); };
+}
+
+}  // namespace
+
+extern const Command routes_command;
+const Command routes_command{"routes", "Calculate the routing tables that routers must have",
+                             Needs::tree, set_up_routes};
+
+}  // namespace tool

@@ -1,0 +1,114 @@
+// `routes`, `path` and `failures` as a user runs them: what they refuse and how, what they print.
+// That the routes are right is held against routers by routes.recorded_networks.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/processes.hpp"
+
+namespace {
+
+using nlohmann::ordered_json;
+
+class Routes : public tool_tests::ProcessTest {
+ protected:
+  static std::string recording(const std::string &name) {
+    return places::recordings() + "/" + name + "/all.pcap";
+  }
+  Said ask(const std::string &line, const std::string &name) {
+    std::istringstream in(line);
+    std::vector<std::string> words;
+    for (std::string word; in >> word;) words.push_back(word);
+    words.insert(words.end(), {"--from", recording(name)});
+    return run(words);
+  }
+  static std::vector<ordered_json> lines(const std::string &text) {
+    std::vector<ordered_json> all;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) all.push_back(ordered_json::parse(line));
+    return all;
+  }
+};
+
+TEST_F(Routes, OneRouteIsOneLineOfJson) {
+  const Said said = ask("routes --router 10.251.0.5 --v2 --prefix 100.64.0.0/24 --json", "nssa");
+  EXPECT_EQ(said.status, 0);
+  EXPECT_EQ(said.out,
+            "{\"router\":\"10.251.0.5\",\"version\":2,\"instance\":0,\"prefix\":\"100.64.0.0/24\","
+            "\"kind\":\"nssa-1\",\"cost\":60,\"type2_cost\":null,\"tag\":41,\"area\":\"0.0.0.1\","
+            "\"next_hops\":[{\"address\":\"10.51.45.99\",\"interface\":\"10.51.45.5\"}]}\n");
+}
+
+TEST_F(Routes, PrefixesAreExactLongerOrCovering) {
+  const auto count = [&](const char *prefix) {
+    const std::string line = std::string("routes --router 10.251.0.5 --v2 --json --prefix ");
+    return lines(ask(line + prefix, "nssa").out).size();
+  };
+  EXPECT_EQ(count("203.0.113.0/26"), 1u);
+  EXPECT_EQ(count("203.0.113.0/24+"), 2u);
+  EXPECT_EQ(count("203.0.113.1@"), 2u);
+  EXPECT_EQ(count("@203.0.113.1"), 2u);
+  const Said none = ask("routes --router 10.251.0.5 --v2 --prefix 203.0.113.0/25", "nssa");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.err,
+            "ospf-harbor: routes: no route to 203.0.113.0/25; near it: 0.0.0.0/0, 203.0.113.0/26, "
+            "203.0.113.64/26\n");
+}
+
+TEST_F(Routes, WhatIsNotThereIsToldWithTheNearest) {
+  const Said router = ask("routes --router 10.251.0.33", "nssa");
+  EXPECT_EQ(router.status, 1);
+  EXPECT_EQ(
+      router.err,
+      "ospf-harbor: --router: found \"10.251.0.33\", expected a router with a router-LSA; the "
+      "nearest are 10.251.0.6, 10.251.0.5, 10.251.0.4\n");
+  const Said link = ask("routes --router all --without 10.251.0.4--10.251.0.3", "nssa");
+  EXPECT_EQ(link.status, 1);
+  EXPECT_EQ(
+      link.err,
+      "ospf-harbor: what if: OSPFv2: \"10.251.0.4--10.251.0.3\": there is no link between the "
+      "two\n");
+  const Said instance = ask("routes --router all --instance 9", "nssa");
+  EXPECT_EQ(instance.status, 1);
+  EXPECT_NE(instance.err.find("one of what is loaded: OSPFv2, OSPFv3"), std::string::npos)
+      << instance.err;
+}
+
+TEST_F(Routes, WhatIfTellsWhichRoutesChange) {
+  const Said said =
+      ask("routes --router 10.251.0.3 --v2 --json --without 10.251.0.4--10.251.0.1", "nssa");
+  EXPECT_EQ(said.status, 0);
+  const auto all = lines(said.out);
+  ASSERT_FALSE(all.empty()) << said.err;
+  EXPECT_EQ(all[0]["change"], "longer");
+  EXPECT_EQ(all[0]["prefix"], "10.251.0.4/32");
+  EXPECT_EQ(all[0]["before"]["cost"], 20);
+  EXPECT_EQ(all[0]["after"]["cost"], 30);
+}
+
+TEST_F(Routes, PathsAreToldHopByHopWithTheAreasTheyEnter) {
+  const Said said = ask("path 10.252.0.1 10.252.0.6 --v2", "virtual");
+  EXPECT_EQ(said.status, 0);
+  EXPECT_EQ(said.out.substr(0, said.out.find("\n\n") + 1),
+            "OSPFv2: from 10.252.0.1 to 10.252.0.6/32, cost 40\n"
+            "  10.252.0.1       by 10.60.12.1 to 10.60.12.2, cost 10, in area 0.0.0.0\n"
+            "  10.252.0.2       by 10.60.23.2 to 10.60.23.3, cost 10, enters area 0.0.0.1\n"
+            "  10.252.0.3       by 10.60.35.3 to 10.60.35.5, cost 10\n"
+            "  10.252.0.5       by 10.60.56.5 to 10.60.56.6, cost 10, enters area 0.0.0.2\n"
+            "  10.252.0.6       has it\n");
+  const auto paths = lines(ask("path 10.252.0.1 10.252.0.6 --v2 --json", "virtual").out);
+  ASSERT_EQ(paths.size(), 2u);
+  EXPECT_EQ(paths[1]["hops"][1]["address"], "10.60.24.4");
+  EXPECT_EQ(ask("path 10.252.0.1 10.9.9.9 --v2", "virtual").status, 1);
+}
+
+TEST_F(Routes, FailuresComeByWhatTheyCutOff) {
+  const auto found = lines(ask("failures --v2 --json", "virtual").out);
+  ASSERT_GT(found.size(), 9u);
+  EXPECT_EQ(found[0]["failure"], "router");
+  EXPECT_EQ(found[0]["from"], "10.252.0.5");
+  EXPECT_EQ(found[0]["isolated"], ordered_json({"10.252.0.6", "10.252.0.8"}));
+}
+
+}  // namespace

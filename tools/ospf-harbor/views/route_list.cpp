@@ -1,0 +1,164 @@
+#include "views/route_list.hpp"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace tool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using namespace ospf_routes;
+
+std::string interface_text(const OwnInterface &interface, Family family) {
+  switch (interface.form) {
+    case OwnInterface::Form::none:
+      return "";
+    case OwnInterface::Form::number:
+      return "number " + std::to_string(interface.number);
+    case OwnInterface::Form::address:
+      break;
+  }
+  // OSPFv3 interfaces have link-local addresses, but where IPv4 is routed.
+  return text_of(interface.address, family);
+}
+
+Json json_of(const NextHop &hop, Family family) {
+  const std::string interface = interface_text(hop.interface, family);
+  return {{"address", hop.address ? Json(text_of(*hop.address, family)) : Json(nullptr)},
+          {"interface", interface.empty() ? Json(nullptr) : Json(interface)}};
+}
+
+// AS-externals belong to no area.
+bool has_area(const Route &route) {
+  return route.kind != Kind::external_1 && route.kind != Kind::external_2;
+}
+
+Json route_object(const Database &database, const RoutingTable &table, const Route &route) {
+  Json hops = Json::array();
+  for (const NextHop &hop : table.next_hops(route)) hops.push_back(json_of(hop, database.family));
+  return {{"router", dotted(table.router)},
+          {"version", database.version},
+          {"instance", database.instance},
+          {"prefix", text_of(route.prefix, database.family)},
+          {"kind", name_of(route.kind)},
+          {"cost", route.cost},
+          {"type2_cost", is_type_2(route.kind) ? Json(route.type2_cost) : Json(nullptr)},
+          {"tag", is_external(route.kind) ? Json(route.tag) : Json(nullptr)},
+          {"area", has_area(route) ? Json(dotted(route.area)) : Json(nullptr)},
+          {"next_hops", hops}};
+}
+
+// The route without what stands in the line of its change.
+Json route_or_null(const Database &database, const RoutingTable &table, const Route *route) {
+  if (route == nullptr) return nullptr;
+  Json whole = route_object(database, table, *route);
+  for (const char *key : {"router", "version", "instance", "prefix"}) whole.erase(key);
+  return whole;
+}
+
+std::string short_text(const Database &database, const RoutingTable &table, const Route *route) {
+  if (route == nullptr) return "none";
+  std::string text = std::string(name_of(route->kind)) + " " +
+                     (is_type_2(route->kind) ? std::to_string(route->type2_cost) + "+" : "") +
+                     std::to_string(route->cost);
+  const char *between = " ";
+  for (const NextHop &hop : table.next_hops(*route)) {
+    text += between + next_hop_text(hop, database.family);
+    between = "; ";
+  }
+  return text;
+}
+
+const Prefix &prefix_of(const RouteChange &change) {
+  return (change.before != nullptr ? change.before : change.after)->prefix;
+}
+
+}  // namespace
+
+std::string json_line(const Database &database, const RoutingTable &table, const Route &route) {
+  return route_object(database, table, route).dump();
+}
+
+std::string json_line(const Database &database, const RoutingTable &before,
+                      const RoutingTable &after, const RouteChange &change) {
+  const Json line = {{"change", name_of(change.difference)},
+                     {"router", dotted(before.router)},
+                     {"version", database.version},
+                     {"instance", database.instance},
+                     {"prefix", text_of(prefix_of(change), database.family)},
+                     {"before", route_or_null(database, before, change.before)},
+                     {"after", route_or_null(database, after, change.after)}};
+  return line.dump();
+}
+
+void print_route_changes(const Database &database, const RoutingTable &before,
+                         const RoutingTable &after, const std::vector<RouteChange> &changes,
+                         std::FILE *out) {
+  std::fprintf(out, "%s: routes of router %s that change\n", instance_name(database).c_str(),
+               dotted(before.router).c_str());
+  for (const RouteChange &change : changes) {
+    std::fprintf(out, "  %-9s  %s\n    before  %s\n    after   %s\n", name_of(change.difference),
+                 text_of(prefix_of(change), database.family).c_str(),
+                 short_text(database, before, change.before).c_str(),
+                 short_text(database, after, change.after).c_str());
+  }
+}
+
+void print_cut_off(const Database &database, const Calculator &before, const Calculator &after,
+                   std::FILE *out) {
+  bool any = false;
+  for (const RouterId router : before.routers()) {
+    const RoutingTable one = before.table(router);
+    const RoutingTable two = after.table(router);
+    std::size_t lost = 0;
+    for (const RouteChange &change : differences(one, two)) {
+      lost += change.difference == Difference::lost ? 1 : 0;
+    }
+    if (lost == 0) continue;
+    if (!any) {
+      std::fprintf(out, "\n%s: routers that lose routes\n", instance_name(database).c_str());
+    }
+    any = true;
+    std::fprintf(out, "  %-15s  %zu of %zu\n", dotted(router).c_str(), lost, one.routes.size());
+  }
+}
+
+std::string instance_name(const Database &database) {
+  std::string name = "OSPFv" + std::to_string(database.version);
+  if (database.instance != 0) name += ", instance " + std::to_string(database.instance);
+  return name;
+}
+
+std::string next_hop_text(const NextHop &hop, Family family) {
+  const std::string interface = interface_text(hop.interface, family);
+  const std::string by = interface.empty() ? "" : "by " + interface;
+  if (hop.attached) return by.empty() ? "attached" : "attached, " + by;
+  return (hop.address ? text_of(*hop.address, family) : "address unknown,") + " " + by;
+}
+
+void print_route_table(const Database &database, const RoutingTable &table, std::FILE *out) {
+  int width = 6;
+  for (const Route &route : table.routes) {
+    width = std::max(width, static_cast<int>(text_of(route.prefix, database.family).size()));
+  }
+  std::fprintf(out, "%s: routes of router %s\n", instance_name(database).c_str(),
+               dotted(table.router).c_str());
+  std::fprintf(out, "  %-*s  %-10s  %8s  %8s  %10s  %-15s  %s\n", width, "Prefix", "Kind", "Cost",
+               "Type 2", "Tag", "Area", "Next hops");
+  for (const Route &route : table.routes) {
+    std::fprintf(out, "  %-*s  %-10s  %8u  %8s  %10s  %-15s", width,
+                 text_of(route.prefix, database.family).c_str(), name_of(route.kind), route.cost,
+                 is_type_2(route.kind) ? std::to_string(route.type2_cost).c_str() : "-",
+                 is_external(route.kind) ? std::to_string(route.tag).c_str() : "-",
+                 has_area(route) ? dotted(route.area).c_str() : "-");
+    const char *between = "  ";
+    for (const NextHop &hop : table.next_hops(route)) {
+      std::fprintf(out, "%s%s", between, next_hop_text(hop, database.family).c_str());
+      between = "; ";
+    }
+    std::fprintf(out, "\n");
+  }
+}
+
+}  // namespace tool
