@@ -301,7 +301,9 @@ class Loader {
 
   template <typename Table>
   void add(Table *table, const decode::LsdbEntry &entry) {
-    // What is wrong with it was counted when its packet was read.
+    // Each LSA was decoded when its packet was read, to see what is wrong with it, and is decoded here
+    // once more: most of what is heard is refreshed or flushed before the end, and its octets are a
+    // tenth of what its typed fields take. What is wrong with it was counted then.
     decode::ErrorCounts counted_before;
     const decode::Report report(counted_before, entry.packet);
     if (entry.key.version == 2) {

@@ -32,59 +32,85 @@ void Reassembler::make_room(std::size_t octets) {
   }
 }
 
-bool Reassembler::add(IpPacket &packet, std::uint32_t vlan, Time time, std::uint64_t number) {
-  expire(time);
-  const std::size_t begin = packet.fragment_offset;
-  const std::size_t end = begin + packet.payload.size();
-  const Key key{packet.source,      packet.destination, vlan,
-                packet.fragment_id, packet.protocol,    packet.ttl};
-  // All but the last fragment are multiples of eight octets; one that the capture cut cannot help.
-  if (packet.payload.empty() || end > largest_datagram || packet.cut ||
-      (packet.more_fragments && packet.payload.size() % 8 != 0)) {
-    if (!packet.cut) errors_.add(ErrorKind::bad_fragment, number);
-    return false;
-  }
-
-  auto found = waiting_.find(key);
-  const std::size_t held = found == waiting_.end() ? 0 : found->second.data.size();
+Reassembler::Waiting::iterator Reassembler::place_of(const Key &key, std::size_t end, Time time,
+                                                     std::uint64_t number) {
+  const auto found = waiting_.find(key);
   if (found == waiting_.end()) {
     make_room(end);
-    found = waiting_.try_emplace(key).first;
-    found->second.started = time;
-    found->second.first_packet = number;
-  } else if (end > held && octets_ + (end - held) > limits_.max_octets) {
+    const auto place = waiting_.try_emplace(key).first;
+    place->second.started = time;
+    place->second.first_packet = number;
+    return place;
+  }
+  const std::size_t held = found->second.data.size();
+  if (end > held && octets_ + (end - held) > limits_.max_octets) {
     give_up(found, ErrorKind::fragment_limit);
-    return false;
+    return waiting_.end();
   }
-  Datagram &datagram = found->second;
+  return found;
+}
 
-  const auto after = std::find_if(datagram.pieces.begin(), datagram.pieces.end(),
-                                  [&](const Piece &piece) { return piece.end > begin; });
-  const bool overlaps = after != datagram.pieces.end() && after->begin < end;
-  if (overlaps && after->begin == begin && after->end == end) return false;  // seen before
-  const bool beyond_end = datagram.total != 0 && (end > datagram.total || !packet.more_fragments);
-  const bool end_too_low = !packet.more_fragments && datagram.data.size() > end;
-  if (overlaps || beyond_end || end_too_low) {
-    give_up(found, ErrorKind::bad_fragment);
-    return false;
+Reassembler::Fit Reassembler::fit(const Datagram &datagram, Piece piece, bool is_last) {
+  const auto after = std::ranges::find_if(
+      datagram.pieces, [&](const Piece &each) { return each.end > piece.begin; });
+  const bool overlaps = after != datagram.pieces.end() && after->begin < piece.end;
+  if (overlaps && after->begin == piece.begin && after->end == piece.end) return Fit::seen_before;
+  const bool beyond_end = datagram.total != 0 && (piece.end > datagram.total || is_last);
+  const bool end_too_low = is_last && datagram.data.size() > piece.end;
+  return overlaps || beyond_end || end_too_low ? Fit::contradicts : Fit::is_new;
+}
+
+void Reassembler::enter(Datagram &datagram, Piece piece, bool is_last, Bytes payload) {
+  datagram.pieces.insert(
+      std::ranges::find_if(datagram.pieces,
+                           [&](const Piece &each) { return each.end > piece.begin; }),
+      piece);
+  if (datagram.data.size() < piece.end) {
+    octets_ += piece.end - datagram.data.size();
+    datagram.data.resize(piece.end);
   }
+  std::ranges::copy(payload, std::span(datagram.data).subspan(piece.begin).begin());
+  if (is_last) datagram.total = piece.end;
+}
 
-  datagram.pieces.insert(after, Piece{begin, end});
-  if (datagram.data.size() < end) {
-    octets_ += end - datagram.data.size();
-    datagram.data.resize(end);
-  }
-  std::ranges::copy(packet.payload, std::span(datagram.data).subspan(begin).begin());
-  if (!packet.more_fragments) datagram.total = end;
-
-  // The pieces are disjoint, so they cover the datagram when their lengths add up to its own.
+// The pieces are disjoint, so they cover the datagram when their lengths add up to its own.
+bool Reassembler::is_whole(const Datagram &datagram) {
   std::size_t covered = 0;
   for (const Piece &piece : datagram.pieces) covered += piece.end - piece.begin;
-  if (datagram.total == 0 || covered != datagram.total) return false;
+  return datagram.total != 0 && covered == datagram.total;
+}
+
+bool Reassembler::add(IpPacket &packet, std::uint32_t vlan, Time time, std::uint64_t number) {
+  expire(time);
+  const Piece piece{packet.fragment_offset, packet.fragment_offset + packet.payload.size()};
+  const bool is_last = !packet.more_fragments;
+  // All but the last fragment are multiples of eight octets; one that the capture cut cannot help.
+  if (packet.cut) return false;
+  if (packet.payload.empty() || piece.end > largest_datagram ||
+      (!is_last && packet.payload.size() % 8 != 0)) {
+    errors_.add(ErrorKind::bad_fragment, number);
+    return false;
+  }
+
+  const auto place = place_of(
+      {packet.source, packet.destination, vlan, packet.fragment_id, packet.protocol, packet.ttl},
+      piece.end, time, number);
+  if (place == waiting_.end()) return false;
+  Datagram &datagram = place->second;
+  switch (fit(datagram, piece, is_last)) {
+    case Fit::seen_before:
+      return false;
+    case Fit::contradicts:
+      give_up(place, ErrorKind::bad_fragment);
+      return false;
+    case Fit::is_new:
+      enter(datagram, piece, is_last, packet.payload);
+  }
+  if (!is_whole(datagram)) return false;
 
   complete_ = std::move(datagram.data);
   octets_ -= complete_.size();
-  waiting_.erase(found);
+  waiting_.erase(place);
   packet.payload = complete_;
   packet.is_fragment = false;
   packet.more_fragments = false;

@@ -56,6 +56,14 @@ class Reassembler {
   void give_up(Waiting::iterator which, ErrorKind why);
   void expire(Time now);
   void make_room(std::size_t octets);
+  // Where the fragments of a datagram wait, up to octet `end`; the end of the list when that is
+  // more than may wait, and the datagram is given up.
+  Waiting::iterator place_of(const Key &key, std::size_t end, Time time, std::uint64_t number);
+  // How a piece goes with those that are there.
+  enum class Fit { is_new, seen_before, contradicts };
+  static Fit fit(const Datagram &datagram, Piece piece, bool is_last);
+  void enter(Datagram &datagram, Piece piece, bool is_last, Bytes payload);
+  static bool is_whole(const Datagram &datagram);
 
   ErrorCounts &errors_;
   Limits limits_;
