@@ -80,7 +80,7 @@ bench-peers: packages
 	@build/bench/bench/peers/peer_bench
 
 FUZZ_SECONDS ?= 600
-FUZZ_TARGETS ?= ospf-decode/decode tree-exchange/stream \
+FUZZ_TARGETS ?= ospf-decode/decode router-answers/answers tree-exchange/stream \
 	$(addprefix ospf-harbor-check/,object record key document)
 fuzz: packages
 	@cmake --preset fuzz >/dev/null

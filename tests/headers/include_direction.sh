@@ -73,6 +73,7 @@ ospf-harbor-check:
 ospf-tables: lsa-vocabulary
 capture-rows: lsa-vocabulary ospf-decode ospf-tables
 ospf-routes: ospf-tables lsa-vocabulary
+router-answers: capture-rows lsa-vocabulary ospf-decode ospf-tables
 tree-exchange: ospf-harbor-check ospf-tables'
 for folder in libs/*/; do
   name=$(basename "$folder")

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # answers.sh: what every router says of itself at the end of a run, in the names that the project's
-# readers know. An answer that is empty or an error is not kept.
+# readers know. An answer that is no JSON, or an error, is not kept.
 
 # ospf_protocols ROUTER 2|3: the names of a BIRD router's protocols of that version
 ospf_protocols() {
@@ -24,7 +24,7 @@ answers_of_frr() {
     json() { # FILE COMMAND
         local answer
         answer=$(vty "$name" -c "$2" 2>/dev/null) || return 0
-        jq -e 'length > 0' >/dev/null 2>&1 <<<"$answer" || return 0
+        jq -es 'length == 1' >/dev/null 2>&1 <<<"$answer" || return 0
         gzip -9n <<<"$answer" >"$out/routers/$name/$1.json.gz"
     }
     text() { # FILE COMMAND

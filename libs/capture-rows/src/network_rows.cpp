@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "capture_rows/lsa_rows.hpp"
+#include "capture_rows/database_rows.hpp"
 #include "ospf_tables/instance_rows.hpp"
 
 namespace capture_rows {
@@ -136,7 +136,7 @@ static_assert(static_cast<std::uint32_t>(decode::NeighborState::down) == NBR_STA
 // One instance on its way into the tables.
 struct Heard {
   std::map<std::uint32_t, Area> areas;
-  Databases databases;
+  std::unique_ptr<DatabaseRows> databases;  // none without an LSA
   LoadedInstance counts;
 };
 
@@ -155,7 +155,10 @@ class Loader {
       instance.family = routes_ipv4(name) ? Family::ipv4 : Family::ipv6;
       instance.router_id = observer_id(name);
       for (auto &[id, area] : heard.areas) instance.areas.push_back(std::move(area));
-      rows.push_back(std::make_unique<NewInstance>(session_, instance, heard.databases));
+      rows.push_back(
+          heard.databases == nullptr
+              ? std::make_unique<NewInstance>(session_, instance)
+              : std::make_unique<NewInstance>(session_, instance, heard.databases->databases()));
       counts.push_back(heard.counts);
     }
     add_instances(session_, rows);
@@ -217,101 +220,51 @@ class Loader {
     }
   }
 
-  // --- databases: entries come in the order of their keys, so that those of a table are together
-  // --
-
   void fill_databases() {
-    const decode::LsdbEntry *before = nullptr;
     for (const decode::LsdbEntry *entry : network_.lsdb().sorted()) {
       if (entry->gone_at(now_) || network_.grace_over(*entry, now_)) continue;
-      const decode::LsdbKey &key = entry->key;
-      if (before == nullptr || before->key.version != key.version ||
-          before->key.instance_id != key.instance_id || before->key.scope != key.scope ||
-          before->key.domain != key.domain || before->key.type != key.type) {
-        open_tables(key);
-      }
-      before = entry;
-      if (area_table_ != nullptr) {
-        add(area_table_, *entry);
+      // Each LSA was decoded when its packet was read, to see what is wrong with it, and is decoded
+      // here once more: most of what is heard is refreshed or flushed before the end, and its octets
+      // are a tenth of what its typed fields take. What is wrong with it was counted then.
+      decode::ErrorCounts counted_before;
+      const decode::Report report(counted_before, entry->packet);
+      if (entry->key.version == 2) {
+        decode_lsa_v2(entry->raw, lsa_v2_, report);
+        add(entry->key, lsa_v2_);
       } else {
-        add(link_table_, *entry);
+        decode_lsa_v3(entry->raw, lsa_v3_, report);
+        add(entry->key, lsa_v3_);
       }
-      ++heard({key.version, key.instance_id}).counts.lsas;
     }
   }
 
-  // Makes the table for the LSAs of one type in one place, with the row above it.
-  void open_tables(const decode::LsdbKey &key) {
+  template <typename Lsa>
+  void add(const decode::LsdbKey &key, const Lsa &lsa) {
     const InstanceName name{key.version, key.instance_id};
-    Databases &databases = heard(name).databases;
-    area_table_ = nullptr;
-    link_table_ = nullptr;
+    Heard &of = heard(name);
+    ++of.counts.lsas;
+    if (of.databases == nullptr) {
+      of.databases = std::make_unique<DatabaseRows>(session_, routes_ipv4(name));
+    }
+    const auto add_at = [&](std::uint32_t index) {
+      of.databases->add_to_interface(places_[index].area, places_[index].name, lsa);
+    };
     switch (key.scope) {
       case decode::Scope::as:
-        link_table_ = link_container(databases.of_instance, key.type);
+        of.databases->add_to_as(lsa);
         return;
       case decode::Scope::link:
-        link_table_ = link_container(of_interface(databases, first_of_link_.at({name, key.domain})),
-                                     key.type);
+        add_at(first_of_link_.at({name, key.domain}));
         return;
       case decode::Scope::area:
         break;
     }
     area(name, key.domain);
-    if (key.version == 2 && key.type == decode::lsa2_opaque_area) {
-      if (const auto first = first_of_area_.find({name, key.domain});
-          first != first_of_area_.end()) {
-        link_table_ = link_container(of_interface(databases, first->second), key.type);
-        return;
-      }
-    }
-    area_table_ = area_container(databases.of_areas[key.domain], key.type);
-  }
-
-  std::unique_ptr<NewTable<link_scope_lsas_ops>> &of_interface(Databases &databases,
-                                                               std::uint32_t index) {
-    return databases.of_interfaces[{places_[index].area, places_[index].name}];
-  }
-
-  tbl_link_scope_lsa_table *link_container(std::unique_ptr<NewTable<link_scope_lsas_ops>> &table,
-                                           std::uint32_t type) {
-    if (table == nullptr) table = std::make_unique<NewTable<link_scope_lsas_ops>>(session_);
-    NewRecord<link_scope_lsas_ops> record(session_);
-    NewObject<link_scope_lsas_ops> new_object(session_);
-    link_scope_lsas *object = record.put(new_object);
-    link_scope_lsas_lsa_type_set_value(session_.handle(), space, object, type, session_.err());
-    auto *rows = add_table<link_scope_lsa_ops>(session_, object,
-                                               link_scope_lsas_link_scope_lsa_db_set_by_ref);
-    record.insert_into(*table);
-    return rows;
-  }
-
-  tbl_area_scope_lsa_table *area_container(std::unique_ptr<NewTable<area_scope_lsas_ops>> &table,
-                                           std::uint32_t type) {
-    if (table == nullptr) table = std::make_unique<NewTable<area_scope_lsas_ops>>(session_);
-    NewRecord<area_scope_lsas_ops> record(session_);
-    NewObject<area_scope_lsas_ops> new_object(session_);
-    area_scope_lsas *object = record.put(new_object);
-    area_scope_lsas_lsa_id_set_value(session_.handle(), space, object, type, session_.err());
-    auto *rows =
-        add_table<area_scope_lsa_ops>(session_, object, area_scope_lsas_area_scope_lsa_set_by_ref);
-    record.insert_into(*table);
-    return rows;
-  }
-
-  template <typename Table>
-  void add(Table *table, const decode::LsdbEntry &entry) {
-    // Each LSA was decoded when its packet was read, to see what is wrong with it, and is decoded here
-    // once more: most of what is heard is refreshed or flushed before the end, and its octets are a
-    // tenth of what its typed fields take. What is wrong with it was counted then.
-    decode::ErrorCounts counted_before;
-    const decode::Report report(counted_before, entry.packet);
-    if (entry.key.version == 2) {
-      decode_lsa_v2(entry.raw, lsa_v2_, report);
-      add_lsa(session_, table, lsa_v2_);
+    const auto first = first_of_area_.find({name, key.domain});
+    if (key.version == 2 && key.type == decode::lsa2_opaque_area && first != first_of_area_.end()) {
+      add_at(first->second);
     } else {
-      decode_lsa_v3(entry.raw, lsa_v3_, report);
-      add_lsa(session_, table, lsa_v3_, routes_ipv4({entry.key.version, entry.key.instance_id}));
+      of.databases->add_to_area(key.domain, lsa);
     }
   }
 
@@ -322,8 +275,6 @@ class Loader {
   std::vector<Place> places_;  // by interface
   std::map<std::pair<InstanceName, std::uint32_t>, std::uint32_t> first_of_area_;
   std::map<std::pair<InstanceName, std::uint32_t>, std::uint32_t> first_of_link_;
-  tbl_area_scope_lsa_table *area_table_ = nullptr;
-  tbl_link_scope_lsa_table *link_table_ = nullptr;
   decode::LsaV2 lsa_v2_;
   decode::LsaV3 lsa_v3_;
 };

@@ -4,12 +4,13 @@
 
 #include "ospf_tables/instance_rows.hpp"
 #include "ospf_tables/row_keys.hpp"
-#include "sources/frr_reader.hpp"
+#include "router_answers/frr_reader.hpp"
 #include "views/text_forms.hpp"
 
 namespace tool {
 
 using namespace ospf_tables;
+using namespace router_answers;
 
 namespace {
 

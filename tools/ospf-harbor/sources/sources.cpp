@@ -7,8 +7,9 @@
 #include <string_view>
 
 #include "ospf_tables/input_error.hpp"
+#include "router_answers/router.hpp"
+#include "sources/answers.hpp"
 #include "sources/load_capture.hpp"
-#include "sources/load_frr.hpp"
 #include "sources/tree_file.hpp"
 #include "tree_exchange/files.hpp"
 #include "tree_exchange/stream_format.hpp"
@@ -27,21 +28,25 @@ bool is_capture_name(const fs::path &file) {
   return extension == ".pcap" || extension == ".pcapng" || extension == ".cap";
 }
 
-bool is_routers_folder(const fs::path &folder) {
-  return fs::exists(folder / "ip-ospf.json") || fs::exists(folder / "ipv6-ospf6.json");
-}
-
-std::vector<std::string> captures_in(const std::string &folder) {
+// What a folder holds that is not a router's own: captures, or else folders of routers.
+void look_into(const std::string &folder, std::vector<std::string> &captures,
+               std::vector<std::string> &routers) {
   std::vector<std::string> files;
+  std::vector<std::string> folders;
   for (const auto &entry : fs::directory_iterator(folder)) {
-    if (is_capture_name(entry.path())) files.push_back(entry.path().string());
+    const std::string path = entry.path().string();
+    if (is_capture_name(entry.path())) files.push_back(path);
+    if (entry.is_directory() && router_answers::is_router(path)) folders.push_back(path);
+  }
+  if (files.empty() && folders.empty()) {
+    throw InputError(folder, "", "a folder with none",
+                     "captures (.pcap, .pcapng, .cap), a daemon's answers (ip-ospf.json, "
+                     "NAME-lsadb.txt, ...) or folders with such answers");
   }
   std::sort(files.begin(), files.end());
-  if (files.empty()) {
-    throw InputError(folder, "", "a folder with neither",
-                     "captures (.pcap, .pcapng, .cap) or a daemon's ip-ospf.json");
-  }
-  return files;
+  std::sort(folders.begin(), folders.end());
+  captures.insert(captures.end(), files.begin(), files.end());
+  if (files.empty()) routers.insert(routers.end(), folders.begin(), folders.end());
 }
 
 bool starts_as_xml(const Bytes &start) {
@@ -69,10 +74,10 @@ int load_sources(Session &session, const std::vector<std::string> &sources) {
   std::vector<std::string> captures;
   for (const std::string &source : sources) {
     if (fs::is_directory(source)) {
-      if (is_routers_folder(source)) {
+      if (router_answers::is_router(source)) {
         folders.push_back(source);
       } else {
-        for (std::string &file : captures_in(source)) captures.push_back(std::move(file));
+        look_into(source, captures, folders);
       }
       continue;
     }
@@ -88,7 +93,7 @@ int load_sources(Session &session, const std::vector<std::string> &sources) {
                        "a capture (pcap or pcapng), a tree stream or a tree's XML");
     }
   }
-  if (!folders.empty()) load_frr(session, folders, nullptr);
+  if (!folders.empty()) load_routers(session, folders);
   if (captures.empty()) return 0;
   return load_capture(session, {captures, "", 0}, nullptr);
 }

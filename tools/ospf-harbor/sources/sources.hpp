@@ -1,5 +1,6 @@
 // What `--from` names, loaded into the tables of this run: captures, folders of captures, folders
-// with what a routing daemon says, tree streams and trees' XML, told apart by what is there.
+// with what a routing daemon says, folders of such folders, tree streams and trees' XML, told apart
+// by what is there. Several routers' answers are one network, as a capture of it would be.
 #pragma once
 
 #include <string>
@@ -10,7 +11,7 @@
 namespace tool {
 
 inline constexpr char source_help[] =
-    "Captures, folders of captures, folders as for load frr, tree streams or trees' XML";
+    "Captures or folders of them, folders with routers' answers, tree streams or trees' XML";
 
 // Captures are read together. Reports on what was loaded are left out, so that the output of a
 // command is its own; what is wrong is told on standard error. 0 when all was sound, 1 when

@@ -50,7 +50,8 @@ TEST_F(TreeFiles, ImportShowsWhatShowShows) {
 TEST_F(TreeFiles, AddToWhatIsThere) {
   expect_done({"export", "--image", file("one.tree"), "--from", sample_});
   expect_done({"export", "--image", file("two.tree"), "--from", other_sample_});
-  expect_done({"export", "--image", file("both.tree"), "--from", sample_, other_sample_});
+  expect_done(
+      {"export", "--image", file("both.tree"), "--from", file("one.tree"), file("two.tree")});
   expect_done({"export", "--image", file("merged.tree"), "--from", file("two.tree"),
                file("one.tree"), file("two.tree")});
   EXPECT_EQ(content_of(file("merged.tree")), content_of(file("both.tree")));

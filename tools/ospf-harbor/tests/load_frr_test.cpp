@@ -15,7 +15,7 @@
 #include "ospf_tables/instance_rows.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/tree.hpp"
-#include "sources/frr_reader.hpp"
+#include "router_answers/frr_reader.hpp"
 #include "support/places.hpp"
 #include "views/show.hpp"
 
@@ -438,11 +438,11 @@ TEST_F(BadInput, AnAddressThatIsNone) {
   expect_refused({"ifaceAddress", "10.0.0"});
 }
 TEST_F(BadInput, UnknownKeysArePassedOverAndCounted) {
-  tool::PassedOver plain;
-  tool::read_frr(folder_.string(), plain);
+  router_answers::PassedOver plain;
+  router_answers::read_frr(folder_.string(), plain);
   change("ip-ospf-interface.json", "\"ifUp\":true,", "\"ifUp\":true, \"fromTheFuture\":1,");
-  tool::PassedOver more;
-  tool::read_frr(folder_.string(), more);
+  router_answers::PassedOver more;
+  router_answers::read_frr(folder_.string(), more);
   EXPECT_EQ(more.values, plain.values + 1);
   EXPECT_TRUE(more.keys.contains("fromTheFuture"));
 }

@@ -34,6 +34,7 @@ enum class Authentication {
 
 struct Interface {
   std::string name;
+  std::string address;         // its own, where the source tells it; no table has a field for it
   std::uint32_t network_type;  // enum ospf_network_type_value
   bool passive = false;
   bool enabled = true;

@@ -1,0 +1,82 @@
+#include "router_answers/router.hpp"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "ospf_decode/lsa_header.hpp"
+#include "ospf_tables/input_error.hpp"
+#include "router_answers/answer_file.hpp"
+#include "router_answers/bird_reader.hpp"
+#include "router_answers/frr_reader.hpp"
+
+namespace router_answers {
+
+using namespace ospf_tables;
+
+namespace {
+
+// The areas that databases tell of, where the answer about the process is missing.
+void add_areas(Process &process) {
+  for (const auto &entry : process.database.lsas) {
+    const Place &place = entry.first.place;
+    if (place.scope == ospf_decode::Scope::as) continue;
+    auto &areas = process.instance.areas;
+    const bool known = std::any_of(areas.begin(), areas.end(),
+                                   [&](const Area &area) { return area.id == place.area; });
+    if (!known) areas.push_back({place.area, {}});
+  }
+}
+
+}  // namespace
+
+bool is_router(const std::string &folder) {
+  return has_frr_process(folder) || has_frr_v2(folder) || has_frr_v3(folder) ||
+         !bird_protocols(folder).empty();
+}
+
+Router read_router(const std::string &folder, PassedOver &passed_over) {
+  Router router;
+  router.name = std::filesystem::path(folder).lexically_normal().filename().string();
+  if (router.name.empty()) {
+    router.name =
+        std::filesystem::path(folder).lexically_normal().parent_path().filename().string();
+  }
+  if (has_frr_process(folder)) {
+    for (Instance &instance : read_frr(folder, passed_over, Missing::left_out)) {
+      Process process;
+      process.version = instance.family == Family::ipv4 ? 2 : 3;
+      process.instance = std::move(instance);
+      router.processes.push_back(std::move(process));
+    }
+  }
+  const auto process_of = [&](std::uint8_t version) -> Process & {
+    for (Process &process : router.processes) {
+      if (process.version == version) return process;
+    }
+    Process process;
+    process.version = version;
+    process.instance.family = version == 2 ? Family::ipv4 : Family::ipv6;
+    router.processes.push_back(std::move(process));
+    return router.processes.back();
+  };
+  if (has_frr_v2(folder)) {
+    Process &process = process_of(2);
+    read_frr_v2(folder, process.database);
+  }
+  if (has_frr_v3(folder)) {
+    Process &process = process_of(3);
+    read_frr_v3(folder, process.database);
+  }
+  for (const std::string &protocol : bird_protocols(folder)) {
+    router.processes.push_back(read_bird(folder, protocol));
+  }
+  if (router.processes.empty()) {
+    throw InputError(folder, "", "no answer that is known",
+                     "ip-ospf.json, ipv6-ospf6.json, ip-ospf-database.json or another of FRR's, or "
+                     "NAME-lsadb.txt of BIRD's");
+  }
+  for (Process &process : router.processes) add_areas(process);
+  return router;
+}
+
+}  // namespace router_answers
