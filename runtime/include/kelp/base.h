@@ -36,17 +36,21 @@ typedef struct kelp_record kelp_record;
 typedef struct kelp_database kelp_database;
 typedef struct kelp_xml_document kelp_xml_document;
 
-/* Codes of error words. They are errno values; KELP_ERR_EPOCH is the runtime's variant mismatch
- * and is only ever set by kelp_store_epoch_err. */
+/* Codes of error words and of kelp_error. They are errno values, and where a file cannot be opened,
+ * read or written the system's own, which may be any. KELP_ERR_EPOCH is the runtime's variant
+ * mismatch and is only ever set by kelp_store_epoch_err. */
 enum kelp_error_code {
   KELP_ERR_PERMISSION = 1,
   KELP_ERR_NOT_FOUND = 2,
+  KELP_ERR_INPUT_OUTPUT = 5,
   KELP_ERR_TOO_LONG = 7,
   KELP_ERR_AGAIN = 11,
   KELP_ERR_NO_MEMORY = 12,
   KELP_ERR_BAD_ADDRESS = 14,
+  KELP_ERR_BUSY = 16,
   KELP_ERR_EXISTS = 17,
   KELP_ERR_INVALID = 22,
+  KELP_ERR_DEADLOCK = 35,
   KELP_ERR_EPOCH = 43,
   KELP_ERR_NO_ROOM = 90
 };

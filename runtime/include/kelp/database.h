@@ -47,8 +47,8 @@ KELP_API kelp_table *kelpdb_database_toc_get_table_root(kelp_handle *handle, uin
                                                         uint32_t luid_length, uint32_t by_name,
                                                         uint32_t *err);
 
-/* Enters a table under its type's LUID and its tbl_name (open_type 0) or table_id. dynamic is kept
- * with the entry. 17 when another table stands there, 22 for a table that is null or has no type
+/* Enters a table under its type's LUID and its tbl_name (open_type 0) or table_id. dynamic says
+ * whether the id was given out and is not looked at. 17 when another table stands there, 22 for a table that is null or has no type
  * record, 12 without memory. */
 KELP_API void kelpdb_database_toc_insert(kelp_handle *handle, uint32_t space_id, kelp_table *table,
                                          uint32_t dynamic, uint32_t *err);
@@ -76,8 +76,9 @@ KELP_API uint32_t kelpdb_table_implicit_write_cursor_enabled(kelp_handle *handle
                                                              uint32_t *err);
 
 /* Moves the write cursor over a record: the change feed shows it as inserted or modified to every
- * cursor that has not passed this point. 22 for a null table or record, or a table without
- * cursors; 12. */
+ * cursor that has not passed this point. 22 for a null table or record, a record that is not in
+ * the table, or a table without cursors; 12, which an insert through the handle's own pool never
+ * meets: it makes room first. */
 KELP_API void kelpdb_enq_rec_move_write_cursor_internal(kelp_handle *handle, uint32_t space_id,
                                                         kelp_table *table, kelp_record *record,
                                                         uint32_t *err);
@@ -93,7 +94,8 @@ KELP_API void kelpdb_request_record_destroy(kelp_handle *handle, uint32_t space_
 /* --- counts by tenant --- */
 
 /* Adds 1 (direction 1) to, or takes 1 (direction 0) from, the table's counter of the tenant and
- * source. A counter at 0 stays 0. */
+ * source. A counter at 0 stays 0. 12 without memory, which an insert through the handle's own pool
+ * never meets: it makes room first. */
 KELP_API void kelpdb_update_tenant_counter(kelp_handle *handle, uint32_t space_id,
                                            kelp_table *table, uint32_t direction, uint16_t tenant,
                                            uint8_t src, uint32_t *err);

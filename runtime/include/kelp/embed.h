@@ -83,7 +83,8 @@ KELP_API kelp_database *kelp_database_open_file(const char *path, const kelp_sto
 /* Closes a database and frees all that is in it; a store stays in its file, which is synced when no
  * other process has it open. 16 while handles are open: nothing is closed then,
  * and the text names how many. On success the text is empty, or says how many allocations of how
- * many bytes were still in use. A null database is no error. */
+ * many bytes were still in use; what stands under a key of the store (the roots of table ids) is
+ * the store's own and not counted. A null database is no error. */
 KELP_API int32_t kelp_database_close(kelp_database *database, kelp_error *error);
 
 /* The database's name, of a store its path; lives as long as the database. */
@@ -241,13 +242,15 @@ KELP_API kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_table
 /* Moves over the next change and writes it to *change: 1, or 0 when there is none now, or when the
  * table has been freed. A record that came and went since the last look is shown as destroyed. It
  * stays allocated until the collector runs after every cursor has moved over it, so that a record
- * shown as destroyed can still be read. Hold the read lock. */
+ * shown as destroyed can still be read. A record that is taken out of its table in collector
+ * context is shown as destroyed too, as long as its memory lasts, and one that is inserted again as
+ * inserted. Hold the read lock. */
 KELP_API int32_t kelp_feed_cursor_next(kelp_feed_cursor *cursor, kelp_feed_change *change);
 
 /* Closes a cursor. A cursor left open holds back the collector. Null is passed over. */
 KELP_API void kelp_feed_cursor_close(kelp_feed_cursor *cursor);
 
-/* Enters a record in the feed after its objects were changed. 22 as for
+/* Enters a record of the table in its feed after the record's objects were changed. 22 as for
  * kelpdb_enq_rec_move_write_cursor_internal. */
 KELP_API int32_t kelp_feed_record_changed(kelp_handle *handle, kelp_table *table,
                                           kelp_record *record, kelp_error *error);
@@ -297,7 +300,9 @@ typedef struct kelp_collector_report {
 
 /* Finishes what was put off: ends the pending records that every cursor has passed, frees the
  * tables whose free was requested or had to wait for references, and ends the objects whose last
- * reference has gone. Works with collector_context set. A database marked shared must be write
+ * reference has gone. Works with collector_context set, and with the tenant of each record that it
+ * ends, so that the counts of that tenant fall. A record that has left the table in which its end was
+ * asked for is ended only if it is in no other one. A database marked shared must be write
  * locked through this handle: 1 otherwise. report may be null. 2 when the function that ends a
  * thing is not found; the rest is done all the same. */
 KELP_API int32_t kelp_collector_run(kelp_handle *handle, kelp_collector_report *report,

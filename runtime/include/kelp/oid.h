@@ -3,8 +3,8 @@
  *
  * A mapping ties one object to one OID, both ways, and counts the references that fields hold on
  * it. A mapping whose removal is asked for while references remain is marked; when the last
- * reference goes, kelp_collector_run (kelp/embed.h) ends the object. Mappings go with the memory of
- * their object; an OID whose mapping has gone names nothing.
+ * reference goes, kelp_collector_run (kelp/embed.h) ends the object. Mappings go with the memory that
+ * holds their object; an OID whose mapping has gone names nothing.
  *
  * Functions with an error word do nothing on a non-zero word. A code that they set is also stored
  * as the handle's last error. */
@@ -43,8 +43,8 @@ KELP_API void *kelp_oid_to_handle(kelp_handle *handle, uint32_t space_id, const 
 KELP_API kelp_oid kelp_handle_to_oid(kelp_handle *handle, uint32_t space_id, void *object,
                                      uint32_t kind, uint32_t add_reference, uint32_t *err);
 
-/* Gives an object its mapping and sets its OBJ_OID_MAPPED, announced to write_notify. dynamic is
- * kept with the mapping. ior, when not null, is the OID that the mapping shall have: that of the
+/* Gives an object its mapping and sets its OBJ_OID_MAPPED, announced to write_notify. kind and
+ * dynamic are not looked at. ior, when not null, is the OID that the mapping shall have: that of the
  * same object in another process, so that images with references to it resolve here. Non-zero on
  * success, also when the object is mapped already. 0 with code 22 for a null object or an ior with
  * a zero id, 17 when another object has that OID, 14 and 12 as above. */

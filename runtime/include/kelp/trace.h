@@ -118,7 +118,8 @@ KELP_API void kelp_trace_set_sink(kelp_trace_callback sink, void *context);
 KELP_API void kelp_trace_set_text_source(kelp_trace_text_source source, void *context);
 
 /* Sets the bytes of the ring in memory, rounded up to 8, and empties it; 0 turns it off. 64 KiB to
- * begin with. 0, or 12 without memory, with the old ring left in place. */
+ * begin with. 0; 22 for more bytes than an address space holds, or 12 without memory, with the old
+ * ring left in place. */
 KELP_API int32_t kelp_trace_set_ring_size(size_t bytes);
 
 /* Calls callback with the records in the ring, oldest first. Gives how many were read. */
@@ -127,24 +128,42 @@ KELP_API uint64_t kelp_trace_read_ring(kelp_trace_callback callback, void *conte
 /* Empties the ring. */
 KELP_API void kelp_trace_clear_ring(void);
 
-/* Appends every record from now on to the file; null closes it. error may be null. 0 or errno. */
+/* Appends every record from now on to the file; null closes it. error may be null. 0; errno when
+ * the file cannot be opened, and the one before stays open then; or errno of what kept records from
+ * the file before, which is closed all the same, with their number in error. Records are buffered
+ * and reach the system whole, several at a time. */
 struct kelp_error; /* kelp/embed.h */
 KELP_API int32_t kelp_trace_open_file(const char *path, struct kelp_error *error);
 
-/* Hands to the system what is buffered for the file. */
-KELP_API void kelp_trace_flush(void);
+/* Hands to the system what is buffered for the file. 0, or errno when records were lost since this
+ * was called last, because the system did not take them (a full disk): those are gone, and what
+ * comes later is written again as soon as there is room. */
+KELP_API int32_t kelp_trace_flush(void);
 
-/* Calls callback with the records of a file, in order. 0; errno when the file cannot be read; 22
- * when its bytes are no trace records, with the offset, what was found and what was expected in
- * error. Records before the fault have been handed out. */
+/* What was found in a trace file. */
+typedef struct kelp_trace_file_report {
+  uint64_t records;
+  uint64_t bytes_passed_over; /* that are no record: torn ones, and what does not belong there */
+  uint64_t places_passed_over;
+} kelp_trace_file_report;
+
+/* Calls callback with the records of a file, in order. Bytes that are no record, as a full disk or
+ * a process that was killed leaves them, are passed over up to the next record; error then says
+ * where the first ones lie, what was found there and what was expected, and how many they are, with
+ * the result 0. errno when the file cannot be read; 22 when it holds bytes and no record at all. */
 KELP_API int32_t kelp_trace_read_file(const char *path, kelp_trace_callback callback, void *context,
                                       struct kelp_error *error);
 
+/* The same, and says in *report, which may be null, what it found. */
+KELP_API int32_t kelp_trace_scan_file(const char *path, kelp_trace_callback callback, void *context,
+                                      kelp_trace_file_report *report, struct kelp_error *error);
+
 /* Reads the one record at the beginning of the bytes, which may come from anywhere. 0: *event is
  * the message, its texts point into the bytes, *length is how many bytes the record takes. 11: the
- * bytes end within the record, *length is how many it takes at least. 22: no trace record. *event
- * is good for nothing after a failure; error, which may be null, says what was found and expected.
- */
+ * bytes end within the record, *length is how many it takes at least. 22: no trace record, or one
+ * that was torn; *length is how many bytes lead to the next place where a record may begin, or all
+ * of them. *event is good for nothing after a failure; error, which may be null, says what was
+ * found and expected. */
 KELP_API int32_t kelp_trace_read_record(const uint8_t *bytes, size_t size, kelp_trace_event *event,
                                         size_t *length, struct kelp_error *error);
 

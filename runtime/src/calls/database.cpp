@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::uint32_t kDefaultCacheEntries = 1024;
 constexpr std::size_t kLongestName = 63;
-constexpr std::int32_t kBusy = 16;
 
 }  // namespace
 
@@ -129,7 +128,7 @@ extern "C" int32_t kelp_database_close(kelp_database *database, kelp_error *erro
   {
     const std::lock_guard lock(database->handles_mutex);
     if (!database->handles.empty()) {
-      return kelp::fail(error, kelp::kBusy,
+      return kelp::fail(error, KELP_ERR_BUSY,
                         "kelp_database_close: database '%s': %zu handles are open, expected none; "
                         "kelp_handle_destroy ends them",
                         database->name.c_str(), database->handles.size());

@@ -10,7 +10,6 @@ namespace kelp {
 namespace {
 
 constexpr std::size_t kLuidBytes = 16;
-constexpr std::uint32_t kInputOutput = 5;
 
 // The key under which a table is entered; its luid is null when the table has no type record.
 TableOfContents::Key key_of(const kelp_table *table) {
@@ -67,7 +66,7 @@ extern "C" kelp_toc_root *kelpdb_database_toc_open(kelp_handle *handle, uint32_t
   if (kelp::is_set(err)) return nullptr;
   kelp_database &database = kelp::database_of(handle);
   if (database.faults.strikes(KELP_FAULT_TOC_OPEN)) {
-    kelp::raise(handle, err, kelp::kInputOutput);
+    kelp::raise(handle, err, KELP_ERR_INPUT_OUTPUT);
     return nullptr;
   }
   const bool may_write = !database.marked_shared || kelplib_database_is_write_locked(handle) != 0;
@@ -92,7 +91,7 @@ extern "C" kelp_table *kelpdb_database_toc_get_table_root(kelp_handle *handle, u
   if (kelp::is_set(err)) return nullptr;
   kelp_database &database = kelp::database_of(handle);
   if (database.faults.strikes(KELP_FAULT_TOC_FIND)) {
-    kelp::raise(handle, err, kelp::kInputOutput);
+    kelp::raise(handle, err, KELP_ERR_INPUT_OUTPUT);
     return nullptr;
   }
   if (luid == nullptr || luid_length != kelp::kLuidBytes || (by_name != 0 && path == nullptr)) {
@@ -115,7 +114,7 @@ extern "C" void kelpdb_database_toc_insert(kelp_handle *handle, uint32_t space_i
   if (kelp::is_set(err)) return;
   kelp_database &database = kelp::database_of(handle);
   if (database.faults.strikes(KELP_FAULT_TOC_INSERT)) {
-    kelp::raise(handle, err, kelp::kInputOutput);
+    kelp::raise(handle, err, KELP_ERR_INPUT_OUTPUT);
     return;
   }
   if (table == nullptr || kelp_get_manifested_type_info(table) == nullptr) {
@@ -141,7 +140,7 @@ extern "C" void kelpdb_database_toc_delete(kelp_handle *handle, uint32_t space_i
   if (kelp::is_set(err)) return;
   kelp_database &database = kelp::database_of(handle);
   if (database.faults.strikes(KELP_FAULT_TOC_DELETE)) {
-    kelp::raise(handle, err, kelp::kInputOutput);
+    kelp::raise(handle, err, KELP_ERR_INPUT_OUTPUT);
     return;
   }
   const TableOfContents::Place place = database.toc.remove(table);
@@ -157,7 +156,7 @@ extern "C" void kelpdb_database_toc_force_delete(kelp_handle *handle, uint32_t s
   if (kelp::is_set(err)) return;
   kelp_database &database = kelp::database_of(handle);
   if (database.faults.strikes(KELP_FAULT_TOC_DELETE)) {
-    kelp::raise(handle, err, kelp::kInputOutput);
+    kelp::raise(handle, err, KELP_ERR_INPUT_OUTPUT);
     return;
   }
   database.toc.remove(table);

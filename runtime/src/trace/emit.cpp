@@ -85,9 +85,9 @@ void emit(const std::uint8_t *identity, std::uint32_t index, std::uint16_t modul
   std::uint8_t record[kLongestRecord];
   const std::size_t length = pack(event, record);
   trace.ring.add(record, length);
-  if (trace.file != nullptr) {
-    std::fwrite(record, 1, length, trace.file);
-    if (level == KELP_TRACE_FATAL) std::fflush(trace.file);
+  if (trace.file.is_open()) {
+    trace.file.add(record, length);
+    if (level == KELP_TRACE_FATAL) trace.file.write_out();
   }
   const auto sink = trace.sink;
   const auto sink_context = trace.sink_context;

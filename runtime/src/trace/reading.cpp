@@ -1,9 +1,11 @@
 // Reading records back: out of the ring, out of bytes, out of a file.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -42,6 +44,141 @@ struct Complaint {
   char text[128];
 };
 
+// The bytes of a file, a piece at a time; what is not used of one is in front of the next.
+class Pieces {
+ public:
+  explicit Pieces(const char *path) : descriptor_(::open(path, O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ < 0) code_ = errno;
+  }
+  ~Pieces() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+  }
+  Pieces(const Pieces &) = delete;
+  Pieces &operator=(const Pieces &) = delete;
+
+  // errno of what stopped the reading, 0 for nothing.
+  int code() const { return code_; }
+  // Whether the file ends with the bytes that are there.
+  bool at_end() const { return at_end_; }
+  const std::uint8_t *bytes() const { return bytes_.data() + used_; }
+  std::size_t available() const { return filled_ - used_; }
+  // Where in the file the bytes begin.
+  std::uint64_t offset() const { return base_ + used_; }
+  void use(std::size_t length) { used_ += length; }
+
+  // Reads more. False when nothing can be read any more.
+  bool fill() {
+    if (code_ != 0 || at_end_) return false;
+    constexpr std::size_t kPiece = 256 * 1024;
+    base_ += used_;
+    filled_ -= used_;
+    std::memmove(bytes_.data(), bytes_.data() + used_, filled_);
+    used_ = 0;
+    if (!without_exceptions([&] { bytes_.resize(filled_ + kPiece); })) {
+      code_ = ENOMEM;
+      return false;
+    }
+    ssize_t got = 0;
+    do {
+      got = ::read(descriptor_, bytes_.data() + filled_, kPiece);
+    } while (got < 0 && errno == EINTR);
+    if (got < 0) code_ = errno;
+    at_end_ = got == 0;
+    filled_ += got > 0 ? static_cast<std::size_t>(got) : 0;
+    return code_ == 0;
+  }
+
+ private:
+  int descriptor_;
+  int code_ = 0;
+  bool at_end_ = false;
+  std::vector<std::uint8_t> bytes_;
+  std::size_t filled_ = 0;
+  std::size_t used_ = 0;
+  std::uint64_t base_ = 0;
+};
+
+// One reading of a file: what it found, and the first thing that was wrong.
+class Scan {
+ public:
+  Scan(kelp_trace_callback callback, void *context) : callback_(callback), context_(context) {}
+
+  void run(Pieces &pieces) {
+    while (!ended_ && pieces.fill()) {
+      // A record, and one that begins within it, are looked at whole.
+      const std::size_t needed = pieces.at_end() ? 1 : 2 * kLongestRecord;
+      while (!ended_ && pieces.available() >= needed) step(pieces);
+    }
+  }
+
+  const kelp_trace_file_report &report() const { return report_; }
+  const Fault &fault() const { return fault_; }
+  std::uint64_t fault_at() const { return fault_at_; }
+
+ private:
+  void step(Pieces &pieces) {
+    kelp_trace_event event;
+    std::size_t length = 0;
+    const Fault fault = read(pieces.bytes(), pieces.available(), &event, &length);
+    if (fault.what == nullptr) {
+      ++report_.records;
+      in_damage_ = false;
+      const InCallback guard;
+      ended_ = callback_ != nullptr && callback_(context_, &event) != 0;
+    } else {
+      if (fault.cut) length = pieces.available();  // the last that the file holds
+      if (fault_.what == nullptr) {
+        fault_ = fault;
+        fault_at_ = pieces.offset();
+      }
+      report_.bytes_passed_over += length;
+      if (!in_damage_) ++report_.places_passed_over;
+      in_damage_ = true;
+    }
+    pieces.use(length);
+  }
+
+  kelp_trace_callback callback_;
+  void *context_;
+  kelp_trace_file_report report_ = {};
+  Fault fault_;
+  std::uint64_t fault_at_ = 0;
+  bool in_damage_ = false;
+  bool ended_ = false;
+};
+
+std::int32_t scan_file(const char *function, const char *path, kelp_trace_callback callback,
+                       void *context, kelp_trace_file_report *report, kelp_error *error) {
+  if (report != nullptr) *report = {};
+  if (path == nullptr) return fail(error, KELP_ERR_INVALID, "%s: no path", function);
+  Pieces pieces(path);
+  if (pieces.code() != 0) {
+    return fail(error, pieces.code(), "%s: '%s': %s, expected a trace file", function, path,
+                std::strerror(pieces.code()));
+  }
+  Scan scan(callback, context);
+  scan.run(pieces);
+  const kelp_trace_file_report &found = scan.report();
+  if (report != nullptr) *report = found;
+  if (pieces.code() == KELP_ERR_NO_MEMORY) {
+    return fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", function);
+  }
+  if (pieces.code() != 0) {
+    return fail(error, pieces.code(), "%s: '%s': %s", function, path, std::strerror(pieces.code()));
+  }
+  if (scan.fault().what == nullptr) return succeed(error);
+  const Complaint complaint(scan.fault());
+  if (found.records == 0) {
+    return fail(error, KELP_ERR_INVALID, "%s: '%s' at byte %" PRIu64 ": %s", function, path,
+                scan.fault_at(), complaint.text);
+  }
+  return fail(error, 0,
+              "%s: '%s': passed over %" PRIu64 " bytes in %" PRIu64
+              " places, the first at byte %" PRIu64 ": %s",
+              function, path, found.bytes_passed_over, found.places_passed_over, scan.fault_at(),
+              complaint.text);
+}
+
 }  // namespace
 
 }  // namespace kelp::trace
@@ -70,7 +207,7 @@ extern "C" int32_t kelp_trace_read_record(const uint8_t *bytes, size_t size,
     return kelp::fail(error, KELP_ERR_INVALID, "%s: found a null argument, expected an address",
                       kFunction);
   }
-  const kelp::trace::Fault fault = kelp::trace::unpack(bytes, size, event, length);
+  const kelp::trace::Fault fault = kelp::trace::read(bytes, size, event, length);
   if (fault.what == nullptr) return kelp::succeed(error);
   if (fault.cut) *length = fault.expected;
   return kelp::fail(error, fault.cut ? KELP_ERR_AGAIN : KELP_ERR_INVALID, "%s: %s", kFunction,
@@ -79,52 +216,11 @@ extern "C" int32_t kelp_trace_read_record(const uint8_t *bytes, size_t size,
 
 extern "C" int32_t kelp_trace_read_file(const char *path, kelp_trace_callback callback,
                                         void *context, kelp_error *error) {
-  constexpr const char *kFunction = "kelp_trace_read_file";
-  if (path == nullptr) return kelp::fail(error, KELP_ERR_INVALID, "%s: no path", kFunction);
-  const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(path, "rbe"),
-                                                              &std::fclose);
-  if (file == nullptr) {
-    return kelp::fail(error, errno, "%s: '%s': %s, expected a trace file", kFunction, path,
-                      std::strerror(errno));
-  }
-  // Read in pieces: a record that a piece cuts through is completed by the next one.
-  constexpr size_t kPiece = 256 * 1024;
-  std::vector<uint8_t> bytes;
-  size_t kept = 0;
-  uint64_t base = 0;
-  for (;;) {
-    size_t got = 0;
-    const bool done = kelp::without_exceptions([&] {
-      bytes.resize(kept + kPiece);
-      got = std::fread(bytes.data() + kept, 1, kPiece, file.get());
-    });
-    if (!done) return kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
-    if (got == 0 && std::ferror(file.get()) != 0) {
-      return kelp::fail(error, errno, "%s: '%s': %s", kFunction, path, std::strerror(errno));
-    }
-    const size_t available = kept + got;
-    const bool last = got < kPiece;
-    const size_t whole = last || available < kelp::trace::kLongestRecord
-                             ? available
-                             : available - kelp::trace::kLongestRecord;
-    bool ended = false;
-    size_t offset = 0;
-    while (offset < whole && !ended) {
-      kelp_trace_event event;
-      size_t length = 0;
-      const kelp::trace::Fault fault =
-          kelp::trace::unpack(bytes.data() + offset, available - offset, &event, &length);
-      if (fault.what != nullptr) {
-        return kelp::fail(error, KELP_ERR_INVALID, "%s: '%s' at byte %" PRIu64 ": %s", kFunction,
-                          path, base + offset, kelp::trace::Complaint(fault).text);
-      }
-      const kelp::trace::InCallback guard;
-      ended = callback != nullptr && callback(context, &event) != 0;
-      offset += length;
-    }
-    if (ended || last) return kelp::succeed(error);
-    kept = available - offset;
-    std::memmove(bytes.data(), bytes.data() + offset, kept);
-    base += offset;
-  }
+  return kelp::trace::scan_file("kelp_trace_read_file", path, callback, context, nullptr, error);
+}
+
+extern "C" int32_t kelp_trace_scan_file(const char *path, kelp_trace_callback callback,
+                                        void *context, kelp_trace_file_report *report,
+                                        kelp_error *error) {
+  return kelp::trace::scan_file("kelp_trace_scan_file", path, callback, context, report, error);
 }

@@ -66,8 +66,40 @@ std::size_t pack(const kelp_trace_event &event, std::uint8_t *buffer) {
   return at;
 }
 
-Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event *event,
-             std::size_t *length) {
+namespace {
+
+// The argument at *at of a record's bytes; moves *at behind it.
+Fault unpack_argument(const std::uint8_t *bytes, std::size_t total, std::size_t *at,
+                      kelp_trace_argument *argument) {
+  if (total - *at < 8) return {"bytes left for an argument", total - *at, 8};
+  const auto kind = get<std::uint32_t>(bytes + *at);
+  const std::size_t size = get<std::uint32_t>(bytes + *at + 4);
+  *at += 8;
+  if (kind != kText && kind != kNumber && kind != kPointer) {
+    return {"kind of an argument, 4 or 5 or", kind, kText};
+  }
+  argument->kind = static_cast<std::uint8_t>(kind);
+  const std::size_t expected = kind == kText     ? std::min({size, total - *at, kLongestText})
+                               : kind == kNumber ? 4
+                                                 : 8;
+  if (size != expected) return {"length of an argument", size, expected};
+  if (padded(size) > total - *at) return {"bytes left for an argument", total - *at, padded(size)};
+  if (kind == kText) {
+    argument->text = reinterpret_cast<const char *>(bytes + *at);
+    argument->text_length = static_cast<std::uint32_t>(size);
+    const std::size_t length = strnlen(argument->text, size);
+    if (length != size) return {"bytes of a text before a NUL", length, size};
+  } else if (kind == kNumber) {
+    argument->number = get<std::uint32_t>(bytes + *at);
+  } else {
+    argument->pointer = get<std::uint64_t>(bytes + *at);
+  }
+  *at += padded(size);
+  return {};
+}
+
+// The length in a record's head, when the head and the record are there.
+Fault measure(const std::uint8_t *bytes, std::size_t available, std::size_t *total) {
   if (available >= 4) {
     const auto magic = get<std::uint32_t>(bytes);
     if (magic != kMagic) return {"magic of a record", magic, kMagic};
@@ -75,11 +107,22 @@ Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event 
   if (available < kHeadBytes) {
     return {"bytes left for the head of a record", available, kHeadBytes, true};
   }
-  const std::size_t total = get<std::uint32_t>(bytes + 4);
-  if (total < kHeadBytes || total % 8 != 0 || total > kLongestRecord) {
-    return {"length of a record", total, kHeadBytes};
+  *total = record_length(bytes);
+  if (*total < kHeadBytes || *total % 8 != 0 || *total > kLongestRecord) {
+    return {"length of a record", *total, kHeadBytes};
   }
-  if (total > available) return {"bytes left for a record", available, total, true};
+  if (*total > available) return {"bytes left for a record", available, *total, true};
+  return {};
+}
+
+}  // namespace
+
+std::size_t record_length(const std::uint8_t *record) { return get<std::uint32_t>(record + 4); }
+
+Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event *event,
+             std::size_t *length) {
+  std::size_t total = 0;
+  if (const Fault fault = measure(bytes, available, &total); fault.what != nullptr) return fault;
   *event = {};
   event->time_ns = get<std::uint64_t>(bytes + 8);
   std::memcpy(event->identity, bytes + 16, sizeof event->identity);
@@ -94,37 +137,69 @@ Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event 
   }
   std::size_t at = kHeadBytes;
   for (std::size_t i = 0; i < event->argument_count; ++i) {
-    if (total - at < 8) return {"bytes left for an argument", total - at, 8};
-    kelp_trace_argument &argument = event->arguments[i];
-    const auto kind = get<std::uint32_t>(bytes + at);
-    const std::size_t size = get<std::uint32_t>(bytes + at + 4);
-    at += 8;
-    if (kind != kText && kind != kNumber && kind != kPointer) {
-      return {"kind of an argument, 4 or 5 or", kind, kText};
-    }
-    argument.kind = static_cast<std::uint8_t>(kind);
-    const std::size_t expected = kind == kText     ? std::min({size, total - at, kLongestText})
-                                 : kind == kNumber ? 4
-                                                   : 8;
-    if (size != expected) return {"length of an argument", size, expected};
-    if (padded(size) > total - at) return {"bytes left for an argument", total - at, padded(size)};
-    if (kind == kText) {
-      argument.text = reinterpret_cast<const char *>(bytes + at);
-      argument.text_length = static_cast<std::uint32_t>(size);
-      const std::size_t length = strnlen(argument.text, size);
-      if (length != size) return {"bytes of a text before a NUL", length, size};
-    } else if (kind == kNumber) {
-      argument.number = get<std::uint32_t>(bytes + at);
-    } else {
-      argument.pointer = get<std::uint64_t>(bytes + at);
-    }
-    event->signature[i] = static_cast<char>('0' + kind);
-    at += padded(size);
+    const Fault fault = unpack_argument(bytes, total, &at, &event->arguments[i]);
+    if (fault.what != nullptr) return fault;
+    event->signature[i] = static_cast<char>('0' + event->arguments[i].kind);
   }
   if (event->argument_count == 0) event->signature[0] = '0';
   if (at != total) return {"length of a record, by its arguments", total, at};
   *length = total;
   return {};
+}
+
+namespace {
+
+// The next place in the bytes, from at on, where the magic stands or begins to; size for none.
+std::size_t find_magic(const std::uint8_t *bytes, std::size_t size, std::size_t at) {
+  std::uint8_t magic[4];
+  put<std::uint32_t>(magic, kMagic);
+  for (; at < size; ++at) {
+    const auto *first =
+        static_cast<const std::uint8_t *>(std::memchr(bytes + at, magic[0], size - at));
+    if (first == nullptr) return size;
+    at = static_cast<std::size_t>(first - bytes);
+    if (std::memcmp(first, magic, std::min(sizeof magic, size - at)) == 0) return at;
+  }
+  return size;
+}
+
+// How many bytes lead to the next place where a record may begin.
+std::size_t bytes_to_next(const std::uint8_t *bytes, std::size_t size) {
+  kelp_trace_event event;
+  std::size_t length;
+  for (std::size_t at = find_magic(bytes, size, 1); at < size;
+       at = find_magic(bytes, size, at + 1)) {
+    const Fault fault = unpack(bytes + at, size - at, &event, &length);
+    if (fault.what == nullptr || fault.cut) return at;
+  }
+  return size;
+}
+
+// Where a whole record begins within the first length bytes; 0 for nowhere.
+std::size_t record_within(const std::uint8_t *bytes, std::size_t size, std::size_t length) {
+  kelp_trace_event event;
+  std::size_t total;
+  for (std::size_t at = find_magic(bytes, length, 1); at < length;
+       at = find_magic(bytes, length, at + 1)) {
+    if (unpack(bytes + at, size - at, &event, &total).what == nullptr) return at;
+  }
+  return 0;
+}
+
+}  // namespace
+
+Fault read(const std::uint8_t *bytes, std::size_t available, kelp_trace_event *event,
+           std::size_t *length) {
+  Fault fault = unpack(bytes, available, event, length);
+  if (fault.what == nullptr) {
+    const std::size_t inner = record_within(bytes, available, *length);
+    if (inner == 0) return fault;
+    fault = {"bytes before the next record", inner, *length};
+    *length = inner;
+    return fault;
+  }
+  if (!fault.cut) *length = std::max<std::size_t>(bytes_to_next(bytes, available), 1);
+  return fault;
 }
 
 }  // namespace kelp::trace

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "kelp/trace.h"
 
@@ -31,5 +30,14 @@ struct Fault {
 // Unpacks the record at the start of the bytes. The event's texts point into them.
 Fault unpack(const std::uint8_t *bytes, std::size_t available, kelp_trace_event *event,
              std::size_t *length);
+
+// As unpack, but a record in which another one begins is torn: what followed its written part is
+// that other one. After a fault that more bytes would not mend, length is how many bytes lead to
+// the next place where a record may begin, at least 1.
+Fault read(const std::uint8_t *bytes, std::size_t available, kelp_trace_event *event,
+           std::size_t *length);
+
+// The length that a packed record says it has.
+std::size_t record_length(const std::uint8_t *record);
 
 }  // namespace kelp::trace

@@ -4,9 +4,12 @@
 #include <cstring>
 #include <new>
 
+#include "trace/record.hpp"
+
 namespace kelp::trace {
 
 bool Ring::resize(std::size_t bytes) {
+  if (bytes > SIZE_MAX - 7) return false;
   const std::size_t rounded = (bytes + 7) / 8 * 8;
   std::unique_ptr<std::uint8_t[]> memory;
   if (rounded != 0) {
@@ -21,14 +24,8 @@ bool Ring::resize(std::size_t bytes) {
 
 void Ring::clear() { first_ = next_ = used_ = 0, wrap_ = capacity_; }
 
-std::size_t Ring::length_at(const std::uint8_t *record) {
-  std::uint32_t length;
-  std::memcpy(&length, record + 4, sizeof length);
-  return length;
-}
-
 void Ring::drop_oldest() {
-  const std::size_t length = length_at(bytes_.get() + first_);
+  const std::size_t length = record_length(bytes_.get() + first_);
   first_ += length;
   used_ -= length;
   if (used_ == 0) {

@@ -22,7 +22,6 @@ class Ring {
   std::size_t used() const { return used_; }
 
  private:
-  static std::size_t length_at(const std::uint8_t *record);
   void drop_oldest();
 
   std::unique_ptr<std::uint8_t[]> bytes_;

@@ -1,6 +1,8 @@
 // Making the process's trace, and where its messages go.
 #include "trace/trace.hpp"
 
+#include <new>
+
 namespace kelp::trace {
 
 namespace {
@@ -15,12 +17,13 @@ Trace::Trace() {
 }
 
 Trace &the_trace() {
-  static auto *const trace = new Trace;
+  alignas(Trace) static std::byte memory[sizeof(Trace)];
+  static auto *const trace = new (memory) Trace;
   return *trace;
 }
 
-InCallback::InCallback() { t_in_callback = true; }
-InCallback::~InCallback() { t_in_callback = false; }
+InCallback::InCallback() : before_(t_in_callback) { t_in_callback = true; }
+InCallback::~InCallback() { t_in_callback = before_; }
 
 bool in_callback() { return t_in_callback; }
 

@@ -4,12 +4,12 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <mutex>
 #include <string>
 #include <unordered_map>
 
 #include "kelp/trace.h"
+#include "trace/file.hpp"
 #include "trace/ring.hpp"
 
 namespace kelp::trace {
@@ -25,7 +25,7 @@ struct Trace {
   std::unordered_map<std::string, std::uint8_t> wanted_levels;  // of modules not registered yet
   std::uint8_t default_level = KELP_TRACE_INFORMATION;
   Ring ring;
-  std::FILE *file = nullptr;
+  File file;
   kelp_trace_callback sink = nullptr;
   void *sink_context = nullptr;
   kelp_trace_text_source text_source = nullptr;
@@ -41,13 +41,17 @@ Trace &the_trace();
 // The level up to which a module's messages are kept; an unknown module has that of 0.
 std::uint8_t level_of(std::uint16_t module);
 
-// Messages that a callback emits are dropped, or they would never end.
+// Messages that a callback emits are dropped, or they would never end. Callbacks may read the trace
+// and so lead to further ones.
 class InCallback {
  public:
   InCallback();
   ~InCallback();
   InCallback(const InCallback &) = delete;
   InCallback &operator=(const InCallback &) = delete;
+
+ private:
+  bool before_;
 };
 bool in_callback();
 

@@ -3,6 +3,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <thread>
 
@@ -185,6 +187,79 @@ TEST_F(TraceTest, SinkHearsEachMessageAndCannotLoop) {
   EXPECT_EQ(heard.indices, (std::vector<std::uint32_t>{1, 2}));
 }
 
+// A sink that looks into the ring is still a sink when it emits afterwards.
+TEST_F(TraceTest, SinkThatReadsTheRingDoesNotCallItself) {
+  static int calls = 0;
+  static std::uint32_t source_module = 0;
+  calls = 0;
+  source_module = module;
+  kelp_trace_set_sink(
+      [](void *, const kelp_trace_event *) {
+        ++calls;
+        kelp_trace_read_ring(nullptr, nullptr);
+        if (calls < 100) {
+          __XLf_0(kSource, 2, static_cast<std::uint16_t>(source_module), kError);
+        }
+        return 0;
+      },
+      nullptr);
+  __XLf_0(kSource, 1, module, kError);
+  kelp_trace_set_sink(nullptr, nullptr);
+  EXPECT_EQ(calls, 1);
+}
+
+TEST_F(TraceTest, RingOfMoreThanThereIsIsRefused) {
+  __XLf_0(kSource, 1, module, kError);
+  for (const std::size_t bytes : {SIZE_MAX, SIZE_MAX - 6, SIZE_MAX - 7, SIZE_MAX / 2 + 1}) {
+    EXPECT_EQ(kelp_trace_set_ring_size(bytes), 22);
+  }
+  EXPECT_GE(kelp_trace_read_ring(nullptr, nullptr), 1u);
+}
+
+// Records of one size that fill the ring to its last byte are all kept, round after round.
+TEST_F(TraceTest, RingHoldsWhatFitsExactly) {
+  constexpr std::uint64_t kRecords = 4;
+  ASSERT_EQ(kelp_trace_set_ring_size(kRecords * 48), 0);
+  std::vector<Kept> events;
+  for (std::uint32_t i = 0; i < 23; ++i) {
+    __XLf_0(kSource, i, module, kError);
+    events.clear();
+    const std::uint64_t expected = std::min<std::uint64_t>(i + 1, kRecords);
+    ASSERT_EQ(kelp_trace_read_ring(keep, &events), expected);
+    for (std::uint64_t k = 0; k < expected; ++k) {
+      ASSERT_EQ(events[k].event.index, i + 1 - expected + k) << i;
+    }
+  }
+  ASSERT_EQ(kelp_trace_set_ring_size(48), 0);
+  __XLf_0(kSource, 7, module, kError);
+  EXPECT_EQ(kelp_trace_read_ring(nullptr, nullptr), 1u);
+  __XLf_4(kSource, 7, module, kError, 1);
+  EXPECT_EQ(kelp_trace_read_ring(nullptr, nullptr), 1u) << "longer than the ring";
+  ASSERT_EQ(kelp_trace_set_ring_size(64 * 1024), 0);
+}
+
+// Records of any sizes in rings of any size: what is read is the latest ones, without a gap.
+TEST_F(TraceTest, RingKeepsALatestRun) {
+  const std::string text(200, 'x');
+  for (std::size_t size = 48; size < 900; size += 8) {
+    ASSERT_EQ(kelp_trace_set_ring_size(size), 0);
+    std::vector<Kept> events;
+    for (std::uint32_t i = 0; i < 40; ++i) {
+      __XLf_1(kSource, i, module, kError, text.c_str() + (i * 37 + size) % 200);
+      events.clear();
+      kelp_trace_read_ring(keep, &events);
+      for (std::size_t k = 1; k < events.size(); ++k) {
+        ASSERT_EQ(events[k].event.index, events[k - 1].event.index + 1);
+      }
+      if (size >= 48 + 8 + 200) {
+        ASSERT_FALSE(events.empty());
+        ASSERT_EQ(events.back().event.index, i);
+      }
+    }
+  }
+  ASSERT_EQ(kelp_trace_set_ring_size(64 * 1024), 0);
+}
+
 TEST_F(TraceTest, ReadingStopsWhenAsked) {
   for (std::uint32_t i = 0; i < 5; ++i) __XLf_0(kSource, i, module, kError);
   const auto stop = [](void *, const kelp_trace_event *event) { return event->index == 2 ? 1 : 0; };
@@ -217,6 +292,19 @@ class TraceFileTest : public TraceTest {
     std::ofstream(path, std::ios::binary | std::ios::app) << bytes;
   }
 
+  // The bytes of a record of 80 bytes.
+  std::string record_of(std::uint32_t index) {
+    std::remove(path.c_str());
+    EXPECT_EQ(kelp_trace_open_file(path.c_str(), &error), 0);
+    __XLf_14(kSource, index, module, kError, "abcdefgh", 5);
+    EXPECT_EQ(kelp_trace_open_file(nullptr, &error), 0);
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(bytes.size(), 80u);
+    std::remove(path.c_str());
+    return bytes;
+  }
+
   std::string path;
   kelp_error error = {};
 };
@@ -233,6 +321,16 @@ TEST_F(TraceFileTest, FileHoldsTheRecords) {
     ASSERT_EQ(events[i].event.index, i);
     ASSERT_EQ(events[i].event.arguments[1].number, i);
   }
+}
+
+TEST_F(TraceFileTest, FileThatCannotBeOpenedLeavesTheOneBefore) {
+  ASSERT_EQ(kelp_trace_open_file(path.c_str(), &error), 0);
+  EXPECT_EQ(kelp_trace_open_file("/nonexistent/trace", &error), ENOENT);
+  __XLf_0(kSource, 1, module, kError);
+  ASSERT_EQ(kelp_trace_open_file(nullptr, &error), 0);
+  kelp_trace_file_report report;
+  ASSERT_EQ(kelp_trace_scan_file(path.c_str(), nullptr, nullptr, &report, &error), 0);
+  EXPECT_EQ(report.records, 1u);
 }
 
 TEST_F(TraceFileTest, FileIsAppendedTo) {
@@ -262,17 +360,108 @@ TEST_F(TraceFileTest, RecordLiesAsDocumented) {
   EXPECT_EQ(bytes.substr(64, 16), std::string("\4\0\0\0\4\0\0\0\x0D\x0C\x0B\x0A\0\0\0\0", 16));
 }
 
-TEST_F(TraceFileTest, ForeignBytesAreRefusedWithTheirPlace) {
-  ASSERT_EQ(kelp_trace_open_file(path.c_str(), &error), 0);
-  __XLf_0(kSource, 1, module, kError);
-  ASSERT_EQ(kelp_trace_open_file(nullptr, &error), 0);
+TEST_F(TraceFileTest, FileWithoutARecordIsRefusedWithThePlace) {
   write_bytes(std::string(48, 'z'));
   std::vector<Kept> events;
   EXPECT_EQ(kelp_trace_read_file(path.c_str(), keep, &events, &error), 22);
-  EXPECT_EQ(events.size(), 1u);
+  EXPECT_EQ(events.size(), 0u);
   EXPECT_EQ(std::string(error.text), "kelp_trace_read_file: '" + path +
-                                         "' at byte 48: magic of a record: found 0x7a7a7a7a, "
+                                         "' at byte 0: magic of a record: found 0x7a7a7a7a, "
                                          "expected 0x54504c4b");
+}
+
+// Three records, the second of which is torn at each of its bytes: the others are read, and what is
+// left of it is counted. One whose last bytes are padding may be whole without them.
+TEST_F(TraceFileTest, TornRecordCostsItselfAlone) {
+  const std::string first = record_of(1);
+  const std::string second = record_of(2);
+  const std::string third = record_of(3);
+  for (std::size_t cut = 0; cut < second.size(); ++cut) {
+    std::remove(path.c_str());
+    write_bytes(first + second.substr(0, cut) + third);
+    std::vector<Kept> events;
+    kelp_trace_file_report report;
+    ASSERT_EQ(kelp_trace_scan_file(path.c_str(), keep, &events, &report, &error), 0) << error.text;
+    ASSERT_EQ(events.size(), 2u) << cut;
+    EXPECT_EQ(events[0].event.index, 1u) << cut;
+    EXPECT_EQ(events[1].event.index, 3u) << cut;
+    EXPECT_EQ(report.records, 2u);
+    EXPECT_EQ(report.bytes_passed_over, cut);
+    EXPECT_EQ(report.places_passed_over, cut == 0 ? 0u : 1u);
+    EXPECT_EQ(error.text[0] == '\0', cut == 0);
+  }
+  EXPECT_EQ(std::string(error.text).substr(0, std::string(error.text).find(": b")),
+            "kelp_trace_scan_file: '" + path +
+                "': passed over 79 bytes in 1 places, the first at "
+                "byte 80");
+}
+
+TEST_F(TraceFileTest, TornRecordAtTheEndIsCounted) {
+  const std::string one = record_of(1);
+  for (std::size_t cut = 1; cut < one.size(); ++cut) {
+    std::remove(path.c_str());
+    write_bytes(one + "noise" + one + one.substr(0, cut));
+    kelp_trace_file_report report;
+    ASSERT_EQ(kelp_trace_scan_file(path.c_str(), nullptr, nullptr, &report, &error), 0);
+    EXPECT_EQ(report.records, 2u);
+    EXPECT_EQ(report.bytes_passed_over, 5 + cut);
+    EXPECT_EQ(report.places_passed_over, 2u);
+  }
+}
+
+TEST_F(TraceFileTest, ManyTornRecordsInALongFile) {
+  const std::string one = record_of(1);
+  std::string bytes;
+  std::uint64_t torn = 0;
+  for (std::size_t i = 0; i < 20000; ++i) {
+    bytes += one;
+    if (i % 7 != 3) continue;
+    const std::size_t cut = 1 + i % (one.size() - 1);
+    bytes += one.substr(0, cut);
+    torn += cut;
+  }
+  write_bytes(bytes);
+  kelp_trace_file_report report;
+  std::vector<Kept> events;
+  ASSERT_EQ(kelp_trace_scan_file(path.c_str(), keep, &events, &report, &error), 0);
+  EXPECT_EQ(report.records, 20000u);
+  EXPECT_EQ(events.size(), 20000u);
+  EXPECT_EQ(report.bytes_passed_over, torn);
+}
+
+TEST_F(TraceFileTest, RefusedBytesLeadToTheNextRecord) {
+  const std::string one = record_of(1);
+  kelp_trace_event event;
+  std::size_t length = 0;
+  const auto refused = [&](const std::string &from) {
+    EXPECT_EQ(kelp_trace_read_record(reinterpret_cast<const std::uint8_t *>(from.data()),
+                                     from.size(), &event, &length, nullptr),
+              KELP_ERR_INVALID);
+    return length;
+  };
+  EXPECT_EQ(refused("garbage" + one), 7u);
+  EXPECT_EQ(refused("garbage"), 7u);
+  EXPECT_EQ(refused("garbage" + one.substr(0, 2)), 7u);
+  EXPECT_EQ(refused(one.substr(0, 60) + one), 60u);
+}
+
+TEST_F(TraceFileTest, LostRecordsAreReported) {
+  ASSERT_EQ(kelp_trace_open_file("/dev/full", &error), 0) << error.text;
+  EXPECT_EQ(kelp_trace_flush(), 0);
+  for (int i = 0; i < 3; ++i) __XLf_0(kSource, 1, module, kError);
+  EXPECT_EQ(kelp_trace_flush(), ENOSPC);
+  EXPECT_EQ(kelp_trace_flush(), 0) << "it was reported";
+  for (int i = 0; i < 2; ++i) __XLf_0(kSource, 1, module, kError);
+  EXPECT_EQ(kelp_trace_open_file(path.c_str(), &error), ENOSPC);
+  EXPECT_STREQ(error.text,
+               "kelp_trace_open_file: 2 records of the file before were lost: No space left on "
+               "device");
+  __XLf_0(kSource, 7, module, kError);
+  EXPECT_EQ(kelp_trace_flush(), 0);
+  std::vector<Kept> events;
+  ASSERT_EQ(kelp_trace_read_file(path.c_str(), keep, &events, &error), 0) << error.text;
+  EXPECT_EQ(events.size(), 1u);
+  EXPECT_EQ(kelp_trace_open_file(nullptr, &error), 0);
 }
 
 TEST_F(TraceFileTest, DamagedRecordsAreRefused) {
