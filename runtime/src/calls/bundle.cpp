@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/failure.hpp"
+#include "base/undying.hpp"
 #include "kelp/core.h"
 #include "kelp/embed.h"
 
@@ -27,10 +28,7 @@ struct Registrations {
 };
 
 // Never destroyed: libraries take their handlers out while the process ends.
-Registrations &registrations() {
-  static auto *const all = new Registrations;
-  return *all;
-}
+Registrations &registrations() { return kelp::undying<Registrations>(); }
 
 }  // namespace
 

@@ -140,7 +140,13 @@ extern "C" int32_t kelp_database_close(kelp_database *database, kelp_error *erro
     delete database;
     return code;
   }
-  const kelp::ArenaStatistics left = database->objects.statistics();
+  kelp::ArenaStatistics left = database->objects.statistics();
+  database->keys.each_pointer([&](const void *pointer) {
+    std::size_t size = 0;
+    if (!database->objects.live_size(pointer, &size)) return;
+    --left.live_allocations;
+    left.live_bytes -= size;
+  });
   if (left.live_allocations == 0) {
     kelp::succeed(error);
   } else {

@@ -23,6 +23,7 @@ std::int32_t last_code(const kelp_handle *handle) {
 extern "C" void kelp_clear_last_error(kelp_handle *handle) {
   if (handle == nullptr) return;
   handle->state->last_error = 0;
+  handle->state->pool.refused_link = false;
   handle->state->pool.refused = false;
   kelp::set_current_database(handle->state->database);
 }
@@ -49,6 +50,13 @@ extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error 
         "handle on database '%s': variant mismatch: the object or the handle's domain "
         "holds a lower variant than the field or value needs",
         database->name.c_str());
+  }
+  if (code == KELP_ERR_EXISTS && handle->state->pool.refused_link) {
+    return kelp::fail(
+        error, code,
+        "handle on database '%s': no memory to follow the record in its table: it was "
+        "not inserted, and %d stands for that",
+        database->name.c_str(), code);
   }
   const kelp::ObjectMemory::Refusal refusal = database->objects.last_refusal();
   if (code == KELP_ERR_NO_MEMORY && database->store != nullptr && handle->db_lock_state == 0) {

@@ -35,17 +35,23 @@ extern "C" kelp_type_record *kelp_type_info_ptr_get(kelp_handle *handle, uint32_
   kelp_type_record_copy *copy = nullptr;
   uint32_t code = 0;
   const bool done = kelp::without_exceptions([&] {
-    copy = types.find(static_record);
-    // A module that was loaded since the store was opened.
-    if (copy != nullptr && database.store != nullptr &&
-        !kelp::are_laid_out_alike(copy->record, *static_record)) {
-      copy = nullptr;
-      code = KELP_ERR_INVALID;
-      return;
-    }
-    const bool stale = database.store != nullptr && copy != nullptr &&
-                       kelp::has_fewer_variants(copy, static_record);
-    if ((copy != nullptr && !stale) || initialize == nullptr || !kelp::may_register(handle)) return;
+    const auto look = [&] {
+      copy = types.find(static_record);
+      // A module that was loaded since the store was opened.
+      if (copy != nullptr && database.store != nullptr &&
+          !kelp::are_laid_out_alike(copy->record, *static_record)) {
+        copy = nullptr;
+        code = KELP_ERR_INVALID;
+        return true;
+      }
+      const bool stale = database.store != nullptr && copy != nullptr &&
+                         kelp::has_fewer_variants(copy, static_record);
+      return copy != nullptr && !stale;
+    };
+    if (look() || initialize == nullptr || !kelp::may_register(handle)) return;
+    // One thread enters a copy, the others find it.
+    const std::lock_guard lock(database.registering);
+    if (look()) return;
     initialize(handle, space_id, &code);
     copy = types.find(static_record);
   });

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <set>
 
+#include "base/undying.hpp"
 #include "kelp/core.h"
 
 namespace kelp {
@@ -17,10 +18,7 @@ struct OpenDatabases {
   std::uint64_t last = 0;
 };
 
-OpenDatabases &open_databases() {
-  static auto *const open = new OpenDatabases;
-  return *open;
-}
+OpenDatabases &open_databases() { return undying<OpenDatabases>(); }
 
 void forget_block(void *context, const void *block, std::size_t size) {
   auto *database = static_cast<kelp_database *>(context);

@@ -55,6 +55,7 @@ struct kelp_database {
   kelp::ObjectMemory objects;  // what modules allocate
   kelp::TypeTable types;
   kelp::Keys keys;
+  std::recursive_mutex registering;  // of a module's type records, one thread at a time
 
   std::mutex roots_mutex;
   kelp_table_list no_tables = {};

@@ -6,8 +6,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <memory>
 #include <new>
 
 #include "parts/poison.hpp"
@@ -21,23 +22,35 @@ constexpr std::uint8_t kLive = 1;
 constexpr std::uint8_t kWatched = 2;
 constexpr std::size_t kAlignment = 16;
 constexpr std::size_t kLargeHeader = 64;
+constexpr std::size_t kPage = 4096;
 
 constexpr std::size_t round_up(std::size_t value, std::size_t step) {
   return (value + step - 1) / step * step;
 }
 
+// Memory of the system at a multiple of step, null when it has none.
+std::byte *map_memory(std::size_t bytes, std::size_t step) {
+  const std::size_t asked = step > kPage ? bytes + step : bytes;
+  void *found = mmap(nullptr, asked, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (found == MAP_FAILED) return nullptr;
+  auto *start = static_cast<std::byte *>(found);
+  auto *wanted = reinterpret_cast<std::byte *>(
+      round_up(reinterpret_cast<std::uintptr_t>(start), std::max(step, kPage)));
+  const auto before = static_cast<std::size_t>(wanted - start);
+  if (before != 0) munmap(start, before);
+  if (asked - before > bytes) munmap(wanted + bytes, asked - before - bytes);
+  return wanted;
+}
+
+void unmap(std::byte *memory, std::size_t bytes) {
+  unpoison(memory, bytes);
+  munmap(memory, bytes);
+}
+
 // The memory goes back to the system, its addresses to nobody.
 void retire(std::byte *chunk, std::size_t bytes) {
-  static std::mutex lock;
-  static auto *retired = new std::vector<std::byte *>;  // reachable, for leak checkers
   poison(chunk, bytes);
   madvise(chunk, bytes, MADV_DONTNEED);
-  const std::lock_guard guard(lock);
-  try {
-    retired->push_back(chunk);
-  } catch (const std::bad_alloc &) {
-    // It stays taken all the same.
-  }
 }
 
 }  // namespace
@@ -126,20 +139,17 @@ struct Arena::Block {
 };
 
 Arena::~Arena() {
-  // A large chunk stands under several keys; it goes once.
-  std::vector<Chunk *> chunks;
-  for (const auto &[key, chunk] : chunks_) chunks.push_back(chunk);
-  std::sort(chunks.begin(), chunks.end());
-  chunks.erase(std::unique(chunks.begin(), chunks.end()), chunks.end());
-  for (Chunk *chunk : chunks) {
-    if (chunk->withheld) {
-      retire(chunk->memory, chunk->bytes);
-    } else {
-      unpoison(chunk->memory, chunk->bytes);
-      std::free(chunk->memory);
-    }
-    delete chunk;
+  for (const auto &[key, chunk] : chunks_) end_chunk(chunk);
+  for (const auto &[start, chunk] : large_) end_chunk(chunk);
+}
+
+void Arena::end_chunk(Chunk *chunk) {
+  if (chunk->withheld) {
+    retire(chunk->memory, chunk->bytes);
+  } else {
+    unmap(chunk->memory, chunk->bytes);
   }
+  delete chunk;
 }
 
 void Arena::set_release_hook(ReleaseHook hook, void *context) {
@@ -155,8 +165,8 @@ void *Arena::allocate(std::size_t size) {
       return nullptr;
     }
     const std::size_t padded = size + kRedZone;
-    void *block =
-        padded <= kLargestSlot ? allocate_slot(size, store::class_of(padded)) : allocate_large(size);
+    void *block = padded <= kLargestSlot ? allocate_slot(size, store::class_of(padded))
+                                         : allocate_large(size);
     if (block == nullptr) refuse(size);
     return block;
   } catch (const std::bad_alloc &) {
@@ -244,47 +254,50 @@ void Arena::retire_span(Span *span) {
 }
 
 Arena::Chunk *Arena::add_chunk(std::size_t bytes, bool large) {
-  const std::size_t rounded = round_up(bytes, large ? std::size_t{4096} : kChunkBytes);
-  void *memory = std::aligned_alloc(kChunkBytes, round_up(rounded, kChunkBytes));
-  if (memory == nullptr) return nullptr;
-  Chunk *chunk = new (std::nothrow) Chunk;
-  if (chunk == nullptr) {
-    std::free(memory);
-    return nullptr;
-  }
+  const std::size_t rounded = round_up(bytes, kPage);
+  std::unique_ptr<Chunk> chunk(new (std::nothrow) Chunk);
+  if (chunk == nullptr) return nullptr;
   chunk->large = large;
   chunk->bytes = rounded;
-  chunk->memory = static_cast<std::byte *>(memory);
-  const auto first = reinterpret_cast<std::uintptr_t>(memory) / kChunkBytes;
-  const std::size_t pages = round_up(rounded, kChunkBytes) / kChunkBytes;
+  chunk->memory = map_memory(rounded, large ? kPage : kChunkBytes);
+  if (chunk->memory == nullptr) return nullptr;
+  const auto start = reinterpret_cast<std::uintptr_t>(chunk->memory);
   try {
-    for (std::size_t i = 0; i < pages; ++i) chunks_[first + i] = chunk;
+    if (large) {
+      large_[start] = chunk.get();
+    } else {
+      chunks_[start / kChunkBytes] = chunk.get();
+    }
   } catch (const std::bad_alloc &) {
-    for (std::size_t i = 0; i < pages; ++i) chunks_.erase(first + i);
-    delete chunk;
-    std::free(memory);
+    unmap(chunk->memory, rounded);
     return nullptr;
   }
   statistics_.reserved_bytes += rounded;
-  return chunk;
+  return chunk.release();
 }
 
 void Arena::drop_large(Chunk *chunk) {
-  const auto first = reinterpret_cast<std::uintptr_t>(chunk->memory) / kChunkBytes;
-  const std::size_t pages = round_up(chunk->bytes, kChunkBytes) / kChunkBytes;
-  for (std::size_t i = 0; i < pages; ++i) chunks_.erase(first + i);
+  large_.erase(reinterpret_cast<std::uintptr_t>(chunk->memory));
   statistics_.reserved_bytes -= chunk->bytes;
-  unpoison(chunk->memory, chunk->bytes);
-  std::free(chunk->memory);
+  unmap(chunk->memory, chunk->bytes);
   delete chunk;
 }
 
-bool Arena::find(const void *address, Block *block) const {
+Arena::Chunk *Arena::chunk_of(const void *address) const {
   const auto value = reinterpret_cast<std::uintptr_t>(address);
   const auto found = chunks_.find(value / kChunkBytes);
-  if (found == chunks_.end()) return false;
-  Chunk *chunk = found->second;
-  const std::size_t offset = value - reinterpret_cast<std::uintptr_t>(chunk->memory);
+  if (found != chunks_.end()) return found->second;
+  const auto behind = large_.upper_bound(value);
+  if (behind == large_.begin()) return nullptr;
+  const auto &[start, chunk] = *std::prev(behind);
+  return value - start < chunk->bytes ? chunk : nullptr;
+}
+
+bool Arena::find(const void *address, Block *block) const {
+  Chunk *chunk = chunk_of(address);
+  if (chunk == nullptr) return false;
+  const auto offset =
+      static_cast<std::size_t>(static_cast<const std::byte *>(address) - chunk->memory);
   block->chunk = chunk;
   if (chunk->large) {
     if (offset < kLargeHeader || offset >= chunk->bytes) return false;
@@ -341,8 +354,7 @@ BlockState Arena::watch(const void *address) {
   const std::lock_guard lock(mutex_);
   Block block;
   if (!find(address, &block)) {
-    const auto value = reinterpret_cast<std::uintptr_t>(address);
-    return chunks_.count(value / kChunkBytes) == 0 ? BlockState::foreign : BlockState::dead;
+    return chunk_of(address) == nullptr ? BlockState::foreign : BlockState::dead;
   }
   if ((*block.state & kLive) == 0) return BlockState::dead;
   *block.state |= kWatched;
@@ -356,6 +368,14 @@ bool Arena::holds(const void *address, std::size_t length) const {
   const auto offset =
       static_cast<std::size_t>(static_cast<const std::byte *>(address) - block.start);
   return offset <= block.asked && length <= block.asked - offset;
+}
+
+bool Arena::live_size(const void *block, std::size_t *size) const {
+  const std::lock_guard lock(mutex_);
+  Block found;
+  if (!find(block, &found) || found.start != block || (*found.state & kLive) == 0) return false;
+  *size = found.asked;
+  return true;
 }
 
 void Arena::withhold(const void *address) {

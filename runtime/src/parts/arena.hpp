@@ -2,18 +2,18 @@
 // system's allocator for each.
 //
 // Small blocks come from 64 KiB spans of equal slots, one size class to a span; blocks above
-// kLargestSlot are taken from the system directly. Each slot has a state byte, so that a block is
-// never freed twice and the runtime learns when memory goes beside which it keeps something
-// (watch). Freed memory is poisoned for the address sanitizer, and so is the part of a slot beyond
-// what was asked for. Locked by a mutex of its own; under it the release hook runs, which therefore
-// must not call back into the arena.
+// kLargestSlot are taken from the system directly, each at its size. Each slot has a state byte, so
+// that a block is never freed twice and the runtime learns when memory goes beside which it keeps
+// something (watch). Freed memory is poisoned for the address sanitizer, and so is the part of a
+// slot beyond what was asked for. Locked by a mutex of its own; under it the release hook runs,
+// which therefore must not call back into the arena.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <mutex>
 #include <unordered_map>
-#include <vector>
 
 namespace kelp {
 
@@ -58,6 +58,9 @@ class Arena {
   // Whether all of the range lies in one live block.
   bool holds(const void *address, std::size_t length) const;
 
+  // Whether a live block begins there; size gets what was asked for.
+  bool live_size(const void *block, std::size_t *size) const;
+
   // Required: keeps the address, and those around it, out of every later arena of the process. A
   // module remembers where a block lies that it keeps under a key, and asks a store whether that
   // lies in it; one at the addresses of an earlier store would say yes.
@@ -88,7 +91,6 @@ class Arena {
   static constexpr std::size_t kSpansPerChunk = kChunkBytes / kSpanBytes;
   static constexpr std::size_t kClasses = 36;
 
-
   void *allocate_slot(std::size_t size, std::size_t class_index);
   void *allocate_large(std::size_t size);
   Span *span_with_room(std::size_t class_index);
@@ -96,6 +98,8 @@ class Arena {
   void retire_span(Span *span);
   Chunk *add_chunk(std::size_t bytes, bool large);
   void drop_large(Chunk *chunk);
+  static void end_chunk(Chunk *chunk);
+  Chunk *chunk_of(const void *address) const;
   bool find(const void *address, Block *block) const;
   bool within_limit(std::size_t bytes) const;
   void count_in(std::size_t asked, std::size_t used);
@@ -104,6 +108,7 @@ class Arena {
 
   mutable std::mutex mutex_;
   std::unordered_map<std::uintptr_t, Chunk *> chunks_;  // by address / kChunkBytes
+  std::map<std::uintptr_t, Chunk *> large_;             // by address
   Span *available_[kClasses] = {};                      // spans with a free slot
   Span *free_spans_ = nullptr;
   ArenaStatistics statistics_;

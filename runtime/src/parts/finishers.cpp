@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "base/failure.hpp"
+#include "base/undying.hpp"
 
 namespace kelp {
 
@@ -20,10 +21,7 @@ struct Registry {
   std::mutex mutex;
   std::unordered_map<std::string, Function> functions;
 
-  static Registry &the() {
-    static auto *const registry = new Registry;
-    return *registry;
-  }
+  static Registry &the() { return undying<Registry>(); }
 };
 
 template <typename Function>

@@ -5,6 +5,8 @@
 #include <new>
 #include <string_view>
 
+#include "base/undying.hpp"
+
 namespace kelp {
 
 namespace {
@@ -16,10 +18,7 @@ struct Seen {
   std::unordered_map<const void *, std::uint64_t> places;
 };
 
-Seen &seen() {
-  static auto *const all = new Seen;
-  return *all;
-}
+Seen &seen() { return undying<Seen>(); }
 
 }  // namespace
 
@@ -34,6 +33,17 @@ Keys::Entry *Keys::find_entry(std::uint64_t hash, const char *key, std::size_t l
   return keys().find<Entry>(hash, [&](Entry &entry) {
     return std::string_view(entry.key(), entry.key_length) == std::string_view(key, length);
   });
+}
+
+// Whether no entry before this one holds its pointer.
+bool Keys::is_first(const Entry &entry) const {
+  bool first = true;
+  bool reached = false;
+  keys().each<Entry>([&](const Entry &other) {
+    reached = reached || &other == &entry;
+    if (!reached && other.pointer == entry.pointer) first = false;
+  });
+  return first;
 }
 
 void Keys::remember(const void *pointer, std::uint64_t hash) const {

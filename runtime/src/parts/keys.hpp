@@ -30,6 +30,15 @@ class Keys {
   // stands under the one key of this store that it was ever seen under.
   bool confirms(const void *pointer) const;
 
+  // Calls visit with each pointer that stands under a key, once.
+  template <typename Visit>
+  void each_pointer(const Visit &visit) const {
+    const std::lock_guard lock(mutex_);
+    keys().each<Entry>([&](const Entry &entry) {
+      if (is_first(entry)) visit(entry.pointer);
+    });
+  }
+
  private:
   // Lies in the database's memory, with the key behind it.
   struct Entry {
@@ -40,6 +49,7 @@ class Keys {
   };
 
   store::Index keys() const { return {*memory_, directory_->keys}; }
+  bool is_first(const Entry &entry) const;
   Entry *find_entry(std::uint64_t hash, const char *key, std::size_t length) const;
   void remember(const void *pointer, std::uint64_t hash) const;
 

@@ -48,6 +48,11 @@ class ObjectMemory {
   // Whether all of the range lies in one live block.
   bool holds(const void *address, std::size_t length) const;
 
+  // Whether a live block of private memory begins there; size gets what was asked for.
+  bool live_size(const void *block, std::size_t *size) const {
+    return arena_.live_size(block, size);
+  }
+
   void withhold(const void *address);
   ArenaStatistics statistics() const;
   bool set_limit(std::size_t bytes);

@@ -14,13 +14,13 @@ TableState *TableStates::find(const kelp_table *table) const {
 
 TableState *TableStates::make(const kelp_table *table) {
   const std::lock_guard lock(mutex_);
+  const auto known = states_.find(table);
+  if (known != states_.end()) return known->second.get();
   auto fresh = std::make_unique<TableState>();
-  std::unique_ptr<TableState> &state = states_[table];
-  if (state == nullptr) {
-    state = std::move(fresh);
-    ++count_;
-  }
-  return state.get();
+  TableState *made = fresh.get();
+  states_.emplace(table, std::move(fresh));
+  ++count_;
+  return made;
 }
 
 void TableStates::note_record(const kelp_record *record, const std::shared_ptr<Feed> &feed) {

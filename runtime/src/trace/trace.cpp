@@ -1,7 +1,7 @@
 // Making the process's trace, and where its messages go.
 #include "trace/trace.hpp"
 
-#include <new>
+#include "base/undying.hpp"
 
 namespace kelp::trace {
 
@@ -16,11 +16,7 @@ Trace::Trace() {
   ring.resize(kDefaultRingBytes);
 }
 
-Trace &the_trace() {
-  alignas(Trace) static std::byte memory[sizeof(Trace)];
-  static auto *const trace = new (memory) Trace;
-  return *trace;
-}
+Trace &the_trace() { return undying<Trace>(); }
 
 InCallback::InCallback() : before_(t_in_callback) { t_in_callback = true; }
 InCallback::~InCallback() { t_in_callback = before_; }

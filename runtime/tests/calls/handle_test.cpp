@@ -140,7 +140,13 @@ TEST_F(HandleTest, VariantMismatchSetsWordAndLastError) {
   EXPECT_EQ(err, 43u);
   EXPECT_EQ(kelp_handle_last_error(handle, &error), 43);
   EXPECT_NE(std::string(error.text).find("variant mismatch"), std::string::npos);
-  kelp_store_epoch_err(handle, 43, nullptr);
+  kelp_clear_last_error(handle);
+  kelp_store_epoch_err(handle, 5, nullptr);
+  EXPECT_EQ(kelp_handle_last_error(handle, nullptr), 43);
+  err = 0;
+  kelp_store_epoch_err(handle, 5, &err);
+  EXPECT_EQ(err, 43u);
+  kelp_store_epoch_err(nullptr, 43, &err);
 }
 
 TEST_F(HandleTest, HooksCountAndShowWrites) {

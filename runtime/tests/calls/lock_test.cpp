@@ -1,5 +1,6 @@
 // The database's lock.
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "support.hpp"
@@ -92,6 +93,34 @@ TEST_F(LockTest, WriterWaitsForReaders) {
   ASSERT_EQ(kelp_unlock(handle, &error), 0);
   writer.join();
   EXPECT_TRUE(written);
+}
+
+// A reader that comes while a writer waits goes behind it.
+TEST_F(LockTest, WriterGoesBeforeLaterReaders) {
+  ASSERT_EQ(kelp_lock_read(handle, nullptr), 0);
+  std::atomic<int> turn = 0;
+  int writers_turn = 0;
+  int readers_turn = 0;
+  std::thread writer([&] {
+    ASSERT_EQ(kelp_lock_write(other, nullptr), 0);
+    writers_turn = ++turn;
+    kelp_unlock(other, nullptr);
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  std::thread reader([&] {
+    kelp_handle *late = kelp_handle_create(database, nullptr, nullptr);
+    ASSERT_EQ(kelp_lock_read(late, nullptr), 0);
+    readers_turn = ++turn;
+    kelp_unlock(late, nullptr);
+    kelp_handle_destroy(late);
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  EXPECT_EQ(turn, 0) << "the reader overtook the writer";
+  kelp_unlock(handle, nullptr);
+  writer.join();
+  reader.join();
+  EXPECT_EQ(writers_turn, 1);
+  EXPECT_EQ(readers_turn, 2);
 }
 
 TEST_F(LockTest, LockingSetsTheTenantOfTheHandle) {

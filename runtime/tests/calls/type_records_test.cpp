@@ -1,4 +1,7 @@
 // Registering type records: copies, their variant info, and finding them.
+#include <chrono>
+#include <thread>
+
 #include "support.hpp"
 
 namespace {
@@ -119,6 +122,39 @@ TEST_F(TypeTableTest, AddressUsedAgainByAnotherTypeIsNoticed) {
   std::memcpy(first.record.md5_text, second.record.md5_text, sizeof first.record.md5_text);
   EXPECT_NE(get(&first.record), copy);
   EXPECT_EQ(get(&first.record), get(&second.record));
+}
+
+TEST_F(TypeTableTest, ReplacedCopyIsNotGivenAnyMore) {
+  kelp_type_record *copy = get(&first.record);
+  EXPECT_EQ(get(&first.record), copy);
+  auto *other = static_cast<kelp_type_record_copy *>(
+      handle->type_alloc(handle->type_pool, KELP_SPACE_RUNTIME, sizeof(kelp_type_record_copy)));
+  std::memset(other, 0, sizeof *other);
+  other->record = first.record;
+  handle->type_table_insert(handle->type_table, 0, first.record.md5_text, other);
+  EXPECT_EQ(get(&first.record), &other->record);
+}
+
+void initialize_slowly(kelp_handle *handle, std::uint32_t space_id, std::uint32_t *err) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  initialize(handle, space_id, err);
+}
+
+// Modules look, find nothing, and enter a copy; two threads at it at once must not enter two.
+TEST_F(TypeTableTest, ThreadsAreGivenOneCopy) {
+  kelp_type_record *found[4] = {};
+  std::vector<std::thread> threads;
+  for (kelp_type_record *&each : found) {
+    threads.emplace_back([&each, this] {
+      kelp_handle *own = kelp_handle_create(database, nullptr, nullptr);
+      each = kelp_type_info_ptr_get(own, 0, &first.record, initialize_slowly);
+      kelp_handle_destroy(own);
+    });
+  }
+  for (std::thread &thread : threads) thread.join();
+  for (const kelp_type_record *each : found) EXPECT_EQ(each, found[0]);
+  EXPECT_NE(found[0], &first.record);
+  EXPECT_EQ(initializer_calls, 1);
 }
 
 TEST_F(TypeTableTest, CopiesAreNotCountedAsObjects) {

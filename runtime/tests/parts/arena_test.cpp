@@ -1,5 +1,6 @@
 // The object memory, through the hooks of a handle.
 #include <algorithm>
+#include <fstream>
 #include <random>
 #include <set>
 #include <thread>
@@ -89,6 +90,62 @@ TEST_F(ArenaTest, LargeBlocksGoBackToTheSystem) {
   EXPECT_EQ(memory().reserved_bytes, before);
 }
 
+// Of the address space, not of memory alone.
+TEST_F(ArenaTest, LargeBlocksCostTheirSize) {
+  const auto address_space = [] {
+    std::ifstream file("/proc/self/statm");
+    std::size_t pages = 0;
+    file >> pages;
+    return pages * 4096;
+  };
+  constexpr std::size_t kBlocks = 500;
+  const std::size_t before = address_space();
+  std::vector<void *> blocks;
+  for (std::size_t i = 0; i < kBlocks; ++i) blocks.push_back(allocate(20000));
+  EXPECT_LT(address_space() - before, kBlocks * 32768 + (std::size_t{4} << 20));
+  EXPECT_LE(memory().reserved_bytes, kBlocks * 24576);
+  for (void *block : blocks) {
+    EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 1u);
+    release(block);
+    EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
+  }
+  EXPECT_EQ(memory().reserved_bytes, 0u);
+}
+
+TEST_F(ArenaTest, HeadOfALargeBlockIsNotInTheStore) {
+  for (const std::size_t size : {20000, 100000, 3000000}) {
+    auto *block = static_cast<char *>(allocate(size));
+    EXPECT_EQ(lumen_in_range(handle->obj_pool, block - 1), 0u);
+    EXPECT_EQ(lumen_in_range(handle->obj_pool, block - 64), 0u);
+    EXPECT_EQ(lumen_in_range(handle->obj_pool, block - 65), 0u);
+    EXPECT_EQ(lumen_in_range(handle->obj_pool, block + size - 1), 1u);
+    EXPECT_EQ(lumen_in_range(handle->obj_pool, block + size), 0u);
+    EXPECT_EQ(lumen_set_range(handle->obj_pool, block - 1, 2, 0), 0u);
+    EXPECT_EQ(lumen_set_range(handle->obj_pool, block, size, 0), 1u);
+    release(block);
+  }
+}
+
+// At the edge: the last byte of a limit can be had, one more cannot.
+TEST_F(ArenaTest, LimitCanBeUsedUp) {
+  void *first = allocate(1000);
+  const std::uint64_t of_one = memory().used_bytes;
+  ASSERT_EQ(kelp_database_set_memory_limit(database, 3 * of_one, nullptr), 0);
+  void *second = allocate(1000);
+  void *third = allocate(1000);
+  EXPECT_NE(second, nullptr);
+  EXPECT_NE(third, nullptr);
+  EXPECT_EQ(memory().used_bytes, memory().limit_bytes);
+  EXPECT_EQ(allocate(0), nullptr);
+  EXPECT_EQ(kelp_database_set_memory_limit(database, 3 * of_one - 1, nullptr), 22);
+  EXPECT_EQ(kelp_database_set_memory_limit(database, 3 * of_one, nullptr), 0);
+  release(third);
+  EXPECT_EQ(kelp_database_set_memory_limit(database, 3 * of_one - 1, nullptr), 0);
+  EXPECT_EQ(allocate(1000), nullptr);
+  release(first);
+  release(second);
+}
+
 TEST_F(ArenaTest, EmptiedSpansServeOtherSizes) {
   std::vector<void *> blocks;
   for (int i = 0; i < 4000; ++i) blocks.push_back(allocate(200));
@@ -154,6 +211,20 @@ TEST_F(ArenaTest, CloseReportsWhatIsStillInUse) {
   allocate(24);
   allocate(0);
   expected_close_text = "database 'test' was closed with 2 allocations of 24 bytes still in use";
+}
+
+// What stands under a key is the store's own; what merely stood under one is not.
+TEST_F(ArenaTest, CloseDoesNotReportWhatStandsUnderAKey) {
+  void *root = allocate(32);
+  lumen_set_key(handle->obj_pool, "root", root);
+  lumen_set_key(handle->obj_pool, "the same", root);
+  void *forgotten = allocate(20);
+  void *freed = allocate(32);
+  lumen_set_key(handle->obj_pool, "freed", freed);
+  release(freed);
+  lumen_set_key(handle->obj_pool, "forgotten", forgotten);
+  lumen_set_key(handle->obj_pool, "forgotten", nullptr);
+  expected_close_text = "database 'test' was closed with 1 allocations of 20 bytes still in use";
 }
 
 TEST_F(ArenaTest, ThreadsAllocateTogether) {
