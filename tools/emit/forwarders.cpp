@@ -25,7 +25,7 @@ void write_forwarders(Writer &writer, const std::vector<Unit> &units) {
 }
 
 void write_version_script(Writer &writer, const std::vector<Unit> &units) {
-  std::string text = "{\n  global:\n";
+  std::string text = "OSPF_HARBOR_OPER_1 {\n  global:\n";
   for (const Unit &unit : units) {
     for (const Function &function : unit.functions) text += "    " + function.name + ";\n";
   }

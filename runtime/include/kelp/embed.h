@@ -6,7 +6,13 @@
  * expected. Functions that make something give null on failure.
  *
  * A database and its handles may be used by several threads, each with a handle of its own, under
- * the locks below. One handle is used by one thread at a time. */
+ * the locks below. One handle is used by one thread at a time.
+ *
+ * After fork the child has a copy of every private database, with its handles and cursors, and may
+ * use all of it: a fork waits until nobody is inside the runtime. Only the thread that forked is
+ * there: read locks of other threads are given up in the child, and a database that another thread
+ * held the write lock of, and may have changed half, gives no lock any more (1). New OIDs of the
+ * child differ from those of its parent. */
 #ifndef KELP_EMBED_H
 #define KELP_EMBED_H
 

@@ -131,7 +131,8 @@ KELP_API void kelp_trace_clear_ring(void);
 /* Appends every record from now on to the file; null closes it. error may be null. 0; errno when
  * the file cannot be opened, and the one before stays open then; or errno of what kept records from
  * the file before, which is closed all the same, with their number in error. Records are buffered
- * and reach the system whole, several at a time. */
+ * and reach the system whole, several at a time. A process that was forked goes on writing to the
+ * file, beside the one that it came from. */
 struct kelp_error; /* kelp/embed.h */
 KELP_API int32_t kelp_trace_open_file(const char *path, struct kelp_error *error);
 

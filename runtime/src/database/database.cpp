@@ -1,8 +1,11 @@
 // Which databases of the process are open, and what a database forgets with a block of its memory.
 #include "database/database.hpp"
 
+#include <pthread.h>
+
 #include <cstring>
-#include <set>
+#include <map>
+#include <new>
 
 #include "base/undying.hpp"
 #include "kelp/core.h"
@@ -11,10 +14,10 @@ namespace kelp {
 
 namespace {
 
-// The serials of the open databases. Never destroyed, so that threads which end late can look.
+// The open databases by their serials. Never destroyed, so that threads which end late can look.
 struct OpenDatabases {
   std::mutex mutex;
-  std::set<std::uint64_t> serials;
+  std::map<std::uint64_t, kelp_database *> databases;
   std::uint64_t last = 0;
 };
 
@@ -31,6 +34,61 @@ void forget_block(void *context, const void *block, std::size_t size) {
   const auto *table = static_cast<const kelp_table *>(block);
   if (database->toc.forget(table)) database->cache.forget_table(table);
 }
+
+// All locks of a database, in the order in which they are taken when one is taken under another.
+template <typename Visit>
+void for_each_lock(kelp_database &database, const Visit &visit) {
+  visit(database.roots_mutex);
+  visit(database.handles_mutex);
+  visit(database.objects.mutex());
+  visit(database.distances.mutex());
+  visit(database.oids.mutex());
+  visit(database.toc.mutex());
+  visit(database.tenants.mutex());
+  visit(database.tables);
+  visit(database.cache.mutex());
+  visit(database.walked.mutex());
+  visit(database.types.mutex());
+  visit(database.keys.mutex());
+  visit(database.system.mutex());
+}
+
+// A fork waits until nobody is inside a database, so that the child finds each whole and unlocked.
+void before_fork() {
+  OpenDatabases &open = open_databases();
+  open.mutex.lock();
+  for (const auto &[serial, database] : open.databases) {
+    database->registering.lock();
+    database->lock.before_fork();
+    for_each_lock(*database, [](auto &lock) { lock.lock(); });
+  }
+}
+
+void after_fork_in_parent() {
+  OpenDatabases &open = open_databases();
+  for (const auto &[serial, database] : open.databases) {
+    for_each_lock(*database, [](auto &lock) { lock.unlock(); });
+    database->lock.after_fork();
+    database->registering.unlock();
+  }
+  open.mutex.unlock();
+}
+
+void after_fork_in_child() {
+  OpenDatabases &open = open_databases();
+  for (const auto &[serial, database] : open.databases) {
+    for_each_lock(*database, [](auto &lock) { lock.unlock(); });
+    database->lock.after_fork_in_child();
+    // It knows its owner by a number that the child's thread does not have.
+    new (&database->registering) std::recursive_mutex;
+    if (database->store == nullptr) database->oids.part_from_parent();
+  }
+  open.mutex.unlock();
+}
+
+// Without memory at the load of the library a fork is as it is without this.
+[[maybe_unused]] const int at_fork =
+    pthread_atfork(before_fork, after_fork_in_parent, after_fork_in_child);
 
 }  // namespace
 
@@ -79,20 +137,20 @@ void watch_freed_blocks(kelp_database &database) {
 void enter_open_database(kelp_database &database) {
   OpenDatabases &open = open_databases();
   const std::lock_guard lock(open.mutex);
-  open.serials.insert(open.last + 1);
+  open.databases.emplace(open.last + 1, &database);
   database.serial = ++open.last;
 }
 
 void leave_open_databases(const kelp_database &database) {
   OpenDatabases &open = open_databases();
   const std::lock_guard lock(open.mutex);
-  open.serials.erase(database.serial);
+  open.databases.erase(database.serial);
 }
 
 bool database_is_open(std::uint64_t serial) {
   OpenDatabases &open = open_databases();
   const std::lock_guard lock(open.mutex);
-  return open.serials.count(serial) != 0;
+  return open.databases.count(serial) != 0;
 }
 
 }  // namespace kelp

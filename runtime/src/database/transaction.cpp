@@ -47,13 +47,20 @@ std::int32_t take_lock(kelp_handle *handle, LockMode mode, const char *function,
     return fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", function);
   }
   if (outcome == DatabaseLock::Outcome::held_by_handle) {
-    return fail(error, EDEADLK, "%s: database '%s': this handle holds the %s lock already",
-                function, database->name.c_str(), handle->db_lock_state == 2 ? "write" : "read");
+    return fail(error, KELP_ERR_DEADLOCK,
+                "%s: database '%s': this handle holds the %s lock already", function,
+                database->name.c_str(), handle->db_lock_state == 2 ? "write" : "read");
   }
   if (outcome == DatabaseLock::Outcome::held_by_thread) {
-    return fail(error, EDEADLK,
+    return fail(error, KELP_ERR_DEADLOCK,
                 "%s: database '%s': the calling thread holds the lock through another handle and "
                 "would wait for itself",
+                function, database->name.c_str());
+  }
+  if (outcome == DatabaseLock::Outcome::lost) {
+    return fail(error, KELP_ERR_PERMISSION,
+                "%s: database '%s': another thread was writing when this process was forked, and "
+                "may have changed it half; open a database of this process",
                 function, database->name.c_str());
   }
   if (outcome == DatabaseLock::Outcome::timed_out) {

@@ -81,6 +81,9 @@ class Arena {
   Refusal last_refusal() const;
   void note_refusal(std::size_t size);
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   struct Span;
   struct Chunk;

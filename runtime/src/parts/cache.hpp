@@ -23,6 +23,9 @@ class ReplicationCache {
   void forget_table(const kelp_table *table);
   void clear();
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   struct Details {
     std::uint64_t times = 0;

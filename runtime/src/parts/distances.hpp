@@ -29,6 +29,9 @@ class Distances {
 
   bool empty() const { return __atomic_load_n(&directory_->distance_count, __ATOMIC_RELAXED) == 0; }
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   // Lies in the database's memory.
   struct Entry {

@@ -60,6 +60,9 @@ class Feed {
   // Forgets the records that left the tree and that every cursor has passed.
   void tidy();
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   enum class State : std::uint8_t {
     expected,  // not shown to anybody yet

@@ -39,6 +39,9 @@ class Keys {
     });
   }
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   // Lies in the database's memory, with the key behind it.
   struct Entry {

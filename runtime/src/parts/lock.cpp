@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 
 namespace kelp {
 
@@ -19,6 +20,7 @@ DatabaseLock::Outcome DatabaseLock::take(const kelp_handle *handle, LockMode mod
                                          std::uint32_t wait_ms, bool *nested) {
   const std::thread::id self = std::this_thread::get_id();
   std::unique_lock lock(mutex_);
+  if (lost_) return Outcome::lost;
   bool reads_already = false;
   for (const Holder &holder : holders_) {
     if (holder.handle == handle) return Outcome::held_by_handle;
@@ -59,6 +61,19 @@ bool DatabaseLock::give_up(const kelp_handle *handle) {
   }
   changed_.notify_all();
   return true;
+}
+
+void DatabaseLock::after_fork_in_child() {
+  // Those who waited on it are not here.
+  new (&changed_) std::condition_variable;
+  writers_waiting_ = 0;
+  const std::thread::id self = std::this_thread::get_id();
+  std::erase_if(holders_, [&](const Holder &holder) {
+    if (holder.thread == self) return false;
+    lost_ = lost_ || holder.mode == LockMode::write;
+    return true;
+  });
+  mutex_.unlock();
 }
 
 }  // namespace kelp

@@ -48,6 +48,9 @@ class ObjectMemory {
   // Whether all of the range lies in one live block.
   bool holds(const void *address, std::size_t length) const;
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return arena_.mutex(); }
+
   // Whether a live block of private memory begins there; size gets what was asked for.
   bool live_size(const void *block, std::size_t *size) const {
     return arena_.live_size(block, size);

@@ -51,6 +51,10 @@ void OidRegistry::attach(store::Memory &memory, store::Directory &directory,
   std::memcpy(identity_, identity, sizeof identity_);
 }
 
+void OidRegistry::part_from_parent() {
+  if (getentropy(identity_ + 1, 7) != 0) identity_[1] ^= static_cast<std::uint8_t>(getpid());
+}
+
 kelp_oid OidRegistry::next_oid() {
   kelp_oid oid = {};
   oid.handle_word = directory_->next_oid;

@@ -50,6 +50,12 @@ class OidRegistry {
   // bad_alloc.
   std::vector<void *> unreferenced() const;
 
+  // New OIDs differ from here on from those that another process gives out from here on.
+  void part_from_parent();
+
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   store::Index by_object() const { return {*memory_, directory_->oids_by_object}; }
   store::Index by_id() const { return {*memory_, directory_->oids_by_id}; }

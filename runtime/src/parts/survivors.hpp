@@ -30,6 +30,9 @@ class Survivors {
     things_.clear();
   }
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   std::mutex mutex_;
   std::unordered_set<const void *> things_;

@@ -56,4 +56,18 @@ void TableStates::forget(const void *object) {
   --count_;
 }
 
+void TableStates::lock() {
+  mutex_.lock();
+  for (const auto &[table, state] : states_) {
+    if (state->feed != nullptr) state->feed->mutex().lock();
+  }
+}
+
+void TableStates::unlock() {
+  for (const auto &[table, state] : states_) {
+    if (state->feed != nullptr) state->feed->mutex().unlock();
+  }
+  mutex_.unlock();
+}
+
 }  // namespace kelp

@@ -46,6 +46,10 @@ class TableStates {
   // The memory of a table or a record has gone.
   void forget(const void *object);
 
+  // For the time of a fork, when nobody else may be inside these and the feeds.
+  void lock();
+  void unlock();
+
  private:
   using Feeds = std::vector<std::shared_ptr<Feed>>;
 

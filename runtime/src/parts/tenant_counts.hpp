@@ -27,6 +27,9 @@ class TenantCounts {
   // The memory of the table has gone.
   void forget(const void *table);
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   // Lies in the database's memory.
   struct Entry {

@@ -40,6 +40,9 @@ class TableOfContents {
   // The memory of the table has gone. False when it was not known.
   bool forget(const kelp_table *table);
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   struct Entry;
   store::Index by_key() const { return {*memory_, directory_->tables}; }

@@ -34,6 +34,9 @@ class TypeTable {
     copies().each<Entry>([&](Entry &entry) { visit(*entry.copy); });
   }
 
+  // For the time of a fork, when nobody else may be inside.
+  std::mutex &mutex() { return mutex_; }
+
  private:
   // Lies in the database's memory, with the key behind it.
   struct Entry {

@@ -1,6 +1,8 @@
 // Making the process's trace, and where its messages go.
 #include "trace/trace.hpp"
 
+#include <pthread.h>
+
 #include "base/undying.hpp"
 
 namespace kelp::trace {
@@ -8,6 +10,18 @@ namespace kelp::trace {
 namespace {
 
 thread_local bool t_in_callback = false;
+
+// A fork finds the trace unlocked and the file's buffer empty, so that the child neither waits nor
+// writes what its parent writes.
+void before_fork() {
+  Trace &trace = the_trace();
+  trace.mutex.lock();
+  if (trace.file.is_open()) trace.file.write_out();
+}
+
+void after_fork() { the_trace().mutex.unlock(); }
+
+[[maybe_unused]] const int at_fork = pthread_atfork(before_fork, after_fork, after_fork);
 
 }  // namespace
 
