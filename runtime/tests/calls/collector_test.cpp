@@ -328,31 +328,25 @@ TEST_F(CollectorTest, RecordThatGoesWithAnotherIsNotTouched) {
   EXPECT_EQ(memory().live_allocations, 0u);
 }
 
-void *object_that_goes_too = nullptr;
+void *paired_objects[2];
 
+// Ends both of a pair, whichever comes first.
 void end_both(kelp_handle *handle, std::uint32_t space_id, void *object) {
   ended_before.push_back(object);
-  if (object_that_goes_too != nullptr) {
-    handle->obj_free(handle->obj_pool, space_id, object_that_goes_too);
-    object_that_goes_too = nullptr;
-  }
-  handle->obj_free(handle->obj_pool, space_id, object);
+  for (void *each : paired_objects) handle->obj_free(handle->obj_pool, space_id, each);
 }
 
 TEST_F(CollectorTest, ObjectThatGoesWithAnotherIsNotTouched) {
   free_now(table);
   Type type("paired_thing");
   kelp_type_set_destroyer("paired_thing", end_both, nullptr);
-  void *objects[2];
-  for (void *&object : objects) {
+  for (void *&object : paired_objects) {
     object = make<Object>(&type.record);
     kelp_handle_to_oid(handle, 0, object, KELP_OID_KIND_OBJECT, 1, &err);
     EXPECT_EQ(kelp_request_oid_mapping_destroy(handle, 0, object, &err), 0u);
     kelplib_lookup_and_update_oid_ref_count(handle, 0, object, KELP_OID_DECREMENT, &err);
   }
-  // Whichever comes first takes the other with it.
   ended_before.clear();
-  object_that_goes_too = objects[1] < objects[0] ? objects[0] : objects[1];
   EXPECT_EQ(collect().objects_ended, 1u);
   EXPECT_EQ(ended_before.size(), 1u);
   EXPECT_EQ(memory().live_allocations, 0u);
