@@ -6,14 +6,16 @@ PICTURE := build/release/campus.svg
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help release run test asan tsan clang torture bench bench-peers fuzz random-routes emit format \
-	reproducible docs install packages clean
+.PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes \
+	emit format reproducible docs install packages clean
 
 help:
 	@echo "make run      install what is missing, build, show a router, a captured database and its picture"
 	@echo "make test     build and run all tests, and again under ASan and UBSan"
 	@echo "make asan, tsan, clang   one kind of test build alone"
 	@echo "make torture  10,000 writers of stores are killed, and each store looked through"
+	@echo "make mutate   what the tests would not notice, from the mutations in tests/mutations"
+	@echo "make coverage COVERAGE=-v   lines and branches of src/ and runtime/ that the tests run"
 	@echo "make bench    benchmarks, with ratios within one run"
 	@echo "make bench-peers   the encodings beside serialisation libraries"
 	@echo "make fuzz     the fuzz targets, FUZZ_SECONDS=600 each"
@@ -64,6 +66,24 @@ clang: packages
 	@cmake --preset clang >/dev/null
 	@cmake --build --preset clang -j $(JOBS)
 	@ctest --preset clang -j $(JOBS)
+
+# The tests of the dev build, run with libraries that count what they run.
+coverage: packages
+	@cmake --preset dev >/dev/null
+	@cmake --build --preset dev -j $(JOBS)
+	@cmake --preset coverage >/dev/null
+	@cmake --build --preset coverage -j $(JOBS) --target ospf_harbor_oper
+	@find build/coverage -name '*.gcda' -delete
+	@LD_LIBRARY_PATH=$(CURDIR)/build/coverage/src:$(CURDIR)/build/coverage/runtime \
+		ctest --preset dev -j $(JOBS) -E '^(headers|sections|install|emit|setup)' --quiet || \
+		echo "some tests fail, their counts stand below all the same"
+	@tests/coverage/report.py $(COVERAGE) build/coverage
+
+MUTATIONS ?=
+mutate: packages
+	@cmake --preset dev >/dev/null
+	@cmake --build --preset dev -j $(JOBS) --target system_tests message_tests kelp_tests
+	@tests/mutations/run.py -j $(JOBS) $(MUTATIONS)
 
 bench: packages
 	@$(setup) $(lists)/packages-bench.txt
