@@ -72,7 +72,7 @@ class Pieces {
     constexpr std::size_t kPiece = 256 * 1024;
     base_ += used_;
     filled_ -= used_;
-    std::memmove(bytes_.data(), bytes_.data() + used_, filled_);
+    if (filled_ != 0) std::memmove(bytes_.data(), bytes_.data() + used_, filled_);
     used_ = 0;
     if (!without_exceptions([&] { bytes_.resize(filled_ + kPiece); })) {
       code_ = ENOMEM;
