@@ -10,7 +10,7 @@
 
 namespace library_sections {
 
-std::vector<std::uint8_t> read_file(const std::string &path) {
+std::vector<std::uint8_t> read_file(const std::string &path, const PieceCheck &check) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(path.c_str(), "rbe"),
                                                               &std::fclose);
   if (file == nullptr) throw Error(path, std::strerror(errno), "a file that can be read");
@@ -18,6 +18,7 @@ std::vector<std::uint8_t> read_file(const std::string &path) {
   std::uint8_t piece[64 * 1024];
   while (const std::size_t got = std::fread(piece, 1, sizeof piece, file.get())) {
     bytes.insert(bytes.end(), piece, piece + got);
+    if (check) check(bytes);
   }
   if (std::ferror(file.get()) != 0) {
     throw Error(path, std::strerror(errno), "a file that can be read");

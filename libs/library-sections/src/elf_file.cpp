@@ -2,6 +2,7 @@
 #include "library_sections/elf_file.hpp"
 
 #include <algorithm>
+#include <cstring>
 
 #include "library_sections/error.hpp"
 
@@ -55,20 +56,22 @@ Entry read_entry(Bytes file, std::uint64_t at) {
   return entry;
 }
 
-std::string read_name(Bytes names, std::uint32_t at) {
+std::string_view read_name(Bytes names, std::uint32_t at) {
   const Bytes rest = at < names.size() ? names.subspan(at) : Bytes{};
-  const auto end = std::ranges::find(rest, 0);
-  if (end == rest.end()) {
+  // Many sections may share one long name: a search that looks at single octets would take minutes.
+  const void *end = rest.empty() ? nullptr : std::memchr(rest.data(), 0, rest.size());
+  if (end == nullptr) {
     throw Error(
         "section names", at, "name of a section",
         rest.empty() ? "an offset behind " + std::to_string(names.size()) + " bytes" : "no end",
         "a name that ends in a NUL");
   }
-  return {rest.begin(), end};
+  return text_of(
+      rest.first(static_cast<std::size_t>(static_cast<const std::uint8_t *>(end) - rest.data())));
 }
 
 Bytes bytes_of(Bytes file, const Section &section) {
-  const std::string where = "section " + section.name;
+  const std::string where = "section " + escaped(section.name);
   if (section.type == type_without_bytes) {
     throw Error(where, "no bytes in the file", "a section with bytes");
   }
@@ -85,6 +88,16 @@ Bytes bytes_of(Bytes file, const Section &section) {
 }
 
 }  // namespace
+
+std::vector<std::uint8_t> read_library(const std::string &path) {
+  constexpr std::size_t largest = std::size_t{1} << 30;
+  return read_file(path, [&](Bytes read) {
+    check_identification(read);
+    if (read.size() > largest) {
+      throw Error(path, "more than " + std::to_string(largest) + " bytes", "a library's file");
+    }
+  });
+}
 
 ElfFile::ElfFile(Bytes file) : file_(file) {
   check_identification(file);

@@ -66,7 +66,7 @@ std::vector<Lengths> read_tables(const ElfFile &file) {
   std::vector<Lengths> tables;
   for (const Section &section : file.sections()) {
     if (!section.name.starts_with(message_table_prefix)) continue;
-    tables.push_back(read_table(section.name, file.bytes(section)));
+    tables.push_back(read_table(std::string(section.name), file.bytes(section)));
   }
   if (tables.empty()) {
     throw Error("sections " + std::string(message_table_prefix) + "*", "none",

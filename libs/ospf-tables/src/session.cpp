@@ -16,7 +16,11 @@ Session::Session() {
 }
 
 Session::~Session() {
-  clear_tree(*this);
+  try {
+    clear_tree(*this);
+  } catch (const LibraryFailure &) {
+    // The database's memory goes as a whole.
+  }
   kelp_handle_destroy(handle_);
   kelp_database_close(database_, nullptr);
 }

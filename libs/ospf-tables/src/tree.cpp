@@ -30,6 +30,7 @@ void walk(Session &session, typename Ops::Table *table, const std::string &above
   for_each_record<Ops>(session, table, [&](typename Ops::Record *record) {
     RowView row{Ops::kind, row_key<Ops>(session, record), "", record,
                 [&] { return text_of<Ops>(session, record); }};
+    session.check(Ops::name);
     if (!std::is_same_v<Ops, ospf_rev1_ops>) {
       row.path = above + (above.empty() ? "" : "/") + Ops::kind + "/" + row.key;
     }
@@ -47,10 +48,13 @@ void walk(Session &session, typename Ops::Table *table, const std::string &above
 }  // namespace
 
 tbl_ospf_rev1_table *root_table(Session &session, bool create) {
-  std::uint32_t err = 0;
-  // What is not there is no failure here when it is only looked for.
-  std::uint32_t *word = create ? session.err() : &err;
-  auto *table = ospf_rev1_ops::open(session.handle(), space, root_name, create ? 0 : 1, word);
+  auto *table =
+      ospf_rev1_ops::open(session.handle(), space, root_name, create ? 0 : 1, session.err());
+  // What is not there is no failure when it is only looked for.
+  if (!create && *session.err() == KELP_ERR_NOT_FOUND) {
+    *session.err() = 0;
+    return nullptr;
+  }
   session.check(ospf_rev1_ops::name);
   return table;
 }
@@ -59,7 +63,9 @@ tbl_ospf_instance_rev1_table *instances_of_root(Session &session) {
   kelp_handle *handle = session.handle();
   std::uint32_t *err = session.err();
   tbl_ospf_rev1_table *roots = root_table(session, true);
-  if (auto *root = ospf_rev1_ops::first(handle, space, roots, err); root != nullptr) {
+  auto *root = ospf_rev1_ops::first(handle, space, roots, err);
+  session.check(ospf_rev1_ops::name);
+  if (root != nullptr) {
     ospf_rev1 *row = ospf_rev1_ops::get(handle, space, root);
     auto *there = table_below(session, std::get<0>(references<ospf_rev1_ops>), row);
     return there != nullptr
@@ -93,9 +99,12 @@ void merge_into_tree(Session &session, tbl_ospf_rev1_table *others) {
   kelp_handle *handle = session.handle();
   std::uint32_t *err = session.err();
   auto *other = ospf_rev1_ops::first(handle, space, others, err);
+  session.check(ospf_rev1_ops::name);
   if (other == nullptr) return;
   tbl_ospf_rev1_table *roots = root_table(session, true);
-  if (ospf_rev1_ops::first(handle, space, roots, err) == nullptr) {
+  auto *root = ospf_rev1_ops::first(handle, space, roots, err);
+  session.check(ospf_rev1_ops::name);
+  if (root == nullptr) {
     tbl_ospf_rev1_delete(handle, space, others, other, err);
     ospf_rev1_ops::insert(handle, space, roots, other, err);
     session.check(ospf_rev1_ops::name);

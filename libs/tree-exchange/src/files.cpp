@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
+#include <charconv>
+#include <csignal>
 #include <cstring>
+#include <filesystem>
 
 #include "ospf_tables/input_error.hpp"
 #include "piece_size.hpp"
@@ -17,6 +19,8 @@ namespace tree_exchange {
 using namespace ospf_tables;
 
 namespace {
+
+namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const std::string &path, const char *expected) {
   throw InputError(path, "", std::strerror(errno), expected);
@@ -45,11 +49,30 @@ void write_all(int file, const std::string &path, ByteView bytes) {
   }
 }
 
-// A file beside the one that is to be written, gone again unless it took its place.
+// Files that writers aside left behind, which were ended before they could take them away.
+void clear_left_behind(const fs::path &path) {
+  const std::string start = path.filename().string() + ".new-";
+  std::error_code error;
+  for (const auto &entry : fs::directory_iterator(path.parent_path(), error)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(start)) continue;
+    const char *digits = name.c_str() + start.size();
+    pid_t writer = 0;
+    const auto [end, wrong] = std::from_chars(digits, name.c_str() + name.size(), writer);
+    if (wrong != std::errc() || *end != '\0' || writer <= 0) continue;
+    if (kill(writer, 0) != 0 && errno == ESRCH) unlink(entry.path().c_str());
+  }
+}
+
+// A file beside the one that is to be written, gone again unless it took its place. Its name tells
+// who writes it, so that one that was left behind can be told from one at work.
 class Replacement {
  public:
-  explicit Replacement(const std::string &path)
-      : path_(path), aside_(path + ".XXXXXX"), file_(mkostemp(aside_.data(), O_CLOEXEC)) {
+  explicit Replacement(const fs::path &path)
+      : path_(path), aside_(path.string() + ".new-" + std::to_string(getpid())) {
+    clear_left_behind(path_);
+    unlink(aside_.c_str());
+    file_ = FileDescriptor(open(aside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (!file_.is_open()) fail(path_, "a folder that can be written to");
   }
   ~Replacement() {
@@ -59,20 +82,44 @@ class Replacement {
   Replacement &operator=(const Replacement &) = delete;
   int get() const { return file_.get(); }
 
+  // On the disk with all that it holds when this returns.
   void take_place(mode_t mode) {
-    if (fchmod(file_.get(), mode) != 0 || file_.close() != 0 ||
+    constexpr char expected[] = "a file that can be written";
+    if (fchmod(file_.get(), mode) != 0 || fsync(file_.get()) != 0 || file_.close() != 0 ||
         rename(aside_.c_str(), path_.c_str()) != 0) {
-      fail(path_, "a file that can be written");
+      fail(path_, expected);
     }
     placed_ = true;
+    const FileDescriptor folder(
+        open(path_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.is_open() || fsync(folder.get()) != 0) fail(path_, expected);
   }
 
  private:
-  const std::string &path_;
+  fs::path path_;
   std::string aside_;
   FileDescriptor file_;
   bool placed_ = false;
 };
+
+// Where a path leads to, through links, also when nothing is there yet. Empty when it leads to what
+// a process holds open (/dev/stdout): that is written to as it is, and no name is replaced.
+fs::path target_of(const std::string &path) {
+  constexpr int most_links = 40;
+  fs::path target = fs::absolute(path);
+  std::error_code error;
+  for (int links = 0;; ++links) {
+    const fs::path folder = fs::weakly_canonical(target.parent_path(), error);
+    if (!error) target = folder / target.filename();
+    if (target.string().starts_with("/proc/")) return {};
+    if (!fs::is_symlink(target, error)) return target;
+    if (links == most_links) {
+      errno = ELOOP;
+      fail(path, "a file that can be written");
+    }
+    target = target.parent_path() / fs::read_symlink(target);
+  }
+}
 
 mode_t usual_mode() {
   const mode_t mask = umask(0);
@@ -117,13 +164,14 @@ void write_file(const std::string &path,
                 const std::function<void(const std::function<void(ByteView)> &)> &write) {
   struct stat there;
   const bool exists = stat(path.c_str(), &there) == 0;
-  if (exists && !S_ISREG(there.st_mode)) {
+  const fs::path target = target_of(path);
+  if (target.empty() || (exists && !S_ISREG(there.st_mode))) {
     const FileDescriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
     if (!file.is_open()) fail(path, "a file that can be written");
     write([&](ByteView bytes) { write_all(file.get(), path, bytes); });
     return;
   }
-  Replacement file(path);
+  Replacement file(target);
   write([&](ByteView bytes) { write_all(file.get(), path, bytes); });
   file.take_place(exists ? there.st_mode & 07777 : usual_mode());
 }

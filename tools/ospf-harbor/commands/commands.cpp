@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -176,17 +178,25 @@ int run_command_line(std::vector<std::string> words) {
   return program.chosen(&session);
 }
 
-// Everything that was printed has arrived, or the status says that it has not.
+// What was printed has arrived, or it is an error of whoever printed it.
 int written(int status) {
+  errno = 0;
   std::cout.flush();
-  return status;
+  const bool flushed = std::fflush(stdout) == 0;
+  const int reason = errno;
+  if (flushed && std::cout.good() && std::ferror(stdout) == 0) return status;
+  std::cout.clear();
+  std::clearerr(stdout);
+  throw InputError("standard output", "",
+                   reason == 0 ? "a place that takes nothing" : std::strerror(reason),
+                   "one that takes what is printed");
 }
 
 template <typename Act>
 int saying_what_fails(Act act) {
   const auto say = [](const std::exception &failure) {
     std::fflush(stdout);
-    std::fprintf(stderr, "ospf-harbor: %s\n", failure.what());
+    std::fprintf(stderr, "ospf-harbor: %s\n", in_one_line(failure.what()).c_str());
   };
   try {
     return written(act());

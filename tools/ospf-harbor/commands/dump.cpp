@@ -1,9 +1,11 @@
 #include <ospf_harbor_check.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
 #include "commands/command.hpp"
+#include "ospf_tables/input_error.hpp"
 #include "tree_exchange/annotation.hpp"
 #include "tree_exchange/files.hpp"
 #include "views/notes.hpp"
@@ -24,8 +26,14 @@ struct DumpOptions {
 // with the bytes, which is then shown where it is.
 int dump_annotated(const DumpOptions &what) {
   const Bytes bytes = read_file(what.file, largest_stream);
+  const auto mark = std::find_if(bytes.begin(), bytes.end(),
+                                 [](std::uint8_t c) { return c != ' ' && (c < 9 || c > 13); });
+  if (what.object.empty() && what.key.empty() && mark != bytes.end() && *mark == '<') {
+    throw ospf_tables::InputError(what.file, "", "an XML document",
+                                  "a tree stream, or images of records");
+  }
   const LineSink print = [](std::string_view line) {
-    std::printf("%.*s\n", static_cast<int>(line.size()), line.data());
+    std::printf("%s\n", ospf_tables::in_one_line(line).c_str());
   };
   std::string wrong;
   if (!what.object.empty()) {

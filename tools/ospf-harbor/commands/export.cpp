@@ -42,7 +42,12 @@ std::string text_of_tree(Session &session, std::uint64_t &rows) {
 
 void write_tree_file(Session &session, TreeForm form, const std::string &file) {
   std::uint64_t rows = 0;
-  write_file(file, [&](const std::function<void(ByteView)> &put) {
+  std::uint64_t size = 0;
+  write_file(file, [&](const std::function<void(ByteView)> &write) {
+    const auto put = [&](ByteView bytes) {
+      size += bytes.size();
+      write(bytes);
+    };
     switch (form) {
       case TreeForm::image:
         rows = write_tree(session, put);
@@ -56,6 +61,10 @@ void write_tree_file(Session &session, TreeForm form, const std::string &file) {
     }
   });
   note("exported " + rows_text(rows) + " to " + file);
+  if (form != TreeForm::text && size > largest_stream) {
+    note("ospf-harbor: export: " + file + " has " + std::to_string(size) +
+         " bytes, and import takes no more than " + std::to_string(largest_stream));
+  }
 }
 
 Run set_up_export(CLI::App &app) {

@@ -149,7 +149,7 @@ void listen(Source &source, unsigned seconds, Progress &progress) {
 }
 
 void complain(const std::string &text) {
-  std::fprintf(stderr, "ospf-harbor: load capture: %s\n", text.c_str());
+  std::fprintf(stderr, "ospf-harbor: load capture: %s\n", in_one_line(text).c_str());
 }
 
 // What was wrong with a source, one line for each kind.
@@ -218,7 +218,7 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
     progress.clear();
     for (const auto &source : sources) {
       if (report == nullptr) break;
-      std::fprintf(report, "read %s: %s, %s of OSPF with %s\n", source->name.c_str(),
+      std::fprintf(report, "read %s: %s, %s of OSPF with %s\n", in_one_line(source->name).c_str(),
                    counted(source->decoder.frames(), "packet", "packets").c_str(),
                    std::to_string(source->decoder.ospf_packets()).c_str(),
                    counted(source->decoder.lsas(), "LSA", "LSAs").c_str());

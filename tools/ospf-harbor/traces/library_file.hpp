@@ -2,7 +2,7 @@
 // complaint with the file's path in front.
 #pragma once
 
-#include <library_sections/bytes.hpp>
+#include <library_sections/elf_file.hpp>
 #include <library_sections/error.hpp>
 
 #include "ospf_tables/input_error.hpp"
@@ -29,9 +29,10 @@ class LibraryFile {
  private:
   static std::vector<std::uint8_t> read_bytes(const std::string &path) {
     try {
-      return library_sections::read_file(path);
+      return library_sections::read_library(path);
     } catch (const library_sections::Error &error) {
-      throw ospf_tables::InputError(error.what());
+      const std::string text = error.what();
+      throw ospf_tables::InputError(text.starts_with(path) ? text : path + ": " + text);
     }
   }
 

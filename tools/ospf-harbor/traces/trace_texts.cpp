@@ -14,7 +14,6 @@ using namespace ospf_tables;
 
 namespace {
 
-using library_sections::escaped;
 using library_sections::hex;
 
 struct LevelName {
@@ -28,7 +27,7 @@ constexpr std::array<LevelName, 4> level_names{{{KELP_TRACE_FATAL, "fatal"},
 
 std::string module_of(const library_sections::ElfFile &file) {
   try {
-    return escaped(library_sections::read_halyard(file).manifest.module);
+    return library_sections::escaped(library_sections::read_halyard(file).manifest.module);
   } catch (const library_sections::Error &) {
     return {};  // `inspect` says what is wrong with it; the texts do not depend on it
   }
@@ -50,7 +49,7 @@ std::string with_arguments(const kelp_trace_event &event, const std::string &tex
   std::string line(kelp_trace_format(&event, text.c_str(), nullptr, 0) + 1, '\0');
   kelp_trace_format(&event, text.c_str(), line.data(), line.size());
   line.pop_back();
-  return escaped(line);
+  return library_sections::escaped(line);
 }
 
 // What can be said of a message without its text.
@@ -79,7 +78,7 @@ std::uint8_t level_by_name(const std::string &option, const std::string &name) {
     if (one.name == name) return one.level;
     known += (known.empty() ? "" : " or ") + std::string(one.name);
   }
-  throw UsageError(option, "", "\"" + escaped(name) + "\"", known);
+  throw UsageError(option, "", "\"" + library_sections::escaped(name) + "\"", known);
 }
 
 TraceTexts::TraceTexts(std::string library, library_sections::Bytes bytes)
@@ -111,7 +110,7 @@ const std::string *TraceTexts::text(const kelp_trace_event &event, std::string *
   if (digits != event.signature) {
     *complaint = "arguments of message " + std::to_string(event.index) + ": found signature " +
                  event.signature + ", expected " + std::string(digits) + " for \"" +
-                 escaped(message.text) + "\" of " + library_;
+                 library_sections::escaped(message.text) + "\" of " + library_;
     return nullptr;
   }
   return &message.text;

@@ -83,7 +83,7 @@ std::string dot_string(const std::string &text) {
 }
 
 // Inside a label of the HTML kind.
-std::string escaped(const std::string &text) {
+std::string label_text(const std::string &text) {
   std::string result;
   for (const char c : text) {
     switch (c) {
@@ -204,7 +204,7 @@ class DotWriter {
   void add_network(const NetworkId &id, const TopologyNetwork &network) {
     std::string label;
     for (const std::string &prefix : network.prefixes) {
-      label += (label.empty() ? "" : "<BR/>") + escaped(prefix);
+      label += (label.empty() ? "" : "<BR/>") + label_text(prefix);
     }
     if (label.empty()) label = "network " + dotted(std::get<1>(id));
     if (network.designated_router != 0) {
@@ -250,7 +250,7 @@ class DotWriter {
     if (to_cost) text_ += ", headlabel=" + cost_label(*to_cost, colour);
     if (!label.empty()) {
       text_ += ", fontsize=" + small() + ", fontcolor=" + dot_string(colour) + ", label=<" +
-               escaped(label) + ">";
+               label_text(label) + ">";
     }
     text_ += "];\n";
   }
@@ -271,7 +271,7 @@ class DotWriter {
       if (!is_drawn) {
         text_ += "  " + name + " [shape=\"plain\", fontsize=" + small() +
                  ", fontcolor=" + dot_string(colours(stub.area).line) + ", label=<" +
-                 escaped(stub.prefix) + ">];\n";
+                 label_text(stub.prefix) + ">];\n";
       }
       is_drawn = true;
       add_edge(router_name(stub.router), name, stub.area, "solid", stub.cost, std::nullopt, "",

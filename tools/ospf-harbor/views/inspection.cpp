@@ -17,7 +17,6 @@ using namespace ospf_tables;
 
 namespace {
 
-using library_sections::escaped;
 using library_sections::hex;
 
 // Names of types by MD5, as far as they are known.
@@ -50,21 +49,22 @@ class TextPrinter : public Printer {
 
   void halyard(const library_sections::Halyard &halyard, const Names &names) override {
     const library_sections::BuildRecord &build = halyard.build;
-    out_ << "Module " << escaped(build.module) << "\n\nBuild record\n"
-         << "  built by  " << escaped(build.built_by) << '\n'
-         << "  on host   " << escaped(build.on_host) << '\n'
-         << "  pid       " << escaped(build.pid) << '\n'
-         << "  at        " << escaped(build.at) << '\n'
-         << "  comment   " << escaped(build.comment) << "\n\n";
+    out_ << "Module " << library_sections::escaped(build.module) << "\n\nBuild record\n"
+         << "  built by  " << library_sections::escaped(build.built_by) << '\n'
+         << "  on host   " << library_sections::escaped(build.on_host) << '\n'
+         << "  pid       " << library_sections::escaped(build.pid) << '\n'
+         << "  at        " << library_sections::escaped(build.at) << '\n'
+         << "  comment   " << library_sections::escaped(build.comment) << "\n\n";
     const library_sections::Manifest &manifest = halyard.manifest;
-    out_ << "Type manifest of " << escaped(manifest.module) << ": " << manifest.lines.size()
-         << " types\n"
+    out_ << "Type manifest of " << library_sections::escaped(manifest.module) << ": "
+         << manifest.lines.size() << " types\n"
          << "  KIND  VARIANTS   SIZE  MD5                               SECOND MD5                 "
             "       NAME\n";
     for (const library_sections::ManifestLine &line : manifest.lines) {
       out_ << "  " << line.kind << "  " << std::setw(8) << line.highest_variant + 1 << "  "
            << std::setw(5) << line.size << "  " << line.md5 << "  " << line.second_md5 << "  "
-           << (names.contains(line.md5) ? escaped(names.at(line.md5)) : "-") << '\n';
+           << (names.contains(line.md5) ? library_sections::escaped(names.at(line.md5)) : "-")
+           << '\n';
     }
     out_ << '\n';
   }
@@ -107,7 +107,8 @@ class TextPrinter : public Printer {
       for (std::size_t i = 0; i < table.messages.size(); ++i) {
         const library_sections::Message &message = table.messages[i];
         out_ << "  " << std::setw(6) << table.source << "  " << std::setw(5) << i << "  "
-             << std::setw(9) << message.signature() << "  " << escaped(message.text) << '\n';
+             << std::setw(9) << message.signature() << "  "
+             << library_sections::escaped(message.text) << '\n';
       }
     }
     out_ << '\n';
@@ -167,7 +168,7 @@ class JsonPrinter : public Printer {
  private:
   void put(const nlohmann::json &object) {
     // Texts of a damaged file need not be UTF-8.
-    out_ << object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+    out_ << object.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace) << '\n';
   }
 };
 

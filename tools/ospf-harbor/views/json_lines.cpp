@@ -348,7 +348,7 @@ struct RowJson : FieldReader {
 
 // A text that a daemon or a packet brought may hold octets that are no UTF-8.
 std::string line_of(const Json &object) {
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return object.dump(-1, ' ', true, Json::error_handler_t::replace);
 }
 
 template <typename Ops>

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "views/lsa_detail.hpp"
 #include "views/lsa_names.hpp"
@@ -24,7 +25,7 @@ std::string heading(const LsdbEntry &entry) {
   }
   if (!entry.area) return text + ", autonomous system";
   text += ", area " + dotted(*entry.area);
-  return entry.interface ? text + ", link " + *entry.interface : text;
+  return entry.interface ? text + ", link " + in_one_line(*entry.interface) : text;
 }
 
 // Calls act(first, last) for each run of entries under one heading, with the heading printed.
@@ -67,8 +68,9 @@ void print_lsa_table(const std::vector<LsdbEntry> &entries, std::FILE *out) {
       const LsaView &lsa = first->lsa;
       std::fprintf(out, "  %-12s  %-15s  %-15s  %8s  %-10s  %-8s  %6u\n",
                    type_name(lsa.version, lsa.type).c_str(), dotted(lsa.link_state_id).c_str(),
-                   dotted(lsa.adv_router).c_str(), age_text(lsa.age).c_str(), lsa.sequence.c_str(),
-                   lsa.checksum.c_str(), lsa.length);
+                   dotted(lsa.adv_router).c_str(), age_text(lsa.age).c_str(),
+                   in_one_line(lsa.sequence).c_str(), in_one_line(lsa.checksum).c_str(),
+                   lsa.length);
     }
   });
   print_counts(entries, out);
@@ -76,7 +78,8 @@ void print_lsa_table(const std::vector<LsdbEntry> &entries, std::FILE *out) {
 
 void print_lsa_details(const std::vector<LsdbEntry> &entries, std::FILE *out) {
   by_heading(entries, out, [&](auto first, auto last) {
-    for (; first != last; ++first) std::fprintf(out, "\n%s", detail_of(first->lsa).c_str());
+    for (; first != last; ++first)
+      std::fprintf(out, "\n%s", in_lines(detail_of(first->lsa)).c_str());
   });
   print_counts(entries, out);
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "ospf_tables/input_error.hpp"
 #include "ospf_tables/tree.hpp"
 #include "tree_exchange/stream_format.hpp"
 
@@ -12,7 +13,7 @@ namespace tool {
 
 inline void note(const std::string &text) {
   std::fflush(stdout);
-  std::fprintf(stderr, "%s\n", text.c_str());
+  std::fprintf(stderr, "%s\n", ospf_tables::in_one_line(text).c_str());
 }
 
 inline std::string rows_text(std::uint64_t rows) {

@@ -124,13 +124,14 @@ class TextOfChosen : public Chooser {
   bool show(const RowView &row, std::size_t depth) override {
     const std::string margin(2 * depth, ' ');
     const std::string name = row.path.empty() ? std::string(row.kind) : row.path;
-    std::fprintf(out_, "%s%s\n", margin.c_str(), name.c_str());
+    std::fprintf(out_, "%s%s\n", margin.c_str(), in_one_line(name).c_str());
     const std::string text = row.text();
     std::size_t at = 0;
     while (at < text.size()) {
       std::size_t end = text.find('\n', at);
       if (end == std::string::npos) end = text.size();
-      std::fprintf(out_, "%s  %s\n", margin.c_str(), text.substr(at, end - at).c_str());
+      std::fprintf(out_, "%s  %s\n", margin.c_str(),
+                   in_one_line(std::string_view(text).substr(at, end - at)).c_str());
       at = end + 1;
     }
     return true;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,8 +13,10 @@ namespace library_sections {
 
 using Bytes = std::span<const std::uint8_t>;
 
-// All bytes of a file; Error for one that cannot be read, naming the path.
-std::vector<std::uint8_t> read_file(const std::string &path);
+// All bytes of a file; Error for one that cannot be read, naming the path. `check` is called with
+// what has been read so far, piece by piece, and throws when that is enough to refuse the file.
+using PieceCheck = std::function<void(Bytes read)>;
+std::vector<std::uint8_t> read_file(const std::string &path, const PieceCheck &check = {});
 
 // Two lower-case hexadecimal digits for each byte.
 std::string hex(Bytes bytes);

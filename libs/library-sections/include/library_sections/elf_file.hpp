@@ -17,7 +17,7 @@
 namespace library_sections {
 
 struct Section {
-  std::string name;
+  std::string_view name;  // in the bytes of the file
   std::uint32_t type = 0;
   std::uint64_t flags = 0;
   std::uint64_t address = 0;  // when loaded
@@ -26,6 +26,10 @@ struct Section {
 
   bool loaded() const { return (flags & 2) != 0; }
 };
+
+// All bytes of a library's file. One that does not begin as such, or is larger than any library, is
+// an Error before more of it is read.
+std::vector<std::uint8_t> read_library(const std::string &path);
 
 class ElfFile {
  public:

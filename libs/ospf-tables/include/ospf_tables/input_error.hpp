@@ -8,20 +8,13 @@
 
 namespace ospf_tables {
 
-// Text that came from outside as it may stand in a line: control characters as \xNN.
-inline std::string in_one_line(std::string_view text) {
-  constexpr char digits[] = "0123456789abcdef";
-  std::string line;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte != 0x7f) {
-      line += c;
-    } else {
-      line += {'\\', 'x', digits[byte >> 4], digits[byte & 15]};
-    }
-  }
-  return line;
-}
+// Text that came from outside as it may stand in a line on a terminal: control characters, those of
+// U+0080 to U+009F and what is no UTF-8 by their octets, as \xNN, and so marks that turn or hide
+// the text around them.
+std::string in_one_line(std::string_view text);
+
+// The same for a text of lines, whose ends stay.
+std::string in_lines(std::string_view text);
 
 class InputError : public std::runtime_error {
  public:

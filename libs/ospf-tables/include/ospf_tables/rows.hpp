@@ -99,12 +99,15 @@ class NewRecord {
   Record *record_;
 };
 
-// In the table's order. The record at hand may be taken out or destroyed by act.
+// In the table's order. The record at hand may be taken out or destroyed by act. A step that fails
+// ends the loop, since nothing tells what it would have passed over: LibraryFailure is thrown.
 template <typename Ops, typename Act>
 void for_each_record(Session &session, typename Ops::Table *table, Act act) {
-  std::uint32_t err = 0;
-  for (auto *record = Ops::first(session.handle(), space, table, &err); record != nullptr;) {
-    auto *next = Ops::next(session.handle(), space, table, record, &err);
+  auto *record = Ops::first(session.handle(), space, table, session.err());
+  session.check(Ops::name);
+  while (record != nullptr) {
+    auto *next = Ops::next(session.handle(), space, table, record, session.err());
+    session.check(Ops::name);
     act(record);
     record = next;
   }
@@ -116,7 +119,10 @@ bool has_reference(Session &session, const Reference &reference,
                    typename Reference::Object *object) {
   std::uint32_t err = 0;
   reference.get(session.handle(), space, object, &err);
-  return err != KELP_ERR_EPOCH;
+  if (err == KELP_ERR_EPOCH) return false;
+  *session.err() = err;
+  session.check(reference.name);
+  return true;
 }
 
 // The table that a row refers to; null for none, and at a variant without the field.
@@ -153,9 +159,13 @@ void end_record(Session &session, typename Ops::Record *record) {
 
 template <typename Ops>
 void empty_and_free(Session &session, typename Ops::Table *table) {
-  for_each_record<Ops>(session, table,
-                       [&](typename Ops::Record *record) { end_record<Ops>(session, record); });
+  // A record that is handed out is ended, whatever the step tells beside it.
   std::uint32_t err = 0;
+  while (auto *record = Ops::first(session.handle(), space, table, &err)) {
+    end_record<Ops>(session, record);
+    err = 0;
+  }
+  err = 0;
   Ops::free(session.handle(), space, table, &err);
 }
 

@@ -22,7 +22,8 @@ Bytes read_file(const std::string &path, std::uint64_t limit);
 Bytes first_bytes(const std::string &path, std::size_t size);
 
 // Writes a file with what `write` gives to its argument. When writing fails or `write` throws, what
-// was there before is still there. Throws InputError. What is no regular file, such as a terminal
+// was there before is still there; when it returns, the file is on the disk. A symbolic link stays,
+// and what it leads to is written. Throws InputError. What is no regular file, such as a terminal
 // or a pipe, is written to directly.
 void write_file(const std::string &path,
                 const std::function<void(const std::function<void(ByteView)> &)> &write);
