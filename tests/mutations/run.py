@@ -30,6 +30,7 @@ import concurrent.futures
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import sys
 
@@ -58,7 +59,7 @@ constexpr bool harbor_mutated(int number) {
 }
 #endif
 """
-TIME_LIMIT = 120  # seconds for the tests of one mutation; a hang is noticed
+TIME_LIMIT = 60  # seconds for the tests of one mutation; a hang is noticed
 
 
 class Row:
@@ -212,19 +213,23 @@ class Programs:
         for program, names in row.tests:
             if program not in self.places:
                 raise SystemExit(f'{row.place}: there is no test program {program} in the dev build')
+            # A session of its own, so that it ends with the children of its tests.
+            run = subprocess.Popen([self.places[program], f'--gtest_filter={names}',
+                                    '--gtest_fail_fast', '--gtest_brief=1'], env=environment,
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                                   errors='replace', cwd=self.reached, start_new_session=True)
             try:
-                run = subprocess.run([self.places[program], f'--gtest_filter={names}',
-                                      '--gtest_fail_fast', '--gtest_brief=1'], env=environment,
-                                     capture_output=True, text=True, errors='replace',
-                                     timeout=TIME_LIMIT, cwd=self.reached)
+                output, _ = run.communicate(timeout=TIME_LIMIT)
             except subprocess.TimeoutExpired:
+                os.killpg(run.pid, signal.SIGKILL)
+                run.communicate()
                 return 'no end'
             if run.returncode < 0:
                 return f'signal {-run.returncode}'
-            failed = re.search(r'\[  FAILED  \] (\S+?),? ', run.stdout + ' ')
+            failed = re.search(r'\[  FAILED  \] (\S+?),? ', output + ' ')
             if run.returncode > 0:
                 return failed.group(1) if failed else f'status {run.returncode}'
-            if re.search(r'\[  PASSED  \] 0 tests', run.stdout):
+            if re.search(r'\[  PASSED  \] 0 tests', output):
                 raise SystemExit(f'{row.place}: {program} has no test {names}')
         return None
 

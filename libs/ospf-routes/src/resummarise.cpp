@@ -90,7 +90,8 @@ void add_new(Area &area, const std::vector<SummaryLsa> &given, const AllCosts &b
              const AllCosts &after) {
   std::map<RouterId, std::map<Prefix, std::uint32_t>> said;
   for (const SummaryLsa &lsa : given) said[lsa.router][lsa.prefix] = lsa.metric;
-  for (const auto &[router, summaries] : said) {
+  for (const auto &[router, of_router] : said) {
+    const auto &summaries = of_router;
     const auto had = before.at(router).all(area.id);
     const bool said_all = std::all_of(had.begin(), had.end(), [&](const auto &each) {
       const auto at = summaries.find(each.first);

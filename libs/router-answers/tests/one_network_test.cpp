@@ -31,7 +31,7 @@ Router router_of(const std::string &name, std::uint32_t id) {
   return {name, {process}};
 }
 
-constexpr Place backbone{Scope::area, 0, ""};
+const Place backbone{Scope::area, 0, ""};
 const LsaKey key_of_one{backbone, {1, 1, 1}};
 
 TEST(OneNetwork, HasTheInterfacesOfAllRouters) {
