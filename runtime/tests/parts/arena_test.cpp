@@ -121,6 +121,9 @@ TEST_F(ArenaTest, HeadOfALargeBlockIsNotInTheStore) {
     EXPECT_EQ(lumen_in_range(handle->obj_pool, block + size - 1), 1u);
     EXPECT_EQ(lumen_in_range(handle->obj_pool, block + size), 0u);
     EXPECT_EQ(lumen_set_range(handle->obj_pool, block - 1, 2, 0), 0u);
+    kelp_handle_to_oid(handle, 0, block - 64, KELP_OID_KIND_OBJECT, 0, &err);
+    EXPECT_EQ(err, 14u) << "there is no object";
+    err = 0;
     EXPECT_EQ(lumen_set_range(handle->obj_pool, block, size, 0), 1u);
     release(block);
   }
