@@ -2,6 +2,8 @@
 #include "database/transaction.hpp"
 
 #include <cerrno>
+#include <cinttypes>
+#include <string>
 
 #include "base/failure.hpp"
 #include "database/current.hpp"
@@ -13,6 +15,18 @@ namespace kelp {
 
 namespace {
 
+// Every object is read by its type record, and the schema is held against them.
+std::int32_t check_types(const kelp_database &database, kelp_error *error) {
+  std::string first;
+  const std::uint64_t findings =
+      store::check_types(database.store->view(), [&](const std::string &text) {
+        if (first.empty()) first = text;
+      });
+  if (findings == 0) return 0;
+  return fail(error, EIO, "store '%s': %" PRIu64 " things in its types are damaged, the first: %s",
+              database.name.c_str(), findings, first.c_str());
+}
+
 // The store's lock; nested says that the thread reads already.
 std::int32_t take_store(kelp_database &database, LockMode mode, bool nested, kelp_error *error) {
   store::Store &store = *database.store;
@@ -21,7 +35,12 @@ std::int32_t take_store(kelp_database &database, LockMode mode, bool nested, kel
   if (code != 0) return code;
   // At the first lock, since opening waits for no writer.
   if (!database.schema_checked.load()) {
-    if (const auto differs = check_schema(database, error)) {
+    std::int32_t differs = 0;
+    const bool done = without_exceptions([&] { differs = check_types(database, error); });
+    if (!done)
+      differs = fail(error, KELP_ERR_NO_MEMORY, "store '%s': no memory", database.name.c_str());
+    if (differs == 0) differs = check_schema(database, error);
+    if (differs != 0) {
       mode == LockMode::write ? store.rollback() : store.unlock_read();
       return differs;
     }

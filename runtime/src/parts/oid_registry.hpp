@@ -11,17 +11,6 @@
 #include "store/layout.hpp"
 #include "store/memory.hpp"
 
-// Lies in the database's memory, so that what others hold of it stays where it is.
-struct kelp_oid_mapping {
-  kelp::store::IndexNode by_object;
-  kelp::store::IndexLink<kelp_oid_mapping> by_id;
-  kelp::store::IndexLink<kelp_oid_mapping> by_page;  // of its object's address
-  kelp_oid oid;
-  void *object;
-  std::uint64_t references;
-  std::uint64_t destroy_asked;
-};
-
 namespace kelp {
 
 class OidRegistry {

@@ -38,13 +38,7 @@ class TypeTable {
   std::mutex &mutex() { return mutex_; }
 
  private:
-  // Lies in the database's memory, with the key behind it.
-  struct Entry {
-    store::IndexNode node;
-    kelp_type_record_copy *copy;
-    std::uint64_t key_length;
-    char *key() { return reinterpret_cast<char *>(this + 1); }
-  };
+  using Entry = store::TypeEntry;
 
   store::Index copies() const { return {*memory_, directory_->types}; }
   Entry *find_entry(const char *key) const;

@@ -33,6 +33,11 @@ class Checker {
     return findings_;
   }
 
+  std::uint64_t run_types() {
+    if (check_header()) check_types();
+    return findings_;
+  }
+
  private:
   __attribute__((format(printf, 2, 3))) void say(const char *format, ...) {
     ++findings_;
@@ -43,6 +48,10 @@ class Checker {
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
+    // Names in a damaged store may be any bytes.
+    for (char *at = text; *at != '\0'; ++at) {
+      if (static_cast<unsigned char>(*at) < ' ' || *at == 0x7f) *at = '?';
+    }
     finding_(text);
   }
 
@@ -79,7 +88,10 @@ class Checker {
     spans_.resize(head.spans);
     for (std::uint64_t i = 0; i < head.spans; ++i) {
       const std::uint64_t table = kHeapOffset + i / kSegmentSpans * kSegmentBytes;
-      if (!read(table + i % kSegmentSpans * sizeof(Span), &spans_[i])) return false;
+      if (!read(table + i % kSegmentSpans * sizeof(Span), &spans_[i])) {
+        say("span %" PRIu64 ": its header lies outside the file", i);
+        return false;
+      }
     }
     return true;
   }
@@ -286,7 +298,9 @@ class Checker {
 
   // --- the directory ---
 
-  void check_index(const char *name, const IndexRoot &root) {
+  // entry is called with each node and its hash, and says whether what it belongs to is sound.
+  template <typename Entry>
+  void check_index(const char *name, const IndexRoot &root, Entry &&entry) {
     if (root.buckets == 0) {
       if (root.count != 0)
         say("index of %s: %" PRIu64 " entries without buckets", name, root.count);
@@ -307,6 +321,8 @@ class Checker {
       return;
     }
     std::uint64_t count = 0;
+    const std::uint64_t highest =
+        std::min<std::uint64_t>(root.count, view_.size / sizeof(IndexNode));
     for (std::uint64_t number = 0; number < root.buckets; ++number) {
       const std::size_t segment = Index::segment_of(number);
       const IndexNode *node = nullptr;
@@ -315,10 +331,11 @@ class Checker {
       while (node != nullptr) {
         IndexNode copy{};
         if (!is_block(node, sizeof *node, true) || !read_at(node, &copy) ||
-            Index::place_among(copy.hash, root.buckets) != number || ++count > root.count) {
+            Index::place_among(copy.hash, root.buckets) != number || ++count > highest) {
           say("index of %s: bucket %" PRIu64 " is broken", name, number);
           return;
         }
+        if (!entry(node, copy.hash)) say("index of %s: an entry is damaged", name);
         node = copy.next;
       }
     }
@@ -327,15 +344,92 @@ class Checker {
     }
   }
 
+  static bool is_any(const IndexNode *, std::uint64_t) { return true; }
+  void check_index(const char *name, const IndexRoot &root) { check_index(name, root, is_any); }
+
+  // Whether so many bytes from there on lie in what was given out of the types area.
+  bool is_in_types(const void *address, std::uint64_t bytes) const {
+    const std::uint64_t offset = offset_of(address) - kTypesOffset;
+    const std::uint64_t used = std::min<std::uint64_t>(header_.head.types_used, kTypesBytes);
+    return offset % alignof(std::uint64_t) == 0 && offset <= used && bytes <= used - offset;
+  }
+
+  // A type record whose text ends, and whose variants lie beside it.
+  bool is_type_record(const kelp_type_record *record, kelp_type_record *found) const {
+    if (!is_in_types(record, sizeof *record) || !read_at(record, found) ||
+        found->magic != KELP_TYPE_MAGIC) {
+      return false;
+    }
+    const auto ends = [](const auto &text) {
+      return std::memchr(text, '\0', sizeof text) != nullptr;
+    };
+    if (!ends(found->md5_text) || !ends(found->type_name) || !ends(found->module_name) ||
+        !ends(found->kind)) {
+      return false;
+    }
+    if (found->varinfo == nullptr) return true;
+    kelp_variant_info info{};
+    return is_in_types(found->varinfo, sizeof info) && read_at(found->varinfo, &info) &&
+           info.n_variants >= 0 &&
+           (info.n_variants == 0 ||
+            is_in_types(info.entries,
+                        static_cast<std::uint64_t>(info.n_variants) * sizeof(kelp_variant_entry)));
+  }
+
+  void check_types() {
+    check_index("types", header_.head.directory.types,
+                [&](const IndexNode *node, std::uint64_t hash) {
+                  TypeEntry entry{};
+                  kelp_type_record record{};
+                  if (!read_at(node, &entry) || entry.key_length >= sizeof record.md5_text ||
+                      !is_block(node, sizeof entry + entry.key_length) ||
+                      !is_in_types(entry.copy, sizeof *entry.copy) ||
+                      !is_type_record(&entry.copy->record, &record)) {
+                    return false;
+                  }
+                  const char *key =
+                      reinterpret_cast<const char *>(view_.bytes + offset_of(node) + sizeof entry);
+                  return hash_of(key, entry.key_length) == hash &&
+                         std::strlen(record.md5_text) == entry.key_length &&
+                         std::memcmp(record.md5_text, key, entry.key_length) == 0;
+                });
+  }
+
+  // A mapping that its indexes agree on, of an object that is there and says that it is mapped.
+  bool is_mapping(const void *address) {
+    kelp_oid_mapping mapping{};
+    kelp_object_header object{};
+    return is_block(address, sizeof mapping) && read_at(address, &mapping) &&
+           mapping.by_id.owner == address && mapping.by_page.owner == address &&
+           mapping.by_object.hash == mix(reinterpret_cast<std::uintptr_t>(mapping.object)) &&
+           is_block(mapping.object, sizeof object, true) && read_at(mapping.object, &object) &&
+           (object.obj_flags & OBJ_OID_MAPPED) != 0;
+  }
+  bool is_link_of_mapping(const IndexNode *node, std::size_t offset) {
+    IndexLink<kelp_oid_mapping> link{};
+    return read_at(node, &link) && offset_of(link.owner) + offset == offset_of(node) &&
+           is_block(link.owner, sizeof *link.owner);
+  }
+
+  void check_oids() {
+    const Directory &directory = header_.head.directory;
+    check_index("objects with an OID", directory.oids_by_object,
+                [&](const IndexNode *node, std::uint64_t) { return is_mapping(node); });
+    check_index("OIDs", directory.oids_by_id, [&](const IndexNode *node, std::uint64_t) {
+      return is_link_of_mapping(node, offsetof(kelp_oid_mapping, by_id));
+    });
+    check_index("OIDs by page", directory.oids_by_page, [&](const IndexNode *node, std::uint64_t) {
+      return is_link_of_mapping(node, offsetof(kelp_oid_mapping, by_page));
+    });
+  }
+
   void check_directory() {
     const Directory &directory = header_.head.directory;
-    check_index("types", directory.types);
+    check_types();
     check_index("keys", directory.keys);
     check_index("tables", directory.tables);
     check_index("tables by address", directory.tables_by_address);
-    check_index("objects with an OID", directory.oids_by_object);
-    check_index("OIDs", directory.oids_by_id);
-    check_index("OIDs by page", directory.oids_by_page);
+    check_oids();
     check_index("distances", directory.distances);
     check_index("distances by page", directory.distances_by_page);
     check_index("tenants", directory.tenants);
@@ -388,16 +482,9 @@ class Checker {
   // Whether the address is that of a type record of the kind in the types area.
   bool check_type(const kelp_type_record *record, const char *kind, const char *where) {
     kelp_type_record found{};
-    const std::uint64_t offset = offset_of(record);
-    if (offset < kTypesOffset || offset - kTypesOffset >= header_.head.types_used ||
-        !read(offset, &found) || found.magic != KELP_TYPE_MAGIC ||
-        std::strncmp(found.kind, kind, sizeof found.kind) != 0) {
+    if (!is_type_record(record, &found) || std::strncmp(found.kind, kind, sizeof found.kind) != 0) {
       say("table '%.100s': what stands for a type record is none of kind %s", where, kind);
       return false;
-    }
-    const std::uint64_t info = offset_of(found.varinfo);
-    if (info < kTypesOffset || info - kTypesOffset >= header_.head.types_used) {
-      say("table '%.100s': its type's variants lie outside the store's types", where);
     }
     return true;
   }
@@ -476,6 +563,10 @@ class Checker {
 
 std::uint64_t check(const View &view, const Finding &finding) {
   return Checker(view, finding).run();
+}
+
+std::uint64_t check_types(const View &view, const Finding &finding) {
+  return Checker(view, finding).run_types();
 }
 
 }  // namespace kelp::store

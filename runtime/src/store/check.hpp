@@ -20,4 +20,7 @@ using Finding = std::function<void(const std::string &text)>;
 // How many things are wrong; each is said.
 std::uint64_t check(const View &view, const Finding &finding);
 
+// The same of the type records and what they are found by alone.
+std::uint64_t check_types(const View &view, const Finding &finding);
+
 }  // namespace kelp::store

@@ -344,7 +344,8 @@ void Heap::forget_stamps() {
     each->made = each->saved = each->block_saved = 0;
     if (each->kind != SpanKind::slots) continue;
     Slot *slots = slots_of(each);
-    for (std::uint16_t i = 0; i < each->fresh; ++i) slots[i].saved = 0;
+    const std::size_t given = std::min(std::size_t{each->fresh}, kSpanBytes / sizeof(Slot));
+    for (std::size_t i = 0; i < given; ++i) slots[i].saved = 0;
   }
 }
 

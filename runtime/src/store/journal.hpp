@@ -40,7 +40,7 @@ class Journal {
   template <typename PutBack>
   bool each_backwards(PutBack &&put_back) const {
     std::uint64_t end = length();
-    if (end > capacity_) return false;
+    if (end > capacity_ || end % 8 != 0) return false;
     while (end != 0) {
       if (end < sizeof(JournalEntry)) return false;
       const std::byte *at = entries() + end - sizeof(JournalEntry);

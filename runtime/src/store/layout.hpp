@@ -6,8 +6,20 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "kelp/oid.h"
 #include "kelp/table.h"
 #include "store/index.hpp"
+
+// An entry of the three indexes of OIDs. It stays where it is, so that others may hold it.
+struct kelp_oid_mapping {
+  kelp::store::IndexNode by_object;
+  kelp::store::IndexLink<kelp_oid_mapping> by_id;
+  kelp::store::IndexLink<kelp_oid_mapping> by_page;  // of its object's address
+  kelp_oid oid;
+  void *object;
+  std::uint64_t references;
+  std::uint64_t destroy_asked;
+};
 
 namespace kelp::store {
 
@@ -107,6 +119,14 @@ struct Header {
 static_assert(offsetof(Header, boot) == 128);
 static_assert(offsetof(Header, head) == 192);
 static_assert(sizeof(Header) <= kSpanBytes);
+
+// An entry of the index of types, with its key, a text without an end, behind it.
+struct TypeEntry {
+  IndexNode node;
+  kelp_type_record_copy *copy;
+  std::uint64_t key_length;
+  char *key() { return reinterpret_cast<char *>(this + 1); }
+};
 
 enum class SpanKind : std::uint8_t { none, table, slots, large, large_rest, free };
 

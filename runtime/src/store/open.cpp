@@ -188,6 +188,11 @@ std::int32_t Store::check_header(const Header &header, std::uint64_t size,
                 "within %" PRIx64 " to %" PRIx64,
                 path, identity.address, identity.reserved_bytes, kLowestAddress, kHighestAddress);
   }
+  if (header.head.types_used > kTypesBytes) {
+    return fail(error, EINVAL,
+                "store '%s': %" PRIu64 " bytes of types found, expected at most %" PRIu64, path,
+                header.head.types_used, std::uint64_t{kTypesBytes});
+  }
   // An unfinished transaction may have left any number; the journal's is looked at when it is
   // undone.
   const std::uint64_t most = (identity.reserved_bytes - kHeapOffset) / kSpanBytes;

@@ -59,7 +59,13 @@ std::int32_t Store::mend(kelp_error *error) {
                 "next undoes that",
                 path_.c_str());
   }
-  if (undo()) return 0;
+  if (undo()) {
+    struct stat found {};
+    if (fstat(file_.number(), &found) != 0) {
+      return fail(error, errno, "store '%s': %s", path_.c_str(), std::strerror(errno));
+    }
+    return check_header(*header_, static_cast<std::uint64_t>(found.st_size), error);
+  }
   return fail(error, EIO,
               "store '%s': a process died within a transaction, and the journal '%s-log' that "
               "would undo it is damaged",
@@ -78,13 +84,17 @@ bool Store::undo() {
   struct stat found {};
   if (fstat(file_.number(), &found) != 0) return false;
   const auto size = static_cast<std::uint64_t>(found.st_size);
-  const bool done = journal_.each_backwards(
-      [&](std::uint64_t address, const std::byte *bytes, std::uint64_t length) {
-        const std::uint64_t offset = address - reinterpret_cast<std::uintptr_t>(base_);
-        if (offset > size || length > size - offset) return false;
-        std::memcpy(shared_place(address), bytes, length);
-        return true;
-      });
+  const bool done = journal_.each_backwards([&](std::uint64_t address, const std::byte *bytes,
+                                                std::uint64_t length) {
+    const std::uint64_t offset = address - reinterpret_cast<std::uintptr_t>(base_);
+    if (offset < offsetof(Header, head) || offset > size || length > size - offset) return false;
+    // The types area is mapped twice, and an entry is within it or without.
+    const bool in_types = offset - kTypesOffset < kTypesBytes;
+    const std::uint64_t end = in_types ? kHeapOffset : offset < kTypesOffset ? kTypesOffset : size;
+    if (length > end - offset) return false;
+    std::memcpy(shared_place(address), bytes, length);
+    return true;
+  });
   if (!done || damaged_.load() || journal_.damaged().load()) return false;
   journal_.clear();
   return true;
