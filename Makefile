@@ -3,6 +3,7 @@ JOBS ?= $(shell nproc)
 SAMPLE := examples/data/campus/r1
 CAPTURE := examples/data/campus/all.pcap
 PICTURE := build/release/campus.svg
+STORE := build/release/example.store
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
@@ -36,6 +37,11 @@ run: packages
 	@$(MAKE) --no-print-directory release
 	@build/release/tools/ospf-harbor/ospf-harbor load frr $(SAMPLE) --show
 	@tools/ospf-harbor/two_processes.sh build/release/tools/ospf-harbor/ospf-harbor $(SAMPLE)
+	@echo
+	@rm -f $(STORE) $(STORE)-log $(STORE)-lock
+	@build/release/tools/ospf-harbor/ospf-harbor load frr $(SAMPLE) --store $(STORE)
+	@echo "another process shows of the store $(STORE):"
+	@build/release/tools/ospf-harbor/ospf-harbor show area/0.0.0.0/interface/core --store $(STORE)
 	@echo
 	@printf '%s\n' 'load capture $(CAPTURE)' lsdb 'graph --v2 --svg -o $(PICTURE)' | \
 		build/release/tools/ospf-harbor/ospf-harbor shell

@@ -1,28 +1,96 @@
 #include "ospf_tables/session.hpp"
 
+#include <cerrno>
+#include <memory>
+
 #include "ospf_tables/tree.hpp"
 
 namespace ospf_tables {
+
+namespace {
+
+kelp_database *opened_store(const std::string &path, Session::Missing missing) {
+  kelp_store_options options{};
+  kelp_store_options_init(&options);
+  options.create = missing == Session::Missing::is_made ? 1 : 0;
+  kelp_error error{};
+  kelp_database *database = kelp_database_open_file(path.c_str(), &options, &error);
+  // Opened for writing also by who only reads, since then a dead writer can be undone.
+  if (database == nullptr && options.create == 0 && (error.code == EACCES || error.code == EROFS)) {
+    options.read_only = 1;
+    database = kelp_database_open_file(path.c_str(), &options, &error);
+  }
+  if (database == nullptr) throw LibraryFailure(error.text);
+  return database;
+}
+
+}  // namespace
 
 Session::Session() {
   kelp_error error{};
   database_ = kelp_database_open_private("ospf-harbor", nullptr, &error);
   if (database_ == nullptr) throw LibraryFailure(error.text);
-  handle_ = kelp_handle_create(database_, nullptr, &error);
-  if (handle_ == nullptr) {
-    kelp_database_close(database_, nullptr);
-    throw LibraryFailure(error.text);
-  }
+  make_handle();
+}
+
+Session::Session(const std::string &store, Missing missing)
+    : database_(opened_store(store, missing)), is_store_(true) {
+  make_handle();
 }
 
 Session::~Session() {
-  try {
-    clear_tree(*this);
-  } catch (const LibraryFailure &) {
-    // The database's memory goes as a whole.
+  if (!is_store_) {
+    try {
+      clear_tree(*this);
+    } catch (const LibraryFailure &) {
+      // The database's memory goes as a whole.
+    }
   }
   kelp_handle_destroy(handle_);
   kelp_database_close(database_, nullptr);
+}
+
+void Session::make_handle() {
+  kelp_error error{};
+  handle_ = kelp_handle_create(database_, nullptr, &error);
+  if (handle_ != nullptr) return;
+  kelp_database_close(database_, nullptr);
+  throw LibraryFailure(error.text);
+}
+
+void Session::reading(const std::function<void()> &act) {
+  if (!is_store_ || is_locked_) return act();
+  kelp_error error{};
+  if (kelp_lock_read(handle_, &error) != 0) throw LibraryFailure(error.text);
+  is_locked_ = true;
+  const auto unlocked = [this](Session *) {
+    is_locked_ = false;
+    kelp_unlock(handle_, nullptr);
+  };
+  const std::unique_ptr<Session, decltype(unlocked)> lock(this, unlocked);
+  act();
+}
+
+void Session::changing(const std::function<void()> &act) {
+  if (!is_store_) return act();
+  kelp_error error{};
+  if (kelp_lock_write(handle_, &error) != 0) throw LibraryFailure(error.text);
+  is_locked_ = true;
+  try {
+    act();
+  } catch (...) {
+    undo();
+    throw;
+  }
+  is_locked_ = false;
+  if (kelp_unlock(handle_, &error) != 0) throw LibraryFailure(error.text);
+}
+
+// Undoing that fails leaves a transaction that whoever takes the lock next undoes.
+void Session::undo() {
+  is_locked_ = false;
+  err_ = 0;
+  kelp_rollback(handle_, nullptr);
 }
 
 void Session::check(const char *what) {

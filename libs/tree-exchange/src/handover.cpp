@@ -85,12 +85,16 @@ std::uint64_t receive_tree(Session &session, Listener &listener, std::chrono::mi
   while (true) {
     Connection connection = listener.accept(waiting);
     const Deadline deadline(time);
-    TreeReader reader(session, listener.where(), limit);
     try {
       ByteView piece = connection.read(buffer, deadline);
       if (piece.empty()) continue;
-      for (; !piece.empty(); piece = connection.read(buffer, deadline)) reader.feed(piece);
-      const std::uint64_t rows = reader.finish();
+      std::uint64_t rows = 0;
+      // The sender hears "ok" of what is committed.
+      session.changing([&] {
+        TreeReader reader(session, listener.where(), limit);
+        for (; !piece.empty(); piece = connection.read(buffer, deadline)) reader.feed(piece);
+        rows = reader.finish();
+      });
       answer(connection, std::string(accepted) + std::to_string(rows), Deadline(answer_time));
       return rows;
     } catch (const std::exception &failure) {

@@ -14,8 +14,8 @@ namespace tool {
 
 enum class Needs {
   nothing,
-  session,  // the database of the run
-  tree,     // the same with what `--from` names loaded first; each such command has that option
+  session,  // the database of the run, which it changes within Session::changing
+  tree,     // the same to read it, with what `--from` names loaded first into a private one
 };
 
 enum class Stands { everywhere, on_the_command_line, in_the_shell };

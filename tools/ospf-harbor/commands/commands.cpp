@@ -52,9 +52,18 @@ struct Chosen {
   Run run;
   std::vector<std::string> sources;
 
+  void check_sources(bool is_store) const {
+    if (!is_store || sources.empty()) return;
+    throw UsageError(command->name, "--from", "it beside a store",
+                     "one of the two; load and import fill a store");
+  }
+
   int operator()(Session *session) const {
-    const int loaded = sources.empty() ? 0 : load_sources(*session, sources);
-    return std::max(loaded, run(session));
+    if (command->needs != Needs::tree) return run(session);
+    check_sources(session->is_store());
+    int status = sources.empty() ? 0 : load_sources(*session, sources);
+    session->reading([&] { status = std::max(status, run(session)); });
+    return status;
   }
 };
 
@@ -156,23 +165,40 @@ struct Program {
   CLI::App app{"Looks at OSPF networks: loads what routers say into typed tables and shows them.",
                "ospf-harbor"};
   TraceFile trace_file{app};
+  std::string store;
   Chosen chosen;
 
   explicit Program(Stands here = Stands::on_the_command_line) {
     app.set_help_all_flag("--help-all", "Help of all commands");
     app.set_version_flag("--version", "ospf-harbor " HARBOR_VERSION);
+    app.add_option("--store", store,
+                   "A file that holds the tables, shared with other processes; commands that load "
+                   "make it. Without it the tables are those of this run alone");
     add_commands(app, here, &chosen);
   }
 };
+
+// One command on the store, which what only reads does not make.
+int run_on_store(const Chosen &chosen, const std::string &store) {
+  if (chosen.command->needs == Needs::nothing) {
+    throw UsageError(chosen.command->name, "--store", "\"" + store + "\"",
+                     "no store for a command that neither loads nor shows tables");
+  }
+  const bool reads = chosen.command->needs == Needs::tree;
+  if (reads) chosen.check_sources(true);
+  Session session(store, reads ? Session::Missing::is_refused : Session::Missing::is_made);
+  return chosen(&session);
+}
 
 int run_command_line(std::vector<std::string> words) {
   Program program;
   if (!parse(program.app, std::move(words))) return 0;
   program.trace_file.open();
   const Command &command = *program.chosen.command;
+  if (program.app.count("--store") != 0) return run_on_store(program.chosen, program.store);
   if (command.needs == Needs::nothing) return program.chosen(nullptr);
   if (command.needs == Needs::tree && program.chosen.sources.empty()) {
-    throw UsageError(command.name, "--from", "nothing", "what to load");
+    throw UsageError(command.name, "--from", "nothing", "what to load, or a --store");
   }
   Session session;
   return program.chosen(&session);

@@ -19,8 +19,10 @@ Run set_up_import(CLI::App &app) {
   forms->require_option(1, 0);
   options->show.add_to(app);
   return [options](ospf_tables::Session *session) {
-    for (const std::string &file : options->images) import_tree(*session, TreeForm::image, file);
-    for (const std::string &file : options->documents) import_tree(*session, TreeForm::xml, file);
+    session->changing([&] {
+      for (const std::string &file : options->images) import_tree(*session, TreeForm::image, file);
+      for (const std::string &file : options->documents) import_tree(*session, TreeForm::xml, file);
+    });
     return options->show.run(*session);
   };
 }

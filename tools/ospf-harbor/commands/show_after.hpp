@@ -18,7 +18,10 @@ struct ShowAfter {
   }
   // status: of the filling.
   int run(ospf_tables::Session &session, int status = 0) const {
-    return wanted || !path.empty() ? std::max(status, show_path(session, path)) : status;
+    if (wanted || !path.empty()) {
+      session.reading([&] { status = std::max(status, show_path(session, path)); });
+    }
+    return status;
   }
 };
 

@@ -214,7 +214,8 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
   for (const auto &source : sources) packets += source->decoder.ospf_packets();
   if (packets != 0) {
     progress.lsas(network.lsdb().size());
-    const std::vector<LoadedInstance> loaded = load_network(session, network);
+    std::vector<LoadedInstance> loaded;
+    session.changing([&] { loaded = load_network(session, network); });
     progress.clear();
     for (const auto &source : sources) {
       if (report == nullptr) break;

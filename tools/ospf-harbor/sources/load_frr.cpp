@@ -37,11 +37,13 @@ void load_frr(Session &session, const std::vector<std::string> &folders, std::FI
       instances.push_back(std::move(instance));
     }
   }
-  std::vector<std::unique_ptr<NewInstance>> rows;
-  for (const Instance &instance : instances) {
-    rows.push_back(std::make_unique<NewInstance>(session, instance));
-  }
-  add_instances(session, rows);
+  session.changing([&] {
+    std::vector<std::unique_ptr<NewInstance>> rows;
+    for (const Instance &instance : instances) {
+      rows.push_back(std::make_unique<NewInstance>(session, instance));
+    }
+    add_instances(session, rows);
+  });
   if (report == nullptr) return;
   for (const Instance &instance : instances) {
     std::fprintf(report, "loaded %s\n", summary(instance).c_str());

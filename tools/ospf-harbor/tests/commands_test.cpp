@@ -42,12 +42,14 @@ struct Lines {
 
 class Commands : public tool_tests::ProcessTest {
  protected:
-  // SAMPLE is a folder of a router's answers, TREE its tree, FILE a new one, TRACE a trace.
+  // SAMPLE is a folder of a router's answers, TREE its tree, FILE a new one, TRACE a trace, STORE
+  // a store.
   std::string filled(std::string line) const {
     const std::map<std::string, std::string> places = {{"SAMPLE", sample_},
                                                        {"TREE", file("tree")},
                                                        {"FILE", file("new")},
                                                        {"TRACE", file("trace")},
+                                                       {"STORE", file("store")},
                                                        {"LIBRARY", places::library()},
                                                        {"CAPTURE", places::sample() + "/all.pcap"},
                                                        {"HERE", "unix:" + file("socket")}};
@@ -90,6 +92,8 @@ class Commands : public tool_tests::ProcessTest {
       {"send",
        {"send --to HERE --from SAMPLE", "send --to tcp:192.0.2.1:1 --from SAMPLE", "loopback", 1}},
       {"receive", {"receive --at HERE --timeout 0.01", "receive --timeout 0", "--timeout", 1}},
+      {"store info", {"store info STORE", "store info", "FILE is required"}},
+      {"store check", {"store check STORE", "store check STORE --all", "--all"}},
       {"dump", {"dump --annotate TREE", "dump TREE", "--annotate is required"}},
       {"trace", {"trace TRACE", "trace TRACE --level loud", "found \"loud\""}},
       {"inspect", {"inspect LIBRARY", "inspect", "LIBRARY is required"}},
@@ -111,6 +115,7 @@ TEST_F(Commands, HaveEachALineHere) {
 TEST_F(Commands, DoAndSayTheSameOnTheCommandLineAndInTheShell) {
   expect_done({"export", "--image", file("tree"), "--from", sample_});
   expect_done({"--trace-file", file("trace"), "load", "frr", sample_});
+  expect_done({"load", "frr", sample_, "--store", file("store")});
   for (const auto &[name, lines] : lines_) {
     SCOPED_TRACE(name);
     const std::string right = filled(lines.right);

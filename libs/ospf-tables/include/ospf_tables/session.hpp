@@ -1,5 +1,6 @@
-// The database of one run of the tool: a private one, with a handle that fills and reads it. Calls
-// of the library are checked here, so that every failure is told with what was being done.
+// The database of one run of the tool, with a handle that fills and reads it: a private one, or a
+// store that other processes have open too. Calls of the library are checked here, so that every
+// failure is told with what was being done.
 #pragma once
 
 #include <kelp/embed.h>
@@ -18,7 +19,13 @@ class LibraryFailure : public std::runtime_error {
 
 class Session {
  public:
+  enum class Missing { is_made, is_refused };
+
   Session();
+  // On the store in a file. A store that this user cannot write to can be read all the same. Throws
+  // LibraryFailure with the library's words.
+  Session(const std::string &store, Missing missing);
+  // What lies in a store stays there.
   ~Session();
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
@@ -26,6 +33,15 @@ class Session {
   kelp_database *database() const { return database_; }
   kelp_handle *handle() const { return handle_; }
   std::uint32_t *err() { return &err_; }
+
+  bool is_store() const { return is_store_; }
+
+  // Everything that reads a store runs within reading(), and what changes it within changing(): one
+  // transaction, which other processes see whole when act has ended, or not at all when it throws.
+  // What act made is gone before changing() returns. On a private database they only run act, and
+  // so does reading() within either. Throw LibraryFailure when the lock or the commit fails.
+  void reading(const std::function<void()> &act);
+  void changing(const std::function<void()> &act);
 
   // Throws LibraryFailure when the error word is set, and clears it.
   void check(const char *what);
@@ -39,10 +55,14 @@ class Session {
 
  private:
   [[noreturn]] void fail(const char *what);
+  void make_handle();
+  void undo();
 
   kelp_database *database_ = nullptr;
   kelp_handle *handle_ = nullptr;
   std::uint32_t err_ = 0;
+  bool is_store_ = false;
+  bool is_locked_ = false;
 };
 
 }  // namespace ospf_tables
