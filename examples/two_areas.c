@@ -158,7 +158,7 @@ int main(void) {
   if (done(&at, "table of areas", areas, err)) {
     add_area(&at, areas, 0, "core");
     add_area(&at, areas, 51, "branch");
-    show(&at, areas);
+    if (!at.failed) show(&at, areas);
     end_areas(&at, areas);
   }
   if (at.failed) fprintf(stderr, "%s: %s\n", at.failed, at.why);
