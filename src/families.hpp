@@ -25,8 +25,8 @@
 #include "types/object_field.hpp"
 #include "types/reference_field.hpp"
 #include "types/state_tracking.hpp"
-#include "types/structure.hpp"
-#include "types/structure_object.hpp"
+#include "types/structure_life.hpp"
+#include "types/structure_values.hpp"
 #include "types/transfer.hpp"
 #include "types/value_field.hpp"
 
@@ -50,8 +50,8 @@ inline constexpr std::array flag_set_families{
 };
 
 inline constexpr std::array structure_families{
-    structure_object::family,
-    structure::family,
+    structure_life::family,
+    structure_values::family,
     transfer::family,
     reference_field::whole_family,
     state_tracking::whole_family,

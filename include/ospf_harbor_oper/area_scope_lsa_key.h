@@ -15,14 +15,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t area_scope_lsa_key_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *area_scope_lsa_key_get_luid(kelp_handle *handle, uint32_t space_id,
                                                     const area_scope_lsa_key *object,
                                                     uint32_t *err);
@@ -31,7 +31,7 @@ KELP_API const uint8_t *area_scope_lsa_key_get_luid(kelp_handle *handle, uint32_
  * area_scope_lsa_key has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void area_scope_lsa_key_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                 area_scope_lsa_key *object, uint32_t *err);
 
@@ -41,14 +41,14 @@ KELP_API void area_scope_lsa_key_adjust_variant(kelp_handle *handle, uint32_t sp
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with area_scope_lsa_key_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API area_scope_lsa_key *area_scope_lsa_key_create(kelp_handle *handle, uint32_t space_id);
 
 /* As area_scope_lsa_key_create, without registering the module with the trace library.
  * Errors: as area_scope_lsa_key_create
  * Ownership: as area_scope_lsa_key_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API area_scope_lsa_key *area_scope_lsa_key_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -60,7 +60,7 @@ KELP_API area_scope_lsa_key *area_scope_lsa_key_create_internal(kelp_handle *han
  * Ownership: as area_scope_lsa_key_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API area_scope_lsa_key *area_scope_lsa_key_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed area_scope_lsa_key in memory that the caller provides, its children too:
@@ -72,7 +72,7 @@ KELP_API area_scope_lsa_key *area_scope_lsa_key_create_cr(kelp_handle *handle);
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void area_scope_lsa_key_initialize(kelp_handle *handle, uint32_t space_id,
                                             area_scope_lsa_key *object, kelp_type_record *record,
                                             int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -82,7 +82,7 @@ KELP_API void area_scope_lsa_key_initialize(kelp_handle *handle, uint32_t space_
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void area_scope_lsa_key_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                        area_scope_lsa_key *object);
 
@@ -92,7 +92,7 @@ KELP_API void area_scope_lsa_key_set_instance_embedded(kelp_handle *handle, uint
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void area_scope_lsa_key_destroy(kelp_handle *handle, uint32_t space_id,
                                          area_scope_lsa_key *object);
 
@@ -101,7 +101,7 @@ KELP_API void area_scope_lsa_key_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as area_scope_lsa_key_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void area_scope_lsa_key_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                   area_scope_lsa_key *object, int32_t free_it);
 
@@ -109,35 +109,35 @@ KELP_API void area_scope_lsa_key_destroy_internal(kelp_handle *handle, uint32_t 
  * Errors: as area_scope_lsa_key_destroy
  * Ownership: as area_scope_lsa_key_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void area_scope_lsa_key_destroy_cr(kelp_handle *handle, area_scope_lsa_key *object);
 
 /* Gives the bytes that a area_scope_lsa_key takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t area_scope_lsa_key_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t area_scope_lsa_key_compare(const area_scope_lsa_key *a,
                                             const area_scope_lsa_key *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t area_scope_lsa_key_hash(const area_scope_lsa_key *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to area_scope_lsa_key holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t area_scope_lsa_key_is_valid_cr(kelp_handle *handle,
                                                  const area_scope_lsa_key *object,
                                                  uint32_t field_number);
@@ -146,7 +146,7 @@ KELP_API uint32_t area_scope_lsa_key_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API area_scope_lsa_key *area_scope_lsa_key_get(kelp_handle *handle, uint32_t space_id,
                                                     const area_scope_lsa_key *object);
 
@@ -156,7 +156,7 @@ KELP_API area_scope_lsa_key *area_scope_lsa_key_get(kelp_handle *handle, uint32_
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void area_scope_lsa_key_get_all(kelp_handle *handle, uint32_t space_id,
                                          const area_scope_lsa_key *object, uint32_t *lsa_id,
                                          uint32_t *err);
@@ -167,7 +167,7 @@ KELP_API void area_scope_lsa_key_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void area_scope_lsa_key_set_all(kelp_handle *handle, uint32_t space_id,
                                          area_scope_lsa_key *object, uint32_t lsa_id,
                                          uint32_t *err);

@@ -16,14 +16,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t link_scope_lsas_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *link_scope_lsas_get_luid(kelp_handle *handle, uint32_t space_id,
                                                  const link_scope_lsas *object, uint32_t *err);
 
@@ -31,7 +31,7 @@ KELP_API const uint8_t *link_scope_lsas_get_luid(kelp_handle *handle, uint32_t s
  * link_scope_lsas has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void link_scope_lsas_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                              link_scope_lsas *object, uint32_t *err);
 
@@ -41,14 +41,14 @@ KELP_API void link_scope_lsas_adjust_variant(kelp_handle *handle, uint32_t space
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with link_scope_lsas_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API link_scope_lsas *link_scope_lsas_create(kelp_handle *handle, uint32_t space_id);
 
 /* As link_scope_lsas_create, without registering the module with the trace library.
  * Errors: as link_scope_lsas_create
  * Ownership: as link_scope_lsas_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API link_scope_lsas *link_scope_lsas_create_internal(kelp_handle *handle, uint32_t space_id);
 
 /* As link_scope_lsas_create with the handle's cr_space_id, but without memory, or with an earlier
@@ -59,7 +59,7 @@ KELP_API link_scope_lsas *link_scope_lsas_create_internal(kelp_handle *handle, u
  * Ownership: as link_scope_lsas_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API link_scope_lsas *link_scope_lsas_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed link_scope_lsas in memory that the caller provides, its children too:
@@ -71,7 +71,7 @@ KELP_API link_scope_lsas *link_scope_lsas_create_cr(kelp_handle *handle);
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void link_scope_lsas_initialize(kelp_handle *handle, uint32_t space_id,
                                          link_scope_lsas *object, kelp_type_record *record,
                                          int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -81,7 +81,7 @@ KELP_API void link_scope_lsas_initialize(kelp_handle *handle, uint32_t space_id,
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void link_scope_lsas_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                     link_scope_lsas *object);
 
@@ -91,7 +91,7 @@ KELP_API void link_scope_lsas_set_instance_embedded(kelp_handle *handle, uint32_
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void link_scope_lsas_destroy(kelp_handle *handle, uint32_t space_id,
                                       link_scope_lsas *object);
 
@@ -100,7 +100,7 @@ KELP_API void link_scope_lsas_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as link_scope_lsas_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void link_scope_lsas_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                link_scope_lsas *object, int32_t free_it);
 
@@ -108,34 +108,34 @@ KELP_API void link_scope_lsas_destroy_internal(kelp_handle *handle, uint32_t spa
  * Errors: as link_scope_lsas_destroy
  * Ownership: as link_scope_lsas_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void link_scope_lsas_destroy_cr(kelp_handle *handle, link_scope_lsas *object);
 
 /* Gives the bytes that a link_scope_lsas takes under this handle, its state bytes included when
  * the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t link_scope_lsas_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t link_scope_lsas_compare(const link_scope_lsas *a, const link_scope_lsas *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t link_scope_lsas_hash(const link_scope_lsas *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to link_scope_lsas holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t link_scope_lsas_is_valid_cr(kelp_handle *handle, const link_scope_lsas *object,
                                               uint32_t field_number);
 
@@ -143,7 +143,7 @@ KELP_API uint32_t link_scope_lsas_is_valid_cr(kelp_handle *handle, const link_sc
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API link_scope_lsas *link_scope_lsas_get(kelp_handle *handle, uint32_t space_id,
                                               const link_scope_lsas *object);
 
@@ -153,7 +153,7 @@ KELP_API link_scope_lsas *link_scope_lsas_get(kelp_handle *handle, uint32_t spac
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void link_scope_lsas_get_all(kelp_handle *handle, uint32_t space_id,
                                       const link_scope_lsas *object, uint32_t *lsa_type,
                                       uint32_t *err);
@@ -164,7 +164,7 @@ KELP_API void link_scope_lsas_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void link_scope_lsas_set_all(kelp_handle *handle, uint32_t space_id,
                                       link_scope_lsas *object, uint32_t lsa_type, uint32_t *err);
 

@@ -21,14 +21,14 @@ KELP_EXTERN_C_BEGIN
  * as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t lsa_options_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *lsa_options_get_luid(kelp_handle *handle, uint32_t space_id,
                                              const lsa_options *object, uint32_t *err);
 
@@ -36,7 +36,7 @@ KELP_API const uint8_t *lsa_options_get_luid(kelp_handle *handle, uint32_t space
  * lsa_options has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void lsa_options_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                          lsa_options *object, uint32_t *err);
 
@@ -46,14 +46,14 @@ KELP_API void lsa_options_adjust_variant(kelp_handle *handle, uint32_t space_id,
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with lsa_options_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API lsa_options *lsa_options_create(kelp_handle *handle, uint32_t space_id);
 
 /* As lsa_options_create, without registering the module with the trace library.
  * Errors: as lsa_options_create
  * Ownership: as lsa_options_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API lsa_options *lsa_options_create_internal(kelp_handle *handle, uint32_t space_id);
 
 /* As lsa_options_create with the handle's cr_space_id, but without memory, or with an earlier
@@ -63,7 +63,7 @@ KELP_API lsa_options *lsa_options_create_internal(kelp_handle *handle, uint32_t 
  *   cr_err is 0
  * Ownership: as lsa_options_create; the null object belongs to the library and is never written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API lsa_options *lsa_options_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed lsa_options in memory that the caller provides, its children too: headers,
@@ -75,7 +75,7 @@ KELP_API lsa_options *lsa_options_create_cr(kelp_handle *handle);
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void lsa_options_initialize(kelp_handle *handle, uint32_t space_id, lsa_options *object,
                                      kelp_type_record *record, int32_t notify, int32_t skip_stats,
                                      uint8_t flags, void *sttr_base, uint32_t *err);
@@ -84,7 +84,7 @@ KELP_API void lsa_options_initialize(kelp_handle *handle, uint32_t space_id, lsa
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void lsa_options_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                 lsa_options *object);
 
@@ -94,7 +94,7 @@ KELP_API void lsa_options_set_instance_embedded(kelp_handle *handle, uint32_t sp
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void lsa_options_destroy(kelp_handle *handle, uint32_t space_id, lsa_options *object);
 
 /* As lsa_options_destroy; with free_it 0 everything is done but the freeing of the object's own
@@ -102,7 +102,7 @@ KELP_API void lsa_options_destroy(kelp_handle *handle, uint32_t space_id, lsa_op
  * Errors: as lsa_options_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void lsa_options_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                            lsa_options *object, int32_t free_it);
 
@@ -110,34 +110,34 @@ KELP_API void lsa_options_destroy_internal(kelp_handle *handle, uint32_t space_i
  * Errors: as lsa_options_destroy
  * Ownership: as lsa_options_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void lsa_options_destroy_cr(kelp_handle *handle, lsa_options *object);
 
 /* Gives the bytes that a lsa_options takes under this handle, its state bytes included when the
  * handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t lsa_options_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t lsa_options_compare(const lsa_options *a, const lsa_options *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t lsa_options_hash(const lsa_options *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to lsa_options holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t lsa_options_is_valid_cr(kelp_handle *handle, const lsa_options *object,
                                           uint32_t field_number);
 
@@ -145,7 +145,7 @@ KELP_API uint32_t lsa_options_is_valid_cr(kelp_handle *handle, const lsa_options
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API lsa_options *lsa_options_get(kelp_handle *handle, uint32_t space_id,
                                       const lsa_options *object);
 
@@ -155,7 +155,7 @@ KELP_API lsa_options *lsa_options_get(kelp_handle *handle, uint32_t space_id,
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void lsa_options_get_all(kelp_handle *handle, uint32_t space_id,
                                   const lsa_options *object, kelp_boolean *DC, kelp_boolean *P,
                                   kelp_boolean *MC, kelp_boolean *E, kelp_boolean *Upward,
@@ -168,7 +168,7 @@ KELP_API void lsa_options_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void lsa_options_set_all(kelp_handle *handle, uint32_t space_id, lsa_options *object,
                                   kelp_boolean DC, kelp_boolean P, kelp_boolean MC,
                                   kelp_boolean E, kelp_boolean Upward, kelp_boolean MT,

@@ -21,14 +21,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospf_crypto_algorithm_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospf_crypto_algorithm_get_luid(kelp_handle *handle, uint32_t space_id,
                                                        const ospf_crypto_algorithm *object,
                                                        uint32_t *err);
@@ -37,7 +37,7 @@ KELP_API const uint8_t *ospf_crypto_algorithm_get_luid(kelp_handle *handle, uint
  * ospf_crypto_algorithm has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_crypto_algorithm_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                    ospf_crypto_algorithm *object, uint32_t *err);
 
@@ -47,7 +47,7 @@ KELP_API void ospf_crypto_algorithm_adjust_variant(kelp_handle *handle, uint32_t
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospf_crypto_algorithm_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -55,7 +55,7 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create(kelp_handle *handle
  * Errors: as ospf_crypto_algorithm_create
  * Ownership: as ospf_crypto_algorithm_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -67,7 +67,7 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_internal(kelp_handl
  * Ownership: as ospf_crypto_algorithm_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospf_crypto_algorithm in memory that the caller provides, its children too:
@@ -79,7 +79,7 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_create_cr(kelp_handle *han
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_crypto_algorithm_initialize(kelp_handle *handle, uint32_t space_id,
                                                ospf_crypto_algorithm *object,
                                                kelp_type_record *record, int32_t notify,
@@ -90,7 +90,7 @@ KELP_API void ospf_crypto_algorithm_initialize(kelp_handle *handle, uint32_t spa
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_crypto_algorithm_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                           ospf_crypto_algorithm *object);
 
@@ -100,7 +100,7 @@ KELP_API void ospf_crypto_algorithm_set_instance_embedded(kelp_handle *handle, u
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_crypto_algorithm_destroy(kelp_handle *handle, uint32_t space_id,
                                             ospf_crypto_algorithm *object);
 
@@ -109,7 +109,7 @@ KELP_API void ospf_crypto_algorithm_destroy(kelp_handle *handle, uint32_t space_
  * Errors: as ospf_crypto_algorithm_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_crypto_algorithm_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                      ospf_crypto_algorithm *object,
                                                      int32_t free_it);
@@ -118,35 +118,35 @@ KELP_API void ospf_crypto_algorithm_destroy_internal(kelp_handle *handle, uint32
  * Errors: as ospf_crypto_algorithm_destroy
  * Ownership: as ospf_crypto_algorithm_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_crypto_algorithm_destroy_cr(kelp_handle *handle, ospf_crypto_algorithm *object);
 
 /* Gives the bytes that a ospf_crypto_algorithm takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospf_crypto_algorithm_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospf_crypto_algorithm_compare(const ospf_crypto_algorithm *a,
                                                const ospf_crypto_algorithm *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_hash(const ospf_crypto_algorithm *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_crypto_algorithm holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_is_valid_cr(kelp_handle *handle,
                                                     const ospf_crypto_algorithm *object,
                                                     uint32_t field_number);
@@ -155,7 +155,7 @@ KELP_API uint32_t ospf_crypto_algorithm_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_get(kelp_handle *handle, uint32_t space_id,
                                                           const ospf_crypto_algorithm *object);
 
@@ -165,7 +165,7 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_get(kelp_handle *handle, u
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_crypto_algorithm_get_all(kelp_handle *handle, uint32_t space_id,
                                             const ospf_crypto_algorithm *object,
                                             kelp_boolean *hmac_sha1_12,
@@ -181,7 +181,7 @@ KELP_API void ospf_crypto_algorithm_get_all(kelp_handle *handle, uint32_t space_
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_crypto_algorithm_set_all(kelp_handle *handle, uint32_t space_id,
                                             ospf_crypto_algorithm *object,
                                             kelp_boolean hmac_sha1_12, kelp_boolean hmac_sha1_20,

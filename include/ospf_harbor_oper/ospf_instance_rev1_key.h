@@ -15,14 +15,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospf_instance_rev1_key_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospf_instance_rev1_key_get_luid(kelp_handle *handle, uint32_t space_id,
                                                         const ospf_instance_rev1_key *object,
                                                         uint32_t *err);
@@ -31,7 +31,7 @@ KELP_API const uint8_t *ospf_instance_rev1_key_get_luid(kelp_handle *handle, uin
  * ospf_instance_rev1_key has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_instance_rev1_key_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                     ospf_instance_rev1_key *object, uint32_t *err);
 
@@ -41,7 +41,7 @@ KELP_API void ospf_instance_rev1_key_adjust_variant(kelp_handle *handle, uint32_
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospf_instance_rev1_key_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -49,7 +49,7 @@ KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_create(kelp_handle *hand
  * Errors: as ospf_instance_rev1_key_create
  * Ownership: as ospf_instance_rev1_key_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -61,7 +61,7 @@ KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_create_internal(kelp_han
  * Ownership: as ospf_instance_rev1_key_create; the null object belongs to the library and is
  *   never written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospf_instance_rev1_key in memory that the caller provides, its children too:
@@ -73,7 +73,7 @@ KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_create_cr(kelp_handle *h
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_instance_rev1_key_initialize(kelp_handle *handle, uint32_t space_id,
                                                 ospf_instance_rev1_key *object,
                                                 kelp_type_record *record, int32_t notify,
@@ -84,7 +84,7 @@ KELP_API void ospf_instance_rev1_key_initialize(kelp_handle *handle, uint32_t sp
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_instance_rev1_key_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                            ospf_instance_rev1_key *object);
 
@@ -94,7 +94,7 @@ KELP_API void ospf_instance_rev1_key_set_instance_embedded(kelp_handle *handle, 
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_instance_rev1_key_destroy(kelp_handle *handle, uint32_t space_id,
                                              ospf_instance_rev1_key *object);
 
@@ -103,7 +103,7 @@ KELP_API void ospf_instance_rev1_key_destroy(kelp_handle *handle, uint32_t space
  * Errors: as ospf_instance_rev1_key_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_instance_rev1_key_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                       ospf_instance_rev1_key *object,
                                                       int32_t free_it);
@@ -112,7 +112,7 @@ KELP_API void ospf_instance_rev1_key_destroy_internal(kelp_handle *handle, uint3
  * Errors: as ospf_instance_rev1_key_destroy
  * Ownership: as ospf_instance_rev1_key_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_instance_rev1_key_destroy_cr(kelp_handle *handle,
                                                 ospf_instance_rev1_key *object);
 
@@ -120,28 +120,28 @@ KELP_API void ospf_instance_rev1_key_destroy_cr(kelp_handle *handle,
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospf_instance_rev1_key_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospf_instance_rev1_key_compare(const ospf_instance_rev1_key *a,
                                                 const ospf_instance_rev1_key *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_instance_rev1_key_hash(const ospf_instance_rev1_key *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_instance_rev1_key holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_instance_rev1_key_is_valid_cr(kelp_handle *handle,
                                                      const ospf_instance_rev1_key *object,
                                                      uint32_t field_number);
@@ -150,7 +150,7 @@ KELP_API uint32_t ospf_instance_rev1_key_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_get(kelp_handle *handle,
                                                             uint32_t space_id,
                                                             const ospf_instance_rev1_key *object);
@@ -161,7 +161,7 @@ KELP_API ospf_instance_rev1_key *ospf_instance_rev1_key_get(kelp_handle *handle,
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_instance_rev1_key_get_all(kelp_handle *handle, uint32_t space_id,
                                              const ospf_instance_rev1_key *object, uint32_t *af,
                                              uint32_t *router_id, uint32_t *err);
@@ -172,7 +172,7 @@ KELP_API void ospf_instance_rev1_key_get_all(kelp_handle *handle, uint32_t space
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_instance_rev1_key_set_all(kelp_handle *handle, uint32_t space_id,
                                              ospf_instance_rev1_key *object, uint32_t af,
                                              uint32_t router_id, uint32_t *err);

@@ -42,14 +42,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospf_interface_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospf_interface_get_luid(kelp_handle *handle, uint32_t space_id,
                                                 const ospf_interface *object, uint32_t *err);
 
@@ -57,7 +57,7 @@ KELP_API const uint8_t *ospf_interface_get_luid(kelp_handle *handle, uint32_t sp
  * ospf_interface has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_interface_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                             ospf_interface *object, uint32_t *err);
 
@@ -67,14 +67,14 @@ KELP_API void ospf_interface_adjust_variant(kelp_handle *handle, uint32_t space_
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospf_interface_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_interface *ospf_interface_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospf_interface_create, without registering the module with the trace library.
  * Errors: as ospf_interface_create
  * Ownership: as ospf_interface_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_interface *ospf_interface_create_internal(kelp_handle *handle, uint32_t space_id);
 
 /* As ospf_interface_create with the handle's cr_space_id, but without memory, or with an earlier
@@ -85,7 +85,7 @@ KELP_API ospf_interface *ospf_interface_create_internal(kelp_handle *handle, uin
  * Ownership: as ospf_interface_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_interface *ospf_interface_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospf_interface in memory that the caller provides, its children too: headers,
@@ -97,7 +97,7 @@ KELP_API ospf_interface *ospf_interface_create_cr(kelp_handle *handle);
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_interface_initialize(kelp_handle *handle, uint32_t space_id,
                                         ospf_interface *object, kelp_type_record *record,
                                         int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -107,7 +107,7 @@ KELP_API void ospf_interface_initialize(kelp_handle *handle, uint32_t space_id,
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_interface_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                    ospf_interface *object);
 
@@ -117,7 +117,7 @@ KELP_API void ospf_interface_set_instance_embedded(kelp_handle *handle, uint32_t
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_interface_destroy(kelp_handle *handle, uint32_t space_id,
                                      ospf_interface *object);
 
@@ -126,7 +126,7 @@ KELP_API void ospf_interface_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as ospf_interface_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_interface_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                               ospf_interface *object, int32_t free_it);
 
@@ -134,34 +134,34 @@ KELP_API void ospf_interface_destroy_internal(kelp_handle *handle, uint32_t spac
  * Errors: as ospf_interface_destroy
  * Ownership: as ospf_interface_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_interface_destroy_cr(kelp_handle *handle, ospf_interface *object);
 
 /* Gives the bytes that a ospf_interface takes under this handle, its state bytes included when
  * the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospf_interface_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospf_interface_compare(const ospf_interface *a, const ospf_interface *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_interface_hash(const ospf_interface *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_interface holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_interface_is_valid_cr(kelp_handle *handle, const ospf_interface *object,
                                              uint32_t field_number);
 
@@ -169,7 +169,7 @@ KELP_API uint32_t ospf_interface_is_valid_cr(kelp_handle *handle, const ospf_int
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospf_interface *ospf_interface_get(kelp_handle *handle, uint32_t space_id,
                                             const ospf_interface *object);
 
@@ -179,7 +179,7 @@ KELP_API ospf_interface *ospf_interface_get(kelp_handle *handle, uint32_t space_
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_interface_get_all(kelp_handle *handle, uint32_t space_id,
                                      const ospf_interface *object, uint32_t *network_type,
                                      kelp_boolean *passive, kelp_boolean *demand_circuit,
@@ -197,7 +197,7 @@ KELP_API void ospf_interface_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_interface_set_all(kelp_handle *handle, uint32_t space_id,
                                      ospf_interface *object, uint32_t network_type,
                                      kelp_boolean passive, kelp_boolean demand_circuit,

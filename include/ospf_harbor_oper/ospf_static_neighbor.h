@@ -16,14 +16,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospf_static_neighbor_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospf_static_neighbor_get_luid(kelp_handle *handle, uint32_t space_id,
                                                       const ospf_static_neighbor *object,
                                                       uint32_t *err);
@@ -32,7 +32,7 @@ KELP_API const uint8_t *ospf_static_neighbor_get_luid(kelp_handle *handle, uint3
  * ospf_static_neighbor has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_static_neighbor_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                   ospf_static_neighbor *object, uint32_t *err);
 
@@ -42,14 +42,14 @@ KELP_API void ospf_static_neighbor_adjust_variant(kelp_handle *handle, uint32_t 
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospf_static_neighbor_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospf_static_neighbor_create, without registering the module with the trace library.
  * Errors: as ospf_static_neighbor_create
  * Ownership: as ospf_static_neighbor_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -61,7 +61,7 @@ KELP_API ospf_static_neighbor *ospf_static_neighbor_create_internal(kelp_handle 
  * Ownership: as ospf_static_neighbor_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospf_static_neighbor in memory that the caller provides, its children too:
@@ -73,7 +73,7 @@ KELP_API ospf_static_neighbor *ospf_static_neighbor_create_cr(kelp_handle *handl
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_static_neighbor_initialize(kelp_handle *handle, uint32_t space_id,
                                               ospf_static_neighbor *object,
                                               kelp_type_record *record, int32_t notify,
@@ -84,7 +84,7 @@ KELP_API void ospf_static_neighbor_initialize(kelp_handle *handle, uint32_t spac
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_static_neighbor_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                          ospf_static_neighbor *object);
 
@@ -94,7 +94,7 @@ KELP_API void ospf_static_neighbor_set_instance_embedded(kelp_handle *handle, ui
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_static_neighbor_destroy(kelp_handle *handle, uint32_t space_id,
                                            ospf_static_neighbor *object);
 
@@ -103,7 +103,7 @@ KELP_API void ospf_static_neighbor_destroy(kelp_handle *handle, uint32_t space_i
  * Errors: as ospf_static_neighbor_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_static_neighbor_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                     ospf_static_neighbor *object, int32_t free_it);
 
@@ -111,35 +111,35 @@ KELP_API void ospf_static_neighbor_destroy_internal(kelp_handle *handle, uint32_
  * Errors: as ospf_static_neighbor_destroy
  * Ownership: as ospf_static_neighbor_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospf_static_neighbor_destroy_cr(kelp_handle *handle, ospf_static_neighbor *object);
 
 /* Gives the bytes that a ospf_static_neighbor takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospf_static_neighbor_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospf_static_neighbor_compare(const ospf_static_neighbor *a,
                                               const ospf_static_neighbor *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_static_neighbor_hash(const ospf_static_neighbor *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_static_neighbor holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_static_neighbor_is_valid_cr(kelp_handle *handle,
                                                    const ospf_static_neighbor *object,
                                                    uint32_t field_number);
@@ -148,7 +148,7 @@ KELP_API uint32_t ospf_static_neighbor_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospf_static_neighbor *ospf_static_neighbor_get(kelp_handle *handle, uint32_t space_id,
                                                         const ospf_static_neighbor *object);
 
@@ -158,7 +158,7 @@ KELP_API ospf_static_neighbor *ospf_static_neighbor_get(kelp_handle *handle, uin
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_static_neighbor_get_all(kelp_handle *handle, uint32_t space_id,
                                            const ospf_static_neighbor *object, uint16_t *cost,
                                            uint16_t *poll_interval, uint32_t *err);
@@ -169,7 +169,7 @@ KELP_API void ospf_static_neighbor_get_all(kelp_handle *handle, uint32_t space_i
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospf_static_neighbor_set_all(kelp_handle *handle, uint32_t space_id,
                                            ospf_static_neighbor *object, uint16_t cost,
                                            uint16_t poll_interval, uint32_t *err);

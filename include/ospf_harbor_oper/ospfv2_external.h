@@ -17,14 +17,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospfv2_external_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospfv2_external_get_luid(kelp_handle *handle, uint32_t space_id,
                                                  const ospfv2_external *object, uint32_t *err);
 
@@ -32,7 +32,7 @@ KELP_API const uint8_t *ospfv2_external_get_luid(kelp_handle *handle, uint32_t s
  * ospfv2_external has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_external_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                              ospfv2_external *object, uint32_t *err);
 
@@ -42,14 +42,14 @@ KELP_API void ospfv2_external_adjust_variant(kelp_handle *handle, uint32_t space
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv2_external_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv2_external *ospfv2_external_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv2_external_create, without registering the module with the trace library.
  * Errors: as ospfv2_external_create
  * Ownership: as ospfv2_external_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv2_external *ospfv2_external_create_internal(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv2_external_create with the handle's cr_space_id, but without memory, or with an earlier
@@ -60,7 +60,7 @@ KELP_API ospfv2_external *ospfv2_external_create_internal(kelp_handle *handle, u
  * Ownership: as ospfv2_external_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv2_external *ospfv2_external_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv2_external in memory that the caller provides, its children too:
@@ -72,7 +72,7 @@ KELP_API ospfv2_external *ospfv2_external_create_cr(kelp_handle *handle);
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_external_initialize(kelp_handle *handle, uint32_t space_id,
                                          ospfv2_external *object, kelp_type_record *record,
                                          int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -82,7 +82,7 @@ KELP_API void ospfv2_external_initialize(kelp_handle *handle, uint32_t space_id,
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_external_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                     ospfv2_external *object);
 
@@ -92,7 +92,7 @@ KELP_API void ospfv2_external_set_instance_embedded(kelp_handle *handle, uint32_
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_external_destroy(kelp_handle *handle, uint32_t space_id,
                                       ospfv2_external *object);
 
@@ -101,7 +101,7 @@ KELP_API void ospfv2_external_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as ospfv2_external_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_external_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                ospfv2_external *object, int32_t free_it);
 
@@ -109,34 +109,34 @@ KELP_API void ospfv2_external_destroy_internal(kelp_handle *handle, uint32_t spa
  * Errors: as ospfv2_external_destroy
  * Ownership: as ospfv2_external_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_external_destroy_cr(kelp_handle *handle, ospfv2_external *object);
 
 /* Gives the bytes that a ospfv2_external takes under this handle, its state bytes included when
  * the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospfv2_external_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv2_external_compare(const ospfv2_external *a, const ospfv2_external *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_external_hash(const ospfv2_external *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv2_external holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_external_is_valid_cr(kelp_handle *handle, const ospfv2_external *object,
                                               uint32_t field_number);
 
@@ -144,7 +144,7 @@ KELP_API uint32_t ospfv2_external_is_valid_cr(kelp_handle *handle, const ospfv2_
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospfv2_external *ospfv2_external_get(kelp_handle *handle, uint32_t space_id,
                                               const ospfv2_external *object);
 
@@ -154,7 +154,7 @@ KELP_API ospfv2_external *ospfv2_external_get(kelp_handle *handle, uint32_t spac
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv2_external_get_all(kelp_handle *handle, uint32_t space_id,
                                       const ospfv2_external *object, uint32_t *mt_id,
                                       uint32_t *metric, uint32_t *external_route_tag,
@@ -166,7 +166,7 @@ KELP_API void ospfv2_external_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv2_external_set_all(kelp_handle *handle, uint32_t space_id,
                                       ospfv2_external *object, uint32_t mt_id, uint32_t metric,
                                       uint32_t external_route_tag, uint32_t *err);

@@ -19,14 +19,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospfv2_lsa_body_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospfv2_lsa_body_get_luid(kelp_handle *handle, uint32_t space_id,
                                                  const ospfv2_lsa_body *object, uint32_t *err);
 
@@ -34,7 +34,7 @@ KELP_API const uint8_t *ospfv2_lsa_body_get_luid(kelp_handle *handle, uint32_t s
  * ospfv2_lsa_body has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_lsa_body_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                              ospfv2_lsa_body *object, uint32_t *err);
 
@@ -44,14 +44,14 @@ KELP_API void ospfv2_lsa_body_adjust_variant(kelp_handle *handle, uint32_t space
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv2_lsa_body_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv2_lsa_body *ospfv2_lsa_body_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv2_lsa_body_create, without registering the module with the trace library.
  * Errors: as ospfv2_lsa_body_create
  * Ownership: as ospfv2_lsa_body_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv2_lsa_body *ospfv2_lsa_body_create_internal(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv2_lsa_body_create with the handle's cr_space_id, but without memory, or with an earlier
@@ -62,7 +62,7 @@ KELP_API ospfv2_lsa_body *ospfv2_lsa_body_create_internal(kelp_handle *handle, u
  * Ownership: as ospfv2_lsa_body_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv2_lsa_body *ospfv2_lsa_body_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv2_lsa_body in memory that the caller provides, its children too:
@@ -74,7 +74,7 @@ KELP_API ospfv2_lsa_body *ospfv2_lsa_body_create_cr(kelp_handle *handle);
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_lsa_body_initialize(kelp_handle *handle, uint32_t space_id,
                                          ospfv2_lsa_body *object, kelp_type_record *record,
                                          int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -84,7 +84,7 @@ KELP_API void ospfv2_lsa_body_initialize(kelp_handle *handle, uint32_t space_id,
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_lsa_body_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                     ospfv2_lsa_body *object);
 
@@ -94,7 +94,7 @@ KELP_API void ospfv2_lsa_body_set_instance_embedded(kelp_handle *handle, uint32_
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_lsa_body_destroy(kelp_handle *handle, uint32_t space_id,
                                       ospfv2_lsa_body *object);
 
@@ -103,7 +103,7 @@ KELP_API void ospfv2_lsa_body_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as ospfv2_lsa_body_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_lsa_body_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                ospfv2_lsa_body *object, int32_t free_it);
 
@@ -111,34 +111,34 @@ KELP_API void ospfv2_lsa_body_destroy_internal(kelp_handle *handle, uint32_t spa
  * Errors: as ospfv2_lsa_body_destroy
  * Ownership: as ospfv2_lsa_body_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv2_lsa_body_destroy_cr(kelp_handle *handle, ospfv2_lsa_body *object);
 
 /* Gives the bytes that a ospfv2_lsa_body takes under this handle, its state bytes included when
  * the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospfv2_lsa_body_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv2_lsa_body_compare(const ospfv2_lsa_body *a, const ospfv2_lsa_body *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_lsa_body_hash(const ospfv2_lsa_body *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv2_lsa_body holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_lsa_body_is_valid_cr(kelp_handle *handle, const ospfv2_lsa_body *object,
                                               uint32_t field_number);
 
@@ -146,7 +146,7 @@ KELP_API uint32_t ospfv2_lsa_body_is_valid_cr(kelp_handle *handle, const ospfv2_
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospfv2_lsa_body *ospfv2_lsa_body_get(kelp_handle *handle, uint32_t space_id,
                                               const ospfv2_lsa_body *object);
 
@@ -156,7 +156,7 @@ KELP_API ospfv2_lsa_body *ospfv2_lsa_body_get(kelp_handle *handle, uint32_t spac
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv2_lsa_body_get_all(kelp_handle *handle, uint32_t space_id,
                                       const ospfv2_lsa_body *object, uint16_t *num_of_links,
                                       uint32_t *err);
@@ -167,7 +167,7 @@ KELP_API void ospfv2_lsa_body_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv2_lsa_body_set_all(kelp_handle *handle, uint32_t space_id,
                                       ospfv2_lsa_body *object, uint16_t num_of_links,
                                       uint32_t *err);

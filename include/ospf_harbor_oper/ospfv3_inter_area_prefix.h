@@ -16,14 +16,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospfv3_inter_area_prefix_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospfv3_inter_area_prefix_get_luid(kelp_handle *handle, uint32_t space_id,
                                                           const ospfv3_inter_area_prefix *object,
                                                           uint32_t *err);
@@ -32,7 +32,7 @@ KELP_API const uint8_t *ospfv3_inter_area_prefix_get_luid(kelp_handle *handle, u
  * ospfv3_inter_area_prefix has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_prefix_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                       ospfv3_inter_area_prefix *object,
                                                       uint32_t *err);
@@ -43,7 +43,7 @@ KELP_API void ospfv3_inter_area_prefix_adjust_variant(kelp_handle *handle, uint3
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv3_inter_area_prefix_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -51,7 +51,7 @@ KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_create(kelp_handle *
  * Errors: as ospfv3_inter_area_prefix_create
  * Ownership: as ospfv3_inter_area_prefix_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -64,7 +64,7 @@ KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_create_internal(kelp
  * Ownership: as ospfv3_inter_area_prefix_create; the null object belongs to the library and is
  *   never written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv3_inter_area_prefix in memory that the caller provides, its children
@@ -76,7 +76,7 @@ KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_create_cr(kelp_handl
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_prefix_initialize(kelp_handle *handle, uint32_t space_id,
                                                   ospfv3_inter_area_prefix *object,
                                                   kelp_type_record *record, int32_t notify,
@@ -87,7 +87,7 @@ KELP_API void ospfv3_inter_area_prefix_initialize(kelp_handle *handle, uint32_t 
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_prefix_set_instance_embedded(kelp_handle *handle,
     uint32_t space_id, ospfv3_inter_area_prefix *object);
 
@@ -97,7 +97,7 @@ KELP_API void ospfv3_inter_area_prefix_set_instance_embedded(kelp_handle *handle
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_prefix_destroy(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_inter_area_prefix *object);
 
@@ -106,7 +106,7 @@ KELP_API void ospfv3_inter_area_prefix_destroy(kelp_handle *handle, uint32_t spa
  * Errors: as ospfv3_inter_area_prefix_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_prefix_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                         ospfv3_inter_area_prefix *object,
                                                         int32_t free_it);
@@ -115,7 +115,7 @@ KELP_API void ospfv3_inter_area_prefix_destroy_internal(kelp_handle *handle, uin
  * Errors: as ospfv3_inter_area_prefix_destroy
  * Ownership: as ospfv3_inter_area_prefix_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_prefix_destroy_cr(kelp_handle *handle,
                                                   ospfv3_inter_area_prefix *object);
 
@@ -123,21 +123,21 @@ KELP_API void ospfv3_inter_area_prefix_destroy_cr(kelp_handle *handle,
  * included when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospfv3_inter_area_prefix_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv3_inter_area_prefix_compare(const ospfv3_inter_area_prefix *a,
                                                   const ospfv3_inter_area_prefix *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_inter_area_prefix_hash(const ospfv3_inter_area_prefix *object,
                                                 uint32_t seed);
 
@@ -145,7 +145,7 @@ KELP_API uint32_t ospfv3_inter_area_prefix_hash(const ospfv3_inter_area_prefix *
  * of that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_inter_area_prefix_is_valid_cr(kelp_handle *handle,
                                                        const ospfv3_inter_area_prefix *object,
                                                        uint32_t field_number);
@@ -154,7 +154,7 @@ KELP_API uint32_t ospfv3_inter_area_prefix_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_get(kelp_handle *handle,
     uint32_t space_id, const ospfv3_inter_area_prefix *object);
 
@@ -164,7 +164,7 @@ KELP_API ospfv3_inter_area_prefix *ospfv3_inter_area_prefix_get(kelp_handle *han
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_inter_area_prefix_get_all(kelp_handle *handle, uint32_t space_id,
                                                const ospfv3_inter_area_prefix *object,
                                                uint32_t *metric, uint32_t *err);
@@ -175,7 +175,7 @@ KELP_API void ospfv3_inter_area_prefix_get_all(kelp_handle *handle, uint32_t spa
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_inter_area_prefix_set_all(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_inter_area_prefix *object, uint32_t metric,
                                                uint32_t *err);

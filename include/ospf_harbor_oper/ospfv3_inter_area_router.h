@@ -17,14 +17,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospfv3_inter_area_router_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospfv3_inter_area_router_get_luid(kelp_handle *handle, uint32_t space_id,
                                                           const ospfv3_inter_area_router *object,
                                                           uint32_t *err);
@@ -33,7 +33,7 @@ KELP_API const uint8_t *ospfv3_inter_area_router_get_luid(kelp_handle *handle, u
  * ospfv3_inter_area_router has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_router_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                       ospfv3_inter_area_router *object,
                                                       uint32_t *err);
@@ -44,7 +44,7 @@ KELP_API void ospfv3_inter_area_router_adjust_variant(kelp_handle *handle, uint3
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv3_inter_area_router_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -52,7 +52,7 @@ KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_create(kelp_handle *
  * Errors: as ospfv3_inter_area_router_create
  * Ownership: as ospfv3_inter_area_router_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -65,7 +65,7 @@ KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_create_internal(kelp
  * Ownership: as ospfv3_inter_area_router_create; the null object belongs to the library and is
  *   never written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv3_inter_area_router in memory that the caller provides, its children
@@ -77,7 +77,7 @@ KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_create_cr(kelp_handl
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_router_initialize(kelp_handle *handle, uint32_t space_id,
                                                   ospfv3_inter_area_router *object,
                                                   kelp_type_record *record, int32_t notify,
@@ -88,7 +88,7 @@ KELP_API void ospfv3_inter_area_router_initialize(kelp_handle *handle, uint32_t 
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_router_set_instance_embedded(kelp_handle *handle,
     uint32_t space_id, ospfv3_inter_area_router *object);
 
@@ -98,7 +98,7 @@ KELP_API void ospfv3_inter_area_router_set_instance_embedded(kelp_handle *handle
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_router_destroy(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_inter_area_router *object);
 
@@ -107,7 +107,7 @@ KELP_API void ospfv3_inter_area_router_destroy(kelp_handle *handle, uint32_t spa
  * Errors: as ospfv3_inter_area_router_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_router_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                         ospfv3_inter_area_router *object,
                                                         int32_t free_it);
@@ -116,7 +116,7 @@ KELP_API void ospfv3_inter_area_router_destroy_internal(kelp_handle *handle, uin
  * Errors: as ospfv3_inter_area_router_destroy
  * Ownership: as ospfv3_inter_area_router_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_inter_area_router_destroy_cr(kelp_handle *handle,
                                                   ospfv3_inter_area_router *object);
 
@@ -124,21 +124,21 @@ KELP_API void ospfv3_inter_area_router_destroy_cr(kelp_handle *handle,
  * included when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospfv3_inter_area_router_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv3_inter_area_router_compare(const ospfv3_inter_area_router *a,
                                                   const ospfv3_inter_area_router *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_inter_area_router_hash(const ospfv3_inter_area_router *object,
                                                 uint32_t seed);
 
@@ -146,7 +146,7 @@ KELP_API uint32_t ospfv3_inter_area_router_hash(const ospfv3_inter_area_router *
  * of that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_inter_area_router_is_valid_cr(kelp_handle *handle,
                                                        const ospfv3_inter_area_router *object,
                                                        uint32_t field_number);
@@ -155,7 +155,7 @@ KELP_API uint32_t ospfv3_inter_area_router_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_get(kelp_handle *handle,
     uint32_t space_id, const ospfv3_inter_area_router *object);
 
@@ -165,7 +165,7 @@ KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_get(kelp_handle *han
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_inter_area_router_get_all(kelp_handle *handle, uint32_t space_id,
                                                const ospfv3_inter_area_router *object,
                                                uint32_t *metric, uint32_t *destination_router_id,
@@ -177,7 +177,7 @@ KELP_API void ospfv3_inter_area_router_get_all(kelp_handle *handle, uint32_t spa
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_inter_area_router_set_all(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_inter_area_router *object, uint32_t metric,
                                                uint32_t destination_router_id, uint32_t *err);

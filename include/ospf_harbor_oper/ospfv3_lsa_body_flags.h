@@ -17,14 +17,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospfv3_lsa_body_flags_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospfv3_lsa_body_flags_get_luid(kelp_handle *handle, uint32_t space_id,
                                                        const ospfv3_lsa_body_flags *object,
                                                        uint32_t *err);
@@ -33,7 +33,7 @@ KELP_API const uint8_t *ospfv3_lsa_body_flags_get_luid(kelp_handle *handle, uint
  * ospfv3_lsa_body_flags has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_body_flags_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                    ospfv3_lsa_body_flags *object, uint32_t *err);
 
@@ -43,7 +43,7 @@ KELP_API void ospfv3_lsa_body_flags_adjust_variant(kelp_handle *handle, uint32_t
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv3_lsa_body_flags_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -51,7 +51,7 @@ KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_create(kelp_handle *handle
  * Errors: as ospfv3_lsa_body_flags_create
  * Ownership: as ospfv3_lsa_body_flags_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -63,7 +63,7 @@ KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_create_internal(kelp_handl
  * Ownership: as ospfv3_lsa_body_flags_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv3_lsa_body_flags in memory that the caller provides, its children too:
@@ -75,7 +75,7 @@ KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_create_cr(kelp_handle *han
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_body_flags_initialize(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_lsa_body_flags *object,
                                                kelp_type_record *record, int32_t notify,
@@ -86,7 +86,7 @@ KELP_API void ospfv3_lsa_body_flags_initialize(kelp_handle *handle, uint32_t spa
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_body_flags_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                           ospfv3_lsa_body_flags *object);
 
@@ -96,7 +96,7 @@ KELP_API void ospfv3_lsa_body_flags_set_instance_embedded(kelp_handle *handle, u
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_body_flags_destroy(kelp_handle *handle, uint32_t space_id,
                                             ospfv3_lsa_body_flags *object);
 
@@ -105,7 +105,7 @@ KELP_API void ospfv3_lsa_body_flags_destroy(kelp_handle *handle, uint32_t space_
  * Errors: as ospfv3_lsa_body_flags_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_body_flags_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                      ospfv3_lsa_body_flags *object,
                                                      int32_t free_it);
@@ -114,35 +114,35 @@ KELP_API void ospfv3_lsa_body_flags_destroy_internal(kelp_handle *handle, uint32
  * Errors: as ospfv3_lsa_body_flags_destroy
  * Ownership: as ospfv3_lsa_body_flags_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_body_flags_destroy_cr(kelp_handle *handle, ospfv3_lsa_body_flags *object);
 
 /* Gives the bytes that a ospfv3_lsa_body_flags takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospfv3_lsa_body_flags_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv3_lsa_body_flags_compare(const ospfv3_lsa_body_flags *a,
                                                const ospfv3_lsa_body_flags *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_lsa_body_flags_hash(const ospfv3_lsa_body_flags *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv3_lsa_body_flags holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_lsa_body_flags_is_valid_cr(kelp_handle *handle,
                                                     const ospfv3_lsa_body_flags *object,
                                                     uint32_t field_number);
@@ -151,7 +151,7 @@ KELP_API uint32_t ospfv3_lsa_body_flags_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_get(kelp_handle *handle, uint32_t space_id,
                                                           const ospfv3_lsa_body_flags *object);
 
@@ -161,7 +161,7 @@ KELP_API ospfv3_lsa_body_flags *ospfv3_lsa_body_flags_get(kelp_handle *handle, u
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_lsa_body_flags_get_all(kelp_handle *handle, uint32_t space_id,
                                             const ospfv3_lsa_body_flags *object, kelp_boolean *V,
                                             kelp_boolean *E, kelp_boolean *B, kelp_boolean *Nt,
@@ -173,7 +173,7 @@ KELP_API void ospfv3_lsa_body_flags_get_all(kelp_handle *handle, uint32_t space_
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_lsa_body_flags_set_all(kelp_handle *handle, uint32_t space_id,
                                             ospfv3_lsa_body_flags *object, kelp_boolean V,
                                             kelp_boolean E, kelp_boolean B, kelp_boolean Nt,

@@ -14,14 +14,14 @@ KELP_EXTERN_C_BEGIN
  * numbers pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospfv3_lsa_external_flags_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospfv3_lsa_external_flags_get_luid(kelp_handle *handle, uint32_t space_id,
                                                            const ospfv3_lsa_external_flags *object,
                                                            uint32_t *err);
@@ -30,7 +30,7 @@ KELP_API const uint8_t *ospfv3_lsa_external_flags_get_luid(kelp_handle *handle, 
  * ospfv3_lsa_external_flags has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_external_flags_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                        ospfv3_lsa_external_flags *object,
                                                        uint32_t *err);
@@ -41,7 +41,7 @@ KELP_API void ospfv3_lsa_external_flags_adjust_variant(kelp_handle *handle, uint
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv3_lsa_external_flags_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_create(kelp_handle *handle,
     uint32_t space_id);
 
@@ -49,7 +49,7 @@ KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_create(kelp_handle
  * Errors: as ospfv3_lsa_external_flags_create
  * Ownership: as ospfv3_lsa_external_flags_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_create_internal(
     kelp_handle *handle, uint32_t space_id);
 
@@ -62,7 +62,7 @@ KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_create_internal(
  * Ownership: as ospfv3_lsa_external_flags_create; the null object belongs to the library and is
  *   never written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv3_lsa_external_flags in memory that the caller provides, its children
@@ -74,7 +74,7 @@ KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_create_cr(kelp_han
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_external_flags_initialize(kelp_handle *handle, uint32_t space_id,
                                                    ospfv3_lsa_external_flags *object,
                                                    kelp_type_record *record, int32_t notify,
@@ -85,7 +85,7 @@ KELP_API void ospfv3_lsa_external_flags_initialize(kelp_handle *handle, uint32_t
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_external_flags_set_instance_embedded(kelp_handle *handle,
     uint32_t space_id, ospfv3_lsa_external_flags *object);
 
@@ -95,7 +95,7 @@ KELP_API void ospfv3_lsa_external_flags_set_instance_embedded(kelp_handle *handl
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_external_flags_destroy(kelp_handle *handle, uint32_t space_id,
                                                 ospfv3_lsa_external_flags *object);
 
@@ -104,7 +104,7 @@ KELP_API void ospfv3_lsa_external_flags_destroy(kelp_handle *handle, uint32_t sp
  * Errors: as ospfv3_lsa_external_flags_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_external_flags_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                          ospfv3_lsa_external_flags *object,
                                                          int32_t free_it);
@@ -113,7 +113,7 @@ KELP_API void ospfv3_lsa_external_flags_destroy_internal(kelp_handle *handle, ui
  * Errors: as ospfv3_lsa_external_flags_destroy
  * Ownership: as ospfv3_lsa_external_flags_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_external_flags_destroy_cr(kelp_handle *handle,
                                                    ospfv3_lsa_external_flags *object);
 
@@ -121,21 +121,21 @@ KELP_API void ospfv3_lsa_external_flags_destroy_cr(kelp_handle *handle,
  * included when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospfv3_lsa_external_flags_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv3_lsa_external_flags_compare(const ospfv3_lsa_external_flags *a,
                                                    const ospfv3_lsa_external_flags *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_lsa_external_flags_hash(const ospfv3_lsa_external_flags *object,
                                                  uint32_t seed);
 
@@ -143,7 +143,7 @@ KELP_API uint32_t ospfv3_lsa_external_flags_hash(const ospfv3_lsa_external_flags
  * of that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_lsa_external_flags_is_valid_cr(kelp_handle *handle,
                                                         const ospfv3_lsa_external_flags *object,
                                                         uint32_t field_number);
@@ -152,7 +152,7 @@ KELP_API uint32_t ospfv3_lsa_external_flags_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_get(kelp_handle *handle,
     uint32_t space_id, const ospfv3_lsa_external_flags *object);
 
@@ -162,7 +162,7 @@ KELP_API ospfv3_lsa_external_flags *ospfv3_lsa_external_flags_get(kelp_handle *h
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_lsa_external_flags_get_all(kelp_handle *handle, uint32_t space_id,
                                                 const ospfv3_lsa_external_flags *object,
                                                 kelp_boolean *E, uint32_t *err);
@@ -173,7 +173,7 @@ KELP_API void ospfv3_lsa_external_flags_get_all(kelp_handle *handle, uint32_t sp
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_lsa_external_flags_set_all(kelp_handle *handle, uint32_t space_id,
                                                 ospfv3_lsa_external_flags *object, kelp_boolean E,
                                                 uint32_t *err);

@@ -19,14 +19,14 @@ KELP_EXTERN_C_BEGIN
  * pass as they are.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API int32_t ospfv3_lsa_options_variant_data_index_cap(int32_t variant);
 
 /* Gives the 16-byte identity of the object's type, as kelp_get_luid does.
  * Errors: those of kelp_get_luid; null then
  * Ownership: the bytes belong to the type record and live as long
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API const uint8_t *ospfv3_lsa_options_get_luid(kelp_handle *handle, uint32_t space_id,
                                                     const ospfv3_lsa_options *object,
                                                     uint32_t *err);
@@ -35,7 +35,7 @@ KELP_API const uint8_t *ospfv3_lsa_options_get_luid(kelp_handle *handle, uint32_
  * ospfv3_lsa_options has it. A null object is passed over.
  * Errors: those of kelplib_adjust_variant
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_options_adjust_variant(kelp_handle *handle, uint32_t space_id,
                                                 ospfv3_lsa_options *object, uint32_t *err);
 
@@ -45,14 +45,14 @@ KELP_API void ospfv3_lsa_options_adjust_variant(kelp_handle *handle, uint32_t sp
  * Errors: no error word; what went wrong is the handle's last error or a trace message
  * Ownership: the object is the caller's, who gives it back with ospfv3_lsa_options_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_options *ospfv3_lsa_options_create(kelp_handle *handle, uint32_t space_id);
 
 /* As ospfv3_lsa_options_create, without registering the module with the trace library.
  * Errors: as ospfv3_lsa_options_create
  * Ownership: as ospfv3_lsa_options_create
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_options *ospfv3_lsa_options_create_internal(kelp_handle *handle,
     uint32_t space_id);
 
@@ -64,7 +64,7 @@ KELP_API ospfv3_lsa_options *ospfv3_lsa_options_create_internal(kelp_handle *han
  * Ownership: as ospfv3_lsa_options_create; the null object belongs to the library and is never
  *   written
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API ospfv3_lsa_options *ospfv3_lsa_options_create_cr(kelp_handle *handle);
 
 /* Prepares a zeroed ospfv3_lsa_options in memory that the caller provides, its children too:
@@ -76,7 +76,7 @@ KELP_API ospfv3_lsa_options *ospfv3_lsa_options_create_cr(kelp_handle *handle);
  *   is null; what the domain's lookup leaves
  * Ownership: the memory stays the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_options_initialize(kelp_handle *handle, uint32_t space_id,
                                             ospfv3_lsa_options *object, kelp_type_record *record,
                                             int32_t notify, int32_t skip_stats, uint8_t flags,
@@ -86,7 +86,7 @@ KELP_API void ospfv3_lsa_options_initialize(kelp_handle *handle, uint32_t space_
  * and passed over; the type's null object is passed over.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_options_set_instance_embedded(kelp_handle *handle, uint32_t space_id,
                                                        ospfv3_lsa_options *object);
 
@@ -96,7 +96,7 @@ KELP_API void ospfv3_lsa_options_set_instance_embedded(kelp_handle *handle, uint
  * Errors: no error word; an object that cannot be ended stays, with a trace message
  * Ownership: the object and all it owns are freed
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_options_destroy(kelp_handle *handle, uint32_t space_id,
                                          ospfv3_lsa_options *object);
 
@@ -105,7 +105,7 @@ KELP_API void ospfv3_lsa_options_destroy(kelp_handle *handle, uint32_t space_id,
  * Errors: as ospfv3_lsa_options_destroy
  * Ownership: what the object owns is freed, the object itself when free_it is non-zero
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_options_destroy_internal(kelp_handle *handle, uint32_t space_id,
                                                   ospfv3_lsa_options *object, int32_t free_it);
 
@@ -113,35 +113,35 @@ KELP_API void ospfv3_lsa_options_destroy_internal(kelp_handle *handle, uint32_t 
  * Errors: as ospfv3_lsa_options_destroy
  * Ownership: as ospfv3_lsa_options_destroy
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API void ospfv3_lsa_options_destroy_cr(kelp_handle *handle, ospfv3_lsa_options *object);
 
 /* Gives the bytes that a ospfv3_lsa_options takes under this handle, its state bytes included
  * when the handle tracks state.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure_object (src/types/structure_object.hpp) */
+ * Family: structure_life (src/types/structure_life.hpp) */
 KELP_API size_t ospfv3_lsa_options_sizeof(const kelp_handle *handle);
 
 /* Orders two objects by their fields, the first difference deciding: below, at or above 0 as a
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv3_lsa_options_compare(const ospfv3_lsa_options *a,
                                             const ospfv3_lsa_options *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_lsa_options_hash(const ospfv3_lsa_options *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv3_lsa_options holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_lsa_options_is_valid_cr(kelp_handle *handle,
                                                  const ospfv3_lsa_options *object,
                                                  uint32_t field_number);
@@ -150,7 +150,7 @@ KELP_API uint32_t ospfv3_lsa_options_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API ospfv3_lsa_options *ospfv3_lsa_options_get(kelp_handle *handle, uint32_t space_id,
                                                     const ospfv3_lsa_options *object);
 
@@ -160,7 +160,7 @@ KELP_API ospfv3_lsa_options *ospfv3_lsa_options_get(kelp_handle *handle, uint32_
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_lsa_options_get_all(kelp_handle *handle, uint32_t space_id,
                                          const ospfv3_lsa_options *object, kelp_boolean *DC,
                                          kelp_boolean *R, kelp_boolean *N, kelp_boolean *E,
@@ -172,7 +172,7 @@ KELP_API void ospfv3_lsa_options_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure.hpp) */
+ * Family: structure (src/types/structure_values.hpp) */
 KELP_API void ospfv3_lsa_options_set_all(kelp_handle *handle, uint32_t space_id,
                                          ospfv3_lsa_options *object, kelp_boolean DC,
                                          kelp_boolean R, kelp_boolean N, kelp_boolean E,

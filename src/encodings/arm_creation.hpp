@@ -4,14 +4,14 @@
 
 #include "module/failure.hpp"
 #include "types/primitive.hpp"
-#include "types/structure_object.hpp"
+#include "types/structure_life.hpp"
 
 namespace harbor {
 
 template <const Field &F>
 void *new_arm(kelp_handle *handle, std::uint32_t space_id) {
   if constexpr (F.held == Kind::structure) {
-    return structure_object::create_internal<*F.structure>(handle, space_id);
+    return structure_life::create_internal<*F.structure>(handle, space_id);
   } else {
     return Primitive<F.held>::create(handle, space_id);
   }

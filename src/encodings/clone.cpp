@@ -13,7 +13,7 @@ void *read_image(const CloneFacts &facts, kelp_handle *handle, std::uint32_t spa
                  const void *work, std::uint32_t length, std::uint32_t *err) {
   if (object == nullptr) {
     register_trace();
-    object = structure_object::create_internal(facts.structure, handle, space_id);
+    object = structure_life::create_internal(facts.structure, handle, space_id);
     if (object == nullptr) {
       fail(handle, KELP_ERR_NO_MEMORY, err);
       return nullptr;
@@ -22,7 +22,7 @@ void *read_image(const CloneFacts &facts, kelp_handle *handle, std::uint32_t spa
   facts.read(handle, space_id, work, object, static_cast<std::int32_t>(length), 0, err);
   if (*err == 0) return object;
   if (object != facts.structure.null_object) {
-    structure_object::destroy_internal(facts.structure, handle, space_id, object, true);
+    structure_life::destroy_internal(facts.structure, handle, space_id, object, true);
   }
   return nullptr;
 }

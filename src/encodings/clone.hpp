@@ -11,7 +11,7 @@
 #include "module/failure.hpp"
 #include "module/object.hpp"
 #include "module/operation.hpp"
-#include "types/structure_object.hpp"
+#include "types/structure_life.hpp"
 
 namespace harbor::clone {
 

@@ -16,7 +16,7 @@
 #include "tables/handler_addresses.hpp"
 #include "tables/key_order.hpp"
 #include "tables/tree_functions.hpp"
-#include "types/structure_object.hpp"
+#include "types/structure_life.hpp"
 #include "types/type_record_access.hpp"
 
 namespace harbor {
@@ -117,9 +117,9 @@ inline constinit kelp_tbi_root *tbi_cache_of = nullptr;
 template <const Structure &S>
 inline constexpr ObjectOperations object_operations{
     .name = c_string(S.name),
-    .create = &structure_object::create<S>,
-    .destroy = &structure_object::destroy<S>,
-    .set_instance_embedded = &structure_object::set_instance_embedded<S>,
+    .create = &structure_life::create<S>,
+    .destroy = &structure_life::destroy<S>,
+    .set_instance_embedded = &structure_life::set_instance_embedded<S>,
 };
 
 template <const model::Table &T>

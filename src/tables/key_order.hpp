@@ -12,7 +12,7 @@
 #include "module/object.hpp"
 #include "types/enumeration.hpp"
 #include "types/primitive.hpp"
-#include "types/structure.hpp"
+#include "types/structure_values.hpp"
 
 namespace harbor::key_order {
 
@@ -25,7 +25,7 @@ constexpr std::int32_t three_way(Number a, Number b) {
 template <const model::Table &T>
 std::int32_t compare(const kelp_record &a, const kelp_record &b) {
   if constexpr (T.shape() == model::Shape::composite_key) {
-    return structure::compare<*T.key_structure>(a.objects[0], b.objects[0]);
+    return structure_values::compare<*T.key_structure>(a.objects[0], b.objects[0]);
   } else {
     const auto *x = place_of<*T.record, *T.key>(static_cast<const void *>(a.objects[0]));
     const auto *y = place_of<*T.record, *T.key>(static_cast<const void *>(b.objects[0]));

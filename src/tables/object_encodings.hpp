@@ -61,7 +61,7 @@ inline constexpr auto path_of = [] {
 
 template <const Structure &S>
 inline constexpr ObjectEncodings encodings{
-    .create_internal = &structure_object::create_internal<S>,
+    .create_internal = &structure_life::create_internal<S>,
     .len = &image::len<S>,
     .marshal = &marshal<S>,
     .unmarshal = &image::unmarshal<S>,

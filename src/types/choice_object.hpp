@@ -8,14 +8,14 @@
 
 #include "types/primitive.hpp"
 
-namespace harbor::structure {
+namespace harbor::structure_values {
 
 template <const Structure &T>
 std::int32_t compare(const void *a, const void *b);
 template <const Structure &T>
 std::uint32_t hash(const void *object, std::uint32_t seed);
 
-}  // namespace harbor::structure
+}  // namespace harbor::structure_values
 
 namespace harbor::choice_object {
 
@@ -34,7 +34,7 @@ const void *arm_of(const void *object) {
 template <const Field &F>
 std::int32_t compare_arms(const void *a, const void *b) {
   if constexpr (F.held == Kind::structure) {
-    return structure::compare<*F.structure>(a, b);
+    return structure_values::compare<*F.structure>(a, b);
   } else if constexpr (F.held == Kind::text) {
     return kelp_vstring_compare(static_cast<const kelp_vstring *>(a),
                                 static_cast<const kelp_vstring *>(b));
@@ -74,7 +74,7 @@ std::uint32_t hash(const void *object, std::uint32_t seed) {
       seed = SuperFastHash(selector, sizeof *selector, seed);
       const void *arm = arm_of<T, F>(object);
       if constexpr (F.held == Kind::structure) {
-        seed = structure::hash<*F.structure>(arm, seed);
+        seed = structure_values::hash<*F.structure>(arm, seed);
       } else {
         using Value = typename Primitive<F.held>::value_type;
         seed = Primitive<F.held>::hash(static_cast<const Value *>(arm), seed);

@@ -1,5 +1,5 @@
 // What the whole-object operations of structures know of a type: its sizes, its messages, its null
-// object and one row for each field. The rules in structure_object.cpp and transfer.cpp walk these
+// object and one row for each field. The rules in structure_life.cpp and transfer.cpp walk these
 // rows, and reach an embedded structure through the row that leads to its own facts; so they exist
 // once for all structures. Constants only, bound to the schema here and nowhere else.
 #pragma once

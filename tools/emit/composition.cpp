@@ -59,7 +59,7 @@ std::string value_type(const Field &field) {
 std::string bulk_arguments(const Structure &type, bool getters) {
   std::string list;
   for (const Field *field : type.fields) {
-    if (!harbor::structure::is_in_bulk(type, *field, !getters)) continue;
+    if (!harbor::structure_values::is_in_bulk(type, *field, !getters)) continue;
     list += value_type(*field) + (getters ? " *" : " ") + std::string(field->name) + ", ";
   }
   return list;

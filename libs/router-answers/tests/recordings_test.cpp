@@ -74,10 +74,20 @@ std::vector<std::string> names() {
   return names;
 }
 
+// Those whose routers were all asked after the last change in the capture. Of sameid two routers
+// never stop to replace one LSA; of domain a link failed just before the routers were asked.
+std::vector<std::string> settled_names() {
+  std::vector<std::string> settled = names();
+  std::erase_if(settled, [](const auto &name) { return name == "sameid" || name == "domain"; });
+  return settled;
+}
+
 class Recording : public testing::TestWithParam<std::string> {
  protected:
   fs::path folder_ = recordings() / GetParam();
 };
+
+class SettledRecording : public Recording {};
 
 std::string text_of(const LsaKey &key, const Process &process) {
   char text[120];
@@ -129,9 +139,7 @@ TEST_P(Recording, OnlyWhatADaemonLeavesOutIsNotExact) {
 }
 
 // The newest of all routers is what was flooded last.
-TEST_P(Recording, OneNetworkIsTheDatabaseOfTheCapture) {
-  if (GetParam() == "sameid") GTEST_SKIP() << "two routers never stop to replace one LSA";
-  if (GetParam() == "domain") GTEST_SKIP() << "a link failed just before the routers were asked";
+TEST_P(SettledRecording, OneNetworkIsTheDatabaseOfTheCapture) {
   ospf_decode::Network heard;
   ospf_decode::CaptureReader reader;
   ASSERT_TRUE(reader.open_file((folder_ / "all.pcap").string())) << reader.error();
@@ -257,10 +265,13 @@ TEST(FormsOfAnswers, TextAndDumpSayWhatJsonSays) {
   EXPECT_GT(dumps, 500u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Networks, Recording, testing::ValuesIn(names()), [](const auto &info) {
+std::string suffix(const testing::TestParamInfo<std::string> &info) {
   std::string name = info.param;
   std::replace(name.begin(), name.end(), '-', '_');
   return name;
-});
+}
+
+INSTANTIATE_TEST_SUITE_P(Networks, Recording, testing::ValuesIn(names()), suffix);
+INSTANTIATE_TEST_SUITE_P(Networks, SettledRecording, testing::ValuesIn(settled_names()), suffix);
 
 }  // namespace

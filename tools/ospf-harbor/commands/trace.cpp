@@ -12,7 +12,7 @@ Run set_up_trace(CLI::App &app) {
   const auto options = std::make_shared<TraceOptions>();
   app.add_option("FILE", options->file, "What --trace-file or kelp_trace_open_file wrote")
       ->required();
-  app.add_option("--library", options->library_file,
+  app.add_option("--library", options->shared_object,
                  "The library whose messages they are; the one of this program without it");
   app.add_option("--level", options->level,
                  "Print this level and worse: fatal, error, information or debug");

@@ -84,7 +84,7 @@ class TraceCommandTest : public testing::Test {
   TraceCommandTest() : library_(name("library.so")), trace_(name("trace")) {
     library_.write(sample_.file());
     options_.file = trace_.path();
-    options_.library_file = library_.path();
+    options_.shared_object = library_.path();
   }
 
   static std::string name(const std::string &suffix) {
@@ -160,7 +160,7 @@ TEST_F(TraceCommandTest, EveryMessageOfTheBuiltLibraryComesBack) {
       }
     }
   }
-  options_.library_file = "";  // the one that this program runs with
+  options_.shared_object = "";  // the one that this program runs with
   const Printed printed = print(options_);
   EXPECT_EQ(printed.status, 0) << printed.refusal << printed.complaints;
   ASSERT_EQ(printed.lines.size(), expected.size());
@@ -280,7 +280,7 @@ TEST_F(TraceCommandTest, CutAndForeignFilesAreSaidAfterWhatIsReadable) {
   EXPECT_EQ(print(options_).refusal,
             "/nonexistent/trace: found No such file or directory, expected a trace file");
   options_.file = trace_.path();
-  options_.library_file = trace_.path();
+  options_.shared_object = trace_.path();
   EXPECT_EQ(print(options_).refusal,
             trace_.path() +
                 ": file, byte 0: magic of an ELF file: found 4b4c5054, expected "

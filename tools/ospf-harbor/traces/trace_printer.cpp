@@ -70,7 +70,7 @@ class TraceFileReader {
 
 int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &complaints) {
   const std::uint8_t level = level_by_name("--level", options.level);
-  const LibraryFile library(options.library_file.empty() ? own_library() : options.library_file);
+  const LibraryFile library(options.shared_object.empty() ? own_library() : options.shared_object);
   const auto texts = library.read([&] { return TraceTexts(library.path(), library.bytes()); });
 
   int status = 0;

@@ -9,7 +9,7 @@ namespace tool {
 
 struct TraceOptions {
   std::string file;
-  std::string library_file;  // empty: the one that this program runs with
+  std::string shared_object;  // empty: the one that this program runs with
   std::string level = "debug";
   bool follow = false;
   double seconds = 0;  // how long to follow, 0 for ever

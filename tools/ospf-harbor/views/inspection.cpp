@@ -175,7 +175,7 @@ class JsonPrinter : public Printer {
 }  // namespace
 
 int inspect(const InspectOptions &options, std::ostream &out, std::ostream &complaints) {
-  const LibraryFile library(options.library_file);
+  const LibraryFile library(options.shared_object);
   const auto file = library.read([&] { return library_sections::ElfFile(library.bytes()); });
   std::unique_ptr<Printer> printer;
   if (options.json) {

@@ -8,7 +8,7 @@
 namespace tool {
 
 struct InspectOptions {
-  std::string library_file;
+  std::string shared_object;
   bool messages = false;  // every message, not just counts
   bool json = false;
 };

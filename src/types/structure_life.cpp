@@ -1,4 +1,4 @@
-#include "types/structure_object.hpp"
+#include "types/structure_life.hpp"
 
 #include <kelp/oid.h>
 
@@ -7,7 +7,7 @@
 #include "types/state_mark.hpp"
 #include "types/transfer.hpp"
 
-namespace harbor::structure_object {
+namespace harbor::structure_life {
 
 namespace {
 
@@ -367,4 +367,4 @@ void destroy_internal(const StructureFacts &facts, kelp_handle *handle, std::uin
   handle->obj_free(handle->obj_pool, space_id, object);
 }
 
-}  // namespace harbor::structure_object
+}  // namespace harbor::structure_life

@@ -15,14 +15,14 @@
 #include "types/choice_object.hpp"
 #include "types/value_field.hpp"
 
-namespace harbor::structure {
+namespace harbor::structure_values {
 
 inline constexpr std::array operations{
     Operation{
         .suffix = "compare",
         .result = "int32_t",
         .arguments = "const $T *a, const $T *b",
-        .rule = "structure::compare",
+        .rule = "structure_values::compare",
         .brief = "Orders two objects by their fields, the first difference deciding: below, at or "
                  "above 0 as a sorts before, with or after b. Null sorts first. Headers do not "
                  "count.",
@@ -31,7 +31,7 @@ inline constexpr std::array operations{
         .suffix = "hash",
         .result = "uint32_t",
         .arguments = "const $T *object, uint32_t seed",
-        .rule = "structure::hash",
+        .rule = "structure_values::hash",
         .brief = "Gives the hash of the object's fields, seeded with seed; a null object gives the "
                  "seed.",
     },
@@ -39,7 +39,7 @@ inline constexpr std::array operations{
         .suffix = "is_valid_cr",
         .result = "uint32_t",
         .arguments = "kelp_handle *handle, const $T *object, uint32_t field_number",
-        .rule = "structure::is_valid_cr",
+        .rule = "structure_values::is_valid_cr",
         .brief = "1 when the variant that the handle's domain gives to $type holds the field of "
                  "that number, counted from 0 in declared order, else 0. The object is not looked "
                  "at.",
@@ -49,7 +49,7 @@ inline constexpr std::array operations{
         .suffix = "get",
         .result = "$T *",
         .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object",
-        .rule = "structure::get",
+        .rule = "structure_values::get",
         .brief = "Gives the object itself.",
         .ownership = "as the object's",
     },
@@ -58,7 +58,7 @@ inline constexpr std::array operations{
         .result = "void",
         .arguments = "kelp_handle *handle, uint32_t space_id, const $T *object, $gettersuint32_t "
                      "*err",
-        .rule = "structure::get_all",
+        .rule = "structure_values::get_all",
         .brief = "Reads the numbers, booleans, enumerations and array counts of the object, each "
                  "into the argument of its name. Arguments of fields that the object's variant "
                  "lacks are left as they are, without an error.",
@@ -68,7 +68,7 @@ inline constexpr std::array operations{
         .suffix = "set_all",
         .result = "void",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, $settersuint32_t *err",
-        .rule = "structure::set_all",
+        .rule = "structure_values::set_all",
         .brief = "Writes the numbers, booleans and enumerations of the object, each from the "
                  "argument of its name. Fields that the object's variant lacks are passed over, "
                  "without an error. No state byte changes.",
@@ -319,4 +319,4 @@ void set_all(kelp_handle *handle, std::uint32_t space_id, void *object, Argument
   });
 }
 
-}  // namespace harbor::structure
+}  // namespace harbor::structure_values

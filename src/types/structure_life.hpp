@@ -6,13 +6,13 @@
 // back what it owns, in field order, and is not freed while references to it remain. Never looks
 // at a value.
 //
-// The rules stand in structure_object.cpp, once for all types; the templates bind a type's facts.
+// The rules stand in structure_life.cpp, once for all types; the templates bind a type's facts.
 #pragma once
 
 #include "module/operation.hpp"
 #include "types/structure_facts.hpp"
 
-namespace harbor::structure_object {
+namespace harbor::structure_life {
 
 inline constexpr std::array operations{
     type_record_access::variant_data_index_cap_operation,
@@ -22,7 +22,7 @@ inline constexpr std::array operations{
         .suffix = "create",
         .result = "$T *",
         .arguments = "kelp_handle *handle, uint32_t space_id",
-        .rule = "structure_object::create",
+        .rule = "structure_life::create",
         .brief = "Makes a new $type: all zero, at the variant of the handle's domain, with state "
                  "bytes behind it when the handle tracks state. Null when there is no memory or "
                  "the object cannot be prepared.",
@@ -33,7 +33,7 @@ inline constexpr std::array operations{
         .suffix = "create_internal",
         .result = "$T *",
         .arguments = "kelp_handle *handle, uint32_t space_id",
-        .rule = "structure_object::create_internal",
+        .rule = "structure_life::create_internal",
         .brief = "As $type_create, without registering the module with the trace library.",
         .errors = "as $type_create",
         .ownership = "as $type_create",
@@ -42,7 +42,7 @@ inline constexpr std::array operations{
         .suffix = "create_cr",
         .result = "$T *",
         .arguments = "kelp_handle *handle",
-        .rule = "structure_object::create_cr",
+        .rule = "structure_life::create_cr",
         .brief = "As $type_create with the handle's cr_space_id, but without memory, or with an "
                  "earlier failure in cr_err, the type's null object comes back: a chain of calls "
                  "may go on with it, and $type_destroy ignores it. Null when the object cannot be "
@@ -58,7 +58,7 @@ inline constexpr std::array operations{
             "kelp_handle *handle, uint32_t space_id, $T *object, kelp_type_record *record, "
             "int32_t notify, int32_t skip_stats, uint8_t flags, void *sttr_base, "
             "uint32_t *err",
-        .rule = "structure_object::initialize",
+        .rule = "structure_life::initialize",
         .brief = "Prepares a zeroed $type in memory that the caller provides, its children too: "
                  "headers, target types of references, places of nested state bytes. record is "
                  "the type's static record. notify non-zero announces each store; skip_stats "
@@ -73,7 +73,7 @@ inline constexpr std::array operations{
         .suffix = "set_instance_embedded",
         .result = "void",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object",
-        .rule = "structure_object::set_instance_embedded",
+        .rule = "structure_life::set_instance_embedded",
         .brief = "Marks the object and all its children as living inside other memory. A null "
                  "object is traced and passed over; the type's null object is passed over.",
     },
@@ -81,7 +81,7 @@ inline constexpr std::array operations{
         .suffix = "destroy",
         .result = "void",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object",
-        .rule = "structure_object::destroy",
+        .rule = "structure_life::destroy",
         .brief = "Ends the object: removes its OID mapping, drops its references, gives back what "
                  "its fields own and frees it. Null and the type's null object are passed over. "
                  "An object that is still referred to stays as it is until the last reference is "
@@ -93,7 +93,7 @@ inline constexpr std::array operations{
         .suffix = "destroy_internal",
         .result = "void",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, int32_t free_it",
-        .rule = "structure_object::destroy_internal",
+        .rule = "structure_life::destroy_internal",
         .brief = "As $type_destroy; with free_it 0 everything is done but the freeing of the "
                  "object's own memory, the form for an embedded object.",
         .errors = "as $type_destroy",
@@ -103,7 +103,7 @@ inline constexpr std::array operations{
         .suffix = "destroy_cr",
         .result = "void",
         .arguments = "kelp_handle *handle, $T *object",
-        .rule = "structure_object::destroy_cr",
+        .rule = "structure_life::destroy_cr",
         .brief = "As $type_destroy with the handle's cr_space_id.",
         .errors = "as $type_destroy",
         .ownership = "as $type_destroy",
@@ -112,12 +112,12 @@ inline constexpr std::array operations{
         .suffix = "sizeof",
         .result = "size_t",
         .arguments = "const kelp_handle *handle",
-        .rule = "structure_object::size",
+        .rule = "structure_life::size",
         .brief = "Gives the bytes that a $type takes under this handle, its state bytes included "
                  "when the handle tracks state.",
     },
 };
-inline constexpr Family family{"structure_object", operations};
+inline constexpr Family family{"structure_life", operations};
 
 // --- the rules ----------------------------------------------------------------------------------
 
@@ -184,4 +184,4 @@ void destroy_cr(kelp_handle *handle, void *object) {
   destroy_internal<T>(handle, handle->cr_space_id, object, 1);
 }
 
-}  // namespace harbor::structure_object
+}  // namespace harbor::structure_life
