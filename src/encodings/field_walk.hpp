@@ -8,7 +8,7 @@
 namespace harbor::field_walk {
 
 // Calls act.template operator()<F>() for the fields of that floor, in order, until one answers
-// false; tells whether all answered true.
+// false; says whether all answered true.
 template <const Structure &T, std::uint8_t floor, typename Act>
 constexpr bool every_field(Act act) {
   const auto visit = [&]<const Field & F>() {

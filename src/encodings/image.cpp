@@ -76,7 +76,7 @@ bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint
   return true;
 }
 
-// Required: the patch is told 4 bytes of room, also when the jump word itself found less.
+// Required: the patch is given 4 bytes of room, also when the jump word itself found less.
 std::uint32_t close(Writing &image) {
   const std::int32_t jump = image.position - image.jump_at;
   _kelp_variant_jump_marshal(image.handle, image.space_id, image.buffer + image.jump_at, &jump,

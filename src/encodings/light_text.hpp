@@ -110,7 +110,7 @@ inline std::uint32_t carried_result(const kelp_handle *handle, std::uint32_t len
 enum class Found { yes, no, failed };
 
 // Asks the document for the child of path that is named after a member. A child that is not there
-// leaves the word at 0, with 2 as the last error; any other failure is told in message.
+// leaves the word at 0, with 2 as the last error; any other failure is described in message.
 Found find_member(kelp_handle *handle, kelp_xml_document *document, const char *path,
                   std::string_view name, std::uint32_t *err, char *message,
                   std::int32_t message_size);

@@ -380,7 +380,7 @@ constexpr std::uint32_t block_offset(const model::Table &table, TableForm form,
   return place.first + object * place.to_second;
 }
 
-// The forms that are told once stand last, so that a block ends where the first of them would.
+// The forms that are traced once stand last, so that a block ends where the first of them would.
 inline constexpr std::size_t first_once = [] {
   std::size_t form = 0;
   while (table_forms[form].over != TableOver::once) ++form;
@@ -408,7 +408,7 @@ constexpr std::uint32_t of_table(const model::Table &table, TableForm form,
 inline constexpr std::uint32_t blocks_end =
     block_base(*model::all_tables.back()) + block_length(*model::all_tables.back());
 
-// The index of a message that is told once.
+// The index of a message that is traced once.
 consteval std::uint32_t of_module(TableForm form) {
   return blocks_end + static_cast<std::uint32_t>(form) - static_cast<std::uint32_t>(first_once);
 }

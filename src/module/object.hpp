@@ -162,7 +162,7 @@ constexpr void for_each_field(Act act) {
 }
 
 // Calls act.template operator()<floor>() for the floors of T that the variant reaches, from 0 up,
-// until one answers false; tells whether all answered true.
+// until one answers false; says whether all answered true.
 template <const Structure &T, typename Act>
 constexpr bool every_floor(std::int8_t variant, Act act) {
   return [&]<std::size_t... floor>(std::index_sequence<floor...>) {

@@ -46,7 +46,7 @@ inline constexpr std::string_view caller_lock =
 
 // Operations of the module, where suffix is the whole name, of a whole enumeration, flag set or
 // structure, of a field, of a table. A family's name is what the public doc blocks call it, with
-// the header that defines it as the place to look; holds tells which fields have it.
+// the header that defines it as the place to look; holds says which fields have it.
 struct Family {
   std::string_view name;
   std::span<const Operation> operations;

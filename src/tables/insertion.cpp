@@ -106,7 +106,7 @@ std::uint32_t remove_cr(const TableFacts &facts, kelp_handle *handle, void *tabl
 namespace {
 
 // The last holder is gone: out of the table, whatever the table says to that. Required: a delete
-// that is refused is told and forgotten, so that the record's node then stays in the tree.
+// that is refused is reported and forgotten, so that the record's node then stays in the tree.
 void leave_table(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                  kelp_record *record, std::uint32_t *err) {
   if (record->record_table == nullptr || (record->rec_flags & REC_RUNTIME_REMOVED) != 0) return;

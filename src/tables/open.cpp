@@ -25,7 +25,7 @@ struct Path {
   char text[path_size];
 };
 
-// What a platform operation left in the error word, told with the code's text.
+// Reports what a platform operation left in the error word, with the code's text.
 void report_code(const TableFacts &facts, TableForm form, const std::uint32_t *err) {
   report(facts, form, static_cast<const char *>(std::strerror(static_cast<int>(*err))));
 }
@@ -68,7 +68,7 @@ kelp_tbi_root *find_id_root(const TableFacts &facts, kelp_handle *handle, Path &
   return kept;
 }
 
-// The same, made by a writer when it is missing. A store that cannot keep the key is told of, and
+// The same, made by a writer when it is missing. A store that cannot keep the key is reported, and
 // the open goes on with a root that nobody else will find.
 kelp_tbi_root *find_or_make_id_root(const TableFacts &facts, kelp_handle *handle,
                                     std::uint32_t read_only, std::uint32_t *err) {
@@ -116,8 +116,8 @@ bool is_write_locked(const kelp_handle *handle) {
   return kelplib_db_is_shared() != 1 || kelplib_database_is_write_locked(handle) != 0;
 }
 
-// False when the open ends here. A reader that comes before the writer is told so, without an
-// error.
+// False when the open ends here. A reader that comes before the writer is reported, without
+// an error.
 bool open_toc(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
               std::uint32_t read_only, bool write_locked, std::uint32_t *err) {
   const kelp_toc_root *root = kelpdb_database_toc_open(handle, space_id, err);
@@ -314,7 +314,7 @@ bool leave_toc(const TableFacts &facts, kelp_handle *handle, std::uint32_t space
   return false;
 }
 
-// False when references to the table remain or cannot be told.
+// False when references to the table remain or are not known.
 bool drop_mapping(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                   kelp_table *table, std::uint32_t *err) {
   kelp_clear_last_error(handle);

@@ -24,17 +24,17 @@ constexpr std::uint32_t table_count = model::all_tables.size();
 // Set before the copy is made, whatever becomes of it.
 std::uint32_t copy_started = 0;
 
-// A message and its index, which stands where it is told: clang 14 takes no consteval of a
+// A message and its index, which stands where it is traced: clang 14 takes no consteval of a
 // template's argument.
 template <typename... Arguments>
-void tell(TableForm form, std::uint32_t index, Arguments... arguments) {
+void trace_form(TableForm form, std::uint32_t index, Arguments... arguments) {
   trace(table_source, messages::form_of(form).level, index, arguments...);
 }
 
 std::uint32_t copy() {
   copy_started = 1;
-  tell(TableForm::vft_initializing, messages::of_module(TableForm::vft_initializing),
-       "ospf_harbor_oper");
+  trace_form(TableForm::vft_initializing, messages::of_module(TableForm::vft_initializing),
+             "ospf_harbor_oper");
   return table_vft_cpy(ospf_harbor_oper_table_lut, ospf_harbor_oper_table_vfts, table_count);
 }
 
@@ -101,7 +101,7 @@ std::int32_t lookup(const std::uint8_t *luid) {
 void get(kelp_handle *handle, std::uint32_t, const std::uint8_t *luid,
          const kelp_table_vft **vft_out, std::uint32_t *err) {
   if (*err != 0) {
-    tell(TableForm::vft_error_present, messages::of_module(TableForm::vft_error_present));
+    trace_form(TableForm::vft_error_present, messages::of_module(TableForm::vft_error_present));
     return;
   }
   kelp_clear_last_error(handle);

@@ -195,7 +195,7 @@ struct ArrayFacts {
   TrackingMessages growth;
 };
 
-// Required: a plain byte without a lock. At worst two threads both report the first growth.
+// Required: a plain byte without a lock. At worst two threads both trace the first growth.
 template <const Structure &T, const Field &F>
 inline std::uint8_t has_grown = 0;
 

@@ -12,7 +12,7 @@ constexpr std::uint64_t lowest_resolvable_word = 256;
 constexpr std::uint32_t information_level = static_cast<std::uint32_t>(Level::information) >> 24;
 constexpr std::uint32_t printed_oid_part = 33;
 
-// Required: an error that stands already when a step ends is reported as that step's own.
+// Required: an error that stands already when a step ends is traced as that step's own.
 bool failed(const std::uint32_t *err, std::uint32_t message) {
   if (*err == 0) return false;
   trace(type_source, Level::error, message, std::strerror(static_cast<int>(*err)));

@@ -27,7 +27,7 @@ struct FieldFacts {
   const light_object::LightFacts *light = nullptr;  // enumerations and flag sets
   const array_field::ArrayFacts *array = nullptr;   // arrays
   kelp_type_record *target = nullptr;               // references: the table's record
-  // What destroy tells.
+  // What destroy traces.
   std::uint32_t reference_not_released = 0;  // references
   std::uint32_t references_unknown = 0;      // addresses and texts
   std::uint32_t reference_not_dropped = 0;

@@ -132,7 +132,7 @@ void post_copyout_cleanup(const StructureFacts &facts, kelp_handle *handle, std:
   }
 }
 
-// A distance and not an address is told: object and area may be mapped elsewhere next time.
+// A distance and not an address is given: object and area may be mapped elsewhere next time.
 void offset_update(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                    void *object, void *sttr_base) {
   for (const FieldFacts &field : facts.fields) {

@@ -89,7 +89,7 @@ inline constexpr Site site_of{
 // Ends the process when the record is null or its magic is wrong.
 void require_record(const kelp_type_record *record, const Site &site);
 
-// The entry of a variant of a type with that many variants; a variant above the record's is told
+// The entry of a variant of a type with that many variants; a variant above the record's is traced
 // and limited. Ends the process when the record has no variant info.
 kelp_variant_entry &entry_of(const kelp_type_record *record, std::int32_t variant,
                              std::uint8_t variants, const Site &site);
@@ -97,7 +97,7 @@ kelp_variant_entry &entry_of(const kelp_type_record *record, std::int32_t varian
 // Adds 1 to a counter of an entry: plainly where a store puts writers in order, else atomically.
 void add_one(const kelp_type_record *record, std::uint64_t &counter);
 
-// The same, told to the store first.
+// The same, announced first.
 // Required: the announced length is 1, though a counter has 8 bytes.
 void announce_and_add_one(kelp_handle *handle, std::uint32_t space_id,
                           const kelp_type_record *record, std::uint64_t &counter);
@@ -173,8 +173,8 @@ void adjust_variant(kelp_handle *handle, std::uint32_t space_id, void *object, s
   kelplib_adjust_variant(handle, space_id, object, record_of<T>(object), T.variants - 1, err);
 }
 
-// The entry tests of the two operations that ask an object for its references. They are told in the
-// trace, and clear no last error.
+// The entry tests of the two operations that ask an object for its references. They are traced,
+// and clear no last error.
 bool may_ask(kelp_handle *handle, const void *object, std::uint32_t error_present,
              std::uint32_t object_null, std::uint32_t *err);
 

@@ -7,7 +7,7 @@
  * one exception). A failure sets the word and is stored as the handle's last error, once. The last
  * error is not cleared: the caller's operation has done so. Every store into a value is announced
  * through the handle's write_notify first, with the exact range. No operation takes a lock. Images
- * are told in docs/wire-format.md, the limits of buffers for text and XML in kelp/text.h and
+ * are described in docs/wire-format.md, the limits of buffers for text and XML in kelp/text.h and
  * kelp/xml.h. */
 #ifndef KELP_PRIMITIVES_H
 #define KELP_PRIMITIVES_H

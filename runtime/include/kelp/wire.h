@@ -4,7 +4,7 @@
  * All numbers travel in network byte order. Each operation takes the bytes that are left in the
  * buffer, returns the bytes it used, and never touches the buffer beyond them: a buffer too short
  * for the piece is error 90, on reading as on writing, with 0 as the result, nothing written, and
- * the item that was to be read left alone except where told. A null item or buffer is error 22. A
+ * the item that was to be read left alone except where noted. A null item or buffer is error 22. A
  * set error word makes every reader, and every writer but the four that say so, do nothing and
  * return 0. A failure is stored as the handle's last error. Readers announce nothing;
  * kelplib_oid_unmarshal, which stores into objects, does. No lock. */

@@ -1,6 +1,6 @@
 // A database: its memory, and everything that the runtime keeps beside the objects in it.
 //
-// Order of the short locks inside: the memory's first, then that of whatever is told of a freed
+// Order of the short locks inside: the memory's first, then that of whatever hears of a freed
 // block. So nothing here may call the object memory while it holds a lock of its own.
 #pragma once
 
@@ -43,7 +43,7 @@ struct kelp_database {
   kelp::SystemMemory own_memory{system};
   kelp::store::Memory *memory = &own_memory;
 
-  // What is told of freed blocks stands before the memory, so that it outlives it.
+  // What hears of freed blocks stands before the memory, so that it outlives it.
   kelp::Distances distances;
   kelp::OidRegistry oids;
   kelp::TableOfContents toc;

@@ -37,7 +37,7 @@ bool ObjectMemory::free(void *pointer) {
   return true;
 }
 
-// A store tells of every block that is freed.
+// A store knows every block that is freed.
 BlockState ObjectMemory::watch(const void *address) {
   if (!is_in_store(address)) return arena_.watch(address);
   store::Block block;

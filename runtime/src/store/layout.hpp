@@ -1,4 +1,4 @@
-// The format of a store's three files, as docs/store.md tells it: the header, the span headers and
+// The format of a store's three files, as docs/store.md has it: the header, the span headers and
 // the slots of the database, the journal's head and entries, and the lock file's process table.
 // Plain data: every word here lies in memory that several processes map.
 #pragma once

@@ -1,5 +1,5 @@
 // Memory that the parts of a database keep their things in: private, or a store's, where each
-// change is told first so that it can be undone.
+// change is announced first so that it can be undone.
 #pragma once
 
 #include <cstddef>

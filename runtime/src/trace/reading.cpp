@@ -17,7 +17,7 @@ namespace kelp::trace {
 
 namespace {
 
-// Hands out records that lie one behind the other. Gives how many; fault tells what stopped it.
+// Hands out records that lie one behind the other. Gives how many; fault says what stopped it.
 std::uint64_t hand_out(const std::uint8_t *bytes, std::size_t size, kelp_trace_callback callback,
                        void *context, Fault *fault, std::size_t *offset) {
   std::uint64_t count = 0;

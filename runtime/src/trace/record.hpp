@@ -1,5 +1,5 @@
 // Trace records as bytes: packing them from an emitter's arguments and unpacking them again. The
-// layout is told in kelp/trace.h.
+// layout is described in kelp/trace.h.
 #pragma once
 
 #include <cstddef>
