@@ -5,7 +5,6 @@
 // falsify ratios.
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +16,7 @@
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
 #include "support/bytes.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace {
 
@@ -100,11 +100,9 @@ Octets lsa_v3(std::uint32_t number) {
 // The capture, made once and removed at the end.
 class CaptureFile {
  public:
-  CaptureFile()
-      : path_(std::filesystem::temp_directory_path() /
-              ("capture-bench-" + std::to_string(getpid()) + ".pcap")) {
+  CaptureFile() {
     std::ofstream out(path_, std::ios::binary);
-    write(out, Writer().u32(0xa1b2c3d4).u16(2).u16(4).zeros(8).u32(65535).u32(1));
+    write(out, make_pcap_header());
     std::uint32_t time = 1'600'000'000;
     for (std::uint32_t number = 0; number < lsa_count;) {
       Writer v2;
@@ -120,7 +118,6 @@ class CaptureFile {
       lsas_ += 2 * lsas_of_update;
     }
   }
-  ~CaptureFile() { std::filesystem::remove(path_); }
   const std::filesystem::path &path() const { return path_; }
   std::size_t lsas() const { return lsas_; }
 
@@ -133,11 +130,11 @@ class CaptureFile {
     return Writer().u32(lsas_of_update).bytes(lsas).get();
   }
   static void packet(std::ofstream &out, std::uint32_t time, const Octets &frame) {
-    const auto size = static_cast<std::uint32_t>(frame.size());
-    write(out, Writer().u32(time).u32(0).u32(size).u32(size).bytes(frame));
+    write(out, make_pcap_record(time, 0, frame));
   }
 
-  std::filesystem::path path_;
+  TemporaryFolder folder_;
+  std::filesystem::path path_ = folder_.path() / "bench.pcap";
   std::size_t lsas_ = 0;
 };
 

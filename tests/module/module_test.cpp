@@ -16,6 +16,7 @@
 
 #include "module/module_node.hpp"
 #include "module/trace_identity.hpp"
+#include "support/temporary_folder.hpp"
 #include "types/light_family.hpp"
 #include "types/replaced_call.hpp"
 
@@ -150,15 +151,12 @@ TEST(LoadedLibrary, StandsInTheRuntimesListWithAllItsRecords) {
 TEST(LoadedLibrary, LeavesTheRuntimesListWhenItIsUnloaded) {
   Dl_info library;
   ASSERT_NE(dladdr(harness::exported("ospf_area_create"), &library), 0);
-  char path[] = "/tmp/harbor_module_XXXXXX";
-  const int file = mkstemp(path);
-  ASSERT_GE(file, 0);
-  close(file);
-  std::filesystem::copy_file(library.dli_fname, path,
-                             std::filesystem::copy_options::overwrite_existing);
+  const TemporaryFolder folder;
+  const std::string path = folder.file("library.so");
+  std::filesystem::copy_file(library.dli_fname, path);
   const kelp_module_list before = kelp_module_tot_root;
   const kelp_module_node *const own = own_node();
-  void *copy = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  void *copy = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(copy, nullptr) << dlerror();
   EXPECT_EQ(kelp_module_tot_root.count, before.count + 1);
   const kelp_module_node *second = *before.tail_link;
@@ -171,7 +169,6 @@ TEST(LoadedLibrary, LeavesTheRuntimesListWhenItIsUnloaded) {
   EXPECT_EQ(kelp_module_tot_root.first, before.first);
   EXPECT_EQ(kelp_module_tot_root.tail_link, before.tail_link);
   EXPECT_EQ(*kelp_module_tot_root.tail_link, nullptr);
-  std::filesystem::remove(path);
 }
 
 // --- registration of type records ----------------------------------------------------------------

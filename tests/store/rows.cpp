@@ -10,18 +10,8 @@
 
 namespace store_test {
 
-Folder::Folder(const std::string &beside) {
-  const char *temporary = std::getenv("TMPDIR");
-  std::string name = !beside.empty() ? beside : temporary != nullptr ? temporary : "/tmp";
-  name += "/store-test-XXXXXX";
-  path_ = mkdtemp(name.data()) == nullptr ? "" : name;
-}
-
-std::string Folder::in_memory() { return access("/dev/shm", W_OK) == 0 ? "/dev/shm" : ""; }
-
-Folder::~Folder() {
-  std::error_code ignored;
-  if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+std::filesystem::path Folder::in_memory() {
+  return access("/dev/shm", W_OK) == 0 ? "/dev/shm" : std::filesystem::temp_directory_path();
 }
 
 Rows::Rows(const std::string &path, const kelp_store_options *options) {

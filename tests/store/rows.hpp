@@ -15,23 +15,18 @@
 #include <string>
 #include <vector>
 
+#include "support/temporary_folder.hpp"
+
 namespace store_test {
 
-// A folder that goes with the test.
-class Folder {
- public:
-  explicit Folder(const std::string &beside = "");
-  Folder(const Folder &) = delete;
-  Folder &operator=(const Folder &) = delete;
-  ~Folder();
+// A folder with a store.
+struct Folder : TemporaryFolder {
+  using TemporaryFolder::TemporaryFolder;
 
-  // Where files are synced at once; empty where there is no such place.
-  static std::string in_memory();
+  // Where files are synced at once, if there is such a place.
+  static std::filesystem::path in_memory();
 
-  std::string file(const std::string &name = "store") const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
+  std::string file(const std::string &name = "store") const { return TemporaryFolder::file(name); }
 };
 
 // What the rows hold, by their key.

@@ -23,11 +23,6 @@ kelp_store_options options_with(std::uint32_t wait_ms) {
   return options;
 }
 
-std::string bytes_of(const std::string &file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 TEST(Store, WhatOneProcessCommitsAnotherReads) {
   const Folder folder;
   EXPECT_EQ(run([&] {
@@ -472,10 +467,10 @@ void expect_refused(const std::function<void(std::string &)> &change, std::int32
               return rows.unlock();
             }),
             0);
-  std::string bytes = bytes_of(path);
+  std::string bytes = content_of(path);
   change(bytes);
   std::ofstream(path, std::ios::binary) << bytes;
-  const std::string lock = bytes_of(path + "-lock");
+  const std::string lock = content_of(path + "-lock");
   EXPECT_EQ(run([&] {
               Rows rows(path);
               if (rows.is_open()) return 1;
@@ -486,7 +481,7 @@ void expect_refused(const std::function<void(std::string &)> &change, std::int32
               return 0;
             }),
             0);
-  EXPECT_EQ(bytes_of(path), bytes);
+  EXPECT_EQ(content_of(path), bytes);
 }
 
 TEST(StoreTrust, AForeignFile) {
@@ -536,7 +531,7 @@ TEST(StoreTrust, AReaderWritesNothing) {
               return rows.unlock();
             }),
             0);
-  const std::string before = bytes_of(folder.file());
+  const std::string before = content_of(folder.file());
   EXPECT_EQ(run([&] {
               kelp_store_options options = options_with(100);
               options.read_only = 1;
@@ -548,7 +543,7 @@ TEST(StoreTrust, AReaderWritesNothing) {
               return rows.all() == Model{{1, "one"}} ? 0 : 3;
             }),
             0);
-  EXPECT_EQ(bytes_of(folder.file()), before);
+  EXPECT_EQ(content_of(folder.file()), before);
 }
 
 TEST(StoreTrust, AFileThatIsCutWhileItIsOpenIsAnError) {

@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ospf_decode/frame_decoder.hpp"
@@ -48,6 +49,19 @@ class Writer {
  private:
   Octets out_;
 };
+
+// Octets by their digits, in any groups.
+inline Octets from_hex(std::string_view digits) {
+  Octets out;
+  std::string octet;
+  for (const char digit : digits) {
+    if (digit != ' ') octet += digit;
+    if (octet.size() < 2) continue;
+    out.push_back(static_cast<std::uint8_t>(std::stoul(octet, nullptr, 16)));
+    octet.clear();
+  }
+  return out;
+}
 
 inline void put16(Octets &where, std::size_t at, unsigned value) {
   where.at(at) = static_cast<std::uint8_t>(value >> 8);
@@ -208,7 +222,18 @@ inline Octets make_hello_v2(std::initializer_list<std::uint32_t> neighbors = {},
   return out;
 }
 
-// Collects what a decoder tells.
+// The head of a capture file, and a frame in it of which `missing` octets were not captured.
+inline Octets make_pcap_header(unsigned link_type = 1, std::uint32_t magic = 0xa1b2c3d4) {
+  return Writer().u32(magic).u16(2).u16(4).u32(0).u32(0).u32(65535).u32(link_type);
+}
+
+inline Octets make_pcap_record(std::uint32_t seconds, std::uint32_t fraction, const Octets &data,
+                               std::uint32_t missing = 0) {
+  const auto size = static_cast<std::uint32_t>(data.size());
+  return Writer().u32(seconds).u32(fraction).u32(size).u32(size + missing).bytes(data);
+}
+
+// Collects what a decoder hands out.
 struct Collector : Visitor {
   std::vector<std::uint64_t> packets;
   std::vector<ChecksumState> checksum_states;

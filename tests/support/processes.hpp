@@ -10,22 +10,14 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "support/places.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace tool_tests {
-
-inline std::string content_of(const std::filesystem::path &file) {
-  std::ifstream in(file, std::ios::binary);
-  std::stringstream all;
-  all << in.rdbuf();
-  return all.str();
-}
 
 // A program in a process of its own.
 class Process {
@@ -65,17 +57,35 @@ class Process {
   std::string out() const { return content_of(out_); }
   std::string err() const { return content_of(err_); }
 
-  // The exit status; -1 for one that was ended by a signal or does not end.
+  // The exit status, or minus the signal that ended it; does_not_end when neither comes.
+  static constexpr int does_not_end = -1000;
   int wait() {
     for (int tries = 0; tries < 6000; ++tries) {
       int status = 0;
       if (waitpid(id_, &status, WNOHANG) == id_) {
         id_ = 0;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
       }
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    return -1;
+    return does_not_end;
+  }
+
+  // The line of its standard output with that number, counted from 0, as soon as it is whole.
+  std::string line(std::size_t number) const {
+    for (int tries = 0; tries < 3000; ++tries) {
+      const std::string said = out();
+      std::size_t start = 0;
+      std::size_t end = said.find('\n');
+      for (std::size_t before = number; before > 0 && end != said.npos; --before) {
+        start = end + 1;
+        end = said.find('\n', start);
+      }
+      if (end != said.npos) return said.substr(start, end - start);
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ADD_FAILURE() << "does not say so much: " << out() << err();
+    return "";
   }
 
   // The place where it says that it receives.
@@ -127,18 +137,20 @@ inline Said run_program(const std::filesystem::path &folder,
   return {status, process.out(), process.err()};
 }
 
+// The tool with these words, run to its end.
+inline Said run_tool(const std::vector<std::string> &words) {
+  const TemporaryFolder folder;
+  ToolProcess process(folder.path(), "tool", words);
+  const int status = process.wait();
+  return {status, process.out(), process.err()};
+}
+
 // A folder of its own for each test, and the tool run in it.
 class ProcessTest : public testing::Test {
  protected:
-  ProcessTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "exchange.XXXXXX").string();
-    folder_ = mkdtemp(name.data());
-  }
-  ~ProcessTest() override { std::filesystem::remove_all(folder_); }
-
-  std::string file(const std::string &name) const { return (folder_ / name).string(); }
+  std::string file(const std::string &name) const { return temporary_.file(name); }
   void put(const std::string &name, const std::string &content) const {
-    std::ofstream(folder_ / name, std::ios::binary) << content;
+    temporary_.put(name, content);
   }
 
   using Said = tool_tests::Said;
@@ -173,7 +185,8 @@ class ProcessTest : public testing::Test {
 
   const std::string sample_ = places::sample() + "/r1";
   const std::string other_sample_ = places::sample() + "/r2";
-  std::filesystem::path folder_;
+  const TemporaryFolder temporary_;
+  const std::filesystem::path &folder_ = temporary_.path();
   int runs_ = 0;
 };
 

@@ -3,49 +3,25 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 #include "support/bytes.hpp"
+#include "support/temporary_file.hpp"
 
 namespace ospf_decode::testing {
 namespace {
 
 class CaptureFile : public ::testing::Test {
  protected:
-  void SetUp() override {
-    const auto *info = ::testing::UnitTest::GetInstance()->current_test_info();
-    path_ = (std::filesystem::temp_directory_path() /
-             (std::string("ospf_decode_") + info->name() + "_" + std::to_string(std::rand())))
-                .string();
-  }
-  void TearDown() override { std::filesystem::remove(path_); }
+  void write(const Octets &data) { file_.write(data); }
 
-  void write(const Octets &data) {
-    std::ofstream(path_, std::ios::binary)
-        .write(reinterpret_cast<const char *>(data.data()),
-               static_cast<std::streamsize>(data.size()));
-  }
-
-  std::string path_;
+  const TemporaryFile file_{"capture"};
+  const std::string &path_ = file_.path();
 };
 
 const Octets frame_octets =
     make_ethernet(0x0800, make_ipv4({}, make_packet_v2({}, make_hello_v2())));
 
-Octets pcap_header(unsigned link_type = 1, std::uint32_t magic = 0xa1b2c3d4) {
-  return Writer().u32(magic).u16(2).u16(4).u32(0).u32(0).u32(65535).u32(link_type);
-}
-
-Octets pcap_record(std::uint32_t sec, std::uint32_t fraction, const Octets &data,
-                   std::uint32_t missing = 0) {
-  const auto length = static_cast<std::uint32_t>(data.size());
-  return Writer().u32(sec).u32(fraction).u32(length).u32(length + missing).bytes(data);
-}
-
 TEST_F(CaptureFile, Pcap) {
-  write(Writer().bytes(pcap_header()).bytes(pcap_record(100, 250000, frame_octets)));
+  write(Writer().bytes(make_pcap_header()).bytes(make_pcap_record(100, 250000, frame_octets)));
   CaptureReader reader;
   ASSERT_TRUE(reader.open_file(path_)) << reader.error();
   EXPECT_EQ(reader.link_type(), 1);
@@ -58,8 +34,9 @@ TEST_F(CaptureFile, Pcap) {
 }
 
 TEST_F(CaptureFile, PcapWithNanoseconds) {
-  write(
-      Writer().bytes(pcap_header(1, 0xa1b23c4d)).bytes(pcap_record(100, 123456789, frame_octets)));
+  write(Writer()
+            .bytes(make_pcap_header(1, 0xa1b23c4d))
+            .bytes(make_pcap_record(100, 123456789, frame_octets)));
   CaptureReader reader;
   ASSERT_TRUE(reader.open_file(path_)) << reader.error();
   Frame frame;
@@ -106,7 +83,7 @@ TEST_F(CaptureFile, PcapNg) {
 }
 
 TEST_F(CaptureFile, EmptyOfFrames) {
-  write(pcap_header());
+  write(make_pcap_header());
   CaptureReader reader;
   ASSERT_TRUE(reader.open_file(path_));
   Collector seen;
@@ -131,9 +108,9 @@ TEST_F(CaptureFile, WhatIsNoCaptureIsRefusedWithAText) {
 
 TEST_F(CaptureFile, OneThatIsCutIsReadUpToTheCut) {
   Octets file = Writer()
-                    .bytes(pcap_header())
-                    .bytes(pcap_record(1, 0, frame_octets))
-                    .bytes(pcap_record(2, 0, frame_octets));
+                    .bytes(make_pcap_header())
+                    .bytes(make_pcap_record(1, 0, frame_octets))
+                    .bytes(make_pcap_record(2, 0, frame_octets));
   file.resize(file.size() - 5);
   write(file);
   CaptureReader reader;
@@ -148,9 +125,10 @@ TEST_F(CaptureFile, OneThatIsCutIsReadUpToTheCut) {
 }
 
 TEST_F(CaptureFile, FramesThatAreCut) {
-  write(Writer()
-            .bytes(pcap_header())
-            .bytes(pcap_record(1, 0, Octets(frame_octets.begin(), frame_octets.end() - 4), 4)));
+  write(
+      Writer()
+          .bytes(make_pcap_header())
+          .bytes(make_pcap_record(1, 0, Octets(frame_octets.begin(), frame_octets.end() - 4), 4)));
   CaptureReader reader;
   ASSERT_TRUE(reader.open_file(path_));
   Collector seen;
@@ -160,7 +138,7 @@ TEST_F(CaptureFile, FramesThatAreCut) {
 }
 
 TEST_F(CaptureFile, OfAForeignLinkType) {
-  write(Writer().bytes(pcap_header(195)).bytes(pcap_record(1, 0, frame_octets)));
+  write(Writer().bytes(make_pcap_header(195)).bytes(make_pcap_record(1, 0, frame_octets)));
   CaptureReader reader;
   ASSERT_TRUE(reader.open_file(path_));
   Collector seen;

@@ -2,26 +2,17 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "ospf_tables/input_error.hpp"
 #include "router_answers/router.hpp"
+#include "support/temporary_folder.hpp"
 
 class AnswersFolder : public testing::Test {
  protected:
-  AnswersFolder() {
-    std::string form = (std::filesystem::temp_directory_path() / "answers-XXXXXX").string();
-    folder_ = mkdtemp(form.data());
-  }
-  ~AnswersFolder() override { std::filesystem::remove_all(folder_); }
-
-  void write(const std::string &name, const std::string &text) {
-    std::ofstream(folder_ / name, std::ios::binary) << text;
-  }
+  void write(const std::string &name, const std::string &text) { temporary_.put(name, text); }
 
   router_answers::Router read() {
     router_answers::PassedOver passed_over;
@@ -41,5 +32,6 @@ class AnswersFolder : public testing::Test {
     }
   }
 
-  std::filesystem::path folder_;
+  const TemporaryFolder temporary_;
+  const std::filesystem::path &folder_ = temporary_.path();
 };

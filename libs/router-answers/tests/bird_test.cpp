@@ -37,11 +37,7 @@ class Bird : public AnswersFolder {
   }
 
   void change(const std::string &file, const std::string &from, const std::string &to) {
-    std::ifstream in(folder_ / file);
-    std::string text{std::istreambuf_iterator<char>(in), {}};
-    const std::size_t at = text.find(from);
-    ASSERT_NE(at, std::string::npos);
-    write(file, text.replace(at, from.size(), to));
+    temporary_.change(file, from, to);
   }
 };
 
@@ -101,8 +97,9 @@ TEST_F(Bird, LsasAreHeadersWithWhatTheStateSays) {
   EXPECT_EQ(network.raw.size(), 32u);
   EXPECT_FALSE(lsas.at({{Scope::area, 7, ""}, {10, 0x04000000, 0x0a000001}}).has_body());
   const HeldLsa &external = lsas.at({{Scope::as, 0, ""}, {5, 0xc0000200, 0x0a000009}});
-  EXPECT_EQ((std::vector<std::uint8_t>(external.raw.begin() + 20, external.raw.end())),
-            (std::vector<std::uint8_t>{255, 255, 255, 0, 0x80, 0, 0, 25, 10, 90, 0, 99, 0, 0, 0, 11}));
+  EXPECT_EQ(
+      (std::vector<std::uint8_t>(external.raw.begin() + 20, external.raw.end())),
+      (std::vector<std::uint8_t>{255, 255, 255, 0, 0x80, 0, 0, 25, 10, 90, 0, 99, 0, 0, 0, 11}));
 }
 
 TEST_F(Bird, TheChecksumFindsTheOptions) {

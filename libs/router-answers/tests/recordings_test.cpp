@@ -14,6 +14,7 @@
 #include "router_answers/one_network.hpp"
 #include "router_answers/router.hpp"
 #include "support/places.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace {
 
@@ -199,9 +200,8 @@ TEST_P(SettledRecording, OneNetworkIsTheDatabaseOfTheCapture) {
 
 // A router's answers of some kinds alone.
 Router read_only(const fs::path &router, const std::vector<std::string> &ends) {
-  const fs::path folder = fs::temp_directory_path() / ("answers-" + std::to_string(getpid()));
-  fs::remove_all(folder);
-  fs::create_directory(folder);
+  const TemporaryFolder temporary;
+  const fs::path &folder = temporary.path();
   for (const auto &entry : fs::directory_iterator(router)) {
     const std::string name = entry.path().filename().string();
     const bool wanted = std::any_of(ends.begin(), ends.end(),
@@ -213,7 +213,6 @@ Router read_only(const fs::path &router, const std::vector<std::string> &ends) {
     PassedOver passed_over;
     out = read_router(folder.string(), passed_over);
   }
-  fs::remove_all(folder);
   return out;
 }
 

@@ -16,7 +16,7 @@ class CaptureFile {
  public:
   explicit CaptureFile(unsigned link_type = 1)
       : file_("capture_" + std::to_string(++made) + ".pcap") {
-    replace(Writer().u32(0xa1b2c3d4).u16(2).u16(4).zeros(8).u32(65535).u32(link_type));
+    replace(ospf_decode::testing::make_pcap_header(link_type));
   }
 
   const std::string &path() const { return file_.path(); }
@@ -24,8 +24,8 @@ class CaptureFile {
 
   // A second later than the last, unless `time` says otherwise. `missing` octets were not captured.
   CaptureFile &frame(const Octets &data, std::uint32_t missing = 0) {
-    const auto size = static_cast<std::uint32_t>(data.size());
-    replace(Writer().bytes(content_).u32(time++).u32(0).u32(size).u32(size + missing).bytes(data));
+    using namespace ospf_decode::testing;
+    replace(Writer().bytes(content_).bytes(make_pcap_record(time++, 0, data, missing)));
     return *this;
   }
   CaptureFile &ipv4(const Octets &packet) {

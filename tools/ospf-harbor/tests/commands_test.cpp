@@ -168,7 +168,7 @@ TEST_F(Commands, OfTheProgramItself) {
   expect_wrong_words({"show", "area"}, {"show: --from: found nothing"});
   // Options of the program may stand behind a command.
   expect_done({"load", "frr", sample_, "--trace-file", file("trace")});
-  EXPECT_GT(tool_tests::content_of(file("trace")).size(), 0u);
+  EXPECT_GT(content_of(file("trace")).size(), 0u);
 }
 
 TEST_F(Commands, OfTheShellEndItAndKeepItsDatabase) {

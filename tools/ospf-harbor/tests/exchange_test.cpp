@@ -11,7 +11,6 @@
 
 namespace {
 
-using tool_tests::content_of;
 using tool_tests::ProcessTest;
 using tool_tests::ToolProcess;
 

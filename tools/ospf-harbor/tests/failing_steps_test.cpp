@@ -7,6 +7,7 @@
 #include "commands/commands.hpp"
 #include "support/places.hpp"
 #include "support/temporary_file.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace {
 
@@ -28,8 +29,7 @@ Said said_by(ospf_tables::Session &session, const std::vector<std::string> &word
   std::fflush(stdout);
   std::string out = testing::internal::GetCapturedStdout();
   if (file != nullptr) {
-    std::ifstream in(file->path(), std::ios::binary);
-    out.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    out = content_of(file->path());
     std::remove(file->path().c_str());
   }
   return {status, out, testing::internal::GetCapturedStderr()};

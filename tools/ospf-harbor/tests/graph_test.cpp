@@ -2,7 +2,6 @@
 // of them, both-ways checks and awkward cases are made up, and what Graphviz makes of the text is
 // read back.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -17,6 +16,7 @@
 #include "ospf_tables/row_keys.hpp"
 #include "sources/sources.hpp"
 #include "support/places.hpp"
+#include "support/temporary_folder.hpp"
 #include "synthetic_network.hpp"
 #include "views/dot_text.hpp"
 #include "views/graphviz.hpp"
@@ -334,32 +334,26 @@ TEST(Layout, IsTheSameForTheSameDatabase) {
 class GraphCommand : public testing::Test {
  protected:
   GraphCommand() {
-    std::string pattern = (fs::temp_directory_path() / "harbor-graph-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     synthetic::Network network;
     network.router(0, "10.0.0.1", 0, {{1, "10.0.0.2", "192.0.2.1", 5}});
     network.router(0, "10.0.0.2", 0, {{1, "10.0.0.1", "192.0.2.2", 5}});
     network.load(session_);
   }
-  ~GraphCommand() override { fs::remove_all(folder_); }
 
   int run(const std::vector<std::string> &words) {
     std::vector<std::string> line{"graph"};
     line.insert(line.end(), words.begin(), words.end());
     return tool::run_words(session_, line);
   }
-  std::string read(const fs::path &file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  }
 
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path &folder_ = temporary_.path();
   ospf_tables::Session session_;
 };
 
 TEST_F(GraphCommand, WritesFilesOfBothKinds) {
   EXPECT_EQ(run({"--dot", "-o", folder_ / "a.dot"}), 0);
-  EXPECT_TRUE(read(folder_ / "a.dot").starts_with("graph \"OSPFv2\" {"));
+  EXPECT_TRUE(content_of(folder_ / "a.dot").starts_with("graph \"OSPFv2\" {"));
   EXPECT_EQ(run({"--svg", "-o", folder_ / "a.svg"}), 0);
   pugi::xml_document picture;
   EXPECT_TRUE(picture.load_file((folder_ / "a.svg").c_str()));
@@ -395,7 +389,7 @@ TEST_F(GraphCommand, WithoutGraphvizItSaysHowToGetItAndKeepsTheFileThatWasThere)
   }
   setenv("PATH", path.c_str(), 1);
   EXPECT_NE(message.find("install the package graphviz"), std::string::npos) << message;
-  EXPECT_EQ(read(folder_ / "a.svg"), "before");
+  EXPECT_EQ(content_of(folder_ / "a.svg"), "before");
 }
 
 TEST_F(GraphCommand, WhatGraphvizSaysOfAFailureIsPassedOn) {

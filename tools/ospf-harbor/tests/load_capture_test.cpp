@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <ospf_harbor_oper/types.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <chrono>
@@ -15,7 +14,7 @@
 #include "commands/commands.hpp"
 #include "ospf_decode/lsa_v3.hpp"
 #include "ospf_tables/input_error.hpp"
-#include "support/places.hpp"
+#include "support/processes.hpp"
 #include "views/show.hpp"
 
 namespace {
@@ -58,9 +57,9 @@ struct KindOfLsa {
   unsigned version;
   LsaParts parts;
   Octets body;
-  const char *fields;                // behind the header's, as captured_tree.hpp has them
-  bool is_link_row;                  // link_scope_lsa, else area_scope_lsa
-  bool completed;                    //
+  const char *fields = "";           // behind the header's, as captured_tree.hpp has them
+  bool is_link_row = false;          // link_scope_lsa, else area_scope_lsa
+  bool completed = true;             // all that was heard is in the fields
   std::vector<std::string> printed;  // lines of the rows' text
 };
 
@@ -89,276 +88,248 @@ Octets te_link(bool even_bandwidths) {
 }
 
 const std::vector<KindOfLsa> kinds_of_lsa = {
-    {"RouterV2",
-     2,
-     {.type = 1},
-     Writer()
-         .u8(0x07)
-         .u8(0)
-         .u16(2)
-         .u32(0x0a000002)
-         .u32(0x0a000001)
-         .u8(1)
-         .u8(2)
-         .u16(10)
-         .u8(1)
-         .u8(0)
-         .u16(20)
-         .u8(64)
-         .u8(0)
-         .u16(65535)
-         .u32(0xc0a80100)
-         .u32(0xffffff00)
-         .u8(3)
-         .u8(0)
-         .u16(1),
-     " flags=7 links=2 [10.0.0.2 10.0.0.1 1 0:10 1:20 64:65535]"
-     " [192.168.1.0 255.255.255.0 3 0:1]",
-     false,
-     true,
-     {"num_of_links@u_int16:2", "V@kelp_boolean:true",
-      "body_flag_options@ospfv2_lsa_body_flags_options:OSPV2_LSA_BODY_FLAG_OPTIONS_V "
-      "OSPV2_LSA_BODY_FLAG_OPTIONS_E OSPV2_LSA_BODY_FLAG_OPTIONS_B",
-      "link_id@u_int32:167772162", "link_data@u_int32:167772161", "mt_id@u_int32:64",
-      "metric@u_int16:65535"}},
-    {"NetworkV2",
-     2,
-     {.type = 2},
-     Writer().u32(0xfffffffc).u32(0x0a000001).u32(0x0a000002),
-     " mask=255.255.255.252 attached=10.0.0.1,10.0.0.2",
-     false,
-     true,
-     {"network_mask@ip_address:255.255.255.252", "attached_router_num@u_int32:2",
-      "attached_router[1]@u_int32:167772162"}},
-    {"SummaryV2",
-     2,
-     {.type = 3},
-     Writer().u32(0xffff0000).u32(30).u8(5).u24(31),
-     " mask=255.255.0.0 [0 30] [5 31]",
-     false,
-     true,
-     {"summary_mask@ip_address:255.255.0.0", "mt_id@u_int32:5", "metric@u_int16:31"}},
-    {"AsbrSummaryV2",
-     2,
-     {.type = 4},
-     Writer().u32(0).u32(40),
-     " mask=0.0.0.0 [0 40]",
-     false,
-     true,
-     {"summary_mask@ip_address:0.0.0.0", "metric@u_int16:40"}},
-    {"ExternalV2",
-     2,
-     {.type = 5},
-     Writer()
-         .u32(0xff000000)
-         .u8(0x80)
-         .u24(0x123456)
-         .u32(0x0a000009)
-         .u32(77)
-         .u8(6)
-         .u24(5)
-         .u32(0)
-         .u32(78),
-     " mask=255.0.0.0 [0 1193046 10.0.0.9 77] [6 5 0.0.0.0 78]",
-     true,
-     true,
-     {"version@u_int32:2", "external_mask@ip_address:255.0.0.0", "metric@u_int32:1193046",
-      "forwarding_address@ip_address:10.0.0.9", "external_route_tag@u_int32:78"}},
-    {"NssaV2",
-     2,
-     {.options = 0x08, .type = 7},
-     Writer().u32(0xffffff00).u32(0x80000001).u32(0x0a000007).u32(5),
-     " mask=255.255.255.0 [0 1 10.0.0.7 5]",
-     false,
-     true,
-     {"P@kelp_boolean:true", "flag_options@lsa_flag_options:LSA_FLAG_OPTIONS_P",
-      "forwarding_address@ip_address:10.0.0.7"}},
-    {"OpaqueLinkV2",
-     2,
-     {.type = 9, .id = 0x08000005},
-     Writer().tlv(1, {1, 2, 3, 4, 5}).tlv(40000, {}),
-     " tlv=1/5 raw=0102030405 tlv=40000/0 raw=",
-     true,
-     true,
-     {"opaque_type@u_int8:8", "opaque_id@u_int32:5", "type@u_int16:40000", "value_num@u_int32:5",
-      "value[4]@u_int8:5"}},
-    {"OpaqueAreaV2",
-     2,
-     {.type = 10, .id = 0x01000001},
-     Writer().tlv(1, Writer().u32(router)).tlv(2, te_link(false)).tlv(9, {0xab}),
-     " router=10.0.0.1 (type=2 id=10.0.0.2 local=10.0.0.1,10.0.1.1 remote=10.0.0.2 metric=70000 "
-     "max=457a0000 reservable=453b8000 unreserved=44fa0000 group=80000001)"
-     " (8/32 raw=44fa000044fa000044fa000044fa0000447a0000447a0000447a0000447a0000)"
-     " (99/3 raw=010203) tlv=9/1 raw=ab",
-     true,
-     true,
-     {"router_address@ip_address:10.0.0.1", "link_type@u_int8:2", "te_metric@u_int32:70000",
-      "local_if_ipv4_addr[1]@ip_address:10.0.1.1", "local_remote_ipv4_addr[0]@ip_address:10.0.0.2",
-      "max_bandwidth@double:4000", "max_reservable_bandwidth@double:3000",
-      "unreserved_bandwidth@double:2000", "admin_group@u_int32:2147483649", "type@u_int16:99",
-      "value_len@u_int32:3"}},
-    {"OpaqueAsV2",
-     2,
-     {.type = 11, .id = 0x04000000},
-     Writer().tlv(1, Writer().u32(0x60000000)).tlv(7, {'r', '1'}),
-     " tlv=1/4 raw=60000000 tlv=7/2 raw=7231",
-     true,
-     true,
-     {"opaque_type@u_int8:4", "length@u_int16:4", "value[0]@u_int8:96"}},
-    {"RouterV3",
-     3,
-     {.type = lsa3_router, .id = 0},
-     Writer()
-         .u8(0x17)
-         .u24(0x000133)
-         .u8(1)
-         .u8(0)
-         .u16(10)
-         .u32(3)
-         .u32(4)
-         .u32(0x0a000002)
-         .u8(2)
-         .u8(0)
-         .u16(11)
-         .u32(5)
-         .u32(6)
-         .u32(0x0a000003),
-     " flags=17 options=133 [1 10 3 4 10.0.0.2] [2 11 5 6 10.0.0.3]",
-     false,
-     true,
-     {"Nt@kelp_boolean:true",
-      "OSPFV3_LSA_FLAG_DC OSPFV3_LSA_FLAG_R OSPFV3_LSA_FLAG_E "
-      "OSPFV3_LSA_FLAG_V6 OSPFV3_LSA_FLAG_AF",
-      "OSPFV3_LSA_BODY_FLAG_OPTIONS_NT", "interface_id@u_int32:5",
-      "neighbor_interface_id@u_int32:6", "neighbor_router_id@u_int32:167772163",
-      "metric@u_int16:11"}},
-    {"NetworkV3",
-     3,
-     {.type = lsa3_network, .id = 5},
-     Writer().u8(0).u24(0x13).u32(0x0a000001).u32(0x0a000002),
-     " options=13 attached=10.0.0.1,10.0.0.2",
-     false,
-     true,
-     {"attached_router_num@u_int32:2", "attached_router[0]@u_int32:167772161",
-      "lsa_flag_hdr_options@ospfv3_lsa_flag_options:OSPFV3_LSA_FLAG_R"}},
-    {"InterAreaPrefixV3",
-     3,
-     {.type = lsa3_inter_area_prefix, .id = 6},
-     Writer().u8(0).u24(70000).bytes(prefix_64),
-     " metric=70000 [2001:db8:a::/64 2]",
-     false,
-     true,
-     {"metric@u_int32:70000", "ia_prefix@kelp_vstring:2001:db8:a::/64",
-      "ia_prefix_options@kelp_vstring:0x02"}},
-    {"InterAreaRouterV3",
-     3,
-     {.type = lsa3_inter_area_router, .id = 7},
-     Writer().u8(0).u24(0x1b).u8(0).u24(80000).u32(0x0a000008),
-     " options=1b metric=80000 router=10.0.0.8",
-     false,
-     true,
-     {"N@kelp_boolean:true", "metric@u_int32:80000", "destination_router_id@u_int32:167772168"}},
-    {"ExternalV3",
-     3,
-     {.type = lsa3_as_external, .id = 8},
-     Writer()
-         .u8(external3_e | external3_f | external3_t)
-         .u24(90)
-         .u8(64)
-         .u8(0)
-         .u16(lsa3_router)
-         .u32(0x20010db8)
-         .u32(0x000b0000)
-         .u32(0xfe800000)
-         .zeros(11)
-         .u8(9)
-         .u32(4711)
-         .u32(3),
-     " flags=4 metric=90 ref=2001 refid=0.0.0.3 forward=fe80::9 tag=4711 [2001:db8:b::/64 0]",
-     true,
-     true,
-     {"version@u_int32:3", "metric@u_int32:90", "referenced_ls_type@u_int16:8193",
-      "external_prefix@kelp_vstring:2001:db8:b::/64", "external_prefix_options@kelp_vstring:0x00",
-      "forwarding_address@ip_address:fe80::9", "external_route_tag@u_int32:4711",
-      "referenced_link_state_id@u_int32:3"}},
-    {"NssaV3",
-     3,
-     {.type = lsa3_nssa, .id = 9},
-     Writer().u8(0).u24(91).bytes(Octets{0, 8, 0, 0}),
-     " flags=0 metric=91 ref=0 refid=0.0.0.0 forward=:: tag=0 [::/0 8]",
-     false,
-     true,
-     {"lsa_nssa_external@ospfv3_lsa_external", "metric@u_int32:91",
-      "external_prefix@kelp_vstring:::/0", "external_prefix_options@kelp_vstring:0x08"}},
-    {"LinkV3",
-     3,
-     {.type = lsa3_link, .id = 10},
-     Writer()
-         .u8(100)
-         .u24(0x13)
-         .u32(0xfe800000)
-         .zeros(11)
-         .u8(1)
-         .u32(2)
-         .bytes(prefix_64)
-         .bytes(prefix_128),
-     " priority=100 options=13 address=fe80::1 prefixes=2 [2001:db8::1/128 0] [2001:db8:a::/64 2]",
-     true,
-     true,
-     {"rtr_priority@u_int8:100", "link_local_interface_address@ip_address:fe80::1",
-      "num_of_prefixes@u_int32:2", "prefix@kelp_vstring:2001:db8::1/128"}},
-    {"IntraAreaPrefixV3",
-     3,
-     {.type = lsa3_intra_area_prefix, .id = 11},
-     Writer().u16(2).u16(lsa3_network).u32(5).u32(0x0a000004).bytes(prefix_64).bytes(prefix_128),
-     " prefixes=2 ref=2002 refid=0.0.0.5 refadv=10.0.0.4"
-     " [2001:db8::1/128 0] [2001:db8:a::/64 2]",
-     false,
-     true,
-     {"referenced_ls_type@u_int16:8194", "referenced_link_state_id@u_int32:5",
-      "referenced_adv_router@ip_address:10.0.0.4", "num_of_prefixes@u_int16:2",
-      "prefix@kelp_vstring:2001:db8:a::/64", "prefix_options@kelp_vstring:0x02"}},
+    {
+        .name = "RouterV2",
+        .version = 2,
+        .parts = {.type = 1},
+        .body = from_hex("07 00 0002"
+                         "0a000002 0a000001 01 02 000a  01 00 0014  40 00 ffff"
+                         "c0a80100 ffffff00 03 00 0001"),
+        .fields = " flags=7 links=2 [10.0.0.2 10.0.0.1 1 0:10 1:20 64:65535]"
+                  " [192.168.1.0 255.255.255.0 3 0:1]",
+        .printed = {"num_of_links@u_int16:2", "V@kelp_boolean:true",
+                    "body_flag_options@ospfv2_lsa_body_flags_options:OSPV2_LSA_BODY_FLAG_OPTIONS_V "
+                    "OSPV2_LSA_BODY_FLAG_OPTIONS_E OSPV2_LSA_BODY_FLAG_OPTIONS_B",
+                    "link_id@u_int32:167772162", "link_data@u_int32:167772161", "mt_id@u_int32:64",
+                    "metric@u_int16:65535"},
+    },
+    {
+        .name = "NetworkV2",
+        .version = 2,
+        .parts = {.type = 2},
+        .body = from_hex("fffffffc 0a000001 0a000002"),
+        .fields = " mask=255.255.255.252 attached=10.0.0.1,10.0.0.2",
+        .printed = {"network_mask@ip_address:255.255.255.252", "attached_router_num@u_int32:2",
+                    "attached_router[1]@u_int32:167772162"},
+    },
+    {
+        .name = "SummaryV2",
+        .version = 2,
+        .parts = {.type = 3},
+        .body = from_hex("ffff0000 0000001e  05 00001f"),
+        .fields = " mask=255.255.0.0 [0 30] [5 31]",
+        .printed = {"summary_mask@ip_address:255.255.0.0", "mt_id@u_int32:5", "metric@u_int16:31"},
+    },
+    {
+        .name = "AsbrSummaryV2",
+        .version = 2,
+        .parts = {.type = 4},
+        .body = from_hex("00000000 00000028"),
+        .fields = " mask=0.0.0.0 [0 40]",
+        .printed = {"summary_mask@ip_address:0.0.0.0", "metric@u_int16:40"},
+    },
+    {
+        .name = "ExternalV2",
+        .version = 2,
+        .parts = {.type = 5},
+        .body = from_hex("ff000000"
+                         "80 123456 0a000009 0000004d"
+                         "06 000005 00000000 0000004e"),
+        .fields = " mask=255.0.0.0 [0 1193046 10.0.0.9 77] [6 5 0.0.0.0 78]",
+        .is_link_row = true,
+        .printed = {"version@u_int32:2", "external_mask@ip_address:255.0.0.0",
+                    "metric@u_int32:1193046", "forwarding_address@ip_address:10.0.0.9",
+                    "external_route_tag@u_int32:78"},
+    },
+    {
+        .name = "NssaV2",
+        .version = 2,
+        .parts = {.options = 0x08, .type = 7},
+        .body = from_hex("ffffff00 80 000001 0a000007 00000005"),
+        .fields = " mask=255.255.255.0 [0 1 10.0.0.7 5]",
+        .printed = {"P@kelp_boolean:true", "flag_options@lsa_flag_options:LSA_FLAG_OPTIONS_P",
+                    "forwarding_address@ip_address:10.0.0.7"},
+    },
+    {
+        .name = "OpaqueLinkV2",
+        .version = 2,
+        .parts = {.type = 9, .id = 0x08000005},
+        .body = Writer().tlv(1, {1, 2, 3, 4, 5}).tlv(40000, {}),
+        .fields = " tlv=1/5 raw=0102030405 tlv=40000/0 raw=",
+        .is_link_row = true,
+        .printed = {"opaque_type@u_int8:8", "opaque_id@u_int32:5", "type@u_int16:40000",
+                    "value_num@u_int32:5", "value[4]@u_int8:5"},
+    },
+    {
+        .name = "OpaqueAreaV2",
+        .version = 2,
+        .parts = {.type = 10, .id = 0x01000001},
+        .body = Writer().tlv(1, Writer().u32(router)).tlv(2, te_link(false)).tlv(9, {0xab}),
+        .fields =
+            " router=10.0.0.1 (type=2 id=10.0.0.2 local=10.0.0.1,10.0.1.1 remote=10.0.0.2 "
+            "metric=70000 max=457a0000 reservable=453b8000 unreserved=44fa0000 group=80000001)"
+            " (8/32 raw=44fa000044fa000044fa000044fa0000447a0000447a0000447a0000447a0000)"
+            " (99/3 raw=010203) tlv=9/1 raw=ab",
+        .is_link_row = true,
+        .printed = {"router_address@ip_address:10.0.0.1", "link_type@u_int8:2",
+                    "te_metric@u_int32:70000", "local_if_ipv4_addr[1]@ip_address:10.0.1.1",
+                    "local_remote_ipv4_addr[0]@ip_address:10.0.0.2", "max_bandwidth@double:4000",
+                    "max_reservable_bandwidth@double:3000", "unreserved_bandwidth@double:2000",
+                    "admin_group@u_int32:2147483649", "type@u_int16:99", "value_len@u_int32:3"},
+    },
+    {
+        .name = "OpaqueAsV2",
+        .version = 2,
+        .parts = {.type = 11, .id = 0x04000000},
+        .body = Writer().tlv(1, from_hex("60000000")).tlv(7, {'r', '1'}),
+        .fields = " tlv=1/4 raw=60000000 tlv=7/2 raw=7231",
+        .is_link_row = true,
+        .printed = {"opaque_type@u_int8:4", "length@u_int16:4", "value[0]@u_int8:96"},
+    },
+    {
+        .name = "RouterV3",
+        .version = 3,
+        .parts = {.type = lsa3_router, .id = 0},
+        .body = from_hex("17 000133"
+                         "01 00 000a 00000003 00000004 0a000002"
+                         "02 00 000b 00000005 00000006 0a000003"),
+        .fields = " flags=17 options=133 [1 10 3 4 10.0.0.2] [2 11 5 6 10.0.0.3]",
+        .printed = {"Nt@kelp_boolean:true",
+                    "OSPFV3_LSA_FLAG_DC OSPFV3_LSA_FLAG_R OSPFV3_LSA_FLAG_E "
+                    "OSPFV3_LSA_FLAG_V6 OSPFV3_LSA_FLAG_AF",
+                    "OSPFV3_LSA_BODY_FLAG_OPTIONS_NT", "interface_id@u_int32:5",
+                    "neighbor_interface_id@u_int32:6", "neighbor_router_id@u_int32:167772163",
+                    "metric@u_int16:11"},
+    },
+    {
+        .name = "NetworkV3",
+        .version = 3,
+        .parts = {.type = lsa3_network, .id = 5},
+        .body = from_hex("00 000013 0a000001 0a000002"),
+        .fields = " options=13 attached=10.0.0.1,10.0.0.2",
+        .printed = {"attached_router_num@u_int32:2", "attached_router[0]@u_int32:167772161",
+                    "lsa_flag_hdr_options@ospfv3_lsa_flag_options:OSPFV3_LSA_FLAG_R"},
+    },
+    {
+        .name = "InterAreaPrefixV3",
+        .version = 3,
+        .parts = {.type = lsa3_inter_area_prefix, .id = 6},
+        .body = Writer().u32(70000).bytes(prefix_64),
+        .fields = " metric=70000 [2001:db8:a::/64 2]",
+        .printed = {"metric@u_int32:70000", "ia_prefix@kelp_vstring:2001:db8:a::/64",
+                    "ia_prefix_options@kelp_vstring:0x02"},
+    },
+    {
+        .name = "InterAreaRouterV3",
+        .version = 3,
+        .parts = {.type = lsa3_inter_area_router, .id = 7},
+        .body = from_hex("00 00001b 00 013880 0a000008"),
+        .fields = " options=1b metric=80000 router=10.0.0.8",
+        .printed = {"N@kelp_boolean:true", "metric@u_int32:80000",
+                    "destination_router_id@u_int32:167772168"},
+    },
+    {
+        .name = "ExternalV3",
+        .version = 3,
+        .parts = {.type = lsa3_as_external, .id = 8},
+        .body = Writer()
+                    .u8(external3_e | external3_f | external3_t)
+                    .u24(90)
+                    .bytes(from_hex("40 00 2001 20010db8 000b0000"
+                                    "fe800000 00000000 00000000 00000009"))
+                    .u32(4711)
+                    .u32(3),
+        .fields = " flags=4 metric=90 ref=2001 refid=0.0.0.3 forward=fe80::9 tag=4711 "
+                  "[2001:db8:b::/64 0]",
+        .is_link_row = true,
+        .printed = {"version@u_int32:3", "metric@u_int32:90", "referenced_ls_type@u_int16:8193",
+                    "external_prefix@kelp_vstring:2001:db8:b::/64",
+                    "external_prefix_options@kelp_vstring:0x00",
+                    "forwarding_address@ip_address:fe80::9", "external_route_tag@u_int32:4711",
+                    "referenced_link_state_id@u_int32:3"},
+    },
+    {
+        .name = "NssaV3",
+        .version = 3,
+        .parts = {.type = lsa3_nssa, .id = 9},
+        .body = from_hex("00 00005b 00 08 0000"),
+        .fields = " flags=0 metric=91 ref=0 refid=0.0.0.0 forward=:: tag=0 [::/0 8]",
+        .printed = {"lsa_nssa_external@ospfv3_lsa_external", "metric@u_int32:91",
+                    "external_prefix@kelp_vstring:::/0",
+                    "external_prefix_options@kelp_vstring:0x08"},
+    },
+    {
+        .name = "LinkV3",
+        .version = 3,
+        .parts = {.type = lsa3_link, .id = 10},
+        .body = Writer()
+                    .bytes(from_hex("64 000013 fe800000 00000000 00000000 00000001 00000002"))
+                    .bytes(prefix_64)
+                    .bytes(prefix_128),
+        .fields = " priority=100 options=13 address=fe80::1 prefixes=2 [2001:db8::1/128 0]"
+                  " [2001:db8:a::/64 2]",
+        .is_link_row = true,
+        .printed = {"rtr_priority@u_int8:100", "link_local_interface_address@ip_address:fe80::1",
+                    "num_of_prefixes@u_int32:2", "prefix@kelp_vstring:2001:db8::1/128"},
+    },
+    {
+        .name = "IntraAreaPrefixV3",
+        .version = 3,
+        .parts = {.type = lsa3_intra_area_prefix, .id = 11},
+        .body = Writer()
+                    .bytes(from_hex("0002 2002 00000005 0a000004"))
+                    .bytes(prefix_64)
+                    .bytes(prefix_128),
+        .fields = " prefixes=2 ref=2002 refid=0.0.0.5 refadv=10.0.0.4"
+                  " [2001:db8::1/128 0] [2001:db8:a::/64 2]",
+        .printed = {"referenced_ls_type@u_int16:8194", "referenced_link_state_id@u_int32:5",
+                    "referenced_adv_router@ip_address:10.0.0.4", "num_of_prefixes@u_int16:2",
+                    "prefix@kelp_vstring:2001:db8:a::/64", "prefix_options@kelp_vstring:0x02"},
+    },
     // Kinds that have no typed fields stay whole as raw data.
-    {"GroupMembershipV2",
-     2,
-     {.type = 6},
-     Writer().u32(1).u32(2),
-     "",
-     false,
-     false,
-     {"type@u_int16:6"}},
-    {"UnknownOpaqueV2",
-     2,
-     {.type = 10, .id = 0xc8000001},
-     {1, 2, 3, 4},
-     "",
-     true,
-     false,
-     {"opaque_type@u_int8:200"}},
-    {"UnknownLinkScopeV3",
-     3,
-     {.type = 0x8123, .id = 12},
-     {1, 2, 3, 4},
-     "",
-     true,
-     false,
-     {"type@u_int16:33059"}},
-    {"UnknownAreaScopeV3",
-     3,
-     {.type = 0xa123, .id = 13},
-     {1, 2, 3, 4},
-     "",
-     false,
-     false,
-     {"type@u_int16:41251"}},
-    {"UnknownAsScopeV3",
-     3,
-     {.type = 0xc123, .id = 14},
-     {1, 2, 3, 4},
-     "",
-     true,
-     false,
-     {"type@u_int16:49443"}},
+    {
+        .name = "GroupMembershipV2",
+        .version = 2,
+        .parts = {.type = 6},
+        .body = from_hex("00000001 00000002"),
+        .completed = false,
+        .printed = {"type@u_int16:6"},
+    },
+    {
+        .name = "UnknownOpaqueV2",
+        .version = 2,
+        .parts = {.type = 10, .id = 0xc8000001},
+        .body = from_hex("01020304"),
+        .is_link_row = true,
+        .completed = false,
+        .printed = {"opaque_type@u_int8:200"},
+    },
+    {
+        .name = "UnknownLinkScopeV3",
+        .version = 3,
+        .parts = {.type = 0x8123, .id = 12},
+        .body = from_hex("01020304"),
+        .is_link_row = true,
+        .completed = false,
+        .printed = {"type@u_int16:33059"},
+    },
+    {
+        .name = "UnknownAreaScopeV3",
+        .version = 3,
+        .parts = {.type = 0xa123, .id = 13},
+        .body = from_hex("01020304"),
+        .completed = false,
+        .printed = {"type@u_int16:41251"},
+    },
+    {
+        .name = "UnknownAsScopeV3",
+        .version = 3,
+        .parts = {.type = 0xc123, .id = 14},
+        .body = from_hex("01020304"),
+        .is_link_row = true,
+        .completed = false,
+        .printed = {"type@u_int16:49443"},
+    },
 };
 
 std::string dotted_of(std::uint32_t value) { return ipv4_text(value); }
@@ -657,22 +628,20 @@ TEST(LoadCapture, TakesFilesOrAnInterface) {
   refused({"a.pcap", "--seconds", "7"});
 }
 
-// What the program itself prints into a pipe, and its exit status.
+// What the program itself prints where no terminal is, and its exit status.
 TEST(LoadCapture, AsAProgramShowsAPathAndNoProgress) {
   CaptureFile file;
   file.update_v2({make_lsa_v2({.type = 2, .id = 9}, Writer().u32(0xff000000).u32(1))});
-  const auto run = [](const std::string &arguments) {
-    std::string out;
-    std::FILE *pipe = popen((places::tool() + " load capture " + arguments + " 2>&1").c_str(), "r");
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) out += static_cast<char>(c);
-    return std::pair(WEXITSTATUS(pclose(pipe)), out);
+  const auto run = [](std::vector<std::string> words) {
+    words.insert(words.begin(), {"load", "capture"});
+    return tool_tests::run_tool(words);
   };
-  const auto [status, text] = run(file.path() + " --path area-lsas/2");
-  EXPECT_EQ(status, 0) << text;
-  EXPECT_NE(text.find("network_mask@ip_address:255.0.0.0"), std::string::npos) << text;
-  EXPECT_EQ(text.find('\r'), std::string::npos);
-  EXPECT_EQ(run(file.path() + " /nowhere/no.pcap --show").first, 1);
-  EXPECT_EQ(run("").first, 2);
+  const tool_tests::Said said = run({file.path(), "--path", "area-lsas/2"});
+  EXPECT_EQ(said.status, 0) << said.err;
+  EXPECT_NE(said.out.find("network_mask@ip_address:255.0.0.0"), std::string::npos) << said.out;
+  EXPECT_EQ((said.out + said.err).find('\r'), std::string::npos);
+  EXPECT_EQ(run({file.path(), "/nowhere/no.pcap", "--show"}).status, 1);
+  EXPECT_EQ(run({}).status, 2);
 }
 
 // --- bad input -----------------------------------------------------------------------------------

@@ -17,6 +17,7 @@
 #include "ospf_tables/tree.hpp"
 #include "router_answers/frr_reader.hpp"
 #include "support/places.hpp"
+#include "support/temporary_folder.hpp"
 #include "views/show.hpp"
 
 namespace {
@@ -333,23 +334,15 @@ TEST(Load, SeveralRoutersStandSideBySide) {
 class BadInput : public testing::Test {
  protected:
   BadInput() {
-    std::string pattern = (fs::temp_directory_path() / "harbor-load-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     for (const auto &entry : fs::directory_iterator(sample / "r1")) {
       fs::copy(entry.path(), folder_ / entry.path().filename());
     }
     tool::load_frr(session_, {(sample / "r2").string()});
     before_ = shown(session_, "");
   }
-  ~BadInput() override { fs::remove_all(folder_); }
 
   void change(const char *file, const std::string &from, const std::string &to) {
-    std::ifstream in(folder_ / file);
-    std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    in.close();
-    const std::size_t at = text.find(from);
-    ASSERT_NE(at, std::string::npos) << from;
-    std::ofstream(folder_ / file) << text.replace(at, from.size(), to);
+    temporary_.change(file, from, to);
   }
 
   // Loading fails with one line that holds all of these, and the tree is as it was.
@@ -369,7 +362,8 @@ class BadInput : public testing::Test {
     EXPECT_EQ(shown(session_, ""), before_);
   }
 
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path &folder_ = temporary_.path();
   ospf_tables::Session session_;
   std::string before_;
 };

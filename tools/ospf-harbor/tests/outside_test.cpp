@@ -9,8 +9,6 @@
 
 namespace {
 
-using tool_tests::content_of;
-
 class Outside : public tool_tests::ProcessTest {};
 
 TEST_F(Outside, OutputThatTakesNothingIsAnErrorOfEveryCommand) {

@@ -10,7 +10,6 @@
 
 namespace {
 
-using tool_tests::content_of;
 using tool_tests::ProcessTest;
 using tool_tests::ToolProcess;
 
@@ -183,7 +182,7 @@ TEST_F(Stores, NameWhoChangesThemAndUndoWhoIsKilled) {
   }
   expect_refusal(on_store({"show"}), {std::to_string(importer.id())});
   kill(importer.id(), SIGKILL);
-  EXPECT_EQ(importer.wait(), -1);
+  EXPECT_EQ(importer.wait(), -SIGKILL);
   close(pipe);
   expect_same({"show"}, loaded_so({load_one_}));
   expect_sound();
@@ -209,7 +208,7 @@ TEST_F(Stores, HoldTheOldTreeOrTheNewOneAfterAKill) {
                          {"import", "--image", file(std::to_string(next)), "--store", store_});
     std::this_thread::sleep_for(std::chrono::duration<double>(moment(random)));
     kill(importer.id(), SIGKILL);
-    if (importer.wait() == -1) ++killed;
+    if (importer.wait() == -SIGKILL) ++killed;
     const std::string shown = on_store({"show"}).out;
     ASSERT_TRUE(shown == trees[now] || shown == trees[next]);
     if (shown == trees[next]) now = next;

@@ -1,30 +1,26 @@
 // `ospf-harbor trace`: records of every signature as text, levels, following, and what it says of
 // files and records that are not what they should be.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <kelp/embed.h>
 #include <kelp/trace.h>
-#include <spawn.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <csignal>
-#include <cstring>
-#include <memory>
 #include <random>
 #include <regex>
 #include <sstream>
 
 #include "ospf_tables/input_error.hpp"
 #include "support/built_library.hpp"
-#include "support/places.hpp"
+#include "support/processes.hpp"
 #include "support/sample_library.hpp"
 #include "support/temporary_file.hpp"
 #include "traces/trace_printer.hpp"
 
-extern char **environ;
-
 namespace {
+
+using tool_tests::run_tool;
+using tool_tests::Said;
 
 constexpr std::uint32_t fatal = 0;
 constexpr std::uint32_t error = 0x3000000;
@@ -340,37 +336,17 @@ TEST_F(TraceCommandTest, FollowingShowsRecordsAsTheyArrive) {
   emit_all();
   const std::vector<std::uint8_t> good = bytes_of(trace_.path());
   trace_.write({good.data(), 64 + 24});  // the first record and a piece of the second
-  int ends[2];
-  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, ends[1], 1);
-  std::vector<std::string> words{places::tool(), "trace",         trace_.path(),
-                                 "--library",    library_.path(), "--follow"};
-  std::vector<char *> arguments;
-  for (std::string &word : words) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  pid_t child = 0;
-  ASSERT_EQ(posix_spawn(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ), 0);
-  posix_spawn_file_actions_destroy(&actions);
-  close(ends[1]);
-  const std::unique_ptr<std::FILE, int (*)(std::FILE *)> out(fdopen(ends[0], "r"), &std::fclose);
-  const auto next = [&] {
-    char line[512] = "";
-    if (std::fgets(line, sizeof line, out.get()) == nullptr) return std::string("(the end)");
-    return std::string(line, std::strcspn(line, "\n"));
-  };
-  EXPECT_EQ(without_time(next()), "error       sample error in thing create No such file");
+  const TemporaryFolder folder;
+  tool_tests::ToolProcess process(
+      folder.path(), "follower",
+      {"trace", trace_.path(), "--library", library_.path(), "--follow"});
+  EXPECT_EQ(without_time(process.line(0)), "error       sample error in thing create No such file");
   trace_.append({good.data() + 64 + 24, 24 + 64});
-  EXPECT_EQ(without_time(next()), "debug       sample Corrupted Handle");
+  EXPECT_EQ(without_time(process.line(1)), "debug       sample Corrupted Handle");
   trace_.append({good.data() + 64 + 48 + 64, good.size() - 64 - 48 - 64});
-  for (int i = 0; i < 5; ++i) next();
-  EXPECT_EQ(without_time(next()), "information sample no root in DB campus. Open type: 3");
-  kill(child, SIGTERM);
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFSIGNALED(status));
-  EXPECT_EQ(WTERMSIG(status), SIGTERM);
+  EXPECT_EQ(without_time(process.line(7)), "information sample no root in DB campus. Open type: 3");
+  kill(process.id(), SIGTERM);
+  EXPECT_EQ(process.wait(), -SIGTERM);
 }
 
 TEST_F(TraceCommandTest, DamagedTracesNeverDoHarm) {
@@ -418,71 +394,66 @@ TEST_F(TraceCommandTest, DamagedLibrariesNeverDoHarm) {
   EXPECT_GT(complained, 300);
 }
 
-// Output and status of the tool with arguments that need no quoting.
-std::pair<int, std::string> run_tool(const std::string &arguments) {
-  std::FILE *out = popen((places::tool() + " " + arguments + " 2>&1").c_str(), "re");
-  EXPECT_NE(out, nullptr);
-  if (out == nullptr) return {-1, ""};
-  std::string text;
-  char piece[4096];
-  while (const std::size_t got = std::fread(piece, 1, sizeof piece, out)) {
-    text.append(piece, got);
-  }
-  const int status = pclose(out);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text};
+const std::vector<std::string> load{"load", "frr", places::sample() + "/r1"};
+
+// The tool, told to trace by `options`, with a load behind them.
+Said load_with(std::vector<std::string> options) {
+  options.insert(options.end(), load.begin(), load.end());
+  return run_tool(options);
 }
 
 TEST_F(TraceCommandTest, RunOfTheToolIsTracedIntoAFile) {
-  const std::string load = " load frr " + places::sample() + "/r1";
-  ASSERT_EQ(run_tool("--trace-file " + trace_.path() + load).first, 0);
-  const auto [status, text] = run_tool("trace " + trace_.path());
-  EXPECT_EQ(status, 0);
-  EXPECT_NE(text.find("debug       ospf_harbor_oper tbl_ospf_area table free: Successfully removed "
-                      "OID mapping for tbl_ospf_area\n"),
+  ASSERT_EQ(load_with({"--trace-file", trace_.path()}).status, 0);
+  const Said once = run_tool({"trace", trace_.path()});
+  EXPECT_EQ(once.status, 0) << once.err;
+  EXPECT_NE(once.out.find("debug       ospf_harbor_oper tbl_ospf_area table free: Successfully "
+                          "removed OID mapping for tbl_ospf_area\n"),
             std::string::npos)
-      << text;
-  ASSERT_EQ(run_tool("--trace-file " + trace_.path() + load).first, 0);
-  const auto [again, twice] = run_tool("trace " + trace_.path());
-  EXPECT_EQ(again, 0);
-  EXPECT_EQ(std::ranges::count(twice, '\n'), 2 * std::ranges::count(text, '\n'));
+      << once.out;
+  ASSERT_EQ(load_with({"--trace-file", trace_.path()}).status, 0);
+  const Said twice = run_tool({"trace", trace_.path()});
+  EXPECT_EQ(twice.status, 0) << twice.err;
+  EXPECT_EQ(std::ranges::count(twice.out, '\n'), 2 * std::ranges::count(once.out, '\n'));
   std::remove(trace_.path().c_str());
-  ASSERT_EQ(run_tool("--trace-level error --trace-file " + trace_.path() + load).first, 0);
-  EXPECT_EQ(run_tool("trace " + trace_.path()), (std::pair{0, std::string()}));
+  ASSERT_EQ(load_with({"--trace-level", "error", "--trace-file", trace_.path()}).status, 0);
+  const Said no_errors = run_tool({"trace", trace_.path()});
+  EXPECT_EQ(no_errors.status, 0);
+  EXPECT_EQ(no_errors.out + no_errors.err, "");
 }
 
 TEST_F(TraceCommandTest, LevelOfATraceFileIsChecked) {
-  const std::string load = " load frr " + places::sample() + "/r1";
-  const auto [status, text] =
-      run_tool("--trace-file " + trace_.path() + " --trace-level loud" + load);
-  EXPECT_EQ(status, 2);
-  EXPECT_EQ(text,
+  const Said said = load_with({"--trace-file", trace_.path(), "--trace-level", "loud"});
+  EXPECT_EQ(said.status, 2);
+  EXPECT_EQ(said.out, "");
+  EXPECT_EQ(said.err,
             "ospf-harbor: --trace-level: found \"loud\", expected fatal or error or information or "
             "debug\n");
-  EXPECT_EQ(run_tool("--trace-level error" + load).first, 2);
+  EXPECT_EQ(load_with({"--trace-level", "error"}).status, 2);
 }
 
 // A file that is no trace is not appended to.
 TEST_F(TraceCommandTest, TraceFileThatIsNoneIsLeftAlone) {
   const auto before = bytes_of(library_.path());
-  const auto [status, text] =
-      run_tool("--trace-file " + library_.path() + " load frr " + places::sample() + "/r1");
-  EXPECT_EQ(status, 1);
-  EXPECT_NE(text.find("magic of a record: found 0x464c457f, expected 0x54504c4b"),
+  const Said said = load_with({"--trace-file", library_.path()});
+  EXPECT_EQ(said.status, 1);
+  EXPECT_NE(said.err.find("magic of a record: found 0x464c457f, expected 0x54504c4b"),
             std::string::npos)
-      << text;
+      << said.err;
   EXPECT_EQ(bytes_of(library_.path()), before);
 }
 
 TEST_F(TraceCommandTest, StatusOfTheToolSaysWhetherAllWasWell) {
   emit_all();
-  EXPECT_EQ(run_tool("trace " + trace_.path() + " --library " + library_.path()).first, 0);
-  const auto [status, text] = run_tool("trace " + trace_.path());
-  EXPECT_EQ(status, 1);
-  EXPECT_NE(text.find("ospf-harbor: " + trace_.path() + ": byte 0: source of a message: found "),
-            std::string::npos);
-  EXPECT_EQ(run_tool("inspect " + library_.path()).first, 0);
-  EXPECT_EQ(run_tool("inspect " + trace_.path()).first, 1);
-  EXPECT_NE(run_tool("inspect").second.find("LIBRARY is required"), std::string::npos);
+  EXPECT_EQ(run_tool({"trace", trace_.path(), "--library", library_.path()}).status, 0);
+  const Said said = run_tool({"trace", trace_.path()});
+  EXPECT_EQ(said.status, 1);
+  EXPECT_NE(
+      said.err.find("ospf-harbor: " + trace_.path() + ": byte 0: source of a message: found "),
+      std::string::npos)
+      << said.err;
+  EXPECT_EQ(run_tool({"inspect", library_.path()}).status, 0);
+  EXPECT_EQ(run_tool({"inspect", trace_.path()}).status, 1);
+  EXPECT_NE(run_tool({"inspect"}).err.find("LIBRARY is required"), std::string::npos);
 }
 
 }  // namespace
