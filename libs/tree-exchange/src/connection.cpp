@@ -114,7 +114,7 @@ bool Connection::write_while(short events, ByteView bytes, const Deadline &deadl
 void Connection::end_writing() { shutdown(socket_.get(), SHUT_WR); }
 
 Listener::Listener(const Endpoint &endpoint, const std::string &where) : where_(where) {
-  constexpr int waiting_senders = 4;
+  constexpr int waiting_senders = 64;
   if (endpoint.is_unix) remove_stale(endpoint, where);
   socket_ = new_socket(endpoint, where);
   if (!endpoint.is_unix) {
@@ -154,24 +154,11 @@ Listener::~Listener() {
   }
 }
 
-Connection Listener::accept(const Deadline &deadline) {
-  while (true) {
-    pollfd waiting{socket_.get(), POLLIN, 0};
-    const int ready = poll(&waiting, 1, deadline.milliseconds_left());
-    if (ready == 0) {
-      throw ConnectionFailure(where_ +
-                              ": found nobody in the time that was given, expected a sender");
-    }
-    if (ready < 0) {
-      if (errno == EINTR) continue;
-      throw ConnectionFailure(where_ + ": " + std::strerror(errno));
-    }
-    FileDescriptor taken(accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (taken.is_open()) return Connection(std::move(taken), where_);
-    if (errno != EINTR && errno != EAGAIN && errno != ECONNABORTED) {
-      throw ConnectionFailure(where_ + ": " + std::strerror(errno));
-    }
-  }
+std::optional<Connection> Listener::accept_now(const std::string &name) {
+  FileDescriptor taken(accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+  if (taken.is_open()) return Connection(std::move(taken), name);
+  if (errno == EINTR || errno == EAGAIN || errno == ECONNABORTED || errno == EPROTO) return {};
+  throw ConnectionFailure(where_ + ": " + std::strerror(errno));
 }
 
 }  // namespace tree_exchange

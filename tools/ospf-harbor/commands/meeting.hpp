@@ -1,4 +1,4 @@
-// What `send` and `receive` have in common: how long they wait, and where.
+// What `send` and `receive` have in common: how long they wait, where, and the token of a TCP port.
 #pragma once
 
 #include <chrono>
@@ -6,6 +6,7 @@
 
 #include "commands/command.hpp"
 #include "tree_exchange/endpoint.hpp"
+#include "tree_exchange/handover.hpp"
 
 namespace tool {
 
@@ -13,10 +14,22 @@ inline constexpr char places_help[] = "unix:PATH, tcp:127.0.0.1:PORT or tcp:[::1
 
 struct Meeting {
   std::string place;
+  std::string token;
   double seconds = 30;
 
-  void add_to(CLI::App &app, const char *option, const std::string &help) {
+  void add_to(CLI::App &app, const char *option, const std::string &help,
+              const std::string &token_help) {
     app.add_option(option, place, help)->required();
+    app.add_option("--token", token,
+                   token_help +
+                       "; other users see command lines, so OSPF_HARBOR_TOKEN in the "
+                       "environment serves too")
+        ->envname("OSPF_HARBOR_TOKEN")
+        ->check([](const std::string &text) {
+          return tree_exchange::is_token(text)
+                     ? std::string()
+                     : "expected 1 to 64 printable characters without blanks";
+        });
     app.add_option("--timeout", seconds, "Seconds to wait for the other side")
         ->check(CLI::Range(0.001, 86400.0));
   }

@@ -185,20 +185,48 @@ class TwoProcesses : public ProcessTest {
   void expect_arrives(const std::string &at) {
     ToolProcess receiver(folder_, "receiver", {"receive", "--at", at, "--show"});
     const std::string place = receiver.place();
-    expect_done({"send", "--to", place, "--from", sample_});
+    std::vector<std::string> words{"send", "--to", place, "--from", sample_};
+    if (place.starts_with("tcp:")) words.insert(words.end(), {"--token", token_of(receiver)});
+    expect_done(words);
     EXPECT_EQ(receiver.wait(), 0) << receiver.err();
     expect_done({"export", "--text", file("sent.txt"), "--from", sample_});
     EXPECT_EQ(receiver.out(), content_of(file("sent.txt")));
     EXPECT_GT(receiver.out().size(), 1000u);
   }
+  // The one that the receiver made.
+  static std::string token_of(const ToolProcess &receiver) {
+    const std::string said = receiver.err();
+    constexpr char words[] = "token: ";
+    const std::size_t at = said.find(words) + sizeof words - 1;
+    return said.substr(at, said.find(' ', at) - at);
+  }
+  // A receiver of one tree, or more, at a TCP port for senders that write "token T" first.
+  std::unique_ptr<ToolProcess> receiver(const std::vector<std::string> &more = {}) {
+    std::vector<std::string> words{"receive", "--at", any_port, "--token", "T", "--show"};
+    words.insert(words.end(), more.begin(), more.end());
+    return std::make_unique<ToolProcess>(folder_, "receiver", words);
+  }
+  // After what others did it takes a tree as if they had not been.
+  void expect_still_receives(ToolProcess &receiver, const std::string &place,
+                             const std::vector<std::string> &told) {
+    expect_done({"send", "--to", place, "--token", "T", "--from", sample_});
+    EXPECT_EQ(receiver.wait(), 0) << receiver.err();
+    EXPECT_EQ(receiver.out(), run({"show", "--from", sample_}).out);
+    for (const std::string &text : told) {
+      EXPECT_NE(receiver.err().find(text), std::string::npos) << receiver.err();
+    }
+  }
+  static void say(int socket_, const std::string &text) {
+    EXPECT_GT(send(socket_, text.data(), text.size(), MSG_NOSIGNAL), 0);
+  }
   // A socket that is connected to the receiver.
-  int connected(const std::string &place) const {
+  static int connected(const std::string &place) {
     const std::string port = place.substr(place.rfind(':') + 1);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(std::stoul(port)));
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const int socket_ = socket(AF_INET, SOCK_STREAM, 0);
+    const int socket_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     EXPECT_EQ(connect(socket_, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
     return socket_;
   }
@@ -275,53 +303,157 @@ TEST_F(TwoProcesses, TheReceiverWaitsNoLongerThanItIsTold) {
                  {"found nobody in the time that was given, expected a sender"});
 }
 
-TEST_F(TwoProcesses, ASenderThatStopsInTheMiddleIsRefused) {
+TEST_F(TwoProcesses, ASenderThatStopsInTheMiddleCostsItself) {
   expect_done({"export", "--image", file("a.tree"), "--from", sample_});
-  ToolProcess receiver(folder_, "receiver", {"receive", "--at", any_port, "--show"});
-  const int sender = connected(receiver.place());
-  const std::string half = content_of(file("a.tree")).substr(0, 2000);
-  ASSERT_EQ(write(sender, half.data(), half.size()), 2000);
+  const auto waiting = receiver();
+  const std::string place = waiting->place();
+  const int sender = connected(place);
+  say(sender, "token T\n" + content_of(file("a.tree")).substr(0, 2000));
   shutdown(sender, SHUT_WR);
-  EXPECT_NE(answer(sender).find("offset 0x7d0: found the end of the bytes"), std::string::npos);
+  const std::string why = "offset 0x7d0: found the end of the bytes";
+  EXPECT_NE(answer(sender).find(why), std::string::npos);
   close(sender);
-  EXPECT_EQ(receiver.wait(), 1);
-  EXPECT_NE(receiver.err().find("offset 0x7d0: found the end of the bytes"), std::string::npos);
-  EXPECT_EQ(receiver.out(), "");
+  expect_still_receives(*waiting, place, {"ospf-harbor: receive: " + place + ", sender 1: " + why});
+}
+
+TEST_F(TwoProcesses, ASenderThatResetsOrIsEndedCostsItself) {
+  const auto waiting = receiver();
+  const std::string place = waiting->place();
+  for (const char *text : {"", "token T\n", "token T\n\x89OHT", "tok"}) {
+    const int sender = connected(place);
+    if (*text != 0) say(sender, text);
+    const linger at_once{1, 0};
+    setsockopt(sender, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+    close(sender);
+  }
+  expect_still_receives(*waiting, place, {"sender 4: found"});
+}
+
+TEST_F(TwoProcesses, SilentSendersHoldUpNobody) {
+  const auto waiting = receiver();
+  const std::string place = waiting->place();
+  std::vector<int> silent;
+  for (int i = 0; i < 24; ++i) {
+    silent.push_back(connected(place));
+    if (i % 2 == 0) say(silent.back(), i % 4 == 0 ? "t" : "token T\n\x89OHT");
+  }
+  const auto begin = std::chrono::steady_clock::now();
+  expect_still_receives(*waiting, place, {"found too many senders at once"});
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+  for (const int each : silent) close(each);
 }
 
 TEST_F(TwoProcesses, ASenderThatGoesSilentIsNotWaitedForForEver) {
-  ToolProcess receiver(folder_, "receiver", {"receive", "--at", any_port, "--timeout", "0.5"});
-  const int sender = connected(receiver.place());
-  ASSERT_EQ(write(sender, "\x89OHT", 4), 4);
-  EXPECT_EQ(receiver.wait(), 1);
-  EXPECT_NE(receiver.err().find("found nothing in the time that was given"), std::string::npos);
+  const auto waiting = receiver({"--timeout", "0.5"});
+  const int sender = connected(waiting->place());
+  say(sender, "token T\n\x89OHT");
+  EXPECT_NE(answer(sender).find("refused found nothing in the time that was given"),
+            std::string::npos);
   close(sender);
+  EXPECT_EQ(waiting->wait(), 1);
+  EXPECT_NE(waiting->err().find("found nobody in the time that was given but 1 sender that was "
+                                "refused, expected a sender"),
+            std::string::npos)
+      << waiting->err();
+  EXPECT_EQ(waiting->out(), "");
 }
 
 TEST_F(TwoProcesses, RubbishIsRefusedAndTheSenderLearnsWhy) {
-  ToolProcess receiver(folder_, "receiver", {"receive", "--at", any_port});
-  const int sender = connected(receiver.place());
-  const std::string rubbish(300000, 'x');
-  EXPECT_GT(write(sender, rubbish.data(), rubbish.size()), 0);
+  const auto waiting = receiver();
+  const std::string place = waiting->place();
+  const int sender = connected(place);
+  say(sender, "token T\n" + std::string(300000, 'x'));
   shutdown(sender, SHUT_WR);
   const std::string said = answer(sender);
   EXPECT_TRUE(said.starts_with("refused ")) << said;
   EXPECT_NE(said.find("offset 0x0: found 78 78 78 78 78 78 78 78"), std::string::npos) << said;
   EXPECT_EQ(said.find('\n'), said.size() - 1);
   close(sender);
-  EXPECT_EQ(receiver.wait(), 1);
+  expect_still_receives(*waiting, place, {"sender 1: offset 0x0: found 78 78"});
 }
 
 TEST_F(TwoProcesses, ATreeAboveTheLimitIsRefusedAtBothEnds) {
-  ToolProcess receiver(folder_, "receiver", {"receive", "--at", any_port, "--limit", "1000"});
-  expect_refused({"send", "--to", receiver.place(), "--from", sample_},
+  const auto waiting = receiver({"--limit", "1000", "--timeout", "1"});
+  expect_refused({"send", "--to", waiting->place(), "--token", "T", "--from", sample_},
                  {"the receiver refused the tree", "found more than 1000 bytes"});
-  EXPECT_EQ(receiver.wait(), 1);
-  EXPECT_NE(receiver.err().find("found more than 1000 bytes"), std::string::npos);
+  EXPECT_EQ(waiting->wait(), 1);
+  EXPECT_NE(waiting->err().find("found more than 1000 bytes"), std::string::npos);
+}
+
+TEST_F(TwoProcesses, SeveralAreServedAtOnceAndSeveralTreesTaken) {
+  const auto waiting = receiver({"--trees", "2"});
+  const std::string place = waiting->place();
+  expect_done({"export", "--image", file("one.tree"), "--from", sample_});
+  expect_done({"export", "--image", file("two.tree"), "--from", other_sample_});
+  const std::string tree = "token T\n" + content_of(file("one.tree"));
+  const int slow = connected(place);
+  say(slow, tree.substr(0, 3000));
+  expect_done({"send", "--to", place, "--token", "T", "--from", other_sample_});
+  const int late = connected(place);
+  say(late, tree.substr(0, 100));
+  say(slow, tree.substr(3000));
+  shutdown(slow, SHUT_WR);
+  EXPECT_TRUE(answer(slow).starts_with("ok "));
+  EXPECT_NE(answer(late).find("refused found as many trees as this receiver takes"),
+            std::string::npos);
+  close(slow);
+  close(late);
+  EXPECT_EQ(waiting->wait(), 0) << waiting->err();
+  EXPECT_EQ(waiting->out(), run({"show", "--from", file("one.tree"), file("two.tree")}).out);
+}
+
+TEST_F(TwoProcesses, ATcpPortAsksForTheTokenAndSaysWhy) {
+  ToolProcess waiting(folder_, "waiting", {"receive", "--at", any_port, "--show"});
+  const std::string place = waiting.place();
+  const std::string token = token_of(waiting);
+  EXPECT_EQ(token.size(), 32u) << waiting.err();
+  EXPECT_NE(waiting.err().find("any user of this machine can connect"), std::string::npos);
+  const std::vector<std::string> why{"found no token, or another one",
+                                     "any user of the machine can connect"};
+  std::string wrong = token;
+  wrong.back() = wrong.back() == '0' ? '1' : '0';
+  expect_refused({"send", "--to", place, "--from", sample_}, why);
+  for (const std::string &each : {wrong, token.substr(1), token + "0", std::string("T")}) {
+    expect_refused({"send", "--to", place, "--token", each, "--from", sample_}, why);
+  }
+  for (const char *each : {"", "a b", "\x7f"}) {
+    EXPECT_EQ(run({"send", "--to", place, "--token", each, "--from", sample_}).status, 2) << each;
+  }
+  const int sender = connected(place);
+  shutdown(sender, SHUT_WR);
+  EXPECT_EQ(answer(sender), "");
+  close(sender);
+  setenv("OSPF_HARBOR_TOKEN", token.c_str(), 1);
+  expect_done({"send", "--to", place, "--from", sample_});
+  unsetenv("OSPF_HARBOR_TOKEN");
+  EXPECT_EQ(waiting.wait(), 0) << waiting.err();
+  EXPECT_EQ(waiting.out(), run({"show", "--from", sample_}).out);
+}
+
+// Also while somebody is in the middle of a tree; and one that was ignored stays so.
+TEST_F(TwoProcesses, SignalsTakeTheSocketFileAway) {
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    const std::string at = "unix:" + file("socket");
+    ToolProcess waiting(folder_, "waiting", {"receive", "--at", at, "--show"});
+    waiting.place();
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, file("socket").c_str());
+    const int sender = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(connect(sender, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    say(sender, "\x89OHT");
+    kill(waiting.id(), number);
+    siginfo_t end{};
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(waiting.id()), &end, WEXITED | WNOWAIT), 0);
+    EXPECT_EQ(end.si_code, CLD_KILLED);
+    EXPECT_EQ(end.si_status, number);
+    EXPECT_FALSE(std::filesystem::exists(file("socket")));
+    close(sender);
+  }
 }
 
 TEST_F(TwoProcesses, AReceiverThatIsEndedIsToldByTheSender) {
-  const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+  const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   std::strcpy(address.sun_path, file("socket").c_str());

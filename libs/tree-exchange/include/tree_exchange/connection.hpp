@@ -48,6 +48,9 @@ class Connection {
   // Writes all whatever the other side says meanwhile; false when it has gone.
   bool write_on(ByteView bytes, const Deadline &deadline);
 
+  // For poll().
+  int socket() const { return socket_.get(); }
+
   // Nothing more will be written.
   void end_writing();
 
@@ -71,7 +74,10 @@ class Listener {
 
   // As a sender names it: with the port that the system chose.
   const std::string &where() const { return where_; }
-  Connection accept(const Deadline &deadline);
+  // For poll().
+  int socket() const { return socket_.get(); }
+  // A connection that waits to be taken, or none. name: of it, for messages.
+  std::optional<Connection> accept_now(const std::string &name);
 
  private:
   std::string path_;  // of a Unix socket
