@@ -39,7 +39,7 @@ struct Notifier {
 // --- initialize ---------------------------------------------------------------------------------
 
 // The bases of nested state bytes, or false when a nested child was given none. Nothing is to be
-// told where the parent's area already serves.
+// traced where the parent's area already serves.
 bool place_state(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                  void *object, void *&sttr_base, std::uint32_t *err) {
   const std::uint8_t flags = header_of(object)->obj_flags;
@@ -110,7 +110,7 @@ bool remove_mapping(const StructureFacts &facts, kelp_handle *handle, std::uint3
   return true;
 }
 
-// Drops the references that an address or a text holds. One that cannot be dropped is told and
+// Drops the references that an address or a text holds. One that cannot be dropped is traced and
 // passed over.
 template <Kind kind>
 bool drop_references(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id,

@@ -27,6 +27,10 @@ ip_address address_of(const std::string &text) {
   return address;
 }
 
+std::uint32_t number(const std::string &text) {
+  return static_cast<std::uint32_t>(std::stoul(text));
+}
+
 kelp_oid identifier_of(const std::string &text) {
   kelp_oid oid{};
   oid.handle_word = std::stoull(text.substr(0, 16), nullptr, 16);
@@ -134,12 +138,25 @@ void Exchanged::set_value(const std::string &path, const std::string &value) {
   });
 }
 
+template <typename Set>
+void Exchanged::set_elements(const Field &field, const std::string &values, Set set) {
+  std::uint32_t index = 0;
+  for (const std::string &element : split(values, ',')) {
+    if (field.held == Kind::address) {
+      const ip_address address = address_of(element);
+      set("set", index, &address);
+    } else if (field.held == Kind::u8) {
+      set("set_value", index, static_cast<std::uint8_t>(number(element)));
+    } else {
+      set("set_value", index, number(element));
+    }
+    ++index;
+  }
+}
+
 void Exchanged::set_field(const Structure &type, const Field &field, void *object,
                           const std::string &value) {
   std::uint32_t err = 0;
-  const auto number = [](const std::string &text) {
-    return static_cast<std::uint32_t>(std::stoul(text));
-  };
   const auto set = [&]<typename... Arguments>(const char *suffix, Arguments... arguments) {
     call<void>(of(type, field, suffix), handle_, space, object, arguments..., &err);
   };
@@ -167,33 +184,11 @@ void Exchanged::set_field(const Structure &type, const Field &field, void *objec
     case Kind::reference:
       at<kelp_reference>(type, field, object).oid = identifier_of(value);
       break;
-    case Kind::array: {
-      std::uint32_t index = 0;
-      for (const std::string &element : split(value, ',')) {
-        if (field.held == Kind::address) {
-          const ip_address address = address_of(element);
-          set("set", index, &address);
-        } else if (field.held == Kind::u8) {
-          set("set_value", index, static_cast<std::uint8_t>(number(element)));
-        } else {
-          set("set_value", index, number(element));
-        }
-        ++index;
-      }
+    case Kind::array:
+      set_elements(field, value, set);
       break;
-    }
     case Kind::arm:
-      if (field.held == Kind::structure) {
-        set("set", call<void *>(of(*field.structure, "create"), handle_, space));
-      } else if (field.held == Kind::text) {
-        kelp_vstring *text = kelp_vstring_create(handle_, space);
-        kelp_vstring_assign(handle_, space, text, value.data(), value.size(), &err);
-        set("set", text);
-      } else {
-        std::uint32_t *word = u_int32_create(handle_, space);
-        *word = number(value);
-        set("set", word);
-      }
+      set("set", arm_of(field, value, &err));
       break;
     default:
       set("set_value", number(value));
@@ -201,8 +196,22 @@ void Exchanged::set_field(const Structure &type, const Field &field, void *objec
   must_be_zero(err, of(type, field, "set"));
 }
 
+void *Exchanged::arm_of(const Field &field, const std::string &value, std::uint32_t *err) {
+  if (field.held == Kind::structure) {
+    return call<void *>(of(*field.structure, "create"), handle_, space);
+  }
+  if (field.held == Kind::text) {
+    kelp_vstring *text = kelp_vstring_create(handle_, space);
+    kelp_vstring_assign(handle_, space, text, value.data(), value.size(), err);
+    return text;
+  }
+  std::uint32_t *word = u_int32_create(handle_, space);
+  *word = number(value);
+  return word;
+}
+
 void Exchanged::set_light_value(const std::string &text) {
-  const auto value = static_cast<std::uint32_t>(std::stoul(text));
+  const std::uint32_t value = number(text);
   std::uint32_t err = 0;
   void *object = objects_[0].second;
   if (found(harbor::model::all_enumerations, name_) != nullptr) {

@@ -89,6 +89,11 @@ class Exchanged {
                                            const harbor::model::Field &, void *)> &act);
   void set_field(const harbor::model::Structure &type, const harbor::model::Field &field,
                  void *object, const std::string &value);
+  // Calls set(suffix, arguments) for each of the elements, which commas part.
+  template <typename Set>
+  void set_elements(const harbor::model::Field &field, const std::string &values, Set set);
+  // A new arm, with the value where it is no structure.
+  void *arm_of(const harbor::model::Field &field, const std::string &value, std::uint32_t *err);
   void set_light_value(const std::string &value);
 
   kelp_handle *handle_;

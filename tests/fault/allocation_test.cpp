@@ -332,6 +332,77 @@ TEST(AllocationFault, AGrowthThatFindsNoBlockLeavesTheArrayAndOneWithoutStatesGr
   });
 }
 
+// Three elements replace those that an array field holds, by the plain call or by that of a chain.
+struct Replacement {
+  const Structure &type;
+  const Field &field;
+  std::uint32_t tracking;
+  const void *source;
+  bool carried;
+  std::uint32_t held;
+  bool goes_on;  // after a failure
+
+  std::uint32_t replace(kelp_handle *handle, void *object) const {
+    std::uint32_t err = 0;
+    if (carried) {
+      err = call<std::uint32_t>(of(type, field, "set_mem_cr"), handle, object, source,
+                                std::uint32_t{3});
+      handle->cr_err = 0;
+    } else {
+      call<void>(of(type, field, "set_mem"), handle, space, object, source, std::uint32_t{3}, &err);
+    }
+    return err;
+  }
+
+  void expect_elements(const ArrayObject &array) const {
+    EXPECT_EQ(array.count(), 3u);
+    EXPECT_EQ(std::memcmp(array.block(), source, array.width * 3), 0);
+  }
+
+  // True when the n-th allocation was asked for, and refused.
+  bool run(std::int64_t n) const {
+    harness::Store store({.tracking = tracking});
+    ArrayObject array(store, type, field, tracking);
+    array.fill(held);
+    const std::uint8_t whole_state = array.tracked ? array.whole_state() : 0;
+    const std::uint8_t *states = array.tracked ? array.states() : nullptr;
+    std::uint32_t err;
+    bool failed;
+    {
+      Fault fault(store, n);
+      err = replace(store, array.get());
+      failed = fault.was_met();
+    }
+    EXPECT_EQ(err, failed ? 12u : 0u);
+    EXPECT_EQ(store.last_error(), failed ? 12 : 0);
+    if (failed && n == 0) {
+      EXPECT_EQ(array.block(), nullptr);
+      EXPECT_EQ(array.count(), held);
+      if (array.tracked) {
+        EXPECT_EQ(array.whole_state(), whole_state);
+        EXPECT_EQ(array.states(), states);
+      }
+    }
+    if (failed && n == 1) {
+      expect_elements(array);
+      EXPECT_EQ(array.whole_state(), 2);
+      EXPECT_EQ(array.states(), nullptr);
+      EXPECT_EQ(store.live_allocations(), 2u);
+    }
+    if (failed && !goes_on) return failed;
+    if (failed) {
+      EXPECT_EQ(replace(store, array.get()), 0u);
+    }
+    expect_elements(array);
+    if (array.tracked) {
+      EXPECT_EQ(array.whole_state(), 2);
+      EXPECT_EQ(Bytes(array.states(), array.states() + 3), Bytes(3, 0));
+    }
+    EXPECT_EQ(store.live_allocations(), array.tracked ? 3u : 2u);
+    return failed;
+  }
+};
+
 TEST(AllocationFault, SetMemWithoutABlockKeepsTheCountAndWithoutStatesTheNewElements) {
   const std::array<std::uint32_t, 3> words{7, 8, 9};
   const std::array<std::uint8_t, 3> octets{7, 8, 9};
@@ -344,62 +415,9 @@ TEST(AllocationFault, SetMemWithoutABlockKeepsTheCountAndWithoutStatesTheNewElem
         for (const bool goes_on : {false, true}) {
           SCOPED_TRACE(std::string(carried ? "set_mem_cr, " : "set_mem, ") + std::to_string(held) +
                        " elements before");
-          const std::int64_t allocations = allocations_of([&](std::int64_t n) {
-            harness::Store store({.tracking = tracking});
-            kelp_handle *handle = store;
-            ArrayObject array(store, type, field, tracking);
-            array.fill(held);
-            const std::uint8_t whole_state = array.tracked ? array.whole_state() : 0;
-            const std::uint8_t *states = array.tracked ? array.states() : nullptr;
-            const auto replace = [&] {
-              std::uint32_t err = 0;
-              if (carried) {
-                err = call<std::uint32_t>(of(type, field, "set_mem_cr"), handle, array.get(),
-                                          source, std::uint32_t{3});
-                handle->cr_err = 0;
-              } else {
-                call<void>(of(type, field, "set_mem"), handle, space, array.get(), source,
-                           std::uint32_t{3}, &err);
-              }
-              return err;
-            };
-            std::uint32_t err;
-            bool failed;
-            {
-              Fault fault(store, n);
-              err = replace();
-              failed = fault.was_met();
-            }
-            EXPECT_EQ(err, failed ? 12u : 0u);
-            EXPECT_EQ(store.last_error(), failed ? 12 : 0);
-            if (failed && n == 0) {
-              EXPECT_EQ(array.block(), nullptr);
-              EXPECT_EQ(array.count(), held);
-              if (array.tracked) {
-                EXPECT_EQ(array.whole_state(), whole_state);
-                EXPECT_EQ(array.states(), states);
-              }
-            }
-            if (failed && n == 1) {
-              EXPECT_EQ(array.count(), 3u);
-              EXPECT_EQ(std::memcmp(array.block(), source, array.width * 3), 0);
-              EXPECT_EQ(array.whole_state(), 2);
-              EXPECT_EQ(array.states(), nullptr);
-              EXPECT_EQ(store.live_allocations(), 2u);
-            }
-            if (failed && !goes_on) return failed;
-            if (failed) {
-              EXPECT_EQ(replace(), 0u);
-            }
-            EXPECT_EQ(array.count(), 3u);
-            EXPECT_EQ(std::memcmp(array.block(), source, array.width * 3), 0);
-            if (array.tracked) {
-              EXPECT_EQ(array.whole_state(), 2);
-              EXPECT_EQ(Bytes(array.states(), array.states() + 3), Bytes(3, 0));
-            }
-            EXPECT_EQ(store.live_allocations(), array.tracked ? 3u : 2u);
-            return failed;
-          });
+          const Replacement replacement{type, field, tracking, source, carried, held, goes_on};
+          const std::int64_t allocations =
+              allocations_of([&](std::int64_t n) { return replacement.run(n); });
           EXPECT_EQ(allocations, tracking == KELP_TRACKING_ON ? 2 : 1);
         }
       }

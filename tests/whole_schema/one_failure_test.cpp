@@ -151,6 +151,28 @@ TEST(OneFailure, NoMemoryForAnArmIsStoredOnce) {
   }
 }
 
+// A fresh interface selects an arm that is not there.
+void select_missing_arm(kelp_record *interface) {
+  using namespace harbor::model;
+  auto *place =
+      static_cast<std::uint8_t *>(interface->objects[0]) +
+      offset(types::ospf_interface, fields::ospf_interface::authentication_val) +
+      offset(types::ospf_authentication, fields::ospf_authentication::auth_type_selection);
+  place[enumeration_value_offset] = 77;
+}
+
+// Reads with the n-th allocation refused.
+void expect_refused_reading(harness::Store &store, std::int64_t n,
+                            const std::function<void()> &read) {
+  SCOPED_TRACE("allocation " + std::to_string(n));
+  const StoredCodes stored;
+  store.fail_allocation(n);
+  read();
+  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
+  store.err = 0;
+}
+
 TEST(OneFailure, NoMemoryForARecordsPartsIsStoredOnce) {
   for (const auto *table : harbor::model::all_tables) {
     const std::string name = "tbl_" + std::string(table->name);
@@ -159,56 +181,36 @@ TEST(OneFailure, NoMemoryForARecordsPartsIsStoredOnce) {
     kelp_handle *handle = store;
     const std::int64_t objects = table->key_structure != nullptr ? 2 : 1;
     auto *record = call<kelp_record *>(name + "_record_create_cr", handle, std::uint32_t{1});
-    if (table->record == &harbor::model::types::ospf_interface) {
-      // A fresh interface selects an arm that is not there.
-      auto *place = static_cast<std::uint8_t *>(record->objects[0]) +
-                    harbor::model::offset(
-                        *table->record, harbor::model::fields::ospf_interface::authentication_val);
-      place[harbor::model::offset(harbor::model::types::ospf_authentication,
-                                  harbor::model::fields::ospf_authentication::auth_type_selection) +
-            harbor::model::enumeration_value_offset] = 77;
-    }
+    if (table->record == &harbor::model::types::ospf_interface) select_missing_arm(record);
     std::vector<std::uint8_t> image(1 << 14);
     const auto length =
         call<std::uint32_t>(name + "_table_record_marshal", handle, space, image.data(), record,
                             static_cast<std::int32_t>(image.size()), &store.err);
     EXPECT_EQ(store.err, 0u);
     for (std::int64_t n = 0; n < 1 + objects; ++n) {
-      SCOPED_TRACE("allocation " + std::to_string(n));
-      const StoredCodes stored;
-      store.fail_allocation(n);
       void *read = nullptr;
-      call<std::uint32_t>(name + "_table_record_unmarshal", handle, space, &read, image.data(),
-                          static_cast<std::int32_t>(length), std::uint32_t{0}, &store.err);
-      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-      EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
-      store.err = 0;
+      expect_refused_reading(store, n, [&] {
+        call<std::uint32_t>(name + "_table_record_unmarshal", handle, space, &read, image.data(),
+                            static_cast<std::int32_t>(length), std::uint32_t{0}, &store.err);
+      });
       if (read != nullptr) {
         call<void>(name + "_destroy_record", handle, space, read, &store.err);
       }
       EXPECT_EQ(store.err, 0u);
     }
-    store.fail_allocation(0);
-    {
-      const StoredCodes stored;
+    expect_refused_reading(store, 0, [&] {
       void *key = nullptr;
       call<std::uint32_t>(name + "_table_pkey_unmarshal", handle, space, &key, image.data(),
                           std::int32_t{64}, &store.err);
-      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-      EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
-      store.err = 0;
-    }
+    });
     const encodings::Document document("<x/>");
     for (std::int64_t n = 0; n < 2; ++n) {
-      const StoredCodes stored;
-      store.fail_allocation(n);
-      EXPECT_EQ(call<void *>(name + "_table_record_from_xml", handle, space,
-                             static_cast<kelp_xml_document *>(document), &store.err,
-                             static_cast<char *>(nullptr), std::int32_t{0}),
-                nullptr);
-      EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-      EXPECT_EQ(stored.codes, std::vector<std::uint32_t>{12});
-      store.err = 0;
+      expect_refused_reading(store, n, [&] {
+        EXPECT_EQ(call<void *>(name + "_table_record_from_xml", handle, space,
+                               static_cast<kelp_xml_document *>(document), &store.err,
+                               static_cast<char *>(nullptr), std::int32_t{0}),
+                  nullptr);
+      });
     }
     call<void>(name + "_record_destroy_cr", handle, record);
   }

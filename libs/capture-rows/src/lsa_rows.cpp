@@ -126,6 +126,13 @@ class RowFiller {
   void fill_options(ospfv3_lsa_options *field, std::uint32_t options);
   static std::uint32_t option_flags(std::uint32_t options);
   void fill_router(ospfv3_lsa_body *body, const RouterBodyV3 &router);
+  void fill_network(ospfv3_network *field, const NetworkBodyV3 &network);
+  void fill_inter_area_prefix(ospfv3_inter_area_prefix *field, const InterAreaPrefixBody &inter,
+                              bool holds_ipv4);
+  void fill_inter_area_router(ospfv3_inter_area_router *field, const InterAreaRouterBody &router);
+  void fill_link(ospfv3_link_data *field, const LinkBodyV3 &link, bool holds_ipv4);
+  void fill_intra_area_prefix(ospfv3_intra_area_prefix *field, const IntraAreaPrefixBody &intra,
+                              bool holds_ipv4);
   void fill_external(ospfv3_lsa_external *field, const ExternalBodyV3 &external, bool holds_ipv4);
   template <typename ChildOps>
   void fill_prefixes(void (*set_table)(kelp_handle *, std::uint32_t, typename Ops::Object *,
@@ -504,6 +511,55 @@ void RowFiller<Ops>::fill_prefixes(void (*set_table)(kelp_handle *, std::uint32_
 }
 
 template <typename Ops>
+void RowFiller<Ops>::fill_network(ospfv3_network *field, const NetworkBodyV3 &network) {
+  fill_options(at(ospfv3_network_lsa_net_options_get, field), network.options);
+  set(ospfv3_network_lsa_flag_hdr_options_set_value, field, option_flags(network.options));
+  set(ospfv3_network_attached_router_set_mem, field, network.attached_routers.data(),
+      count_of(network.attached_routers.size()));
+}
+
+template <typename Ops>
+void RowFiller<Ops>::fill_inter_area_prefix(ospfv3_inter_area_prefix *field,
+                                            const InterAreaPrefixBody &inter, bool holds_ipv4) {
+  set(ospfv3_inter_area_prefix_metric_set_value, field, inter.metric);
+  text(ospfv3_inter_area_prefix_ia_prefix_set, field, prefix_text(inter.prefix, holds_ipv4));
+  hex_text(ospfv3_inter_area_prefix_ia_prefix_options_set, field, "0x%02x", inter.prefix.options);
+}
+
+template <typename Ops>
+void RowFiller<Ops>::fill_inter_area_router(ospfv3_inter_area_router *field,
+                                            const InterAreaRouterBody &router) {
+  fill_options(at(ospfv3_inter_area_router_lsa_ia_options_get, field), router.options);
+  set(ospfv3_inter_area_router_lsa_flag_hdr_options_set_value, field, option_flags(router.options));
+  set(ospfv3_inter_area_router_metric_set_value, field, router.metric);
+  set(ospfv3_inter_area_router_destination_router_id_set_value, field,
+      router.destination_router_id);
+}
+
+template <typename Ops>
+void RowFiller<Ops>::fill_link(ospfv3_link_data *field, const LinkBodyV3 &link, bool holds_ipv4) {
+  set(ospfv3_link_data_rtr_priority_set_value, field, link.priority);
+  fill_options(at(ospfv3_link_data_lsa_ld_options_get, field), link.options);
+  set(ospfv3_link_data_lsa_flag_hdr_options_set_value, field, option_flags(link.options));
+  address(ospfv3_link_data_link_local_interface_address_set, field, link.link_local_address,
+          holds_ipv4);
+  set(ospfv3_link_data_num_of_prefixes_set_value, field, link.prefix_count);
+  fill_prefixes<ospfv3_prefix_list_ops>(Row::set_prefix_list, link.prefixes, holds_ipv4);
+}
+
+template <typename Ops>
+void RowFiller<Ops>::fill_intra_area_prefix(ospfv3_intra_area_prefix *field,
+                                            const IntraAreaPrefixBody &intra, bool holds_ipv4) {
+  set(ospfv3_intra_area_prefix_referenced_ls_type_set_value, field, intra.referenced_ls_type);
+  set(ospfv3_intra_area_prefix_referenced_link_state_id_set_value, field,
+      intra.referenced_link_state_id);
+  address(ospfv3_intra_area_prefix_referenced_adv_router_set, field,
+          intra.referenced_advertising_router);
+  set(ospfv3_intra_area_prefix_num_of_prefixes_set_value, field, intra.prefix_count);
+  fill_prefixes<ospfv3_ia_prefix_list_ops>(Row::set_ia_prefix_list, intra.prefixes, holds_ipv4);
+}
+
+template <typename Ops>
 void RowFiller<Ops>::fill(const LsaV3 &lsa, bool holds_ipv4) {
   if constexpr (std::is_same_v<Ops, link_scope_lsa_ops>) {
     set(link_scope_lsa_version_set_value, object_, 3u);
@@ -515,34 +571,16 @@ void RowFiller<Ops>::fill(const LsaV3 &lsa, bool holds_ipv4) {
     case lsa3_router:
       fill_router(body, lsa.router);
       break;
-    case lsa3_network: {
-      ospfv3_network *network = at(ospfv3_lsa_body_network_get, body);
-      fill_options(at(ospfv3_network_lsa_net_options_get, network), lsa.network.options);
-      set(ospfv3_network_lsa_flag_hdr_options_set_value, network,
-          option_flags(lsa.network.options));
-      set(ospfv3_network_attached_router_set_mem, network, lsa.network.attached_routers.data(),
-          count_of(lsa.network.attached_routers.size()));
+    case lsa3_network:
+      fill_network(at(ospfv3_lsa_body_network_get, body), lsa.network);
       break;
-    }
-    case lsa3_inter_area_prefix: {
-      ospfv3_inter_area_prefix *field = at(ospfv3_lsa_body_prefix_get, body);
-      const PrefixV3 &prefix = lsa.inter_area_prefix.prefix;
-      set(ospfv3_inter_area_prefix_metric_set_value, field, lsa.inter_area_prefix.metric);
-      text(ospfv3_inter_area_prefix_ia_prefix_set, field, prefix_text(prefix, holds_ipv4));
-      hex_text(ospfv3_inter_area_prefix_ia_prefix_options_set, field, "0x%02x", prefix.options);
+    case lsa3_inter_area_prefix:
+      fill_inter_area_prefix(at(ospfv3_lsa_body_prefix_get, body), lsa.inter_area_prefix,
+                             holds_ipv4);
       break;
-    }
-    case lsa3_inter_area_router: {
-      ospfv3_inter_area_router *field = at(ospfv3_lsa_body_ia_router_get, body);
-      const InterAreaRouterBody &router = lsa.inter_area_router;
-      fill_options(at(ospfv3_inter_area_router_lsa_ia_options_get, field), router.options);
-      set(ospfv3_inter_area_router_lsa_flag_hdr_options_set_value, field,
-          option_flags(router.options));
-      set(ospfv3_inter_area_router_metric_set_value, field, router.metric);
-      set(ospfv3_inter_area_router_destination_router_id_set_value, field,
-          router.destination_router_id);
+    case lsa3_inter_area_router:
+      fill_inter_area_router(at(ospfv3_lsa_body_ia_router_get, body), lsa.inter_area_router);
       break;
-    }
     case lsa3_as_external:
       fill_external(at(ospfv3_lsa_body_lsa_external_get, body), lsa.external, holds_ipv4);
       break;
@@ -550,29 +588,13 @@ void RowFiller<Ops>::fill(const LsaV3 &lsa, bool holds_ipv4) {
       fill_external(at(ospfv3_nssa_lsa_nssa_external_get, at(ospfv3_lsa_body_nssa_get, body)),
                     lsa.nssa, holds_ipv4);
       break;
-    case lsa3_link: {
-      ospfv3_link_data *field = at(ospfv3_lsa_body_link_data_get, body);
-      set(ospfv3_link_data_rtr_priority_set_value, field, lsa.link.priority);
-      fill_options(at(ospfv3_link_data_lsa_ld_options_get, field), lsa.link.options);
-      set(ospfv3_link_data_lsa_flag_hdr_options_set_value, field, option_flags(lsa.link.options));
-      address(ospfv3_link_data_link_local_interface_address_set, field, lsa.link.link_local_address,
-              holds_ipv4);
-      set(ospfv3_link_data_num_of_prefixes_set_value, field, lsa.link.prefix_count);
-      fill_prefixes<ospfv3_prefix_list_ops>(Row::set_prefix_list, lsa.link.prefixes, holds_ipv4);
+    case lsa3_link:
+      fill_link(at(ospfv3_lsa_body_link_data_get, body), lsa.link, holds_ipv4);
       break;
-    }
-    case lsa3_intra_area_prefix: {
-      ospfv3_intra_area_prefix *field = at(ospfv3_lsa_body_ia_prefix_get, body);
-      const IntraAreaPrefixBody &intra = lsa.intra_area_prefix;
-      set(ospfv3_intra_area_prefix_referenced_ls_type_set_value, field, intra.referenced_ls_type);
-      set(ospfv3_intra_area_prefix_referenced_link_state_id_set_value, field,
-          intra.referenced_link_state_id);
-      address(ospfv3_intra_area_prefix_referenced_adv_router_set, field,
-              intra.referenced_advertising_router);
-      set(ospfv3_intra_area_prefix_num_of_prefixes_set_value, field, intra.prefix_count);
-      fill_prefixes<ospfv3_ia_prefix_list_ops>(Row::set_ia_prefix_list, intra.prefixes, holds_ipv4);
+    case lsa3_intra_area_prefix:
+      fill_intra_area_prefix(at(ospfv3_lsa_body_ia_prefix_get, body), lsa.intra_area_prefix,
+                             holds_ipv4);
       break;
-    }
     case lsa3_grace:
       kept_ = false;  // the model has no types for its contents
       break;

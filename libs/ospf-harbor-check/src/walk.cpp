@@ -463,11 +463,7 @@ bool Walk::key(const Subject &subject) {
   return value(*table.key) && at_end();
 }
 
-// The tracking mark is what the flags behind the frame say; where these are not there, they are
-// found missing later.
-bool Walk::frame(const model::Table *&table) {
-  path_.root(table == nullptr ? "record" : table_name(*table));
-
+bool Walk::marker() {
   Bytes bytes;
   if (!peek(OSPF_HARBOR_SPAN_MARKER, 1, bytes)) return false;
   if (bytes[0] != KELP_MESSAGE_MARKER) {
@@ -475,7 +471,11 @@ bool Walk::frame(const model::Table *&table) {
                 Text().number(bytes[0]).view(), "188");
   }
   pass(OSPF_HARBOR_SPAN_MARKER, 1, number_of(bytes));
+  return true;
+}
 
+bool Walk::reserved() {
+  Bytes bytes;
   if (!peek(OSPF_HARBOR_SPAN_RESERVED, reserved_size, bytes)) return false;
   for (std::size_t at = 0; at < reserved_size; ++at) {
     if (bytes[at] == 255) continue;
@@ -483,7 +483,12 @@ bool Walk::frame(const model::Table *&table) {
                 Text().number(bytes[at]).view(), "255");
   }
   pass(OSPF_HARBOR_SPAN_RESERVED, reserved_size, nothing_of(bytes));
+  return true;
+}
 
+// What the flags behind the frame say; where these are not there, they are found missing later.
+bool Walk::tracking_mark() {
+  Bytes bytes;
   if (!peek(OSPF_HARBOR_SPAN_TRACKING_MARK, 1, bytes)) return false;
   const bool has_flags = image_.size() > frame_size + flags_at;
   const bool is_tracked = has_flags && (image_[frame_size + flags_at] & OBJ_STATE_TRACKED) != 0;
@@ -495,9 +500,11 @@ bool Walk::frame(const model::Table *&table) {
                              : "0, as the first object has no state bytes");
   }
   pass(OSPF_HARBOR_SPAN_TRACKING_MARK, 1, number_of(bytes));
+  return true;
+}
 
-  if (!take(OSPF_HARBOR_SPAN_HANDLE_WORD, 4, digits_of)) return false;
-
+bool Walk::frame_length() {
+  Bytes bytes;
   if (!peek(OSPF_HARBOR_SPAN_FRAME_LENGTH, 4, bytes)) return false;
   if (number_in(bytes) != image_.size()) {
     return fail(OSPF_HARBOR_FAULT_FRAME_LENGTH, OSPF_HARBOR_SPAN_FRAME_LENGTH, at_,
@@ -505,9 +512,11 @@ bool Walk::frame(const model::Table *&table) {
                 Text().number(image_.size()).put(", the bytes of the image").view());
   }
   pass(OSPF_HARBOR_SPAN_FRAME_LENGTH, 4, number_of(bytes));
+  return true;
+}
 
-  if (!take(OSPF_HARBOR_SPAN_FILL, fill_size, nothing_of)) return false;
-
+bool Walk::luid(const model::Table *&table) {
+  Bytes bytes;
   if (!peek(OSPF_HARBOR_SPAN_LUID, luid_size, bytes)) return false;
   const model::Table *found = table_with(bytes.data());
   if (found == nullptr || (table != nullptr && table != found)) {
@@ -526,6 +535,13 @@ bool Walk::frame(const model::Table *&table) {
   pass(OSPF_HARBOR_SPAN_LUID, luid_size,
        [found](TextBuffer &text) { text.put(table_name(*found)); });
   return true;
+}
+
+bool Walk::frame(const model::Table *&table) {
+  path_.root(table == nullptr ? "record" : table_name(*table));
+  return marker() && reserved() && tracking_mark() &&
+         take(OSPF_HARBOR_SPAN_HANDLE_WORD, 4, digits_of) && frame_length() &&
+         take(OSPF_HARBOR_SPAN_FILL, fill_size, nothing_of) && luid(table);
 }
 
 bool Walk::record(const Subject &subject) {

@@ -49,7 +49,13 @@ class Walk {
   using Piece = ospf_harbor_span_piece;
   using Fault = ospf_harbor_check_fault;
 
+  // The frame, and its parts in order. An empty table takes any, and becomes the one that is said.
   bool frame(const model::Table *&table);
+  bool marker();
+  bool reserved();
+  bool tracking_mark();
+  bool frame_length();
+  bool luid(const model::Table *&table);
   bool structure(const model::Structure &type);
   bool fields(const model::Structure &type, std::uint8_t floor);
   bool field(const model::Structure &type, std::size_t at);

@@ -120,8 +120,8 @@ class Network {
     if (sum < distance) distance = static_cast<std::uint32_t>(sum);
   }
 
-  // Within areas first. What is not reached there is reached through border routers: out of the
-  // area, across the backbone, into the other one.
+  // Distances between all routers, row by row. Within areas first; what is not reached there is
+  // reached through border routers: out of the area, across the backbone, into the other one.
   std::vector<std::uint32_t> whole() const {
     std::vector<std::uint32_t> all(size_ * size_, unreachable);
     for (std::size_t router = 0; router < size_; ++router) all[router * size_ + router] = 0;
@@ -135,12 +135,25 @@ class Network {
       }
     }
     if (!backbone_ || areas_.size() == 1) return all;
-    // From every router to the backbone's: its own area's border routers, then the backbone.
     const std::size_t width = numbers_[*backbone_].size();
-    std::vector<std::uint32_t> to_backbone(size_ * width, unreachable);
+    const std::vector<std::uint32_t> to_backbone = distances_to_backbone();
+    for (std::size_t router = 0; router < size_; ++router) {
+      const std::vector<std::uint32_t> across = across_backbone(&to_backbone[router * width]);
+      for (std::size_t at = 0; at < size_; ++at) {
+        std::uint32_t &distance = all[router * size_ + at];
+        if (distance == unreachable) distance = across[at];
+      }
+    }
+    return all;
+  }
+
+  // From every router to each of the backbone: to its own area's border routers, then across.
+  std::vector<std::uint32_t> distances_to_backbone() const {
+    const std::size_t width = numbers_[*backbone_].size();
+    std::vector<std::uint32_t> distances(size_ * width, unreachable);
     for (std::size_t at = 0; at < width; ++at) {
       std::copy_n(&rows_[*backbone_][at * width], width,
-                  &to_backbone[numbers_[*backbone_][at] * width]);
+                  &distances[numbers_[*backbone_][at] * width]);
     }
     for (std::size_t area = 0; area < areas_.size(); ++area) {
       if (area == *backbone_) continue;
@@ -153,40 +166,36 @@ class Network {
           if (out == unreachable) continue;
           for (std::size_t at = 0; at < width; ++at) {
             const std::uint64_t across = rows_[*backbone_][border.there * width + at];
-            if (across != unreachable) improve(to_backbone[router * width + at], out + across);
+            if (across != unreachable) improve(distances[router * width + at], out + across);
           }
         }
       }
     }
-    std::vector<std::uint32_t> best(size_ * size_, unreachable);
-    for (std::size_t router = 0; router < size_; ++router) {
-      std::uint32_t *row = &best[router * size_];
-      for (std::size_t at = 0; at < width; ++at) {
-        improve(row[numbers_[*backbone_][at]], to_backbone[router * width + at]);
-      }
-      for (std::size_t area = 0; area < areas_.size(); ++area) {
-        if (area == *backbone_) continue;
-        const std::size_t count = numbers_[area].size();
-        for (const Border &border : borders_[area]) {
-          const std::uint64_t to = to_backbone[router * width + border.there];
-          if (to == unreachable) continue;
-          for (std::size_t b = 0; b < count; ++b) {
-            // What the backbone itself reaches no other area leads to.
-            if (place_in_backbone_[numbers_[area][b]] != none &&
-                to_backbone[router * width + place_in_backbone_[numbers_[area][b]]] !=
-                    unreachable) {
-              continue;
-            }
-            const std::uint64_t into = rows_[area][border.here * count + b];
-            if (into != unreachable) improve(row[numbers_[area][b]], to + into);
-          }
+    return distances;
+  }
+
+  // From one router to all, by way of the backbone; to_backbone: to each router of the backbone.
+  std::vector<std::uint32_t> across_backbone(const std::uint32_t *to_backbone) const {
+    std::vector<std::uint32_t> distances(size_, unreachable);
+    for (std::size_t at = 0; at < numbers_[*backbone_].size(); ++at) {
+      improve(distances[numbers_[*backbone_][at]], to_backbone[at]);
+    }
+    for (std::size_t area = 0; area < areas_.size(); ++area) {
+      if (area == *backbone_) continue;
+      const std::size_t count = numbers_[area].size();
+      for (const Border &border : borders_[area]) {
+        const std::uint64_t to = to_backbone[border.there];
+        if (to == unreachable) continue;
+        for (std::size_t b = 0; b < count; ++b) {
+          // What the backbone itself reaches no other area leads to.
+          const std::uint32_t place = place_in_backbone_[numbers_[area][b]];
+          if (place != none && to_backbone[place] != unreachable) continue;
+          const std::uint64_t into = rows_[area][border.here * count + b];
+          if (into != unreachable) improve(distances[numbers_[area][b]], to + into);
         }
       }
     }
-    for (std::size_t at = 0; at < all.size(); ++at) {
-      if (all[at] == unreachable) all[at] = best[at];
-    }
-    return all;
+    return distances;
   }
 
   struct Border {

@@ -437,65 +437,69 @@ class Reader {
     switch (type) {
       case 0x2001:
         return v3_router(body, parts);
-      case 0x2002: {
-        ospfv3_network *network = get(ospfv3_lsa_body_network_get, body);
-        std::string out =
-            " options=" +
-            hex(v3_options(get(ospfv3_network_lsa_net_options_get, network),
-                           get(ospfv3_network_lsa_flag_hdr_options_get_value, network))) +
-            " attached=";
-        const std::uint32_t count = get(ospfv3_network_attached_router_num_get_value, network);
-        for (std::uint32_t at = 0; at < count; ++at) {
-          out += (at == 0 ? "" : ",") +
-                 dotted(get(ospfv3_network_attached_router_get_value, network, at));
-        }
-        return out;
-      }
-      case 0x2003: {
-        ospfv3_inter_area_prefix *field = get(ospfv3_lsa_body_prefix_get, body);
-        return " metric=" + dec(get(ospfv3_inter_area_prefix_metric_get_value, field)) +
-               prefix(get(ospfv3_inter_area_prefix_ia_prefix_get, field),
-                      get(ospfv3_inter_area_prefix_ia_prefix_options_get, field));
-      }
-      case 0x2004: {
-        ospfv3_inter_area_router *field = get(ospfv3_lsa_body_ia_router_get, body);
-        return " options=" +
-               hex(v3_options(
-                   get(ospfv3_inter_area_router_lsa_ia_options_get, field),
-                   get(ospfv3_inter_area_router_lsa_flag_hdr_options_get_value, field))) +
-               " metric=" + dec(get(ospfv3_inter_area_router_metric_get_value, field)) +
-               " router=" +
-               dotted(get(ospfv3_inter_area_router_destination_router_id_get_value, field));
-      }
+      case 0x2002:
+        return v3_network(get(ospfv3_lsa_body_network_get, body));
+      case 0x2003:
+        return inter_area_prefix(get(ospfv3_lsa_body_prefix_get, body));
+      case 0x2004:
+        return inter_area_router(get(ospfv3_lsa_body_ia_router_get, body));
       case 0x4005:
         return external(get(ospfv3_lsa_body_lsa_external_get, body));
       case 0x2007:
         return external(
             get(ospfv3_nssa_lsa_nssa_external_get, get(ospfv3_lsa_body_nssa_get, body)));
-      case 0x0008: {
-        ospfv3_link_data *field = get(ospfv3_lsa_body_link_data_get, body);
-        return " priority=" + dec(get(ospfv3_link_data_rtr_priority_get_value, field)) +
-               " options=" +
-               hex(v3_options(get(ospfv3_link_data_lsa_ld_options_get, field),
-                              get(ospfv3_link_data_lsa_flag_hdr_options_get_value, field))) +
-               " address=" +
-               text_of(get(ospfv3_link_data_link_local_interface_address_get, field)) +
-               " prefixes=" + dec(get(ospfv3_link_data_num_of_prefixes_get_value, field)) +
+      case 0x0008:
+        return v3_link(get(ospfv3_lsa_body_link_data_get, body)) +
                prefixes<ospf_tables::ospfv3_prefix_list_ops>(parts.prefixes);
-      }
-      case 0x2009: {
-        ospfv3_intra_area_prefix *field = get(ospfv3_lsa_body_ia_prefix_get, body);
-        return " prefixes=" + dec(get(ospfv3_intra_area_prefix_num_of_prefixes_get_value, field)) +
-               " ref=" + hex(get(ospfv3_intra_area_prefix_referenced_ls_type_get_value, field)) +
-               " refid=" +
-               dotted(get(ospfv3_intra_area_prefix_referenced_link_state_id_get_value, field)) +
-               " refadv=" +
-               text_of(get(ospfv3_intra_area_prefix_referenced_adv_router_get, field)) +
+      case 0x2009:
+        return intra_area_prefix(get(ospfv3_lsa_body_ia_prefix_get, body)) +
                prefixes<ospf_tables::ospfv3_ia_prefix_list_ops>(parts.ia_prefixes);
-      }
       default:
         return "";
     }
+  }
+
+  std::string v3_network(ospfv3_network *field) {
+    std::string out = " options=" +
+                      hex(v3_options(get(ospfv3_network_lsa_net_options_get, field),
+                                     get(ospfv3_network_lsa_flag_hdr_options_get_value, field))) +
+                      " attached=";
+    const std::uint32_t count = get(ospfv3_network_attached_router_num_get_value, field);
+    for (std::uint32_t at = 0; at < count; ++at) {
+      out +=
+          (at == 0 ? "" : ",") + dotted(get(ospfv3_network_attached_router_get_value, field, at));
+    }
+    return out;
+  }
+
+  std::string inter_area_prefix(ospfv3_inter_area_prefix *field) {
+    return " metric=" + dec(get(ospfv3_inter_area_prefix_metric_get_value, field)) +
+           prefix(get(ospfv3_inter_area_prefix_ia_prefix_get, field),
+                  get(ospfv3_inter_area_prefix_ia_prefix_options_get, field));
+  }
+
+  std::string inter_area_router(ospfv3_inter_area_router *field) {
+    return " options=" +
+           hex(v3_options(get(ospfv3_inter_area_router_lsa_ia_options_get, field),
+                          get(ospfv3_inter_area_router_lsa_flag_hdr_options_get_value, field))) +
+           " metric=" + dec(get(ospfv3_inter_area_router_metric_get_value, field)) + " router=" +
+           dotted(get(ospfv3_inter_area_router_destination_router_id_get_value, field));
+  }
+
+  std::string v3_link(ospfv3_link_data *field) {
+    return " priority=" + dec(get(ospfv3_link_data_rtr_priority_get_value, field)) + " options=" +
+           hex(v3_options(get(ospfv3_link_data_lsa_ld_options_get, field),
+                          get(ospfv3_link_data_lsa_flag_hdr_options_get_value, field))) +
+           " address=" + text_of(get(ospfv3_link_data_link_local_interface_address_get, field)) +
+           " prefixes=" + dec(get(ospfv3_link_data_num_of_prefixes_get_value, field));
+  }
+
+  std::string intra_area_prefix(ospfv3_intra_area_prefix *field) {
+    return " prefixes=" + dec(get(ospfv3_intra_area_prefix_num_of_prefixes_get_value, field)) +
+           " ref=" + hex(get(ospfv3_intra_area_prefix_referenced_ls_type_get_value, field)) +
+           " refid=" +
+           dotted(get(ospfv3_intra_area_prefix_referenced_link_state_id_get_value, field)) +
+           " refadv=" + text_of(get(ospfv3_intra_area_prefix_referenced_adv_router_get, field));
   }
 
   std::string prefix(kelp_vstring *text, kelp_vstring *options) {

@@ -229,17 +229,19 @@ TEST(LsdbTable, AShortListing) {
             "OSPFv2: 2 LSAs (2 Router)\n");
 }
 
-TEST(LsdbDetail, OfEachTypeInTheWordsOfTheField) {
-  const auto detail = [](const std::vector<std::string> &words) {
-    std::vector<std::string> all = words;
-    all.push_back("--detail");
-    const std::vector<std::string> lines = lines_of(lsdb(recorded("campus"), all).out);
-    std::string body;  // of the first LSA, without title and header
-    for (std::size_t at = 4; at < lines.size() && !lines[at].empty(); ++at) {
-      body += lines[at].substr(4) + "\n";
-    }
-    return body;
-  };
+// The body of the first LSA, without title and header.
+std::string detail(const std::vector<std::string> &words) {
+  std::vector<std::string> all = words;
+  all.push_back("--detail");
+  const std::vector<std::string> lines = lines_of(lsdb(recorded("campus"), all).out);
+  std::string body;
+  for (std::size_t at = 4; at < lines.size() && !lines[at].empty(); ++at) {
+    body += lines[at].substr(4) + "\n";
+  }
+  return body;
+}
+
+TEST(LsdbDetail, OfEachTypeOfVersion2InTheWordsOfTheField) {
   EXPECT_EQ(detail({"--v2", "--area", "0", "--type", "router"}),
             "flags B; 4 links\n"
             "transit network, designated router's address 10.0.0.1, own address 10.0.0.1, metric "
@@ -270,6 +272,9 @@ TEST(LsdbDetail, OfEachTypeInTheWordsOfTheField) {
   EXPECT_EQ(detail({"--area", "0", "--type", "opaque-area", "--adv-router", "10.255.0.2"}),
             "opaque type 4 (router information), opaque ID 0\n"
             "informational capabilities: 0x10000000\n");
+}
+
+TEST(LsdbDetail, OfEachTypeOfVersion3InTheWordsOfTheField) {
   EXPECT_EQ(detail({"--v3", "--area", "0", "--type", "network"}),
             "options R E V6\n"
             "attached router 10.255.0.1\n"
