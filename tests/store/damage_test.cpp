@@ -20,7 +20,7 @@ namespace store_test {
 
 namespace {
 
-constexpr std::size_t kHeadEnd = 2432;  // of what the header holds
+constexpr std::size_t kHeadEnd = 2792;  // of what the header holds
 constexpr std::size_t kTypes = 65536;
 constexpr std::size_t kHeap = kTypes + (std::size_t{1} << 20);
 constexpr std::size_t kSpan = 65536;
@@ -50,11 +50,33 @@ int fill(Rows &rows) {
   return 0;
 }
 
+// A feed that knows rows in each state.
+int follow(Rows &rows) {
+  std::uint32_t err = 0;
+  auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(rows.handle, 0, "rows", 1, &err);
+  auto *as_table = reinterpret_cast<kelp_table *>(table);
+  if (kelp_table_enable_cursors(rows.handle, as_table, 1, nullptr) != 0) return 3;
+  for (std::uint16_t key = 100; key < 110; ++key) {
+    if (rows.put(key, some_bytes(key, 20)) != 0) return 4;
+  }
+  for (int turn = 0; turn < 3; ++turn) {
+    auto *record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(rows.handle, 0,
+                                                                                    table, &err);
+    for (int step = 0; step < turn; ++step) {
+      record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next(rows.handle, 0,
+                                                                               table, record, &err);
+    }
+    tbl_ospfv2_unknown_sub_tlv_request_record_destroy(rows.handle, 0, table, record, &err);
+  }
+  return err == 0 ? 0 : 5;
+}
+
 int make_store(const std::string &path) {
   return run([&] {
     Rows rows(path);
     if (rows.lock_write() != 0) return 1;
-    const int filled = fill(rows);
+    int filled = fill(rows);
+    if (filled == 0) filled = follow(rows);
     return filled != 0 ? filled : rows.unlock();
   });
 }
@@ -232,6 +254,22 @@ TEST(StoreDamage, AnyChangeOfTheJournalIsRefusedFoundOrHarmless) {
 
 // --- damage that is known ---
 
+// Of an index: eleven stand in a row, two behind the words that follow them.
+std::size_t root_of(std::size_t index) {
+  return index < 11 ? 192 + 264 + index * 176 : 192 + 2232 + (index - 11) * 176;
+}
+
+// The words of a feed, and of its entries.
+enum FeedWord {
+  kFirst = 6,
+  kLast = 7,
+  kFirstMarked = 8,
+  kLastMarked = 9,
+  kGone = 10,
+  kMarked = 11
+};
+enum EntryWord { kRecord = 3, kSequence = 4, kPrevious = 6, kNextMarked = 7 };
+
 // A store's bytes, by the addresses in it.
 class Image {
  public:
@@ -254,9 +292,12 @@ class Image {
                            offsetof(kelp_record, avl_node) - base_);
   }
   kelp_record &top() { return record(table().avl_root.top); }
+  std::uint64_t *words(std::uint64_t address) { return &at<std::uint64_t>(address - base_); }
+  std::uint64_t *feed() { return words(reinterpret_cast<std::uintptr_t>(table().runtime_state)); }
+  std::uint64_t *feed_entry(FeedWord which) { return words(feed()[which]); }
   // The first entry of the index that stands there in the head.
   std::uint64_t *entry(std::size_t index) {
-    const std::size_t root = 192 + 264 + index * 176;
+    const std::size_t root = root_of(index);
     std::uint64_t **buckets = at<std::uint64_t **>(root + 16);
     for (int i = 0; i < 16; ++i) {
       if (std::uint64_t *found = behind(buckets + i)) return &behind(found);
@@ -283,7 +324,7 @@ std::string said_of(const std::function<void(Image &)> &change) {
               std::uint32_t err = 0;
               auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(rows.handle, 0, "rows", 0, &err);
               kelp_handle_to_oid(rows.handle, 0, table, 0, 0, &err);
-              return err != 0 ? 2 : rows.unlock();
+              return err != 0 || follow(rows) != 0 ? 2 : rows.unlock();
             }),
             0);
   Image image(path);
@@ -327,9 +368,8 @@ TEST(StoreDamage, ACountIsFound) {
   expect_said("allocations of", [](Image &image) { ++image.at<std::uint64_t>(192 + 232); });
 }
 TEST(StoreDamage, AnIndexIsFound) {
-  for (std::size_t index = 0; index < 11; ++index) {
-    EXPECT_NE(said_of([&](Image &image) { ++image.at<std::uint64_t>(192 + 264 + index * 176); }),
-              "")
+  for (std::size_t index = 0; index < 13; ++index) {
+    EXPECT_NE(said_of([&](Image &image) { ++image.at<std::uint64_t>(root_of(index)); }), "")
         << index;
   }
 }
@@ -370,6 +410,22 @@ TEST(StoreDamage, ARecordThatPointsElsewhereIsFound) {
   expect_said("lies in no block", [](Image &image) {
     image.top().objects[0] = static_cast<char *>(image.top().objects[0]) + 8;
   });
+}
+TEST(StoreDamage, AFeedIsFound) {
+  const char *order = "a feed: its order is broken";
+  expect_said(order, [](Image &image) { image.feed_entry(kFirst)[kSequence] = 1000; });
+  expect_said(order,
+              [](Image &image) { image.feed_entry(kLast)[kPrevious] = image.feed()[kFirst]; });
+  expect_said("a feed: its list of marked records is broken", [](Image &image) {
+    image.feed_entry(kLastMarked)[kNextMarked] = image.feed()[kFirstMarked];
+  });
+  expect_said("does not end where it says",
+              [](Image &image) { image.feed()[kLast] = image.feed()[kFirst]; });
+  expect_said("records marked and", [](Image &image) { ++image.feed()[kMarked]; });
+  expect_said("records marked and", [](Image &image) { ++image.feed()[kGone]; });
+  expect_said("index of feeds", [](Image &image) { image.table().runtime_state = nullptr; });
+  expect_said("index of entries of feeds",
+              [](Image &image) { image.feed_entry(kFirst)[kRecord] += 8; });
 }
 TEST(StoreDamage, AnOidThatDoesNotFitItsObjectIsFound) {
   const char *found = "index of objects with an OID: an entry is damaged";

@@ -494,10 +494,10 @@ TEST(StoreTrust, AFileOfZeroes) {
   expect_refused([](std::string &bytes) { bytes.assign(bytes.size(), '\0'); }, 22, "'....' found");
 }
 TEST(StoreTrust, ANewerLayout) {
-  expect_refused([](std::string &bytes) { bytes[16] = 2; }, 22, "layout 2 found, expected 1");
+  expect_refused([](std::string &bytes) { bytes[16] = 3; }, 22, "layout 3 found, expected 2");
 }
 TEST(StoreTrust, AnOlderLayout) {
-  expect_refused([](std::string &bytes) { bytes[16] = 0; }, 22, "layout 0 found, expected 1");
+  expect_refused([](std::string &bytes) { bytes[16] = 1; }, 22, "layout 1 found, expected 2");
 }
 TEST(StoreTrust, AnotherByteOrder) {
   expect_refused([](std::string &bytes) { std::swap(bytes[20], bytes[23]); }, 22,

@@ -75,7 +75,9 @@ KELP_API void kelp_store_options_init(kelp_store_options *options);
  * - What lies in the store is changed under the write lock, or the process ends.
  * - The file is mapped at the same addresses in every process. An object's address holds in all, as
  *   long as the reader has the lock under which it was found.
- * - The change feed is not kept: kelp_table_enable_cursors gives 95.
+ * - The feeds of tables that are marked for replication, their cursors and the records that wait
+ * for the collector are shared: a cursor hears of what every process commits, and goes with the
+ *   process that opened it.
  *
  * The caller closes it. 16 when this process has it open already, 17 when something lies at its
  * addresses, 22 for a file that is no store of this version or was cut, 2 when it is missing and
@@ -222,7 +224,8 @@ KELP_API void kelp_tenant_set(uint16_t tenant);
 /* Marks a table for replication: the runtime's cursors follow it, records are destroyed by request
  * only, and the collector ends them. implicit_write_cursor non-zero: inserts enter the feed by
  * themselves; else kelp_feed_record_changed does. Calling it again changes only that. A table stays
- * marked until it is freed. */
+ * marked until it is freed. In a store it needs the write lock, 1 without; the mark and all that
+ * enters the feed are part of the transaction, and a rollback takes them back. 22, 12. */
 KELP_API int32_t kelp_table_enable_cursors(kelp_handle *handle, kelp_table *table,
                                            uint32_t implicit_write_cursor, kelp_error *error);
 
@@ -240,8 +243,10 @@ typedef struct kelp_feed_cursor kelp_feed_cursor;
 
 /* Opens a cursor in front of everything: first it shows each record that the feed knows, as
  * inserted, then what changes. The feed keeps one entry for each record, its latest change, so it
- * never outgrows the table. 22 for a table without cursors, 11 when 64 are open on the table, 12.
- * The caller closes it. */
+ * never outgrows the table. 22 for a table without cursors, 11 when 64 are open on the table or
+ * 4,096 on the database, 12; in a store 1 without a lock, and 110 when another process opens or
+ * closes it for longer than wait_ms. The caller closes it; a process that ends without that leaves
+ * nothing behind. A rollback takes the cursor back to where the transaction found it. */
 KELP_API kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_table *table,
                                                  kelp_error *error);
 
@@ -250,16 +255,80 @@ KELP_API kelp_feed_cursor *kelp_feed_cursor_open(kelp_handle *handle, kelp_table
  * stays allocated until the collector runs after every cursor has moved over it, so that a record
  * shown as destroyed can still be read. A record that is taken out of its table in collector
  * context is shown as destroyed too, as long as its memory lasts, and one that is inserted again as
- * inserted. Hold the read lock. */
+ * inserted. Hold the read lock; in a store 0 without a lock. */
 KELP_API int32_t kelp_feed_cursor_next(kelp_feed_cursor *cursor, kelp_feed_change *change);
 
 /* Closes a cursor. A cursor left open holds back the collector. Null is passed over. */
 KELP_API void kelp_feed_cursor_close(kelp_feed_cursor *cursor);
 
+/* Sleeps until the cursor has something to move over, or timeout_ms have passed (UINT32_MAX:
+ * without limit). With a null cursor: until anybody has committed since this handle took or gave up
+ * a lock last. The handle must hold no lock, and takes the read lock to look. It sleeps in the
+ * kernel and is woken by the commit, of whichever process. 0 when there is something, 110 when the
+ * time is over, 2 when the cursor's table has gone, 35 when the handle holds a lock, 22 for a
+ * cursor of another database, else as kelp_lock_read. */
+KELP_API int32_t kelp_feed_wait(kelp_handle *handle, kelp_feed_cursor *cursor, uint32_t timeout_ms,
+                                kelp_error *error);
+
 /* Enters a record of the table in its feed after the record's objects were changed. 22 as for
- * kelpdb_enq_rec_move_write_cursor_internal. */
+ * kelpdb_enq_rec_move_write_cursor_internal; 1 in a store without the write lock. */
 KELP_API int32_t kelp_feed_record_changed(kelp_handle *handle, kelp_table *table,
                                           kelp_record *record, kelp_error *error);
+
+/* Says whether what the handle enters in feeds from here on is part of a bulk transfer: rows that
+ * come or go as a whole, as from a file or a peer, and not one by one. Those who hear of it get the
+ * create_dm and delete_dm events. */
+KELP_API void kelp_handle_set_bulk_transfer(kelp_handle *handle, uint32_t bulk);
+
+/* --- record events ---
+ *
+ * What a cursor is shown can be told to handlers: the functions that a module's tables call in the
+ * slots 8 to 14 of their vft (kelp/vft.h), if the program defines them. The runtime calls none by
+ * itself; kelp_events_dispatch does, on the thread and under the lock of its caller. The handlers
+ * of one table and their arguments:
+ *
+ * - grouping(handle, space_id, context, err, table, group): before and after what one transaction
+ *   changed in the table. group is a kelp_event_group. Of a transaction whose rows were all changed
+ *   again later nothing is told.
+ * - create(handle, space_id, context, record, err): the row is new to this cursor.
+ * - modify(handle, space_id, context, record, err): it was told of before, and has changed.
+ * - delete(handle, space_id, context, record, err): it was told of, and has been marked for
+ *   destruction or has left the table. It can still be read.
+ * - create_dm, delete_dm(handle, space_id, record, err): the same for rows that a bulk transfer
+ *   (kelp_handle_set_bulk_transfer) brought or took. Without these handlers create and delete are
+ *   called, with a null context.
+ * - free(handle, space_id, record, bulk, err, context): the last word of a row that was told as
+ *   deleted, behind the closing grouping: this cursor does not hold the record back any more, and
+ *   whoever runs the collector next ends its memory. bulk is 1 when a bulk transfer took the row.
+ *   The record can be read until the lock is given up.
+ *
+ * context is what kelp_events_dispatch was given. err is 0 at each call; what a handler leaves
+ * there is counted and does not keep the others from being called. */
+
+typedef struct kelp_event_group {
+  kelp_table *table;
+  uint64_t commit; /* rises with each transaction; the same in all tables of the database */
+  uint32_t at_end; /* 0 before what the transaction changed, 1 after it */
+  uint32_t events; /* told in between, so far */
+} kelp_event_group;
+
+typedef struct kelp_events_report {
+  uint32_t created;
+  uint32_t modified;
+  uint32_t deleted;
+  uint32_t freed;
+  uint32_t groups;
+  uint32_t failures; /* calls that left a code in their error word */
+} kelp_events_report;
+
+/* Moves the cursor over all that others have changed and calls the handlers of its table. What was
+ * changed only by the handle that opened the cursor is passed over, and so is a row that came and
+ * went since the last look. Hold the read lock, or the write lock when handlers change rows; a
+ * handler gives up no lock. report may be null. 0; the first code that a handler left, when
+ * everything was told all the same; 22 for a cursor of another database, 1 in a store without a
+ * lock, 2 when the table has gone or its vft is not found, 12. */
+KELP_API int32_t kelp_events_dispatch(kelp_handle *handle, kelp_feed_cursor *cursor, void *context,
+                                      kelp_events_report *report, kelp_error *error);
 
 /* A record in the replication cache. */
 typedef struct kelp_cache_entry {
@@ -307,8 +376,8 @@ typedef struct kelp_collector_report {
 /* Finishes what was put off: ends the pending records that every cursor has passed, frees the
  * tables whose free was requested or had to wait for references, and ends the objects whose last
  * reference has gone. Works with collector_context set, and with the tenant of each record that it
- * ends, so that the counts of that tenant fall. A record that has left the table in which its end was
- * asked for is ended only if it is in no other one. A database marked shared must be write
+ * ends, so that the counts of that tenant fall. A record that has left the table in which its end
+ * was asked for is ended only if it is in no other one. A database marked shared must be write
  * locked through this handle: 1 otherwise. report may be null. 2 when the function that ends a
  * thing is not found; the rest is done all the same. */
 KELP_API int32_t kelp_collector_run(kelp_handle *handle, kelp_collector_report *report,

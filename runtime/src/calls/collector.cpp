@@ -95,14 +95,14 @@ class Run {
   }
 
   void end_records_of(kelp_table *table) {
-    const TableState *state = TableState::of(table);
-    if (state == nullptr || state->feed == nullptr) return;
-    const std::shared_ptr<Feed> feed = state->feed;  // the table may go with the last record
-    feed->tidy();
-    if (feed->marked() == 0) return;
+    Feeds &feeds = database_.feeds;
+    FeedTable *feed = Feeds::of(table);
+    if (feed == nullptr) return;
+    feeds.tidy(feed);
+    if (feeds.marked(feed) == 0) return;
     const kelp_table_vft *vft = vft_of(table);
     if (vft == nullptr) return;
-    while (kelp_record *record = feed->take_passed(table)) {
+    while (kelp_record *record = feeds.take_passed(feed)) {
       const AsTenant tenant(record->tenant_id);
       // The record leaves the tree first, whoever else holds it: the holder's own destroy, later
       // and outside the collector, could not take it out any more.
@@ -115,8 +115,10 @@ class Run {
       slot<RecordFunction>(vft, KELP_VFT_DESTROY_RECORD)(handle_, handle_->cr_space_id, record,
                                                          &err);
       ++report_->records_ended;
+      // The table may go with its last record.
+      if (feeds.find(table) != feed) return;
     }
-    report_->records_waiting += feed->marked();
+    report_->records_waiting += feeds.marked(feed);
   }
 
   void end_object(void *object) {
@@ -137,8 +139,8 @@ class Run {
     const bool removed = database_.toc.place(table) == TableOfContents::Place::removed;
     const kelp_oid_mapping *mapping = database_.oids.find(table);
     if (!removed && (mapping == nullptr || !mapping->destroy_asked)) return;
-    const TableState *state = TableState::of(table);
-    const bool followed = state != nullptr && state->feed != nullptr && state->feed->has_cursors();
+    const FeedTable *feed = Feeds::of(table);
+    const bool followed = feed != nullptr && database_.feeds.has_cursors(feed);
     const bool referenced = mapping != nullptr && mapping->references != 0;
     if (followed || referenced || table->record_count != 0) {
       ++report_->tables_waiting;

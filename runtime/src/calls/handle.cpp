@@ -1,5 +1,6 @@
 // Making and ending handles: options, work space and write observer.
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -38,6 +39,9 @@ void fill_in(kelp_handle_state &state, kelp_database *database,
   handle.quiet_insert = options.quiet_insert;
   handle.peer_stamp = options.peer_stamp;
   handle.state = &state;
+  std::uint8_t number[16];
+  make_identity(number);
+  std::memcpy(&state.author.handle, number, sizeof state.author.handle);
 }
 
 // 0 when the options can be followed, else the code that error got.

@@ -1,7 +1,5 @@
 // What modules and programs keep and ask about one table: cursors on and off, and the counts of its
 // records by tenant.
-#include <cerrno>
-
 #include "base/announce.hpp"
 #include "base/failure.hpp"
 #include "database/database.hpp"
@@ -11,23 +9,24 @@ namespace kelp {
 
 namespace {
 
-// The table's state, made and tied to the table when it is missing; null without memory.
-TableState *state_for(kelp_handle *handle, std::uint32_t space_id, kelp_table *table) {
-  if (table->runtime_state != nullptr) return TableState::of(table);
+// The table's feed, made and tied to the table when it is missing; null without memory.
+FeedTable *feed_for(kelp_handle *handle, std::uint32_t space_id, kelp_table *table) {
+  if (table->runtime_state != nullptr) return Feeds::of(table);
   kelp_database &database = *handle->state->database;
-  TableState *state = nullptr;
-  if (!without_exceptions([&] { state = database.tables.make(table); })) return nullptr;
+  FeedTable *feed = nullptr;
+  if (!without_exceptions([&] { feed = database.feeds.make(table); })) return nullptr;
   database.objects.watch(table);
   announce(handle, &table->runtime_state, sizeof table->runtime_state, space_id);
-  table->runtime_state = state;
-  return state;
+  table->runtime_state = feed;
+  return feed;
 }
 
 }  // namespace
 
 }  // namespace kelp
 
-using kelp::TableState;
+using kelp::Feeds;
+using kelp::FeedTable;
 
 extern "C" int32_t kelp_table_enable_cursors(kelp_handle *handle, kelp_table *table,
                                              uint32_t implicit_write_cursor, kelp_error *error) {
@@ -36,18 +35,15 @@ extern "C" int32_t kelp_table_enable_cursors(kelp_handle *handle, kelp_table *ta
     return kelp::fail(error, KELP_ERR_INVALID, "%s: the %s is null", kFunction,
                       handle == nullptr ? "handle" : "table");
   }
-  const kelp_database &database = *handle->state->database;
-  if (database.store != nullptr) {
-    return kelp::fail(error, ENOTSUP,
-                      "%s: store '%s': the change feed of a database in a file is not kept",
-                      kFunction, database.name.c_str());
+  kelp_database &database = *handle->state->database;
+  if (database.store != nullptr && kelplib_database_is_write_locked(handle) == 0) {
+    return kelp::fail(error, KELP_ERR_PERMISSION,
+                      "%s: store '%s': this handle does not hold the write lock", kFunction,
+                      database.name.c_str());
   }
-  TableState *state = kelp::state_for(handle, handle->cr_space_id, table);
-  const bool done = state != nullptr && kelp::without_exceptions([&] {
-                      if (state->feed == nullptr) state->feed = std::make_shared<kelp::Feed>();
-                    });
-  if (!done) return kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
-  state->implicit_write_cursor = implicit_write_cursor != 0;
+  FeedTable *feed = kelp::feed_for(handle, handle->cr_space_id, table);
+  if (feed == nullptr) return kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
+  database.feeds.set_implicit(feed, implicit_write_cursor != 0);
   return kelp::succeed(error);
 }
 
@@ -59,8 +55,7 @@ extern "C" uint32_t kelpdb_table_are_cursors_enabled(kelp_handle *handle, uint32
     kelp::raise(handle, err, KELP_ERR_INVALID);
     return 0;
   }
-  const TableState *state = TableState::of(table);
-  return state != nullptr && state->feed != nullptr ? 1 : 0;
+  return Feeds::of(table) != nullptr ? 1 : 0;
 }
 
 extern "C" uint32_t kelpdb_table_implicit_write_cursor_enabled(kelp_handle *handle,
@@ -68,7 +63,7 @@ extern "C" uint32_t kelpdb_table_implicit_write_cursor_enabled(kelp_handle *hand
                                                                const kelp_table *table,
                                                                uint32_t *err) {
   if (kelpdb_table_are_cursors_enabled(handle, space_id, table, err) == 0) return 0;
-  return TableState::of(table)->implicit_write_cursor ? 1 : 0;
+  return Feeds::of(table)->implicit_write_cursor != 0 ? 1 : 0;
 }
 
 extern "C" void kelpdb_update_tenant_counter(kelp_handle *handle, uint32_t space_id,

@@ -28,7 +28,7 @@ void forget_block(void *context, const void *block, std::size_t size) {
   database->distances.drop_range(block, size);
   database->oids.remove_range(block, size);
   database->tenants.forget(block);
-  database->tables.forget(block);
+  database->feeds.forget(block);
   database->cache.forget(static_cast<const kelp_record *>(block));
   database->walked.forget(block);
   const auto *table = static_cast<const kelp_table *>(block);
@@ -45,7 +45,7 @@ void for_each_lock(kelp_database &database, const Visit &visit) {
   visit(database.oids.mutex());
   visit(database.toc.mutex());
   visit(database.tenants.mutex());
-  visit(database.tables);
+  visit(database.feeds.mutex());
   visit(database.cache.mutex());
   visit(database.walked.mutex());
   visit(database.types.mutex());
@@ -102,6 +102,7 @@ void attach_parts(kelp_database &database) {
     database.store->on_rollback([&database] {
       database.types.forget_remembered();
       database.cache.clear();
+      database.feeds.undo_moves();
     });
   } else {
     make_identity(identity);
@@ -111,6 +112,10 @@ void attach_parts(kelp_database &database) {
   database.oids.attach(*database.memory, *database.directory, identity);
   database.toc.attach(*database.memory, *database.directory);
   database.tenants.attach(*database.memory, *database.directory);
+  store::CursorPlaces &places = database.store != nullptr
+                                    ? static_cast<store::CursorPlaces &>(*database.store)
+                                    : database.own_cursors;
+  database.feeds.attach(*database.memory, *database.directory, places, database.store.get());
   database.types.attach(*database.memory, *database.directory);
   database.keys.attach(*database.memory, *database.directory, identity);
 }

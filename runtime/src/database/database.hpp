@@ -16,12 +16,12 @@
 #include "parts/cache.hpp"
 #include "parts/distances.hpp"
 #include "parts/faults.hpp"
+#include "parts/feed.hpp"
 #include "parts/keys.hpp"
 #include "parts/lock.hpp"
 #include "parts/object_memory.hpp"
 #include "parts/oid_registry.hpp"
 #include "parts/survivors.hpp"
-#include "parts/table_state.hpp"
 #include "parts/tenant_counts.hpp"
 #include "parts/toc.hpp"
 #include "parts/type_table.hpp"
@@ -48,7 +48,8 @@ struct kelp_database {
   kelp::OidRegistry oids;
   kelp::TableOfContents toc;
   kelp::TenantCounts tenants;
-  kelp::TableStates tables;
+  kelp::OwnCursors own_cursors;
+  kelp::Feeds feeds;
   kelp::ReplicationCache cache;
   kelp::Survivors walked;  // by the collector
 

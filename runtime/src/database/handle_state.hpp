@@ -9,6 +9,7 @@
 #include "base/pool.hpp"
 #include "kelp/embed.h"
 #include "parts/domain.hpp"
+#include "parts/feed.hpp"
 
 struct kelp_handle_state {
   kelp_handle handle = {};
@@ -20,6 +21,8 @@ struct kelp_handle_state {
   std::int32_t tenant = KELP_TENANT_UNCHANGED;
   std::unique_ptr<std::byte[]> work_space;  // made when first asked for
   std::uint32_t work_space_size = 0;
+  kelp::Author author;
+  std::uint32_t heard = 0;  // the commits when it had a lock last
 };
 
 namespace kelp {

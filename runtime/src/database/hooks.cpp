@@ -111,6 +111,8 @@ kelp_record *record_of(e_avl_node *node) {
                                          offsetof(kelp_record, avl_node));
 }
 
+const Author &author_of(const Pool &pool) { return pool.handle->state->author; }
+
 // Makes room for what follows the linking of a record: its tenant's counter and its place in the
 // feed. A record for which there is none stays out of the tree.
 bool before_link(Pool &pool, const e_avl_root *root, e_avl_node *node) {
@@ -120,28 +122,29 @@ bool before_link(Pool &pool, const e_avl_root *root, e_avl_node *node) {
             __FILE__, __LINE__);
   }
   const std::uint16_t tenant = current_tenant();
-  if (tenant == 0 && database.tables.empty()) return true;
+  if (tenant == 0 && database.feeds.empty()) return true;
   auto *table = const_cast<kelp_table *>(table_of(root));
   kelp_record *record = record_of(node);
-  TableState *state = database.tables.find(table);
+  FeedTable *feed = database.feeds.find(table);
   const bool done = without_exceptions([&] {
-    if (tenant != 0 && (state != nullptr || database.oids.find(table) != nullptr)) {
+    if (tenant != 0 && (feed != nullptr || database.oids.find(table) != nullptr)) {
       database.tenants.expect(table, tenant);
       database.objects.watch(table);
     }
-    if (state == nullptr || state->feed == nullptr || !state->implicit_write_cursor) return;
-    database.tables.note_record(record, state->feed);
+    if (feed == nullptr || feed->implicit_write_cursor == 0) return;
     database.objects.watch(record);
-    state->feed->expect(table, record);
+    database.feeds.expect(feed, record, author_of(pool));
   });
   pool.refused_link = !done;
-  if (done) database.tables.record_linked(record);
+  if (done) database.feeds.record_linked(record);
   return done;
 }
 
 void after_unlink(Pool &pool, const e_avl_root *root, e_avl_node *node) {
-  const TableState *state = pool.database->tables.find(table_of(root));
-  if (state != nullptr && state->feed != nullptr) state->feed->record_left(record_of(node));
+  Feeds &feeds = pool.database->feeds;
+  if (FeedTable *feed = feeds.find(table_of(root))) {
+    feeds.record_left(feed, record_of(node), author_of(pool));
+  }
 }
 
 }  // namespace

@@ -94,6 +94,7 @@ std::int32_t take_lock(kelp_handle *handle, LockMode mode, const char *function,
     }
   }
   handle->db_lock_state = static_cast<std::uint32_t>(mode);
+  handle->state->heard = database->feeds.commits();
   handle->hd_mapped = database->distances.empty() ? 0 : 1;
   set_current_database(database);
   if (handle->state->tenant >= 0)
@@ -112,8 +113,15 @@ std::int32_t end_lock(kelp_handle *handle, Ending ending, kelp_error *error) {
       store.rollback();
     } else {
       code = store.commit(error);
+      // Nobody else's commit can have been heard of since the lock was taken.
+      if (store.was_announced()) ++handle->state->heard;
       if (code == 0) database.seen_sequence.store(store.committed());
     }
+  }
+  if (database.store == nullptr &&
+      handle->db_lock_state == static_cast<std::uint32_t>(LockMode::write)) {
+    database.feeds.end_transaction();
+    handle->state->heard = database.feeds.commits();
   }
   handle->db_lock_state = 0;
   database.lock.give_up(handle);

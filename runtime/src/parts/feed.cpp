@@ -1,168 +1,321 @@
-// The change feed and its cursors.
+// The change feeds: entering records, and moving, ending and forgetting entries.
 #include "parts/feed.hpp"
 
 #include <algorithm>
+#include <cstdlib>
+#include <new>
+
+#include "store/store.hpp"
 
 namespace kelp {
 
-// A record that moves takes its mark along; one that is known needs no memory.
-Feed::Records::Place Feed::move_to_end(kelp_table *table, kelp_record *record) {
-  const auto known = records_.find(record);
-  if (known == records_.end()) return records_.enter(table, record);
-  if (known->second.details.state == State::gone) --gone_;
-  if (known->second.details.state == State::marked) pending_.erase(known->first);
-  return records_.enter(table, record);
+using store::FeedLinks;
+using store::FeedList;
+using store::FeedState;
+
+namespace {
+
+std::uint64_t hash_of_followed(const void *object) {
+  return store::mix(reinterpret_cast<std::uintptr_t>(object));
 }
 
-void Feed::change(kelp_table *table, kelp_record *record) {
-  const std::lock_guard lock(mutex_);
-  const auto known = records_.find(record);
-  const bool marked = known != records_.end() && known->second.details.state == State::marked;
-  if (marked && (record->rec_flags & REC_PENDING_DESTROY) != 0) return;
-  move_to_end(table, record)->second.details.state = State::present;
+}  // namespace
+
+void Feeds::attach(store::Memory &memory, store::Directory &directory, store::CursorPlaces &places,
+                   store::Store *store) {
+  memory_ = &memory;
+  directory_ = &directory;
+  places_ = &places;
+  store_ = store;
 }
 
-void Feed::destroy(kelp_table *table, kelp_record *record) {
+// --- finding ---
+
+FeedTable *Feeds::find_feed(const void *table) const {
+  return feeds().find<FeedTable>(hash_of_followed(table),
+                                 [&](const FeedTable &feed) { return feed.table == table; });
+}
+
+FeedTable *Feeds::find_feed(const kelp_feed_cursor *cursor) const {
+  FeedTable *feed = find_feed(cursor->table);
+  return feed != nullptr && feed->id == cursor->slot->feed ? feed : nullptr;
+}
+
+FeedEntry *Feeds::find_entry(const FeedTable *feed, const kelp_record *record) const {
+  return entries().find<FeedEntry>(hash_of_followed(record), [&](const FeedEntry &entry) {
+    return entry.record == record && entry.feed == feed;
+  });
+}
+
+FeedTable *Feeds::find(const kelp_table *table) const {
+  if (empty()) return nullptr;
   const std::lock_guard lock(mutex_);
-  // First what may fail: a place in the order that comes next, whoever takes it.
-  const auto mark = pending_.insert(records_.next()).first;
+  return find_feed(table);
+}
+
+// --- making ---
+
+FeedTable *Feeds::make(kelp_table *table) {
+  const std::lock_guard lock(mutex_);
+  if (FeedTable *known = find_feed(table)) return known;
+  auto *feed = static_cast<FeedTable *>(memory_->take(sizeof(FeedTable)));
+  if (feed == nullptr) throw std::bad_alloc();
+  *feed = {};
+  feed->table = table;
+  // A number that a rollback takes back is not given again: its transaction's stamp is not.
+  const std::uint64_t number = directory_->next_feed + 1;
+  feed->id = number ^ (store_ == nullptr ? 0 : std::uint64_t{store_->transaction()} << 32);
   try {
-    move_to_end(table, record)->second.details.state = State::marked;
+    feeds().insert(&feed->by_table, hash_of_followed(table));
   } catch (...) {
-    pending_.erase(mark);
+    memory_->give_back(feed);
     throw;
   }
+  set(directory_->next_feed, number);
+  return feed;
 }
 
-void Feed::expect(kelp_table *table, kelp_record *record) {
-  const std::lock_guard lock(mutex_);
-  if (!records_.knows(record)) records_.enter(table, record);
+void Feeds::set_implicit(FeedTable *feed, bool implicit) {
+  set(feed->implicit_write_cursor, implicit ? 1u : 0u);
 }
 
-void Feed::record_linked(const kelp_record *record) {
-  const std::lock_guard lock(mutex_);
-  const auto known = records_.find(record);
-  if (known == records_.end() || known->second.details.state != State::marked) return;
-  pending_.erase(known->first);
-  known->second.details.state = State::gone;
-  ++gone_;
+FeedEntry *Feeds::make_entry(FeedTable *feed, kelp_record *record) {
+  auto *entry = static_cast<FeedEntry *>(memory_->take(sizeof(FeedEntry)));
+  if (entry == nullptr) throw std::bad_alloc();
+  *entry = {};
+  entry->feed = feed;
+  entry->record = record;
+  try {
+    entries().insert(&entry->by_record, hash_of_followed(record));
+  } catch (...) {
+    memory_->give_back(entry);
+    throw;
+  }
+  append(feed, entry);
+  return entry;
 }
 
-void Feed::record_left(const kelp_record *record) {
+// --- the order ---
+
+void Feeds::link(FeedList &list, FeedLinks FeedEntry::*links, FeedEntry *entry) {
+  memory_->touch(&(entry->*links), sizeof(FeedLinks));
+  entry->*links = {nullptr, list.last};
+  if (list.last == nullptr) {
+    set(list.first, entry);
+  } else {
+    set((list.last->*links).next, entry);
+  }
+  set(list.last, entry);
+}
+
+void Feeds::unlink(FeedList &list, FeedLinks FeedEntry::*links, FeedEntry *entry) {
+  const FeedLinks found = entry->*links;
+  if (found.previous == nullptr) {
+    set(list.first, found.next);
+  } else {
+    set((found.previous->*links).next, found.next);
+  }
+  if (found.next == nullptr) {
+    set(list.last, found.previous);
+  } else {
+    set((found.next->*links).previous, found.previous);
+  }
+}
+
+// Whatever cursors know of the order does not hold any more.
+void Feeds::changed(FeedTable *feed) {
+  const std::uint64_t stamp = store_ == nullptr ? 0 : std::uint64_t{store_->transaction()} << 32;
+  set(feed->version, std::max(feed->version + 1, stamp));
+  if (store_ == nullptr) signal();
+}
+
+void Feeds::append(FeedTable *feed, FeedEntry *entry) {
+  set(feed->sequence, feed->sequence + 1);
+  set(entry->sequence, feed->sequence);
+  link(feed->order, &FeedEntry::order, entry);
+  changed(feed);
+}
+
+template <typename Visit>
+void Feeds::each_cursor(const FeedTable *feed, Visit &&visit) {
+  store::CursorTable *table = places_->cursors(false);
+  if (table == nullptr) return;
+  const std::uint32_t used = std::min(store::load(table->used), store::kCursorSlots);
+  for (std::uint32_t i = 0; i < used; ++i) {
+    store::CursorSlot &slot = table->slots[i];
+    if (store::load(slot.process) != 0 && slot.feed == feed->id) visit(slot);
+  }
+}
+
+// What each cursor has seen of the entry that is about to move: all, when it has passed the entry.
+void Feeds::note_cursors(const FeedTable *feed, FeedEntry *entry, const Author &author) {
+  std::uint64_t seen = 0;
+  std::uint64_t foreign = 0;
+  const bool fresh = entry->state == FeedState::expected;
+  each_cursor(feed, [&](const store::CursorSlot &slot) {
+    const std::uint64_t bit = std::uint64_t{1} << (slot.bit % kMostCursors);
+    const bool noted = entry->sequence > slot.opened_at;
+    const bool is_passed = slot.position >= entry->sequence;
+    const bool seen_before = noted && (entry->seen_by & bit) != 0;
+    const bool missed = noted ? (entry->foreign_to & bit) != 0 : entry->author != slot.author;
+    if (!fresh && (is_passed ? entry->state == FeedState::present : seen_before)) seen |= bit;
+    if (slot.author != author.handle || (!fresh && !is_passed && missed)) foreign |= bit;
+  });
+  set(entry->seen_by, seen);
+  set(entry->foreign_to, foreign);
+}
+
+// The entry leaves the state that it is in, and what counts or links it there.
+void Feeds::drop_state(FeedTable *feed, FeedEntry *entry) {
+  if (entry->state == FeedState::gone) set(feed->gone, feed->gone - 1);
+  if (entry->state != FeedState::marked) return;
+  unlink(feed->waiting, &FeedEntry::waiting, entry);
+  set(feed->marked, feed->marked - 1);
+}
+
+void Feeds::move_to_end(FeedTable *feed, FeedEntry *entry, FeedState state, const Author &author) {
+  note_cursors(feed, entry, author);
+  drop_state(feed, entry);
+  unlink(feed->order, &FeedEntry::order, entry);
+  append(feed, entry);
+  set(entry->state, state);
+  set(entry->author, author.handle);
+  set(entry->bulk, author.bulk ? 1u : 0u);
+  set(entry->commit, store_ == nullptr ? own_commit_ : store_->head().sequence + 1);
+  if (state == FeedState::gone) set(feed->gone, feed->gone + 1);
+  if (state != FeedState::marked) return;
+  link(feed->waiting, &FeedEntry::waiting, entry);
+  set(feed->marked, feed->marked + 1);
+}
+
+void Feeds::erase(FeedEntry *entry) {
+  FeedTable *feed = entry->feed;
+  drop_state(feed, entry);
+  unlink(feed->order, &FeedEntry::order, entry);
+  entries().remove(&entry->by_record);
+  memory_->give_back(entry);
+  changed(feed);
+}
+
+// --- what happens to records ---
+
+void Feeds::change(FeedTable *feed, kelp_record *record, const Author &author) {
   const std::lock_guard lock(mutex_);
-  const auto known = records_.find(record);
-  if (known == records_.end() || known->second.details.state == State::marked) return;
-  if (known->second.details.state == State::gone) return;
-  if (cursors_.empty() || known->second.details.state == State::expected) {
-    records_.forget(record);
+  FeedEntry *entry = find_entry(feed, record);
+  if (entry == nullptr) entry = make_entry(feed, record);
+  const bool marked = entry->state == FeedState::marked;
+  if (marked && (record->rec_flags & REC_PENDING_DESTROY) != 0) return;
+  move_to_end(feed, entry, FeedState::present, author);
+}
+
+void Feeds::destroy(FeedTable *feed, kelp_record *record, const Author &author) {
+  const std::lock_guard lock(mutex_);
+  FeedEntry *entry = find_entry(feed, record);
+  if (entry == nullptr) entry = make_entry(feed, record);
+  move_to_end(feed, entry, FeedState::marked, author);
+}
+
+void Feeds::expect(FeedTable *feed, kelp_record *record, const Author &author) {
+  const std::lock_guard lock(mutex_);
+  if (find_entry(feed, record) != nullptr) return;
+  set(make_entry(feed, record)->author, author.handle);
+}
+
+void Feeds::record_linked(const kelp_record *record) {
+  if (empty()) return;
+  const std::lock_guard lock(mutex_);
+  const auto is_marked = [&](const FeedEntry &entry) {
+    return entry.record == record && entry.state == FeedState::marked;
+  };
+  while (FeedEntry *entry = entries().find<FeedEntry>(hash_of_followed(record), is_marked)) {
+    drop_state(entry->feed, entry);
+    set(entry->state, FeedState::gone);
+    set(entry->feed->gone, entry->feed->gone + 1);
+    changed(entry->feed);
+  }
+}
+
+void Feeds::record_left(FeedTable *feed, const kelp_record *record, const Author &author) {
+  const std::lock_guard lock(mutex_);
+  FeedEntry *entry = find_entry(feed, record);
+  if (entry == nullptr || entry->state == FeedState::marked || entry->state == FeedState::gone) {
     return;
   }
-  move_to_end(known->second.table, known->second.record)->second.details.state = State::gone;
-  ++gone_;
-}
-
-void Feed::forget(const kelp_record *record) {
-  const std::lock_guard lock(mutex_);
-  const auto place = records_.find(record);
-  if (place == records_.end()) return;
-  if (place->second.details.state == State::gone) --gone_;
-  pending_.erase(place->first);
-  records_.forget(record);
-}
-
-void Feed::close() {
-  const std::lock_guard lock(mutex_);
-  records_ = {};
-  pending_.clear();
-  gone_ = 0;
-  closed_ = true;
-}
-
-bool Feed::is_closed() const {
-  const std::lock_guard lock(mutex_);
-  return closed_;
-}
-
-bool Feed::next(kelp_feed_cursor *cursor, kelp_feed_change *change) {
-  const std::lock_guard lock(mutex_);
-  auto place = records_.after(cursor->position);
-  while (place != records_.end() && place->second.details.state == State::expected) ++place;
-  if (place == records_.end()) return false;
-  Details &details = place->second.details;
-  change->table = place->second.table;
-  change->record = place->second.record;
-  change->sequence = place->first;
-  cursor->position = place->first;
-  if (details.state != State::present) {
-    change->kind = KELP_FEED_DESTROYED;
-    details.seen_by &= ~cursor->bit;
-    return true;
-  }
-  const bool shown_before = (details.seen_by & cursor->bit) != 0;
-  change->kind = shown_before ? KELP_FEED_MODIFIED : KELP_FEED_INSERTED;
-  details.seen_by |= cursor->bit;
-  return true;
-}
-
-bool Feed::add(kelp_feed_cursor *cursor) {
-  const std::lock_guard lock(mutex_);
-  if (cursors_.size() == kMostCursors) return false;
-  cursors_.push_back(cursor);
-  cursor->bit = ~bits_in_use_ & (bits_in_use_ + 1);  // the lowest free one
-  bits_in_use_ |= cursor->bit;
-  return true;
-}
-
-void Feed::remove(const kelp_feed_cursor *cursor) {
-  const std::lock_guard lock(mutex_);
-  std::erase(cursors_, cursor);
-  bits_in_use_ &= ~cursor->bit;
-  for (auto place = records_.after(0); place != records_.end(); ++place) {
-    place->second.details.seen_by &= ~cursor->bit;
+  bool followed = false;
+  each_cursor(feed, [&](const store::CursorSlot &) { followed = true; });
+  if (!followed || entry->state == FeedState::expected) {
+    erase(entry);
+  } else {
+    move_to_end(feed, entry, FeedState::gone, author);
   }
 }
 
-bool Feed::has_cursors() const {
-  const std::lock_guard lock(mutex_);
-  return !cursors_.empty();
+// --- forgetting ---
+
+void Feeds::forget_record(const kelp_record *record) {
+  if (directory_->feed_entries.count == 0) return;
+  const auto is_of_record = [&](const FeedEntry &entry) { return entry.record == record; };
+  while (FeedEntry *entry = entries().find<FeedEntry>(hash_of_followed(record), is_of_record)) {
+    erase(entry);
+  }
 }
+
+void Feeds::forget_table(FeedTable *feed) {
+  while (feed->order.first != nullptr) erase(feed->order.first);
+  feeds().remove(&feed->by_table);
+  memory_->give_back(feed);
+}
+
+void Feeds::forget(const void *object) {
+  if (empty()) return;
+  const std::lock_guard lock(mutex_);
+  forget_record(static_cast<const kelp_record *>(object));
+  if (FeedTable *feed = find_feed(object)) forget_table(feed);
+}
+
+// --- the collector's questions ---
 
 // The place that the slowest cursor has reached.
-std::uint64_t Feed::passed() const {
+std::uint64_t Feeds::passed(const FeedTable *feed) {
   std::uint64_t slowest = UINT64_MAX;
-  for (const kelp_feed_cursor *cursor : cursors_) slowest = std::min(slowest, cursor->position);
+  each_cursor(feed,
+              [&](const store::CursorSlot &slot) { slowest = std::min(slowest, slot.position); });
   return slowest;
 }
 
-kelp_record *Feed::take_passed(const kelp_table *table) {
+bool Feeds::has_cursors(const FeedTable *feed) {
   const std::lock_guard lock(mutex_);
-  const std::uint64_t passed_by_all = passed();
-  while (!pending_.empty() && *pending_.begin() <= passed_by_all) {
-    const auto place = records_.find(*pending_.begin());
-    kelp_record *record = place->second.record;
-    pending_.erase(pending_.begin());
-    records_.forget(record);
+  drop_ended(feed);
+  return passed(feed) != UINT64_MAX;
+}
+
+kelp_record *Feeds::take_passed(FeedTable *feed) {
+  const std::lock_guard lock(mutex_);
+  const std::uint64_t passed_by_all = passed(feed);
+  while (feed->waiting.first != nullptr && feed->waiting.first->sequence <= passed_by_all) {
+    kelp_record *record = feed->waiting.first->record;
+    erase(feed->waiting.first);
     // A program whose hooks are its own moves records between trees without the feed's knowing.
-    const bool elsewhere = record->record_table != nullptr && record->record_table != table;
+    const bool elsewhere = record->record_table != nullptr && record->record_table != feed->table;
     if (!elsewhere && (record->rec_flags & REC_PENDING_DESTROY) != 0) return record;
   }
   return nullptr;
 }
 
-std::uint32_t Feed::marked() const {
+std::uint32_t Feeds::marked(const FeedTable *feed) const {
   const std::lock_guard lock(mutex_);
-  return static_cast<std::uint32_t>(pending_.size());
+  return static_cast<std::uint32_t>(feed->marked);
 }
 
-void Feed::tidy() {
+void Feeds::tidy(FeedTable *feed) {
   const std::lock_guard lock(mutex_);
-  const std::uint64_t passed_by_all = passed();
-  for (auto place = records_.after(0); gone_ != 0 && place != records_.end();) {
-    const auto here = place++;
-    if (here->first > passed_by_all) break;
-    if (here->second.details.state != State::gone) continue;
-    records_.forget(here->second.record);
-    --gone_;
+  drop_ended(feed);
+  const std::uint64_t passed_by_all = passed(feed);
+  for (FeedEntry *entry = feed->order.first; entry != nullptr && feed->gone != 0;) {
+    FeedEntry *here = entry;
+    entry = entry->order.next;
+    if (here->sequence > passed_by_all) break;
+    if (here->state == FeedState::gone) erase(here);
   }
 }
 

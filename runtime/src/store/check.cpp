@@ -30,6 +30,7 @@ class Checker {
     check_statistics();
     check_directory();
     check_tables();
+    check_feeds();
     return findings_;
   }
 
@@ -547,6 +548,87 @@ class Checker {
       say("table '%.100s': the object of a record lies in no block of the store", table.tbl_name);
     }
     return 1 + std::max(left, right);
+  }
+
+  // --- feeds ---
+
+  void check_feeds() {
+    const Directory &directory = header_.head.directory;
+    std::vector<const FeedTable *> feeds;
+    check_index("feeds", directory.feeds, [&](const IndexNode *node, std::uint64_t hash) {
+      const auto *at = reinterpret_cast<const FeedTable *>(node);
+      FeedTable feed{};
+      kelp_table table{};
+      if (!is_block(at, sizeof feed) || !read_at(at, &feed) ||
+          hash != mix(reinterpret_cast<std::uintptr_t>(feed.table)) ||
+          !is_block(feed.table, sizeof table) || !read_at(feed.table, &table) ||
+          table.runtime_state != at) {
+        return false;
+      }
+      feeds.push_back(at);
+      return true;
+    });
+    check_index("entries of feeds", directory.feed_entries,
+                [&](const IndexNode *node, std::uint64_t hash) {
+                  FeedEntry entry{};
+                  return is_block(node, sizeof entry) && read_at(node, &entry) &&
+                         hash == mix(reinterpret_cast<std::uintptr_t>(entry.record)) &&
+                         is_block(entry.record, sizeof(kelp_record)) &&
+                         std::find(feeds.begin(), feeds.end(), entry.feed) != feeds.end();
+                });
+    std::uint64_t entries = 0;
+    for (const FeedTable *feed : feeds) entries += check_feed(feed);
+    if (entries != directory.feed_entries.count) {
+      say("feeds: %" PRIu64 " entries in their indexes, %" PRIu64 " in their orders",
+          directory.feed_entries.count, entries);
+    }
+  }
+
+  // How many entries the feed has in its order.
+  std::uint64_t check_feed(const FeedTable *address) {
+    FeedTable feed{};
+    if (!read_at(address, &feed)) return 0;
+    std::uint64_t in_state[4] = {};
+    std::uint64_t last = 0;
+    const std::uint64_t found = check_feed_list(
+        address, "order", feed.order, &FeedEntry::order, [&](const FeedEntry &each) {
+          const auto state = static_cast<std::uint32_t>(each.state);
+          if (state > 3 || each.sequence <= last || each.sequence > feed.sequence) return false;
+          last = each.sequence;
+          ++in_state[state];
+          return true;
+        });
+    const std::uint64_t waiting =
+        check_feed_list(address, "list of marked records", feed.waiting, &FeedEntry::waiting,
+                        [](const FeedEntry &each) { return each.state == FeedState::marked; });
+    const std::uint64_t marked = in_state[static_cast<std::uint32_t>(FeedState::marked)];
+    const std::uint64_t gone = in_state[static_cast<std::uint32_t>(FeedState::gone)];
+    if (marked != feed.marked || marked != waiting || gone != feed.gone) {
+      say("a feed: %" PRIu64 " records marked and %" PRIu64 " gone, found %" PRIu64 ", %" PRIu64
+          " in their list, and %" PRIu64,
+          feed.marked, feed.gone, marked, waiting, gone);
+    }
+    return found;
+  }
+
+  template <typename Test>
+  std::uint64_t check_feed_list(const FeedTable *feed, const char *what, const FeedList &list,
+                                FeedLinks FeedEntry::*links, Test &&belongs) {
+    std::uint64_t found = 0;
+    const FeedEntry *before = nullptr;
+    for (const FeedEntry *at = list.first; at != nullptr;) {
+      FeedEntry entry{};
+      if (!is_block(at, sizeof entry) || !read_at(at, &entry) || entry.feed != feed ||
+          (entry.*links).previous != before || !belongs(entry) ||
+          ++found > header_.head.directory.feed_entries.count) {
+        say("a feed: its %s is broken at its entry %" PRIu64, what, found);
+        return found;
+      }
+      before = at;
+      at = (entry.*links).next;
+    }
+    if (list.last != before) say("a feed: its %s does not end where it says", what);
+    return found;
   }
 
   View view_;

@@ -102,6 +102,7 @@ std::int32_t Gate::claim_slot(kelp_error *error) {
     // A writer clears the readers of the dead, and might do so to the slot's next process.
     if (slot.pid != 0 && (slot.readers != 0 || !is_dead(slot))) continue;
     __atomic_store_n(&slot.pid, 0u, __ATOMIC_SEQ_CST);
+    drop_cursors(i + 1);
     slot.started = process_start(getpid());
     slot.since = 0;
     std::atomic_signal_fence(std::memory_order_seq_cst);
@@ -146,6 +147,21 @@ bool Gate::is_dead(const ProcessSlot &slot) const {
   if (pid == 0) return true;
   const std::uint64_t started = process_start(pid);
   return started == 0 || started != slot.started;
+}
+
+void Gate::drop_cursors(std::uint32_t mark) {
+  CursorTable &cursors = table_->cursors;
+  const std::uint32_t used = std::min(load(cursors.used), kCursorSlots);
+  for (std::uint32_t i = 0; i < used; ++i) {
+    CursorSlot &slot = cursors.slots[i];
+    if (load(slot.process) == mark) __atomic_store_n(&slot.process, 0u, __ATOMIC_SEQ_CST);
+  }
+}
+
+void Gate::announce_commit() {
+  CursorTable &cursors = table_->cursors;
+  __atomic_fetch_add(&cursors.commits, 1u, __ATOMIC_SEQ_CST);
+  if (load(cursors.listeners) != 0) futex_wake(&cursors.commits);
 }
 
 std::uint32_t Gate::own_mark() const {

@@ -52,6 +52,18 @@ class Gate {
   Entry lock_read(bool nested, std::uint64_t deadline, kelp_error *error);
   void unlock_read();
 
+  // Where the cursors of all processes stand.
+  CursorTable &cursors() { return table_->cursors; }
+  // The number by which this process's things in the table go, and whether another's has ended.
+  std::uint32_t own_mark() const;
+  bool has_ended(std::uint32_t mark) const {
+    return mark == 0 || mark > kProcessSlots || is_dead(table_->slots[mark - 1]);
+  }
+  // Tells those who wait for changes that a commit is about to be.
+  void announce_commit();
+  // Whether this process reads.
+  bool is_reading() const { return load(slot_->readers) != 0; }
+
   bool is_entered() const { return table_ != nullptr && slot_ != nullptr; }
   std::atomic<bool> &damaged() { return damaged_; }
 
@@ -63,7 +75,7 @@ class Gate {
   void name_holder(const ProcessSlot *holder, const char *what, std::uint64_t since,
                    kelp_error *error) const;
   std::int32_t claim_slot(kelp_error *error);
-  std::uint32_t own_mark() const;
+  void drop_cursors(std::uint32_t mark);
 
   std::string path_;
   File file_;

@@ -10,6 +10,11 @@
 #include "kelp/table.h"
 #include "store/index.hpp"
 
+namespace kelp::store {
+struct FeedEntry;
+struct FeedTable;
+}  // namespace kelp::store
+
 // An entry of the three indexes of OIDs. It stays where it is, so that others may hold it.
 struct kelp_oid_mapping {
   kelp::store::IndexNode by_object;
@@ -36,7 +41,7 @@ inline constexpr std::size_t kHeapOffset = kTypesOffset + kTypesBytes;
 inline constexpr char kStoreMagic[16] = "kelp database\n\x1a";
 inline constexpr char kJournalMagic[16] = "kelp journal\n\x1a";
 inline constexpr char kLockMagic[16] = "kelp locks\n\x1a";
-inline constexpr std::uint32_t kLayoutVersion = 1;
+inline constexpr std::uint32_t kLayoutVersion = 2;
 inline constexpr std::uint32_t kByteOrder = 0x01020304;
 
 // Where stores are mapped: outside what loaders and sanitizers use on x86-64.
@@ -91,6 +96,9 @@ struct Directory {
   std::uint64_t next_oid;
   kelp_table_list *table_list;
   kelp_toc_root *toc_root;
+  IndexRoot feeds;         // by their tables
+  IndexRoot feed_entries;  // by their records
+  std::uint64_t next_feed;
 };
 
 // What transactions change. It is saved as a whole at the start of each.
@@ -132,6 +140,57 @@ enum class SpanKind : std::uint8_t { none, table, slots, large, large_rest, free
 
 inline constexpr std::uint8_t kLive = 1;
 inline constexpr std::uint8_t kRuntimes = 2;  // the runtime's own, not an object's
+
+// What a feed says of a record: its latest change. A feed has one entry for each record, in the
+// order of their sequences.
+enum class FeedState : std::uint32_t {
+  expected,  // not shown to anybody yet
+  present,
+  marked,  // for destruction
+  gone     // out of the tree
+};
+
+struct FeedLinks {
+  FeedEntry *next;
+  FeedEntry *previous;
+};
+
+struct FeedEntry {
+  IndexNode by_record;
+  FeedTable *feed;
+  kelp_record *record;
+  std::uint64_t sequence;
+  FeedLinks order;
+  FeedLinks waiting;  // among the marked ones
+  // A bit for each cursor, as it was when the entry got its sequence; a cursor that was opened
+  // later has none.
+  std::uint64_t seen_by;     // was shown the record as there
+  std::uint64_t foreign_to;  // was not shown a change that another handle made
+  std::uint64_t author;      // the handle that made the latest change
+  std::uint64_t commit;      // the transaction of it
+  FeedState state;
+  std::uint32_t bulk;  // the latest change was part of a bulk transfer
+};
+
+struct FeedList {
+  FeedEntry *first;
+  FeedEntry *last;
+};
+
+// The feed of a table that is marked for replication.
+struct FeedTable {
+  IndexNode by_table;
+  kelp_table *table;
+  std::uint64_t id;        // no other feed of the database ever has it
+  std::uint64_t sequence;  // of the latest change
+  std::uint64_t version;   // another one whenever an entry moved, also after a rollback
+  FeedList order;
+  FeedList waiting;
+  std::uint64_t gone;    // entries in this state
+  std::uint64_t marked;  // and in this
+  std::uint32_t implicit_write_cursor;
+  std::uint32_t unused;
+};
 
 // One for each 64 KiB of the heap, in the first span of its segment.
 struct Span {
@@ -194,6 +253,29 @@ static_assert(sizeof(ProcessSlot) == 64);
 
 inline constexpr std::uint32_t kProcessSlots = 1020;
 
+// A place in a feed. Whoever reads moves its own, so that cursors are no part of transactions and
+// go with the processes that opened them.
+struct CursorSlot {
+  std::uint32_t process;    // 1 and the number of its slot; 0 for a free one
+  std::uint32_t bit;        // the number of its bit in the entries of the feed
+  std::uint64_t feed;       // its id
+  std::uint64_t position;   // the sequence that it has passed
+  std::uint64_t opened_at;  // the feed's sequence when it was opened
+  std::uint64_t author;     // the handle that opened it
+  std::uint64_t unused[3];
+};
+static_assert(sizeof(CursorSlot) == 64);
+
+inline constexpr std::uint32_t kCursorSlots = 4096;
+
+struct CursorTable {
+  std::uint32_t commits;    // rises before each commit that changes anything (a futex)
+  std::uint32_t listeners;  // how many sleep on it
+  std::uint32_t used;       // slots from here on were never taken
+  std::uint32_t unused[13];
+  CursorSlot slots[kCursorSlots];
+};
+
 struct LockTable {
   char magic[16];
   std::uint32_t layout;
@@ -206,8 +288,10 @@ struct LockTable {
   std::uint32_t slots_used;  // slots from here on were never taken
   std::uint32_t unused_words[45];
   ProcessSlot slots[kProcessSlots];
+  CursorTable cursors;
 };
 static_assert(offsetof(LockTable, owner) == 56);
 static_assert(offsetof(LockTable, slots) == 256);
+static_assert(offsetof(LockTable, cursors) == 65536);
 
 }  // namespace kelp::store

@@ -152,6 +152,7 @@ std::int32_t Store::lock_write(kelp_error *error) {
 void Store::begin() {
   writing_ = true;
   failure_ = {};
+  announced_ = false;
   const bool stale = types_private_.load() && types_seen_.load() != header_->head.types_version;
   if (stale || types_drifted_.load()) refresh_types();
   stamp_ = ++header_->stamp;
@@ -175,7 +176,13 @@ std::int32_t Store::commit(kelp_error *error) {
   if (failure_.code == 0 && damaged_.load()) check_size(&failure_);
   if (failure_.code == 0) {
     write_types();
-    if (has_changes()) ++header_->head.sequence;
+    if (has_changes()) {
+      ++header_->head.sequence;
+      // Before the commit, so that nobody who dies behind it leaves others asleep: who wakes up
+      // waits for the lock.
+      announced_ = failure_.code == 0;
+      if (announced_) gate_.announce_commit();
+    }
   }
   if (failure_.code != 0) {
     const kelp_error reason = failure_;
@@ -259,6 +266,24 @@ bool Store::back(std::uint64_t spans) {
   }
   header_->head.spans = spans;
   return true;
+}
+
+// --- cursors ---
+
+// The file's lock goes with its holder, and threads of the process would share it.
+std::int32_t Store::lock_places(kelp_error *error) {
+  if (const auto code = check_process(error)) return code;
+  places_.lock();
+  if (gate_.unsettle(deadline())) return 0;
+  places_.unlock();
+  return fail(error, ETIMEDOUT,
+              "store '%s': another process opens or closes it, or a cursor in it; the wait is over",
+              path_.c_str());
+}
+
+void Store::unlock_places() {
+  gate_.settle();
+  places_.unlock();
 }
 
 // --- memory ---

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <bitset>
@@ -19,6 +20,7 @@
 #include <string>
 
 #include "store/check.hpp"
+#include "store/cursor_places.hpp"
 #include "store/gate.hpp"
 #include "store/heap.hpp"
 #include "store/journal.hpp"
@@ -36,7 +38,7 @@ struct Options {
   std::uint32_t wait_ms = 10000;  // UINT32_MAX: without limit
 };
 
-class Store final : public Memory, private Ground {
+class Store final : public Memory, public CursorPlaces, private Ground {
  public:
   // Null with the error filled in: a file that is not as this version writes it is not changed.
   static std::unique_ptr<Store> open(const std::string &path, const Options &options,
@@ -57,10 +59,17 @@ class Store final : public Memory, private Ground {
   void rollback();
 
   bool is_writing() const { return writing_; }
+  // Whether this process has a lock, and whether it is the one that opened the store.
+  bool is_locked() const { return writing_ || gate_.is_reading(); }
+  bool is_own() const { return getpid() == pid_; }
+  // The number of the transaction that runs or ran last; one that is undone has used its up.
+  std::uint32_t transaction() const { return header_->stamp; }
   // For the writer: why this transaction cannot be committed any more, 0 when it can.
   const kelp_error &failure() const { return failure_; }
   // Has the commit of this transaction fail.
   void refuse(std::int32_t code, const char *reason);
+  // Whether the last commit was told to those who wait for changes.
+  bool was_announced() const { return announced_; }
   // Of the transaction that this process committed last.
   std::uint64_t committed() const { return committed_; }
 
@@ -97,6 +106,12 @@ class Store final : public Memory, private Ground {
   }
   void give_back(void *block) override;
   void touch(const void *address, std::size_t length) override;
+
+  CursorTable *cursors(bool) override { return &gate_.cursors(); }
+  std::uint32_t own_mark() const override { return gate_.own_mark(); }
+  bool has_ended(std::uint32_t mark) const override { return gate_.has_ended(mark); }
+  std::int32_t lock_places(kelp_error *error) override;
+  void unlock_places() override;
 
   // What is to be done in this process after a rollback, or when others have committed.
   void on_rollback(std::function<void()> work) { after_rollback_ = std::move(work); }
@@ -149,6 +164,7 @@ class Store final : public Memory, private Ground {
   std::uint64_t begun_allocations_ = 0;
   std::uint64_t begun_spans_ = 0;
   std::uint64_t committed_ = 0;
+  bool announced_ = false;
   std::bitset<kTypesBytes / kPageBytes> types_pages_;  // changed by this transaction
   std::atomic<bool> types_private_{false};  // pages of the private mapping are this process's own
   std::atomic<bool> types_drifted_{false};  // and hold what readers counted
@@ -157,6 +173,7 @@ class Store final : public Memory, private Ground {
   kelp_error failure_ = {};
   std::function<void()> after_rollback_;
   std::mutex mending_;
+  std::mutex places_;  // within the process
 };
 
 }  // namespace kelp::store
