@@ -88,7 +88,8 @@ coverage: packages
 MUTATIONS ?=
 mutate: packages
 	@cmake --preset dev >/dev/null
-	@cmake --build --preset dev -j $(JOBS) --target system_tests message_tests kelp_tests
+	@cmake --build --preset dev -j $(JOBS) --target system_tests message_tests kelp_tests \
+		kelp_fault_tests store_tests
 	@tests/mutations/run.py -j $(JOBS) $(MUTATIONS)
 
 bench: packages

@@ -27,9 +27,8 @@ class ContentCopy {
       if (field.kind == Kind::structure) flags_within(*field.structure, place + field.offset);
     }
   }
-  void up_to(std::size_t place) {
+  void up_to(std::size_t place) const {
     std::memcpy(destination_ + done_, source_ + done_, place - done_);
-    done_ = place;
   }
 
  private:

@@ -13,7 +13,9 @@ A list holds mutations with an empty line between two, lines that begin with # a
 The first line is the file. `-` is the text that is there and `+` what stands in its place: a whole
 expression, or whole statements with their semicolons (`+` alone: nothing). The text must stand in
 the file once; `@` is a text before it, from which on it is looked for. `?` names a test program of
-the dev build and the tests in it that must fail. One line more says what is out of the ordinary:
+the dev build and the tests in it of which one must fail. Rules of headers that a test has compiled
+into itself are tried with the test's source in place of a program (with + between several), which
+is then compiled with the mutations. One line more says what is out of the ordinary:
 
     = why nobody can tell the two apart: nothing may fail then
     ! alone: the text is a declaration or is evaluated by the compiler
@@ -33,6 +35,7 @@ import re
 import signal
 import subprocess
 import sys
+import time
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent.parent
@@ -59,7 +62,8 @@ constexpr bool harbor_mutated(int number) {
 }
 #endif
 """
-TIME_LIMIT = 60  # seconds for the tests of one mutation; a hang is noticed
+# Tests that run so many times longer than without a mutation, and a minute, do not end.
+PATIENCE = 10
 
 
 class Row:
@@ -195,22 +199,36 @@ class Mutants:
 
 
 class Programs:
-    """The test programs of the dev build, run with the mutants' libraries."""
+    """The test programs of the dev build, run with the mutants' libraries, and those that are made
+    of a test's source and the mutants' headers."""
 
     def __init__(self, dev, mutants):
+        self.mutants, self.seconds = mutants, {}
         self.places = {path.name: path for folder in ('tests', 'runtime')
                        for path in (dev / folder).glob('*_tests') if os.access(path, os.X_OK)}
         self.libraries = f'{mutants.build}/src:{mutants.build}/runtime'
         self.reached = mutants.source.parent / 'reached'
         self.reached.mkdir(exist_ok=True)
 
-    def fail(self, row, number):
+    def compile(self, sources):
+        """A program of test sources whose rules are in headers."""
+        made = self.mutants.build / pathlib.Path(sources.partition('+')[0]).stem
+        source = self.mutants.source
+        places = [source / name if (source / name).is_file() else PROJECT / name
+                  for name in sources.split('+')]
+        subprocess.run(['c++', '-std=c++20', '-O0', '-w', '-include', source.parent / 'mutation.hpp',
+                        f'-I{source}/src', f'-I{source}/include', f'-I{source}/runtime/include',
+                        f'-I{PROJECT}/tests', *places, '-o', made, '-lgtest', '-lgtest_main'],
+                       check=True)
+        self.places[sources] = made
+
+    def fail(self, row, number, tests=None):
         """The first failure under the mutation of that number, None when nothing fails."""
         mark = self.reached / str(row.number)
         mark.unlink(missing_ok=True)
         environment = {**os.environ, 'LD_LIBRARY_PATH': self.libraries,
                        'HARBOR_MUTATION': str(number), 'HARBOR_MUTATION_REACHED': str(mark)}
-        for program, names in row.tests:
+        for program, names in tests or row.tests:
             if program not in self.places:
                 raise SystemExit(f'{row.place}: there is no test program {program} in the dev build')
             # A session of its own, so that it ends with the children of its tests.
@@ -218,12 +236,16 @@ class Programs:
                                     '--gtest_fail_fast', '--gtest_brief=1'], env=environment,
                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                                    errors='replace', cwd=self.reached, start_new_session=True)
+            begun = time.monotonic()
             try:
-                output, _ = run.communicate(timeout=TIME_LIMIT)
+                output, _ = run.communicate(
+                    timeout=60 + PATIENCE * self.seconds.get((program, names), 60))
             except subprocess.TimeoutExpired:
                 os.killpg(run.pid, signal.SIGKILL)
                 run.communicate()
                 return 'no end'
+            if number == 0:
+                self.seconds[(program, names)] = time.monotonic() - begun
             if run.returncode < 0:
                 return f'signal {-run.returncode}'
             failed = re.search(r'\[  FAILED  \] (\S+?),? ', output + ' ')
@@ -267,7 +289,8 @@ def main():
     mutants = Mutants(options.build.resolve() / 'mutate', options.jobs)
     mutants.copy()
     together = [row for row in rows if not row.alone]
-    mutants.write(mutants.switched(together))
+    switched = mutants.switched(together)
+    mutants.write(switched)
     output = mutants.make()
     if output:
         for row in complaints(output, together, mutants):
@@ -284,17 +307,22 @@ def main():
     def try_one(row):
         return row, judge(row, programs.fail(row, row.number), programs.was_reached(row))
 
-    for tests in sorted({tuple(row.tests) for row in rows}):
-        unmutated = next(row for row in rows if tuple(row.tests) == tests)
-        failure = programs.fail(unmutated, 0)
+    first = {}
+    for row in rows:
+        for tests in row.tests:
+            first.setdefault(tests, row)
+    for sources in sorted({program for program, _ in first if program.endswith('.cpp')}):
+        programs.compile(sources)
+    for tests, row in first.items():
+        failure = programs.fail(row, 0, [tests])
         if failure:
-            raise SystemExit(f'{unmutated.place}: without any mutation, {failure}')
+            raise SystemExit(f'{row.place}: without any mutation, {failure}')
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         for row, verdict in pool.map(try_one, together):
             tell(row, verdict)
     for row in rows:
         if row.alone:
-            mutants.write(mutants.single(row))
+            mutants.write({**switched, **mutants.single(row)})
             broken = mutants.make()
             tell(row, ('noticed', 'the compiler') if broken
                  else judge(row, programs.fail(row, 0), True))

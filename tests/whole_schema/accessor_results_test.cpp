@@ -8,6 +8,7 @@
 #include "composition.hpp"
 #include "model/lists.hpp"
 #include "support/objects.hpp"
+#include "types/replaced_call.hpp"
 #include "whole_schema/erased.hpp"
 
 namespace whole_schema {
@@ -121,6 +122,30 @@ TEST_P(AccessorResults, AreEmptyInAFailedChain) {
 INSTANTIATE_TEST_SUITE_P(Handles, AccessorResults,
                          testing::Values(KELP_TRACKING_ABSENT, KELP_TRACKING_ON, KELP_TRACKING_OFF),
                          name_of_tracking);
+
+std::vector<std::int32_t> asked_plainly;
+std::int8_t note_question(const void *object, std::int32_t space_id, std::int32_t plain) {
+  asked_plainly.push_back(plain);
+  return kelp_get_instance_variant(object, space_id, plain);
+}
+
+// The gate of a field says whether the value stands there plainly.
+TEST(FieldGate, AsksForTheVariantAsTheKindIsKept) {
+  harness::Store store;
+  const harness::ReplacedCall variant("kelp_get_instance_variant", note_question);
+  for (const Structure *type : harbor::model::structures) {
+    Object object(store, *type);
+    for (const Field *field : type->fields) {
+      if (!has_value(*field)) continue;
+      asked_plainly.clear();
+      get_value(store, *type, *field, object.get(), &store.err);
+      const bool plain = field->kind == Kind::boolean || field->kind == Kind::enumeration ||
+                         field->kind == Kind::flags;
+      ASSERT_FALSE(asked_plainly.empty());
+      EXPECT_EQ(asked_plainly[0], plain ? 1 : 0) << of(*type, *field, "get_value");
+    }
+  }
+}
 
 // A fresh object of every type reads as zero in every value field, enumerations too.
 TEST(FreshObject, ReadsAsZeroInEveryValueField) {

@@ -1,4 +1,9 @@
 // The guarded memory calls.
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "kelp/trace.h"
 #include "support.hpp"
 
 namespace {
@@ -50,6 +55,22 @@ TEST(GuardedDeathTest, NullPointersEndTheProcess) {
 TEST(AssertionDeathTest, NamesTheExpressionAndThePlace) {
   EXPECT_DEATH(bassert("((1 << 24) - 1) != __ref_cnt", "dir/source", 77),
                "assertion failed: \\(\\(1 << 24\\) - 1\\) != __ref_cnt, at dir/source:77");
+}
+
+TEST(AssertionDeathTest, KeepsWhatWasTraced) {
+  const std::string path = testing::TempDir() + "kelp_assertion_" + std::to_string(getpid());
+  EXPECT_DEATH(
+      {
+        constexpr std::uint8_t source[16] = {1};
+        kelp_trace_open_file(path.c_str(), nullptr);
+        __XLf_0(source, 7, 0, 0x3000000);
+        bassert("no", "source", 1);
+      },
+      "assertion failed: no");
+  kelp_trace_file_report report = {};
+  EXPECT_EQ(kelp_trace_scan_file(path.c_str(), nullptr, nullptr, &report, nullptr), 0);
+  EXPECT_EQ(report.records, 1u);
+  std::remove(path.c_str());
 }
 
 }  // namespace

@@ -81,6 +81,13 @@ TEST_F(CacheTest, FreedRecordIsForgotten) {
   EXPECT_EQ(content(), "1x1 ");
 }
 
+TEST_F(CacheTest, RecordStandsThereWithItsLatestTable) {
+  kelp_table other = {};
+  kelprepl_add_to_cache(handle, 0, &other, record(0), &err);
+  enter(0);
+  EXPECT_EQ(content(), "0x2 ");
+}
+
 TEST_F(CacheTest, CapacityOfNoneTurnsItOff) {
   kelp_database_options options;
   kelp_database_options_init(&options);

@@ -328,6 +328,39 @@ TEST_F(CollectorTest, RecordThatGoesWithAnotherIsNotTouched) {
   EXPECT_EQ(memory().live_allocations, 0u);
 }
 
+kelp_table *freed_table = nullptr;
+void *in_its_place = nullptr;
+
+// Ends a record and another table with it, whose memory goes to something else.
+void destroy_with_table(kelp_handle *handle, std::uint32_t space_id, kelp_record *record,
+                        std::uint32_t *err) {
+  destroy_record(handle, space_id, record, err);
+  free_table(handle, space_id, freed_table, err);
+  in_its_place = handle->obj_alloc(handle->obj_pool, space_id, sizeof(kelp_table));
+  std::memset(in_its_place, 0xEE, sizeof(kelp_table));
+}
+
+void table_vft(kelp_handle *handle, std::uint32_t space_id, const std::uint8_t *luid,
+               const kelp_table_vft **vft, std::uint32_t *err) {
+  static kelp_table_vft with_table;
+  kelp_test::get_vft(handle, space_id, luid, vft, err);
+  with_table = **vft;
+  with_table.operations[KELP_VFT_DESTROY_RECORD - KELP_VFT_TABLE_OPEN] =
+      reinterpret_cast<kelp_vft_word>(&destroy_with_table);
+  *vft = &with_table;
+}
+
+TEST_F(CollectorTest, TableThatGoesWithARecordIsNotTouched) {
+  kelp_table_enable_cursors(handle, table, 1, nullptr);
+  kelp_module_set_vft_lookup(kelp_test::kTableModule, table_vft, nullptr);
+  freed_table = open_table("other");
+  request(insert(table, 1));
+  EXPECT_EQ(collect().records_ended, 1u);
+  release(in_its_place);
+  free_now(table);
+  EXPECT_EQ(memory().live_allocations, 0u);
+}
+
 void *paired_objects[2];
 
 // Ends both of a pair, whichever comes first.

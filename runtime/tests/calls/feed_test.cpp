@@ -158,6 +158,35 @@ TEST_F(FeedTest, RecordFreedBehindItsBackIsForgotten) {
   EXPECT_EQ(changes(), "");
 }
 
+TEST_F(FeedTest, ReportedRecordIsForgottenWithItsMemory) {
+  kelp_table_enable_cursors(handle, table, 0, nullptr);
+  open_cursor();
+  kelp_record *record = insert(table, 1);
+  change(record);
+  handle->collector_context = 1;
+  kelp_test::delete_record(handle, 0, table, record, &err);
+  handle->collector_context = 0;
+  release(record);
+  EXPECT_EQ(changes(), "");
+}
+
+// What all cursors have passed is dropped in the collector's run: a later cursor sees none of it.
+TEST_F(FeedTest, LaterCursorIsNotShownWhatLeftBeforeIt) {
+  open_cursor();
+  add(1);
+  add(2);
+  handle->collector_context = 1;
+  kelp_test::delete_record(handle, 0, table, records[0], &err);
+  handle->collector_context = 0;
+  EXPECT_EQ(changes(), "+2 -1");
+  collect();
+  kelp_feed_cursor *first = cursor;
+  open_cursor();
+  EXPECT_EQ(changes(), "+2");
+  kelp_feed_cursor_close(first);
+  insert_again(table, records[0]);
+}
+
 TEST_F(FeedTest, RecordOfAnotherTableIsRefused) {
   kelp_table *other = open_table("other");
   kelp_table_enable_cursors(handle, other, 1, nullptr);
@@ -254,6 +283,18 @@ TEST_F(FeedTest, BitOfAClosedCursorIsForgotten) {
   open_cursor();
   change(records[0]);
   EXPECT_EQ(changes(), "+1");
+}
+
+TEST_F(FeedTest, BitsOfClosedCursorsServeAgain) {
+  add(1);
+  for (int i = 0; i < 70; ++i) {
+    open_cursor();
+    kelp_feed_cursor_close(cursor);
+  }
+  open_cursor();
+  EXPECT_EQ(changes(), "+1");
+  change(records[0]);
+  EXPECT_EQ(changes(), "~1");
 }
 
 TEST_F(FeedTest, FeedOfAFreedTableShowsNothing) {

@@ -81,6 +81,20 @@ TEST_F(DistancesTest, FreedMemoryTakesItsDistancesAlong) {
   EXPECT_EQ(kelplib_get_sttr_offset(handle, 0, &second->children[0]), 0u);
 }
 
+TEST_F(DistancesTest, FreedMemoryLeavesThoseOfItsNeighbours) {
+  std::vector<Object *> blocks;
+  for (std::uint32_t i = 0; i < 100; ++i) {
+    blocks.push_back(static_cast<Object *>(allocate(64)));
+    std::memset(static_cast<void *>(blocks.back()), 0, 64);
+    kelplib_update_sttr_offset(handle, 0, blocks.back(), i + 1);
+  }
+  for (std::size_t i = 0; i < 100; i += 2) release(blocks[i]);
+  for (std::uint32_t i = 0; i < 100; ++i) {
+    EXPECT_EQ(kelplib_get_sttr_offset(handle, 0, blocks[i]), i % 2 == 0 ? 0 : i + 1);
+  }
+  for (std::size_t i = 1; i < 100; i += 2) release(blocks[i]);
+}
+
 TEST_F(DistancesTest, FreedLargeMemoryTakesItsDistancesAlong) {
   auto *block = static_cast<char *>(allocate(1 << 20));
   auto *object = reinterpret_cast<Object *>(block + 700000);

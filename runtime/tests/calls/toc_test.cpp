@@ -83,6 +83,18 @@ TEST_F(TocTest, TakenNameIsRefused) {
   release(second);
 }
 
+TEST_F(TocTest, TableEnteredUnderAnotherNameLosesTheFirst) {
+  kelp_table *table = make_table("first");
+  insert(table);
+  std::snprintf(table->tbl_name, sizeof table->tbl_name, "other");
+  insert(table);
+  EXPECT_EQ(find("first"), nullptr);
+  EXPECT_EQ(find("other"), table);
+  EXPECT_EQ(err, 0u);
+  release(table);
+  EXPECT_EQ(find("other"), nullptr);
+}
+
 TEST_F(TocTest, BadArgumentsAreRefused) {
   insert(nullptr);
   EXPECT_EQ(err, 22u);

@@ -124,7 +124,8 @@ class Program {
     }
     lumen_set_key(handle_->obj_pool, "key", table_);
     lumen_get_key(handle_->obj_pool, "key");
-    kelp_handle_set_variant(handle_, "thing", 1, nullptr);
+    const std::int32_t code = kelp_handle_set_variant(handle_, "thing", 1, nullptr);
+    EXPECT_TRUE(code == 0 || code == 12) << code;
     void *space = nullptr;
     std::uint32_t size = 0;
     std::uint32_t err = 0;
@@ -236,6 +237,50 @@ TEST(NoMemoryTest, TraceAndRegistrations) {
   };
   fail_each(failing::malloc_calls, work);
   fail_each(failing::write_calls, work);
+}
+
+// The runtime's own memory of a database grows while a type is entered again and again.
+TEST(NoMemoryTest, VariantsOfAType) {
+  kelp_database_options options;
+  kelp_database_options_init(&options);
+  options.shared_tinfo = 1;
+  kelp_database *database = kelp_database_open_private("types", &options, nullptr);
+  kelp_handle *handle = kelp_handle_create(database, nullptr, nullptr);
+  const Type type("thing");
+  kelp_type_record_copy copy = {};
+  copy.record = type.record;
+  failing::fail_after(failing::mmap_calls, 0);
+  const kelp_variant_info *before = nullptr;
+  for (int i = 0; !failing::has_struck(failing::mmap_calls); ++i) {
+    ASSERT_LT(i, 1000000);
+    ASSERT_EQ(kelp_handle_last_error(handle, nullptr), 0);
+    before = copy.record.varinfo;
+    kelp_update_variant_info(handle, 0, &copy, &type.record, 1);
+  }
+  failing::fail_after(failing::mmap_calls, -1);
+  EXPECT_EQ(kelp_handle_last_error(handle, nullptr), 12);
+  EXPECT_EQ(copy.record.varinfo, before);
+  kelp_handle_destroy(handle);
+  EXPECT_EQ(kelp_database_close(database, nullptr), 0);
+}
+
+// A distance that nobody knows would have others' bytes marked.
+TEST(NoMemoryDeathTest, DistanceThatFindsNoPlace) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_DEATH(
+      {
+        kelp_database *database = kelp_database_open_private("distances", nullptr, nullptr);
+        kelp_handle *handle = kelp_handle_create(database, nullptr, nullptr);
+        constexpr std::size_t kObjects = 100000;
+        auto *objects = static_cast<kelp_object_header *>(
+            handle->obj_alloc(handle->obj_pool, 0, kObjects * sizeof(kelp_object_header)));
+        failing::fail_after(failing::mmap_calls, 0);
+        for (std::size_t i = 0; i < kObjects; ++i) {
+          objects[i] = {};
+          kelplib_update_sttr_offset(handle, 0, &objects[i], 8);
+        }
+      },
+      "memory for the distance");
 }
 
 // The ends of a process too, as nobody has asked for any of these things before.

@@ -234,9 +234,11 @@ TEST_F(ArenaTest, ThreadsAllocateTogether) {
   std::vector<std::thread> threads;
   for (int number = 0; number < 4; ++number) {
     threads.emplace_back([&] {
+      kelp_handle *own = kelp_handle_create(database, nullptr, nullptr);
       std::vector<void *> blocks;
-      for (int i = 0; i < 2000; ++i) blocks.push_back(allocate(64));
-      for (void *block : blocks) release(block);
+      for (int i = 0; i < 2000; ++i) blocks.push_back(own->obj_alloc(own->obj_pool, 0, 64));
+      for (void *block : blocks) own->obj_free(own->obj_pool, 0, block);
+      kelp_handle_destroy(own);
     });
   }
   for (std::thread &thread : threads) thread.join();

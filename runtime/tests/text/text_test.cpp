@@ -70,6 +70,25 @@ TEST(Text, SnprintfOfALongTextStopsAtTheSpaceAndLeavesWhatIsBehindIt) {
   }
 }
 
+TEST(Text, SnprintfWritesASignThatStandsTwiceOnce) {
+  Buffer buffer;
+  EXPECT_EQ(kelp_snprintf(nullptr, 0, buffer.bytes, 32, &buffer.err, "%s: 5%% of %s", "a", "b"),
+            10u);
+  EXPECT_EQ(buffer.all(), "a: 5% of b" + hashes(22));
+}
+
+TEST(Text, SnprintfOfALongLineWithANumberStopsAtTheSpaceAndLeavesWhatIsBehindIt) {
+  const std::string line = "7 " + std::string(2000, 'x');
+  for (uint32_t size : {1u, 100u, 2001u, 2002u, 2003u, 2100u}) {
+    std::string buffer(2200, '#');
+    uint32_t err = 0;
+    const uint32_t used =
+        kelp_snprintf(nullptr, 0, buffer.data(), size, &err, "%d %s", 7, line.c_str() + 2);
+    EXPECT_EQ(used, std::min(size - 1, 2002u));
+    EXPECT_EQ(buffer, line.substr(0, used) + std::string(2200 - used, '#')) << "size " << size;
+  }
+}
+
 TEST(Text, SnprintfDoesNothingUnderASetErrorWord) {
   Buffer buffer;
   buffer.err = 90;

@@ -478,7 +478,7 @@ TEST_F(TraceFileTest, DamagedRecordsAreRefused) {
     EXPECT_EQ(kelp_trace_read_file(path.c_str(), nullptr, nullptr, &error), 22) << cut;
   }
   for (const std::size_t at : {0, 4, 5, 7, 39, 48, 52, 55, 64, 68}) {
-    for (const char value : {'\0', '\2', '\x09', '\x7F', '\xF8', '\xFF'}) {
+    for (const char value : {'\0', '\2', '\x08', '\x09', '\x7F', '\xF8', '\xFF'}) {
       // A text cut to two bytes within its padding is a sound record.
       if (good[at] == value || (at == 52 && value == '\2')) continue;
       std::string bad = good;
@@ -526,6 +526,14 @@ TEST_F(TraceFileTest, OneRecordIsReadFromItsBytes) {
   EXPECT_STREQ(error.text,
                "kelp_trace_read_record: bytes of a text before a NUL: found 2, expected 8");
   EXPECT_EQ(kelp_trace_read_record(nullptr, 0, &event, &length, &error), KELP_ERR_INVALID);
+  // The longest record is waited for; a length above it is damage.
+  constexpr std::size_t longest = 48 + std::size(kelp_trace_event{}.arguments) * (8 + 1024);
+  for (const std::size_t each : {longest, longest + 8}) {
+    std::string head = bytes.substr(0, 48);
+    head[4] = static_cast<char>(each & 0xFF);
+    head[5] = static_cast<char>(each >> 8);
+    EXPECT_EQ(read(head, &event, &length), each == longest ? KELP_ERR_AGAIN : KELP_ERR_INVALID);
+  }
 }
 
 TEST_F(TraceFileTest, MissingFileIsNamed) {
@@ -552,6 +560,23 @@ TEST_F(TraceDeathTest, FatalMessageIsSeenOnStandardError) {
   testing::internal::CaptureStderr();
   __XLf_14(kSource, 17, module, 0, "name", 3);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "fatal: trace_test: name has 3\n");
+}
+
+// A process that registers more modules than there is room for.
+TEST_F(TraceDeathTest, ModulesBeyondTheRoomGetNoId) {
+  EXPECT_EXIT(
+      {
+        std::uint32_t highest = 0;
+        std::uint32_t last = 1;
+        for (int i = 0; i < 1100; ++i) {
+          std::uint32_t each = 0;
+          xlog_module_init_fn(("trace_test_" + std::to_string(i)).c_str(), &each, nullptr);
+          highest = std::max(highest, each);
+          last = each;
+        }
+        std::_Exit(highest == 1024 && last == 0 ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 std::string format(const kelp_trace_event &event, const char *text) {

@@ -122,6 +122,12 @@ TEST_F(XmlTest, IndexFromOneFindsTheNthChildOfThatName) {
   EXPECT_EQ(count_at(document, "//a/v[3]"), 0u);
 }
 
+TEST_F(XmlTest, IndexCountsForItsOwnPartAlone) {
+  const Document document("<a><v><w>1</w></v><v><w>2</w><w>3</w></v></a>");
+  EXPECT_EQ(value_at(document, "//a/v[2]/w"), "2");
+  EXPECT_EQ(count_at(document, "//a/v[2]/w"), 2u);
+}
+
 TEST_F(XmlTest, AnotherRecordsElementIsNotTakenForAMissingOne) {
   const Document document("<r><a><x>1</x></a><a><y>2</y></a></r>");
   EXPECT_EQ(value_at(document, "//a/y", KELP_ERR_NOT_FOUND), "unchanged");
