@@ -8,7 +8,7 @@ setup := tools/setup/install-packages.sh
 lists := tools/setup
 
 .PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes \
-	emit format reproducible docs install packages clean
+	emit format reproducible install packages clean
 
 help:
 	@echo "make run      install what is missing, build, show a router, a captured database and its picture"

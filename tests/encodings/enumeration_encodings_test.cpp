@@ -1,12 +1,12 @@
 // Image, text and XML of enumeration objects.
-#include <kelp/xml.h>
-
 #include <cstring>
 
+#include "encodings/xml_forms.hpp"
 #include "types/light_family.hpp"
 
 namespace {
 
+using encodings::Document;
 using harness::CallLog;
 using harness::Store;
 using harness::WriteWatch;
@@ -14,20 +14,6 @@ using light::Place;
 
 constexpr std::uint32_t space = 7;
 using Image = std::vector<std::uint8_t>;
-
-// A document, freed with the test.
-class Document {
- public:
-  explicit Document(const std::string &text)
-      : document_(kelp_xml_parse(text.data(), text.size(), nullptr, 0)) {
-    EXPECT_NE(document_, nullptr) << text;
-  }
-  ~Document() { kelp_xml_free(document_); }
-  operator kelp_xml_document *() const { return document_; }
-
- private:
-  kelp_xml_document *document_;
-};
 
 // An object of the type at its domain's variant, with a value.
 template <typename Object>

@@ -1,14 +1,14 @@
 // Image, text and XML of flag objects.
 #include "encodings/flag_set_encodings.hpp"
 
-#include <kelp/xml.h>
-
 #include <cstring>
 
+#include "encodings/xml_forms.hpp"
 #include "types/light_family.hpp"
 
 namespace {
 
+using encodings::Document;
 using harness::CallLog;
 using harness::Store;
 using harness::TraceLog;
@@ -17,19 +17,6 @@ using light::Place;
 
 constexpr std::uint32_t space = 7;
 using Image = std::vector<std::uint8_t>;
-
-class Document {
- public:
-  explicit Document(const std::string &text)
-      : document_(kelp_xml_parse(text.data(), text.size(), nullptr, 0)) {
-    EXPECT_NE(document_, nullptr) << text;
-  }
-  ~Document() { kelp_xml_free(document_); }
-  operator kelp_xml_document *() const { return document_; }
-
- private:
-  kelp_xml_document *document_;
-};
 
 // An object with its byte of flags, destroyed with the test.
 class Options {

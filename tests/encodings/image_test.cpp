@@ -91,12 +91,6 @@ TEST(Image, ANetworkHasItsMaskTheCountAndTheElements) {
   EXPECT_EQ(store.err, 0u);
 }
 
-kelp_vstring *text_arm(Store &store, const char *text) {
-  kelp_vstring *arm = kelp_vstring_create(store, 0);
-  kelp_vstring_assign(store, 0, arm, text, std::strlen(text), &store.err);
-  return arm;
-}
-
 TEST(Image, AChoiceHasItsSelectorAndTheSelectedArms) {
   Store store;
   const Object<ospf_authentication> choice(store, types::ospf_authentication);

@@ -259,12 +259,6 @@ TEST(Text, AnObjectOfANegativeVariantIsOnlyOpened) {
 
 // --- the choice ----------------------------------------------------------------------------------
 
-kelp_vstring *text_arm(Store &store, const char *text) {
-  kelp_vstring *arm = kelp_vstring_create(store, 0);
-  kelp_vstring_assign(store, 0, arm, text, std::strlen(text), &store.err);
-  return arm;
-}
-
 const std::string choice_head = "x@ospf_authentication: {\n  auth_type_selection@ospf_auth_type:";
 
 TEST(Text, ASelectedArmIsLabelledWithItsSelectorAndADot) {

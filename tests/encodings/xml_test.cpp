@@ -13,12 +13,6 @@ using harness::TraceLog;
 using harness::WriteWatch;
 namespace types = harbor::model::types;
 
-kelp_vstring *text_arm(Store &store, const char *text) {
-  kelp_vstring *arm = kelp_vstring_create(store, 0);
-  kelp_vstring_assign(store, 0, arm, text, std::strlen(text), &store.err);
-  return arm;
-}
-
 // --- writing -------------------------------------------------------------------------------------
 
 TEST(Xml, AnAreaIsItsValuesWithoutReferences) {

@@ -82,6 +82,37 @@ TEST(Store, AReaderWhoComesBeforeTheFirstWriterFindsNothing) {
             0);
 }
 
+// A process with a store open and a lock on it, where it stays until a signal comes.
+class Holder {
+ public:
+  Holder(const std::string &path, const std::function<void(Rows &)> &hold) {
+    Signal ready;
+    id_ = start([&] {
+      Rows rows(path);
+      hold(rows);
+      ready.give();
+      pause();
+      return 0;
+    });
+    ready.take();
+  }
+  Holder(const Holder &) = delete;
+  Holder &operator=(const Holder &) = delete;
+  ~Holder() { end(); }
+
+  pid_t id() const { return id_; }
+  void stop() const { kill(id_, SIGSTOP); }
+  void end() {
+    if (id_ == 0) return;
+    kill(id_, SIGKILL);
+    EXPECT_EQ(wait_for(id_), 1000 + SIGKILL);
+    id_ = 0;
+  }
+
+ private:
+  pid_t id_ = 0;
+};
+
 TEST(Store, ADeadWriterIsUndoneByWhoComesNext) {
   const Folder folder;
   const std::string path = folder.file();
@@ -90,36 +121,20 @@ TEST(Store, ADeadWriterIsUndoneByWhoComesNext) {
               return rows.lock_write() != 0 || rows.put(1, "one") != 0 ? 1 : rows.unlock();
             }),
             0);
-  Signal ready;
-  const pid_t writer = start([&] {
-    Rows rows(path);
+  Holder writer(path, [](Rows &rows) {
     rows.lock_write();
     rows.put(1, "half");
     rows.put(2, "done");
-    ready.give();
-    pause();
-    return 0;
   });
-  ready.take();
-  kill(writer, SIGKILL);
-  EXPECT_EQ(wait_for(writer), 1000 + SIGKILL);
+  writer.end();
   EXPECT_EQ(verify(path, {Model{{1, "one"}}}), "");
 }
 
 TEST(Store, ADeadReaderHoldsNobodyUp) {
   const Folder folder;
   const std::string path = folder.file();
-  Signal ready;
-  const pid_t reader = start([&] {
-    Rows rows(path);
-    rows.lock_read();
-    ready.give();
-    pause();
-    return 0;
-  });
-  ready.take();
-  kill(reader, SIGKILL);
-  EXPECT_EQ(wait_for(reader), 1000 + SIGKILL);
+  Holder reader(path, [](Rows &rows) { rows.lock_read(); });
+  reader.end();
   EXPECT_EQ(run([&] {
               Rows rows(path);
               return rows.lock_write() != 0 ? 1 : rows.unlock();
@@ -131,22 +146,15 @@ TEST(Store, ADeadReaderHoldsNobodyUp) {
 void expect_wait_in_vain(bool holder_writes, bool waiter_writes) {
   const Folder folder;
   const std::string path = folder.file();
-  Signal ready;
-  const pid_t holder = start([&] {
-    Rows rows(path);
-    holder_writes ? rows.lock_write() : rows.lock_read();
-    ready.give();
-    pause();
-    return 0;
-  });
-  ready.take();
-  kill(holder, SIGSTOP);
+  Holder holder(path, [&](Rows &rows) { holder_writes ? rows.lock_write() : rows.lock_read(); });
+  holder.stop();
   EXPECT_EQ(run([&] {
               const kelp_store_options options = options_with(100);
               Rows rows(path, &options);
               const std::int32_t code = waiter_writes ? rows.lock_write() : rows.lock_read();
-              const std::string expected = "process " + std::to_string(holder) + " has held the " +
-                                           (holder_writes ? "write" : "read") + " lock since 20";
+              const std::string expected = "process " + std::to_string(holder.id()) +
+                                           " has held the " + (holder_writes ? "write" : "read") +
+                                           " lock since 20";
               if (std::strstr(rows.error.text, expected.c_str()) == nullptr) {
                 std::fprintf(stderr, "'%s'\n", rows.error.text);
                 return 1;
@@ -154,8 +162,7 @@ void expect_wait_in_vain(bool holder_writes, bool waiter_writes) {
               return code == 110 ? 0 : 2;
             }),
             0);
-  kill(holder, SIGKILL);
-  wait_for(holder);
+  holder.end();
 }
 
 TEST(Store, AStoppedWriterIsNamedToAWriter) { expect_wait_in_vain(true, true); }
@@ -165,23 +172,14 @@ TEST(Store, AStoppedReaderIsNamedToAWriter) { expect_wait_in_vain(false, true); 
 TEST(Store, ReadersOfSeveralProcessesReadBesideEachOther) {
   const Folder folder;
   const std::string path = folder.file();
-  Signal ready;
-  const pid_t reader = start([&] {
-    Rows rows(path);
-    rows.lock_read();
-    ready.give();
-    pause();
-    return 0;
-  });
-  ready.take();
+  Holder reader(path, [](Rows &rows) { rows.lock_read(); });
   EXPECT_EQ(run([&] {
               const kelp_store_options options = options_with(0);
               Rows rows(path, &options);
               return rows.lock_read();
             }),
             0);
-  kill(reader, SIGKILL);
-  wait_for(reader);
+  reader.end();
 }
 
 TEST(Store, AReaderMakesKeysBesideTheStore) {

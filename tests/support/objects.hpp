@@ -32,6 +32,13 @@ inline Bytes bytes_of(const std::string &hexadecimal) {
   return bytes;
 }
 
+// A text that an arm can take over.
+inline kelp_vstring *text_arm(harness::Store &store, const char *text) {
+  kelp_vstring *arm = kelp_vstring_create(store, 0);
+  kelp_vstring_assign(store, 0, arm, text, std::strlen(text), &store.err);
+  return arm;
+}
+
 inline kelp_object_header &header(void *object) {
   return *static_cast<kelp_object_header *>(object);
 }

@@ -6,6 +6,25 @@ namespace capture_rows {
 
 using namespace ospf_tables;
 
+namespace {
+
+// The row above the LSAs of one type, with the table for them; the table above is made when it is
+// not there.
+template <typename Ops, typename AboveOps, typename SetType, typename SetRows>
+typename Ops::Table *add_rows(Session &session, std::unique_ptr<NewTable<AboveOps>> &above,
+                              std::uint16_t type, SetType set_type, SetRows set_rows) {
+  if (above == nullptr) above = std::make_unique<NewTable<AboveOps>>(session);
+  NewRecord<AboveOps> record(session);
+  NewObject<AboveOps> new_object(session);
+  auto *object = record.put(new_object);
+  set_type(session.handle(), space, object, type, session.err());
+  auto *rows = add_table<Ops>(session, object, set_rows);
+  record.insert_into(*above);
+  return rows;
+}
+
+}  // namespace
+
 void DatabaseRows::add_to_as(const ospf_decode::LsaV2 &lsa) {
   add_lsa(session_, as_rows(lsa.header.type), lsa);
 }
@@ -52,29 +71,14 @@ DatabaseRows::LinkRows *DatabaseRows::interface_rows(std::uint32_t area,
   return rows;
 }
 
-// The row above the LSAs of one type, with the table for them.
 DatabaseRows::LinkRows *DatabaseRows::add_link_rows(LinkTable &table, std::uint16_t type) {
-  if (table == nullptr) table = std::make_unique<NewTable<link_scope_lsas_ops>>(session_);
-  NewRecord<link_scope_lsas_ops> record(session_);
-  NewObject<link_scope_lsas_ops> new_object(session_);
-  link_scope_lsas *object = record.put(new_object);
-  link_scope_lsas_lsa_type_set_value(session_.handle(), space, object, type, session_.err());
-  auto *rows =
-      add_table<link_scope_lsa_ops>(session_, object, link_scope_lsas_link_scope_lsa_db_set_by_ref);
-  record.insert_into(*table);
-  return rows;
+  return add_rows<link_scope_lsa_ops>(session_, table, type, link_scope_lsas_lsa_type_set_value,
+                                      link_scope_lsas_link_scope_lsa_db_set_by_ref);
 }
 
 DatabaseRows::AreaRows *DatabaseRows::add_area_rows(AreaTable &table, std::uint16_t type) {
-  if (table == nullptr) table = std::make_unique<NewTable<area_scope_lsas_ops>>(session_);
-  NewRecord<area_scope_lsas_ops> record(session_);
-  NewObject<area_scope_lsas_ops> new_object(session_);
-  area_scope_lsas *object = record.put(new_object);
-  area_scope_lsas_lsa_id_set_value(session_.handle(), space, object, type, session_.err());
-  auto *rows =
-      add_table<area_scope_lsa_ops>(session_, object, area_scope_lsas_area_scope_lsa_set_by_ref);
-  record.insert_into(*table);
-  return rows;
+  return add_rows<area_scope_lsa_ops>(session_, table, type, area_scope_lsas_lsa_id_set_value,
+                                      area_scope_lsas_area_scope_lsa_set_by_ref);
 }
 
 }  // namespace capture_rows

@@ -1,7 +1,6 @@
 #include "ospf_decode/lsa_v2.hpp"
 
 #include "body_end.hpp"
-#include "ospf_decode/checksum.hpp"
 
 namespace ospf_decode {
 namespace {
@@ -129,16 +128,7 @@ bool decode_body(Cursor body, LsaV2 &out, const Report &report) {
 
 void decode_lsa_v2(Bytes raw, LsaV2 &out, const Report &report) {
   clear_body(out);
-  Cursor cursor(raw);
-  out.header = read_lsa_header_v2(cursor);
-  out.raw = raw;
-  out.complete = false;
-  out.checksum_ok = lsa_checksum_ok(raw);
-  if (!out.checksum_ok) {
-    report(ErrorKind::bad_lsa_checksum);
-    return;
-  }
-  out.complete = decode_body(cursor, out, report);
+  decode_lsa(raw, out, report, read_lsa_header_v2, decode_body);
 }
 
 }  // namespace ospf_decode

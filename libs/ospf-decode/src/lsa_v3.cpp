@@ -1,7 +1,6 @@
 #include "ospf_decode/lsa_v3.hpp"
 
 #include "body_end.hpp"
-#include "ospf_decode/checksum.hpp"
 
 namespace ospf_decode {
 namespace {
@@ -165,16 +164,7 @@ bool decode_body(Cursor body, LsaV3 &out, const Report &report) {
 
 void decode_lsa_v3(Bytes raw, LsaV3 &out, const Report &report) {
   clear_body(out);
-  Cursor cursor(raw);
-  out.header = read_lsa_header_v3(cursor);
-  out.raw = raw;
-  out.complete = false;
-  out.checksum_ok = lsa_checksum_ok(raw);
-  if (!out.checksum_ok) {
-    report(ErrorKind::bad_lsa_checksum);
-    return;
-  }
-  out.complete = decode_body(cursor, out, report);
+  decode_lsa(raw, out, report, read_lsa_header_v3, decode_body);
 }
 
 }  // namespace ospf_decode

@@ -547,6 +547,27 @@ TEST(LsaV3, UnknownFunctionCodesAreRaw) {
 }
 
 // Every LSA cut short at every octet, sealed again so that the checksum does not hide the body.
+// Each start of the bodies, by type; `Decoded` is V2 or V3.
+template <typename Decoded>
+void expect_every_prefix_decodes(const std::map<unsigned, Octets> &bodies, LsaParts parts) {
+  for (const auto &[type, body] : bodies) {
+    parts.type = type;
+    std::size_t complete = 0;
+    for (std::size_t length = 0; length <= body.size(); ++length) {
+      Decoded decoded;
+      decoded.decode(parts,
+                     Octets(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(length)));
+      EXPECT_TRUE(decoded.lsa.checksum_ok);
+      if (!decoded.lsa.complete) {
+        EXPECT_GE(decoded.errors.total(), 1u) << type << ' ' << length;
+      }
+      complete += decoded.lsa.complete;
+    }
+    EXPECT_GE(complete, 1u) << type;
+    EXPECT_LT(complete, body.size()) << type;
+  }
+}
+
 TEST(Truncation, EveryPrefixOfEveryKindDecodes) {
   const std::map<unsigned, Octets> v2_bodies = {
       {1, Writer().u8(7).u8(0).u16(2).u32(1).u32(2).u8(1).u8(1).u16(3).u32(4).u32(5).u32(6).u32(7)},
@@ -554,21 +575,7 @@ TEST(Truncation, EveryPrefixOfEveryKindDecodes) {
       {3, Writer().u32(1).u32(2).u32(3)},
       {5, Writer().u32(1).u32(2).u32(3).u32(4).u32(5).u32(6).u32(7)},
       {10, Writer().tlv(1, {1, 2, 3, 4}).tlv(2, te_link_value())}};
-  for (const auto &[type, body] : v2_bodies) {
-    std::size_t complete = 0;
-    for (std::size_t length = 0; length <= body.size(); ++length) {
-      V2 v2;
-      v2.decode({.type = type, .id = 0x01000000},
-                Octets(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(length)));
-      EXPECT_TRUE(v2.lsa.checksum_ok);
-      if (!v2.lsa.complete) {
-        EXPECT_GE(v2.errors.total(), 1u) << type << ' ' << length;
-      }
-      complete += v2.lsa.complete;
-    }
-    EXPECT_GE(complete, 1u) << type;
-    EXPECT_LT(complete, body.size()) << type;
-  }
+  expect_every_prefix_decodes<V2>(v2_bodies, {.id = 0x01000000});
   const std::map<unsigned, Octets> v3_bodies = {
       {0x2001, Writer().zeros(36)},
       {0x2002, Writer().zeros(12)},
@@ -580,21 +587,7 @@ TEST(Truncation, EveryPrefixOfEveryKindDecodes) {
       {0x2009, Writer().u16(2).u16(1).u64(0).u8(48).u8(0).u16(0).u64(1).u8(64).u24(0).u64(2)},
       {0x000b, Writer().tlv(1, {1, 2, 3, 4}).tlv(2, {1})},
       {0x800c, Writer().tlv(1, {1, 2, 3, 4}).tlv(7, {'a', 'b'})}};
-  for (const auto &[type, body] : v3_bodies) {
-    std::size_t complete = 0;
-    for (std::size_t length = 0; length <= body.size(); ++length) {
-      V3 v3;
-      v3.decode({.type = type},
-                Octets(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(length)));
-      EXPECT_TRUE(v3.lsa.checksum_ok);
-      if (!v3.lsa.complete) {
-        EXPECT_GE(v3.errors.total(), 1u) << type << ' ' << length;
-      }
-      complete += v3.lsa.complete;
-    }
-    EXPECT_GE(complete, 1u) << type;
-    EXPECT_LT(complete, body.size()) << type;
-  }
+  expect_every_prefix_decodes<V3>(v3_bodies, {});
 }
 
 }  // namespace

@@ -70,6 +70,12 @@ Bytes area_record() {
   return image;
 }
 
+Bytes area_record_with(std::size_t at, std::uint8_t byte) {
+  Bytes image = area_record();
+  image[at] = byte;
+  return image;
+}
+
 void expect_record_refused(const Bytes &image, const Expected &expected) {
   expect_refused(OSPF_HARBOR_CHECK_RECORD, "tbl_ospf_area", image, expected);
 }
@@ -108,33 +114,29 @@ TEST(Sizes, AnEmptyImageIsCut) {
 }
 
 TEST(Frames, AnotherMarkerIsRefused) {
-  Bytes image = area_record();
-  image[0] = 189;
-  expect_record_refused(image, {OSPF_HARBOR_FAULT_MARKER, 0,
-                                "offset 0x0: tbl_ospf_area marker: found 189, expected 188"});
+  expect_record_refused(
+      area_record_with(0, 189),
+      {OSPF_HARBOR_FAULT_MARKER, 0, "offset 0x0: tbl_ospf_area marker: found 189, expected 188"});
 }
 
 TEST(Frames, ReservedBytesAreAllSet) {
-  Bytes image = area_record();
-  image[4] = 0;
-  expect_record_refused(image, {OSPF_HARBOR_FAULT_RESERVED, 4,
-                                "offset 0x4: tbl_ospf_area reserved bytes: found 0, expected 255"});
+  expect_record_refused(area_record_with(4, 0),
+                        {OSPF_HARBOR_FAULT_RESERVED, 4,
+                         "offset 0x4: tbl_ospf_area reserved bytes: found 0, expected 255"});
 }
 
 TEST(Frames, TheTrackingMarkIsWhatTheFirstObjectSays) {
-  Bytes image = area_record();
-  image[7] = 1;
-  expect_record_refused(image, {OSPF_HARBOR_FAULT_TRACKING_MARK, 7,
-                                "offset 0x7: tbl_ospf_area tracking mark: found 1, expected 0, as "
-                                "the first object has no state bytes"});
+  expect_record_refused(area_record_with(7, 1),
+                        {OSPF_HARBOR_FAULT_TRACKING_MARK, 7,
+                         "offset 0x7: tbl_ospf_area tracking mark: found 1, expected 0, as "
+                         "the first object has no state bytes"});
 }
 
 TEST(Frames, TheLengthIsThatOfTheBytes) {
-  Bytes image = area_record();
-  image[15] = 0x5e;
-  expect_record_refused(image, {OSPF_HARBOR_FAULT_FRAME_LENGTH, 12,
-                                "offset 0xc: tbl_ospf_area length: found 94, expected 93, the "
-                                "bytes of the image"});
+  expect_record_refused(area_record_with(15, 0x5e),
+                        {OSPF_HARBOR_FAULT_FRAME_LENGTH, 12,
+                         "offset 0xc: tbl_ospf_area length: found 94, expected 93, the "
+                         "bytes of the image"});
 }
 
 TEST(Frames, TheFillIsNotLookedAt) {

@@ -23,6 +23,15 @@ void count(kelp_handle *handle, uint32_t space_id, const kelp_type_record *recor
   }
 }
 
+// What both counting calls ask of their arguments.
+bool can_count(kelp_handle *handle, const kelp_type_record *record, const uint64_t *counter,
+               uint32_t *err) {
+  if (kelp::is_set(err)) return false;
+  if (record != nullptr && counter != nullptr) return true;
+  kelp::raise(handle, err, KELP_ERR_INVALID);
+  return false;
+}
+
 }  // namespace
 
 extern "C" int8_t kelp_get_instance_variant(const void *object, int32_t, int32_t) {
@@ -69,22 +78,13 @@ extern "C" uint32_t kelplib_validate_object_flags(const void *object, int32_t re
 extern "C" void kelplib_type_stats_create_object(kelp_handle *handle, uint32_t space_id,
                                                  const kelp_type_record *record,
                                                  uint64_t *create_count, uint32_t *err) {
-  if (kelp::is_set(err)) return;
-  if (record == nullptr || create_count == nullptr) {
-    kelp::raise(handle, err, KELP_ERR_INVALID);
-    return;
-  }
-  count(handle, space_id, record, create_count);
+  if (can_count(handle, record, create_count, err)) count(handle, space_id, record, create_count);
 }
 
 extern "C" void kelplib_type_stats_destroy_object(kelp_handle *handle, uint32_t space_id,
                                                   const kelp_type_record *record,
                                                   uint64_t *create_count, uint32_t *err) {
-  if (kelp::is_set(err)) return;
-  if (record == nullptr || create_count == nullptr) {
-    kelp::raise(handle, err, KELP_ERR_INVALID);
-    return;
-  }
+  if (!can_count(handle, record, create_count, err)) return;
   constexpr std::size_t kApart =
       offsetof(kelp_variant_entry, destroy_count) - offsetof(kelp_variant_entry, create_count);
   count(handle, space_id, record, create_count + kApart / sizeof(uint64_t));

@@ -14,25 +14,14 @@
 #include "commands/commands.hpp"
 #include "ospf_decode/lsa_v3.hpp"
 #include "ospf_tables/input_error.hpp"
+#include "shown.hpp"
 #include "support/processes.hpp"
-#include "views/show.hpp"
 
 namespace {
 
 using captured::CaptureFile;
 using namespace ospf_decode;
 using namespace ospf_decode::testing;
-
-std::string shown(ospf_tables::Session &session, const std::string &path = "") {
-  char *text = nullptr;
-  std::size_t size = 0;
-  std::FILE *out = open_memstream(&text, &size);
-  tool::show(session, path, out);
-  std::fclose(out);
-  std::string result(text, size);
-  std::free(text);
-  return result;
-}
 
 struct Outcome {
   int status;

@@ -16,9 +16,9 @@
 #include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/tree.hpp"
 #include "router_answers/frr_reader.hpp"
+#include "shown.hpp"
 #include "support/places.hpp"
 #include "support/temporary_folder.hpp"
-#include "views/show.hpp"
 
 namespace {
 
@@ -271,17 +271,6 @@ TEST_P(LoadedSample, HoldsWhatTheIpv6AnswersSay) {
 INSTANTIATE_TEST_SUITE_P(Campus, LoadedSample, testing::Values("r1", "r2", "r3", "r4", "r5", "r6"));
 
 // --- the tree as it is shown -------------------------------------------------------------------
-
-std::string shown(ospf_tables::Session &session, const std::string &path) {
-  char *text = nullptr;
-  std::size_t size = 0;
-  std::FILE *out = open_memstream(&text, &size);
-  tool::show(session, path, out);
-  std::fclose(out);
-  std::string result(text, size);
-  std::free(text);
-  return result;
-}
 
 TEST(Show, PrintsEveryRowOfTheTree) {
   ospf_tables::Session session;
