@@ -142,8 +142,8 @@ struct Heard {
 
 class Loader {
  public:
-  Loader(Session &session, const decode::Network &network)
-      : session_(session), network_(network), now_(network.last_time()) {}
+  Loader(Session &session, const decode::Network &network, decode::Time now)
+      : session_(session), network_(network), now_(now) {}
 
   std::vector<LoadedInstance> load() {
     gather();
@@ -224,8 +224,8 @@ class Loader {
     for (const decode::LsdbEntry *entry : network_.lsdb().sorted()) {
       if (entry->gone_at(now_) || network_.grace_over(*entry, now_)) continue;
       // Each LSA was decoded when its packet was read, to see what is wrong with it, and is decoded
-      // here once more: most of what is heard is refreshed or flushed before the end, and its octets
-      // are a tenth of what its typed fields take. What is wrong with it was counted then.
+      // here once more: most of what is heard is refreshed or flushed before the end, and its
+      // octets are a tenth of what its typed fields take. What is wrong with it was counted then.
       decode::ErrorCounts counted_before;
       const decode::Report report(counted_before, entry->packet);
       if (entry->key.version == 2) {
@@ -282,7 +282,12 @@ class Loader {
 }  // namespace
 
 std::vector<LoadedInstance> load_network(Session &session, const decode::Network &network) {
-  return Loader(session, network).load();
+  return load_network(session, network, network.last_time());
+}
+
+std::vector<LoadedInstance> load_network(Session &session, const decode::Network &network,
+                                         decode::Time now) {
+  return Loader(session, network, now).load();
 }
 
 }  // namespace capture_rows

@@ -64,6 +64,8 @@ bool CaptureReader::open_live(const std::string &interface, int timeout_ms) {
   pcap_set_promisc(handle, 1);
   pcap_set_timeout(handle, timeout_ms);
   pcap_set_immediate_mode(handle, 1);
+  // The system's default holds no more packets than a router sends at once when it comes up.
+  pcap_set_buffer_size(handle, 32 << 20);
   state_->nanoseconds = pcap_set_tstamp_precision(handle, PCAP_TSTAMP_PRECISION_NANO) == 0;
   if (pcap_activate(handle) < 0) {
     state_->error = pcap_geterr(handle);
@@ -117,6 +119,12 @@ CaptureReader::Status CaptureReader::next(Frame &out) {
 
 // A flag of our own: the capture library looks at its own one only where packets come.
 void CaptureReader::stop() { state_->stopped = true; }
+
+std::uint64_t CaptureReader::dropped() const {
+  pcap_stat counts{};
+  const bool live = state_->wait_ms != 0 && state_->handle != nullptr;
+  return live && pcap_stats(state_->handle.get(), &counts) == 0 ? counts.ps_drop : 0;
+}
 
 const std::string &CaptureReader::error() const { return state_->error; }
 

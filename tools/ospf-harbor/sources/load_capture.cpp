@@ -137,23 +137,28 @@ class SignalsStop {
   struct sigaction before_[2]{};
 };
 
-void listen(Source &source, unsigned seconds, Progress &progress) {
+// turn is called behind each packet, and at least twice a second.
+template <typename Turn>
+void listen(Source &source, unsigned seconds, Turn &&turn) {
   const SignalsStop stop(source.reader);
   const Clock::time_point end = Clock::now() + std::chrono::seconds(seconds);
   while (!source.at_end && (seconds == 0 || Clock::now() < end)) {
     source.advance();
     if (source.has_frame) source.decoder.decode(source.frame);
-    progress.packets(source.decoder.frames());
+    turn();
   }
   if (!source.at_end) source.decoder.finish();
 }
 
-void complain(const std::string &text) {
-  std::fprintf(stderr, "ospf-harbor: load capture: %s\n", in_one_line(text).c_str());
+void complain(const char *command, const std::string &text) {
+  std::fprintf(stderr, "ospf-harbor: %s: %s\n", command, in_one_line(text).c_str());
 }
 
+constexpr char load_name[] = "load capture";
+constexpr char collect_name[] = "collect";
+
 // What was wrong with a source, one line for each kind.
-bool complain_of(const Source &source) {
+bool complain_of(const char *command, const Source &source) {
   bool any = false;
   for (std::size_t at = 0; at < decode::error_kind_count; ++at) {
     const auto kind = static_cast<decode::ErrorKind>(at);
@@ -165,12 +170,18 @@ bool complain_of(const Source &source) {
                        std::to_string(entry.first_packet) + ": " +
                        std::string(decode::error_text(kind));
     if (kind == decode::ErrorKind::damaged_capture) line += " (" + source.damage + ")";
-    complain(line);
+    complain(command, line);
+  }
+  if (const std::uint64_t dropped = source.reader.dropped(); dropped != 0) {
+    any = true;
+    complain(command, source.name + ": " + counted(dropped, "packet was", "packets were") +
+                          " lost, since they came faster than they were read");
   }
   if (source.decoder.ospf_packets() == 0) {
     any = true;
-    complain(source.name + ": found no OSPF packet in " +
-             counted(source.decoder.frames(), "packet", "packets") + ", expected some");
+    complain(command, source.name + ": found no OSPF packet in " +
+                          counted(source.decoder.frames(), "packet", "packets") +
+                          ", expected some");
   }
   return any;
 }
@@ -199,13 +210,17 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
       return;
     }
     failed = true;
-    complain(InputError(name, "", source->reader.error(),
+    complain(load_name,
+             InputError(name, "", source->reader.error(),
                         live ? "an interface to listen on" : "a capture (pcap or pcapng)")
                  .what());
   };
   if (!options.interface.empty()) {
     open(options.interface, true);
-    if (!sources.empty()) listen(*sources.front(), options.seconds, progress);
+    if (!sources.empty()) {
+      const Source &source = *sources.front();
+      listen(*sources.front(), options.seconds, [&] { progress.packets(source.decoder.frames()); });
+    }
   } else {
     for (const std::string &file : options.files) open(file, false);
     read_files(sources, progress);
@@ -231,8 +246,95 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
   }
   progress.clear();
   if (report != nullptr) std::fflush(report);
-  for (const auto &source : sources) failed |= complain_of(*source);
+  for (const auto &source : sources) failed |= complain_of(load_name, *source);
   return failed ? 1 : 0;
+}
+
+namespace {
+
+// What of the network is committed when it changes: all but ages and timers.
+struct Standing {
+  std::vector<std::uint64_t> words;
+  bool operator==(const Standing &) const = default;
+};
+
+Standing standing_of(const decode::Network &network, decode::Time now) {
+  Standing standing;
+  for (const decode::LsdbEntry *entry : network.lsdb().sorted()) {
+    standing.words.push_back(std::uint64_t{entry->packet} << 1 | (entry->gone_at(now) ? 1 : 0));
+  }
+  for (const decode::Neighbor &neighbor : network.neighbors(now)) {
+    standing.words.push_back(std::uint64_t{neighbor.router_id} << 8 |
+                             static_cast<std::uint64_t>(neighbor.state));
+    standing.words.push_back(std::uint64_t{neighbor.designated_router} << 32 |
+                             neighbor.backup_designated_router);
+  }
+  for (std::uint32_t at = 0; at < network.interfaces().size(); ++at) {
+    const decode::Hello &hello = network.interfaces()[at].hello;
+    standing.words.push_back(std::uint64_t{hello.designated_router} << 32 |
+                             hello.backup_designated_router);
+    standing.words.push_back(static_cast<std::uint64_t>(network.interface_state(at)) << 8 |
+                             static_cast<std::uint64_t>(network.network_type(at)));
+  }
+  return standing;
+}
+
+decode::Time wall_clock() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return static_cast<decode::Time>(
+      std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
+}
+
+// Commits what changed, at most twice a second.
+class Collector {
+ public:
+  Collector(Session &session, const decode::Network &network)
+      : session_(session), network_(network) {}
+
+  void turn() {
+    if (Clock::now() < next_) return;
+    next_ = Clock::now() + std::chrono::milliseconds(500);
+    commit();
+  }
+  void commit() {
+    const decode::Time now = std::max(network_.last_time(), wall_clock());
+    Standing standing = standing_of(network_, now);
+    if (standing == committed_) return;
+    session_.changing([&] { load_network(session_, network_, now); });
+    committed_ = std::move(standing);
+    ++commits_;
+  }
+  std::uint64_t commits() const { return commits_; }
+
+ private:
+  Session &session_;
+  const decode::Network &network_;
+  Standing committed_;
+  Clock::time_point next_ = Clock::now();
+  std::uint64_t commits_ = 0;
+};
+
+}  // namespace
+
+int collect_capture(Session &session, const CaptureOptions &options) {
+  decode::Network network;
+  Source source(options.interface, network);
+  if (!source.reader.open_live(options.interface)) {
+    complain(collect_name,
+             InputError(options.interface, "", source.reader.error(), "an interface to listen on")
+                 .what());
+    return 1;
+  }
+  std::fprintf(stderr, "listening on %s\n", in_one_line(options.interface).c_str());
+  Collector collector(session, network);
+  listen(source, options.seconds, [&] { collector.turn(); });
+  collector.commit();
+  std::printf("collected %s: %s, %s of OSPF with %s, in %s\n", in_one_line(source.name).c_str(),
+              counted(source.decoder.frames(), "packet", "packets").c_str(),
+              std::to_string(source.decoder.ospf_packets()).c_str(),
+              counted(source.decoder.lsas(), "LSA", "LSAs").c_str(),
+              counted(collector.commits(), "commit", "commits").c_str());
+  return complain_of(collect_name, source) ? 1 : 0;
 }
 
 }  // namespace tool

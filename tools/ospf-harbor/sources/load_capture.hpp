@@ -1,6 +1,7 @@
 // `load capture`: reads packet captures, or listens on an interface, and puts the network that they
 // show into the tables. Files are read together in the order of their packets' times, so that
-// captures of several links of one network make one picture. Nothing is ever sent.
+// captures of several links of one network make one picture. Nothing is ever sent. `collect` keeps
+// a store up with what it hears.
 #pragma once
 
 #include <cstdio>
@@ -22,5 +23,11 @@ struct CaptureOptions {
 // rest is loaded. With no OSPF packet at all the tree stays as it was.
 int load_capture(ospf_tables::Session &session, const CaptureOptions &options,
                  std::FILE *report = stdout);
+
+// Listens on the interface, and within a second of a change has it committed to the store: an LSA,
+// an adjacency, an interface, a router that fell silent. Timers and ages are told as of the last
+// commit. Says how much on standard output when it ends. 0 when all was sound, else as
+// load_capture.
+int collect_capture(ospf_tables::Session &session, const CaptureOptions &options);
 
 }  // namespace tool

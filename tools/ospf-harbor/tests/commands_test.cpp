@@ -94,6 +94,12 @@ class Commands : public tool_tests::ProcessTest {
       {"receive", {"receive --at HERE --timeout 0.01", "receive --timeout 0", "--timeout", 1}},
       {"store info", {"store info STORE", "store info", "FILE is required"}},
       {"store check", {"store check STORE", "store check STORE --all", "--all"}},
+      {"collect",
+       {"collect -i lo --seconds 1 --store STORE", "collect --seconds 1 --store STORE",
+        "-i is required", 1, false}},
+      {"watch",
+       {"watch area --seconds 0.1 --store STORE", "watch rows --store STORE", "found \"rows\"", 0,
+        false}},
       {"dump", {"dump --annotate TREE", "dump TREE", "--annotate is required"}},
       {"trace", {"trace TRACE", "trace TRACE --level loud", "found \"loud\""}},
       {"inspect", {"inspect LIBRARY", "inspect", "LIBRARY is required"}},
@@ -163,7 +169,7 @@ TEST_F(Commands, OfTheProgramItself) {
   const std::string help = run({"--help"}).out;
   EXPECT_TRUE(run({"help"}).out.starts_with(help.substr(0, help.size() - 1)));
   expect_wrong_words({}, {"a command is needed"});
-  expect_wrong_words({"lode"}, {"found \"lode\", expected one of load, show, "});
+  expect_wrong_words({"lode"}, {"found \"lode\", expected one of load, collect, show, "});
   expect_wrong_words({"load", "fry"}, {"load: found \"fry\", expected one of frr, capture"});
   expect_wrong_words({"show", "area"}, {"show: --from: found nothing"});
   // Options of the program may stand behind a command.

@@ -155,6 +155,18 @@ class JsonOfChosen : public Chooser {
   std::FILE *out_;
 };
 
+class VisitOfChosen : public Chooser {
+ public:
+  using Visit = std::function<bool(const RowView &row)>;
+  VisitOfChosen(const std::vector<Step> &steps, const Visit &visit)
+      : Chooser(steps), visit_(visit) {}
+
+ private:
+  bool show(const RowView &row, std::size_t) override { return visit_(row); }
+
+  const Visit &visit_;
+};
+
 template <typename Printer>
 std::size_t show_with(Session &session, const std::string &path, std::FILE *out) {
   const std::vector<Step> steps = parse(path);
@@ -171,6 +183,13 @@ std::size_t show(Session &session, const std::string &path, std::FILE *out) {
 
 std::size_t show_json(Session &session, const std::string &path, std::FILE *out) {
   return show_with<JsonOfChosen>(session, path, out);
+}
+
+void visit_path(Session &session, const std::string &path,
+                const std::function<bool(const RowView &row)> &visit) {
+  const std::vector<Step> steps = parse(path);
+  VisitOfChosen visitor(steps, visit);
+  walk_tree(session, visitor);
 }
 
 int show_path(Session &session, const std::string &path, bool json) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdio>
+#include <functional>
 #include <string>
 
 #include "ospf_tables/session.hpp"
+#include "ospf_tables/tree.hpp"
 
 namespace tool {
 
@@ -16,6 +18,10 @@ std::size_t show(ospf_tables::Session &session, const std::string &path, std::FI
 // The same rows as JSON, one object a line. The rows below an LSA are part of its object, unless
 // the path asks for them.
 std::size_t show_json(ospf_tables::Session &session, const std::string &path, std::FILE *out);
+
+// Calls visit with the same rows, each before those below it; false passes over what is below.
+void visit_path(ospf_tables::Session &session, const std::string &path,
+                const std::function<bool(const ospf_tables::RowView &row)> &visit);
 
 // Prints the tree or a part of it to standard output; 1, with a word on standard error, when there
 // is nothing at the path.

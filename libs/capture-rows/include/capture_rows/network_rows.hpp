@@ -37,5 +37,9 @@ struct LoadedInstance {
 // LibraryFailure, the tree is as it was. Returns what was added, in the order of the instances.
 std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
                                          const ospf_decode::Network &network);
+// The same as it stands at another time than that of the last packet.
+std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
+                                         const ospf_decode::Network &network,
+                                         ospf_decode::Time now);
 
 }  // namespace capture_rows

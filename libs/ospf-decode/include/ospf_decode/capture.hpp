@@ -4,6 +4,7 @@
 // sent. The file's link types must agree, as libpcap demands of pcapng.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -30,6 +31,9 @@ class CaptureReader {
   Status next(Frame &out);
   // Makes a live next() return `end`; may be called from a signal handler or another thread.
   void stop();
+
+  // How many packets of a live capture the system had no room for.
+  std::uint64_t dropped() const;
 
   const std::string &error() const;
   int link_type() const;
