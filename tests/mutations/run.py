@@ -22,8 +22,9 @@ is then compiled with the mutations. One line more says what is out of the ordin
 
 All mutations are built into one pair of libraries, behind a switch that the environment sets, and
 the programs of the dev build run with these libraries; each mutation then costs its tests alone.
-Those marked `!` are built one by one, which is slow. The sources themselves are never changed: the
-work is done in a copy. The status is 1 when a mutation survives, or was never reached by its tests.
+Those marked `!` are built one by one, which is slow. All are built, whichever are tried. The
+sources themselves are never changed: the work is done in a copy. The status is 1 when a mutation
+survives, or was never reached by its tests.
 
     run.py [--build FOLDER] [-j JOBS] [LIST or text in a row ...]
 """
@@ -36,6 +37,7 @@ import signal
 import subprocess
 import sys
 import time
+import zlib
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent.parent
@@ -62,13 +64,13 @@ constexpr bool harbor_mutated(int number) {
 }
 #endif
 """
-# Tests that run so many times longer than without a mutation, and a minute, do not end.
-PATIENCE = 10
+# Tests that run so many times as long as without a mutation, and a minute, do not end.
+PATIENCE = 3
 
 
 class Row:
-    def __init__(self, number, place, lines):
-        self.number, self.place = number, place
+    def __init__(self, place, lines):
+        self.place = place
         self.file, self.after, self.old, self.new = lines[0], None, None, None
         self.tests, self.equivalent, self.alone = [], None, False
         for line in lines[1:]:
@@ -90,6 +92,8 @@ class Row:
                 raise SystemExit(f'{place}: a line begins with "{mark}"; expected @ - + ? = or !')
         if not self.old or self.new is None or not self.tests:
             raise SystemExit(f'{place}: a mutation has a line with -, one with + and one with ?')
+        # It stays when others come and go, so that only what those touch is built again.
+        self.number = zlib.crc32(f'{self.file}{self.after}{self.old}{self.new}'.encode()) >> 1
 
     def __str__(self):
         return f'{self.place}  {self.file}\n    - {self.old}\n    + {self.new}'
@@ -114,7 +118,7 @@ class Row:
         return f'({chosen} ? ({self.new}) : ({self.old}))'
 
 
-def read_lists(wanted):
+def read_lists():
     rows = []
     for path in sorted(HERE.glob('*.txt')):
         block, begins = [], 0
@@ -125,10 +129,13 @@ def read_lists(wanted):
                 begins = begins if block else at
                 block.append(line)
             elif block:
-                rows.append(Row(len(rows) + 1, f'{path.name}:{begins}', block))
+                rows.append(Row(f'{path.name}:{begins}', block))
                 block = []
-    if wanted:
-        rows = [row for row in rows if any(text in str(row) for text in wanted)]
+    known = {}
+    for row in rows:
+        if row.number in known:
+            raise SystemExit(f'{row.place}: stands at {known[row.number].place} already')
+        known[row.number] = row
     return rows
 
 
@@ -149,6 +156,9 @@ class Mutants:
                 self.texts[name] = (PROJECT / name).read_bytes()
 
     def write(self, changed):
+        for path in self.source.rglob('*'):
+            if path.is_file() and str(path.relative_to(self.source)) not in self.texts:
+                path.unlink()
         for name, text in self.texts.items():
             text = changed.get(name, text)
             path = self.source / name
@@ -285,17 +295,19 @@ def main():
     options.add_argument('-v', '--verbose', action='store_true', help='name each failing test')
     options.add_argument('wanted', nargs='*')
     options = options.parse_args()
-    rows = read_lists(options.wanted)
+    every = read_lists()
+    rows = [row for row in every
+            if not options.wanted or any(text in str(row) for text in options.wanted)]
     mutants = Mutants(options.build.resolve() / 'mutate', options.jobs)
     mutants.copy()
-    together = [row for row in rows if not row.alone]
-    switched = mutants.switched(together)
+    switched = mutants.switched([row for row in every if not row.alone])
     mutants.write(switched)
     output = mutants.make()
     if output:
-        for row in complaints(output, together, mutants):
+        blamed = complaints(output, every, mutants)
+        for row in blamed:
             print(f'does not compile beside the others (mark it alone: !): {row}')
-        raise SystemExit(output[-3000:] if not complaints(output, together, mutants) else 1)
+        raise SystemExit(1 if blamed else output[-3000:])
     programs = Programs(options.build.resolve() / 'dev', mutants)
     verdicts = []
 
@@ -318,7 +330,7 @@ def main():
         if failure:
             raise SystemExit(f'{row.place}: without any mutation, {failure}')
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        for row, verdict in pool.map(try_one, together):
+        for row, verdict in pool.map(try_one, [row for row in rows if not row.alone]):
             tell(row, verdict)
     for row in rows:
         if row.alone:

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 
 #include "rows.hpp"
@@ -29,11 +30,13 @@ TEST(StoreEdges, ARollbackIsDoneWhenItReturns) {
               rows.put(1, "one");
               rows.unlock();
               const std::uint64_t before = used_bytes(rows);
+              const std::uint64_t size = std::filesystem::file_size(folder.file());
               rows.lock_write();
-              for (std::uint16_t key = 2; key < 50; ++key) rows.put(key, some_bytes(key, 500));
+              for (std::uint16_t key = 2; key < 50; ++key) rows.put(key, some_bytes(key, large));
               if (used_bytes(rows) == before) return 1;
               rows.rollback();
-              return used_bytes(rows) == before ? 0 : 2;
+              if (std::filesystem::file_size(folder.file()) != size) return 2;
+              return used_bytes(rows) == before ? 0 : 3;
             }),
             0);
 }
@@ -89,7 +92,12 @@ TEST(StoreEdges, ABlockLongerThanAnyIsRefused) {
               rows.lock_write();
               void *pool = rows.handle->obj_pool;
               constexpr std::size_t longest = std::size_t{1023} * 65536;
+              kelp_memory_statistics before;
+              kelp_memory_statistics after;
+              kelp_database_memory(rows.database, &before);
               if (rows.handle->obj_alloc(pool, 0, longest + 1) != nullptr) return 1;
+              kelp_database_memory(rows.database, &after);
+              if (before.reserved_bytes != after.reserved_bytes) return 3;
               void *block = rows.handle->obj_alloc(pool, 0, longest);
               if (block == nullptr) return 2;
               rows.handle->obj_free(pool, 0, block);
@@ -204,6 +212,37 @@ TEST(StoreEdges, TextsOfARecordThatWasEndedComeBack) {
             0);
 }
 
+// Objects that track state lose the place of their elements' state before they go.
+TEST(StoreEdges, ElementStatesOfARecordThatWasEndedComeBack) {
+  const Folder folder;
+  EXPECT_EQ(run([&] {
+              Rows rows(folder.file());
+              kelp_handle_options options;
+              kelp_handle_options_init(&options);
+              options.state_tracking = KELP_TRACKING_ON;
+              kelp_handle *handle = kelp_handle_create(rows.database, &options, nullptr);
+              std::uint32_t err = 0;
+              kelp_lock_write(handle, nullptr);
+              auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(handle, 0, "rows", 0, &err);
+              auto *record = tbl_ospfv2_unknown_sub_tlv_create_record(handle, 0, &err);
+              auto *row = ospfv2_unknown_sub_tlv_create(handle, 0);
+              ospfv2_unknown_sub_tlv_value_set_value(handle, 0, row, 0, 5, &err);
+              ospfv2_unknown_sub_tlv_value_state_flag_set(handle, 0, row, 0, 7, &err);
+              tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_set_field(handle, 0, record, row);
+              tbl_ospfv2_unknown_sub_tlv_insert(handle, 0, table, record, &err);
+              kelp_unlock(handle, nullptr);
+              kelp_lock_write(handle, nullptr);
+              tbl_ospfv2_unknown_sub_tlv_destroy_record(handle, 0, record, &err);
+              kelp_rollback(handle, nullptr);
+              kelp_lock_read(handle, nullptr);
+              const bool whole =
+                  ospfv2_unknown_sub_tlv_value_state_flag_get(handle, 0, row, 0, &err) == 7;
+              kelp_handle_destroy(handle);
+              return err == 0 && whole ? 0 : 1;
+            }),
+            0);
+}
+
 TEST(StoreEdges, ARecordMadeWithoutTheWriteLockEntersNoTable) {
   const Folder folder;
   EXPECT_EQ(run([&] {
@@ -228,8 +267,29 @@ TEST(StoreEdges, ARecordMadeWithoutTheWriteLockEntersNoTable) {
   EXPECT_EQ(verify(folder.file(), {Model{{1, "one"}}}), "");
 }
 
-// What another process has committed may have ended the records that the cache names.
-TEST(StoreEdges, TheCacheIsEmptyAfterACommitOfAnotherProcess) {
+TEST(StoreEdges, TheCacheIsEmptyAfterARollback) {
+  const Folder folder;
+  EXPECT_EQ(run([&] {
+              Rows rows(folder.file());
+              std::uint32_t err = 0;
+              rows.lock_write();
+              rows.put(1, "one");
+              auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(rows.handle, 0, "rows", 1, &err);
+              auto *record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(
+                  rows.handle, 0, table, &err);
+              kelprepl_add_to_cache(rows.handle, 0, reinterpret_cast<kelp_table *>(table),
+                                    reinterpret_cast<kelp_record *>(record), &err);
+              rows.rollback();
+              rows.lock_read();
+              std::uint64_t position = 0;
+              kelp_cache_entry entry;
+              return kelp_replication_cache_next(rows.handle, &position, &entry);
+            }),
+            0);
+}
+
+// What stands in the cache of a process after another has had the write lock.
+std::int32_t cached_after(const std::function<void(Rows &)> &work) {
   const Folder folder;
   const std::string path = folder.file();
   Signal entered;
@@ -246,26 +306,63 @@ TEST(StoreEdges, TheCacheIsEmptyAfterACommitOfAnotherProcess) {
                                                                                     table, &err);
     kelprepl_add_to_cache(rows.handle, 0, reinterpret_cast<kelp_table *>(table),
                           reinterpret_cast<kelp_record *>(record), &err);
-    std::uint64_t position = 0;
-    kelp_cache_entry entry;
-    if (kelp_replication_cache_next(rows.handle, &position, &entry) != 1) return 1;
     rows.unlock();
     entered.give();
     changed.take();
     rows.lock_read();
-    position = 0;
-    return kelp_replication_cache_next(rows.handle, &position, &entry) == 0 ? 0 : 2;
+    std::uint64_t position = 0;
+    kelp_cache_entry entry;
+    return kelp_replication_cache_next(rows.handle, &position, &entry);
   });
   entered.take();
   EXPECT_EQ(run([&] {
               Rows rows(path);
               rows.lock_write();
-              rows.put(2, "two");
+              work(rows);
               return rows.unlock();
             }),
             0);
   changed.give();
-  EXPECT_EQ(wait_for(reader), 0);
+  return wait_for(reader);
+}
+
+// What another process has committed may have ended the records that the cache names.
+TEST(StoreEdges, TheCacheIsEmptyAfterACommitOfAnotherProcess) {
+  EXPECT_EQ(cached_after([](Rows &rows) { rows.put(2, "two"); }), 0);
+}
+TEST(StoreEdges, TheCacheStaysWhenTheOtherChangedNothing) {
+  EXPECT_EQ(cached_after([](Rows &) {}), 1);
+}
+
+// A process that has counted objects of its own still sees what others count.
+TEST(StoreEdges, CountsOfOthersAreSeenBesideOnesOwn) {
+  const Folder folder;
+  const std::string path = folder.file();
+  const auto put = [&](std::uint16_t key) {
+    Rows rows(path);
+    rows.lock_write();
+    rows.put(key, "row");
+    return rows.unlock();
+  };
+  ASSERT_EQ(run([&] { return put(1); }), 0);
+  Signal counted;
+  Signal changed;
+  const pid_t reader = start([&] {
+    Rows rows(path);
+    rows.lock_read();
+    auto *own = ospfv2_unknown_sub_tlv_create(rows.handle, 0);
+    const kelp_variant_entry &entry = kelp_get_manifested_type_info(own)->varinfo->entries[0];
+    ospfv2_unknown_sub_tlv_destroy(rows.handle, 0, own);
+    rows.unlock();
+    counted.give();
+    changed.take();
+    rows.lock_read();
+    return static_cast<int>(entry.create_count - entry.destroy_count);
+  });
+  counted.take();
+  EXPECT_EQ(run([&] { return put(2); }), 0);
+  changed.give();
+  EXPECT_EQ(wait_for(reader), 2);
 }
 
 // A writer that waits for a reader goes before the readers who come later.
@@ -345,13 +442,20 @@ TEST(StoreEdges, ADeadReadersNumberMayBeInUseAgain) {
 // The file says whether all of it was synced when the last living process closed it.
 TEST(StoreEdges, TheDeadDoNotKeepAStoreOpen) {
   const Folder folder;
-  EXPECT_EQ(run([&] {
-              Rows rows(folder.file());
-              dead_reader(folder.file());
-              return rows.lock_write() != 0 ? 1 : rows.unlock();
-            }),
-            0);
+  Signal open;
+  Signal end;
+  const pid_t last = start([&] {
+    Rows rows(folder.file());
+    open.give();
+    end.take();
+    return 0;
+  });
+  open.take();
   constexpr std::size_t clean_at = 144;
+  EXPECT_EQ(content_of(folder.file())[clean_at], 0);
+  dead_reader(folder.file());
+  end.give();
+  EXPECT_EQ(wait_for(last), 0);
   EXPECT_EQ(content_of(folder.file())[clean_at], 1);
 }
 

@@ -187,6 +187,35 @@ TEST_F(FeedTest, LaterCursorIsNotShownWhatLeftBeforeIt) {
   insert_again(table, records[0]);
 }
 
+// Between the link into the tree and the module's word.
+TEST_F(FeedTest, RecordIsNotShownBeforeItsModuleReportsIt) {
+  open_cursor();
+  add(1);
+  auto *record = make<kelp_record>(&record_type.record);
+  record->ref_word = 1;
+  record->objects[0] = reinterpret_cast<void *>(2);
+  e_avl_insert(handle->obj_pool, 0, &table->avl_root, &record->avl_node, &table->avl_aux,
+               kelp_test::compare_records);
+  record->record_table = table;
+  ++table->record_count;
+  records.push_back(record);
+  EXPECT_EQ(changes(), "+1");
+  change(record);
+  EXPECT_EQ(changes(), "+2");
+}
+
+// As a program may do whose hooks are its own.
+TEST_F(FeedTest, RecordThatMovedUnheardIsNotEndedHere) {
+  kelp_table other = {};
+  add(1);
+  request(records[0]);
+  records[0]->record_table = &other;
+  EXPECT_EQ(collect().records_ended, 0u);
+  records[0]->record_table = table;
+  records[0]->rec_flags = REC_IN_TABLE;
+  table->pending_destroy_count = 0;
+}
+
 TEST_F(FeedTest, RecordOfAnotherTableIsRefused) {
   kelp_table *other = open_table("other");
   kelp_table_enable_cursors(handle, other, 1, nullptr);

@@ -90,9 +90,13 @@ TEST_F(TocTest, TableEnteredUnderAnotherNameLosesTheFirst) {
   insert(table);
   EXPECT_EQ(find("first"), nullptr);
   EXPECT_EQ(find("other"), table);
+  std::snprintf(table->tbl_name, sizeof table->tbl_name, "first");
+  insert(table);
+  EXPECT_EQ(find("first"), table);
+  EXPECT_EQ(find("other"), nullptr);
   EXPECT_EQ(err, 0u);
   release(table);
-  EXPECT_EQ(find("other"), nullptr);
+  EXPECT_EQ(find("first"), nullptr);
 }
 
 TEST_F(TocTest, BadArgumentsAreRefused) {

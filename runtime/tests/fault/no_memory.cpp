@@ -49,7 +49,7 @@ class Program {
   // neither.
   void insert(std::uintptr_t key) {
     if (table_ == nullptr) return;
-    auto *record = static_cast<kelp_record *>(make(sizeof(kelp_record)));
+    kelp_record *record = take_record();
     if (record == nullptr) return;
     record->ref_word = 1;
     record->src = KELP_SRC_DEFAULT;
@@ -85,6 +85,12 @@ class Program {
     EXPECT_EQ(err, 0u) << "the record is in the tree";
     kelprepl_add_to_cache(handle_, 0, table_, record, &err);
     last_ = record;
+  }
+
+  // Records to insert, made beforehand.
+  void make_records(std::size_t count) {
+    while (made_.size() < count)
+      made_.push_back(static_cast<kelp_record *>(make(sizeof(kelp_record))));
   }
 
   void follow() {
@@ -142,6 +148,13 @@ class Program {
     return made;
   }
 
+  kelp_record *take_record() {
+    if (made_.empty()) return static_cast<kelp_record *>(make(sizeof(kelp_record)));
+    kelp_record *record = made_.back();
+    made_.pop_back();
+    return record;
+  }
+
   void open_table() {
     auto *table = static_cast<kelp_table *>(make(sizeof(kelp_table)));
     if (table == nullptr) return;
@@ -164,6 +177,7 @@ class Program {
   kelp_table *table_ = nullptr;
   kelp_feed_cursor *cursor_ = nullptr;
   kelp_record *last_ = nullptr;
+  std::vector<kelp_record *> made_;
   bool followed_ = false;
   std::uint32_t before_ = 0;  // records that the feed was never told of
 };
@@ -189,6 +203,20 @@ TEST(NoMemoryTest, ProgramWithTables) { fail_each(failing::malloc_calls, run_pro
 TEST(NoMemoryTest, ProgramToItsEnd) { fail_each(failing::malloc_calls, run_program_to_its_end); }
 TEST(NoMemoryTest, ProgramWithoutMappings) {
   fail_each(failing::mmap_calls, run_program_to_its_end);
+}
+
+// The feed's own memory grows while records are there already: a record either has its place in the
+// feed or stays out of the tree.
+TEST(NoMemoryTest, FeedThatCannotGrow) {
+  constexpr std::size_t kRecords = 60000;
+  Program program;
+  program.follow();
+  program.make_records(kRecords);
+  failing::fail_after(failing::mmap_calls, 0);
+  for (std::uintptr_t key = 1; key <= kRecords && !HasFailure(); ++key) program.insert(key);
+  EXPECT_TRUE(failing::has_struck(failing::mmap_calls));
+  failing::fail_after(failing::mmap_calls, -1);
+  program.see_all();
 }
 
 TEST(NoMemoryTest, Documents) {
