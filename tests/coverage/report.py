@@ -5,7 +5,7 @@ Reads what gcov has counted in the libraries of a build with --coverage. A rule 
 many types it is made for: a line or a branch has run when it did in one of its instances. Branches
 that only a thrown exception takes are left out. Where an expression is repeated over the fields of
 a type, instances differ in the number of their branches: all steps then share the two ways out of
-one. What a process counted that ended by abort is lost.
+one. What a process counted that was killed is lost.
 
     report.py [-v] BUILD      -v names the lines and branches that never ran
 """
