@@ -8,7 +8,7 @@ folder=$(mktemp -d)
 receiver=
 trap 'test -z "$receiver" || kill "$receiver" 2>/dev/null || true; rm -rf "$folder"' EXIT
 
-"$tool" receive --at "unix:$folder/socket" --show >"$folder/received" 2>"$folder/said" &
+"$tool" receive --at "unix:$folder/socket" --tree >"$folder/received" 2>"$folder/said" &
 receiver=$!
 tries=0
 until grep -q "receiving at" "$folder/said"; do

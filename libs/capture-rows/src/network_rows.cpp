@@ -10,6 +10,7 @@
 
 #include "capture_rows/database_rows.hpp"
 #include "ospf_tables/instance_rows.hpp"
+#include "ospf_tables/observed.hpp"
 
 namespace capture_rows {
 
@@ -19,14 +20,8 @@ namespace {
 
 namespace decode = ospf_decode;
 
-using InstanceName = std::pair<std::uint8_t, std::uint8_t>;  // version, instance ID
-
-std::uint32_t observer_id(InstanceName name) {
-  return name.second == 0 ? 0 : 0x00ff0000u | std::uint32_t{name.first} << 8 | name.second;
-}
-
 bool routes_ipv4(InstanceName name) {
-  return name.first == 2 || (name.second >= 64 && name.second < 128);
+  return name.version == 2 || (name.instance_id >= 64 && name.instance_id < 128);
 }
 
 std::uint16_t narrow(std::uint32_t seconds) {
@@ -100,7 +95,12 @@ Interface interface_of(const decode::Network &network, std::uint32_t index, deco
   Interface to{};
   to.name = name_of(from);
   to.network_type = type_of(network.network_type(index));
-  to.cost = network.interface_cost(index).value_or(0);
+  const std::optional<std::uint16_t> cost = network.interface_cost(index);
+  to.cost = cost.value_or(0);
+  to.cost_known = cost.has_value();
+  to.address = decode::ip_text(from.address);
+  if (from.is_virtual) to.told_type = "virtual";
+  to.silent = network.interface_state(index) == decode::InterfaceState::down;
   to.authentication = authentication_of(from);
   to.state = decode::interface_state_text(network.interface_state(index));
   if (from.hello_count == 0) return to;
@@ -120,12 +120,19 @@ Interface interface_of(const decode::Network &network, std::uint32_t index, deco
   return to;
 }
 
-Neighbor neighbor_of(const decode::Neighbor &from) {
+Neighbor neighbor_of(const decode::Network &network, const decode::Neighbor &from) {
   Neighbor to{};
+  to.evidence = decode::evidence_text(from.evidence);
+  if (from.peer && network.interfaces()[*from.peer].hello_count != 0) {
+    to.priority = network.interfaces()[*from.peer].hello.priority;
+  }
   to.router_id = decode::ipv4_text(from.router_id);
-  to.address = decode::ip_text(from.address);
-  to.dr = decode::ipv4_text(from.designated_router);
-  to.bdr = decode::ipv4_text(from.backup_designated_router);
+  // Of a neighbour that was not heard nothing but its router ID is known, or its address.
+  if (!from.address.is_zero()) to.address = decode::ip_text(from.address);
+  if (from.peer) {
+    to.dr = decode::ipv4_text(from.designated_router);
+    to.bdr = decode::ipv4_text(from.backup_designated_router);
+  }
   to.state = static_cast<std::uint32_t>(from.state);
   return to;
 }
@@ -173,8 +180,8 @@ class Loader {
 
   Heard &heard(InstanceName name) {
     Heard &heard = heard_[name];
-    heard.counts.version = name.first;
-    heard.counts.instance_id = name.second;
+    heard.counts.version = name.version;
+    heard.counts.instance_id = name.instance_id;
     return heard;
   }
 
@@ -188,13 +195,15 @@ class Loader {
 
   void gather() {
     for (const auto &[key, facts] : network_.areas()) {
-      area({key.version, key.instance_id}, key.area_id);
+      Area &added = area({key.version, key.instance_id}, key.area_id);
+      if (!facts.hello_seen) continue;
+      added.kind = facts.nssa ? "nssa" : facts.external_capable ? "normal" : "stub";
     }
     std::map<std::uint32_t, std::vector<Neighbor>> neighbors;
     for (const decode::Neighbor &neighbor : network_.neighbors(now_)) {
       std::vector<Neighbor> &list = neighbors[neighbor.interface];
       // The rows' key is the router ID: of several that are not known yet one has a row.
-      const Neighbor to = neighbor_of(neighbor);
+      const Neighbor to = neighbor_of(network_, neighbor);
       const bool is_known = std::ranges::any_of(
           list, [&](const Neighbor &other) { return other.router_id == to.router_id; });
       if (!is_known) list.push_back(to);
@@ -260,9 +269,8 @@ class Loader {
         break;
     }
     area(name, key.domain);
-    const auto first = first_of_area_.find({name, key.domain});
-    if (key.version == 2 && key.type == decode::lsa2_opaque_area && first != first_of_area_.end()) {
-      add_at(first->second);
+    if (key.version == 2 && key.type == decode::lsa2_opaque_area) {
+      add_at(first_of_area_.at({name, key.domain}));
     } else {
       of.databases->add_to_area(key.domain, lsa);
     }

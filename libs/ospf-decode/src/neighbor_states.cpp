@@ -78,6 +78,24 @@ std::string_view neighbor_state_text(NeighborState state) {
   return "unknown";
 }
 
+std::string_view evidence_text(Evidence evidence) {
+  switch (evidence) {
+    case Evidence::hello:
+      return "hello";
+    case Evidence::description:
+      return "exchange";
+    case Evidence::database:
+      return "database";
+    case Evidence::flooding:
+      return "flooding";
+    case Evidence::role:
+      return "role";
+    case Evidence::lasting:
+      return "lasting";
+  }
+  return "unknown";
+}
+
 std::string_view network_type_text(NetworkType type) {
   switch (type) {
     case NetworkType::unknown:
@@ -100,6 +118,8 @@ std::string_view interface_state_text(InterfaceState state) {
   switch (state) {
     case InterfaceState::unknown:
       return "unknown";
+    case InterfaceState::down:
+      return "Down";
     case InterfaceState::waiting:
       return "Waiting";
     case InterfaceState::point_to_point:
@@ -130,12 +150,27 @@ NetworkType Network::network_type(std::uint32_t interface) const {
   if (of.last_hello - of.first_hello <= of.hello.dead_interval * second && of.exchanges.empty()) {
     return NetworkType::unknown;
   }
+  // Who has one neighbour shares a point-to-multipoint network with one who has several.
+  const std::uint32_t link = link_of(interface);
+  for (const auto &[neighbor, since] : of.listed_since) {
+    const auto there = by_router_.find(neighbor);
+    if (there == by_router_.end()) continue;
+    for (const std::uint32_t peer : there->second) {
+      const Interface &with = interfaces_[peer];
+      if (with.hello.neighbors.size() > 1 && !with.had_designated_router && link_of(peer) == link) {
+        return NetworkType::point_to_multipoint;
+      }
+    }
+  }
   return of.hello.neighbors.size() > 1 ? NetworkType::point_to_multipoint
                                        : NetworkType::point_to_point;
 }
 
 InterfaceState Network::interface_state(std::uint32_t interface) const {
   const Interface &of = interfaces_[interface];
+  if (of.hello_count != 0 && last_time_ - of.last_hello > of.hello.dead_interval * second) {
+    return InterfaceState::down;
+  }
   switch (network_type(interface)) {
     case NetworkType::virtual_link:
     case NetworkType::point_to_point:
@@ -201,7 +236,9 @@ bool Network::grace_over(const LsdbEntry &entry, Time now) const {
 }
 
 std::optional<std::uint16_t> Network::interface_cost(std::uint32_t interface) const {
+  constexpr std::uint16_t max_link_metric = 0xffff;
   const Interface &of = interfaces_[interface];
+  std::optional<std::uint16_t> cost;
   Redecode decode;
   for (const LsdbEntry *entry : router_lsas(of, last_time_)) {
     if (of.version == 3) {
@@ -216,14 +253,17 @@ std::optional<std::uint16_t> Network::interface_cost(std::uint32_t interface) co
                         link.link_id == (of.address.as_v4() & of.hello.network_mask);
       const bool virtual_link = link.type == router_link_virtual;
       const bool same_kind = virtual_link == of.is_virtual;
-      const bool adjacency =
-          link.type != router_link_stub && same_kind && link.link_data == of.address.as_v4();
-      if (adjacency || (stub && !of.is_virtual)) {
-        return static_cast<std::uint16_t>(body.metrics_of(link).front().metric);
-      }
+      // The data of a virtual link may be another address than its packets have.
+      const bool end = virtual_link ? of.listed_since.contains(link.link_id)
+                                    : link.link_data == of.address.as_v4();
+      const bool adjacency = link.type != router_link_stub && same_kind && end;
+      const auto metric = static_cast<std::uint16_t>(body.metrics_of(link).front().metric);
+      if (stub && !of.is_virtual) return metric;
+      // A stub router gives the highest cost to links that lead on (RFC 6987), not to its subnets.
+      if (adjacency && (!cost || *cost == max_link_metric)) cost = metric;
     }
   }
-  return std::nullopt;
+  return cost;
 }
 
 std::optional<Time> Network::full_since(const Interface &of, const Interface &with,
@@ -311,6 +351,16 @@ const ExchangeFacts *Network::valid_exchange(const Interface &of, const Interfac
   return best;
 }
 
+// RFC 2328, 10.4. Who is designated is what the router itself declares.
+bool Network::wants_adjacency(std::uint32_t interface, std::uint32_t peer) const {
+  const NetworkType type = network_type(interface);
+  if (type != NetworkType::broadcast && type != NetworkType::non_broadcast) return true;
+  const Interface &of = interfaces_[interface];
+  const Interface &with = interfaces_[peer];
+  return declares_designated(of, of) || declares_backup(of, of) || declares_designated(of, with) ||
+         declares_backup(of, with);
+}
+
 Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, bool only_two,
                         Time now) const {
   const Interface &of = interfaces_[interface];
@@ -326,11 +376,17 @@ Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, bool only_t
     out.state = NeighborState::down;
     return out;
   }
+  if (!of.listed_since.contains(with.router_id) && of.last_hello > with.first_hello) {
+    // It may have been heard since the last hello, but not if it was there before that.
+    out.state = NeighborState::down;
+    return out;
+  }
   if (!with.listed_since.contains(of.router_id)) {
     out.state = NeighborState::init;
     return out;
   }
   out.state = NeighborState::two_way;
+  if (!wants_adjacency(interface, peer)) return out;
   const ExchangeFacts *sent = valid_exchange(of, with);
   if (sent != nullptr) {
     const ExchangeFacts *received = valid_exchange(with, of);
@@ -355,8 +411,37 @@ Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, bool only_t
              in_transit_network(of, now) && in_transit_network(with, now)) {
     out.state = NeighborState::full;
     out.evidence = Evidence::role;
+  } else if (sent == nullptr && network_type(interface) != NetworkType::unknown &&
+             now - relation_since(of, with) > of.hello.dead_interval * second) {
+    out.state = NeighborState::full;
+    out.evidence = Evidence::lasting;
   }
   return out;
+}
+
+// Of equal links between two routers packets may not tell which ends are one link's; when all of
+// them list the other router, each pair hears each other, whichever they are.
+bool Network::hear_each_other(std::uint32_t interface, std::uint32_t router) const {
+  const Interface &of = interfaces_[interface];
+  const auto there = by_router_.find(router);
+  const NetworkType type = network_type(interface);
+  if (there == by_router_.end() || type == NetworkType::broadcast ||
+      type == NetworkType::non_broadcast || of.hello.neighbors.size() != 1) {
+    return false;
+  }
+  bool any = false;
+  for (const std::uint32_t index : there->second) {
+    const Interface &with = interfaces_[index];
+    if (with.hello_count == 0 || with.version != of.version || with.area_id != of.area_id ||
+        with.instance_id != of.instance_id || with.is_virtual != of.is_virtual) {
+      continue;
+    }
+    const bool paired = links().at(link_of(index)).size() > 1;
+    if (paired) continue;
+    if (!with.listed_since.contains(of.router_id)) return false;
+    any = true;
+  }
+  return any;
 }
 
 std::vector<Neighbor> Network::neighbors(Time now) const {
@@ -378,6 +463,10 @@ std::vector<Neighbor> Network::neighbors(Time now) const {
         heard.interface = interface;
         heard.router_id = router;
         heard.state = NeighborState::init;
+        if (!hear_each_other(interface, router)) continue;
+        const bool has_lasted = now - since > of.hello.dead_interval * second;
+        heard.state = has_lasted ? NeighborState::full : NeighborState::two_way;
+        if (has_lasted) heard.evidence = Evidence::lasting;
       }
       for (const auto &[target, last] : of.hello_targets) {
         const auto there = by_address_.find(target);

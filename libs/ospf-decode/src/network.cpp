@@ -17,7 +17,7 @@ bool is_virtual_hello(const Packet &packet, const Hello &hello) {
 
 bool same_timers(const Interface &a, const Interface &b) {
   return a.version == b.version && a.instance_id == b.instance_id && a.area_id == b.area_id &&
-         a.vlan == b.vlan && !a.is_virtual && !b.is_virtual && a.hello_count != 0 &&
+         a.vlan == b.vlan && a.is_virtual == b.is_virtual && a.hello_count != 0 &&
          b.hello_count != 0 && a.hello.hello_interval == b.hello.hello_interval &&
          a.hello.dead_interval == b.hello.dead_interval;
 }
@@ -46,7 +46,7 @@ LinkName Network::name_of(std::uint32_t interface) const {
   LinkName name;
   name.version = of.version;
   name.instance_id = of.instance_id;
-  if (of.is_virtual) {
+  if (of.is_virtual && of.version == 2) {
     name.kind = LinkName::Kind::address_pair;
     name.a = std::min(of.address, of.virtual_peer);
     name.b = std::max(of.address, of.virtual_peer);
@@ -91,20 +91,51 @@ std::uint32_t Network::add_interface(const Packet &packet) {
   return index;
 }
 
+// An OSPFv3 virtual link has no address of its own: its packets have one of any of the router's
+// interfaces, now this one and now that. Its interface ID stays. Without an ID: the router's only one.
+std::optional<std::uint32_t> Network::virtual_end(const Packet &packet,
+                                                  std::optional<std::uint32_t> id) const {
+  const auto there = by_router_.find(packet.router_id);
+  const bool may_be = packet.version == 3 && packet.area_id == 0 &&
+                      !packet.datagram.source.is_link_local() && there != by_router_.end();
+  std::optional<std::uint32_t> found;
+  if (!may_be) return found;
+  for (const std::uint32_t index : there->second) {
+    const Interface &of = interfaces_[index];
+    if (of.version != 3 || of.instance_id != packet.instance_id || !of.is_virtual ||
+        (id && of.hello.interface_id != *id)) {
+      continue;
+    }
+    if (found) return std::nullopt;
+    found = index;
+  }
+  return found;
+}
+
 std::uint32_t Network::hello_sender(const Packet &packet, const Hello &hello) {
   const bool is_virtual = is_virtual_hello(packet, hello);
   const IpAddress &destination = packet.datagram.destination;
   const auto fits = [&](std::uint32_t index) {
     const Interface &of = interfaces_[index];
-    if (of.hello_count == 0) return true;
+    if (of.hello_count == 0) return of.area_id == packet.area_id;
     if (of.is_virtual != is_virtual) return false;
-    if (is_virtual) return of.virtual_peer == destination;
-    return of.version == 2 || of.hello.interface_id == hello.interface_id;
+    if (of.version == 3) return of.hello.interface_id == hello.interface_id;
+    return !is_virtual || of.virtual_peer == destination;
   };
-  const std::vector<std::uint32_t> &known = by_source_[source_of(packet)];
-  const auto found = std::find_if(known.begin(), known.end(), fits);
-  const std::uint32_t index = found != known.end() ? *found : add_interface(packet);
+  std::vector<std::uint32_t> &known = by_source_[source_of(packet)];
+  auto found = std::find_if(known.begin(), known.end(), fits);
+  std::uint32_t index = 0;
+  if (found != known.end()) {
+    index = *found;
+  } else if (const auto moved = virtual_end(packet, hello.interface_id); is_virtual && moved) {
+    index = *moved;
+    known.push_back(index);
+    by_address_[packet.datagram.source].push_back(index);
+  } else {
+    index = add_interface(packet);
+  }
   Interface &of = interfaces_[index];
+  of.address = packet.datagram.source;
   // The name that the interface's link had before is joined with the one that the hello gives it.
   const LinkName before = name_of(index);
   of.is_virtual = is_virtual;
@@ -118,14 +149,22 @@ std::uint32_t Network::hello_sender(const Packet &packet, const Hello &hello) {
 }
 
 std::uint32_t Network::sender(const Packet &packet) {
-  const std::vector<std::uint32_t> &known = by_source_[source_of(packet)];
-  if (known.empty()) return add_interface(packet);
+  // What speaks in one area is no interface whose hellos speak in another, though a virtual link and
+  // the interface beneath it share an address.
+  std::vector<std::uint32_t> known = by_source_[source_of(packet)];
+  std::erase_if(known, [&](std::uint32_t index) {
+    return interfaces_[index].area_id != packet.area_id;
+  });
+  if (known.empty()) {
+    const std::optional<std::uint32_t> end = virtual_end(packet, std::nullopt);
+    return end ? *end : add_interface(packet);
+  }
   if (known.size() == 1) return known.front();
   const IpAddress &destination = packet.datagram.destination;
   const auto best = [&](std::uint32_t index) {
     const Interface &of = interfaces_[index];
-    if (of.is_virtual) return of.virtual_peer == destination && packet.area_id == 0 ? 4 : 0;
-    int score = of.area_id == packet.area_id ? 2 : 1;
+    if (of.is_virtual) return of.version == 3 || of.virtual_peer == destination ? 4 : 0;
+    int score = 1;
     if (const auto peer = by_address_.find(destination); peer != by_address_.end()) {
       const std::uint32_t link = link_of(index);
       for (const std::uint32_t other : peer->second) {
@@ -151,7 +190,7 @@ void Network::join_by_unicast(std::uint32_t interface, const Packet &packet) {
   for (const std::uint32_t index : there->second) {
     const Interface &of = interfaces_[index];
     if (of.version != packet.version || of.instance_id != packet.instance_id || of.is_virtual ||
-        of.vlan != packet.datagram.vlan) {
+        of.area_id != packet.area_id || of.vlan != packet.datagram.vlan) {
       continue;
     }
     if (peer) return;  // an address that stands for several interfaces tells nothing
@@ -160,24 +199,45 @@ void Network::join_by_unicast(std::uint32_t interface, const Packet &packet) {
   if (peer) links_.join(name, name_of(*peer));
 }
 
+// The only interface of a router that may stand on the link of `of` and that `also` takes.
+template <typename Also>
+std::optional<std::uint32_t> Network::only_one(const Interface &of, std::uint32_t router,
+                                               Also also) const {
+  std::optional<std::uint32_t> out;
+  const auto there = by_router_.find(router);
+  if (there == by_router_.end()) return out;
+  for (const std::uint32_t index : there->second) {
+    // Subnets say themselves on which link they are.
+    if (!same_timers(of, interfaces_[index]) || name_of(index).kind == LinkName::Kind::subnet ||
+        !also(interfaces_[index])) {
+      continue;
+    }
+    if (out) return std::nullopt;
+    out = index;
+  }
+  return out;
+}
+
 void Network::join_by_hello(std::uint32_t interface) {
   const Interface &of = interfaces_[interface];
   const LinkName name = name_of(interface);
-  if (of.is_virtual || name.kind == LinkName::Kind::subnet) return;
-  const auto only_one = [&](std::uint32_t router) -> std::optional<std::uint32_t> {
-    std::optional<std::uint32_t> out;
-    const auto there = by_router_.find(router);
-    if (there == by_router_.end()) return out;
-    for (const std::uint32_t index : there->second) {
-      if (!same_timers(of, interfaces_[index])) continue;
-      if (out) return std::nullopt;
-      out = index;
-    }
-    return out;
+  if (name.kind == LinkName::Kind::subnet) return;
+  const auto any = [](const Interface &) { return true; };
+  const bool alone = only_one(of, of.router_id, any) == interface;
+  // By then whoever hears it on another link lists it too.
+  const Time settled = of.last_hello - 2 * of.hello.hello_interval * second;
+  const auto lists = [&](std::uint32_t router) {
+    return [=](const Interface &each) {
+      const auto listed = each.listed_since.find(router);
+      return listed != each.listed_since.end() && listed->second <= settled;
+    };
   };
-  if (only_one(of.router_id) != interface) return;
   for (const std::uint32_t neighbor : of.hello.neighbors) {
-    const auto peer = only_one(neighbor);
+    if (neighbor == of.router_id) continue;
+    auto peer = alone ? only_one(of, neighbor, any) : std::nullopt;
+    if (!peer && only_one(of, of.router_id, lists(neighbor)) == interface) {
+      peer = only_one(of, neighbor, lists(of.router_id));
+    }
     if (peer && *peer != interface && interfaces_[*peer].listed_since.contains(of.router_id)) {
       links_.join(name, name_of(*peer));
     }
@@ -318,7 +378,10 @@ void Network::on_lsa_v3(const Packet &packet, const LsaV3 &lsa) {
     links_.join(interface_name(router, lsa.header.link_state_id), name_of(sender_));
   } else if (lsa.header.type == lsa3_router) {
     for (const RouterLinkV3 &link : lsa.router.links) {
-      if (link.type != router_link_point_to_point && link.type != router_link_transit) continue;
+      if (link.type != router_link_point_to_point && link.type != router_link_transit &&
+          link.type != router_link_virtual) {
+        continue;
+      }
       links_.join(interface_name(router, link.interface_id),
                   interface_name(link.neighbor_router_id, link.neighbor_interface_id));
     }

@@ -254,7 +254,7 @@ TEST(Areas, OptionsTellStubAndNssa) {
 
 TEST(Databases, AreKeyedByTheScopesDomain) {
   Scene scene;
-  scene.hello_a({});
+  scene.packet(router_a, address_a, 1, make_hello_v2({}), all_routers, 6);
   const Octets body = Writer().u32(0xffffff00).u32(1);
   const Octets external = Writer().u32(0xffffff00).u32(1).u32(0).u32(0);
   const Octets grace = Writer().tlv(1, {0, 0, 0, 60});

@@ -8,11 +8,13 @@ its reason, and every line there must be met."""
 import collections
 import json
 import pathlib
-import re
 import subprocess
 import sys
 
 import lab_answers
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[3] / "tests/support"))
+from expected_differences import Expected  # noqa: E402
 
 ROUTE_KEYS = ["router", "version", "instance", "prefix", "kind", "cost", "type2_cost", "tag",
               "area", "next_hops"]
@@ -84,24 +86,6 @@ def differences_of(program, network):
     return found, compared
 
 
-class Expected:
-    """lab_differences.txt: lines of network, router, version, instance, prefix and how, each a
-    pattern; a line that begins with a space gives the reason for those above it."""
-
-    def __init__(self, path):
-        self.lines = []
-        for text in path.read_text().splitlines():
-            if text and not text[0].isspace() and not text.startswith("#"):
-                self.lines.append([text, re.compile(r"\s+".join(text.split())), 0])
-
-    def allows(self, text):
-        for line in self.lines:
-            if line[1].fullmatch(text):
-                line[2] += 1
-                return True
-        return False
-
-
 def main():
     program, data, names = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3:]
     everything = not names
@@ -120,10 +104,9 @@ def main():
         failed |= unexpected > 0
         print(f"{name}: {compared} routes compared, {len(found)} differences, "
               f"{unexpected} without a reason")
-    for text, _, count in expected.lines:
-        if everything and count == 0:
-            failed = True
-            print(f"never met: {text}")
+    for text in expected.never_met() if everything else []:
+        failed = True
+        print(f"never met: {text}")
     return 1 if failed else 0
 
 

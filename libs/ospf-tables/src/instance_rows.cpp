@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/tree.hpp"
 
 namespace ospf_tables {
@@ -143,10 +144,29 @@ void add_area(Session &session, tbl_ospf_area_table *table, const Area &area,
   record.insert_into(table);
 }
 
+ToldOfInstance told_of(const Instance &instance) {
+  ToldOfInstance told;
+  for (const Area &area : instance.areas) {
+    if (!area.kind.empty()) told.area_kinds[area.id] = area.kind;
+    for (const Interface &interface : area.interfaces) {
+      ToldOfInterface &to = told.interfaces[{area.id, interface.name}];
+      to.address = interface.address;
+      to.type = interface.told_type;
+      to.silent = interface.silent;
+      if (interface.cost_known) to.cost = interface.cost;
+      for (const Neighbor &neighbor : interface.neighbors) {
+        told.neighbors[{area.id, interface.name, neighbor.router_id}] = {neighbor.priority,
+                                                                         neighbor.evidence};
+      }
+    }
+  }
+  return told;
+}
+
 }  // namespace
 
 NewInstance::NewInstance(Session &session, const Instance &instance, const Databases &databases)
-    : record_(session) {
+    : record_(session), told_(told_of(instance)) {
   kelp_handle *handle = session.handle();
   std::uint32_t *err = session.err();
   NewKey<ospf_instance_rev1_ops> key(session);
@@ -169,6 +189,11 @@ void add_instances(Session &session, const std::vector<std::unique_ptr<NewInstan
   // Everything that can fail has been done: instances of the same key give way now.
   for (const std::unique_ptr<NewInstance> &instance : instances) {
     replace_instance(session, table, instance->record_.get());
+    if (!session.is_store()) {
+      const std::string key =
+          row_key<ospf_instance_rev1_ops>(session, instance->record_.get());
+      session.told()[key] = std::move(instance->told_);
+    }
     instance->record_.is_in_a_table();
   }
 }

@@ -88,6 +88,9 @@ void replace_instance(Session &session, tbl_ospf_instance_rev1_table *instances,
       session, instances, [&](tbl_ospf_instance_rev1_record *other) {
         if (ospf_instance_rev1_ops::compare_keys(
                 ospf_instance_rev1_ops::get_key(handle, space, other), key) == 0) {
+          const std::string name = row_key<ospf_instance_rev1_ops>(session, other);
+          session.told().erase(name);
+          session.note_replaced(name);
           end_record<ospf_instance_rev1_ops>(session, other);
         }
       });
@@ -126,6 +129,7 @@ void clear_tree(Session &session) {
   if (auto *roots = root_table(session, false); roots != nullptr) {
     empty_and_free<ospf_rev1_ops>(session, roots);
   }
+  session.told().clear();
 }
 
 void walk_tree(Session &session, TreeVisitor &visitor) {

@@ -87,6 +87,7 @@ class InterfaceReader {
     Interface interface {};
     interface.name = heading.words[name_at];
     interface.network_type = is_virtual ? POINT_TO_POINT : BROADCAST;
+    if (is_virtual) interface.told_type = "virtual";
     // "(10.0.0.0/24)" of OSPFv2, "(IID 64)" of OSPFv3.
     if (const std::size_t at = heading.text.find("(IID "); at != std::string::npos) {
       const std::string number = heading.text.substr(at + 5, heading.text.find(')', at) - at - 5);
@@ -132,12 +133,15 @@ class InterfaceReader {
       interface.wait_timer = 1000u * seconds();
     } else if (key == "Retransmit timer") {
       interface.retransmit_interval = seconds();
-    } else if (key == "Designated router (IP)" && value != "0.0.0.0" && value != "::") {
+    } else if (key == "Designated router " + named_by() && value != "0.0.0.0") {
       interface.dr = value;
-    } else if (key == "Backup designated router (IP)" && value != "0.0.0.0" && value != "::") {
+    } else if (key == "Backup designated router " + named_by() && value != "0.0.0.0") {
       interface.bdr = value;
     }
   }
+
+  // What hellos name the designated router by.
+  std::string named_by() const { return process_.version == 2 ? "(IP)" : "(ID)"; }
 
   const TextAnswer &text_;
   Process &process_;
@@ -151,6 +155,9 @@ void read_neighbors(const TextAnswer &text, Instance &instance) {
     neighbor.router_id = line.words[0];
     text.dotted(line, line.words[0], "a router ID");
     neighbor.address = line.words[5];
+    neighbor.evidence = "answer";
+    neighbor.priority =
+        static_cast<std::uint8_t>(text.decimal(line, line.words[1], UINT8_MAX, "a priority"));
     const std::string state = line.words[2].substr(0, line.words[2].find('/'));
     const auto known = named(state, neighbor_states);
     if (!known) {

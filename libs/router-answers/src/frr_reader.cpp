@@ -40,6 +40,10 @@ constexpr Name network_types[] = {
     {"LOOPBACK", BROADCAST},
 };
 
+const char *told_type(const std::string &text) {
+  return text == "VIRTUALLINK" ? "virtual" : text == "LOOPBACK" ? "loopback" : "";
+}
+
 template <std::size_t count>
 std::uint32_t named(const JsonView &view, const std::string &text, const Name (&names)[count],
                     const char *what) {
@@ -99,6 +103,23 @@ Interface &interface_of(Instance &instance, std::uint32_t area, const std::strin
   view.fail("an interface that the router lists in area " + dotted(area));
 }
 
+// Without an answer about interfaces the neighbours tell which there are, and no more of them.
+void add_interface_of(Instance &instance, const JsonView &neighbor, const char *area_key,
+                      const char *name_key) {
+  const JsonView area_view = neighbor.member(area_key, "an area ID");
+  const std::uint32_t id = area_id(area_view, area_view.text("an area ID"));
+  std::string name = neighbor.member(name_key, "a name").text("an interface name");
+  name.resize(std::min(name.find(':'), name.size()));
+  for (Interface &interface : area_of(instance, id, area_view).interfaces) {
+    if (interface.name == name) return;
+  }
+  Interface interface {};
+  interface.name = name;
+  interface.cost_known = false;
+  interface.state = "unknown";
+  area_of(instance, id, area_view).interfaces.push_back(std::move(interface));
+}
+
 void read_areas(Instance &instance, const JsonView &process) {
   for (const auto &[text, area] : process.member("areas", "the areas").members("the areas")) {
     const std::uint32_t id = area_id(area, text);
@@ -106,7 +127,12 @@ void read_areas(Instance &instance, const JsonView &process) {
       if (other.id == id) area.fail("each area once");
     }
     area.pass_over_all_but({});
-    instance.areas.push_back({id, {}});
+    const auto says = [&area = area](const char *key) {
+      return area.has(key) && area.member(key, "").boolean("true or false");
+    };
+    const bool is_nssa = says("nssa") || says("areaIsNSSA");
+    const bool is_stub = says("stubNoSummary") || says("stubEnable") || says("areaIsStub");
+    instance.areas.push_back({id, {}, is_nssa ? "nssa" : is_stub ? "stub" : "normal"});
   }
 }
 
@@ -131,6 +157,7 @@ void read_interface_v4(Instance &instance, const std::string &name, const JsonVi
   const JsonView type = view.member("networkType", "a network type");
   interface.network_type =
       named(type, type.text("a network type"), network_types, "a network type");
+  interface.told_type = told_type(type.text("a network type"));
   interface.enabled = view.member("ospfEnabled", "true or false").boolean("true or false");
   interface.passive = view.has("timerPassiveIface") &&
                       view.member("timerPassiveIface", "").boolean("true or false");
@@ -184,6 +211,11 @@ void read_neighbor_v4(Instance &instance, const std::string &id, const JsonView 
   const std::string text = state.text("a neighbour state");
   neighbor.state =
       named(state, text.substr(0, text.find('/')), neighbor_states, "a neighbour state");
+  neighbor.evidence = "answer";
+  if (view.has("nbrPriority")) {
+    neighbor.priority = static_cast<std::uint8_t>(
+        view.member("nbrPriority", "").number(UINT8_MAX, "a priority"));
+  }
   neighbor.dr = optional_address(view, "routerDesignatedId");
   neighbor.bdr = optional_address(view, "routerDesignatedBackupId");
   if (view.has("stateChangeCounter")) {
@@ -214,17 +246,20 @@ Instance read_v4(const std::string &folder, PassedOver &passed_over, Missing mis
   Instance instance{Family::ipv4, router_id(process.member("routerId", "a router ID")), {}};
   read_areas(instance, process);
   process.pass_over_all_but({"routerId", "areas"});
-  if (is_left_out(folder, "ip-ospf-interface.json", missing)) return instance;
-  const JsonView interfaces = read_json(answer(folder, "ip-ospf-interface.json"), passed_over);
-  for (const auto &[name, view] :
-       interfaces.member("interfaces", "the interfaces").members("the interfaces")) {
-    read_interface_v4(instance, name, view);
+  const bool has_interfaces = !is_left_out(folder, "ip-ospf-interface.json", missing);
+  if (has_interfaces) {
+    const JsonView interfaces = read_json(answer(folder, "ip-ospf-interface.json"), passed_over);
+    for (const auto &[name, view] :
+         interfaces.member("interfaces", "the interfaces").members("the interfaces")) {
+      read_interface_v4(instance, name, view);
+    }
   }
   if (is_left_out(folder, "ip-ospf-neighbor-detail.json", missing)) return instance;
   const JsonView neighbors = read_json(answer(folder, "ip-ospf-neighbor-detail.json"), passed_over);
   for (const auto &[id, list] :
        neighbors.member("neighbors", "the neighbours").members("the neighbours")) {
     for (const JsonView &view : list.elements("a list of adjacencies")) {
+      if (!has_interfaces) add_interface_of(instance, view, "areaId", "ifaceName");
       read_neighbor_v4(instance, id, view);
     }
   }
@@ -259,6 +294,7 @@ void read_interface_v6(Instance &instance, const std::string &name, const JsonVi
       view.member(view.has("operatingAsType") ? "operatingAsType" : "type", "a network type");
   interface.network_type =
       named(type, type.text("a network type"), network_types, "a network type");
+  interface.told_type = told_type(type.text("a network type"));
   interface.cost =
       static_cast<std::uint16_t>(view.member("cost", "a cost").number(UINT16_MAX, "a cost"));
   interface.hello_interval = seconds(view, "timerIntervalsConfigHello");
@@ -304,6 +340,7 @@ void read_neighbor_v6(Instance &instance, const std::string &key, const JsonView
   const JsonView state = view.member("neighborState", "a neighbour state");
   neighbor.state =
       named(state, state.text("a neighbour state"), neighbor_states, "a neighbour state");
+  neighbor.evidence = "answer";
   neighbor.dr = optional_address(view, "neighborDRouter");
   neighbor.bdr = optional_address(view, "neighborBdRouter");
   if (view.has("reTransListCount")) {
@@ -315,22 +352,48 @@ void read_neighbor_v6(Instance &instance, const std::string &key, const JsonView
   interface.neighbors.push_back(neighbor);
 }
 
+// The detailed answer about neighbours leaves their priorities out, the short one has them.
+void read_priorities(const std::string &folder, Instance &instance) {
+  PassedOver not_counted;
+  const JsonView answer_view =
+      read_json(answer(folder, "ipv6-ospf6-neighbor.json"), not_counted);
+  for (const JsonView &view :
+       answer_view.member("neighbors", "the neighbours").elements("the neighbours")) {
+    const std::string id = view.member("neighborId", "a router ID").text("a router ID");
+    const std::string name = view.member("interfaceName", "a name").text("an interface name");
+    const auto priority = static_cast<std::uint8_t>(
+        view.member("priority", "a priority").number(UINT8_MAX, "a priority"));
+    for (Area &area : instance.areas) {
+      for (Interface &interface : area.interfaces) {
+        if (interface.name != name) continue;
+        for (Neighbor &neighbor : interface.neighbors) {
+          if (neighbor.router_id == id) neighbor.priority = priority;
+        }
+      }
+    }
+  }
+}
+
 Instance read_v6(const std::string &folder, PassedOver &passed_over, Missing missing) {
   const JsonView process = read_json(answer(folder, "ipv6-ospf6.json"), passed_over);
   Instance instance{Family::ipv6, router_id(process.member("routerId", "a router ID")), {}};
   read_areas(instance, process);
   process.pass_over_all_but({"routerId", "areas"});
-  if (is_left_out(folder, "ipv6-ospf6-interface.json", missing)) return instance;
-  const JsonView interfaces = read_json(answer(folder, "ipv6-ospf6-interface.json"), passed_over);
-  for (const auto &[name, view] : interfaces.members("the interfaces")) {
-    read_interface_v6(instance, name, view);
+  const bool has_interfaces = !is_left_out(folder, "ipv6-ospf6-interface.json", missing);
+  if (has_interfaces) {
+    const JsonView interfaces = read_json(answer(folder, "ipv6-ospf6-interface.json"), passed_over);
+    for (const auto &[name, view] : interfaces.members("the interfaces")) {
+      read_interface_v6(instance, name, view);
+    }
   }
   if (is_left_out(folder, "ipv6-ospf6-neighbor-detail.json", missing)) return instance;
   const JsonView neighbors =
       read_json(answer(folder, "ipv6-ospf6-neighbor-detail.json"), passed_over);
   for (const auto &[key, view] : neighbors.members("the neighbours")) {
+    if (!has_interfaces) add_interface_of(instance, view, "area", "interface");
     read_neighbor_v6(instance, key, view);
   }
+  if (find_answer(folder, "ipv6-ospf6-neighbor.json")) read_priorities(folder, instance);
   return instance;
 }
 

@@ -4,6 +4,7 @@
 #include <set>
 #include <tuple>
 
+#include "ospf_tables/observed.hpp"
 #include "ospf_tables/row_keys.hpp"
 
 namespace router_answers {
@@ -14,11 +15,6 @@ using ospf_tables::dotted;
 namespace {
 
 using Name = std::pair<std::uint8_t, std::uint8_t>;  // version, instance ID
-
-// As captures have it: no router's own.
-std::uint32_t observer_id(Name name) {
-  return name.second == 0 ? 0 : 0x00ff0000u | std::uint32_t{name.first} << 8 | name.second;
-}
 
 std::string hex(std::uint32_t value, int digits) {
   char text[16];
@@ -54,7 +50,7 @@ class Merger {
   explicit Merger(Name name) {
     process_.version = name.first;
     process_.instance_id = name.second;
-    process_.instance.router_id = observer_id(name);
+    process_.instance.router_id = ospf_tables::observer_id({name.first, name.second});
   }
 
   void add(const Router &router, const Process &process) {
@@ -98,6 +94,7 @@ class Merger {
   void add_area(const Process &process, const ospf_tables::Area &from) {
     ospf_tables::Area &area = areas_[from.id];
     area.id = from.id;
+    if (area.kind.empty()) area.kind = from.kind;
     const std::string router = dotted(process.instance.router_id);
     for (ospf_tables::Interface interface : from.interfaces) {
       const std::string own = interface.name;

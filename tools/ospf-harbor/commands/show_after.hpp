@@ -1,4 +1,4 @@
-// The options of commands that fill the tables: the tree shown when they have.
+// The options of commands that fill the tables: what is shown when they have.
 #pragma once
 
 #include <algorithm>
@@ -10,17 +10,20 @@ namespace tool {
 
 struct ShowAfter {
   bool wanted = false;
+  bool tree = false;
   std::string path;
 
   void add_to(CLI::App &command) {
-    command.add_flag("--show", wanted, "Show the tree afterwards");
-    command.add_option("--path", path, "What to show of it, such as area/0.0.0.0/interface/eth0");
+    command.add_flag("--show", wanted, "Show an overview afterwards");
+    command.add_flag("--tree", tree, "Show all rows afterwards");
+    command.add_option("--path", path, "Show these rows, such as area/0.0.0.0/interface/eth0");
   }
   // status: of the filling.
   int run(ospf_tables::Session &session, int status = 0) const {
-    if (wanted || !path.empty()) {
-      session.reading([&] { status = std::max(status, show_path(session, path)); });
-    }
+    session.reading([&] {
+      if (wanted) status = std::max(status, show_overview(session, "auto"));
+      if (tree || !path.empty()) status = std::max(status, show_path(session, path));
+    });
     return status;
   }
 };

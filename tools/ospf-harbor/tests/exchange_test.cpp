@@ -34,9 +34,9 @@ TEST_F(TreeFiles, ComeBackAsTheyLeft) {
 TEST_F(TreeFiles, ImportShowsWhatShowShows) {
   expect_done({"export", "--image", file("a.tree"), "--xml", file("a.xml"), "--text", file("a.txt"),
                "--from", sample_});
-  for (const auto &words : {std::vector<std::string>{"import", "--image", file("a.tree"), "--show"},
-                            {"import", "--xml", file("a.xml"), "--show"},
-                            {"show", "--from", file("a.tree")}}) {
+  for (const auto &words : {std::vector<std::string>{"import", "--image", file("a.tree"), "--tree"},
+                            {"import", "--xml", file("a.xml"), "--tree"},
+                            {"show", "--tree", "--from", file("a.tree")}}) {
     const Said said = run(words);
     EXPECT_EQ(said.status, 0) << said.err;
     EXPECT_EQ(said.out, content_of(file("a.txt")));
@@ -59,7 +59,7 @@ TEST_F(TreeFiles, AddToWhatIsThere) {
 TEST_F(TreeFiles, AreCommandsOfTheShell) {
   expect_done({"export", "--image", file("a.tree"), "--text", file("a.txt"), "--from", sample_});
   put("lines", "import --image " + file("a.tree") + "\nexport --image " + file("b.tree") +
-                   "\nimport --image " + file("none") + "\nexport\nshow\n");
+                   "\nimport --image " + file("none") + "\nexport\nshow --tree\n");
   const Said said = run({"shell"}, file("lines"));
   EXPECT_EQ(said.status, 2);
   EXPECT_NE(said.err.find(file("none") + ": found No such file"), std::string::npos) << said.err;
@@ -183,7 +183,7 @@ TEST_F(Dump, ShowsImagesOfRecordsObjectsAndKeys) {
 class TwoProcesses : public ProcessTest {
  protected:
   void expect_arrives(const std::string &at) {
-    ToolProcess receiver(folder_, "receiver", {"receive", "--at", at, "--show"});
+    ToolProcess receiver(folder_, "receiver", {"receive", "--at", at, "--tree"});
     const std::string place = receiver.place();
     std::vector<std::string> words{"send", "--to", place, "--from", sample_};
     if (place.starts_with("tcp:")) words.insert(words.end(), {"--token", token_of(receiver)});

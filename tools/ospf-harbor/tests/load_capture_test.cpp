@@ -499,17 +499,17 @@ TEST(CapturedInstance, AreaOpaqueLsasOfOneNameAreKeptApartByArea) {
   EXPECT_EQ(tree.lsas[1].interface, "10.0.0.1@10.0.1.1");
 }
 
-TEST(CapturedInstance, AnAreaOpaqueLsaOfAnAreaWithoutInterfacesIsInTheArea) {
+TEST(CapturedInstance, AnAreaOpaqueLsaStaysInTheAreaThatItWasHeardIn) {
   CaptureFile file;
-  // The interface moves to area 2 with its hello.
+  // The hello of area 2 comes from another interface of that address.
   file.update_v2({make_lsa_v2({.type = 10, .id = 0x01000001}, Writer().tlv(2, te_link(true)))},
                  {.area = 1});
   file.ipv4(make_packet_v2({.type = 1, .area = 2}, make_hello_v2()));
   const captured::Lsa lsa = only_lsa(file);
   EXPECT_EQ(lsa.area, "0.0.0.1");
-  EXPECT_EQ(lsa.interface, "");
-  EXPECT_FALSE(lsa.is_link_row);
-  EXPECT_FALSE(lsa.completed);
+  EXPECT_EQ(lsa.interface, "10.0.0.1@10.0.0.1");
+  EXPECT_TRUE(lsa.is_link_row);
+  EXPECT_TRUE(lsa.completed);
 }
 
 TEST(CapturedInterface, OfANonBroadcastNetworkHasTheRoutersThatItCallsByAddress) {

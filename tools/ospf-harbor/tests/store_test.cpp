@@ -56,7 +56,7 @@ class Stores : public ProcessTest {
   void expect_damage_refused(const std::string &damaged, const Words &texts) {
     const std::string sound = content_of(store_);
     put("store", damaged);
-    expect_refusal(on_store({"show"}), texts);
+    expect_refusal(on_store({"show", "--tree"}), texts);
     expect_refusal(on_store({"load", "frr", other_sample_}), texts);
     expect_refusal(run({"store", "check", store_}), texts);
     EXPECT_TRUE(content_of(store_) == damaged);
@@ -71,11 +71,11 @@ class Stores : public ProcessTest {
 
 TEST_F(Stores, ShowWhatAnotherProcessLoaded) {
   expect_on_store({"load", "frr", sample_});
-  expect_same({"show"}, loaded_so({load_one_}));
+  expect_same({"show", "--tree"}, loaded_so({load_one_}));
   expect_on_store({"load", "frr", other_sample_});
   expect_on_store({"load", "capture", capture_});
   const std::string all = loaded_so({load_one_, load_other_, "load capture " + capture_});
-  for (const Words &words : {Words{"show"},
+  for (const Words &words : {Words{"show", "--tree"},
                              {"show", "area", "--json"},
                              {"lsdb"},
                              {"lsdb", "--detail"},
@@ -94,17 +94,17 @@ TEST_F(Stores, ShowWhatAnotherProcessLoaded) {
 TEST_F(Stores, TakeWhatIsImportedAndReceived) {
   std::filesystem::rename(loaded_so({load_one_}), file("one"));
   expect_on_store({"import", "--image", file("one")});
-  expect_same({"show"}, loaded_so({load_one_}));
+  expect_same({"show", "--tree"}, loaded_so({load_one_}));
   ToolProcess receiver(folder_, "receiver",
                        {"receive", "--at", "unix:" + file("socket"), "--store", store_});
   expect_done({"send", "--to", receiver.place(), "--from", loaded_so({load_other_})});
   EXPECT_EQ(receiver.wait(), 0) << receiver.err();
-  expect_same({"show"}, loaded_so({load_one_, load_other_}));
-  ToolProcess private_one(folder_, "private", {"receive", "--at", "unix:" + file("s2"), "--show"});
+  expect_same({"show", "--tree"}, loaded_so({load_one_, load_other_}));
+  ToolProcess private_one(folder_, "private", {"receive", "--at", "unix:" + file("s2"), "--tree"});
   expect_on_store({"send", "--to", private_one.place()});
   EXPECT_EQ(private_one.wait(), 0) << private_one.err();
-  EXPECT_EQ(private_one.out(), on_store({"show"}).out);
-  put("lines", "show\nload frr " + sample_ + "\nshow --from " + sample_ + "\n");
+  EXPECT_EQ(private_one.out(), on_store({"show", "--tree"}).out);
+  put("lines", "show --tree\nload frr " + sample_ + "\nshow --from " + sample_ + "\n");
   const Said shell = run({"shell", "--store", store_}, file("lines"));
   EXPECT_EQ(shell.status, 2);
   EXPECT_TRUE(shell.out.starts_with(private_one.out()));
@@ -136,7 +136,7 @@ TEST_F(Stores, AreToldOf) {
 }
 
 TEST_F(Stores, AreMadeByCommandsThatLoad) {
-  for (const Words &words : {Words{"show"},
+  for (const Words &words : {Words{"show", "--tree"},
                              {"lsdb"},
                              {"export", "--text", file("text")},
                              {"send", "--to", "unix:" + file("socket")}}) {
@@ -161,7 +161,7 @@ TEST_F(Stores, StayAsTheyWereWhenALoadFails) {
   expect_refusal(on_store({"import", "--image", file("two"), file("cut")}),
                  {"cut: offset", "found the end of the bytes"});
   expect_refusal(on_store({"load", "frr", other_sample_, file("none")}), {"none"});
-  expect_same({"show"}, loaded_so({load_one_}));
+  expect_same({"show", "--tree"}, loaded_so({load_one_}));
   expect_sound();
 }
 
@@ -180,11 +180,11 @@ TEST_F(Stores, NameWhoChangesThemAndUndoWhoIsKilled) {
     ASSERT_EQ(ioctl(pipe, FIONREAD, &left), 0);
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
-  expect_refusal(on_store({"show"}), {std::to_string(importer.id())});
+  expect_refusal(on_store({"show", "--tree"}), {std::to_string(importer.id())});
   kill(importer.id(), SIGKILL);
   EXPECT_EQ(importer.wait(), -SIGKILL);
   close(pipe);
-  expect_same({"show"}, loaded_so({load_one_}));
+  expect_same({"show", "--tree"}, loaded_so({load_one_}));
   expect_sound();
 }
 
@@ -209,7 +209,7 @@ TEST_F(Stores, HoldTheOldTreeOrTheNewOneAfterAKill) {
     std::this_thread::sleep_for(std::chrono::duration<double>(moment(random)));
     kill(importer.id(), SIGKILL);
     if (importer.wait() == -SIGKILL) ++killed;
-    const std::string shown = on_store({"show"}).out;
+    const std::string shown = on_store({"show", "--tree"}).out;
     ASSERT_TRUE(shown == trees[now] || shown == trees[next]);
     if (shown == trees[next]) now = next;
     expect_sound();

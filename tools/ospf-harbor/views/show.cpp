@@ -11,6 +11,7 @@
 #include "ospf_tables/tree.hpp"
 #include "usage_error.hpp"
 #include "views/json_lines.hpp"
+#include "views/network_tables.hpp"
 
 namespace tool {
 
@@ -190,6 +191,12 @@ void visit_path(Session &session, const std::string &path,
   const std::vector<Step> steps = parse(path);
   VisitOfChosen visitor(steps, visit);
   walk_tree(session, visitor);
+}
+
+int show_overview(Session &session, const std::string &colour) {
+  const bool any = print_overview(read_network(session, {}), screen_of_output(colour), stdout);
+  // A tree that holds no area has its rows all the same.
+  return any ? 0 : show_path(session, "");
 }
 
 int show_path(Session &session, const std::string &path, bool json) {

@@ -23,6 +23,9 @@ std::size_t show_json(ospf_tables::Session &session, const std::string &path, st
 void visit_path(ospf_tables::Session &session, const std::string &path,
                 const std::function<bool(const ospf_tables::RowView &row)> &visit);
 
+// Areas, routers and neighbours, with colours as `colour` says. The status.
+int show_overview(ospf_tables::Session &session, const std::string &colour);
+
 // Prints the tree or a part of it to standard output; 1, with a word on standard error, when there
 // is nothing at the path.
 int show_path(ospf_tables::Session &session, const std::string &path, bool json = false);

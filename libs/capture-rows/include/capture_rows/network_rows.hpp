@@ -11,8 +11,7 @@
 // Link scope: link_scope_lsas of the interface of the link that was heard first. OSPFv2's opaque
 // LSAs of area scope (type 10): only link-scope rows have fields for what they say, and only
 // interfaces keep those of areas apart, so they are in link_scope_lsas of the interface of the area
-// that was heard first; without an interface they are in area_scope_lsas, as raw data and header.
-// Each LSA stands once. LSAs that routers hold no more are left out.
+// that was heard first. Each LSA stands once. LSAs that routers hold no more are left out.
 #pragma once
 
 #include <cstddef>

@@ -8,10 +8,12 @@
 // to a virtual link, which is the pair of its addresses. OSPFv3 interfaces are known by router and
 // interface ID; a unicast between them, a link LSA that one floods for the other or a router LSA's
 // link joins them. Where neither helps, an interface is joined with one that it lists and that
-// lists it, if each is its router's only interface in the area with the timers that both have.
+// lists it, if each is its router's only interface in the area with the timers that both have, or
+// the only one of these that has listed the other for two hello intervals.
 //
 // Neighbour states, of B as A has it:
-//   Down     B's hellos have stopped for longer than A's dead interval
+//   Down     B's hellos have stopped for longer than A's dead interval, or A does not hear B or does
+//            not take its hellos, since a router lists all that it hears (RFC 2328, 9.5)
 //   Attempt  A sends hellos to an address from which none ever came
 //   Init     B's hello is seen and does not list A
 //   TwoWay   B's hello lists A
@@ -24,7 +26,11 @@
 // or A, the designated router, lists B in its network LSA. On a link of two, A is taken to be Full
 // with B too if it floods or acknowledges there, which no router does below Exchange, and has sent
 // no description since the relation began. A router that the database has Full with the
-// designated router is taken to be Full with the backup too.
+// designated router is taken to be Full with the backup too. At last a relation that has lasted for
+// a dead interval without an exchange in the capture is taken to be Full.
+//
+// All above TwoWay holds where an adjacency is wanted (RFC 2328, 10.4): where a network has
+// designated routers, with these alone. Others stay TwoWay, or are again after new ones are elected.
 #pragma once
 
 #include <cstdint>
@@ -52,7 +58,7 @@ enum class NeighborState : std::uint8_t {
 };
 
 // What a neighbour's state rests on.
-enum class Evidence : std::uint8_t { hello, description, database, flooding, role };
+enum class Evidence : std::uint8_t { hello, description, database, flooding, role, lasting };
 
 enum class NetworkType : std::uint8_t {
   unknown,
@@ -65,6 +71,7 @@ enum class NetworkType : std::uint8_t {
 
 enum class InterfaceState : std::uint8_t {
   unknown,
+  down,  // its hellos have stopped
   waiting,
   point_to_point,
   dr_other,
@@ -73,6 +80,7 @@ enum class InterfaceState : std::uint8_t {
 };
 
 std::string_view neighbor_state_text(NeighborState state);
+std::string_view evidence_text(Evidence evidence);
 std::string_view network_type_text(NetworkType type);
 std::string_view interface_state_text(InterfaceState state);
 
@@ -191,6 +199,11 @@ class Network : public Visitor {
   LinkName name_of(std::uint32_t interface) const;
   std::uint32_t add_interface(const Packet &packet);
   std::uint32_t sender(const Packet &packet);
+  std::optional<std::uint32_t> virtual_end(const Packet &packet,
+                                           std::optional<std::uint32_t> id) const;
+  template <typename Also>
+  std::optional<std::uint32_t> only_one(const Interface &of, std::uint32_t router,
+                                        Also also) const;
   std::uint32_t hello_sender(const Packet &packet, const Hello &hello);
   void join_by_unicast(std::uint32_t interface, const Packet &packet);
   void join_by_hello(std::uint32_t interface);
@@ -208,6 +221,8 @@ class Network : public Visitor {
   std::vector<const LsdbEntry *> router_lsas(const Interface &interface, Time now) const;
   // When the database first said that `of` is Full with `with`; none if it does not say so.
   std::optional<Time> full_since(const Interface &of, const Interface &with, Time now) const;
+  bool hear_each_other(std::uint32_t interface, std::uint32_t router) const;
+  bool wants_adjacency(std::uint32_t interface, std::uint32_t peer) const;
   bool in_transit_network(const Interface &interface, Time now) const;
 
   Lsdb lsdb_;

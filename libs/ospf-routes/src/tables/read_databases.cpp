@@ -6,6 +6,8 @@
 #include <map>
 #include <tuple>
 
+#include "ospf_tables/observed.hpp"
+
 namespace ospf_routes {
 
 namespace {
@@ -56,8 +58,8 @@ std::int32_t sequence_of(const LsaView &lsa) {
 // in their router ID; those that routers gave are instance 0.
 using InstanceKey = std::pair<std::uint32_t, std::uint8_t>;
 InstanceKey instance_of(const LsdbEntry &entry) {
-  const bool tells = entry.router_id >> 16 == 0x00ff;
-  return {entry.lsa.version, static_cast<std::uint8_t>(tells ? entry.router_id & 0xff : 0)};
+  return {entry.lsa.version,
+          ospf_tables::instance_name(entry.router_id, entry.lsa.version == 2).instance_id};
 }
 
 class DatabaseReader {

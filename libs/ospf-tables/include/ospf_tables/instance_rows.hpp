@@ -34,6 +34,7 @@ class NewInstance {
   friend void add_instances(Session &, const std::vector<std::unique_ptr<NewInstance>> &);
 
   NewRecord<ospf_instance_rev1_ops> record_;
+  ToldOfInstance told_;
 };
 
 // Puts instances into the tree; each takes the place of one of the same address family and router

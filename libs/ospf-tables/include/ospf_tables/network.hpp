@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ struct Neighbor {
   std::uint32_t state;  // enum nbr_state_type_value
   std::uint32_t events = 0;
   std::uint32_t retransmission_queue = 0;
+  std::optional<std::uint8_t> priority = std::nullopt;
+  std::string evidence = "";  // what the state rests on
 };
 
 // `key` stands for one whose algorithm is not known.
@@ -35,6 +38,9 @@ enum class Authentication {
 struct Interface {
   std::string name;
   std::string address;         // its own, where the source tells it; no table has a field for it
+  std::string told_type;       // "virtual" or "loopback", which the model has no values for
+  bool cost_known = true;
+  bool silent = false;  // it was heard, but no more
   std::uint32_t network_type;  // enum ospf_network_type_value
   bool passive = false;
   bool enabled = true;
@@ -60,6 +66,7 @@ struct Interface {
 struct Area {
   std::uint32_t id;
   std::vector<Interface> interfaces;
+  std::string kind = "";  // "normal", "stub" or "nssa", where the source tells it
 };
 
 // One routing process of one address family.

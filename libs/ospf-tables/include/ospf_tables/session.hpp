@@ -9,6 +9,10 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include "ospf_tables/told.hpp"
 
 namespace ospf_tables {
 
@@ -36,6 +40,12 @@ class Session {
 
   bool is_store() const { return is_store_; }
 
+  // Beside the tables; always empty on a store, which others change too.
+  Told &told() { return told_; }
+  // Keys of instances that gave way to others since this was last asked for.
+  std::vector<std::string> take_replaced() { return std::exchange(replaced_, {}); }
+  void note_replaced(const std::string &key) { replaced_.push_back(key); }
+
   // Everything that reads a store runs within reading(), and what changes it within changing(): one
   // transaction, which other processes see whole when act has ended, or not at all when it throws.
   // What act made is gone before changing() returns. On a private database they only run act, and
@@ -61,6 +71,8 @@ class Session {
   kelp_database *database_ = nullptr;
   kelp_handle *handle_ = nullptr;
   std::uint32_t err_ = 0;
+  Told told_;
+  std::vector<std::string> replaced_;
   bool is_store_ = false;
   bool is_locked_ = false;
 };

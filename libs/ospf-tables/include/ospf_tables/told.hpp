@@ -1,0 +1,37 @@
+// What sources tell of a network and no table has a field for. It stands beside the tables of a
+// private database for as long as a run lasts; stores and trees that travel do not have it, and who
+// shows it shows nothing in its place then.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+
+namespace ospf_tables {
+
+struct ToldOfNeighbor {
+  std::optional<std::uint8_t> priority;
+  std::string evidence;  // what the state rests on
+};
+
+struct ToldOfInterface {
+  std::string address;
+  std::string type;  // where the model has none like it: "virtual", "loopback"
+  std::optional<std::uint32_t> cost;
+  bool silent = false;  // it was heard, but no more
+};
+
+// By area ID; interfaces by their name too, neighbours by that and their router ID.
+struct ToldOfInstance {
+  std::map<std::uint32_t, std::string> area_kinds;
+  std::map<std::pair<std::uint32_t, std::string>, ToldOfInterface> interfaces;
+  std::map<std::tuple<std::uint32_t, std::string, std::string>, ToldOfNeighbor> neighbors;
+};
+
+// By the key of the instance's row, such as "ipv4,10.0.0.1".
+using Told = std::map<std::string, ToldOfInstance>;
+
+}  // namespace ospf_tables
