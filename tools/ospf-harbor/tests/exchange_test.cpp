@@ -82,7 +82,7 @@ class WrongFiles : public ProcessTest {
     ASSERT_NE(at, std::string::npos) << from;
     changed.replace(at, from.size(), to);
     put("bad.xml", changed);
-    expect_refused({"import", "--xml", file("bad.xml"), "--show"}, texts);
+    expect_refused({"import", "--xml", file("bad.xml"), "--tree"}, texts);
   }
   std::string image_;
   std::string xml_;
@@ -95,7 +95,7 @@ TEST_F(WrongFiles, AreRefusedWithWhatWasFoundAndExpected) {
   expect_refused({"import", "--xml", file("a.tree")},
                  {"a.tree", "expected a well-formed document"});
   put("cut", image_.substr(0, 1000));
-  expect_refused({"import", "--image", file("cut"), "--show"},
+  expect_refused({"import", "--image", file("cut"), "--tree"},
                  {"offset 0x3e8: found the end of the bytes", "the rest of the frame at"});
   put("empty", "");
   expect_refused({"import", "--image", file("empty")}, {"offset 0x0", "the header of a tree"});
@@ -202,7 +202,7 @@ class TwoProcesses : public ProcessTest {
   }
   // A receiver of one tree, or more, at a TCP port for senders that write "token T" first.
   std::unique_ptr<ToolProcess> receiver(const std::vector<std::string> &more = {}) {
-    std::vector<std::string> words{"receive", "--at", any_port, "--token", "T", "--show"};
+    std::vector<std::string> words{"receive", "--at", any_port, "--token", "T", "--tree"};
     words.insert(words.end(), more.begin(), more.end());
     return std::make_unique<ToolProcess>(folder_, "receiver", words);
   }
@@ -211,7 +211,7 @@ class TwoProcesses : public ProcessTest {
                              const std::vector<std::string> &told) {
     expect_done({"send", "--to", place, "--token", "T", "--from", sample_});
     EXPECT_EQ(receiver.wait(), 0) << receiver.err();
-    EXPECT_EQ(receiver.out(), run({"show", "--from", sample_}).out);
+    EXPECT_EQ(receiver.out(), run({"show", "--tree", "--from", sample_}).out);
     for (const std::string &text : told) {
       EXPECT_NE(receiver.err().find(text), std::string::npos) << receiver.err();
     }
@@ -399,11 +399,11 @@ TEST_F(TwoProcesses, SeveralAreServedAtOnceAndSeveralTreesTaken) {
   close(slow);
   close(late);
   EXPECT_EQ(waiting->wait(), 0) << waiting->err();
-  EXPECT_EQ(waiting->out(), run({"show", "--from", file("one.tree"), file("two.tree")}).out);
+  EXPECT_EQ(waiting->out(), run({"show", "--tree", "--from", file("one.tree"), file("two.tree")}).out);
 }
 
 TEST_F(TwoProcesses, ATcpPortAsksForTheTokenAndSaysWhy) {
-  ToolProcess waiting(folder_, "waiting", {"receive", "--at", any_port, "--show"});
+  ToolProcess waiting(folder_, "waiting", {"receive", "--at", any_port, "--tree"});
   const std::string place = waiting.place();
   const std::string token = token_of(waiting);
   EXPECT_EQ(token.size(), 32u) << waiting.err();
@@ -427,14 +427,14 @@ TEST_F(TwoProcesses, ATcpPortAsksForTheTokenAndSaysWhy) {
   expect_done({"send", "--to", place, "--from", sample_});
   unsetenv("OSPF_HARBOR_TOKEN");
   EXPECT_EQ(waiting.wait(), 0) << waiting.err();
-  EXPECT_EQ(waiting.out(), run({"show", "--from", sample_}).out);
+  EXPECT_EQ(waiting.out(), run({"show", "--tree", "--from", sample_}).out);
 }
 
 // Also while somebody is in the middle of a tree; and one that was ignored stays so.
 TEST_F(TwoProcesses, SignalsTakeTheSocketFileAway) {
   for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
     const std::string at = "unix:" + file("socket");
-    ToolProcess waiting(folder_, "waiting", {"receive", "--at", at, "--show"});
+    ToolProcess waiting(folder_, "waiting", {"receive", "--at", at, "--tree"});
     waiting.place();
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
