@@ -20,7 +20,7 @@ namespace store_test {
 
 namespace {
 
-constexpr std::size_t kHeadEnd = 2792;  // of what the header holds
+constexpr std::size_t kHeadEnd = 2808;  // of what the header holds
 constexpr std::size_t kTypes = 65536;
 constexpr std::size_t kHeap = kTypes + (std::size_t{1} << 20);
 constexpr std::size_t kSpan = 65536;

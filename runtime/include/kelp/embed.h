@@ -49,6 +49,10 @@ KELP_API kelp_database *kelp_database_open_private(const char *name,
                                                    const kelp_database_options *options,
                                                    kelp_error *error);
 
+/* What a store's commits survive: the end of any process, or also the machine's stopping at any
+ * moment. */
+enum kelp_durability { KELP_DURABILITY_PROCESS = 0, KELP_DURABILITY_POWER = 1 };
+
 typedef struct kelp_store_options {
   size_t struct_size;                 /* set by kelp_store_options_init */
   uint32_t read_only;                 /* non-zero: read locks alone can be had */
@@ -57,9 +61,12 @@ typedef struct kelp_store_options {
   uint32_t file_mode;                 /* of files that are made */
   uint32_t wait_ms;                   /* how long to wait for a lock, UINT32_MAX without limit */
   uint32_t replication_cache_entries; /* as kelp_database_options has it */
+  uint32_t durability; /* of a new file: enum kelp_durability; a file keeps what it was made with */
+  uint64_t image_bytes; /* with KELP_DURABILITY_POWER: bytes of log, at least, between two images */
 } kelp_store_options;
 
-/* Fills in the defaults: reading and writing, made when missing, 64 GiB, 0600, 10 s, 1024. */
+/* Fills in the defaults: reading and writing, made when missing, 64 GiB, 0600, 10 s, 1024,
+ * KELP_DURABILITY_PROCESS, 16 MiB. */
 KELP_API void kelp_store_options_init(kelp_store_options *options);
 
 /* Opens a store: a database in a file, which processes share. Beside the file lie path-log, what a
@@ -68,8 +75,9 @@ KELP_API void kelp_store_options_init(kelp_store_options *options);
  *
  * - The write lock begins a transaction. kelp_unlock commits it, kelp_rollback undoes it, and so
  * does whoever comes next after a process that died with it. What was committed survives the end of
- *   every process; for a crash of the machine nothing is promised but that a store which was in use
- *   is looked through before it is opened again.
+ *   every process. With KELP_DURABILITY_POWER it is on the disk when kelp_unlock gives 0, and is
+ * there after a crash of the machine or a loss of power; path-redo and path-image belong to such a
+ * store. Without, a store that was in use is looked through before it is opened again.
  * - Objects are made under the write lock. Under the read lock obj_alloc gives memory of the
  * process, for keys and copies; without a lock it gives none.
  * - What lies in the store is changed under the write lock, or the process ends.

@@ -74,6 +74,8 @@ extern "C" void kelp_store_options_init(kelp_store_options *options) {
   options->file_mode = kelp::store::Options().mode;
   options->wait_ms = kelp::store::Options().wait_ms;
   options->replication_cache_entries = kelp::kDefaultCacheEntries;
+  options->durability = KELP_DURABILITY_PROCESS;
+  options->image_bytes = kelp::store::Options().image_bytes;
 }
 
 extern "C" kelp_database *kelp_database_open_file(const char *path,
@@ -94,6 +96,11 @@ extern "C" kelp_database *kelp_database_open_file(const char *path,
     return nullptr;
   }
   if (options != nullptr) wanted = *options;
+  if (wanted.durability > KELP_DURABILITY_POWER) {
+    kelp::fail(error, KELP_ERR_INVALID, "%s: store '%s': durability %u, expected process or power",
+               kFunction, path, wanted.durability);
+    return nullptr;
+  }
   std::unique_ptr<kelp_database> database;
   bool opened = false;
   const bool done = kelp::without_exceptions([&] {
@@ -103,6 +110,8 @@ extern "C" kelp_database *kelp_database_open_file(const char *path,
     store_options.reserved_bytes = wanted.reserved_bytes;
     store_options.mode = wanted.file_mode;
     store_options.wait_ms = wanted.wait_ms;
+    store_options.durability = wanted.durability;
+    store_options.image_bytes = wanted.image_bytes;
     database = std::make_unique<kelp_database>();
     database->store = kelp::store::Store::open(path, store_options, error);
     if (database->store == nullptr) return;

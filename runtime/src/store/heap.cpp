@@ -41,7 +41,11 @@ void Heap::save_span(Span *span) {
 }
 
 void Heap::save_slot(const Span *span, Slot *slot) {
-  if (!is_new(span)) ground_->save(slot, sizeof *slot);
+  if (is_new(span)) {
+    ground_->mark(slot, sizeof *slot);
+  } else {
+    ground_->save(slot, sizeof *slot);
+  }
 }
 
 void Heap::link(std::uint32_t &list, Span *span) {
@@ -105,6 +109,7 @@ void *Heap::allocate_slot(std::size_t size, std::uint8_t owner) {
     span->first_free = slot.asked;
   } else {
     // A slot that was never given out is known by its number alone.
+    ground_->mark(&slot, sizeof slot);
     ++span->fresh;
   }
   slot = Slot{ground_->stamp(), static_cast<std::uint16_t>(size),
@@ -114,7 +119,10 @@ void *Heap::allocate_slot(std::size_t size, std::uint8_t owner) {
     unlink(head_->classes[index], span);
   }
   count(size, span->slot_bytes, owner, true);
-  return span_start(number_of(span)) + span->slots_offset + std::size_t{number} * span->slot_bytes;
+  std::byte *block =
+      span_start(number_of(span)) + span->slots_offset + std::size_t{number} * span->slot_bytes;
+  ground_->mark(block, size);
+  return block;
 }
 
 void *Heap::allocate_large(std::size_t size, std::uint8_t owner) {
@@ -134,6 +142,7 @@ void *Heap::allocate_large(std::size_t size, std::uint8_t owner) {
   first->state = static_cast<std::uint8_t>(kLive | owner);
   first->made = first->block_saved = ground_->stamp();
   count(size, spans * kSpanBytes, owner, true);
+  ground_->mark(span_start(number), size);
   return span_start(number);
 }
 
@@ -231,6 +240,7 @@ bool Heap::grow(std::uint32_t spans) {
   for (std::uint64_t at = old; at < now;) {
     if (at % kSegmentSpans == 0) {
       std::memset(static_cast<void *>(span_start(at)), 0, kSpanBytes);
+      ground_->mark(span_start(at), kSpanBytes);
       span(at)->kind = SpanKind::table;
       ++at;
       continue;
@@ -241,6 +251,7 @@ bool Heap::grow(std::uint32_t spans) {
       Span *each = span(i);
       *each = Span{};
       each->saved = ground_->stamp();
+      ground_->mark(each, sizeof *each);
     }
     release_run(at, static_cast<std::uint32_t>(until - at));
     at = until;

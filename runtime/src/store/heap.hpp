@@ -18,6 +18,8 @@ class Ground {
  public:
   // Saves bytes about to change; what cannot be saved makes the store turn to private memory.
   virtual void save(const void *address, std::size_t length) = 0;
+  // Bytes that belong to the transaction without being saved, since it made them.
+  virtual void mark(const void *address, std::size_t length) = 0;
   // Has the file back that many spans; false with the reason kept.
   virtual bool back(std::uint64_t spans) = 0;
   virtual std::uint32_t stamp() const = 0;

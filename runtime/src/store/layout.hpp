@@ -40,8 +40,11 @@ inline constexpr std::size_t kHeapOffset = kTypesOffset + kTypesBytes;
 
 inline constexpr char kStoreMagic[16] = "kelp database\n\x1a";
 inline constexpr char kJournalMagic[16] = "kelp journal\n\x1a";
+inline constexpr char kRedoMagic[16] = "kelp redo\n\x1a";
 inline constexpr char kLockMagic[16] = "kelp locks\n\x1a";
 inline constexpr std::uint32_t kLayoutVersion = 2;
+inline constexpr std::uint32_t kSurvivesProcesses = 0;  // of durability
+inline constexpr std::uint32_t kSurvivesPower = 1;
 inline constexpr std::uint32_t kByteOrder = 0x01020304;
 
 // Where stores are mapped: outside what loaders and sanitizers use on x86-64.
@@ -112,6 +115,10 @@ struct Head {
   std::uint32_t unused;
   Statistics statistics;
   Directory directory;
+  // Of a store whose commits are on the disk: where its log goes on, and the number of its last
+  // record.
+  std::uint64_t redo_end;
+  std::uint64_t redo_number;
 };
 
 struct Header {
@@ -241,6 +248,25 @@ struct JournalEntry {
   std::uint64_t address;
   std::uint64_t length;
 };
+
+struct RedoHead {
+  char magic[16];
+  std::uint32_t layout;
+  std::uint32_t unused;
+  std::uint8_t id[16];  // of the store
+};
+inline constexpr std::uint64_t kRedoStart = kPageBytes;
+inline constexpr std::uint64_t kRedoMark = UINT64_C(0x6d6d6f63706c656b);  // "kelpcomm"
+
+// Before the offsets of the pages that a commit changed, the pages, and a checksum of all of it.
+struct RedoRecord {
+  std::uint64_t mark;
+  std::uint64_t sequence;
+  std::uint64_t previous;  // number of the record before it
+  std::uint64_t number;    // random
+  std::uint64_t pages;
+};
+static_assert(sizeof(RedoRecord) == 40);
 
 struct ProcessSlot {
   std::uint32_t pid;  // 0 for a free slot

@@ -73,20 +73,6 @@ std::uint64_t choose_address(std::uint64_t reserved, const std::uint8_t (&id)[16
   return 0;
 }
 
-std::int32_t write_all(int file, const void *bytes, std::size_t length) {
-  const auto *at = static_cast<const char *>(bytes);
-  off_t offset = 0;
-  while (length != 0) {
-    const ssize_t written = pwrite(file, at, length, offset);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return written == 0 ? EIO : errno;
-    at += written;
-    offset += written;
-    length -= static_cast<std::size_t>(written);
-  }
-  return 0;
-}
-
 }  // namespace
 
 std::unique_ptr<Store> Store::open(const std::string &path, const Options &options,
@@ -108,7 +94,10 @@ std::int32_t Store::open_files(kelp_error *error) {
     file_ = File(::open(path_.c_str(), access | O_CLOEXEC));
     return file_ ? 0 : errno;
   };
-  const auto read_header = [&]() -> std::int32_t {
+  // lost: of a store that is to be made anew, what transactions change is not looked at.
+  bool lost = false;
+  Identity identity{};
+  const auto read_header = [&](bool again) -> std::int32_t {
     struct stat found {};
     Header header{};
     if (fstat(file_.number(), &found) != 0) {
@@ -123,11 +112,17 @@ std::int32_t Store::open_files(kelp_error *error) {
     }
     device_ = found.st_dev;
     file_number_ = found.st_ino;
-    return check_header(header, static_cast<std::uint64_t>(found.st_size), error);
+    if (const auto wrong = check_identity(header.identity, found.st_size, error)) return wrong;
+    std::uint8_t boot[16];
+    boot_identity(boot);
+    identity = header.identity;
+    lost = !again && identity.durability == kSurvivesPower &&
+           std::memcmp(header.boot, boot, sizeof boot) != 0;
+    return lost ? 0 : check_header(header, static_cast<std::uint64_t>(found.st_size), error);
   };
   std::int32_t code = open_database();
   if (code == 0)
-    code = read_header();
+    code = read_header(false);
   else if (code != ENOENT || !options_.create || options_.read_only) {
     return fail(error, code, "store '%s': %s", path_.c_str(), std::strerror(code));
   } else {
@@ -142,23 +137,29 @@ std::int32_t Store::open_files(kelp_error *error) {
     code = open_database();
   }
   if (code != 0) return fail(error, code, "store '%s': %s", path_.c_str(), std::strerror(code));
-  if ((code = read_header()) != 0) return code;
+  if ((code = read_header(false)) != 0) return code;
+  if (lost) {
+    if ((code = recover(identity, error)) != 0) return code;
+    code = open_database();
+    if (code != 0) return fail(error, code, "store '%s': %s", path_.c_str(), std::strerror(code));
+    if ((code = read_header(true)) != 0) return code;
+  }
   if ((code = map(error)) != 0) return code;
   if ((code = gate_.enter(header_->identity.id, error)) != 0) return code;
   if ((code = journal_.open(path_ + "-log", options_.mode, header_->identity.id, error)) != 0) {
     return code;
   }
+  if ((code = open_redo(error)) != 0) return code;
   if ((code = meet_restart(error)) != 0) return code;
   gate_.settle();
   return 0;
 }
 
-std::int32_t Store::check_header(const Header &header, std::uint64_t size,
-                                 kelp_error *error) const {
+std::int32_t Store::check_identity(const Identity &identity, std::int64_t size,
+                                   kelp_error *error) const {
   const char *path = path_.c_str();
-  const Identity &identity = header.identity;
-  if (size < kFirstBytes) {
-    return fail(error, EINVAL, "store '%s': %" PRIu64 " bytes found, expected at least %" PRIu64,
+  if (size < static_cast<std::int64_t>(kFirstBytes)) {
+    return fail(error, EINVAL, "store '%s': %" PRId64 " bytes found, expected at least %" PRIu64,
                 path, size, std::uint64_t{kFirstBytes});
   }
   if (std::memcmp(identity.magic, kStoreMagic, sizeof kStoreMagic) != 0) {
@@ -188,6 +189,16 @@ std::int32_t Store::check_header(const Header &header, std::uint64_t size,
                 "within %" PRIx64 " to %" PRIx64,
                 path, identity.address, identity.reserved_bytes, kLowestAddress, kHighestAddress);
   }
+  return 0;
+}
+
+std::int32_t Store::check_header(const Header &header, std::uint64_t size,
+                                 kelp_error *error) const {
+  const char *path = path_.c_str();
+  const Identity &identity = header.identity;
+  if (const auto code = check_identity(identity, static_cast<std::int64_t>(size), error)) {
+    return code;
+  }
   if (header.head.types_used > kTypesBytes) {
     return fail(error, EINVAL,
                 "store '%s': %" PRIu64 " bytes of types found, expected at most %" PRIu64, path,
@@ -206,7 +217,6 @@ std::int32_t Store::check_header(const Header &header, std::uint64_t size,
 
 // A new file under a name of its own, so that nobody ever meets half of one.
 std::int32_t Store::create_file(kelp_error *error) {
-  const std::string name = path_ + "-new";
   std::uint64_t reserved = std::max(options_.reserved_bytes, kLeastReserved);
   reserved = (reserved + kSpanBytes - 1) / kSpanBytes * kSpanBytes;
   if (reserved > kHighestAddress - kLowestAddress) {
@@ -221,6 +231,7 @@ std::int32_t Store::create_file(kelp_error *error) {
   identity.byte_order = kByteOrder;
   identity.reserved_bytes = reserved;
   identity.span_bytes = kSpanBytes;
+  identity.durability = options_.durability;
   if (getrandom(identity.id, sizeof identity.id, 0) != sizeof identity.id) {
     return fail(error, errno, "store '%s': no random identity: %s", path_.c_str(),
                 std::strerror(errno));
@@ -239,6 +250,17 @@ std::int32_t Store::create_file(kelp_error *error) {
   std::fill(std::begin(header.head.bins), std::end(header.head.bins), kNoSpan);
   std::fill(std::begin(header.head.classes), std::end(header.head.classes), kNoSpan);
   header.head.directory.next_oid = kFirstOid;
+  header.head.redo_end = kRedoStart;
+  // What the file is made anew from stands before the file does.
+  if (options_.durability == kSurvivesPower) {
+    if (const auto code = make_file(header, path_ + "-image", error)) return code;
+  }
+  return make_file(header, path_, error);
+}
+
+std::int32_t Store::make_file(const Header &header, const std::string &place,
+                              kelp_error *error) const {
+  const std::string name = place + "-new";
   File made(
       ::open(name.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, options_.mode));
   if (!made) {
@@ -249,13 +271,13 @@ std::int32_t Store::create_file(kelp_error *error) {
     unlink(name.c_str());
     return code;
   }
-  code = write_all(made.number(), &header, sizeof header);
+  code = write_at(made.number(), 0, &header, sizeof header);
   if (code == 0 && fsync(made.number()) != 0) code = errno;
-  if (code == 0 && rename(name.c_str(), path_.c_str()) != 0) code = errno;
-  if (code == 0) code = sync_folder_of(path_.c_str());
+  if (code == 0 && rename(name.c_str(), place.c_str()) != 0) code = errno;
+  if (code == 0) code = sync_folder_of(place.c_str());
   if (code == 0) return 0;
   unlink(name.c_str());
-  return fail(error, code, "store '%s': it cannot be made: %s", path_.c_str(), std::strerror(code));
+  return fail(error, code, "store '%s': it cannot be made: %s", place.c_str(), std::strerror(code));
 }
 
 std::int32_t Store::map(kelp_error *error) {
@@ -317,7 +339,8 @@ std::int32_t Store::meet_restart(kelp_error *error) {
   std::uint8_t boot[16];
   boot_identity(boot);
   const bool same_run = std::memcmp(header_->boot, boot, sizeof boot) == 0;
-  if (!same_run && header_->clean == 0) {
+  const bool is_kept = header_->identity.durability == kSurvivesPower;
+  if (!same_run && (header_->clean == 0 || is_kept)) {
     if (const auto code = mend(error)) return code;
     std::string first;
     const std::uint64_t findings = check(view(), [&](const std::string &text) {
@@ -331,9 +354,22 @@ std::int32_t Store::meet_restart(kelp_error *error) {
     }
   }
   if (options_.read_only) return 0;
+  const bool was_clean = header_->clean != 0;
   std::memcpy(header_->boot, boot, sizeof boot);
   header_->clean = 0;
+  // Before anything else of it is changed on the disk: a file that says that all was synced is not
+  // looked through.
+  if (was_clean && fdatasync(file_.number()) != 0) {
+    return fail(error, errno, "store '%s': it cannot be synced: %s", path_.c_str(),
+                std::strerror(errno));
+  }
   return 0;
+}
+
+std::int32_t Store::open_redo(kelp_error *error) {
+  if (options_.read_only || header_->identity.durability != kSurvivesPower) return 0;
+  next_image_ = std::max(options_.image_bytes, header_->head.spans * kSpanBytes / 2);
+  return redo_.open(path_ + "-redo", options_.mode, header_->identity.id, error);
 }
 
 std::int32_t Store::close(kelp_error *error) {

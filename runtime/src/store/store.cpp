@@ -60,6 +60,10 @@ std::int32_t Store::mend(kelp_error *error) {
                 path_.c_str());
   }
   if (undo()) {
+    // Its record may be in the log, and is that of no commit.
+    if (redo_.is_open()) {
+      if (const auto code = redo_.cut(header_->head.redo_end, error)) return code;
+    }
     struct stat found {};
     if (fstat(file_.number(), &found) != 0) {
       return fail(error, errno, "store '%s': %s", path_.c_str(), std::strerror(errno));
@@ -159,6 +163,7 @@ void Store::begin() {
   if (stamp_ == 0) {
     heap_.forget_stamps();
     stamp_ = header_->stamp = 1;
+    next_image_ = 0;  // no record tells of that
   }
   save(&header_->head, sizeof header_->head);
   begun_length_ = journal_.length();
@@ -178,6 +183,7 @@ std::int32_t Store::commit(kelp_error *error) {
     write_types();
     if (has_changes()) {
       ++header_->head.sequence;
+      keep_commit();
       // Before the commit, so that nobody who dies behind it leaves others asleep: who wakes up
       // waits for the lock.
       announced_ = failure_.code == 0;
@@ -194,6 +200,8 @@ std::int32_t Store::commit(kelp_error *error) {
   writing_ = false;
   types_pages_.reset();
   types_seen_.store(header_->head.types_version);
+  forget_marks();
+  keep_image();
   gate_.unlock_write();
   return 0;
 }
@@ -214,11 +222,13 @@ void Store::rollback() {
     const std::uint64_t size = kHeapOffset + header_->head.spans * kSpanBytes;
     if (ftruncate(file_.number(), static_cast<off_t>(size)) != 0) errno = 0;
   }
+  forget_marks();
   if (after_rollback_) after_rollback_();
   gate_.unlock_write();
 }
 
 void Store::save(const void *address, std::size_t length) {
+  mark(address, length);
   if (private_now_) return;
   if (journal_.save(reinterpret_cast<std::uintptr_t>(address), address, length)) return;
   failure_ = journal_.failure();
@@ -346,6 +356,7 @@ void Store::write_types() {
         failure_ = journal_.failure();
         return;
       }
+      mark(ours, kPiece);
       std::memcpy(types_ + at, ours, kPiece);
     }
   }

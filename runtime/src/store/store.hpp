@@ -18,6 +18,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "store/check.hpp"
 #include "store/cursor_places.hpp"
@@ -26,6 +27,7 @@
 #include "store/journal.hpp"
 #include "store/layout.hpp"
 #include "store/memory.hpp"
+#include "store/redo.hpp"
 #include "store/system.hpp"
 
 namespace kelp::store {
@@ -35,7 +37,9 @@ struct Options {
   bool create = true;
   std::uint64_t reserved_bytes = std::uint64_t{64} << 30;
   mode_t mode = 0600;
-  std::uint32_t wait_ms = 10000;  // UINT32_MAX: without limit
+  std::uint32_t wait_ms = 10000;                        // UINT32_MAX: without limit
+  std::uint32_t durability = kSurvivesProcesses;        // of a new store
+  std::uint64_t image_bytes = std::uint64_t{16} << 20;  // of log, at least, between two images
 };
 
 class Store final : public Memory, public CursorPlaces, private Ground {
@@ -119,6 +123,8 @@ class Store final : public Memory, public CursorPlaces, private Ground {
  private:
   Store() = default;
   std::int32_t open_files(kelp_error *error);
+  std::int32_t check_identity(const Identity &identity, std::int64_t size, kelp_error *error) const;
+  std::int32_t make_file(const Header &header, const std::string &place, kelp_error *error) const;
   std::int32_t check_header(const Header &header, std::uint64_t size, kelp_error *error) const;
   std::int32_t create_file(kelp_error *error);
   std::int32_t map(kelp_error *error);
@@ -137,8 +143,15 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   void *shared_place(std::uint64_t address) const;
   std::uint64_t deadline() const;
   bool has_changes() const;
+  std::int32_t recover(const Identity &identity, kelp_error *error);
+  std::int32_t open_redo(kelp_error *error);
+  void keep_commit();
+  void keep_image();
+  std::int32_t write_image(kelp_error *error);
+  void forget_marks();
 
   void save(const void *address, std::size_t length) override;
+  void mark(const void *address, std::size_t length) override;
   bool back(std::uint64_t spans) override;
   std::uint32_t stamp() const override { return stamp_; }
 
@@ -147,6 +160,11 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   File file_;
   Gate gate_;
   Journal journal_;
+  Redo redo_;
+  bool redo_broken_ = false;
+  std::uint64_t next_image_ = 0;       // when the log is that long
+  std::vector<bool> is_marked_;        // by page: changed by this transaction
+  std::vector<std::uint64_t> marked_;  // and where they are
   Heap heap_;
   std::byte *base_ = nullptr;
   std::uint64_t reserved_ = 0;
