@@ -24,7 +24,7 @@ void *create_arm(kelp_handle *handle, std::uint32_t space_id, void **slot, std::
   announce(handle, space_id, slot, sizeof(*slot));
   void *created = new_arm<F>(handle, space_id);
   if (created == nullptr) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(F));
   } else {
     *slot = created;
   }

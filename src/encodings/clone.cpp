@@ -15,7 +15,7 @@ void *read_image(const CloneFacts &facts, kelp_handle *handle, std::uint32_t spa
     register_trace();
     object = structure_life::create_internal(facts.structure, handle, space_id);
     if (object == nullptr) {
-      fail(handle, KELP_ERR_NO_MEMORY, err);
+      fail(handle, KELP_ERR_NO_MEMORY, err, About(facts.structure.record->type_name, "clone"));
       return nullptr;
     }
   }
@@ -35,7 +35,11 @@ void through_image(const CloneFacts &facts, kelp_handle *handle, std::uint32_t s
                    const void *source, void **destination, void *work, std::uint32_t work_size,
                    std::uint32_t *err) {
   if (!begin(handle, err)) return;
-  if (destination == nullptr || work == nullptr) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (destination == nullptr || work == nullptr) {
+    return fail(handle, KELP_ERR_NOT_FOUND, err, About(facts.structure.record->type_name, "clone"),
+                "found a null %s, expected one",
+                destination == nullptr ? "destination" : "work space");
+  }
   const std::uint32_t length =
       facts.write(handle, space_id, work, source, static_cast<std::int32_t>(work_size), 0, err);
   if (*err != 0) return;

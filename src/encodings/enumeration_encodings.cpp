@@ -32,7 +32,7 @@ std::uint32_t write_image(const EnumerationFacts &facts, kelp_handle *handle,
                           std::uint32_t space_id, std::uint8_t *buffer,
                           const EnumerationObject *object, std::int32_t length,
                           std::uint32_t *err) {
-  if (!light_image::begin_image(handle, length, err)) return 0;
+  if (!light_image::begin_image(facts.type->name.data(), handle, length, err)) return 0;
   const std::uint32_t head = light_image::marshal_variant(handle, space_id, buffer, object,
                                                           facts.type->variants, length, err);
   const std::uint32_t value = object == nullptr ? 0 : to_wire(*facts.type, object->value);
@@ -44,7 +44,7 @@ std::uint32_t write_image(const EnumerationFacts &facts, kelp_handle *handle,
 std::uint32_t read_image(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                          const std::uint8_t *buffer, EnumerationObject *object, std::int32_t length,
                          std::uint32_t reuse, std::uint32_t *err) {
-  if (!light_image::begin_image(handle, length, err)) return 0;
+  if (!light_image::begin_image(facts.type->name.data(), handle, length, err)) return 0;
   std::int8_t variant;
   const std::uint32_t head = light_image::unmarshal_variant(handle, space_id, buffer, variant,
                                                             facts.type->variants, length, err);

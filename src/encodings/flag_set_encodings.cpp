@@ -20,7 +20,7 @@ void for_each_shown(kelp_handle *handle, const model::FlagSet &type, const FlagO
       continue;
     }
     std::uint32_t err = 0;
-    fail_variant(handle, &err);
+    fail_variant(handle, &err, About(type.name), "found a null object, expected one");
     if (err != 0) show_error();
   }
 }
@@ -32,7 +32,7 @@ void for_each_shown(kelp_handle *handle, const model::FlagSet &type, const FlagO
 std::uint32_t write_image(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                           std::uint8_t *buffer, const FlagObject *object, std::int32_t length,
                           std::uint32_t *err) {
-  if (!light_image::begin_image(handle, length, err)) return 0;
+  if (!light_image::begin_image(facts.type->name.data(), handle, length, err)) return 0;
   const auto head = static_cast<std::int32_t>(light_image::marshal_variant(
       handle, space_id, buffer, object, facts.type->variants, length, err));
   std::int32_t jump = 0;
@@ -40,7 +40,8 @@ std::uint32_t write_image(const FlagSetFacts &facts, kelp_handle *handle, std::u
                                   handle, space_id, buffer + head, &jump, length - head, err));
   if (*err == 0) {
     if (total >= length) {
-      fail(handle, KELP_ERR_NO_ROOM, err);
+      fail(handle, KELP_ERR_NO_ROOM, err, About(facts.type->name),
+           "found %d bytes of buffer, expected %d", length, total + 1);
     } else {
       buffer[total++] = object == nullptr ? 0 : object->flags;
     }
@@ -54,7 +55,7 @@ std::uint32_t write_image(const FlagSetFacts &facts, kelp_handle *handle, std::u
 std::uint32_t read_image(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                          const std::uint8_t *buffer, FlagObject *object, std::int32_t length,
                          std::uint32_t, std::uint32_t *err) {
-  if (!light_image::begin_image(handle, length, err)) return 0;
+  if (!light_image::begin_image(facts.type->name.data(), handle, length, err)) return 0;
   std::int8_t variant;
   const auto head = static_cast<std::int32_t>(light_image::unmarshal_variant(
       handle, space_id, buffer, variant, facts.type->variants, length, err));

@@ -11,11 +11,6 @@ using state_tracking::tracking_of;
 
 namespace {
 
-// The first failure stands: a writer goes on behind it, and may meet others.
-void fail_first(kelp_handle *handle, std::uint32_t code, std::uint32_t *err) {
-  if (*err == 0) fail(handle, code, err);
-}
-
 // How many of count bytes there is room for.
 std::uint32_t fitting(std::uint32_t count, std::int32_t remaining) {
   return std::min(count, static_cast<std::uint32_t>(std::max(remaining, 0)));
@@ -31,10 +26,14 @@ namespace {
 std::int8_t written_variant(Writing &image, const void *object, std::uint32_t strict,
                             std::uint8_t variants) {
   std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
-  const std::int8_t of_domain = kelp_domain_lookup_variant(
-      image.handle, &image.handle->domain, kelp_get_manifested_type_info(object), image.err);
+  const kelp_type_record *record = kelp_get_manifested_type_info(object);
+  const std::int8_t of_domain =
+      kelp_domain_lookup_variant(image.handle, &image.handle->domain, record, image.err);
   if (strict != 0 && variant > of_domain) {
-    fail_variant(image.handle, image.err);
+    fail_variant(
+        image.handle, image.err, About(record->type_name, "marshal"),
+        "found an object of variant %d, expected at most %d, which the handle's domain gives",
+        variant, of_domain);
     variant = of_domain;
   }
   return type_record_access::capped_variant(variant, variants);
@@ -43,7 +42,8 @@ std::int8_t written_variant(Writing &image, const void *object, std::uint32_t st
 }  // namespace
 
 bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint32_t strict) {
-  if (!light_image::begin_image(image.handle, image.length, image.err)) return false;
+  if (!light_image::begin_image(facts.record->type_name, image.handle, image.length, image.err))
+    return false;
   image.variant = written_variant(image, object, strict, facts.variants);
   image.position = static_cast<std::int32_t>(_kelp_instance_variant_marshal(
       image.handle, image.space_id, image.buffer, &image.variant, image.length, image.err));
@@ -98,14 +98,24 @@ void put_array_state(const array_field::ArrayFacts &array, Writing &image, std::
   image.position += static_cast<std::int32_t>(length);
 }
 
-void put_block(Writing &image, const void *block, std::uint32_t count) {
+// The first failure stands: a writer goes on behind it, and may meet others.
+void put_block(const Field &field, Writing &image, const void *block, std::uint32_t count) {
   const std::uint32_t length = fitting(count, image.remaining());
-  if (length < count) fail_first(image.handle, KELP_ERR_NO_ROOM, image.err);
+  if (length < count && *image.err == 0) {
+    fail(image.handle, KELP_ERR_NO_ROOM, image.err, About(field, "marshal"),
+         "found %u bytes of buffer, expected %u", length, count);
+  }
   if (length != 0) std::memcpy(image.here(), block, length);
   image.position += static_cast<std::int32_t>(length);
 }
 
-void miss_arm(Writing &image) { fail_first(image.handle, KELP_ERR_NOT_FOUND, image.err); }
+void miss_arm(const Field &field, Writing &image) {
+  if (*image.err != 0) return;
+  fail(
+      image.handle, KELP_ERR_NOT_FOUND, image.err, About(field, "marshal"),
+      "found no object in this arm, which the choice selects, expected one set before the image is "
+      "written");
+}
 
 // --- the reader ---------------------------------------------------------------------------------
 
@@ -130,9 +140,11 @@ void settle_states(const ImageFacts &facts, Reading &image, void *object) {
 // Only the two flags of the format are taken: the others say where an object lies in the writer's
 // memory, and one of them would make the type record be looked for elsewhere.
 bool open(const ImageFacts &facts, Reading &image, void *object) {
-  if (!light_image::begin_image(image.handle, image.length, image.err)) return false;
+  if (!light_image::begin_image(facts.record->type_name, image.handle, image.length, image.err))
+    return false;
   if (object == nullptr) {
-    fail(image.handle, KELP_ERR_INVALID, image.err);
+    fail(image.handle, KELP_ERR_INVALID, image.err, About(facts.record->type_name, "unmarshal"),
+         "found a null object, expected one");
     return false;
   }
   image.position = static_cast<std::int32_t>(_kelp_instance_variant_unmarshal(
@@ -189,9 +201,10 @@ void take_state_with_room(Reading &image, std::uint32_t place) {
 
 namespace {
 
-void *allocate(Reading &image, std::size_t size) {
+void *allocate(const Field &field, Reading &image, std::size_t size) {
   void *block = image.handle->obj_alloc(image.handle->obj_pool, image.space_id, size);
-  if (block == nullptr) fail(image.handle, KELP_ERR_NO_MEMORY, image.err);
+  if (block == nullptr)
+    fail(image.handle, KELP_ERR_NO_MEMORY, image.err, About(field, "unmarshal"));
   return block;
 }
 
@@ -208,7 +221,7 @@ bool provide_element_states(Reading &image, std::uint32_t count,
     release(image, states);
   }
   announce(image.handle, image.space_id, &states, sizeof(states));
-  states = static_cast<std::uint8_t *>(allocate(image, count));
+  states = static_cast<std::uint8_t *>(allocate(*array.field, image, count));
   if (states == nullptr) return false;
   std::memset(states, 0, count);
   return true;
@@ -234,7 +247,7 @@ bool provide_elements(const array_field::ArrayFacts &array, Reading &image, void
   }
   if (image.reuse == 0 || *store == nullptr) {
     announce(image.handle, image.space_id, store, sizeof(*store));
-    *store = allocate(image, size);
+    *store = allocate(*array.field, image, size);
     if (*store == nullptr) {
       drop_states();
       return false;

@@ -177,10 +177,10 @@ inline void put_state_with_room(Writing &image, std::uint32_t place) {
 void put_array_state(const array_field::ArrayFacts &array, Writing &image, std::uint32_t count);
 
 // Rule D: the bytes of an array in one block, cut with 90 when they do not fit.
-void put_block(Writing &image, const void *block, std::uint32_t count);
+void put_block(const Field &field, Writing &image, const void *block, std::uint32_t count);
 
 // A selected arm that is not there: 2.
-void miss_arm(Writing &image);
+void miss_arm(const Field &field, Writing &image);
 
 template <const Structure &T>
 std::uint32_t write(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
@@ -193,7 +193,7 @@ void write_array(Writing &image, const void *object) {
   using Type = Primitive<F.held>;
   const auto *elements = field_walk::elements_of<T, F, typename Type::value_type>(object);
   if constexpr (F.held == Kind::u8) {
-    put_block(image, elements, count);
+    put_block(F, image, elements, count);
   } else {
     // Under a set error word the elements would write nothing: the walk over them is left out.
     for (std::uint32_t index = 0; index < count && *image.err == 0; ++index) {
@@ -209,7 +209,7 @@ void write_arm(Writing &image, const void *object) {
   if (field_walk::is_selected<T, F>(object)) {
     const void *held = *place_of<T, F>(object);
     if (held == nullptr) {
-      miss_arm(image);
+      miss_arm(F, image);
     } else if constexpr (F.held == Kind::structure) {
       image.position += write<*F.structure>(image.handle, image.space_id, image.here(), held,
                                             image.remaining(), 1, image.err);
@@ -255,8 +255,11 @@ void write_field(Writing &image, const void *object) {
 
 template <const Structure &T, std::uint8_t floor>
 void write_fields(Writing &image, const void *object) {
-  field_walk::for_each_field<T, floor>(
-      [&]<const Field & F>() { write_field<T, F>(image, object); });
+  field_walk::for_each_field<T, floor>([&]<const Field & F>() {
+    write_field<T, F>(image, object);
+    if (*image.err != 0) [[unlikely]]
+      name_failure(image.handle, About(F));
+  });
 }
 
 // No failure in the middle stops the writer: what is called under a set error word adds nothing,
@@ -404,8 +407,12 @@ bool read_field(Reading &image, void *object) {
 
 template <const Structure &T, std::uint8_t floor>
 bool read_fields(Reading &image, void *object) {
-  return field_walk::every_field<T, floor>(
-      [&]<const Field & F>() { return read_field<T, F>(image, object); });
+  return field_walk::every_field<T, floor>([&]<const Field & F>() {
+    const bool goes_on = read_field<T, F>(image, object);
+    if (*image.err != 0) [[unlikely]]
+      name_failure(image.handle, About(F));
+    return goes_on;
+  });
 }
 
 // A choice, which creates objects of its own as it reads, registers the trace first.

@@ -7,10 +7,11 @@
 
 namespace harbor::light_image {
 
-bool begin_image(kelp_handle *handle, std::int32_t length, std::uint32_t *err) {
+bool begin_image(const char *type, kelp_handle *handle, std::int32_t length, std::uint32_t *err) {
   if (!begin(handle, err)) return false;
   if (length >= 1) return true;
-  fail(handle, KELP_ERR_NO_MEMORY, err);
+  fail(handle, KELP_ERR_NO_MEMORY, err, About(type),
+       "found a buffer of %d bytes, expected 1 or more", length);
   return false;
 }
 
@@ -22,7 +23,10 @@ std::uint32_t marshal_variant(kelp_handle *handle, std::uint32_t space_id, void 
   const kelp_type_record *record = object == nullptr ? nullptr : header_of(object)->tinfo;
   const std::int8_t domain = kelp_domain_lookup_variant(handle, &handle->domain, record, err);
   if (variant > domain) {
-    fail_variant(handle, err);
+    fail_variant(
+        handle, err, About(record == nullptr ? "a null object" : record->type_name),
+        "found an object of variant %d, expected at most %d, which the handle's domain gives",
+        variant, domain);
     variant = domain;
   }
   variant = type_record_access::capped_variant(variant, variants);

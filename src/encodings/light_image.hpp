@@ -17,7 +17,7 @@
 namespace harbor::light_image {
 
 // False when an earlier failure stands, or the buffer has no room at all (12).
-bool begin_image(kelp_handle *handle, std::int32_t length, std::uint32_t *err);
+bool begin_image(const char *type, kelp_handle *handle, std::int32_t length, std::uint32_t *err);
 
 // Writes the variant byte and gives the bytes used. An object above the domain's variant fails with
 // 43 and is written at the domain's all the same.

@@ -16,7 +16,8 @@ Found find_member(kelp_handle *handle, kelp_xml_document *document, const char *
   child.put(path).put("/").put(name);
   char scratch[128];
   *err = xml_get_element_value(document, child.data(), scratch, sizeof(scratch), 0);
-  if (*err != 0) kelp_store_err(handle, *err);
+  if (*err != 0)
+    store_failure(handle, *err, About(child.data(), "from_xml"), "finding the element");
   if (*err == 0) return Found::yes;
   if (*err == KELP_ERR_NOT_FOUND) {
     *err = 0;

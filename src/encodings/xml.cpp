@@ -19,7 +19,8 @@ bool open(const Source &source) {
   if (xml_get_element_nodecount(source.document, source.path, &count) == 0 && count != 0) {
     return true;
   }
-  fail(source.handle, KELP_ERR_NOT_FOUND, source.err);
+  fail(source.handle, KELP_ERR_NOT_FOUND, source.err, About(source.path, "from_xml"),
+       "found no such element in the document");
   return false;
 }
 
@@ -28,6 +29,8 @@ bool goes_on(const Source &source) {
   return *source.err == 0;
 }
 
-void fail_creation(const Source &source) { fail(source.handle, KELP_ERR_NO_MEMORY, source.err); }
+void fail_creation(const Source &source) {
+  fail(source.handle, KELP_ERR_NO_MEMORY, source.err, About(source.path, "from_xml"));
+}
 
 }  // namespace harbor::xml

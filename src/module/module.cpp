@@ -77,7 +77,9 @@ void register_types(kelp_type_record *const *records, kelp_handle *handle, std::
         handle->type_table_lookup(handle->type_table, space_id, record.md5_text);
     const std::uint32_t is_new = copy == nullptr ? 1 : 0;
     if (is_new != 0) copy = enter_copy(record, handle, space_id);
-    if (copy == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err);
+    if (copy == nullptr) {
+      return fail(handle, KELP_ERR_NO_MEMORY, err, About(record.type_name, "registering"));
+    }
     if (record.varinfo != nullptr) {
       kelp_update_variant_info(handle, space_id, copy, &record, is_new);
     }

@@ -32,7 +32,10 @@ std::uint32_t flags_after_insert(std::uint32_t flags, bool is_pkey) {
 // Required: a null record gives 17 also over another code.
 void insert(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
             void *table_object, void *record_object, std::uint32_t pkey, std::uint32_t *err) {
-  if (record_object == nullptr) return fail(handle, KELP_ERR_EXISTS, err);
+  if (record_object == nullptr) {
+    return fail(handle, KELP_ERR_EXISTS, err, About(facts.name),
+                "found a null record, expected one");
+  }
   if (!begin(handle, err)) return;
   kelp_table *table = table_of(table_object);
   kelp_record *record = record_of(record_object);
@@ -40,7 +43,10 @@ void insert(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id
   if (e_avl_insert(handle->obj_pool, space_id, &table->avl_root, &record->avl_node, &table->avl_aux,
                    facts.tree.compare) == 0) {
     if (handle->quiet_insert == 0) report(facts, TableForm::insert_exists);
-    return fail(handle, KELP_ERR_EXISTS, err);
+    return fail(
+        handle, KELP_ERR_EXISTS, err, About(facts.name),
+        "found a record of the same key, tenant and source in the table '%s', expected none",
+        table->tbl_name);
   }
   store(handle, space_id, &record->record_table, table);
   store(handle, space_id, &table->record_count, table->record_count + 1);
@@ -71,13 +77,16 @@ void remove(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id
   if (kelpdb_table_are_cursors_enabled(handle, space_id, table, err) != 0 &&
       handle->collector_context == 0) {
     report(facts, TableForm::delete_on_replicated);
-    return fail(handle, KELP_ERR_INVALID, err);
+    return fail(handle, KELP_ERR_INVALID, err, About(facts.name, "delete"),
+                "found cursors on the table '%s', expected a request to destroy the record",
+                table->tbl_name);
   }
   const std::uint32_t flags = record->rec_flags;
   if (e_avl_delete(handle->obj_pool, space_id, &table->avl_root, &record->avl_node, &table->avl_aux,
                    facts.tree.compare) == 0) {
     report(facts, TableForm::delete_not_found);
-    fail(handle, KELP_ERR_NOT_FOUND, err);
+    fail(handle, KELP_ERR_NOT_FOUND, err, About(facts.name, "delete"),
+         "found the record not in the table '%s'", table->tbl_name);
   }
   store(handle, space_id, &record->record_table, static_cast<kelp_table *>(nullptr));
   if ((flags & REC_PKEY) != 0) {
@@ -122,7 +131,10 @@ void leave_table(const TableFacts &facts, kelp_handle *handle, std::uint32_t spa
 void destroy(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id, void *object,
              std::uint32_t *err) {
   if (*err != 0) return;
-  if (object == nullptr) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (object == nullptr) {
+    return fail(handle, KELP_ERR_NOT_FOUND, err, About(facts.name),
+                "found a null record, expected one");
+  }
   kelp_record *record = record_of(object);
   if (record == facts.null_record) return;
   const std::uint32_t count = (record->ref_word - 1) & record::reference_mask;
@@ -144,7 +156,7 @@ void destroy(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_i
     if (*err != 0) {
       const char *text = std::strerror(static_cast<int>(*err));
       report(facts, TableForm::hd_mapping_not_removed, text);
-      kelp_store_err(handle, *err);
+      store_failure(handle, *err, About(facts.name), "ending the mapping of the record");
       return;
     }
   }
@@ -161,9 +173,16 @@ void request_destroy(const TableFacts &facts, kelp_handle *handle, std::uint32_t
   if (!begin(handle, err)) return;
   const bool has_cursors =
       kelpdb_table_are_cursors_enabled(handle, space_id, table_of(table_object), err) != 0;
-  if (record_object == nullptr || !has_cursors) return fail(handle, KELP_ERR_INVALID, err);
+  if (record_object == nullptr || !has_cursors) {
+    return fail(handle, KELP_ERR_INVALID, err, About(facts.name), "found %s",
+                record_object == nullptr ? "a null record, expected one"
+                                         : "a table without cursors, expected some");
+  }
   kelpdb_request_record_destroy(handle, space_id, record_of(record_object), err);
-  if (*err != 0) report(facts, TableForm::request_destroy_failed);
+  if (*err != 0) {
+    report(facts, TableForm::request_destroy_failed);
+    name_failure(handle, About(facts.name));
+  }
 }
 
 std::uint32_t request_destroy_cr(const TableFacts &facts, kelp_handle *handle, void *table,

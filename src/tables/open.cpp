@@ -29,16 +29,20 @@ struct Path {
 void report_code(const TableFacts &facts, TableForm form, const std::uint32_t *err) {
   report(facts, form, static_cast<const char *>(std::strerror(static_cast<int>(*err))));
 }
-bool failed(const TableFacts &facts, TableForm form, const std::uint32_t *err) {
+bool failed(const TableFacts &facts, kelp_handle *handle, TableForm form,
+            const std::uint32_t *err) {
   if (*err == 0) return false;
   report_code(facts, form, err);
+  name_failure(handle, About(facts.name));
   return true;
 }
 
 // A text of 208 characters or more does not fit: code 7.
-bool fits(kelp_handle *handle, int length, std::uint32_t *err) {
+bool fits(const TableFacts &facts, kelp_handle *handle, int length, std::uint32_t *err) {
   if (length < static_cast<int>(path_size)) return true;
-  fail(handle, KELP_ERR_TOO_LONG, err);
+  fail(handle, KELP_ERR_TOO_LONG, err, About(facts.name, "open"),
+       "found a name of %d characters with the table's identity, expected fewer than %zu", length,
+       path_size);
   return false;
 }
 
@@ -62,7 +66,7 @@ kelp_tbi_root *find_id_root(const TableFacts &facts, kelp_handle *handle, Path &
   kelp_tbi_root *const cached = cache.load(std::memory_order_relaxed);
   if (cached != nullptr && lumen_in_range(handle->obj_pool, cached) != 0) return cached;
   const int length = std::snprintf(key.text, path_size, "__kelp_TBI__%s", facts.luid_text);
-  if (!fits(handle, length, err)) return nullptr;
+  if (!fits(facts, handle, length, err)) return nullptr;
   auto *const kept = static_cast<kelp_tbi_root *>(lumen_get_key(handle->obj_pool, key.text));
   cache.store(kept, std::memory_order_relaxed);
   return kept;
@@ -83,7 +87,7 @@ kelp_tbi_root *find_or_make_id_root(const TableFacts &facts, kelp_handle *handle
       handle->obj_alloc(handle->obj_pool, KELP_SPACE_RUNTIME, sizeof(kelp_tbi_root)));
   std::atomic_ref(*facts.tbi_cache).store(root, std::memory_order_relaxed);
   if (root == nullptr) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(facts.name, "open"));
     return nullptr;
   }
   std::memset(root, 0, sizeof(kelp_tbi_root));
@@ -121,7 +125,7 @@ bool is_write_locked(const kelp_handle *handle) {
 bool open_toc(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
               std::uint32_t read_only, bool write_locked, std::uint32_t *err) {
   const kelp_toc_root *root = kelpdb_database_toc_open(handle, space_id, err);
-  if (failed(facts, TableForm::toc_not_opened, err)) return false;
+  if (failed(facts, handle, TableForm::toc_not_opened, err)) return false;
   if (root != nullptr) return true;
   if (write_locked) die(facts, TableForm::toc_root_missing_for_writer, handle->db_name);
   report(facts, TableForm::toc_root_missing_for_reader, handle->db_name, read_only);
@@ -135,7 +139,7 @@ bool make_path(const TableFacts &facts, kelp_handle *handle, const char *name, P
     std::snprintf(path.text, path_size, "%s", name);
     return true;
   }
-  return fits(handle,
+  return fits(facts, handle,
               std::snprintf(path.text, path_size, "%s/%s", name == nullptr ? "(null)" : name,
                             facts.luid_text),
               err);
@@ -146,14 +150,14 @@ kelp_table *find_by_name(const TableFacts &facts, kelp_handle *handle, std::uint
   kelp_table *found = kelpdb_database_toc_get_table_root(
       handle, space_id, path.text, static_cast<std::uint32_t>(std::strlen(path.text)), 0,
       facts.luid, luid_length, 1, err);
-  return failed(facts, TableForm::find_by_name_failed, err) ? nullptr : found;
+  return failed(facts, handle, TableForm::find_by_name_failed, err) ? nullptr : found;
 }
 
 kelp_table *find_by_id(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                        std::uint64_t id, std::uint32_t *err) {
   kelp_table *found = kelpdb_database_toc_get_table_root(handle, space_id, nullptr, 0, id,
                                                          facts.luid, luid_length, 0, err);
-  return failed(facts, TableForm::find_by_id_failed, err) ? nullptr : found;
+  return failed(facts, handle, TableForm::find_by_id_failed, err) ? nullptr : found;
 }
 
 // The new table, zeroed, with the word that the runtime's collector keeps declared. Required: that
@@ -163,7 +167,7 @@ kelp_table *allocate(const TableFacts &facts, kelp_handle *handle, std::uint32_t
   auto *table = static_cast<kelp_table *>(
       handle->obj_alloc(handle->obj_pool, KELP_SPACE_RUNTIME, sizeof(kelp_table)));
   if (table == nullptr) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(facts.name, "open"));
     return nullptr;
   }
   std::memset(static_cast<void *>(table), 0, sizeof(kelp_table));
@@ -301,16 +305,16 @@ bool leave_toc(const TableFacts &facts, kelp_handle *handle, std::uint32_t space
                const kelp_toc_root *root, kelp_table *table, std::uint32_t *err) {
   if (handle->force_toc_delete == 1) {
     kelpdb_database_toc_force_delete(handle, space_id, table, err);
-    return !failed(facts, TableForm::force_delete_failed, err);
+    return !failed(facts, handle, TableForm::force_delete_failed, err);
   }
   if ((root->flags & KELP_TOC_SHARED) == 0) {
     kelpdb_database_toc_delete(handle, space_id, table, err);
-    return !failed(facts, TableForm::toc_delete_failed, err);
+    return !failed(facts, handle, TableForm::toc_delete_failed, err);
   }
   if (handle->collector_context != 0) return true;
   report(facts, TableForm::free_of_shared_table);
   kelpdb_database_toc_delete(handle, space_id, table, err);
-  failed(facts, TableForm::toc_delete_failed_on_shared, err);
+  failed(facts, handle, TableForm::toc_delete_failed_on_shared, err);
   return false;
 }
 
@@ -319,9 +323,10 @@ bool drop_mapping(const TableFacts &facts, kelp_handle *handle, std::uint32_t sp
                   kelp_table *table, std::uint32_t *err) {
   kelp_clear_last_error(handle);
   const std::uint32_t removed = kelp_request_oid_mapping_destroy(handle, space_id, table, err);
-  if (failed(facts, TableForm::mapping_not_removed, err)) return false;
+  if (failed(facts, handle, TableForm::mapping_not_removed, err)) return false;
   if (removed == 0) {
-    fail(handle, KELP_ERR_AGAIN, err);
+    fail(handle, KELP_ERR_AGAIN, err, About(facts.name, "free"),
+         "found references to the table '%s', expected none left", table->tbl_name);
     return false;
   }
   report(facts, TableForm::mapping_removed);
@@ -336,7 +341,8 @@ bool give_up_id(const TableFacts &facts, kelp_handle *handle, const kelp_table *
   kelp_tbi_root *root = find_id_root(facts, handle, key, err);
   if (*err != 0) return false;
   if (root == nullptr) {
-    fail(handle, KELP_ERR_NOT_FOUND, err);
+    fail(handle, KELP_ERR_NOT_FOUND, err, About(facts.name, "free"),
+         "found no ids of tables of this type in the database, expected that of this table");
     return false;
   }
   --root->tbi_table_count;
@@ -376,10 +382,10 @@ void request_free(const TableFacts &facts, kelp_handle *handle, std::uint32_t sp
   }
   kelpdb_database_toc_delete(handle, space_id, table, err);
   if (*err == KELP_ERR_NOT_FOUND) *err = 0;
-  if (failed(facts, TableForm::request_delete_failed, err)) return;
+  if (failed(facts, handle, TableForm::request_delete_failed, err)) return;
   if (kelpdb_table_are_cursors_enabled(handle, space_id, table, err) != 0) return;
   free(facts, handle, space_id, table, err);
-  failed(facts, TableForm::request_free_failed, err);
+  failed(facts, handle, TableForm::request_free_failed, err);
 }
 
 }  // namespace harbor::open

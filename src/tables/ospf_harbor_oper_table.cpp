@@ -106,10 +106,15 @@ void get(kelp_handle *handle, std::uint32_t, const std::uint8_t *luid,
   }
   kelp_clear_last_error(handle);
   *err = init();
-  if (*err != 0) kelp_store_err(handle, *err);
+  if (*err != 0) {
+    store_failure(handle, *err, About("ospf_harbor_oper", "table_get_vft"), "filling in the vfts");
+  }
   *vft_out = nullptr;
   const std::int32_t index = lookup(luid);
-  if (index < 0) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (index < 0) {
+    return fail(handle, KELP_ERR_NOT_FOUND, err, About("ospf_harbor_oper", "table_get_vft"),
+                "found an identity that no table has");
+  }
   *vft_out = &ospf_harbor_oper_table_lut[index];
 }
 

@@ -20,7 +20,10 @@ void *create(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_i
   void *memory = handle->obj_alloc(handle->obj_pool, space_id, facts.record_size);
   if (memory == nullptr) {
     if (handle->cr_create == 0) return nullptr;
-    if (handle->cr_err == 0) kelp_store_err(handle, KELP_ERR_NO_MEMORY);
+    if (handle->cr_err == 0) {
+      kelp_store_err(handle, KELP_ERR_NO_MEMORY);
+      name_failure(handle, About(facts.name));
+    }
     return facts.null_record;
   }
   std::memset(memory, 0, facts.record_size);
@@ -54,7 +57,7 @@ void *create_cr(const TableFacts &facts, kelp_handle *handle, std::uint32_t with
 std::uint32_t add_ref(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                       void *object, std::uint32_t *err) {
   if (object == nullptr) {
-    fail(handle, KELP_ERR_NOT_FOUND, err);
+    fail(handle, KELP_ERR_NOT_FOUND, err, About(facts.name), "found a null record, expected one");
     return 0;
   }
   kelp_record *record = record_of(object);

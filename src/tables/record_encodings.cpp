@@ -43,10 +43,12 @@ struct Output {
 };
 
 // Required: the room for an object's text is measured by the length of its image.
-bool has_room(const Output &out, const ObjectEncodings &encodings, const void *object) {
+bool has_room(const TableFacts &facts, const Output &out, const ObjectEncodings &encodings,
+              const void *object) {
   const std::uint32_t wanted = encodings.len(out.handle, out.space_id, object);
   if (static_cast<std::int32_t>(out.space()) >= static_cast<std::int32_t>(wanted)) return true;
-  fail(out.handle, KELP_ERR_NO_ROOM, out.err);
+  fail(out.handle, KELP_ERR_NO_ROOM, out.err, About(facts.name),
+       "found %u bytes of buffer, expected %u", out.space(), wanted);
   return false;
 }
 
@@ -63,7 +65,7 @@ std::uint32_t print(const TableFacts &facts, const RecordEncodings &encodings, k
       kelp_snprintf(handle, space_id, out.here(), out.space(), err, "record@%s: {\n", facts.name);
   for (std::uint32_t at = 0; at < facts.object_count && *err == 0; ++at) {
     const void *object = object_in(record, at);
-    if (!has_room(out, encodings.objects[at], object)) break;
+    if (!has_room(facts, out, encodings.objects[at], object)) break;
     out.written += encodings.objects[at].print(handle, space_id, out.here(), object_indent,
                                                facts.objects[at].name, object, out.space(), err);
   }
@@ -107,13 +109,13 @@ void *from_xml(const TableFacts &facts, const RecordEncodings &encodings, kelp_h
                char *message, std::int32_t message_size) {
   void *record = record::create(facts, handle, space_id, KELP_SRC_DEFAULT, err);
   if (record == nullptr) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(facts.name));
     return nullptr;
   }
   for (std::uint32_t at = 0; at < facts.object_count; ++at) {
     void *object = encodings.objects[at].create_internal(handle, space_id);
     if (object == nullptr) {
-      fail(handle, KELP_ERR_NO_MEMORY, err);
+      fail(handle, KELP_ERR_NO_MEMORY, err, About(facts.name));
       return nullptr;
     }
     store(handle, space_id, object_slot(record, at), object);
@@ -136,7 +138,8 @@ std::uint32_t marshal(const TableFacts &facts, const RecordEncodings &encodings,
   std::uint8_t *header = nullptr;
   std::int32_t total = 0;
   if (length < header_length) {
-    fail(handle, KELP_ERR_NO_ROOM, err);
+    fail(handle, KELP_ERR_NO_ROOM, err, About(facts.name),
+         "found %d bytes of buffer, expected %d for the header", length, header_length);
   } else {
     header = bytes(buffer);
     std::memset(header, 0, header_length);
@@ -144,7 +147,9 @@ std::uint32_t marshal(const TableFacts &facts, const RecordEncodings &encodings,
   }
   if (*err == 0) {
     if (length - total < luid_bytes) {
-      fail(handle, KELP_ERR_NO_ROOM, err);
+      fail(handle, KELP_ERR_NO_ROOM, err, About(facts.name),
+           "found %d bytes of buffer, expected %d for header and identity", length,
+           total + luid_bytes);
     } else {
       std::memcpy(bytes(buffer) + total, facts.luid, luid_length);
       total += luid_bytes;
@@ -155,7 +160,8 @@ std::uint32_t marshal(const TableFacts &facts, const RecordEncodings &encodings,
     const void *object = object_in(record, at);
     if (object == nullptr) {
       report_about(facts, at, TableForm::marshal_field_empty);
-      fail(handle, KELP_ERR_NOT_FOUND, err);
+      fail(handle, KELP_ERR_NOT_FOUND, err, About(facts.name),
+           "found a record without its %s, expected one", facts.objects[at].name);
       return static_cast<std::uint32_t>(total);
     }
     total += static_cast<std::int32_t>(encodings.objects[at].marshal(
@@ -195,7 +201,7 @@ std::uint32_t unmarshal(const TableFacts &facts, const RecordEncodings &encoding
       reuse != 0 ? *record : record::create(facts, handle, space_id, KELP_SRC_DEFAULT, err);
   const std::uint32_t failure = reuse != 0 ? KELP_ERR_NOT_FOUND : KELP_ERR_NO_MEMORY;
   if (filled == nullptr) {
-    fail(handle, failure, err);
+    fail(handle, failure, err, About(facts.name), "found no record to read into");
     return 0;
   }
   std::uint32_t offset = luid_length;
@@ -208,7 +214,10 @@ std::uint32_t unmarshal(const TableFacts &facts, const RecordEncodings &encoding
     if (reuse == 0) {
       store(handle, space_id, slot, encodings.objects[at].create_internal(handle, space_id));
     }
-    if (*slot == nullptr) fail(handle, failure, err);
+    if (*slot == nullptr) {
+      fail(handle, failure, err, About(facts.name), "found no %s to read into",
+           facts.objects[at].name);
+    }
     if (*err != 0) continue;
     offset +=
         encodings.objects[at].unmarshal(handle, space_id, bytes(buffer) + offset, *slot,
@@ -242,7 +251,9 @@ std::uint32_t pkey_marshal(const TableFacts &facts, const RecordEncodings &encod
   kelp_clear_last_error(handle);
   const void *holder = object_in(record, 0);
   if (static_cast<std::int32_t>(encodings.key.len(handle, space_id, holder)) > length) {
-    fail(handle, KELP_ERR_NO_ROOM, err);
+    fail(handle, KELP_ERR_NO_ROOM, err, About(facts.name),
+         "found %d bytes of buffer, expected the key's %u", length,
+         encodings.key.len(handle, space_id, holder));
     return 0;
   }
   return encodings.key.marshal(handle, space_id, buffer, holder, length, err);
@@ -258,12 +269,13 @@ std::uint32_t pkey_unmarshal(const TableFacts &facts, const RecordEncodings &enc
   }
   kelp_clear_last_error(handle);
   if (pkey == nullptr) {
-    fail(handle, KELP_ERR_BAD_ADDRESS, err);
+    fail(handle, KELP_ERR_BAD_ADDRESS, err, About(facts.name),
+         "found a null place for the key object, expected one");
     return 0;
   }
   void *object = facts.objects[0].create(handle, space_id);
   if (object == nullptr) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(facts.name));
     return 0;
   }
   const std::uint32_t read = encodings.key.unmarshal(handle, space_id, buffer, object, length, err);

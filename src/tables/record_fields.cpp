@@ -3,6 +3,8 @@
 #include <kelp/core.h>
 #include <kelp/database.h>
 
+#include "module/failure.hpp"
+
 namespace harbor::record_fields {
 
 namespace {
@@ -14,6 +16,10 @@ bool takes(const TableFacts &facts, std::uint32_t object_index, kelp_handle *han
   if (code == 0) return true;
   report_about(facts, object_index, refused);
   kelp_store_err(handle, code);
+  name_failure(handle, About(facts.name));
+  kelp_describe_err(handle, nullptr,
+                    "set_field: found an object that lies in another or in a record, expected one "
+                    "that lives on its own");
   return false;
 }
 

@@ -119,6 +119,8 @@ void *get_cr(const TableFacts &facts, kelp_handle *handle, void *table, std::uin
   if (get_op > get_next) {
     report(facts, TableForm::invalid_get_flag, get_op);
     kelp_store_err(handle, KELP_ERR_INVALID);
+    name_failure(handle, About(facts.name));
+    kelp_describe_err(handle, nullptr, "get_cr: found a get_op above 3, expected 0 to 3");
     return nullptr;
   }
   const Way way = get_op == get_first || get_op == get_next ? Way::next : Way::previous;

@@ -50,7 +50,7 @@ bool grow_element_states(const ArrayFacts &array, kelp_handle *handle, std::uint
   announce(handle, space_id, &states, sizeof(states));
   states = static_cast<std::uint8_t *>(allocate(handle, space_id, count));
   if (states == nullptr) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(*array.field));
   } else {
     __memset_to_buf(states, 0, count);
     if (old_states != nullptr) {
@@ -107,14 +107,16 @@ void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *obje
 bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,
           std::uint32_t index, std::uint32_t *err) {
   const bool tracking = tracking_of(handle, array.gate.corrupted) == Tracking::on;
-  if (tracking && !state_tracking::require_tracked(handle, object, array.gate.not_tracked, err)) {
+  if (tracking &&
+      !state_tracking::require_tracked(handle, object, *array.field, array.gate.not_tracked, err)) {
     return false;
   }
   void *const old_store = store_of(array, object);
   const std::uint32_t old_count = count_of(array, object);
   if (old_store != nullptr && index < old_count) return true;
   if (index == UINT32_MAX) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(*array.field),
+         "found the index %u, expected a lower one", index);
     return false;
   }
   if (old_store != nullptr && *array.has_grown == 0) {
@@ -124,7 +126,7 @@ bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, 
   const std::size_t size = array.element_width() * (std::size_t{index} + 1);
   void *const new_store = allocate(handle, space_id, size);
   if (new_store == nullptr) {
-    fail(handle, KELP_ERR_NO_MEMORY, err);
+    fail(handle, KELP_ERR_NO_MEMORY, err, About(*array.field));
     return false;
   }
   store(handle, space_id, &store_of(array, object), new_store);
@@ -141,7 +143,8 @@ bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, 
     if (index + 1 != old_count) drop_element_states(handle, space_id, object, array);
     return true;
   }
-  return state_tracking::require_tracked(handle, object, array.growth.not_tracked, err) &&
+  return state_tracking::require_tracked(handle, object, *array.field, array.growth.not_tracked,
+                                         err) &&
          grow_element_states(array, handle, space_id, object, old_count, err);
 }
 
@@ -150,7 +153,9 @@ bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, 
 void mark(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,
           std::uint32_t index, const TrackingMessages &messages, std::uint32_t *err) {
   if (tracking_of(handle, messages.corrupted) != Tracking::on) return;
-  if (!state_tracking::require_tracked(handle, object, messages.not_tracked, err)) return;
+  if (!state_tracking::require_tracked(handle, object, *array.field, messages.not_tracked, err)) {
+    return;
+  }
   std::uint8_t *const area = area_of(array, handle, space_id, object);
   store(handle, space_id, area + array.state_place, state_tracking::written);
   std::uint8_t *const states = element_states_of(array, area);
@@ -161,7 +166,10 @@ void mark(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, 
 // since nothing of the object changes.
 void copy_out(const ArrayFacts &array, kelp_handle *handle, void *object, void *destination,
               std::uint32_t count, std::uint32_t *err) {
-  if (count > count_of(array, object)) return fail(handle, KELP_ERR_INVALID, err);
+  if (count > count_of(array, object)) {
+    return fail(handle, KELP_ERR_INVALID, err, About(*array.field),
+                "found a count of %u, expected at most %u", count, count_of(array, object));
+  }
   __memcpy_to_buf(destination, store_of(array, object), array.element_width() * count);
 }
 
@@ -177,10 +185,11 @@ void replace(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_i
                                                static_cast<std::int32_t>(count));
   announce(handle, space_id, &elements, sizeof(elements));
   elements = allocate(handle, space_id, size);
-  if (elements == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err);
+  if (elements == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err, About(*array.field));
 
   const bool tracking = tracking_of(handle, messages.corrupted) == Tracking::on;
-  if (tracking && !state_tracking::require_tracked(handle, object, messages.not_tracked, err)) {
+  if (tracking &&
+      !state_tracking::require_tracked(handle, object, *array.field, messages.not_tracked, err)) {
     return;
   }
   __memcpy_to_buf(elements, source, size);
@@ -197,7 +206,7 @@ void replace(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_i
   if (states != nullptr) release(handle, space_id, states);
   announce(handle, space_id, &states, sizeof(states));
   states = static_cast<std::uint8_t *>(allocate(handle, space_id, count));
-  if (states == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err);
+  if (states == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err, About(*array.field));
   __memset_to_buf(states, 0, count);
 }
 

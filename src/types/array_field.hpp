@@ -182,6 +182,7 @@ struct TrackingMessages {
 };
 
 struct ArrayFacts {
+  const Field *field;
   std::uint32_t count_offset;
   std::uint32_t store_offset;
   std::uint32_t object_size;
@@ -205,6 +206,7 @@ inline constexpr TrackingMessages tracking_messages{messages::corrupted_at_write
 
 template <const Structure &T, const Field &F>
 inline constexpr ArrayFacts facts{
+    .field = &F,
     .count_offset = model::offset(T, model::counter_of(T, F)),
     .store_offset = model::offset(T, F),
     .object_size = model::object_size(T),
@@ -266,7 +268,8 @@ Element<T, F> *get(kelp_handle *handle, std::uint32_t space_id, void *object, st
                    std::uint32_t *err) {
   if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
   if (index >= count_of(facts<T, F>, object)) {
-    fail(handle, KELP_ERR_NOT_FOUND, err);
+    fail(handle, KELP_ERR_NOT_FOUND, err, About(F), "found the index %u, expected one below %u",
+         index, count_of(facts<T, F>, object));
     return nullptr;
   }
   auto *element = static_cast<Element<T, F> *>(element_at(facts<T, F>, object, index));
@@ -353,13 +356,15 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
   }
   if (element != nullptr && lookup_err != KELP_ERR_NOT_FOUND) {
     *err = lookup_err;
-    if (lookup_err != 0) return kelp_store_err(handle, lookup_err);
+    if (lookup_err != 0) return store_failure(handle, lookup_err, About(F), "finding the element");
   } else {
     set<T, F>(handle, space_id, object, index, nullptr, err);
     if (*err != 0) return;
     element = get<T, F>(handle, space_id, object, index, err);
     if (*err != 0) return;
-    if (element == nullptr) return fail(handle, KELP_ERR_NOT_FOUND, err);
+    if (element == nullptr)
+      return fail(handle, KELP_ERR_NOT_FOUND, err, About(F), "found no element at the index %u",
+                  index);
   }
   Primitive<F.held>::set_value(handle, space_id, element, value, err);
   mark(facts<T, F>, handle, space_id, object, index,

@@ -36,11 +36,13 @@ void attach(const ArmFacts &place, kelp_handle *handle, std::uint32_t space_id, 
   store(handle, space_id, arm_of(place, object), arm);
   store(handle, space_id, selector_of(place, object), place.selector);
   if (!tracks(handle, place.set_place)) return;
-  if (!state_tracking::require_tracked(handle, object, place.set_place.not_tracked_message, err)) {
+  if (!state_tracking::require_tracked(handle, object, *place.set_place.field,
+                                       place.set_place.not_tracked_message, err)) {
     return;
   }
   if (place.holds_tracked_object &&
-      !state_tracking::require_tracked(handle, arm, place.arm_not_tracked, err)) {
+      !state_tracking::require_tracked(handle, arm, *place.set_place.field, place.arm_not_tracked,
+                                       err)) {
     return;
   }
   store_state(handle, space_id, object, place.set_place, state_tracking::written);
@@ -55,8 +57,8 @@ void *detach(const ArmFacts &place, kelp_handle *handle, std::uint32_t space_id,
   store(handle, space_id, arm_of(place, object), static_cast<void *>(nullptr));
   store(handle, space_id, selector_of(place, object), std::uint32_t{0});
   if (tracks(handle, place.detach_place)) {
-    if (!state_tracking::require_tracked(handle, object, place.detach_place.not_tracked_message,
-                                         err)) {
+    if (!state_tracking::require_tracked(handle, object, *place.detach_place.field,
+                                         place.detach_place.not_tracked_message, err)) {
       return nullptr;
     }
     store_state(handle, space_id, object, place.detach_place, 0);

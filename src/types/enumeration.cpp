@@ -15,10 +15,11 @@ std::uint32_t hash_value(const EnumerationObject *object, std::uint32_t seed) {
   return object == nullptr ? seed : SuperFastHash(&object->value, sizeof(object->value), seed);
 }
 
-std::uint32_t value_of(kelp_handle *handle, const EnumerationObject *object, std::uint32_t *err) {
+std::uint32_t value_of(const model::Enumeration &type, kelp_handle *handle,
+                       const EnumerationObject *object, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
   if (object != nullptr) return object->value;
-  fail(handle, KELP_ERR_INVALID, err);
+  fail(handle, KELP_ERR_INVALID, err, About(type.name), "found a null object, expected one");
   return 0;
 }
 

@@ -124,7 +124,8 @@ constexpr bool refuses(std::uint32_t value, std::int32_t variant) {
 
 std::int32_t compare_values(const EnumerationObject *a, const EnumerationObject *b);
 std::uint32_t hash_value(const EnumerationObject *object, std::uint32_t seed);
-std::uint32_t value_of(kelp_handle *handle, const EnumerationObject *object, std::uint32_t *err);
+std::uint32_t value_of(const model::Enumeration &type, kelp_handle *handle,
+                       const EnumerationObject *object, std::uint32_t *err);
 void copy_whole(kelp_handle *handle, std::uint32_t space_id, void *destination, const void *source);
 
 template <const model::Enumeration &E>
@@ -146,7 +147,7 @@ void *get(kelp_handle *, std::uint32_t, void *object) {
 template <const model::Enumeration &E>
 std::uint32_t get_value(kelp_handle *handle, std::uint32_t, const void *object,
                         std::uint32_t *err) {
-  return value_of(handle, static_cast<const EnumerationObject *>(object), err);
+  return value_of(E, handle, static_cast<const EnumerationObject *>(object), err);
 }
 
 // Brings the object in line and asks whether it then takes the value: 43 when not. What the runtime
@@ -156,7 +157,8 @@ bool accepts(kelp_handle *handle, std::uint32_t space_id, void *object, std::uin
              std::uint32_t *err) {
   type_record_access::adjust_variant<E>(handle, space_id, object, err);
   if (!refuses<E>(value, kelp_get_instance_variant(object, 0, 1))) return true;
-  fail_variant(handle, err);
+  fail_variant(handle, err, About(E.name),
+               "found the value %u, expected one that the object's variant has", value);
   return false;
 }
 

@@ -9,11 +9,14 @@
 
 namespace harbor::field_access {
 
+[[gnu::cold]] void refuse_variant(const Field &field, kelp_handle *handle, const void *object,
+                                  std::uint32_t *err);
+
 // A variant below the field's floor refuses the access with 43.
 template <const Field &F>
 inline bool has_field(kelp_handle *handle, const void *object, std::uint32_t *err) {
   if (kelp_get_instance_variant(object, 1, plain_valued(F.kind)) >= F.since) return true;
-  fail_variant(handle, err);
+  refuse_variant(F, handle, object, err);
   return false;
 }
 

@@ -16,11 +16,16 @@ std::uint32_t hash_byte(const FlagObject *object, std::uint32_t seed) {
 }
 
 // Required: the last error is not cleared.
-std::uint32_t read(kelp_handle *handle, const FlagObject *object, std::uint32_t bit, bool in_set,
-                   std::uint32_t *err) {
+std::uint32_t read(const model::FlagSet &set, kelp_handle *handle, const FlagObject *object,
+                   std::uint32_t bit, bool in_set, std::uint32_t *err) {
   if (*err != 0) return 0;
   if (object != nullptr && in_set) return masked(object->flags, bit);
-  fail_variant(handle, err);
+  if (object == nullptr) {
+    fail_variant(handle, err, About(set.name), "found a null object, expected one");
+  } else {
+    fail_variant(handle, err, About(set.name),
+                 "found the bit %u, expected one that its variant has", bit);
+  }
   return 0;
 }
 

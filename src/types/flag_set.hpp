@@ -126,8 +126,8 @@ constexpr std::uint32_t masked(std::uint8_t flags, std::uint32_t bit) {
 // in_set: whether the set has the bit.
 std::int32_t compare_bytes(const FlagObject *a, const FlagObject *b);
 std::uint32_t hash_byte(const FlagObject *object, std::uint32_t seed);
-std::uint32_t read(kelp_handle *handle, const FlagObject *object, std::uint32_t bit, bool in_set,
-                   std::uint32_t *err);
+std::uint32_t read(const model::FlagSet &set, kelp_handle *handle, const FlagObject *object,
+                   std::uint32_t bit, bool in_set, std::uint32_t *err);
 void copy_whole(kelp_handle *handle, std::uint32_t space_id, void *destination, const void *source,
                 std::uint32_t *err);
 
@@ -158,7 +158,7 @@ std::uint32_t hash(const void *object, std::uint32_t seed) {
 template <const model::FlagSet &S>
 std::uint32_t get_value(kelp_handle *handle, std::uint32_t, const void *object, std::uint32_t bit,
                         std::uint32_t *err) {
-  return read(handle, static_cast<const FlagObject *>(object), bit, in_range<S>(bit) != 0, err);
+  return read(S, handle, static_cast<const FlagObject *>(object), bit, in_range<S>(bit) != 0, err);
 }
 
 template <const model::FlagSet &S>
@@ -181,7 +181,8 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
   type_record_access::adjust_variant<S>(handle, space_id, object, err);
   if (bit >= S.limits[0] &&
       type_record_access::refuses_member<S>(bit, kelp_get_instance_variant(object, 0, 1))) {
-    return fail_variant(handle, err);
+    return fail_variant(handle, err, About(S.name),
+                        "found the bit %u, expected one that the object's variant has", bit);
   }
   if (object == nullptr || in_range<S>(bit) == 0) return;
   store_bit(handle, space_id, static_cast<FlagObject *>(object), bit, on != 0);

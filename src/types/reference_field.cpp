@@ -13,8 +13,10 @@ constexpr std::uint32_t information_level = static_cast<std::uint32_t>(Level::in
 constexpr std::uint32_t printed_oid_part = 33;
 
 // Required: an error that stands already when a step ends is traced as that step's own.
-bool failed(const std::uint32_t *err, std::uint32_t message) {
+bool failed(const ReferenceFacts &reference, kelp_handle *handle, const std::uint32_t *err,
+            std::uint32_t message) {
   if (*err == 0) return false;
+  name_failure(handle, About(*reference.field));
   trace(type_source, Level::error, message, std::strerror(static_cast<int>(*err)));
   return true;
 }
@@ -44,10 +46,10 @@ void empty(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t s
            kelp_reference *field, std::uint32_t *err) {
   if (kelp_oid_id_is_zero(field->oid.id) == 0) {
     auto *mapping = kelplib_oid_id_mapping_get(handle, space_id, &field->oid, err);
-    if (failed(err, reference.unresolved_for_clear)) return;
+    if (failed(reference, handle, err, reference.unresolved_for_clear)) return;
     if (mapping != nullptr) {
       kelplib_update_oid_ref_count(handle, space_id, mapping, KELP_OID_DECREMENT, err);
-      if (failed(err, reference.not_dropped_for_clear)) return;
+      if (failed(reference, handle, err, reference.not_dropped_for_clear)) return;
     } else {
       trace_missing(handle, field->oid, reference.missing_for_clear);
     }
@@ -61,13 +63,13 @@ bool drop_earlier(const ReferenceFacts &reference, kelp_handle *handle, std::uin
                   const kelp_reference *field, std::uint32_t *err) {
   if (kelp_oid_id_is_zero(field->oid.id) != 0) return true;
   auto *mapping = kelplib_oid_id_mapping_get(handle, space_id, &field->oid, err);
-  if (failed(err, reference.unresolved)) return false;
+  if (failed(reference, handle, err, reference.unresolved)) return false;
   if (mapping == nullptr) {
     trace(type_source, Level::error, reference.missing);
     return true;
   }
   kelplib_update_oid_ref_count(handle, space_id, mapping, KELP_OID_DECREMENT, err);
-  return !failed(err, reference.not_dropped);
+  return !failed(reference, handle, err, reference.not_dropped);
 }
 
 }  // namespace
@@ -76,7 +78,8 @@ void *resolve(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_
               const kelp_reference *field, std::uint32_t *err) {
   if (kelp_oid_id_is_zero(field->oid.id) != 0) return nullptr;
   if (field->target_type != type_record_access::record_for(handle, space_id, reference.target)) {
-    fail(handle, KELP_ERR_INVALID, err);
+    fail(handle, KELP_ERR_INVALID, err, About(*reference.field),
+         "found a reference to something else, expected one to %s", reference.target->type_name);
     return nullptr;
   }
   return kelp_oid_to_handle(handle, space_id, &field->oid, err);
@@ -89,15 +92,17 @@ void refer(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t s
   if (target == KELP_OID_SENTINEL) return store_oid_of(handle, space_id, field, target, 0, err);
   if (target == nullptr) return empty(reference, handle, space_id, field, err);
   if (kelp_get_manifested_type_info(target) != field->target_type) {
-    return fail(handle, KELP_ERR_INVALID, err);
+    return fail(handle, KELP_ERR_INVALID, err, About(*reference.field),
+                "found an object of another type, expected %s", reference.target->type_name);
   }
   if (kelplib_validate_object_flags(target, 0, 1) != 0) {
     trace(type_source, Level::error, reference.target_refused);
-    return fail(handle, KELP_ERR_PERMISSION, err);
+    return fail(handle, KELP_ERR_PERMISSION, err, About(*reference.field),
+                "found a nested object, expected one that can be referred to");
   }
   if (!drop_earlier(reference, handle, space_id, field, err)) return;
   store_oid_of(handle, space_id, field, target, 1, err);
-  if (failed(err, reference.target_without_oid)) return;
+  if (failed(reference, handle, err, reference.target_without_oid)) return;
   state_tracking::mark(handle, space_id, object, reference.write_place, err);
 }
 

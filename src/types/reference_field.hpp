@@ -101,6 +101,7 @@ inline constexpr Family whole_family{"reference_field (whole object)", whole_ope
 // --- what the rules know of a field -------------------------------------------------------------
 
 struct ReferenceFacts {
+  const Field *field;
   kelp_type_record *target;  // the static record of the table that the field may refer to
   std::uint32_t unresolved_for_clear;
   std::uint32_t missing_for_clear;
@@ -115,6 +116,7 @@ struct ReferenceFacts {
 
 template <const Structure &T, const Field &F>
 inline constexpr ReferenceFacts facts{
+    .field = &F,
     .target = type_record<model::table(F.table)>,
     .unresolved_for_clear =
         messages::of_reference(messages::TypeForm::existing_oid_unresolved, T, F),

@@ -35,6 +35,7 @@ inline std::uint8_t *area_of(kelp_handle *handle, std::uint32_t space_id, void *
 
 // One place that writes a field and marks its state.
 struct WritePlace {
+  const Field *field;
   std::uint32_t object_size;
   std::uint32_t state_place;
   std::uint32_t corrupted_message;
@@ -42,13 +43,18 @@ struct WritePlace {
 };
 
 template <const Structure &T, const Field &F, messages::WriteSite site>
-inline constexpr WritePlace write_place{model::object_size(T), model::state_place(T, F),
+inline constexpr WritePlace write_place{&F, model::object_size(T), model::state_place(T, F),
                                         messages::corrupted_at_write(T, F, site),
                                         messages::not_tracked_at_write(T, F, site)};
 
 // Fails with 22 and the place's message when the object has no state bytes.
-bool require_tracked(kelp_handle *handle, const void *object, std::uint32_t not_tracked_message,
-                     std::uint32_t *err);
+bool require_tracked(kelp_handle *handle, const void *object, const About &about,
+                     std::uint32_t not_tracked_message, std::uint32_t *err);
+inline bool require_tracked(kelp_handle *handle, const void *object, const Field &field,
+                            std::uint32_t not_tracked_message, std::uint32_t *err) {
+  return is_tracked(object) ||
+         require_tracked(handle, object, About(field), not_tracked_message, err);
+}
 
 // Marks under a tracking handle; under any other nothing is looked at.
 void mark(kelp_handle *handle, std::uint32_t space_id, void *object, const WritePlace &place,

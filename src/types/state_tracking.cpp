@@ -8,10 +8,11 @@ bool may_access(kelp_handle *handle, const void *object, const StateAccess &acce
                 std::uint32_t *err) {
   if (*err != 0) return false;
   if (tracking_of(handle, access.corrupted_message) == Tracking::off) {
-    fail(handle, KELP_ERR_INVALID, err);
+    fail(handle, KELP_ERR_INVALID, err, About(*access.field),
+         "found a handle with state tracking off, expected on or without it");
     return false;
   }
-  return require_tracked(handle, object, access.not_tracked_message, err);
+  return require_tracked(handle, object, *access.field, access.not_tracked_message, err);
 }
 
 void overwrite(std::span<std::uint8_t> area, std::span<const std::uint8_t> source,

@@ -142,15 +142,16 @@ inline constexpr Family whole_family{"state_tracking (whole object)", whole_oper
 
 // The messages of one place that reads or writes state bytes directly.
 struct StateAccess {
+  const Field *field;
   std::uint32_t corrupted_message;
   std::uint32_t not_tracked_message;
 };
 
 template <const Structure &T, const Field &F, messages::StateSite site>
-inline constexpr StateAccess state_read{messages::corrupted_at_state_get(T, F, site),
+inline constexpr StateAccess state_read{&F, messages::corrupted_at_state_get(T, F, site),
                                         messages::non_tracked_at_state_get(T, F, site)};
 template <const Structure &T, const Field &F, messages::StateSite site>
-inline constexpr StateAccess state_write{messages::corrupted_at_state_set(T, F, site),
+inline constexpr StateAccess state_write{&F, messages::corrupted_at_state_set(T, F, site),
                                          messages::not_tracked_at_state_set(T, F, site)};
 
 // --- the rules ----------------------------------------------------------------------------------
@@ -205,7 +206,8 @@ std::uint8_t element_state_flag_get(kelp_handle *handle, std::uint32_t space_id,
                                     std::uint32_t index, std::uint32_t *err) {
   if (!may_access(handle, object, state_read<T, F, messages::StateSite::element>, err)) return 0;
   if (index >= count_of<T, F>(object)) {
-    fail(handle, KELP_ERR_NOT_FOUND, err);
+    fail(handle, KELP_ERR_NOT_FOUND, err, About(F), "found the index %u, expected one below %u",
+         index, count_of<T, F>(object));
     return 0;
   }
   const std::uint8_t *states = element_states<T, F>(handle, space_id, object);
@@ -216,11 +218,14 @@ template <const Structure &T, const Field &F>
 void element_state_flag_set(kelp_handle *handle, std::uint32_t space_id, void *object,
                             std::uint32_t index, std::uint32_t value, std::uint32_t *err) {
   if (!may_access(handle, object, state_write<T, F, messages::StateSite::element>, err)) return;
-  if (index >= count_of<T, F>(object)) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (index >= count_of<T, F>(object)) {
+    return fail(handle, KELP_ERR_NOT_FOUND, err, About(F),
+                "found the index %u, expected one below %u", index, count_of<T, F>(object));
+  }
   if (!may_write<T, F>(handle, space_id, object, err)) return;
   std::uint8_t *states =
       array_field::provide_element_states(handle, space_id, object, array_field::facts<T, F>);
-  if (states == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err);
+  if (states == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err, About(F));
   store(handle, space_id, states + index, static_cast<std::uint8_t>(value));
 }
 
@@ -299,7 +304,10 @@ void element_states_set(kelp_handle *handle, std::uint32_t space_id, void *objec
   if (!may_access(handle, object, state_write<T, F, messages::StateSite::element_array>, err)) {
     return;
   }
-  if (count != count_of<T, F>(object)) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (count != count_of<T, F>(object)) {
+    return fail(handle, KELP_ERR_NOT_FOUND, err, About(F), "found a count of %u, expected %u",
+                count, count_of<T, F>(object));
+  }
   if (!may_write<T, F>(handle, space_id, object, err)) return;
   overwrite({area_of<T>(handle, space_id, object), model::state_size(T)}, {source, count},
             pointer_places<T>);

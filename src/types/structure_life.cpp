@@ -46,7 +46,8 @@ bool place_state(const StructureFacts &facts, kelp_handle *handle, std::uint32_t
   const bool nested = (flags & OBJ_NESTED) != 0;
   const bool relocated = (flags & OBJ_STTR_RELOCATED) != 0;
   if (nested && sttr_base == nullptr) {
-    fail(handle, KELP_ERR_INVALID, err);
+    fail(handle, KELP_ERR_INVALID, err, About(facts.record->type_name),
+         "found no place for the state bytes of a nested object, expected one in its parent");
     trace(type_source, Level::error, facts.messages.base_missing);
     return false;
   }
@@ -99,7 +100,7 @@ bool remove_mapping(const StructureFacts &facts, kelp_handle *handle, std::uint3
   const std::uint32_t gone = kelp_request_oid_mapping_destroy(handle, space_id, object, err);
   if (*err != 0) {
     trace(type_source, Level::error, facts.messages.mapping_not_removed, std::strerror(*err));
-    kelp_store_err(handle, *err);
+    store_failure(handle, *err, About(facts.record->type_name), "ending its OID mapping");
     return false;
   }
   if (gone == 0) {
@@ -355,7 +356,8 @@ void destroy_internal(const StructureFacts &facts, kelp_handle *handle, std::uin
     kelp_hd_mapping_destroy(handle, space_id, object, &err);
     if (err != 0) {
       trace(type_source, Level::error, facts.messages.distance_not_removed, std::strerror(err));
-      kelp_store_err(handle, err);
+      store_failure(handle, err, About(facts.record->type_name),
+                    "ending the mapping of its state bytes");
       return;
     }
   }

@@ -94,8 +94,9 @@ void set(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_i
   } else {
     drop_element_states(handle, space_id, destination, facts);
   }
-  if (tracking && !state_tracking::require_tracked(handle, source,
-                                                   facts.messages.not_tracked_at_transfer, err)) {
+  if (tracking && !state_tracking::is_tracked(source) &&
+      !state_tracking::require_tracked(handle, source, About(facts.record->type_name),
+                                       facts.messages.not_tracked_at_transfer, err)) {
     return;
   }
   post_copyout_cleanup(facts, handle, space_id, destination, source, err);

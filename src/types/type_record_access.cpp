@@ -40,15 +40,15 @@ void announce_and_add_one(kelp_handle *handle, std::uint32_t space_id,
   add_one(record, counter);
 }
 
-bool may_ask(kelp_handle *handle, const void *object, std::uint32_t error_present,
-             std::uint32_t object_null, std::uint32_t *err) {
+bool may_ask(std::string_view type, kelp_handle *handle, const void *object,
+             std::uint32_t error_present, std::uint32_t object_null, std::uint32_t *err) {
   if (*err != 0) {
     trace(type_source, Level::error, error_present);
     return false;
   }
   if (object == nullptr) {
     trace(type_source, Level::error, object_null);
-    fail(handle, KELP_ERR_INVALID, err);
+    fail(handle, KELP_ERR_INVALID, err, About(type), "found a null object, expected one");
     return false;
   }
   return true;

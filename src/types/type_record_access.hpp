@@ -175,19 +175,21 @@ void adjust_variant(kelp_handle *handle, std::uint32_t space_id, void *object, s
 
 // The entry tests of the two operations that ask an object for its references. They are traced,
 // and clear no last error.
-bool may_ask(kelp_handle *handle, const void *object, std::uint32_t error_present,
-             std::uint32_t object_null, std::uint32_t *err);
+bool may_ask(std::string_view type, kelp_handle *handle, const void *object,
+             std::uint32_t error_present, std::uint32_t object_null, std::uint32_t *err);
 
 template <const auto &T>
 bool may_ask_references(kelp_handle *handle, const void *object, std::uint32_t *err) {
-  return may_ask(handle, object, messages::of_type(messages::TypeForm::references_error_present, T),
+  return may_ask(T.name, handle, object,
+                 messages::of_type(messages::TypeForm::references_error_present, T),
                  messages::of_type(messages::TypeForm::references_object_null, T), err);
 }
 
 template <const auto &T>
 std::uint32_t get_oid_count(kelp_handle *handle, std::uint32_t, const void *object,
                             std::uint32_t *err) {
-  if (!may_ask(handle, object, messages::of_type(messages::TypeForm::count_error_present, T),
+  if (!may_ask(T.name, handle, object,
+               messages::of_type(messages::TypeForm::count_error_present, T),
                messages::of_type(messages::TypeForm::count_object_null, T), err)) {
     return 0;
   }

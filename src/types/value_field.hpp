@@ -139,6 +139,8 @@ void set(kelp_handle *handle, std::uint32_t space_id, void *object, const void *
          std::uint32_t *err) {
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
   write<T, F>(handle, space_id, object, source, err);
+  if (*err != 0) [[unlikely]]
+    name_failure(handle, About(F));
   state_tracking::mark(handle, space_id, object,
                        state_tracking::write_place<T, F, messages::WriteSite::set>, err);
 }
@@ -164,7 +166,9 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, Value 
     }
   }
   if (*err != 0) return;
-  if (place == nullptr) return fail(handle, KELP_ERR_NOT_FOUND, err);
+  if (place == nullptr) {
+    return fail(handle, KELP_ERR_NOT_FOUND, err, About(F), "found a null object, expected one");
+  }
   if constexpr (is_primitive(F.kind)) {
     Primitive<F.kind>::set_value(handle, space_id, place, value, err);
   } else if constexpr (F.kind == Kind::enumeration) {

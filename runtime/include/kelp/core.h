@@ -25,6 +25,12 @@ KELP_API void kelp_clear_last_error(kelp_handle *handle);
  * handle is passed over. */
 KELP_API void kelp_store_err(kelp_handle *handle, uint32_t code);
 
+/* Adds words to the error that was stored last, for kelp_handle_last_error: what it is about (a type
+ * and its field, a table) and what was found and expected. Both are copied, cut at 127 and 255
+ * characters; what is null, or was added before, stays as it is. A later kelp_store_err forgets
+ * them. Nothing else of the handle changes. A null handle is passed over. */
+KELP_API void kelp_describe_err(kelp_handle *handle, const char *subject, const char *text);
+
 /* Remembers a variant mismatch as the handle's last error and sets the error word: both become
  * KELP_ERR_EPOCH, whatever code is given. err may be null. */
 KELP_API void kelp_store_epoch_err(kelp_handle *handle, uint32_t code, uint32_t *err);

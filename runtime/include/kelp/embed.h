@@ -189,8 +189,10 @@ KELP_API int32_t kelp_handle_set_variant(kelp_handle *handle, const char *type_n
 /* Goes back to the highest variant of the type. */
 KELP_API void kelp_handle_clear_variant(kelp_handle *handle, const char *type_name);
 
-/* The code that the handle stored last, 0 for none. error, when not null, gets it with a text;
- * after an allocation that failed the text says what is used, what the limit is and what raises it.
+/* The code that the handle stored last, 0 for none. error, when not null, gets it with a text that
+ * names the type and field, or the table, and the rule that failed, with what was found and
+ * expected, as in "route.cost: set_value: found a null object, expected one"; after an
+ * allocation that failed it says what is used, what the limit is and what raises it.
  * Where nothing was stored but an allocation was refused since the handle last forgot its error, as
  * after a create that gave null, the code is 12. */
 KELP_API int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *error);

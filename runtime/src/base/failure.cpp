@@ -16,6 +16,17 @@ std::int32_t fail(kelp_error *error, std::int32_t code, const char *format, ...)
   return code;
 }
 
+void raise(kelp_handle *handle, std::uint32_t *err, std::uint32_t code, const char *found,
+           const char *function) {
+  if (err != nullptr) *err = code;
+  kelp_store_err(handle, code);
+  if (handle == nullptr) return;
+  char text[256];
+  std::snprintf(text, sizeof text, "%s%s%s", function, found == nullptr ? "" : ": ",
+                found == nullptr ? "" : found);
+  kelp_describe_err(handle, nullptr, text);
+}
+
 std::int32_t succeed(kelp_error *error) {
   if (error != nullptr) {
     error->code = 0;

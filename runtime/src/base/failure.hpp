@@ -13,11 +13,10 @@ namespace kelp {
 // A non-zero error word on entry: the operation is to do nothing.
 inline bool is_set(const std::uint32_t *err) { return err != nullptr && *err != 0; }
 
-// Sets the word and the handle's last error together.
-inline void raise(kelp_handle *handle, std::uint32_t *err, std::uint32_t code) {
-  if (err != nullptr) *err = code;
-  kelp_store_err(handle, code);
-}
+// Sets the word and the handle's last error together. found: what was found and expected, in words,
+// or null; function: the one that failed.
+void raise(kelp_handle *handle, std::uint32_t *err, std::uint32_t code, const char *found = nullptr,
+           const char *function = __builtin_FUNCTION());
 
 // Runs work; false when memory ran out in it.
 template <typename Work>

@@ -1,5 +1,7 @@
 // The last error of a handle: remembering it, and telling it in words.
+#include <algorithm>
 #include <cinttypes>
+#include <cstdio>
 #include <cstring>
 
 #include "base/failure.hpp"
@@ -31,20 +33,35 @@ extern "C" void kelp_clear_last_error(kelp_handle *handle) {
 extern "C" void kelp_store_err(kelp_handle *handle, uint32_t code) {
   if (handle == nullptr) return;
   handle->state->last_error = code;
+  handle->state->error_subject[0] = '\0';
+  handle->state->error_text[0] = '\0';
   if (handle->cr_create != 0 && handle->cr_err == 0) handle->cr_err = code;
   kelp::set_current_database(handle->state->database);
 }
 
 extern "C" void kelp_store_epoch_err(kelp_handle *handle, uint32_t code, uint32_t *err) {
   (void)code;
-  kelp::raise(handle, err, KELP_ERR_EPOCH);
+  if (err != nullptr) *err = KELP_ERR_EPOCH;
+  kelp_store_err(handle, KELP_ERR_EPOCH);
 }
 
-extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *error) {
-  const int32_t code = last_code(handle);
-  if (code == 0) return kelp::succeed(error);
+extern "C" void kelp_describe_err(kelp_handle *handle, const char *subject, const char *text) {
+  if (handle == nullptr) return;
+  kelp_handle_state &state = *handle->state;
+  const auto add = [](char *words, std::size_t size, const char *more) {
+    if (*words == '\0' && more != nullptr) std::snprintf(words, size, "%s", more);
+  };
+  add(state.error_subject, sizeof state.error_subject, subject);
+  add(state.error_text, sizeof state.error_text, text);
+}
+
+namespace {
+
+// What the runtime knows of the code itself.
+std::int32_t explain(const kelp_handle *handle, std::int32_t code, kelp_error *error) {
   const kelp_database *database = handle->state->database;
-  if (code == KELP_ERR_EPOCH) {
+  const bool is_described = handle->state->error_text[0] != '\0';
+  if (code == KELP_ERR_EPOCH && !is_described) {
     return kelp::fail(
         error, code,
         "handle on database '%s': variant mismatch: the object or the handle's domain "
@@ -81,6 +98,35 @@ extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error 
                       "; kelp_database_set_memory_limit raises it",
                       database->name.c_str(), refusal.asked, refusal.used, refusal.limit);
   }
-  return kelp::fail(error, code, "handle on database '%s': %s", database->name.c_str(),
-                    std::strerror(code));
+  return kelp::fail(error, code, "handle on database '%s'%s%s", database->name.c_str(),
+                    is_described ? "" : ": ", is_described ? "" : std::strerror(code));
+}
+
+// Puts the handle's words in front of the text, which is cut at its end.
+void put_before(kelp_error *error, const char *subject, const char *text) {
+  char words[sizeof error->text];
+  auto add = [&, used = std::size_t{0}](const char *more, const char *behind) mutable {
+    for (const char *part : {more, *more == '\0' ? "" : behind}) {
+      const std::size_t length = std::min(std::strlen(part), sizeof words - 1 - used);
+      std::memcpy(words + used, part, length);
+      used += length;
+      words[used] = '\0';
+    }
+  };
+  add(subject, ": ");
+  add(text, ": ");
+  add(error->text, "");
+  std::memcpy(error->text, words, sizeof words);
+}
+
+}  // namespace
+
+extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error *error) {
+  const int32_t code = last_code(handle);
+  if (code == 0) return kelp::succeed(error);
+  explain(handle, code, error);
+  const kelp_handle_state &state = *handle->state;
+  const bool is_told = state.last_error != 0;
+  if (error != nullptr && is_told) put_before(error, state.error_subject, state.error_text);
+  return code;
 }

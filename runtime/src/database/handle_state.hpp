@@ -18,6 +18,9 @@ struct kelp_handle_state {
   kelp::Domain domain;
   kelp_sttr sttr = {};
   std::uint32_t last_error = 0;
+  // Words about it; empty for none.
+  char error_subject[128] = "";
+  char error_text[256] = "";
   std::int32_t tenant = KELP_TENANT_UNCHANGED;
   std::unique_ptr<std::byte[]> work_space;  // made when first asked for
   std::uint32_t work_space_size = 0;

@@ -25,7 +25,9 @@ void store_text(Writer writer, kelp_vstring *vstring, char *text, uint32_t lengt
 }
 
 void replace_text(Writer writer, kelp_vstring *vstring, std::string_view text, uint32_t *err) {
-  if (text.size() > KELP_VSTRING_MAX_LENGTH) return raise(writer.handle, err, KELP_ERR_TOO_LONG);
+  if (text.size() > KELP_VSTRING_MAX_LENGTH)
+    return raise(writer.handle, err, KELP_ERR_TOO_LONG,
+                 "found a longer text than a kelp_vstring holds");
   char *copy = nullptr;
   if (!text.empty()) {
     copy = static_cast<char *>(writer.allocate(text.size() + 1));

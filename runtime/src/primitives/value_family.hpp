@@ -33,13 +33,14 @@ struct ValueFamily {
   static Value get_value(kelp_handle *handle, const Value *address, uint32_t *err) {
     if (*err != 0) return 0;
     if (address != nullptr) return *address;
-    raise(handle, err, KELP_ERR_INVALID);
+    raise(handle, err, KELP_ERR_INVALID, "found a null value");
     return 0;
   }
 
   static void set(Writer writer, Value *address, const Value *source, uint32_t *err) {
     if (*err != 0) return;
-    if (address == nullptr || source == nullptr) return raise(writer.handle, err, KELP_ERR_INVALID);
+    if (address == nullptr || source == nullptr)
+      return raise(writer.handle, err, KELP_ERR_INVALID, "found a null value");
     Rule::store(writer, address, *source);
   }
 

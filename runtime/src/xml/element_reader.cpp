@@ -26,7 +26,10 @@ pugi::xml_node find_element(const XmlSource &source) {
   }
   const Found found = source.document->find(source.path);
   if (found.code == 0) return found.element;
-  raise(source.handle, source.err, found.code);
+  char text[200];
+  std::snprintf(text, sizeof text, "found no element %s in the document", source.path);
+  raise(source.handle, source.err, found.code,
+        found.code == KELP_ERR_NOT_FOUND ? text : source.path);
   if (found.code == KELP_ERR_INVALID && has_message(source)) {
     std::snprintf(source.message, static_cast<size_t>(source.message_size),
                   "%s: found no path that can be read, expected //name, /tag and /tag[n]",
@@ -37,7 +40,7 @@ pugi::xml_node find_element(const XmlSource &source) {
 
 void refuse_text(const XmlSource &source, pugi::xml_node element, std::string_view text,
                  const char *expected) {
-  raise(source.handle, source.err, KELP_ERR_INVALID);
+  raise(source.handle, source.err, KELP_ERR_INVALID, expected);
   if (!has_message(source)) return;
   const Position at = source.document->position_of(element);
   char quoted[4 * kQuotedBytes + 1] = "";

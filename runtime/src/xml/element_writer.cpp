@@ -3,6 +3,8 @@
 #include "xml/element_writer.hpp"
 
 #include <charconv>
+#include <cinttypes>
+#include <cstdio>
 #include <cstring>
 
 #include "base/failure.hpp"
@@ -98,7 +100,10 @@ uint32_t write(const XmlTarget &target, const Shape &shape) {
   CountingSink counted;
   shape(counted);
   if (counted.count > target.size) {
-    raise(target.handle, target.err, KELP_ERR_NO_ROOM);
+    char found[80];
+    std::snprintf(found, sizeof found, "found %" PRIu64 " bytes of buffer, expected %" PRIu64,
+                  static_cast<uint64_t>(target.size), static_cast<uint64_t>(counted.count));
+    raise(target.handle, target.err, KELP_ERR_NO_ROOM, found);
     return 0;
   }
   StoringSink stored{target.buffer};
