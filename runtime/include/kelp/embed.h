@@ -12,7 +12,8 @@
  * use all of it: a fork waits until nobody is inside the runtime. Only the thread that forked is
  * there: read locks of other threads are given up in the child, and a database that another thread
  * held the write lock of, and may have changed half, gives no lock any more (1). New OIDs of the
- * child differ from those of its parent. */
+ * child differ from those of its parent. A store that the parent has open gives the child no lock (1,
+ * with a text that says so); the child opens it itself. */
 #ifndef KELP_EMBED_H
 #define KELP_EMBED_H
 
@@ -97,10 +98,11 @@ KELP_API kelp_database *kelp_database_open_file(const char *path, const kelp_sto
                                                 kelp_error *error);
 
 /* Closes a database and frees all that is in it; a store stays in its file, which is synced when no
- * other process has it open. 16 while handles are open: nothing is closed then,
- * and the text names how many. On success the text is empty, or says how many allocations of how
- * many bytes were still in use; what stands under a key of the store (the roots of table ids) is
- * the store's own and not counted. A null database is no error. */
+ * other process has it open. 16 while handles are open: nothing is closed then, and the text names
+ * how many. On success the text is empty, or says how many allocations of how many bytes were still
+ * in use, and names the tables that are left with the number of their records; what stands under a
+ * key of the store (the roots of table ids) is the store's own and not counted. A null database is
+ * no error. */
 KELP_API int32_t kelp_database_close(kelp_database *database, kelp_error *error);
 
 /* The database's name, of a store its path; lives as long as the database. */

@@ -1,9 +1,12 @@
 // Opening and closing databases, and their memory as a program sees it.
 #include "database/database.hpp"
 
+#include <algorithm>
 #include <cinttypes>
+#include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 #include "base/failure.hpp"
 
@@ -13,6 +16,44 @@ namespace {
 
 constexpr std::uint32_t kDefaultCacheEntries = 1024;
 constexpr std::size_t kLongestName = 63;
+
+// A table that is in the list, and whose memory is there.
+bool is_live(kelp_database &database, const kelp_table *table) {
+  std::size_t size = 0;
+  return table != nullptr && database.objects.live_size(table, &size) && size >= sizeof *table;
+}
+
+// Names the tables that are left, as many as there is room for: by the name that they were opened
+// with, or their id.
+void add_tables(kelp_database &database, kelp_error *error) {
+  if (error == nullptr || database.directory->table_list == nullptr) return;
+  const char *between = "; tables that are left: ";
+  const kelp_table *table = database.directory->table_list->first;
+  for (; is_live(database, table); table = table->toc_next) {
+    const std::size_t used = std::strlen(error->text);
+    const kelp_type_record *record = kelp_get_manifested_type_info(table);
+    char name[sizeof table->tbl_name + 2];
+    if (table->open_type == KELP_OPEN_BY_NAME) {
+      const std::string_view path(table->tbl_name,
+                                  strnlen(table->tbl_name, sizeof table->tbl_name));
+      std::snprintf(name, sizeof name, "'%.*s'",
+                    static_cast<int>(std::min(path.rfind('/'), path.size())), path.data());
+    } else {
+      std::snprintf(name, sizeof name, "%" PRIu64, table->table_id);
+    }
+    char one[400];
+    const int length =
+        std::snprintf(one, sizeof one, "%s%s %s with %" PRIu32 " records", between,
+                      record == nullptr ? "a table" : record->type_name, name, table->record_count);
+    if (length < 0 ||
+        used + static_cast<std::size_t>(length) + sizeof ", ..." > sizeof error->text) {
+      std::snprintf(error->text + used, sizeof error->text - used, ", ...");
+      return;
+    }
+    std::memcpy(error->text + used, one, static_cast<std::size_t>(length) + 1);
+    between = ", ";
+  }
+}
 
 }  // namespace
 
@@ -163,6 +204,7 @@ extern "C" int32_t kelp_database_close(kelp_database *database, kelp_error *erro
                "database '%s' was closed with %" PRIu64 " allocations of %" PRIu64
                " bytes still in use",
                database->name.c_str(), left.live_allocations, left.live_bytes);
+    kelp::add_tables(*database, error);
   }
   kelp::leave_open_databases(*database);
   delete database;
