@@ -37,7 +37,8 @@ def project_name(folder, name):
 def gather(build):
     lines = collections.defaultdict(int)
     instances = collections.defaultdict(list)
-    for notes in sorted(build.resolve().rglob('*.gcno')):
+    libraries = [build.resolve() / name for name in ('src', 'runtime')]
+    for notes in sorted(path for folder in libraries for path in folder.rglob('*.gcno')):
         if not notes.with_suffix('.gcda').is_file():
             continue
         for told in counts_of(notes):

@@ -47,6 +47,12 @@ TEST(Text, SnprintfReturnsTheBytesWrittenAndLeavesWhatIsBehindThem) {
   EXPECT_EQ(buffer.all(), "peer@lsa:" + hashes(23));
 }
 
+TEST(Text, SnprintfWritesANumberAndLeavesWhatIsBehindIt) {
+  Buffer buffer;
+  EXPECT_EQ(kelp_snprintf(nullptr, 0, buffer.bytes, 32, &buffer.err, "%d of %s", 12, "34"), 8u);
+  EXPECT_EQ(buffer.all(), "12 of 34" + hashes(24));
+}
+
 TEST(Text, SnprintfNeverWritesPastAnySpace) {
   const std::string text = "0123456789";
   for (uint32_t size = 0; size <= 12; ++size) {
