@@ -69,6 +69,8 @@ done
 libraries='library-sections:
 lsa-vocabulary:
 ospf-decode: lsa-vocabulary
+ospf-events: lsa-vocabulary ospf-decode
+ospf-findings: lsa-vocabulary ospf-decode ospf-events ospf-routes ospf-tables
 ospf-harbor-check:
 ospf-tables: lsa-vocabulary
 capture-rows: lsa-vocabulary ospf-decode ospf-tables

@@ -361,8 +361,8 @@ bool Network::wants_adjacency(std::uint32_t interface, std::uint32_t peer) const
          declares_backup(of, with);
 }
 
-Neighbor Network::judge(std::uint32_t interface, std::uint32_t peer, bool only_two,
-                        Time now) const {
+Neighbor Network::neighbor(std::uint32_t interface, std::uint32_t peer, bool only_two,
+                           Time now) const {
   const Interface &of = interfaces_[interface];
   const Interface &with = interfaces_[peer];
   Neighbor out;
@@ -454,7 +454,7 @@ std::vector<Neighbor> Network::neighbors(Time now) const {
       for (const std::uint32_t peer : members) {
         if (peer == interface || interfaces_[peer].router_id == of.router_id) continue;
         seen.insert(interfaces_[peer].router_id);
-        out.push_back(judge(interface, peer, members.size() == 2, now));
+        out.push_back(neighbor(interface, peer, members.size() == 2, now));
       }
       // Heard by the router, but not by the capture.
       for (const auto &[router, since] : of.listed_since) {

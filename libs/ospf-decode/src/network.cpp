@@ -34,7 +34,10 @@ bool Interface::multicasts_hellos() const {
 }
 
 Network::Network()
-    : links_([this](std::uint32_t from, std::uint32_t to) { lsdb_.join_links(from, to); }) {}
+    : links_([this](std::uint32_t from, std::uint32_t to) {
+        lsdb_.join_links(from, to);
+        ++link_changes_;
+      }) {}
 
 Network::SourceKey Network::source_of(const Packet &packet) {
   return {packet.version, packet.instance_id, packet.router_id, packet.datagram.vlan,
@@ -141,9 +144,13 @@ std::uint32_t Network::hello_sender(const Packet &packet, const Hello &hello) {
   of.is_virtual = is_virtual;
   if (is_virtual) of.virtual_peer = destination;
   of.area_id = packet.area_id;
+  if ((of.hello.designated_router == 0) != (hello.designated_router == 0) || of.hello_count == 0) {
+    of.elected_since = packet.datagram.time;
+  }
   of.hello = hello;
   ++of.hello_count;
   const LinkName after = name_of(index);
+  if (before != after) ++link_changes_;
   if (before.kind == LinkName::Kind::interface_index && before != after) links_.join(before, after);
   return index;
 }
@@ -260,6 +267,7 @@ void Network::on_hello(const Packet &packet, const Hello &hello) {
   Interface &of = interfaces_[sender_];
   const Datagram &datagram = packet.datagram;
   if (of.hello_count == 1) of.first_hello = datagram.time;
+  const bool has_gap = datagram.time - of.last_hello > hello.dead_interval * second;
   of.last_hello = datagram.time;
   if (datagram.destination.is_multicast()) {
     of.last_multicast_hello = datagram.time;
@@ -277,6 +285,11 @@ void Network::on_hello(const Packet &packet, const Hello &hello) {
   for (const std::uint32_t neighbor : hello.neighbors) {
     const auto before = of.listed_since.find(neighbor);
     listed[neighbor] = before != of.listed_since.end() ? before->second : datagram.time;
+  }
+  const auto is_listed_too = [](const auto &a, const auto &b) { return a.first == b.first; };
+  if (of.hello_count == 1 || has_gap ||
+      !std::ranges::equal(listed, of.listed_since, is_listed_too)) {
+    of.steady_since = datagram.time;
   }
   of.listed_since = std::move(listed);
 
@@ -324,6 +337,17 @@ void Network::on_request(const Packet &packet, std::span<const LsaName> names) {
   if (!facts.requested.empty()) requesting_.insert(sender_);
 }
 
+bool Network::is_requested(const LsaName &name) const {
+  if (requesting_.empty()) return false;
+  const std::uint32_t link = link_of(sender_);
+  return std::ranges::any_of(requesting_, [&](std::uint32_t index) {
+    if (index == sender_ || link_of(index) != link) return false;
+    return std::ranges::any_of(interfaces_[index].exchanges, [&](const ExchangeFacts &facts) {
+      return facts.requested.contains(name);
+    });
+  });
+}
+
 void Network::answered(const LsaHeader &header) {
   if (requesting_.empty()) return;
   const LsaName name{header.type, header.link_state_id, header.advertising_router};
@@ -351,13 +375,16 @@ void Network::load(const Packet &packet, const LsaHeader &header, Bytes raw, boo
   key.advertising_router = header.advertising_router;
   if (scope == Scope::area) key.domain = packet.area_id;
   if (scope == Scope::link) key.domain = link_of(sender_);
-  lsdb_.offer(key, header, raw, complete, packet.datagram.time, packet.datagram.number);
+  on_offer(packet, key, header, raw);
+  answered(header);
+  const Lsdb::Outcome outcome =
+      lsdb_.offer(key, header, raw, complete, packet.datagram.time, packet.datagram.number);
+  on_offered(packet, key, header, outcome);
 }
 
 void Network::on_lsa_v2(const Packet &packet, const LsaV2 &lsa) {
   const std::optional<Scope> scope = scope_of(2, lsa.header.type);
   if (!lsa.checksum_ok || !scope) return;
-  answered(lsa.header);
   load(packet, lsa.header, lsa.raw, lsa.complete, *scope);
 }
 
@@ -386,7 +413,6 @@ void Network::on_lsa_v3(const Packet &packet, const LsaV3 &lsa) {
                   interface_name(link.neighbor_router_id, link.neighbor_interface_id));
     }
   }
-  answered(lsa.header);
   load(packet, lsa.header, lsa.raw, lsa.complete, *scope);
 }
 

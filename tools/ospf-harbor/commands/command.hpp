@@ -16,6 +16,7 @@ enum class Needs {
   nothing,
   session,  // the database of the run, which it changes within Session::changing
   tree,     // the same to read it, with what `--from` names loaded first into a private one
+  told,     // the same, loaded by the command itself, which asks for more than tables hold
 };
 
 enum class Stands { everywhere, on_the_command_line, in_the_shell };

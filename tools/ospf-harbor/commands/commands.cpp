@@ -10,7 +10,7 @@
 #include <memory>
 #include <optional>
 
-#include "sources/sources.hpp"
+#include "commands/source_choice.hpp"
 #include "traces/trace_file.hpp"
 
 namespace tool {
@@ -50,18 +50,11 @@ constexpr const Command *commands[] = {
 struct Chosen {
   const Command *command = nullptr;
   Run run;
-  std::vector<std::string> sources;
-
-  void check_sources(bool is_store) const {
-    if (!is_store || sources.empty()) return;
-    throw UsageError(command->name, "--from", "it beside a store",
-                     "one of the two; load and import fill a store");
-  }
+  SourceChoice choice;
 
   int operator()(Session *session) const {
     if (command->needs != Needs::tree) return run(session);
-    check_sources(session->is_store());
-    int status = sources.empty() ? 0 : load_sources(*session, sources);
+    int status = choice.load(*session, command->name);
     session->reading([&] { status = std::max(status, run(session)); });
     return status;
   }
@@ -102,9 +95,9 @@ void add_commands(CLI::App &app, Stands here, Chosen *chosen) {
     own->set_help_all_flag();
     if (command->hidden) own->group("");
     const Run run = command->set_up(*own);
-    const auto sources = std::make_shared<std::vector<std::string>>();
-    if (command->needs == Needs::tree) own->add_option("--from", *sources, source_help);
-    own->callback([=] { *chosen = {command, run, *sources}; });
+    const auto choice = std::make_shared<SourceChoice>();
+    if (command->needs == Needs::tree) choice->add_to(*own);
+    own->callback([=] { *chosen = {command, run, *choice}; });
   }
 }
 
@@ -184,8 +177,8 @@ int run_on_store(const Chosen &chosen, const std::string &store) {
     throw UsageError(chosen.command->name, "--store", "\"" + store + "\"",
                      "no store for a command that neither loads nor shows tables");
   }
-  const bool reads = chosen.command->needs == Needs::tree;
-  if (reads) chosen.check_sources(true);
+  const bool reads = chosen.command->needs == Needs::tree || chosen.command->needs == Needs::told;
+  if (reads) chosen.choice.check(chosen.command->name, true);
   Session session(store, reads ? Session::Missing::is_refused : Session::Missing::is_made);
   return chosen(&session);
 }
@@ -197,7 +190,7 @@ int run_command_line(std::vector<std::string> words) {
   const Command &command = *program.chosen.command;
   if (program.app.count("--store") != 0) return run_on_store(program.chosen, program.store);
   if (command.needs == Needs::nothing) return program.chosen(nullptr);
-  if (command.needs == Needs::tree && program.chosen.sources.empty()) {
+  if (command.needs == Needs::tree && program.chosen.choice.sources.empty()) {
     throw UsageError(command.name, "--from", "nothing", "what to load, or a --store");
   }
   Session session;

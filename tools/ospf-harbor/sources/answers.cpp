@@ -1,6 +1,8 @@
 #include "sources/answers.hpp"
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <memory>
 
@@ -39,9 +41,18 @@ std::vector<Process> own_processes(Router router) {
   return own;
 }
 
+// A router's configuration may lie beside its answers.
+void read_configurations(const std::vector<std::string> &folders, Heard &heard) {
+  for (const std::string &folder : folders) {
+    std::ifstream in(std::filesystem::path(folder) / "frr.conf");
+    if (in) heard.configurations.push_back(ospf_findings::read_frr_configuration(in));
+  }
+}
+
 }  // namespace
 
-void load_routers(ospf_tables::Session &session, const std::vector<std::string> &folders) {
+void load_routers(ospf_tables::Session &session, const std::vector<std::string> &folders,
+                  Heard *heard) {
   PassedOver passed_over;
   std::vector<Router> routers;
   for (const std::string &folder : folders) routers.push_back(read_router(folder, passed_over));
@@ -54,7 +65,12 @@ void load_routers(ospf_tables::Session &session, const std::vector<std::string> 
   std::vector<std::unique_ptr<ospf_tables::NewInstance>> rows;
   for (const Process &process : network.processes) rows.push_back(process_rows(session, process));
   ospf_tables::add_instances(session, rows);
-  tell(network.differences);
+  if (heard == nullptr) {
+    tell(network.differences);
+    return;
+  }
+  read_configurations(folders, *heard);
+  heard->differences = std::move(network.differences);
 }
 
 }  // namespace tool

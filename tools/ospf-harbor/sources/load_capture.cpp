@@ -6,11 +6,13 @@
 #include <csignal>
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 #include "capture_rows/network_rows.hpp"
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
 #include "ospf_tables/input_error.hpp"
+#include "sources/time_point.hpp"
 #include "views/text_forms.hpp"
 
 namespace tool {
@@ -58,8 +60,8 @@ class Progress {
 
 // One file or interface with the decoder of its packets, whose numbers are those of the file.
 struct Source {
-  Source(std::string its_name, decode::Network &network)
-      : name(std::move(its_name)), decoder(network) {}
+  Source(std::string its_name, std::uint32_t its_number, decode::Network &network)
+      : name(std::move(its_name)), number(its_number), decoder(network) {}
 
   void advance() {
     switch (reader.next(frame)) {
@@ -82,6 +84,7 @@ struct Source {
   }
 
   std::string name;
+  std::uint32_t number;
   decode::CaptureReader reader;
   decode::FrameDecoder decoder;
   decode::Frame frame;
@@ -92,8 +95,21 @@ struct Source {
 
 using Sources = std::vector<std::unique_ptr<Source>>;
 
-void read_files(Sources &sources, Progress &progress) {
+// The time that is asked for, when the first packet has told what day it is.
+std::optional<decode::Time> end_of(const CaptureOptions &options, decode::Time first) {
+  if (options.at.empty()) return std::nullopt;
+  const decode::Time end = parse_time(options.at, first);
+  if (end >= first) return end;
+  throw InputError("--at", "", time_text(end),
+                   "a time not before the first packet, " + time_text(first));
+}
+
+// Gives the time up to which was read, none for all.
+std::optional<decode::Time> read_files(Sources &sources, const CaptureOptions &options,
+                                       Progress &progress) {
   std::uint64_t packets = 0;
+  std::optional<decode::Time> end;
+  decode::Time last = 0;
   for (const auto &source : sources) source->advance();
   for (;;) {
     Source *earliest = nullptr;
@@ -102,7 +118,19 @@ void read_files(Sources &sources, Progress &progress) {
         earliest = source.get();
       }
     }
-    if (earliest == nullptr) return;
+    if (earliest == nullptr) {
+      // Nothing tells what was behind the last packet.
+      if (!end || *end <= last) return end;
+      throw InputError("--at", "", time_text(*end),
+                       "a time not behind the last packet, " + time_text(last));
+    }
+    if (packets == 0) end = end_of(options, earliest->frame.time);
+    if (end && earliest->frame.time > *end) return end;
+    last = std::max(last, earliest->frame.time);
+    if (options.heard != nullptr) {
+      if (!options.heard->first) options.heard->first = earliest->frame.time;
+      options.heard->timeline->set_source(earliest->number);
+    }
     earliest->decoder.decode(earliest->frame);
     earliest->advance();
     if (++packets % 1024 == 0) progress.packets(packets);
@@ -197,13 +225,33 @@ std::string summary(const LoadedInstance &instance) {
 
 }  // namespace
 
+namespace {
+
+// What hears the packets: a plain network, or one that follows what happens.
+decode::Network &listener(const CaptureOptions &options, decode::Network &plain) {
+  if (options.heard == nullptr) return plain;
+  Heard &heard = *options.heard;
+  heard.timeline =
+      std::make_unique<ospf_events::Timeline>([&heard](const ospf_events::Event &event) {
+        heard.events.push_back(event);
+        if (heard.at_once) heard.at_once(event);
+      });
+  heard.captures = options.interface.empty() ? options.files : std::vector{options.interface};
+  return *heard.timeline;
+}
+
+}  // namespace
+
 int load_capture(Session &session, const CaptureOptions &options, std::FILE *report) {
-  decode::Network network;
+  decode::Network plain;
+  decode::Network &network = listener(options, plain);
   Sources sources;
+  std::optional<decode::Time> end;
   bool failed = false;
   Progress progress;
+  std::uint32_t number = 0;
   const auto open = [&](const std::string &name, bool live) {
-    auto source = std::make_unique<Source>(name, network);
+    auto source = std::make_unique<Source>(name, number++, network);
     const bool opened = live ? source->reader.open_live(name) : source->reader.open_file(name);
     if (opened) {
       sources.push_back(std::move(source));
@@ -223,14 +271,15 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
     }
   } else {
     for (const std::string &file : options.files) open(file, false);
-    read_files(sources, progress);
+    end = read_files(sources, options, progress);
   }
+  if (options.heard != nullptr) options.heard->timeline->finish(end);
   std::uint64_t packets = 0;
   for (const auto &source : sources) packets += source->decoder.ospf_packets();
   if (packets != 0) {
     progress.lsas(network.lsdb().size());
     std::vector<LoadedInstance> loaded;
-    session.changing([&] { loaded = load_network(session, network); });
+    session.changing([&] { loaded = load_network(session, network, end); });
     progress.clear();
     for (const auto &source : sources) {
       if (report == nullptr) break;

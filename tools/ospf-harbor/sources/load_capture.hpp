@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ospf_tables/session.hpp"
+#include "sources/heard.hpp"
 
 namespace tool {
 
@@ -16,6 +17,8 @@ struct CaptureOptions {
   std::vector<std::string> files;  // "-" is standard input
   std::string interface;           // to listen on; then there are no files
   unsigned seconds = 0;            // how long; 0 is until SIGINT or SIGTERM
+  std::string at{};                // only what was heard until then, see time_point.hpp
+  Heard *heard = nullptr;          // takes what happened meanwhile
 };
 
 // Says what was loaded on `report`, unless that is null, and what was wrong to standard error, by

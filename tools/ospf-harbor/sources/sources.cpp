@@ -13,6 +13,7 @@
 #include "sources/tree_file.hpp"
 #include "tree_exchange/files.hpp"
 #include "tree_exchange/stream_format.hpp"
+#include "usage_error.hpp"
 
 namespace tool {
 
@@ -69,22 +70,31 @@ bool is_capture(const Bytes &start) {
 
 }  // namespace
 
-int load_sources(Session &session, const std::vector<std::string> &sources) {
+int load_sources(Session &session, const std::vector<std::string> &sources,
+                 const SourceOptions &options) {
+  const auto has_no_times = [&](const std::string &source) {
+    if (options.at.empty()) return;
+    throw UsageError("--at", "", source, "captures, which alone tell of times");
+  };
   std::vector<std::string> folders;
   std::vector<std::string> captures;
   for (const std::string &source : sources) {
     if (fs::is_directory(source)) {
       if (router_answers::is_router(source)) {
+        has_no_times(source);
         folders.push_back(source);
       } else {
         look_into(source, captures, folders);
+        if (!folders.empty()) has_no_times(source);
       }
       continue;
     }
     const Bytes start = first_bytes(source, 64);
     if (is_stream(start)) {
+      has_no_times(source);
       import_tree(session, TreeForm::image, source);
     } else if (starts_as_xml(start)) {
+      has_no_times(source);
       import_tree(session, TreeForm::xml, source);
     } else if (is_capture(start)) {
       captures.push_back(source);
@@ -93,9 +103,9 @@ int load_sources(Session &session, const std::vector<std::string> &sources) {
                        "a capture (pcap or pcapng), a tree stream or a tree's XML");
     }
   }
-  if (!folders.empty()) load_routers(session, folders);
+  if (!folders.empty()) load_routers(session, folders, options.heard);
   if (captures.empty()) return 0;
-  return load_capture(session, {captures, "", 0}, nullptr);
+  return load_capture(session, {captures, "", 0, options.at, options.heard}, nullptr);
 }
 
 }  // namespace tool

@@ -7,15 +7,22 @@
 #include <vector>
 
 #include "ospf_tables/session.hpp"
+#include "sources/heard.hpp"
 
 namespace tool {
 
 inline constexpr char source_help[] =
     "Captures or folders of them, folders with routers' answers, tree streams or trees' XML";
 
+struct SourceOptions {
+  std::string at{};        // of captures only what was heard until then, see time_point.hpp
+  Heard *heard = nullptr;  // takes what the tables have no room for
+};
+
 // Captures are read together. Reports on what was loaded are left out, so that the output of a
 // command is its own; what is wrong is told on standard error. 0 when all was sound, 1 when
 // something was not and the rest is loaded. Throws InputError for a source that is none.
-int load_sources(ospf_tables::Session &session, const std::vector<std::string> &sources);
+int load_sources(ospf_tables::Session &session, const std::vector<std::string> &sources,
+                 const SourceOptions &options = {});
 
 }  // namespace tool

@@ -90,6 +90,13 @@ class Commands : public tool_tests::ProcessTest {
         "TO is required"}},
       {"failures",
        {"failures --from CAPTURE", "failures --all --most 3 --from CAPTURE", "excludes"}},
+      {"check",
+       {"check --v2 --from CAPTURE", "check --fail-on x --from CAPTURE", "found \"x\""}},
+      {"events",
+       {"events --kind neighbor --from CAPTURE", "events --kind x --from CAPTURE",
+        "found \"x\""}},
+      {"diff",
+       {"diff CAPTURE CAPTURE", "diff CAPTURE", "two sources, or one capture"}},
       {"lsdb", {"lsdb --v2 --from CAPTURE", "lsdb --area x --from CAPTURE", "found \"x\""}},
       {"graph", {"graph --dot --from CAPTURE", "graph --from CAPTURE", "--dot,--svg"}},
       {"export", {"export --text FILE --from SAMPLE", "export --from SAMPLE", "--image"}},
@@ -210,7 +217,7 @@ TEST_F(Commands, AreCompletedByBash) {
   EXPECT_EQ(completed("ospf-harbor lo"), "load\n");
   EXPECT_EQ(completed("ospf-harbor load ''"), "frr capture --help\n");
   EXPECT_EQ(completed("ospf-harbor load capture -i"), "-i\n");
-  EXPECT_EQ(completed("ospf-harbor --trace-file x lsdb --a"), "--area --adv-router\n");
+  EXPECT_EQ(completed("ospf-harbor --trace-file x lsdb --ad"), "--adv-router\n");
   EXPECT_EQ(completed("ospf-harbor export --im"), "--image\n");
   EXPECT_EQ(completed("ospf-harbor load frr " + file("wo")), file("words") + "\n");
 }

@@ -109,6 +109,9 @@ struct Interface {
   std::uint64_t hello_count = 0;
   Time first_hello = 0;
   Time last_hello = 0;
+  // Since when its hellos come without a gap and list the same neighbours.
+  Time steady_since = 0;
+  Time elected_since = 0;  // since when they name a designated router, or name none
   Hello hello;                                 // the last
   std::map<std::uint32_t, Time> listed_since;  // neighbours in the last hello
   std::optional<Time> last_multicast_hello;
@@ -185,6 +188,22 @@ class Network : public Visitor {
   void on_lsa_v2(const Packet &packet, const LsaV2 &lsa) override;
   void on_lsa_v3(const Packet &packet, const LsaV3 &lsa) override;
 
+  // B as A has it: `of` and `with` are indices into interfaces(), and only_two tells whether they
+  // are alone on their link.
+  Neighbor neighbor(std::uint32_t of, std::uint32_t with, bool only_two, Time now) const;
+
+ protected:
+  // For who follows what changes: an LSA as it is about to be offered to the databases, which still
+  // hold what they held; and then what became of it.
+  virtual void on_offer(const Packet &, const LsdbKey &, const LsaHeader &, Bytes) {}
+  virtual void on_offered(const Packet &, const LsdbKey &, const LsaHeader &, Lsdb::Outcome) {}
+  // The interface that sent the packet at hand.
+  std::uint32_t sending_interface() const { return sender_; }
+  // Whether an interface on the sender's link has asked for an LSA that has not come yet.
+  bool is_requested(const LsaName &name) const;
+  // Changes whenever links() may.
+  std::uint64_t links_generation() const { return interfaces_.size() + link_changes_; }
+
  private:
   struct SourceKey {
     std::uint8_t version = 0;
@@ -211,7 +230,6 @@ class Network : public Visitor {
   void answered(const LsaHeader &header);
   void load(const Packet &packet, const LsaHeader &header, Bytes raw, bool complete, Scope scope);
 
-  Neighbor judge(std::uint32_t interface, std::uint32_t peer, bool only_two, Time now) const;
   // Since when both may have listed each other; what was before counts no more.
   static Time relation_since(const Interface &of, const Interface &with);
   const ExchangeFacts *valid_exchange(const Interface &of, const Interface &with) const;
@@ -234,6 +252,7 @@ class Network : public Visitor {
   std::map<AreaKey, Area> areas_;
   std::set<std::uint32_t> requesting_;  // interfaces whose requests are not all answered
   std::uint32_t sender_ = 0;            // of the packet at hand
+  std::uint64_t link_changes_ = 0;
   Time last_time_ = 0;
 };
 

@@ -1,0 +1,69 @@
+// In what two interfaces that face each other differ, by what they send: the fields that neighbours
+// must agree on (RFC 2328, 10.5 and 10.6, RFC 5340, 4.2.2), and what follows when something is
+// wrong that packets do not show.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ospf_decode/network.hpp"
+
+namespace ospf_events {
+
+enum class Difference : std::uint8_t {
+  hello_interval,
+  dead_interval,
+  network_mask,  // of OSPFv2, where there is a designated router
+  area,
+  area_type,           // the E and N bits: stub area, NSSA
+  network_type,        // one elects a designated router, the other one none
+  authentication,      // none, by password, by digest
+  authentication_key,  // digests by different keys, by their number or since neither takes them
+  mtu,
+  router_id,  // not different, though two routers have it
+  address,    // not different, though two routers have it
+  one_way,    // one hears the other and is not heard
+  unheard,    // neither hears the other, and nothing tells why
+  count_,
+};
+
+inline constexpr std::size_t difference_count = static_cast<std::size_t>(Difference::count_);
+
+// Stable, such as "hello_interval".
+const char *name_of(Difference difference);
+
+class DifferenceSet {
+ public:
+  void add(Difference difference) { bits_ |= 1u << static_cast<unsigned>(difference); }
+  bool has(Difference difference) const {
+    return (bits_ >> static_cast<unsigned>(difference) & 1) != 0;
+  }
+  bool empty() const { return bits_ == 0; }
+  // What keeps two routers from becoming neighbours, or from exchanging their databases.
+  bool says_why() const;
+  std::vector<Difference> list() const;
+  bool operator==(const DifferenceSet &) const = default;
+
+ private:
+  std::uint32_t bits_ = 0;
+};
+
+// Both must have sent a hello lately; of silent ones nothing is told.
+DifferenceSet differences(const ospf_decode::Network &network, std::uint32_t a, std::uint32_t b,
+                          ospf_decode::Time now);
+
+// What an interface has where two differ, such as "2 s".
+std::string value_text(const ospf_decode::Interface &of, Difference difference);
+
+// "10.0.0.1@192.0.2.1".
+std::string name_of(const ospf_decode::Interface &of);
+
+bool is_alive(const ospf_decode::Interface &of, ospf_decode::Time now);
+
+// Pairs of interfaces that are on one link, would be if their masks were one, or have one address.
+// The lower index comes first.
+std::vector<std::pair<std::uint32_t, std::uint32_t>> facing(const ospf_decode::Network &network);
+
+}  // namespace ospf_events

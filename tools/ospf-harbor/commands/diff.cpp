@@ -1,0 +1,252 @@
+// `diff`: what two sources, or two times of one capture, say differently: LSAs, then what that
+// means for the network, and for the routes of a router.
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "commands/route_options.hpp"
+#include "commands/source_choice.hpp"
+#include "ospf_routes/facts.hpp"
+#include "ospf_routes/read_databases.hpp"
+#include "ospf_tables/lsdb_view.hpp"
+#include "views/lsa_differences.hpp"
+#include "views/route_list.hpp"
+
+namespace tool {
+
+using namespace ospf_routes;
+using ospf_tables::LsdbEntry;
+
+namespace {
+
+struct DiffOptions {
+  std::vector<std::string> sources;
+  std::vector<std::string> times;
+  std::string router;
+  bool v2 = false;
+  bool v3 = false;
+  bool every_field = false;
+  bool json = false;
+};
+
+// One side: the tables of a source, as far as the databases go.
+struct Side {
+  ospf_tables::Session session;
+  std::vector<LsdbEntry> lsas;
+  std::vector<Database> databases;
+
+  void load(const std::string &source, const std::string &at, const DiffOptions &options) {
+    load_sources(session, {source}, {at, nullptr});
+    session.reading([&] { lsas = ospf_tables::read_lsdb(session); });
+    std::erase_if(lsas, [&](const LsdbEntry &entry) {
+      return options.v2 != options.v3 && entry.lsa.version != (options.v2 ? 2u : 3u);
+    });
+    databases = read_databases(lsas);
+  }
+};
+
+// Which source and which time each side is.
+struct Sides {
+  std::string sources[2];
+  std::string times[2];
+};
+
+Sides sides_of(const DiffOptions &options) {
+  Sides sides;
+  const std::size_t count = options.sources.size();
+  const std::size_t times = options.times.size();
+  if (count == 1 && times == 0) {
+    throw UsageError("diff", "", "one source and no --at",
+                     "two sources, or one capture and one or two times of it");
+  }
+  if (count == 2 && times == 1) {
+    throw UsageError("diff", "--at", "one time for two sources", "none, or one for each");
+  }
+  sides.sources[0] = options.sources.front();
+  sides.sources[1] = options.sources.back();
+  // One time of one capture is held against its end.
+  for (std::size_t at = 0; at < times; ++at) sides.times[at] = options.times[at];
+  return sides;
+}
+
+nlohmann::ordered_json json_or_null(const std::string &text) {
+  return text.empty() ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(text);
+}
+
+std::string json_line(const Database &database, const FactChange &change) {
+  using Json = nlohmann::ordered_json;
+  const Json line = {
+      {"diff", name_of(change.subject)},
+      {"change", name_of(change.change)},
+      {"version", database.version},
+      {"instance", database.instance},
+      {"area", change.area ? Json(dotted(*change.area)) : Json(nullptr)},
+      {"router", dotted(change.router)},
+      {"to", json_or_null(change.other)},
+      {"prefix", change.prefix ? Json(text_of(*change.prefix, database.family)) : Json(nullptr)},
+      {"before", json_or_null(change.before)},
+      {"after", json_or_null(change.after)}};
+  return line.dump();
+}
+
+void print_fact_change(const Database &database, const FactChange &change) {
+  std::string text = dotted(change.router);
+  if (!change.other.empty()) text += " to " + change.other;
+  if (change.prefix) text += ": " + text_of(*change.prefix, database.family);
+  if (change.subject != FactChange::Subject::adjacency) {
+    if (change.change == FactChange::Change::changed) {
+      text += ", " + change.before + " before, " + change.after + " after";
+    } else {
+      text += ", " + change.before + change.after;
+    }
+  }
+  if (change.area) text += " (area " + dotted(*change.area) + ")";
+  std::printf("  %-7s  %-9s  %s\n", name_of(change.change), name_of(change.subject), text.c_str());
+}
+
+class DiffListing {
+ public:
+  explicit DiffListing(const DiffOptions &options) : options_(options) {}
+
+  void add_lsas(const Side &before, const Side &after) {
+    const auto changes = lsa_changes(before.lsas, after.lsas, options_.every_field);
+    if (changes.empty()) return;
+    begin("link-state databases");
+    for (const LsaChange &change : changes) {
+      if (options_.json) {
+        std::printf("%s\n", tool::json_line(change).c_str());
+      } else {
+        print_lsa_change(change, stdout);
+      }
+    }
+  }
+
+  void add_facts(const Database &before, const Database &after) {
+    const auto changes = fact_changes(before, after);
+    if (changes.empty()) return;
+    begin(instance_name(before) + ": network");
+    for (const FactChange &change : changes) {
+      if (options_.json) {
+        std::printf("%s\n", json_line(before, change).c_str());
+      } else {
+        print_fact_change(before, change);
+      }
+    }
+  }
+
+  void add_routes(const Database &before, const Database &after, RouterId router) {
+    const RoutingTable one = Calculator(before).table(router);
+    const RoutingTable other = Calculator(after).table(router);
+    const auto changes = differences(one, other);
+    if (changes.empty()) return;
+    if (!options_.json) {
+      begin("");
+      print_route_changes(before, one, other, changes, stdout);
+    }
+    any_ = true;
+    for (const RouteChange &change : changes) {
+      if (!options_.json) break;
+      auto line = nlohmann::ordered_json::parse(tool::json_line(before, one, other, change));
+      nlohmann::ordered_json first = {{"diff", "route"}};
+      first.update(line);
+      std::printf("%s\n", first.dump().c_str());
+    }
+  }
+
+  bool any() const { return any_; }
+
+ private:
+  void begin(const std::string &heading) {
+    if (!options_.json && any_) std::printf("\n");
+    if (!options_.json && !heading.empty()) std::printf("%s\n", heading.c_str());
+    any_ = true;
+  }
+
+  const DiffOptions &options_;
+  bool any_ = false;
+};
+
+// Both sides' instances, one that a side lacks as an empty one.
+std::vector<std::pair<Database, Database>> paired(const Side &before, const Side &after) {
+  std::vector<std::pair<Database, Database>> pairs;
+  const auto same = [](const Database &a, const Database &b) {
+    return a.version == b.version && a.instance == b.instance;
+  };
+  const auto empty = [](const Database &like) {
+    return Database{like.version, like.family, like.instance, {}, {}, {}};
+  };
+  for (const Database &one : before.databases) {
+    const auto other = std::ranges::find_if(after.databases,
+                                            [&](const Database &each) { return same(one, each); });
+    pairs.emplace_back(one, other != after.databases.end() ? *other : empty(one));
+  }
+  for (const Database &other : after.databases) {
+    const bool known = std::ranges::any_of(before.databases,
+                                           [&](const Database &each) { return same(other, each); });
+    if (!known) pairs.emplace_back(empty(other), other);
+  }
+  return pairs;
+}
+
+RouterId router_of_either(const std::string &text, const Side &before, const Side &after) {
+  std::vector<Calculator> calculators;
+  for (const Side *side : {&before, &after}) {
+    for (const Database &database : side->databases) calculators.emplace_back(database);
+  }
+  return router_named("--router", text, calculators);
+}
+
+int tell_differences(const DiffOptions &options) {
+  const Sides sides = sides_of(options);
+  Side before;
+  Side after;
+  before.load(sides.sources[0], sides.times[0], options);
+  after.load(sides.sources[1], sides.times[1], options);
+  std::optional<RouterId> router;
+  if (!options.router.empty()) router = router_of_either(options.router, before, after);
+  DiffListing listing(options);
+  listing.add_lsas(before, after);
+  for (const auto &[one, other] : paired(before, after)) {
+    listing.add_facts(one, other);
+    if (router) listing.add_routes(one, other, *router);
+  }
+  return listing.any() ? 1 : 0;
+}
+
+Run set_up_diff(CLI::App &app) {
+  const auto options = std::make_shared<DiffOptions>();
+  app.add_option("SOURCE", options->sources,
+                 "Two of what --from takes elsewhere, or one capture and times of it")
+      ->required()
+      ->expected(1, 2);
+  app.add_option("--at", options->times,
+                 "A time for each source, or one or two of one capture; the second is its end "
+                 "without it")
+      ->expected(1)
+      ->take_all()
+      ->allow_extra_args(false);
+  app.add_option("--router", options->router, "Also how the routes of this router differ");
+  CLI::Option *v2 = app.add_flag("--v2", options->v2, "Only OSPFv2");
+  app.add_flag("--v3", options->v3, "Only OSPFv3")->excludes(v2);
+  app.add_flag("--every-field", options->every_field,
+               "Also ages, sequence numbers and checksums of LSAs");
+  app.add_flag("--json", options->json, "One JSON object a line");
+  return [options](ospf_tables::Session *) {
+    try {
+      return tell_differences(*options);
+    } catch (const ospf_tables::InputError &error) {
+      // 1 says that there is a difference.
+      throw UsageError(error.what());
+    }
+  };
+}
+
+}  // namespace
+
+extern const Command diff_command;
+const Command diff_command{"diff",
+                           "Tell what two sources, or two times of a capture, say differently",
+                           Needs::nothing, set_up_diff};
+
+}  // namespace tool

@@ -1,0 +1,41 @@
+// The options of commands that read tables: what is loaded first.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "commands/command.hpp"
+#include "sources/sources.hpp"
+
+namespace tool {
+
+struct SourceChoice {
+  std::vector<std::string> sources;
+  std::string at;
+
+  void add_to(CLI::App &app) {
+    app.add_option("--from", sources, source_help);
+    app.add_option("--at", at,
+                   "Captures only up to this time: 2026-11-22T08:30:00.5Z, 08:30:00, or +12.5 for "
+                   "seconds behind the first packet");
+  }
+
+  // Throws UsageError for what cannot be: sources beside a store, a time without sources.
+  void check(const char *command, bool is_store) const {
+    if (is_store && !sources.empty()) {
+      throw UsageError(command, "--from", "it beside a store",
+                       "one of the two; load and import fill a store");
+    }
+    if (sources.empty() && !at.empty()) {
+      throw UsageError(command, "--at", "no --from", "captures whose packets have times");
+    }
+  }
+
+  // Into the session. 0 when all was sound, 1 when something was not and the rest is loaded.
+  int load(ospf_tables::Session &session, const char *command, Heard *heard = nullptr) const {
+    check(command, session.is_store());
+    return sources.empty() ? 0 : load_sources(session, sources, {at, heard});
+  }
+};
+
+}  // namespace tool

@@ -1,0 +1,203 @@
+// `check` as a user runs it, on recorded networks: each kind of finding where a network has it, and
+// nothing to warn of where the routers were well.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/processes.hpp"
+
+namespace {
+
+using nlohmann::ordered_json;
+
+class Check : public tool_tests::ProcessTest {
+ protected:
+  static std::string recording(const std::string &name) {
+    return places::recordings() + "/" + name;
+  }
+  Said ask(const std::string &line, const std::string &source) {
+    std::istringstream in(line);
+    std::vector<std::string> words;
+    for (std::string word; in >> word;) words.push_back(word);
+    words.insert(words.end(), {"--from", source});
+    return run(words);
+  }
+  std::vector<ordered_json> found(const std::string &options, const std::string &source) {
+    std::vector<ordered_json> all;
+    std::istringstream in(ask("check --json " + options, source).out);
+    for (std::string line; std::getline(in, line);) all.push_back(ordered_json::parse(line));
+    return all;
+  }
+};
+
+// Severity, kind, field (of a mismatch), version, and a part of where or what it says.
+struct Expected {
+  const char *severity;
+  const char *kind;
+  const char *field;
+  int version;
+  const char *part;
+};
+
+bool is(const ordered_json &finding, const Expected &expected) {
+  const auto text = [&](const char *key) {
+    return finding[key].is_null() ? std::string() : finding[key].get<std::string>();
+  };
+  return finding["severity"] == expected.severity && finding["kind"] == expected.kind &&
+         text("field") == expected.field && finding["version"] == expected.version &&
+         (text("where") + "|" + text("what")).find(expected.part) != std::string::npos;
+}
+
+void expect_all(const std::vector<ordered_json> &found, const std::vector<Expected> &expected) {
+  for (const Expected &each : expected) {
+    EXPECT_TRUE(std::any_of(found.begin(), found.end(),
+                            [&](const ordered_json &finding) { return is(finding, each); }))
+        << each.kind << " " << each.field << " " << each.part;
+  }
+}
+
+TEST_F(Check, NeighboursThatDifferAreToldWithWhatTheyDifferIn) {
+  const auto all = found("", recording("mismatch") + "/all.pcap");
+  expect_all(
+      all,
+      {
+          {"error", "interface_mismatch", "hello_interval", 2,
+           "2 s at 10.245.0.1@10.98.2.1, 3 s at"},
+          {"error", "interface_mismatch", "dead_interval", 2,
+           "8 s at 10.245.0.1@10.98.3.1, 12 s at"},
+          {"error", "interface_mismatch", "network_mask", 2, "255.255.255.128 at 10.245.0.4@"},
+          {"error", "interface_mismatch", "mtu", 2, "1400 at 10.245.0.5@10.98.5.2"},
+          {"error", "interface_mismatch", "area", 2, "0.0.0.6 at 10.245.0.6@10.98.6.2"},
+          {"error", "interface_mismatch", "area_type", 2, "stub area at 10.245.0.7@10.98.7.2"},
+          {"error", "interface_mismatch", "authentication", 2, "none at 10.245.0.8@10.98.8.2"},
+          {"warning", "interface_mismatch", "authentication_key", 2, "10.245.0.9@10.98.9.2"},
+          {"error", "interface_mismatch", "network_type", 2, "10.245.0.12@10.98.12.2"},
+          {"error", "interface_mismatch", "network_type", 3, "elects none at 10.245.0.1@fe80"},
+          {"error", "duplicate_router_id", "router_id", 2, "10.245.0.1@10.98.10.2"},
+          {"error", "duplicate_address", "address", 2, "both have 10.98.11.1"},
+          {"warning", "hello_one_way", "one_way", 2, "10.245.0.13@10.98.13.2 hears 10.245.0.1@"},
+          {"warning", "hello_one_way", "one_way", 3, "10.245.0.13@fe80"},
+          {"warning", "one_way_link", "", 2, "10.245.0.13 > 10.245.0.1"},
+          {"warning", "one_way_link", "", 3, "10.245.0.13 > 10.245.0.1"},
+          {"warning", "one_way_link", "", 2, "the network-LSA of 10.245.0.12 lists 10.245.0.1"},
+      });
+  // Nothing of the links that are right at the end.
+  for (const ordered_json &finding : all) {
+    for (const char *right : {"10.98.14.", "10.98.15.", "10.98.16."}) {
+      EXPECT_EQ(finding.dump().find(right), std::string::npos) << finding;
+    }
+  }
+}
+
+TEST_F(Check, ARouterIdThatTwoDistantRoutersHaveIsTold) {
+  expect_all(found("", recording("sameid") + "/all.pcap"),
+             {{"error", "duplicate_router_id", "", 2, "10.243.0.14|"},
+              {"error", "duplicate_router_id", "router_id", 3, "both have 10.243.0.14"}});
+}
+
+TEST_F(Check, AreasExternalsRangesAndFlapsAreTold) {
+  const auto heard = found("", recording("domain") + "/all.pcap");
+  expect_all(
+      heard,
+      {
+          {"error", "split_area", "", 2, "10.244.0.1, 10.244.0.6; 10.244.0.3, 10.244.0.7"},
+          {"error", "split_area", "", 3, "area 0.0.0.7"},
+          {"error", "area_without_backbone", "", 2, "area 0.0.0.8"},
+          {"warning", "unreachable_forwarding_address", "", 2, "198.51.100.0/24"},
+          {"warning", "flapping_lsa", "", 2, "Router 10.244.0.10 of 10.244.0.10 in area 0.0.0.5"},
+          {"notice", "equal_externals", "", 2, "203.0.113.0/24"},
+          {"notice", "overlapping_ranges", "", 2, "10.45.128.0/17 within it"},
+          {"notice", "max_age_storm", "", 2, "16 LSAs of 3 routers"},
+      });
+  const auto told = found("--v2", recording("domain") + "/routers");
+  expect_all(
+      told,
+      {
+          {"notice", "databases_differ", "", 2, "r6 has"},
+          {"notice", "unused_range", "", 2, "10.99.0.0/16"},
+          {"notice", "overlapping_ranges", "", 2, "10.244.0.2 is told to summarise 10.45.128.0/17"},
+          {"warning", "virtual_link_without_transit", "", 2, "10.244.0.1 - 10.244.0.6"},
+          {"warning", "virtual_link_without_transit", "", 2, "the area has no such router"},
+      });
+}
+
+TEST_F(Check, AVirtualLinkWithoutATransitAreaIsTold) {
+  // r2's way to r4 through the transit area goes by r3 or r5.
+  expect_all(found("--v2 --without-router 10.252.0.3 --without 10.252.0.2--10.252.0.4",
+                   recording("virtual") + "/all.pcap"),
+             {{"error", "virtual_link_without_transit", "", 2, "10.252.0.2 - 10.252.0.5"},
+              {"error", "split_area", "", 2, "area 0.0.0.1"}});
+}
+
+TEST_F(Check, WrongChecksumsAndTheLastSequenceNumbersAreTold) {
+  const std::string capture = recording("forged") + "/all.pcap";
+  const auto all = found("", capture);
+  expect_all(all, {{"warning", "wrong_checksum", "", 2, "1 LSA with a wrong checksum"},
+                   {"warning", "wrong_checksum", "", 2, "1 packet with a wrong checksum"}});
+  ASSERT_EQ(all.size(), 2u);
+  EXPECT_EQ(all[0]["packets"].dump() + all[1]["packets"].dump(),
+            "[{\"file\":\"" + capture + "\",\"packet\":191}]" + "[{\"file\":\"" + capture +
+                "\",\"packet\":192}]");
+  expect_all(found("--at 05:27:00", capture),
+             {{"warning", "sequence_near_end", "", 2, "1 number is left"}});
+}
+
+TEST_F(Check, NothingIsToWarnOfWhereAllIsWell) {
+  for (const char *name : {"bird-frr", "campus", "dr-change", "instances", "nbma", "nssa",
+                           "refresh", "sr", "transit", "virtual"}) {
+    const Said said = ask("check --least warning", recording(name) + "/all.pcap");
+    EXPECT_EQ(said.status, 0) << name;
+    EXPECT_EQ(said.out.rfind("0 errors, 0 warnings, ", 0), 0u) << name << ": " << said.out;
+  }
+}
+
+TEST_F(Check, TheStatusFollowsTheWorst) {
+  const std::string capture = recording("nssa") + "/all.pcap";
+  EXPECT_EQ(ask("check", capture).status, 0);
+  EXPECT_EQ(ask("check --fail-on notice", capture).status, 1);
+  EXPECT_EQ(ask("check --fail-on error", recording("domain") + "/all.pcap").status, 1);
+  EXPECT_EQ(ask("check --fail-on error --v3", recording("sameid") + "/all.pcap").status, 1);
+  const Said wrong = ask("check --fail-on never", capture);
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_NE(wrong.err.find("notice, warning or error"), std::string::npos) << wrong.err;
+}
+
+TEST_F(Check, AFindingIsOneLineOfJson) {
+  const auto all = found("--v2 --least error", recording("sameid") + "/all.pcap");
+  ASSERT_EQ(all.size(), 1u);
+  std::string keys;
+  for (const auto &[key, value] : all[0].items()) keys += key + " ";
+  EXPECT_EQ(keys,
+            "severity kind version instance area routers where field what lsas packets look_at ");
+  EXPECT_EQ(all[0]["routers"], ordered_json({"10.243.0.14"}));
+  EXPECT_EQ(all[0]["lsas"], ordered_json({"Router 10.243.0.14 of 10.243.0.14 in area 0.0.0.0"}));
+}
+
+TEST_F(Check, WhatIfLooksAtTheNetworkThatWouldBe) {
+  const std::string capture = recording("virtual") + "/all.pcap";
+  const auto all = found("--v2 --without 10.252.0.1--10.252.0.2", capture);
+  expect_all(all, {{"error", "split_area", "", 2, "area 0.0.0.0"}});
+  EXPECT_EQ(ask("check --v2 --without 10.252.0.1--10.252.0.9", capture).status, 1);
+}
+
+TEST_F(Check, TheTextFitsATerminalAndNamesWhatShowsIt) {
+  const Said said = ask("check --v2", recording("domain") + "/all.pcap");
+  EXPECT_EQ(said.status, 1);
+  std::istringstream in(said.out);
+  for (std::string line; std::getline(in, line);) EXPECT_LE(line.size(), 80u) << line;
+  EXPECT_NE(said.out.find(R"(error: area_without_backbone (OSPFv2, area 0.0.0.8)
+  where    area 0.0.0.8
+  what     none of its routers (10.244.0.7, 10.244.0.8) is in the backbone
+  seen in  Router 10.244.0.7 of 10.244.0.7 in area 0.0.0.8; Router 10.244.0.8 of
+           10.244.0.8 in area 0.0.0.8
+  look at  a link or a virtual link from the area to the backbone
+)"),
+            std::string::npos)
+      << said.out;
+  EXPECT_TRUE(said.out.ends_with("\n\n2 errors, 7 warnings, 4 notices\n")) << said.out;
+}
+
+}  // namespace

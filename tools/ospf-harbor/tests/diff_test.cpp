@@ -1,0 +1,105 @@
+// `diff` as a user runs it. That it says of two times what `events` tells between them is held by
+// diff.says_what_events_tell.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/processes.hpp"
+
+namespace {
+
+using nlohmann::ordered_json;
+
+class Diff : public tool_tests::ProcessTest {
+ protected:
+  static std::string recording(const std::string &name) {
+    return places::recordings() + "/" + name;
+  }
+  Said ask(const std::vector<std::string> &words) {
+    std::vector<std::string> all{"diff"};
+    all.insert(all.end(), words.begin(), words.end());
+    return run(all);
+  }
+  static std::vector<ordered_json> lines(const std::string &text) {
+    std::vector<ordered_json> all;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) all.push_back(ordered_json::parse(line));
+    return all;
+  }
+};
+
+TEST_F(Diff, OfASourceWithItselfSaysNothing) {
+  for (const char *name : {"campus", "nssa", "virtual", "instances", "nbma", "sr"}) {
+    for (const char *source : {"/all.pcap", "/routers"}) {
+      const std::string place = recording(name) + source;
+      const Said said = ask({place, place, "--every-field"});
+      EXPECT_EQ(said.status, 0) << place << ": " << said.out;
+      EXPECT_EQ(said.out, "");
+    }
+  }
+}
+
+TEST_F(Diff, TellsFieldsThenWhatItMeansThenRoutes) {
+  // r3 changes the metric of its external from 22 to 23 between the two.
+  const Said said = ask({recording("forged") + "/all.pcap", "--at", "05:27:01", "--at", "05:27:13",
+                         "--router", "10.242.0.1"});
+  EXPECT_EQ(said.status, 1);
+  EXPECT_EQ(said.out, R"(link-state databases
+  changed  External 192.0.2.0 of 10.242.0.3 (v2)
+           body.external[0].metric
+             before  22
+             after   23
+
+OSPFv2: network
+  changed  external   10.242.0.3: 192.0.2.0/24, type 2, metric 22 before, type 2, metric 23 after
+
+OSPFv2: routes of router 10.242.0.1 that change
+  longer     192.0.2.0/24
+    before  external-2 22+20 10.94.1.2 by 10.94.1.1
+    after   external-2 23+20 10.94.1.2 by 10.94.1.1
+)");
+}
+
+TEST_F(Diff, EachDifferenceIsALineOfJson) {
+  // A link of two routers fails: r1r6 in area 7.
+  const auto all = lines(ask({recording("transit") + "/all.pcap", "--v2", "--at", "1795242580",
+                              "--at", "1795242596", "--router", "10.254.0.4", "--json"})
+                             .out);
+  const auto one = [&](const char *subject, const char *change, const char *router) {
+    for (const ordered_json &line : all) {
+      const char *whose = line.contains("adv_router") ? "adv_router" : "router";
+      if (line["diff"] == subject && line["change"] == change && line[whose] == router) return line;
+    }
+    return ordered_json();
+  };
+  EXPECT_EQ(
+      one("adjacency", "went", "10.254.0.4"),
+      ordered_json::parse(
+          R"({"diff":"adjacency","change":"went","version":2,"instance":0,"area":"0.0.0.3",)"
+          R"("router":"10.254.0.4","to":"10.254.0.7","prefix":null,"before":"up","after":null})"));
+  const ordered_json cost = one("cost", "changed", "10.254.0.5");
+  EXPECT_EQ(cost["before"], "10");
+  EXPECT_EQ(cost["after"], "77");
+  const ordered_json external = one("external", "went", "10.254.0.1");
+  EXPECT_EQ(external["prefix"], "198.51.100.16/28");
+  EXPECT_EQ(one("route", "lost", "10.254.0.4")["after"], nullptr);
+  const ordered_json lsa = one("lsa", "changed", "10.254.0.5");
+  EXPECT_EQ(lsa["type_name"], "Router");
+  ASSERT_FALSE(lsa["fields"].empty());
+  EXPECT_EQ(lsa["fields"][0]["before"], 10);
+  EXPECT_EQ(lsa["fields"][0]["after"], 77);
+}
+
+TEST_F(Diff, TroubleIsStatusTwo) {
+  const std::string capture = recording("forged") + "/all.pcap";
+  EXPECT_EQ(ask({capture, file("none")}).status, 2);
+  EXPECT_EQ(ask({capture, capture, "--at", "05:27:01"}).status, 2);
+  EXPECT_EQ(ask({capture}).status, 2);
+  const Said router = ask({capture, capture, "--router", "10.9.9.9"});
+  EXPECT_EQ(router.status, 2);
+  EXPECT_NE(router.err.find("the nearest are"), std::string::npos) << router.err;
+  EXPECT_EQ(ask({capture, "--at", "+900", "--at", "+901"}).status, 2);
+}
+
+}  // namespace
