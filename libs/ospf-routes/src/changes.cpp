@@ -143,7 +143,31 @@ class Editor {
     }
     if (any || remove_between(change, LinkType::virtual_link)) return;
     fail(change, wider ? "the two are on a network with others, which has no link of theirs alone"
-                       : "there is no link between the two");
+                       : "there is no link between the two; " + links_text(change.from));
+  }
+
+  // What could have been meant.
+  std::string links_text(RouterId router) const {
+    constexpr std::size_t most = 6;
+    std::set<std::string> names;
+    for (const Area &area : database_.areas) {
+      for (const RouterLsa &lsa : area.routers) {
+        for (const RouterLink &link : lsa.links) {
+          if (lsa.router != router || link.type == LinkType::stub) continue;
+          names.insert(link.type == LinkType::transit ? "network " + dotted(link.neighbor_interface)
+                                                      : dotted(link.neighbor));
+        }
+      }
+    }
+    std::string text = dotted(router) + " has ";
+    if (names.empty()) return text + "none";
+    text += "those to ";
+    std::size_t count = 0;
+    for (const std::string &name : names) {
+      if (count++ == most) return text + " and others";
+      text += (count == 1 ? "" : ", ") + name;
+    }
+    return text;
   }
 
   bool remove_between(const Change &change, LinkType type) {
@@ -238,7 +262,7 @@ class Editor {
         if (follows) link.metric = change.metric;
       }
     });
-    if (!any) fail(change, "the first has no link to the second");
+    if (!any) fail(change, "the first has no link to the second; " + links_text(change.from));
   }
 
   void add_link(const Change &change) {

@@ -77,9 +77,11 @@ TEST(Changes, OfWhatIsNotThereAreRefusedWithWhatIs) {
             "\"10.0.0.9\": there is no router-LSA of 10.0.0.9; the nearest are 10.0.0.3, 10.0.0.2, "
             "10.0.0.1");
   EXPECT_EQ(refused(Kind::without_link, "10.0.0.1--10.0.0.3"),
-            "\"10.0.0.1--10.0.0.3\": there is no link between the two");
+            "\"10.0.0.1--10.0.0.3\": there is no link between the two; 10.0.0.1 has those to "
+            "10.0.0.2, network 10.1.0.2");
   EXPECT_EQ(refused(Kind::cost, "10.0.0.1>10.0.0.3=3"),
-            "\"10.0.0.1>10.0.0.3=3\": the first has no link to the second");
+            "\"10.0.0.1>10.0.0.3=3\": the first has no link to the second; 10.0.0.1 has those "
+            "to 10.0.0.2, network 10.1.0.2");
 }
 
 // Of the first router to the network behind the third.

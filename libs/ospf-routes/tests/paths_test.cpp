@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "ospf_routes/changes.hpp"
+#include "ospf_routes/loads.hpp"
 #include "small_network.hpp"
 
 namespace {
@@ -43,6 +44,33 @@ TEST(Paths, ExternalsEndWhereTheyAreAnnouncedOrAtTheirForwardingAddress) {
   database.externals[0].forwarding = parse_address("10.4.0.77", Family::ipv4);
   EXPECT_EQ(ways(database, "10.0.0.1", "192.0.2.1/32", 1), "10.0.0.1 10 10.0.0.2 leaves; and more");
   EXPECT_EQ(ways(database, "10.0.0.3", "192.0.2.1/32"), "10.0.0.3 forwards 10.4.0.77; ");
+}
+
+TEST(Loads, EqualWaysShareWhatTheyCarry) {
+  std::string text;
+  for (const LinkLoad &load : link_loads(Calculator(small_network()))) {
+    char line[96];
+    std::snprintf(line, sizeof line, "%s to %s %.3f; ", dotted(load.from).c_str(),
+                  dotted(load.network != 0 ? load.network : load.to).c_str(), load.carried);
+    text += line;
+  }
+  // Of three equal ways one is a network, two are links side by side.
+  EXPECT_EQ(text,
+            "10.0.0.1 to 10.1.0.2 0.667; 10.0.0.1 to 10.0.0.2 1.333; 10.0.0.2 to 10.1.0.2 0.667; "
+            "10.0.0.2 to 10.0.0.1 1.333; 10.0.0.2 to 10.0.0.3 2.000; 10.0.0.3 to 10.0.0.2 2.000; ");
+}
+
+TEST(Loads, WhatFailsIsCarriedByOthers) {
+  const Calculator before(small_network());
+  Database without = small_network();
+  without.areas[0].networks.clear();
+  const std::vector<LoadChange> added = added_loads(before, Calculator(without));
+  ASSERT_EQ(added.size(), 2u);
+  EXPECT_EQ(added[0].link.from, id("10.0.0.1"));
+  EXPECT_EQ(added[0].link.to, id("10.0.0.2"));
+  EXPECT_NEAR(added[0].before, 4.0 / 3, 1e-9);
+  EXPECT_NEAR(added[0].link.carried, 2, 1e-9);
+  EXPECT_EQ(added[1].link.from, id("10.0.0.2"));
 }
 
 TEST(Paths, RoutersStandForTheirLongestPrefix) {

@@ -133,10 +133,43 @@ Run set_up_check(CLI::App &app) {
   return [options](ospf_tables::Session *session) { return check_network(*session, *options); };
 }
 
+constexpr char check_description[] =
+    R"(Looks at the link-state databases and, of captures, at what the routers sent: links that one end
+tells of, interfaces of neighbours that differ in timers, masks, MTU, area, type or authentication,
+router IDs and addresses that two routers have, databases that differ between routers, virtual links
+without a transit area, areas that are split or without backbone, forwarding addresses that are out
+of reach, externals of two routers at one cost, ranges that are unused or overlap, LSAs that flap,
+sequence numbers that end, wrong checksums. Of a router's configuration frr.conf beside its answers
+ranges and virtual links are read.
+
+An error makes routes wrong or missing; a warning does harm or will; a notice is sound and yet worth
+a look. With a what-if the databases of the network that would be are looked at, and nothing that
+was sent. The status is 1 when something is found that is as bad as --fail-on says.
+
+A line of --json has the keys severity, kind, version, instance, area, routers, where, field (what
+interfaces differ in), what, lsas, packets (each with file and packet, its number) and look_at.
+)";
+
+constexpr char check_example[] = R"($ ospf-harbor check --v2 --least error --from site.pcap
+error: interface_mismatch: hello_interval (OSPFv2, area 0.0.0.0)
+  where    10.245.0.1@10.98.2.1 - 10.245.0.2@10.98.2.2
+  what     2 s at 10.245.0.1@10.98.2.1, 3 s at 10.245.0.2@10.98.2.2
+  seen in  packet 31
+  look at  the configuration of both interfaces
+
+1 error, 2 warnings, 0 notices
+)";
+
 }  // namespace
 
 extern const Command check_command;
-const Command check_command{"check", "Tell what is wrong with the network, and what may be",
-                            Needs::told, set_up_check};
+const Command check_command{"check",
+                            "Tell what is wrong with the network, and what may be",
+                            Needs::told,
+                            set_up_check,
+                            Stands::everywhere,
+                            false,
+                            check_description,
+                            check_example};
 
 }  // namespace tool

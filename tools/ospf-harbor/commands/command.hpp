@@ -33,6 +33,9 @@ struct Command {
   Run (*set_up)(CLI::App &app);
   Stands stands = Stands::everywhere;
   bool hidden = false;  // from help and completion
+  // For the man page: paragraphs with empty lines between them, and what is typed and printed.
+  const char *description = nullptr;
+  const char *example = nullptr;
 };
 
 }  // namespace tool

@@ -266,6 +266,13 @@ CLI::App &command_named(CLI::App &program, const std::vector<std::string> &words
   return *at;
 }
 
+const Command *find_command(const std::string &name) {
+  for (const Command *command : commands) {
+    if (command->name == name) return command;
+  }
+  return nullptr;
+}
+
 std::vector<CLI::App *> commands_of(CLI::App &app) {
   return app.get_subcommands(
       [](const CLI::App *each) { return !each->get_name().empty() && !each->get_group().empty(); });

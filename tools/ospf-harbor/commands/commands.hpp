@@ -31,6 +31,9 @@ void with_parser(const std::function<void(CLI::App &program)> &act);
 // The parser of the command or group that the words name. Throws UsageError.
 CLI::App &command_named(CLI::App &program, const std::vector<std::string> &words);
 
+// The command of a name such as "load frr"; null for a group's.
+const Command *find_command(const std::string &name);
+
 // The commands or groups below a parser, in their order.
 std::vector<CLI::App *> commands_of(CLI::App &app);
 

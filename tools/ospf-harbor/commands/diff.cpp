@@ -242,11 +242,47 @@ Run set_up_diff(CLI::App &app) {
   };
 }
 
+constexpr char diff_description[] =
+    R"(Tells which LSAs came, went or changed, with the fields that changed as lsdb --json names them; then
+what that means: adjacencies, costs, prefixes and externals; then, with --router, the routes of that
+router. Ages, sequence numbers and checksums are left aside unless --every-field is given.
+
+The status is 0 when both say the same, 1 when they differ and 2 for trouble, such as a source that
+cannot be read.
+
+A line of --json has the key diff: lsa (change, version, instance, area, scope, type, type_name,
+lsa_id, adv_router and fields, each with field, before and after), adjacency, cost, prefix or
+external (change, version, instance, area, router, to, prefix, before and after), or route, with the
+keys of a change of routes --json.
+)";
+
+constexpr char diff_example[] =
+    R"($ ospf-harbor diff site.pcap --at 05:27:01 --at 05:27:13 --router 10.242.0.1
+link-state databases
+  changed  External 192.0.2.0 of 10.242.0.3 (v2)
+           body.external[0].metric
+             before  22
+             after   23
+
+OSPFv2: network
+  changed  external   10.242.0.3: 192.0.2.0/24, type 2, metric 22 before, type 2, metric 23 after
+
+OSPFv2: routes of router 10.242.0.1 that change
+  longer     192.0.2.0/24
+    before  external-2 22+20 10.94.1.2 by 10.94.1.1
+    after   external-2 23+20 10.94.1.2 by 10.94.1.1
+)";
+
 }  // namespace
 
 extern const Command diff_command;
 const Command diff_command{"diff",
                            "Tell what two sources, or two times of a capture, say differently",
-                           Needs::nothing, set_up_diff};
+                           Needs::nothing,
+                           set_up_diff,
+                           Stands::everywhere,
+                           false,
+                           diff_description,
+                           diff_example};
 
 }  // namespace tool

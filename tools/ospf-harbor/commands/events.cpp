@@ -148,10 +148,33 @@ Run set_up_events(CLI::App &app) {
   return [options](ospf_tables::Session *session) { return list_events(*session, *options); };
 }
 
+constexpr char events_description[] =
+    R"(Tells in the order of time when neighbours came up and went down and why, what they differ in, which
+routers were elected, which LSAs were new, changed, refreshed, flushed or aged out, storms of
+flushes, restarts, sequence numbers that began anew, LSAs that were sent again, wrong checksums. A
+line has the time (UTC), the number of the packet, or - where a timer ended, the version of OSPF and
+the kind of event. Of several captures the number of the capture stands before that of the packet.
+
+A line of --json has the keys time, kind, file, packet, version, instance, area, routers (the one
+that it is of first), where, why, what and lsa, with scope, type, type_name, lsa_id, adv_router and
+seq_num.
+)";
+
+constexpr char events_example[] = R"($ ospf-harbor events --kind neighbor_down --v2 --from site.pcap
+2026-11-22
+05:27:08.131      - v2 neighbor_down    10.245.0.14@10.98.14.2 - 10.245.0.1@10.98.14.1: dead_timer: no hello for 8 s
+05:27:09.877   1243 v2 neighbor_down    10.245.0.1@10.98.13.1 - 10.245.0.13@10.98.13.2: one_way: 10.245.0.1 no longer hears 10.245.0.13, nor anybody there
+
+$ ospf-harbor routes --router 10.245.0.1 --at 05:27:05 --from site.pcap
+)";
+
 }  // namespace
 
 extern const Command events_command;
-const Command events_command{"events", "Tell what happened in the network while it was captured",
-                             Needs::session, set_up_events};
+const Command events_command{
+    "events",           "Tell what happened in the network while it was captured",
+    Needs::session,     set_up_events,
+    Stands::everywhere, false,
+    events_description, events_example};
 
 }  // namespace tool

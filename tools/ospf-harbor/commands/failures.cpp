@@ -128,11 +128,28 @@ Run set_up_failures(CLI::App &app) {
   return [options](ospf_tables::Session *session) { return tell_failures(*session, *options); };
 }
 
+constexpr char failures_description[] =
+    R"(Takes away each link and each router alone, and tells how many pairs of the routers that are left no
+longer reach each other or are farther apart. What cuts off most comes first.
+
+A line of --json has the keys failure (link, attachment or router), version, instance, area, from,
+to, network, cut_off, longer, added, most_added and isolated.
+)";
+
+constexpr char failures_example[] = R"($ ospf-harbor failures --v2 --most 3 --from site.pcap
+)";
+
 }  // namespace
 
 extern const Command failures_command;
 const Command failures_command{
-    "failures", "Tell what each link and each router, failing alone, would cut off or lengthen",
-    Needs::tree, set_up_failures};
+    "failures",
+    "Tell what each link and each router, failing alone, would cut off or lengthen",
+    Needs::tree,
+    set_up_failures,
+    Stands::everywhere,
+    false,
+    failures_description,
+    failures_example};
 
 }  // namespace tool

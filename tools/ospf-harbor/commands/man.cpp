@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "commands/commands.hpp"
 
@@ -43,6 +44,30 @@ void print_command(CLI::App &app, const std::string &name) {
   print_options(app);
 }
 
+void print_lines(const std::string &text) {
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    std::cout << (line.empty() ? ".PP" : plain_roff(line)) << '\n';
+  }
+}
+
+// What a command says of itself beyond its options.
+void print_more(const std::vector<std::string> &words) {
+  std::string name;
+  for (const std::string &word : words) name += (name.empty() ? "" : " ") + word;
+  const Command *command = find_command(name);
+  if (command == nullptr) return;
+  if (command->description != nullptr) {
+    std::cout << ".SH DESCRIPTION\n";
+    print_lines(command->description);
+  }
+  if (command->example == nullptr) return;
+  std::cout << ".SH EXAMPLE\n.nf\n";
+  std::istringstream in(command->example);
+  for (std::string line; std::getline(in, line);) std::cout << plain_roff(line) << '\n';
+  std::cout << ".fi\n";
+}
+
 void print_page(CLI::App &program, const std::vector<std::string> &words) {
   CLI::App &app = command_named(program, words);
   std::string title = "ospf-harbor";
@@ -69,6 +94,7 @@ void print_page(CLI::App &program, const std::vector<std::string> &words) {
     std::cout << ".SH COMMANDS\n";
     print_command(app, name);
   }
+  print_more(words);
   std::cout << ".SH EXIT STATUS\n.TP\n.B 0\nAll went well.\n.TP\n.B 1\nSomething is wrong with the "
                "data, which standard error tells.\n.TP\n.B 2\nThe command line is wrong.\n";
 }

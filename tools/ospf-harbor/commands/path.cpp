@@ -4,8 +4,10 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "commands/picture_options.hpp"
 #include "commands/route_options.hpp"
 #include "ospf_routes/paths.hpp"
+#include "views/database_topology.hpp"
 #include "views/route_list.hpp"
 
 namespace tool {
@@ -21,6 +23,7 @@ constexpr std::size_t most_paths = 64;
 struct PathOptions {
   InstanceChoice choice;
   WhatIf what_if;
+  PictureOptions picture;
   std::string from;
   std::string to;
   bool json = false;
@@ -188,6 +191,24 @@ class PathReport {
                    "a router ID, an address or a prefix that routers of these databases have");
 }
 
+// A picture of the network with the ways in it; whether there is one.
+bool draw_paths(const PathOptions &options, const Database &database, Paths &paths,
+                const WayEnd &from, const WayEnd &to) {
+  std::vector<Path> all;
+  bool more = false;
+  for (const RouterId router : from.routers) {
+    for (Path &path : paths.between(router, to.prefix, most_paths, &more)) {
+      all.push_back(std::move(path));
+    }
+  }
+  const Topology topology = topology_of(database);
+  options.picture.put(dot_text(topology, {false, way_over(topology, all)}),
+                      topology.routers.size());
+  return std::ranges::any_of(all, [](const Path &path) {
+    return path.end != PathEnd::no_route && path.end != PathEnd::loop;
+  });
+}
+
 int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
   std::vector<Database> databases = chosen_databases(session, options.choice, "path");
   const Rules rules{options.rfc1583};
@@ -195,6 +216,7 @@ int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
   std::vector<Calculator> calculators;
   for (const Database &database : databases) calculators.emplace_back(database, rules);
   bool any = false;
+  const Database *drawn = nullptr;
   bool from_found = false;
   bool to_found = false;
   for (std::size_t at = 0; at < databases.size(); ++at) {
@@ -204,6 +226,16 @@ int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
     from_found |= from && !from->routers.empty();
     to_found |= to.has_value();
     if (!from || !to || from->routers.empty()) continue;
+    if (options.picture.is_asked()) {
+      if (drawn != nullptr) {
+        std::fprintf(stderr, "ospf-harbor: path: this is %s; %s has both ends too\n",
+                     instance_name(*drawn).c_str(), instance_name(databases[at]).c_str());
+        continue;
+      }
+      drawn = &databases[at];
+      any = draw_paths(options, databases[at], paths, *from, *to);
+      continue;
+    }
     any |= PathReport(options, databases[at], paths).tell(*from, *to);
     tell_lacks("path", databases[at], calculators[at].lacks());
   }
@@ -220,14 +252,42 @@ Run set_up_path(CLI::App &app) {
   options->what_if.add_to(app);
   app.add_flag("--rfc1583", options->rfc1583,
                "Prefer externals as routers do that are compatible with RFC 1583");
-  app.add_flag("--json", options->json, "One JSON object a line, one line a path");
+  CLI::Option *json =
+      app.add_flag("--json", options->json, "One JSON object a line, one line a path");
+  CLI::Option_group *form = options->picture.add_to(app);
+  form->require_option(0, 1);
+  for (CLI::Option *each : form->get_options()) json->excludes(each);
   return [options](ospf_tables::Session *session) { return tell_paths(*session, *options); };
 }
+
+constexpr char path_description[] =
+    R"(Tells every equal-cost way, hop by hop, with what each link costs and the areas that it enters, and
+where the way back is another one. --dot and --svg draw the network with the ways in it.
+
+A line of --json is one way: from, to, version, instance, first, last, end (arrives, leaves,
+forwards, no-route or loop), behind, cost, symmetric and hops, each with router, interface, address,
+area and cost.
+)";
+
+constexpr char path_example[] = R"($ ospf-harbor path 10.252.0.1 10.252.0.6 --v2 --from site.pcap
+OSPFv2: from 10.252.0.1 to 10.252.0.6/32, cost 40
+  10.252.0.1       by 10.60.12.1 to 10.60.12.2, cost 10, in area 0.0.0.0
+  10.252.0.2       by 10.60.23.2 to 10.60.23.3, cost 10, enters area 0.0.0.1
+  10.252.0.3       by 10.60.35.3 to 10.60.35.5, cost 10
+  10.252.0.5       by 10.60.56.5 to 10.60.56.6, cost 10, enters area 0.0.0.2
+  10.252.0.6       has it
+)";
 
 }  // namespace
 
 extern const Command path_command;
-const Command path_command{"path", "Tell the ways that packets take, hop by hop", Needs::tree,
-                           set_up_path};
+const Command path_command{"path",
+                           "Tell the ways that packets take, hop by hop",
+                           Needs::tree,
+                           set_up_path,
+                           Stands::everywhere,
+                           false,
+                           path_description,
+                           path_example};
 
 }  // namespace tool

@@ -1,5 +1,8 @@
 // `routes`: the routing tables that routers must have by the link-state databases.
+#include <unistd.h>
+
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <set>
@@ -20,6 +23,7 @@ struct RoutesOptions {
   std::string prefix;
   bool json = false;
   bool rfc1583 = false;
+  bool loads = false;
 };
 
 // Prints what is asked for of one router after the other, and says at the end when it was nothing.
@@ -90,6 +94,48 @@ class RouteListing {
   bool any_ = false;
 };
 
+// What a change means beside the routes.
+void tell_rest(const RoutesOptions &options, const Database &database, const Calculator &before,
+               const Calculator &after) {
+  if (!options.json) print_cut_off(database, before, after, stdout);
+  if (options.json && !options.loads) return;
+  const std::vector<LoadChange> added = added_loads(before, after);
+  if (!options.json) print_added_loads(database, added, stdout);
+  for (const LoadChange &change : added) {
+    if (options.json) std::printf("%s\n", json_line(database, change).c_str());
+  }
+}
+
+// How far it is, on a terminal alone, and only when it lasts.
+class RouterProgress {
+ public:
+  RouterProgress(std::size_t all, bool to_terminal)
+      : all_(all), on_(isatty(STDERR_FILENO) == 1 && !to_terminal) {}
+  ~RouterProgress() {
+    if (shown_) std::fprintf(stderr, "\r\033[K");
+  }
+  RouterProgress(const RouterProgress &) = delete;
+  RouterProgress &operator=(const RouterProgress &) = delete;
+
+  void one_more() {
+    const auto now = std::chrono::steady_clock::now();
+    ++done_;
+    if (!on_ || now < next_) return;
+    std::fprintf(stderr, "\r%zu of %zu routers", done_, all_);
+    std::fflush(stderr);
+    shown_ = true;
+    next_ = now + std::chrono::milliseconds(100);
+  }
+
+ private:
+  std::size_t all_;
+  bool on_;
+  bool shown_ = false;
+  std::size_t done_ = 0;
+  std::chrono::steady_clock::time_point next_ =
+      std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+};
+
 int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
   RouteListing listing(options);
   const std::vector<Database> databases = chosen_databases(session, options.choice, "routes");
@@ -105,8 +151,11 @@ int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
     std::optional<Calculator> after;
     if (changes[at]) after.emplace(*changes[at], rules);
     std::vector<std::string> lacks = before.lacks();
+    // Lines that scroll by on the same terminal are progress enough.
+    RouterProgress progress(before.routers().size(), isatty(STDOUT_FILENO) == 1);
     for (const RouterId router : before.routers()) {
       if (one && router != *one) continue;
+      progress.one_more();
       RoutingTable table = before.table(router);
       if (one) lacks.insert(lacks.end(), table.lacks.begin(), table.lacks.end());
       if (after) {
@@ -115,7 +164,7 @@ int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
         listing.add(databases[at], std::move(table));
       }
     }
-    if (after && !options.json) print_cut_off(databases[at], before, *after, stdout);
+    if (after) tell_rest(options, databases[at], before, *after);
     tell_lacks("routes", databases[at], lacks);
   }
   if (listing.any()) return 0;
@@ -133,14 +182,43 @@ Run set_up_routes(CLI::App &app) {
   options->what_if.add_to(app);
   app.add_flag("--rfc1583", options->rfc1583,
                "Prefer externals as routers do that are compatible with RFC 1583");
-  app.add_flag("--json", options->json, "One JSON object a line");
+  CLI::Option *json = app.add_flag("--json", options->json, "One JSON object a line");
+  app.add_flag("--loads", options->loads,
+               "With --json and a what-if also which links carry more shortest paths")
+      ->needs(json);
   return [options](ospf_tables::Session *session) { return list_routes(*session, *options); };
 }
+
+constexpr char routes_description[] =
+    R"(Calculates the routing table of a router, or of all, from the link-state databases, as RFC 2328, RFC
+3101, RFC 5340 and RFC 5838 have it. What the databases lack is told on standard error.
+
+With a what-if the routes that change are told, then which routers lose routes and which links carry
+more shortest paths.
+
+A line of --json has the keys router, version, instance, prefix, kind (intra, inter, external-1,
+external-2, nssa-1 or nssa-2), cost, type2_cost, tag, area and next_hops, each with address (null for
+what is attached) and interface. With a what-if it has change (lost, gained, longer, shorter or
+other-way), router, version, instance, prefix, before and after; and with --loads there are lines
+whose change is load, with area, from, to or network, before and after.
+)";
+
+constexpr char routes_example[] =
+    R"($ ospf-harbor routes --router 10.252.0.1 --prefix 10.252.0.5/32 --v2 --from site.pcap
+OSPFv2: routes of router 10.252.0.1
+  Prefix         Kind            Cost    Type 2         Tag  Area             Next hops
+  10.252.0.5/32  inter             30         -           -  0.0.0.0          10.60.12.2 by 10.60.12.1
+
+$ ospf-harbor routes --router all --without 10.252.0.1--10.252.0.2 --from site.pcap
+)";
 
 }  // namespace
 
 extern const Command routes_command;
-const Command routes_command{"routes", "Calculate the routing tables that routers must have",
-                             Needs::tree, set_up_routes};
+const Command routes_command{
+    "routes",           "Calculate the routing tables that routers must have",
+    Needs::tree,        set_up_routes,
+    Stands::everywhere, false,
+    routes_description, routes_example};
 
 }  // namespace tool

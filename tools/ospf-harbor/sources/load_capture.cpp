@@ -279,7 +279,8 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
   if (packets != 0) {
     progress.lsas(network.lsdb().size());
     std::vector<LoadedInstance> loaded;
-    session.changing([&] { loaded = load_network(session, network, end); });
+    session.changing(
+        [&] { loaded = load_network(session, network, end.value_or(network.last_time())); });
     progress.clear();
     for (const auto &source : sources) {
       if (report == nullptr) break;
@@ -367,7 +368,7 @@ class Collector {
 
 int collect_capture(Session &session, const CaptureOptions &options) {
   decode::Network network;
-  Source source(options.interface, network);
+  Source source(options.interface, 0, network);
   if (!source.reader.open_live(options.interface)) {
     complain(collect_name,
              InputError(options.interface, "", source.reader.error(), "an interface to listen on")

@@ -2,7 +2,9 @@
 // That the routes are right is held against routers by routes.recorded_networks.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <sstream>
 
 #include "support/processes.hpp"
@@ -65,10 +67,9 @@ TEST_F(Routes, WhatIsNotThereIsToldWithTheNearest) {
       "nearest are 10.251.0.6, 10.251.0.5, 10.251.0.4\n");
   const Said link = ask("routes --router all --without 10.251.0.4--10.251.0.3", "nssa");
   EXPECT_EQ(link.status, 1);
-  EXPECT_EQ(
-      link.err,
-      "ospf-harbor: what if: OSPFv2: \"10.251.0.4--10.251.0.3\": there is no link between the "
-      "two\n");
+  EXPECT_EQ(link.err,
+            "ospf-harbor: what if: OSPFv2: \"10.251.0.4--10.251.0.3\": there is no link between "
+            "the two; 10.251.0.4 has those to 10.251.0.1, network 10.51.45.4\n");
   const Said instance = ask("routes --router all --instance 9", "nssa");
   EXPECT_EQ(instance.status, 1);
   EXPECT_NE(instance.err.find("one of what is loaded: OSPFv2, OSPFv3"), std::string::npos)
@@ -87,6 +88,23 @@ TEST_F(Routes, WhatIfTellsWhichRoutesChange) {
   EXPECT_EQ(all[0]["after"]["cost"], 30);
 }
 
+TEST_F(Routes, WhatIfTellsWhichLinksCarryMore) {
+  const std::string line = "routes --router 10.252.0.2 --v2 --without 10.252.0.2--10.252.0.3";
+  const Said text = ask(line, "virtual");
+  EXPECT_NE(
+      text.out.find("OSPFv2: links that carry more shortest paths between routers of an area"),
+      std::string::npos)
+      << text.out;
+  const auto all = lines(ask(line + " --json --loads", "virtual").out);
+  const auto load = std::find_if(all.begin(), all.end(), [](const ordered_json &each) {
+    return each["change"] == "load" && each["from"] == "10.252.0.2";
+  });
+  ASSERT_NE(load, all.end());
+  // Of the two ways through the transit area one is left.
+  EXPECT_EQ((*load)["network"], "10.60.24.4");
+  EXPECT_GT((*load)["after"].get<double>(), (*load)["before"].get<double>());
+}
+
 TEST_F(Routes, PathsAreToldHopByHopWithTheAreasTheyEnter) {
   const Said said = ask("path 10.252.0.1 10.252.0.6 --v2", "virtual");
   EXPECT_EQ(said.status, 0);
@@ -101,6 +119,60 @@ TEST_F(Routes, PathsAreToldHopByHopWithTheAreasTheyEnter) {
   ASSERT_EQ(paths.size(), 2u);
   EXPECT_EQ(paths[1]["hops"][1]["address"], "10.60.24.4");
   EXPECT_EQ(ask("path 10.252.0.1 10.9.9.9 --v2", "virtual").status, 1);
+}
+
+// The edges of a picture that are on the way, as "tail -- head", and those of a network.
+std::set<std::string> thick_edges(const std::string &dot) {
+  std::set<std::string> edges;
+  std::istringstream in(dot);
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t end = line.find(" [color=");
+    if (line.find(" -- ") == line.npos || end == line.npos) continue;
+    const std::size_t width = line.find("penwidth=\"") + 10;
+    if (std::stod(line.substr(width)) > 5) edges.insert(line.substr(2, end - 2));
+  }
+  return edges;
+}
+
+TEST_F(Routes, AWayStandsOutInThePictureOfTheNetwork) {
+  const Said said = ask("path 10.252.0.1 10.252.0.6 --v2 --dot", "virtual");
+  EXPECT_EQ(said.status, 0) << said.err;
+  // Over the two equal ways through the transit area, by links and by networks.
+  const std::set<std::string> expected = {"\"router 10.252.0.1\" -- \"router 10.252.0.2\"",
+                                          "\"router 10.252.0.2\" -- \"network 0.0.0.1 10.60.23.3\"",
+                                          "\"router 10.252.0.2\" -- \"network 0.0.0.1 10.60.24.4\"",
+                                          "\"router 10.252.0.3\" -- \"network 0.0.0.1 10.60.23.3\"",
+                                          "\"router 10.252.0.3\" -- \"network 0.0.0.1 10.60.35.5\"",
+                                          "\"router 10.252.0.4\" -- \"network 0.0.0.1 10.60.24.4\"",
+                                          "\"router 10.252.0.4\" -- \"network 0.0.0.1 10.60.45.5\"",
+                                          "\"router 10.252.0.5\" -- \"network 0.0.0.1 10.60.35.5\"",
+                                          "\"router 10.252.0.5\" -- \"network 0.0.0.1 10.60.45.5\"",
+                                          "\"router 10.252.0.5\" -- \"router 10.252.0.6\""};
+  EXPECT_EQ(thick_edges(said.out), expected);
+  const Said svg = ask("path 10.252.0.1 10.252.0.6 --v2 --svg", "virtual");
+  EXPECT_EQ(svg.status, 0);
+  EXPECT_NE(svg.out.find("thick: the way"), std::string::npos);
+  EXPECT_EQ(ask("path 10.252.0.1 10.252.0.6 --v2 --dot --json", "virtual").status, 2);
+}
+
+TEST_F(Routes, APictureShowsTheNetworkThatWouldBe) {
+  const auto edges = [&](const std::string &options) {
+    std::set<std::string> all;
+    std::istringstream in(ask("graph --dot --v2 " + options, "virtual").out);
+    for (std::string line; std::getline(in, line);) {
+      const std::size_t end = line.find(" [color=");
+      if (line.find(" -- ") != line.npos) all.insert(line.substr(2, end - 2));
+    }
+    return all;
+  };
+  const std::set<std::string> now = edges("");
+  const std::string link = "\"router 10.252.0.1\" -- \"router 10.252.0.2\"";
+  ASSERT_TRUE(now.contains(link));
+  std::set<std::string> expected = now;
+  expected.erase(link);
+  EXPECT_EQ(edges("--without 10.252.0.1--10.252.0.2"), expected);
+  // A cost that is what it was changes nothing.
+  EXPECT_EQ(edges("--cost 10.252.0.1>10.252.0.2=10"), now);
 }
 
 TEST_F(Routes, FailuresComeByWhatTheyCutOff) {

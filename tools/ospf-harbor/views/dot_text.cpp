@@ -120,8 +120,12 @@ class DotWriter {
     add_graph();
     for (const auto &[id, router] : topology_.routers) add_router(id, router);
     for (const auto &[id, network] : topology_.networks) add_network(id, network);
-    for (const TopologyAttachment &attachment : topology_.attachments) add_edge(attachment);
-    for (const TopologyLink &link : topology_.links) add_edge(link);
+    for (std::size_t at = 0; at < topology_.attachments.size(); ++at) {
+      add_edge(topology_.attachments[at], options_.way.attachments.contains(at));
+    }
+    for (std::size_t at = 0; at < topology_.links.size(); ++at) {
+      add_edge(topology_.links[at], options_.way.links.contains(at));
+    }
     if (options_.stubs) add_stubs();
     return text_ + "}\n";
   }
@@ -171,6 +175,7 @@ class DotWriter {
            "double border: AS boundary router; ellipse: network<BR/>"
            "number: cost, at the router that says it; dashed: only one end speaks of it" +
            (has_virtual_links() ? std::string("; dotted: virtual link") : std::string()) +
+           (options_.way.routers.empty() ? std::string() : std::string("; thick: the way")) +
            "</FONT></TD></TR></TABLE>>";
   }
 
@@ -195,8 +200,9 @@ class DotWriter {
              ", fillcolor=" + dot_string(fill) + ", color=" + dot_string(line) +
              ", fontsize=" + points(style_.router_font) +
              ", margin=\"0.09,0.05\", height=\"0.2\", width=\"0.4\"" +
-             (router.as_boundary ? ", peripheries=\"2\"" : "") + ", label=<<B>" + dotted(id) +
-             "</B>" +
+             (router.as_boundary ? ", peripheries=\"2\"" : "") +
+             (options_.way.routers.contains(id) ? ", penwidth=\"4\"" : "") + ", label=<<B>" +
+             dotted(id) + "</B>" +
              (roles.empty() ? "" : "<BR/><FONT POINT-SIZE=" + small() + ">" + roles + "</FONT>") +
              ">];\n";
   }
@@ -219,29 +225,32 @@ class DotWriter {
              ", margin=\"0.03,0.02\", height=\"0.2\", width=\"0.3\", label=<" + label + ">];\n";
   }
 
-  void add_edge(const TopologyAttachment &attachment) {
+  void add_edge(const TopologyAttachment &attachment, bool on_the_way) {
     add_edge(router_name(attachment.router), network_name(attachment.network),
              std::get<0>(attachment.network), attachment.both_ways() ? "solid" : "dashed",
-             attachment.cost, std::nullopt, "", length_to_others);
+             attachment.cost, std::nullopt, "", length_to_others, on_the_way);
   }
 
-  void add_edge(const TopologyLink &link) {
+  void add_edge(const TopologyLink &link, bool on_the_way) {
     const bool is_virtual = link.kind == LinkKind::virtual_link;
     add_edge(router_name(link.routers[0]), router_name(link.routers[1]), link.area,
              !link.both_ways() ? "dashed"
              : is_virtual      ? "dotted"
                                : "solid",
              link.costs[0], link.costs[1], options_.stubs ? link.prefix : "",
-             length_between_routers);
+             length_between_routers, on_the_way);
   }
 
   void add_edge(const std::string &from, const std::string &to, std::uint32_t area,
                 const char *style, std::optional<std::uint32_t> from_cost,
-                std::optional<std::uint32_t> to_cost, const std::string &label,
-                const char *length) {
+                std::optional<std::uint32_t> to_cost, const std::string &label, const char *length,
+                bool on_the_way = false) {
+    constexpr int thick = 4;
     char width[16];
     std::snprintf(width, sizeof width, "%.1f",
-                  style_.line_width * (style == std::string("dotted") ? 2 : 1));
+                  style_.line_width * (on_the_way                       ? thick
+                                       : style == std::string("dotted") ? 2
+                                                                        : 1));
     const std::string &colour = colours(area).line;
     text_ += "  " + from + " -- " + to + " [color=" + dot_string(colour) +
              ", penwidth=" + dot_string(width) + ", style=" + dot_string(style) +

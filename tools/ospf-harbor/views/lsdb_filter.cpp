@@ -53,13 +53,13 @@ TypeWanted parse_type(const std::string &text) {
                    "one of " + names + ", or an LS type of 16 bits such as 0x2001");
 }
 
+}  // namespace
+
 std::uint32_t parse_area(const std::string &text) {
   if (const auto area = parse_dotted(text)) return *area;
   if (const auto area = parse_number(text)) return *area;
   throw UsageError("--area", "", "\"" + text + "\"", "an area such as 0.0.0.1 or 1");
 }
-
-}  // namespace
 
 void add_filter_options(CLI::App &command, LsdbFilter &filter) {
   command.add_option("--area", filter.area, "Only this area, such as 0.0.0.1 or 1");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -26,5 +27,8 @@ void add_filter_options(CLI::App &command, LsdbFilter &filter);
 // that no LSA can meet.
 std::vector<ospf_tables::LsdbEntry> filtered(std::vector<ospf_tables::LsdbEntry> entries,
                                              const LsdbFilter &filter);
+
+// A dotted quad or a number. Throws UsageError.
+std::uint32_t parse_area(const std::string &text);
 
 }  // namespace tool

@@ -124,6 +124,36 @@ void print_cut_off(const Database &database, const Calculator &before, const Cal
   }
 }
 
+void print_added_loads(const Database &database, const std::vector<LoadChange> &changes,
+                       std::FILE *out) {
+  constexpr std::size_t most = 10;
+  if (changes.empty()) return;
+  std::fprintf(out, "\n%s: links that carry more shortest paths between routers of an area\n",
+               instance_name(database).c_str());
+  std::fprintf(out, "  %-15s  %-24s  %-10s  %8s  %8s\n", "From", "To", "Area", "Before", "After");
+  for (std::size_t at = 0; at < std::min(most, changes.size()); ++at) {
+    const LinkLoad &link = changes[at].link;
+    const std::string to = link.network != 0 ? "network " + dotted(link.network) : dotted(link.to);
+    std::fprintf(out, "  %-15s  %-24s  %-10s  %8.1f  %8.1f\n", dotted(link.from).c_str(),
+                 to.c_str(), dotted(link.area).c_str(), changes[at].before, link.carried);
+  }
+  if (changes.size() > most) std::fprintf(out, "  and %zu more\n", changes.size() - most);
+}
+
+std::string json_line(const Database &database, const LoadChange &change) {
+  const LinkLoad &link = change.link;
+  const Json line = {{"change", "load"},
+                     {"version", database.version},
+                     {"instance", database.instance},
+                     {"area", dotted(link.area)},
+                     {"from", dotted(link.from)},
+                     {"to", link.to != 0 ? Json(dotted(link.to)) : Json(nullptr)},
+                     {"network", link.network != 0 ? Json(dotted(link.network)) : Json(nullptr)},
+                     {"before", change.before},
+                     {"after", link.carried}};
+  return line.dump();
+}
+
 std::string instance_name(const Database &database) {
   std::string name = "OSPFv" + std::to_string(database.version);
   if (database.instance != 0) name += ", instance " + std::to_string(database.instance);

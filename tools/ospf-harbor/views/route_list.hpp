@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ospf_routes/changes.hpp"
+#include "ospf_routes/loads.hpp"
 #include "ospf_routes/routes.hpp"
 
 namespace tool {
@@ -36,5 +37,10 @@ void print_route_changes(const ospf_routes::Database &database,
 // Routers that lost routes, with how many; nothing when none did.
 void print_cut_off(const ospf_routes::Database &database, const ospf_routes::Calculator &before,
                    const ospf_routes::Calculator &after, std::FILE *out);
+
+// Links that carry more shortest paths afterwards, the most added first; nothing when none does.
+void print_added_loads(const ospf_routes::Database &database,
+                       const std::vector<ospf_routes::LoadChange> &changes, std::FILE *out);
+std::string json_line(const ospf_routes::Database &database, const ospf_routes::LoadChange &change);
 
 }  // namespace tool

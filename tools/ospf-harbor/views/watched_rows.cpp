@@ -4,6 +4,7 @@
 #include <ctime>
 #include <nlohmann/json.hpp>
 
+#include "ospf_tables/input_error.hpp"
 #include "ospf_tables/lsa_view.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/tree.hpp"
