@@ -317,6 +317,25 @@ TEST(Text, TheArmOfVariant1IsShownFromVariant1On) {
 
 // --- room and the _cr form -----------------------------------------------------------------------
 
+// How a caller notices that a text was cut: the result equals the room, and never else.
+TEST(Text, ACutTextFillsAllOfItsRoom) {
+  for (const Structure *type : harbor::model::structures) {
+    SCOPED_TRACE(type->name);
+    Store store;
+    const Object<> object(store, *type);
+    std::string buffer(1 << 14, filling);
+    const auto print = [&](std::uint32_t size) {
+      return object.call<Print>("print")(store, 0, buffer.data(), 2, "x", object.get(), size,
+                                         &store.err);
+    };
+    const std::uint32_t whole = print(1 << 14);
+    ASSERT_GT(whole, 10u);
+    for (std::uint32_t size = 1; size <= whole; ++size) ASSERT_EQ(print(size), size);
+    for (std::uint32_t size = whole + 1; size < whole + 20; ++size) ASSERT_EQ(print(size), whole);
+    EXPECT_EQ(store.err, 0u);
+  }
+}
+
 TEST(Text, AShortBufferCutsTheTextWithoutAFailure) {
   Store store;
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);

@@ -483,4 +483,28 @@ TEST(AllTables, EveryObjectPointerIsSetReadDetachedAndReplaced) {
   });
 }
 
+// How a caller notices that a record's text was cut: 90, or a result that equals the room.
+TEST(AllTables, ACutRecordTextIsToldOrFillsItsRoom) {
+  for_each_table([](AnyTable &table) {
+    kelp_record *record = table.inserted(1);
+    std::string buffer(1 << 14, ' ');
+    const auto print = [&](std::int32_t size) {
+      return table.call<std::uint32_t>("table_record_print", buffer.data(), record, size,
+                                       &table.err);
+    };
+    const std::uint32_t whole = print(1 << 14);
+    ASSERT_EQ(table.err, 0u);
+    for (std::uint32_t size = 1; size < whole + 20; ++size) {
+      const std::uint32_t written = print(static_cast<std::int32_t>(size));
+      if (table.err != 0) {
+        EXPECT_EQ(table.err, static_cast<std::uint32_t>(KELP_ERR_NO_ROOM));
+        table.err = 0;
+      } else {
+        EXPECT_EQ(written, std::min(size, whole)) << size;
+      }
+      if (testing::Test::HasFailure()) return;
+    }
+  });
+}
+
 }  // namespace
