@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <random>
 
 #include "rows.hpp"
@@ -26,8 +27,20 @@ struct Change {
   std::string bytes;
 };
 
+// Transactions from this number on bring new rows alone, which a feed hears of.
+constexpr std::uint64_t kFollowed = 1000000;
+constexpr std::uint16_t kFirstFollowedKey = 1000;
+
 std::vector<Change> transaction(std::uint64_t number) {
   std::mt19937_64 random(number);
+  if (number >= kFollowed) {
+    std::vector<Change> rows(2);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const std::uint64_t key = kFirstFollowedKey + (number - kFollowed) * rows.size() + i;
+      rows[i] = {static_cast<std::uint16_t>(key), false, some_bytes(random(), random() % 300)};
+    }
+    return rows;
+  }
   std::vector<Change> changes(1 + random() % 6);
   for (Change &change : changes) {
     change.key = static_cast<std::uint16_t>(random() % 40);
@@ -65,6 +78,38 @@ void prepare(const std::string &path, Model &model, std::uint64_t number) {
             }),
             0);
   replay(model, transaction(number));
+}
+
+kelp_table *table_of(Rows &rows) {
+  std::uint32_t err = 0;
+  return reinterpret_cast<kelp_table *>(
+      tbl_ospfv2_unknown_sub_tlv_table_open(rows.handle, 0, "rows", 1, &err));
+}
+
+void follow(const std::string &path) {
+  ASSERT_EQ(run([&] {
+              Rows rows(path);
+              rows.lock_write();
+              const std::int32_t code =
+                  kelp_table_enable_cursors(rows.handle, table_of(rows), 1, nullptr);
+              return code != 0 ? code : rows.unlock();
+            }),
+            0);
+}
+
+// How many rows a new cursor is shown; 250 at most.
+int rows_in_feed(const std::string &path) {
+  return run([&] {
+    Rows rows(path);
+    rows.lock_read();
+    kelp_feed_cursor *cursor = kelp_feed_cursor_open(rows.handle, table_of(rows), nullptr);
+    kelp_feed_change change;
+    int shown = 0;
+    while (shown < 250 && kelp_feed_cursor_next(cursor, &change) != 0) ++shown;
+    kelp_feed_cursor_close(cursor);
+    rows.unlock();
+    return shown;
+  });
 }
 
 enum class Step { commit, rollback, mend, lock };
@@ -112,23 +157,24 @@ long kills() {
 }
 
 // Kills at many places of one step, spread over it at random.
-void torture_step(Step step, bool ends_in_commit, long share) {
+void torture_step(Step step, bool ends_in_commit, long share, std::uint64_t first = 2) {
   std::mt19937_64 random(static_cast<std::uint64_t>(step) * 1000 + 1);
   const Folder folder(Folder::in_memory());
   const std::string path = folder.file();
   Model model;
   prepare(path, model, 1);
-  const long length = run_and_kill(path, step, 2, 100000000);
+  if (first >= kFollowed) follow(path);
+  const long length = run_and_kill(path, step, first, 100000000);
   ASSERT_GT(length, 0);
   std::string wrong = verify(path, {model});
   if (!wrong.empty() && ends_in_commit) {
     // The whole step was run: the commit is there.
-    replay(model, transaction(2));
+    replay(model, transaction(first));
     wrong = verify(path, {model});
   }
   ASSERT_EQ(wrong, "");
   for (long i = 0; i < share; ++i) {
-    const std::uint64_t number = 10 + static_cast<std::uint64_t>(i);
+    const std::uint64_t number = first + 8 + static_cast<std::uint64_t>(i);
     const long at = static_cast<long>(random() % static_cast<std::uint64_t>(length + 1));
     ASSERT_GE(run_and_kill(path, step, number, at), 0);
     Model after = model;
@@ -140,9 +186,18 @@ void torture_step(Step step, bool ends_in_commit, long share) {
       ASSERT_EQ(verify(path, {after}), "") << "killed behind " << at << " of " << length;
       model = after;
     }
+    if (first < kFollowed) continue;
+    const auto followed = std::distance(model.lower_bound(kFirstFollowedKey), model.end());
+    ASSERT_EQ(rows_in_feed(path), std::min<long>(followed, 250)) << "killed behind " << at;
   }
 }
 
+TEST(StoreKill, WithinACommitThatAFeedHearsOf) {
+  torture_step(Step::commit, true, kills() / 30, kFollowed);
+}
+TEST(StoreKill, WithinARollbackOfWhatAFeedHeard) {
+  torture_step(Step::rollback, false, kills() / 60, kFollowed);
+}
 TEST(StoreKill, WithinACommit) { torture_step(Step::commit, true, kills() / 15); }
 TEST(StoreKill, WithinARollback) { torture_step(Step::rollback, false, kills() / 30); }
 TEST(StoreKill, WithinALock) { torture_step(Step::lock, false, kills() / 30); }
