@@ -125,7 +125,7 @@ class Followed : public Rows {
   std::string shown_now() {
     std::string all;
     kelp_feed_change change;
-    while (kelp_feed_cursor_next(cursor, &change) != 0) {
+    while (all.size() < 1000 && kelp_feed_cursor_next(cursor, &change) != 0) {
       all += " +~-"[change.kind];
       all += key_of(handle, reinterpret_cast<Row *>(change.record));
     }
