@@ -60,7 +60,8 @@ bool CaptureReader::open_live(const std::string &interface, int timeout_ms) {
     state_->error = text.data();
     return false;
   }
-  pcap_set_snaplen(handle, 262144);
+  // Longer than the frames of links between routers. Each place in the buffer takes as much.
+  pcap_set_snaplen(handle, 16000);
   pcap_set_promisc(handle, 1);
   pcap_set_timeout(handle, timeout_ms);
   pcap_set_immediate_mode(handle, 1);
