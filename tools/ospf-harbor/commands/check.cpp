@@ -134,30 +134,36 @@ Run set_up_check(CLI::App &app) {
 }
 
 constexpr char check_description[] =
-    R"(Looks at the link-state databases and, of captures, at what the routers sent: links that one end
-tells of, interfaces of neighbours that differ in timers, masks, MTU, area, type or authentication,
-router IDs and addresses that two routers have, databases that differ between routers, virtual links
-without a transit area, areas that are split or without backbone, forwarding addresses that are out
-of reach, externals of two routers at one cost, ranges that are unused or overlap, LSAs that flap,
-sequence numbers that end, wrong checksums. Of a router's configuration frr.conf beside its answers
-ranges and virtual links are read.
+    R"(Looks at the link-state databases and, of captures, at what the routers
+sent: links that one end tells of, interfaces of neighbours that differ in
+timers, masks, MTU, area, type or authentication, router IDs and addresses
+that two routers have, databases that differ between routers, virtual links
+without a transit area, areas that are split or without backbone, forwarding
+addresses that are out of reach, externals of two routers at one cost,
+ranges that are unused or overlap, LSAs that flap, sequence numbers that
+end, wrong checksums. Of a router's configuration frr.conf beside its
+answers ranges and virtual links are read.
 
-An error makes routes wrong or missing; a warning does harm or will; a notice is sound and yet worth
-a look. With a what-if the databases of the network that would be are looked at, and nothing that
-was sent. The status is 1 when something is found that is as bad as --fail-on says.
+An error makes routes wrong or missing; a warning does harm or will; a
+notice is sound and yet worth a look. With a what-if the databases of the
+network that would be are looked at, and nothing that was sent. The status
+is 1 when something is found that is as bad as --fail-on says.
 
-A line of --json has the keys severity, kind, version, instance, area, routers, where, field (what
-interfaces differ in), what, lsas, packets (each with file and packet, its number) and look_at.
+A line of --json has the keys severity, kind, version, instance, area,
+routers, where, field (what interfaces differ in), what, lsas, packets (each
+with file and packet, its number) and look_at.
 )";
 
 constexpr char check_example[] = R"($ ospf-harbor check --v2 --least error --from site.pcap
-error: interface_mismatch: hello_interval (OSPFv2, area 0.0.0.0)
-  where    10.245.0.1@10.98.2.1 - 10.245.0.2@10.98.2.2
-  what     2 s at 10.245.0.1@10.98.2.1, 3 s at 10.245.0.2@10.98.2.2
-  seen in  packet 31
-  look at  the configuration of both interfaces
+error: duplicate_router_id (OSPFv2, area 0.0.0.0)
+  where    10.243.0.14
+  what     its router-LSA goes between contents that share no neighbour, 11
+           times in 65 s: two routers have this ID
+  seen in  Router 10.243.0.14 of 10.243.0.14 in area 0.0.0.0; packet 25, 25,
+           136, 192, 255, 298, 365, 402
+  look at  the router IDs that are configured on the routers named
 
-1 error, 2 warnings, 0 notices
+1 error, 1 warning, 0 notices
 )";
 
 }  // namespace

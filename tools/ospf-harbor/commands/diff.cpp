@@ -243,16 +243,18 @@ Run set_up_diff(CLI::App &app) {
 }
 
 constexpr char diff_description[] =
-    R"(Tells which LSAs came, went or changed, with the fields that changed as lsdb --json names them; then
-what that means: adjacencies, costs, prefixes and externals; then, with --router, the routes of that
-router. Ages, sequence numbers and checksums are left aside unless --every-field is given.
+    R"(Tells which LSAs came, went or changed, with the fields that changed as lsdb
+--json names them; then what that means: adjacencies, costs, prefixes and
+externals; then, with --router, the routes of that router. Ages, sequence
+numbers and checksums are left aside unless --every-field is given.
 
-The status is 0 when both say the same, 1 when they differ and 2 for trouble, such as a source that
-cannot be read.
+The status is 0 when both say the same, 1 when they differ and 2 for
+trouble, such as a source that cannot be read.
 
-A line of --json has the key diff: lsa (change, version, instance, area, scope, type, type_name,
-lsa_id, adv_router and fields, each with field, before and after), adjacency, cost, prefix or
-external (change, version, instance, area, router, to, prefix, before and after), or route, with the
+A line of --json has the key diff: lsa (change, version, instance, area,
+scope, type, type_name, lsa_id, adv_router and fields, each with field,
+before and after), adjacency, cost, prefix or external (change, version,
+instance, area, router, to, prefix, before and after), or route, with the
 keys of a change of routes --json.
 )";
 

@@ -149,15 +149,17 @@ Run set_up_events(CLI::App &app) {
 }
 
 constexpr char events_description[] =
-    R"(Tells in the order of time when neighbours came up and went down and why, what they differ in, which
-routers were elected, which LSAs were new, changed, refreshed, flushed or aged out, storms of
-flushes, restarts, sequence numbers that began anew, LSAs that were sent again, wrong checksums. A
-line has the time (UTC), the number of the packet, or - where a timer ended, the version of OSPF and
-the kind of event. Of several captures the number of the capture stands before that of the packet.
+    R"(Tells in the order of time when neighbours came up and went down and why,
+what they differ in, which routers were elected, which LSAs were new,
+changed, refreshed, flushed or aged out, storms of flushes, restarts,
+sequence numbers that began anew, LSAs that were sent again, wrong
+checksums. A line has the time (UTC), the number of the packet, or - where a
+timer ended, the version of OSPF and the kind of event. Of several captures
+the number of the capture stands before that of the packet.
 
-A line of --json has the keys time, kind, file, packet, version, instance, area, routers (the one
-that it is of first), where, why, what and lsa, with scope, type, type_name, lsa_id, adv_router and
-seq_num.
+A line of --json has the keys time, kind, file, packet, version, instance,
+area, routers (the one that it is of first), where, why, what and lsa, with
+scope, type, type_name, lsa_id, adv_router and seq_num.
 )";
 
 constexpr char events_example[] = R"($ ospf-harbor events --kind neighbor_down --v2 --from site.pcap

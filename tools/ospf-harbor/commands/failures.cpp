@@ -129,14 +129,19 @@ Run set_up_failures(CLI::App &app) {
 }
 
 constexpr char failures_description[] =
-    R"(Takes away each link and each router alone, and tells how many pairs of the routers that are left no
-longer reach each other or are farther apart. What cuts off most comes first.
+    R"(Takes away each link and each router alone, and tells how many pairs of the
+routers that are left no longer reach each other or are farther apart. What
+cuts off most comes first.
 
-A line of --json has the keys failure (link, attachment or router), version, instance, area, from,
-to, network, cut_off, longer, added, most_added and isolated.
+A line of --json has the keys failure (link, attachment or router), version,
+instance, area, from, to, network, cut_off, longer, added, most_added and
+isolated.
 )";
 
-constexpr char failures_example[] = R"($ ospf-harbor failures --v2 --most 3 --from site.pcap
+constexpr char failures_example[] = R"($ ospf-harbor failures --v2 --json --from site.pcap | head -1
+{"failure":"router","version":2,"instance":0,"area":null,"from":"10.252.0.5",
+"to":null,"network":null,"cut_off":24,"longer":2,"added":10,"most_added":5,
+"isolated":["10.252.0.6","10.252.0.8"]}
 )";
 
 }  // namespace

@@ -261,12 +261,13 @@ Run set_up_path(CLI::App &app) {
 }
 
 constexpr char path_description[] =
-    R"(Tells every equal-cost way, hop by hop, with what each link costs and the areas that it enters, and
-where the way back is another one. --dot and --svg draw the network with the ways in it.
+    R"(Tells every equal-cost way, hop by hop, with what each link costs and the
+areas that it enters, and where the way back is another one. --dot and --svg
+draw the network with the ways in it.
 
-A line of --json is one way: from, to, version, instance, first, last, end (arrives, leaves,
-forwards, no-route or loop), behind, cost, symmetric and hops, each with router, interface, address,
-area and cost.
+A line of --json is one way: from, to, version, instance, first, last, end
+(arrives, leaves, forwards, no-route or loop), behind, cost, symmetric and
+hops, each with router, interface, address, area and cost.
 )";
 
 constexpr char path_example[] = R"($ ospf-harbor path 10.252.0.1 10.252.0.6 --v2 --from site.pcap

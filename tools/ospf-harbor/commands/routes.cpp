@@ -190,17 +190,20 @@ Run set_up_routes(CLI::App &app) {
 }
 
 constexpr char routes_description[] =
-    R"(Calculates the routing table of a router, or of all, from the link-state databases, as RFC 2328, RFC
-3101, RFC 5340 and RFC 5838 have it. What the databases lack is told on standard error.
+    R"(Calculates the routing table of a router, or of all, from the link-state
+databases, as RFC 2328, RFC 3101, RFC 5340 and RFC 5838 have it. What the
+databases lack is told on standard error.
 
-With a what-if the routes that change are told, then which routers lose routes and which links carry
-more shortest paths.
+With a what-if the routes that change are told, then which routers lose
+routes and which links carry more shortest paths.
 
-A line of --json has the keys router, version, instance, prefix, kind (intra, inter, external-1,
-external-2, nssa-1 or nssa-2), cost, type2_cost, tag, area and next_hops, each with address (null for
-what is attached) and interface. With a what-if it has change (lost, gained, longer, shorter or
-other-way), router, version, instance, prefix, before and after; and with --loads there are lines
-whose change is load, with area, from, to or network, before and after.
+A line of --json has the keys router, version, instance, prefix, kind
+(intra, inter, external-1, external-2, nssa-1 or nssa-2), cost, type2_cost,
+tag, area and next_hops, each with address (null for what is attached) and
+interface. With a what-if it has change (lost, gained, longer, shorter or
+other-way), router, version, instance, prefix, before and after; and with
+--loads there are lines whose change is load, with area, from, to or
+network, before and after.
 )";
 
 constexpr char routes_example[] =

@@ -65,6 +65,7 @@ TEST_F(Events, ANeighbourThatDiesIsDownAfterItsDeadIntervalAndUpWhenItIsBack) {
   // It died at 1795325220.678 and said its last up to two seconds before; it was back at
   // 1795325234.687.
   expect_at(down, 1795325226.6, 1795325228.7, "down");
+  ASSERT_NE(down, nullptr);
   EXPECT_TRUE((*down)["packet"].is_null());
   ASSERT_EQ(all.back()["kind"], "neighbor_up");
   expect_at(&all.back(), 1795325234.6, 1795325241.4, "up again");
@@ -76,6 +77,7 @@ TEST_F(Events, ANeighbourThatIsNotHeardIsDownAtTheHelloThatTellsSo) {
     const auto *down = event_of(all, "neighbor_down", "one_way", {"10.245.0.1", "10.245.0.13"});
     // The hub stops to hear it at 1795325220.655; the dead interval is eight seconds.
     expect_at(down, 1795325226.6, 1795325230.7, version);
+    ASSERT_NE(down, nullptr);
     EXPECT_TRUE((*down)["packet"].is_number());
   }
 }
@@ -122,6 +124,7 @@ TEST_F(Events, RestartsWrapsAndWrongChecksumsAreTold) {
             "gracefully");
   const auto *wrap = event_of(all, "sequence_wrap", "", {"10.242.0.3"});
   expect_at(wrap, 1795325228.0, 1795325229.5, "wrap");
+  ASSERT_NE(wrap, nullptr);
   EXPECT_EQ((*wrap)["lsa"]["lsa_id"], "192.0.2.0");
   EXPECT_EQ((*wrap)["lsa"]["seq_num"], "0x80000001");
   const auto *lsa = event_of(all, "bad_checksum", "lsa", {"10.242.0.2", "10.242.0.2"});
