@@ -136,17 +136,6 @@ void Feeds::append(FeedTable *feed, FeedEntry *entry) {
   changed(feed);
 }
 
-template <typename Visit>
-void Feeds::each_cursor(const FeedTable *feed, Visit &&visit) {
-  store::CursorTable *table = places_->cursors(false);
-  if (table == nullptr) return;
-  const std::uint32_t used = std::min(store::load(table->used), store::kCursorSlots);
-  for (std::uint32_t i = 0; i < used; ++i) {
-    store::CursorSlot &slot = table->slots[i];
-    if (store::load(slot.process) != 0 && slot.feed == feed->id) visit(slot);
-  }
-}
-
 // What each cursor has seen of the entry that is about to move: all, when it has passed the entry.
 void Feeds::note_cursors(const FeedTable *feed, FeedEntry *entry, const Author &author) {
   std::uint64_t seen = 0;

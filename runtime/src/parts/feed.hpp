@@ -7,6 +7,7 @@
 // changes an entry next, from where the cursor stands then.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -17,6 +18,7 @@
 #include "store/cursor_places.hpp"
 #include "store/layout.hpp"
 #include "store/memory.hpp"
+#include "store/system.hpp"
 
 namespace kelp {
 
@@ -168,6 +170,17 @@ class Feeds {
   std::uint64_t own_commit_ = 1;  // of a private database: what the running transaction will be
   std::vector<kelp_feed_cursor *> open_;
 };
+
+template <typename Visit>
+void Feeds::each_cursor(const FeedTable *feed, Visit &&visit) {
+  store::CursorTable *table = places_->cursors(false);
+  if (table == nullptr) return;
+  const std::uint32_t used = std::min(store::load(table->used), store::kCursorSlots);
+  for (std::uint32_t i = 0; i < used; ++i) {
+    store::CursorSlot &slot = table->slots[i];
+    if (store::load(slot.process) != 0 && slot.feed == feed->id) visit(slot);
+  }
+}
 
 }  // namespace kelp
 
