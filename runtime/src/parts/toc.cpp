@@ -24,7 +24,8 @@ std::uint64_t hash_of_table(const kelp_table *table) {
 
 }  // namespace
 
-// Lies in the database's memory, with the path behind it.
+// Lies in the database's memory, with the path behind it. Found by its table's address as long as
+// there is one, by its key until it is removed.
 struct TableOfContents::Entry {
   store::IndexNode by_key;
   store::IndexLink<Entry> by_address;
@@ -65,42 +66,50 @@ kelp_table *TableOfContents::find(const Key &key) const {
   return entry == nullptr ? nullptr : entry->table;
 }
 
+TableOfContents::Entry *TableOfContents::make_entry(kelp_table *table, std::size_t path_length) {
+  auto *made = static_cast<Entry *>(memory_->take(sizeof(Entry) + path_length));
+  if (made == nullptr) throw std::bad_alloc();
+  *made = {};
+  made->by_address.owner = made;
+  made->table = table;
+  made->path_length = path_length;
+  try {
+    by_address().insert(&made->by_address.node, hash_of_table(table));
+  } catch (...) {
+    memory_->give_back(made);
+    throw;
+  }
+  return made;
+}
+
+void TableOfContents::drop_entry(Entry *entry) {
+  if (entry->removed == 0) by_key().remove(&entry->by_key);
+  by_address().remove(&entry->by_address.node);
+  memory_->give_back(entry);
+}
+
 bool TableOfContents::insert(const Key &key, kelp_table *table) {
   const std::lock_guard lock(mutex_);
   if (const Entry *known = find_entry(key)) return known->table == table;
   const std::size_t path_length = key.by_name ? key.path.size() : 0;
   Entry *entry = find_table(table);
-  if (entry != nullptr && entry->removed == 0) by_key().remove(&entry->by_key);
-  const bool is_new = entry == nullptr || entry->path_length != path_length;
-  if (is_new) {
-    auto *made = static_cast<Entry *>(memory_->take(sizeof(Entry) + path_length));
-    if (made == nullptr) throw std::bad_alloc();
-    *made = {};
-    made->by_address.owner = made;
-    try {
-      by_address().insert(&made->by_address.node, hash_of_table(table));
-    } catch (...) {
-      memory_->give_back(made);
-      throw;
-    }
-    if (entry != nullptr) {
-      by_address().remove(&entry->by_address.node);
-      memory_->give_back(entry);
-    }
+  if (entry == nullptr || entry->path_length != path_length) {
+    Entry *made = make_entry(table, path_length);
+    if (entry != nullptr) drop_entry(entry);
     entry = made;
+  } else if (entry->removed == 0) {
+    by_key().remove(&entry->by_key);
   }
   memory_->touch(entry, sizeof *entry + path_length);
-  entry->table = table;
   entry->id = key.id;
   std::memcpy(entry->luid, key.luid, kLuidBytes);
   entry->by_name = key.by_name ? 1 : 0;
-  entry->path_length = path_length;
   std::memcpy(entry->path(), key.path.data(), path_length);
   try {
     by_key().insert(&entry->by_key, hash_of_key(key));
   } catch (...) {
-    by_address().remove(&entry->by_address.node);
-    memory_->give_back(entry);
+    entry->removed = 1;
+    drop_entry(entry);
     throw;
   }
   entry->removed = 0;
@@ -128,9 +137,7 @@ bool TableOfContents::forget(const kelp_table *table) {
   const std::lock_guard lock(mutex_);
   Entry *entry = find_table(table);
   if (entry == nullptr) return false;
-  if (entry->removed == 0) by_key().remove(&entry->by_key);
-  by_address().remove(&entry->by_address.node);
-  memory_->give_back(entry);
+  drop_entry(entry);
   return true;
 }
 

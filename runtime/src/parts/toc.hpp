@@ -29,7 +29,8 @@ class TableOfContents {
 
   kelp_table *find(const Key &key) const;
 
-  // False when another table stands under the key. Throws bad_alloc.
+  // A table that stands elsewhere moves. False when another table stands under the key. Throws
+  // bad_alloc; without memory for its entry a table stands where it stood.
   bool insert(const Key &key, kelp_table *table);
 
   // Where the table stood before; it is removed afterwards unless it was absent.
@@ -49,6 +50,9 @@ class TableOfContents {
   store::Index by_address() const { return {*memory_, directory_->tables_by_address}; }
   Entry *find_entry(const Key &key) const;
   Entry *find_table(const kelp_table *table) const;
+  // Found by its table from then on, not yet by a key. Throws bad_alloc.
+  Entry *make_entry(kelp_table *table, std::size_t path_length);
+  void drop_entry(Entry *entry);
 
   mutable std::mutex mutex_;
   store::Memory *memory_ = nullptr;

@@ -2,6 +2,7 @@
 // kind to the system failing: nothing ends the process, what fails says so and leaves what was
 // there, and what does not fail is done whole.
 #include <cstdlib>
+#include <deque>
 #include <functional>
 
 #include "fault/failing_calls.hpp"
@@ -265,6 +266,48 @@ TEST(NoMemoryTest, TraceAndRegistrations) {
   };
   fail_each(failing::malloc_calls, work);
   fail_each(failing::write_calls, work);
+}
+
+// A table that is to stand under a longer name needs an entry of its own length. Others take what
+// memory there is for such entries.
+TEST(NoMemoryTest, ATableThatCannotMoveStandsWhereItStood) {
+  kelp_database *database = kelp_database_open_private("moves", nullptr, nullptr);
+  kelp_handle *handle = kelp_handle_create(database, nullptr, nullptr);
+  std::uint32_t err = 0;
+  const auto enter = [&](kelp_table &table, const std::string &name) {
+    table.header.tinfo = &table_type.record;
+    name.copy(table.tbl_name, sizeof table.tbl_name);
+    err = 0;
+    kelpdb_database_toc_insert(handle, 0, &table, 0, &err);
+  };
+  const auto found = [&](const std::string &name) {
+    std::uint32_t ignored = 0;
+    return kelpdb_database_toc_get_table_root(handle, 0, name.data(),
+                                              static_cast<std::uint32_t>(name.size()), 0,
+                                              table_type.record.md5, 16, 1, &ignored);
+  };
+  kelpdb_database_toc_open(handle, 0, &err);
+  kelp_table table = {};
+  enter(table, "here");
+  EXPECT_EQ(err, 0u);
+  std::deque<kelp_table> others;
+  while (err == 0) {
+    ASSERT_LT(others.size(), 100000u);
+    failing::fail_after(failing::mmap_calls, 0);
+    enter(others.emplace_back(), std::to_string(1000000 + others.size()));
+  }
+  failing::fail_after(failing::mmap_calls, 0);
+  enter(table, "distant");
+  EXPECT_EQ(err, static_cast<std::uint32_t>(KELP_ERR_NO_MEMORY));
+  EXPECT_EQ(found("here"), &table);
+  EXPECT_EQ(found("distant"), nullptr);
+  failing::fail_after(failing::mmap_calls, -1);
+  enter(table, "distant");
+  EXPECT_EQ(err, 0u);
+  EXPECT_EQ(found("here"), nullptr);
+  EXPECT_EQ(found("distant"), &table);
+  kelp_handle_destroy(handle);
+  kelp_database_close(database, nullptr);
 }
 
 // The runtime's own memory of a database grows while a type is entered again and again.
