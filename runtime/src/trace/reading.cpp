@@ -17,19 +17,18 @@ namespace kelp::trace {
 
 namespace {
 
-// Hands out records that lie one behind the other. Gives how many; fault says what stopped it.
-std::uint64_t hand_out(const std::uint8_t *bytes, std::size_t size, kelp_trace_callback callback,
-                       void *context, Fault *fault, std::size_t *offset) {
+// Hands out records that lie one behind the other. Gives how many.
+std::uint64_t hand_out(const std::vector<std::uint8_t> &records, kelp_trace_callback callback,
+                       void *context) {
   std::uint64_t count = 0;
   const InCallback guard;
-  for (*offset = 0; *offset < size;) {
+  for (std::size_t offset = 0; offset < records.size();) {
     kelp_trace_event event;
     std::size_t length = 0;
-    *fault = unpack(bytes + *offset, size - *offset, &event, &length);
-    if (fault->what != nullptr) break;
+    if (unpack(&records[offset], records.size() - offset, &event, &length).what != nullptr) break;
     ++count;
     if (callback != nullptr && callback(context, &event) != 0) break;
-    *offset += length;
+    offset += length;
   }
   return count;
 }
@@ -193,10 +192,7 @@ extern "C" uint64_t kelp_trace_read_ring(kelp_trace_callback callback, void *con
     records.resize(trace.ring.used());
     trace.ring.copy_to(records.data());
   });
-  if (!done) return 0;
-  kelp::trace::Fault fault;
-  size_t offset = 0;
-  return kelp::trace::hand_out(records.data(), records.size(), callback, context, &fault, &offset);
+  return done ? kelp::trace::hand_out(records, callback, context) : 0;
 }
 
 extern "C" int32_t kelp_trace_read_record(const uint8_t *bytes, size_t size,
