@@ -214,8 +214,8 @@ void release(Reading &image, void *block) {
 
 // Required: with reuse, old state bytes go only when the count changed. New ones are allocated in
 // any case, so that those of an array of the same count are left behind.
-bool provide_element_states(Reading &image, std::uint32_t count,
-                            const array_field::ArrayFacts &array) {
+bool provide_element_states(const array_field::ArrayFacts &array, Reading &image,
+                            std::uint32_t count) {
   std::uint8_t *&states = array_field::element_states_of(array, image.area);
   if (image.reuse != 0 && states != nullptr && count != image.held_elements) {
     release(image, states);
@@ -237,7 +237,7 @@ bool provide_elements(const array_field::ArrayFacts &array, Reading &image, void
   const bool count_changes = count != image.held_elements;
   const auto drop_states = [&] {
     if (count_changes) {
-      array_field::drop_element_states(image.handle, image.space_id, object, array);
+      array_field::drop_element_states(array, image.handle, image.space_id, object);
     }
   };
   if (image.reuse != 0 && *store != nullptr && count_changes) {
@@ -254,7 +254,7 @@ bool provide_elements(const array_field::ArrayFacts &array, Reading &image, void
     }
   }
   std::memset(*store, 0, size);
-  if (image.states == States::copy) return provide_element_states(image, count, array);
+  if (image.states == States::copy) return provide_element_states(array, image, count);
   drop_states();
   return true;
 }

@@ -35,7 +35,6 @@ struct Operation {
   bool unsafe_twin = false;   // the same operation is exported with _unsafe behind its name too
   std::uint8_t vft_slot = 0;  // KELP_VFT_...: where a table's vft has the unsafe twin; 0 for none
   bool single_underscore = false;  // keeps one underscore where a composite key's part ends in two
-  bool is_void_argument_list = false;
 };
 
 // The arguments that nearly all operations share.

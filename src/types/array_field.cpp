@@ -80,8 +80,8 @@ void *element_at(const ArrayFacts &array, void *object, std::uint32_t index) {
   return place_in(array, store_of(array, object), index);
 }
 
-std::uint8_t *provide_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
-                                     const ArrayFacts &array) {
+std::uint8_t *provide_element_states(const ArrayFacts &array, kelp_handle *handle,
+                                     std::uint32_t space_id, void *object) {
   std::uint8_t *&states = element_states_of(array, area_of(array, handle, space_id, object));
   if (states != nullptr) return states;
   const std::size_t count = count_of(array, object);
@@ -92,8 +92,8 @@ std::uint8_t *provide_element_states(kelp_handle *handle, std::uint32_t space_id
   return made;
 }
 
-void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
-                         const ArrayFacts &array) {
+void drop_element_states(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id,
+                         void *object) {
   if (!state_tracking::is_tracked(object)) return;
   std::uint8_t *&states = element_states_of(array, area_of(array, handle, space_id, object));
   if (states == nullptr) return;
@@ -140,7 +140,7 @@ bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, 
   }
   store(handle, space_id, &count_of(array, object), index + 1);
   if (tracking_of(handle, array.growth.corrupted) != Tracking::on) {
-    if (index + 1 != old_count) drop_element_states(handle, space_id, object, array);
+    if (index + 1 != old_count) drop_element_states(array, handle, space_id, object);
     return true;
   }
   return state_tracking::require_tracked(handle, object, *array.field, array.growth.not_tracked,
@@ -196,7 +196,7 @@ void replace(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_i
   const std::uint32_t old_count = count_of(array, object);
   store(handle, space_id, &count_of(array, object), count);
   if (!tracking) {
-    if (count != old_count) drop_element_states(handle, space_id, object, array);
+    if (count != old_count) drop_element_states(array, handle, space_id, object);
     return;
   }
 

@@ -238,13 +238,13 @@ bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, 
 
 // The state bytes of the elements; an array of a tracked object that has none gets them, all 0.
 // Null without memory.
-std::uint8_t *provide_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
-                                     const ArrayFacts &array);
+std::uint8_t *provide_element_states(const ArrayFacts &array, kelp_handle *handle,
+                                     std::uint32_t space_id, void *object);
 
 // Gives back the state bytes of elements that are no longer there. Nothing is done for an object
 // that is not tracked.
-void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
-                         const ArrayFacts &array);
+void drop_element_states(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id,
+                         void *object);
 
 // Marks the array as a whole and one element as written, under a tracking handle.
 void mark(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,

@@ -224,7 +224,7 @@ void element_state_flag_set(kelp_handle *handle, std::uint32_t space_id, void *o
   }
   if (!may_write<T, F>(handle, space_id, object, err)) return;
   std::uint8_t *states =
-      array_field::provide_element_states(handle, space_id, object, array_field::facts<T, F>);
+      array_field::provide_element_states(array_field::facts<T, F>, handle, space_id, object);
   if (states == nullptr) return fail(handle, KELP_ERR_NO_MEMORY, err, About(F));
   store(handle, space_id, states + index, static_cast<std::uint8_t>(value));
 }

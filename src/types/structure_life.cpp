@@ -283,8 +283,8 @@ void mark_embedded(kelp_handle *handle, std::uint32_t space_id, void *object) {
   store(handle, space_id, &flags, static_cast<std::uint8_t>(flags | OBJ_EMBEDDED));
 }
 
-void mark_children_embedded(kelp_handle *handle, std::uint32_t space_id, void *object,
-                            const StructureFacts &facts) {
+void mark_children_embedded(const StructureFacts &facts, kelp_handle *handle,
+                            std::uint32_t space_id, void *object) {
   for (const FieldFacts &field : facts.fields) {
     switch (field.kind) {
       case Kind::structure:
@@ -324,7 +324,7 @@ void set_instance_embedded(const StructureFacts &facts, kelp_handle *handle, std
       std::any_of(facts.fields.begin(), facts.fields.end(),
                   [](const FieldFacts &field) { return field.kind == Kind::structure; });
   if (!children_first) mark_embedded(handle, space_id, object);
-  mark_children_embedded(handle, space_id, object, facts);
+  mark_children_embedded(facts, handle, space_id, object);
   if (children_first) mark_embedded(handle, space_id, object);
 }
 

@@ -45,22 +45,22 @@ void copy_content(const StructureFacts &facts, void *destination, const void *so
 
 // The elements of the destination, at any depth, are no longer those that its state bytes are
 // about.
-void drop_element_states(kelp_handle *handle, std::uint32_t space_id, void *object,
-                         const StructureFacts &facts) {
+void drop_element_states(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                         void *object) {
   if (!state_tracking::is_tracked(object)) return;
   for (const FieldFacts &field : facts.fields) {
     if (field.kind == Kind::array) {
-      array_field::drop_element_states(handle, space_id, object, *field.array);
+      array_field::drop_element_states(*field.array, handle, space_id, object);
     } else if (field.kind == Kind::structure) {
-      drop_element_states(handle, space_id, bytes(object) + field.offset, *field.structure);
+      drop_element_states(*field.structure, handle, space_id, bytes(object) + field.offset);
     }
   }
 }
 
 // Copies the state bytes of source. The pointers to element state bytes are among them, so that
 // source has to give them up.
-void move_state(kelp_handle *handle, std::uint32_t space_id, void *destination, void *source,
-                const StructureFacts &facts) {
+void move_state(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                void *destination, void *source) {
   std::uint8_t *to = state_tracking::area_of(handle, space_id, destination, facts.object_size);
   std::uint8_t *from = state_tracking::area_of(handle, space_id, source, facts.object_size);
   offset_update(facts, handle, space_id, destination, to);
@@ -90,9 +90,9 @@ void set(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_i
   const bool tracking =
       state_tracking::tracking_of(handle, facts.messages.corrupted_at_transfer) == Tracking::on;
   if (tracking && state_tracking::is_tracked(source) && state_tracking::is_tracked(destination)) {
-    move_state(handle, space_id, destination, source, facts);
+    move_state(facts, handle, space_id, destination, source);
   } else {
-    drop_element_states(handle, space_id, destination, facts);
+    drop_element_states(facts, handle, space_id, destination);
   }
   if (tracking && !state_tracking::is_tracked(source) &&
       !state_tracking::require_tracked(handle, source, About(facts.record->type_name),
