@@ -48,7 +48,7 @@ TEST(Image, AnAreaOfVariant1HasItsIdAndBothReferences) {
   interfaces.handle_word = 0x0102030405060708;
   interfaces.id[0] = 0x11;
   interfaces.source[15] = 0x22;
-  const Bytes expected = bytes_of("01 00 00000058 0000000a 0102030405060708 11" +
+  const Bytes expected = from_hex("01 00 00000058 0000000a 0102030405060708 11" +
                                   std::string(30, '0') + std::string(30, '0') + "22" + empty_oid);
   EXPECT_EQ(image_of(store, area, &store.err), expected);
   EXPECT_EQ(ospf_area_len(store, 0, area), expected.size());
@@ -60,7 +60,7 @@ TEST(Image, AnAreaOfVariant0LacksTheReferenceOfVariant1) {
   store.set_variant("ospf_area", 0);
   const Object<ospf_area> area(store, types::ospf_area);
   ospf_area_area_id_set_value(store, 0, area, 10, &store.err);
-  EXPECT_EQ(image_of(store, area, &store.err), bytes_of("00 00 00000030 0000000a" + empty_oid));
+  EXPECT_EQ(image_of(store, area, &store.err), from_hex("00 00 00000030 0000000a" + empty_oid));
   EXPECT_EQ(ospf_area_len(store, 0, area), 50u);
   EXPECT_EQ(store.err, 0u);
 }
@@ -72,7 +72,7 @@ TEST(Image, ATrackedAreaHasAStateByteBehindEachField) {
   ospf_area_interfaces_state_flag_set(store, 0, area, 7, &store.err);
   ospf_area_area_scope_lsas_state_flag_set(store, 0, area, 9, &store.err);
   EXPECT_EQ(image_of(store, area, &store.err),
-            bytes_of("01 08 0000005b 0000000a 02" + empty_oid + "07" + empty_oid + "09"));
+            from_hex("01 08 0000005b 0000000a 02" + empty_oid + "07" + empty_oid + "09"));
   EXPECT_EQ(ospf_area_len(store, 0, area), 93u);
   EXPECT_EQ(store.err, 0u);
 }
@@ -85,7 +85,7 @@ TEST(Image, ANetworkHasItsMaskTheCountAndTheElements) {
   const std::uint32_t routers[] = {1, 0x0A000001};
   ospfv2_network_attached_router_set_mem(store, 0, network, routers, 2, &store.err);
   EXPECT_EQ(image_of(store, network, &store.err),
-            bytes_of("00 00 00000026 04ff ffffff00 000000000000000000000000 00000000"
+            from_hex("00 00 00000026 04ff ffffff00 000000000000000000000000 00000000"
                      "00000002 00000001 0a000001"));
   EXPECT_EQ(ospfv2_network_len(store, 0, network), 40u);
   EXPECT_EQ(store.err, 0u);
@@ -99,7 +99,7 @@ TEST(Image, AChoiceHasItsSelectorAndTheSelectedArms) {
   ospf_crypto_algorithm_md5_set_value(store, 0, algorithm, 1, &store.err);
   ospf_authentication_crypto_algorithm_val_set(store, 0, choice, algorithm, &store.err);
   EXPECT_EQ(image_of(store, choice, &store.err),
-            bytes_of("01 00 0000001e 01 00000002 00000003 6b6579"
+            from_hex("01 00 0000001e 01 00000002 00000003 6b6579"
                      "00 00 0000000c 00 00 01 00 00 00 00 00"));
   EXPECT_EQ(ospf_authentication_len(store, 0, choice), 32u);
   EXPECT_EQ(store.err, 0u);
@@ -110,7 +110,7 @@ TEST(Image, ATrackedChoiceHasAStateByteForEverySlot) {
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
   ospf_authentication_key_chain_set(store, 0, choice, text_arm(store, "k"), &store.err);
   EXPECT_EQ(image_of(store, choice, &store.err),
-            bytes_of("01 08 00000014 01 00000001 00  00  00000001 6b 02  00 00 00"));
+            from_hex("01 08 00000014 01 00000001 00  00  00000001 6b 02  00 00 00"));
   EXPECT_EQ(store.err, 0u);
 }
 
@@ -122,7 +122,7 @@ TEST(Image, AnInterfaceKeepsItsReferenceInTheMiddle) {
       u_int32_create(store, 0), &store.err);
   const std::string unset = "00ff" + std::string(40, '0');
   EXPECT_EQ(image_of(store, object, &store.err),
-            bytes_of("01 00 00000124 00000000 00 00000000 00 00"
+            from_hex("01 00 00000124 00000000 00 00000000 00 00"
                      "00 00 0000000a 00000000 0000" +
                      empty_oid +
                      "00 00 00 00000007 00 00 00 0000 0000 0000 0000 0000 00 00 00 00"
@@ -142,7 +142,7 @@ TEST(Image, LengthsOfTheSmallestImages) {
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);
   header(object).variant = -1;
   EXPECT_EQ(ospfv2_topology_len(store, 0, object), 6u);
-  EXPECT_EQ(image_of(store, object, &store.err), bytes_of("ff 00 00000004"));
+  EXPECT_EQ(image_of(store, object, &store.err), from_hex("ff 00 00000004"));
   EXPECT_EQ(store.err, 0u);
 }
 
@@ -166,7 +166,7 @@ TEST(Image, ANewerWritersFieldsAreJumpedByATypeOfOneVariant) {
   Store store;
   TraceLog trace;
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);
-  Buffer buffer(bytes_of("01 00 0000000f 00000007 0008 aabbccddee"));
+  Buffer buffer(from_hex("01 00 0000000f 00000007 0008 aabbccddee"));
   EXPECT_EQ(ospfv2_topology_unmarshal(store, 0, buffer.data(), object, 17, 0, &store.err), 17u);
   EXPECT_EQ(header(object).variant, 0);
   EXPECT_EQ(ospfv2_topology_mt_id_get_value(store, 0, object, &store.err), 7u);
@@ -182,7 +182,7 @@ TEST(Image, AVariantAboveTheHighestIsReadAsTheHighest) {
   Store store;
   TraceLog trace;
   const Object<ospf_area> area(store, types::ospf_area);
-  Buffer buffer(bytes_of("02 00 0000005b 0000000a" + empty_oid + empty_oid + "010203"));
+  Buffer buffer(from_hex("02 00 0000005b 0000000a" + empty_oid + empty_oid + "010203"));
   EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), area, 93, 0, &store.err), 93u);
   EXPECT_EQ(header(area).variant, 1);
   EXPECT_EQ(ospf_area_area_id_get_value(store, 0, area, &store.err), 10u);
@@ -195,7 +195,7 @@ TEST(Image, AnImageOfVariant0LowersTheObjectAndKeepsItsLaterFields) {
   const Object<ospf_area> area(store, types::ospf_area);
   auto &later = field<kelp_reference>(area, types::ospf_area, "area_scope_lsas").oid;
   later.handle_word = 77;
-  Buffer buffer(bytes_of("00 00 00000030 0000000a" + empty_oid));
+  Buffer buffer(from_hex("00 00 00000030 0000000a" + empty_oid));
   EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), area, 50, 0, &store.err), 50u);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(header(area).variant, 0);
@@ -223,7 +223,7 @@ TEST(Image, AnObjectAboveTheDomainIsWrittenAtTheDomainsVariantAndRefused) {
   EXPECT_EQ(calls.only({"kelp_store_epoch_err", "kelp_store_err"}), expected);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   // Nothing but the frame is written under the set word, and the jump word is patched.
-  EXPECT_EQ(buffer.first(used), bytes_of("00 00 00000004"));
+  EXPECT_EQ(buffer.first(used), from_hex("00 00 00000004"));
 }
 
 TEST(Image, MarshalForCloneWritesAnObjectAboveTheDomainAsItIs) {
@@ -272,7 +272,7 @@ TEST(Image, OnlyTwoObjectFlagsGoOnTheWire) {
 TEST(Image, OtherFlagsInAnImageAreNotTaken) {
   Store store;
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);
-  Buffer buffer(bytes_of("00 d7 0000000a 00000007 0008"));
+  Buffer buffer(from_hex("00 d7 0000000a 00000007 0008"));
   EXPECT_EQ(ospfv2_topology_unmarshal(store, 0, buffer.data(), object, 12, 0, &store.err), 12u);
   EXPECT_EQ(header(object).obj_flags, 0);
   EXPECT_EQ(store.err, 0u);
@@ -284,10 +284,10 @@ TEST(Image, AnRaDataBlockIsWrittenZeroedAndDroppedByTheReader) {
   ospfv2_topology_mt_id_set_value(store, 0, object, 7, &store.err);
   header(object).obj_flags |= OBJ_RA_DATA;
   const Bytes image = image_of(store, object, &store.err);
-  EXPECT_EQ(image, bytes_of("00 20 000000000000000000 0000000a 00000007 0000"));
+  EXPECT_EQ(image, from_hex("00 20 000000000000000000 0000000a 00000007 0000"));
   EXPECT_EQ(ospfv2_topology_len(store, 0, object), image.size() - 9);
   const Object<ospfv2_topology> copy(store, types::ospfv2_topology);
-  Buffer buffer(bytes_of("00 20 112233445566778899 0000000a 00000009 0000"));
+  Buffer buffer(from_hex("00 20 112233445566778899 0000000a 00000009 0000"));
   EXPECT_EQ(ospfv2_topology_unmarshal(store, 0, buffer.data(), copy, 21, 0, &store.err), 21u);
   EXPECT_EQ(ospfv2_topology_mt_id_get_value(store, 0, copy, &store.err), 9u);
   EXPECT_EQ(header(copy).obj_flags, OBJ_RA_DATA);
@@ -299,14 +299,14 @@ TEST(Image, AnRaDataBlockIsWrittenZeroedAndDroppedByTheReader) {
 TEST(Image, AnUntrackedObjectGetsZeroStateBytesUnderATrackingHandle) {
   Store store({.tracking = KELP_TRACKING_ON});
   const Object<ospfv2_topology> object(store.another_handle({}), types::ospfv2_topology);
-  EXPECT_EQ(image_of(store, object, &store.err), bytes_of("00 08 0000000c 00000000 00 0000 00"));
+  EXPECT_EQ(image_of(store, object, &store.err), from_hex("00 08 0000000c 00000000 00 0000 00"));
 }
 
 TEST(Image, ATrackingReaderOfAnUntrackedImageKeepsItsStateBytes) {
   Store store({.tracking = KELP_TRACKING_ON});
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);
   ospfv2_topology_metric_state_flag_set(store, 0, object, 5, &store.err);
-  Buffer buffer(bytes_of("00 00 0000000a 00000007 0008"));
+  Buffer buffer(from_hex("00 00 0000000a 00000007 0008"));
   EXPECT_EQ(ospfv2_topology_unmarshal(store, 0, buffer.data(), object, 12, 0, &store.err), 12u);
   EXPECT_EQ(header(object).obj_flags & OBJ_STATE_TRACKED, OBJ_STATE_TRACKED);
   EXPECT_EQ(ospfv2_topology_mt_id_state_flag_get(store, 0, object, &store.err), 0);
@@ -317,7 +317,7 @@ TEST(Image, ATrackingReaderOfAnUntrackedImageKeepsItsStateBytes) {
 TEST(Image, ATrackingReaderTakesTheStateBytesAndAnnouncesEach) {
   Store store({.tracking = KELP_TRACKING_ON});
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);
-  Buffer buffer(bytes_of("00 08 0000000c 00000007 02 0008 03"));
+  Buffer buffer(from_hex("00 08 0000000c 00000007 02 0008 03"));
   WriteWatch watch(store);
   EXPECT_EQ(ospfv2_topology_unmarshal(store, 3, buffer.data(), object, 14, 0, &store.err), 14u);
   const auto writes = watch.writes();
@@ -357,7 +357,7 @@ TEST(Image, AnEmptyArrayHasNoStateByteAlthoughLenCountsOne) {
   const Object<ospfv2_network> network(store, types::ospfv2_network);
   ospfv2_network_attached_router_state_flag_whole_set(store, 0, network, 9, &store.err);
   const Bytes image = image_of(store, network, &store.err);
-  EXPECT_EQ(image, bytes_of("00 08 0000001f 00ff" + std::string(40, '0') + "00 00000000"));
+  EXPECT_EQ(image, from_hex("00 08 0000001f 00ff" + std::string(40, '0') + "00 00000000"));
   EXPECT_EQ(ospfv2_network_len(store, 0, network), image.size() + 1);
   EXPECT_EQ(store.err, 0u);
 }
@@ -375,10 +375,10 @@ TEST(Image, LenOfAnUntrackedObjectUnderATrackingHandleCountsNoElementStates) {
 TEST(Image, ElementsThatCameWithoutStatesAreWrittenWithZeroStates) {
   Store store({.tracking = KELP_TRACKING_ON});
   const Object<ospfv2_network> network(store, types::ospfv2_network);
-  Buffer buffer(bytes_of("00 00 00000022 00ff" + std::string(40, '0') + "00000001 00000005"));
+  Buffer buffer(from_hex("00 00 00000022 00ff" + std::string(40, '0') + "00000001 00000005"));
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 36, 0, &store.err), 36u);
   EXPECT_EQ(image_of(store, network, &store.err),
-            bytes_of("00 08 00000025 00ff" + std::string(40, '0') + "00 00000001 00000005 00 00"));
+            from_hex("00 08 00000025 00ff" + std::string(40, '0') + "00 00000001 00000005 00 00"));
   EXPECT_EQ(store.err, 0u);
 }
 
@@ -391,7 +391,7 @@ TEST(Image, WithoutRoomTheStateByteOfAPlainFieldFallsBehindTheBuffer) {
   Buffer buffer;
   EXPECT_EQ(ospfv2_topology_marshal(store, 0, buffer.data(), object, 13, &store.err), 13u);
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(buffer.first(15), bytes_of("00 08 0000000b 00000000 00 0008 02 a5"));
+  EXPECT_EQ(buffer.first(15), from_hex("00 08 0000000b 00000000 00 0008 02 a5"));
 }
 
 TEST(Image, WithRoomForOneByteTheStateByteOfAPlainFieldIsInTheImage) {
@@ -399,7 +399,7 @@ TEST(Image, WithRoomForOneByteTheStateByteOfAPlainFieldIsInTheImage) {
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);
   Buffer buffer;
   EXPECT_EQ(ospfv2_topology_marshal(store, 0, buffer.data(), object, 14, &store.err), 14u);
-  EXPECT_EQ(buffer.first(15), bytes_of("00 08 0000000c 00000000 00 0000 00 a5"));
+  EXPECT_EQ(buffer.first(15), from_hex("00 08 0000000c 00000000 00 0000 00 a5"));
 }
 
 TEST(Image, TheStateByteOfAReferenceNeedsRoomForTwo) {
@@ -430,7 +430,7 @@ TEST(Image, AReaderAtTheExactEndTakesNoStateByteOfAPlainField) {
   Store store({.tracking = KELP_TRACKING_ON});
   const Object<ospfv2_topology> object(store, types::ospfv2_topology);
   object.area()[1] = 9;
-  Buffer buffer(bytes_of("00 08 0000000b 00000000 01 0008 02"));
+  Buffer buffer(from_hex("00 08 0000000b 00000000 01 0008 02"));
   EXPECT_EQ(ospfv2_topology_unmarshal(store, 0, buffer.data(), object, 13, 0, &store.err), 13u);
   EXPECT_EQ(object.area()[0], 1);
   EXPECT_EQ(object.area()[1], 9);
@@ -441,7 +441,7 @@ TEST(Image, AReaderOfAnExactImageJumpsOverTheStateByteOfALastReference) {
   Store store({.tracking = KELP_TRACKING_ON});
   Store untracked;
   TraceLog trace;
-  const Bytes image = bytes_of("01 08 0000005b 0000000a 02" + empty_oid + "03" + empty_oid + "04");
+  const Bytes image = from_hex("01 08 0000005b 0000000a 02" + empty_oid + "03" + empty_oid + "04");
   const Object<ospf_area> area(store, types::ospf_area);
   Buffer buffer(image);
   EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), area, 93, 0, &store.err), 93u);
@@ -468,7 +468,7 @@ TEST(Image, ElementStatesAreCutToTheRoom) {
   EXPECT_EQ(image_of(store, network, &store.err).size(), 49u);
   Buffer buffer;
   EXPECT_EQ(ospfv2_network_marshal(store, 0, buffer.data(), network, 47, &store.err), 47u);
-  EXPECT_EQ(Bytes(buffer.bytes.begin() + 45, buffer.bytes.begin() + 49), bytes_of("02 04 a5 a5"));
+  EXPECT_EQ(Bytes(buffer.bytes.begin() + 45, buffer.bytes.begin() + 49), from_hex("02 04 a5 a5"));
   EXPECT_EQ(buffer.bytes[5], 45);
   EXPECT_EQ(store.err, 0u);
 
@@ -491,18 +491,18 @@ TEST(Image, AByteArrayLongerThanTheRoomIsCutWith90) {
   EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
   EXPECT_EQ(calls.count("kelp_store_err"), 1u);
-  EXPECT_EQ(buffer.first(17), bytes_of("00 00 0000000e 0000 0000 00000005 01 02 a5"));
+  EXPECT_EQ(buffer.first(17), from_hex("00 00 0000000e 0000 0000 00000005 01 02 a5"));
 }
 
 TEST(Image, AShortBufferLeavesTheTailOfAByteArrayZeroWithoutAFailure) {
   Store store;
   const Object<ospfv2_unknown_sub_tlv> object(store, types::ospfv2_unknown_sub_tlv);
-  Buffer buffer(bytes_of("00 00 0000000e 0000 0000 00000005 01 02"));
+  Buffer buffer(from_hex("00 00 0000000e 0000 0000 00000005 01 02"));
   EXPECT_EQ(ospfv2_unknown_sub_tlv_unmarshal(store, 0, buffer.data(), object, 16, 0, &store.err),
             16u);
   std::uint8_t value[5];
   ospfv2_unknown_sub_tlv_value_get_mem(store, 0, object, value, 5, &store.err);
-  EXPECT_EQ(Bytes(value, value + 5), bytes_of("01 02 00 00 00"));
+  EXPECT_EQ(Bytes(value, value + 5), from_hex("01 02 00 00 00"));
   EXPECT_EQ(store.err, 0u);
 }
 
@@ -512,9 +512,9 @@ TEST(Image, AnEmbeddedObjectAtTheVeryEndOfTheBufferIs12) {
   Buffer buffer;
   EXPECT_EQ(ospfv2_lsa_marshal(store, 0, buffer.data(), lsa, 6, &store.err), 6u);
   EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-  EXPECT_EQ(buffer.first(7), bytes_of("00 00 00000004 a5"));
+  EXPECT_EQ(buffer.first(7), from_hex("00 00 00000004 a5"));
   store.err = 0;
-  Buffer image(bytes_of("00 00 00000004"));
+  Buffer image(from_hex("00 00 00000004"));
   EXPECT_EQ(ospfv2_lsa_unmarshal(store, 0, image.data(), lsa, 6, 0, &store.err), 6u);
   EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
 }
@@ -534,7 +534,7 @@ TEST(Image, TheJumpWordIsPatchedAfterAFailure) {
   Buffer buffer;
   EXPECT_EQ(ospf_area_marshal(store, 0, buffer.data(), area, 20, &store.err), 10u);
   EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
-  EXPECT_EQ(buffer.first(11), bytes_of("01 00 00000008 00000000 a5"));
+  EXPECT_EQ(buffer.first(11), from_hex("01 00 00000008 00000000 a5"));
 }
 
 TEST(Image, TheJumpWordIsPatchedWithFourBytesOfRoomWhateverThereIs) {
@@ -543,7 +543,7 @@ TEST(Image, TheJumpWordIsPatchedWithFourBytesOfRoomWhateverThereIs) {
   Buffer buffer;
   EXPECT_EQ(ospf_area_marshal(store, 0, buffer.data(), area, 3, &store.err), 2u);
   EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
-  EXPECT_EQ(buffer.first(7), bytes_of("01 00 00000000 a5"));
+  EXPECT_EQ(buffer.first(7), from_hex("01 00 00000000 a5"));
 }
 
 TEST(Image, ALengthBelowOneIs12) {
@@ -588,7 +588,7 @@ TEST(Image, AnArrayOfTheSameCountReusesItsStore) {
   ospfv2_network_attached_router_set_mem(store, 0, network, routers, 2, &store.err);
   auto *&elements = field<std::uint32_t *>(network, types::ospfv2_network, "attached_router");
   const auto *before = elements;
-  Buffer buffer(bytes_of(network_head + "00000002 00000007 00000008"));
+  Buffer buffer(from_hex(network_head + "00000002 00000007 00000008"));
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 40, 1, &store.err), 40u);
   EXPECT_EQ(elements, before);
   EXPECT_EQ(elements[0], 7u);
@@ -603,7 +603,7 @@ TEST(Image, AnArrayOfAnotherCountReplacesItsStoreUnderReuse) {
   ospfv2_network_attached_router_set_mem(store, 0, network, routers, 3, &store.err);
   const auto live = store.live_allocations();
   const auto *slot = &field<std::uint32_t *>(network, types::ospfv2_network, "attached_router");
-  Buffer buffer(bytes_of(network_head + "00000002 00000007 00000008"));
+  Buffer buffer(from_hex(network_head + "00000002 00000007 00000008"));
   WriteWatch watch(store);
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 40, 1, &store.err), 40u);
   const auto writes = watch.writes();
@@ -624,7 +624,7 @@ TEST(Image, WithoutReuseAStoreIsAllocatedWhateverTheObjectHolds) {
   const std::uint32_t routers[] = {1, 2};
   ospfv2_network_attached_router_set_mem(store, 0, network, routers, 2, &store.err);
   const auto live = store.live_allocations();
-  Buffer buffer(bytes_of(network_head + "00000002 00000007 00000008"));
+  Buffer buffer(from_hex(network_head + "00000002 00000007 00000008"));
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 40, 0, &store.err), 40u);
   EXPECT_EQ(store.live_allocations(), live + 1);
 }
@@ -635,7 +635,7 @@ TEST(Image, AnEmptyArrayInTheImageLeavesTheStoreAlone) {
   const std::uint32_t routers[] = {1, 2};
   ospfv2_network_attached_router_set_mem(store, 0, network, routers, 2, &store.err);
   const auto *before = field<std::uint32_t *>(network, types::ospfv2_network, "attached_router");
-  Buffer buffer(bytes_of("00 00 0000001e 00ff" + std::string(40, '0') + "00000000"));
+  Buffer buffer(from_hex("00 00 0000001e 00ff" + std::string(40, '0') + "00000000"));
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 32, 1, &store.err), 32u);
   EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network, &store.err), 0u);
   EXPECT_EQ(field<std::uint32_t *>(network, types::ospfv2_network, "attached_router"), before);
@@ -679,7 +679,7 @@ TEST(Image, ReuseReachesTheArraysOfEmbeddedObjects) {
 TEST(Image, WithoutMemoryForElementsTheReaderEndsAtOnce) {
   Store store;
   const Object<ospfv2_network> network(store, types::ospfv2_network);
-  Buffer buffer(bytes_of(network_head + "00000002 00000007 00000008"));
+  Buffer buffer(from_hex(network_head + "00000002 00000007 00000008"));
   header(network).variant = 0;
   store.fail_allocation(0);
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 40, 0, &store.err), 0u);
@@ -709,7 +709,7 @@ TEST(Image, ACountThatCannotBeReadLeavesTheArrayAlone) {
   const Object<ospfv2_network> network(store, types::ospfv2_network);
   const std::uint32_t routers[] = {1, 2};
   ospfv2_network_attached_router_set_mem(store, 0, network, routers, 2, &store.err);
-  Buffer buffer(bytes_of("00 00 0000001c 00ff" + std::string(40, '0') + "0000"));
+  Buffer buffer(from_hex("00 00 0000001c 00ff" + std::string(40, '0') + "0000"));
   EXPECT_EQ(ospfv2_network_unmarshal(store, 0, buffer.data(), network, 30, 1, &store.err), 30u);
   EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   store.err = 0;
@@ -726,7 +726,7 @@ TEST(Image, ASelectorOfNoArmHasOnlyTheStateBytesOfTheEmptySlots) {
       &field<std::uint8_t[16]>(choice, types::ospf_authentication, "auth_type_selection")[12]);
   selector = 7;
   EXPECT_EQ(image_of(store, choice, &store.err),
-            bytes_of("01 08 0000000f 01 00000007 00 00 00 00 00 00"));
+            from_hex("01 08 0000000f 01 00000007 00 00 00 00 00 00"));
   EXPECT_EQ(ospf_authentication_len(store, 0, choice), 17u);
   EXPECT_EQ(store.err, 0u);
 }
@@ -741,7 +741,7 @@ TEST(Image, ASelectedArmThatIsMissingIs2AndTheImageGoesOn) {
   EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
   EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
   EXPECT_EQ(calls.count("kelp_store_err"), 1u);
-  EXPECT_EQ(buffer.first(used), bytes_of("01 08 0000000f 01 00000000 00 00 00 00 00 00"));
+  EXPECT_EQ(buffer.first(used), from_hex("01 08 0000000f 01 00000000 00 00 00 00 00 00"));
 }
 
 TEST(Image, AKeyWithoutItsTextIs2) {
@@ -759,17 +759,17 @@ TEST(Image, TheArmOfVariant1HasNoSlotInAnImageOfVariant0) {
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
   ospf_authentication_no_auth_set(store, 0, choice, u_int32_create(store, 0), &store.err);
   EXPECT_EQ(image_of(store, choice, &store.err),
-            bytes_of("01 08 00000013 01 00000003 00 00 00 00 00 00000000 02"));
+            from_hex("01 08 00000013 01 00000003 00 00 00 00 00 00000000 02"));
   header(choice).variant = 0;
   EXPECT_EQ(image_of(store, choice, &store.err),
-            bytes_of("00 08 0000000e 01 00000003 00 00 00 00 00"));
+            from_hex("00 08 0000000e 01 00000003 00 00 00 00 00"));
   EXPECT_EQ(store.err, 0u);
 }
 
 TEST(Image, TheReaderMakesTheSelectedArmsAndAnnouncesTheirSlots) {
   Store store;
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
-  Buffer buffer(bytes_of(
+  Buffer buffer(from_hex(
       "01 00 0000001e 01 00000002 00000003 6b6579 00 00 0000000c 00 00 01 01 00 00 00 00"));
   WriteWatch watch(store);
   EXPECT_EQ(ospf_authentication_unmarshal(store, 0, buffer.data(), choice, 32, 0, &store.err), 32u);
@@ -796,7 +796,7 @@ TEST(Image, TheReaderFillsAnArmThatIsThere) {
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
   kelp_vstring *arm = text_arm(store, "old");
   ospf_authentication_sa_set(store, 0, choice, arm, &store.err);
-  Buffer buffer(bytes_of("01 00 0000000d 01 00000000 00000003 6e6577"));
+  Buffer buffer(from_hex("01 00 0000000d 01 00000000 00000003 6e6577"));
   buffer.bytes[5] = 0x10;
   EXPECT_EQ(ospf_authentication_unmarshal(store, 0, buffer.data(), choice, 40, 0, &store.err), 18u);
   EXPECT_EQ(ospf_authentication_sa_get(store, 0, choice, &store.err), arm);
@@ -807,7 +807,7 @@ TEST(Image, TheReaderFillsAnArmThatIsThere) {
 TEST(Image, WithoutMemoryForAnArmTheReaderEndsAtOnce) {
   Store store;
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
-  Buffer buffer(bytes_of("01 00 00000010 01 00000000 00000003 6e6577"));
+  Buffer buffer(from_hex("01 00 00000010 01 00000000 00000003 6e6577"));
   store.fail_allocation(0);
   EXPECT_EQ(ospf_authentication_unmarshal(store, 0, buffer.data(), choice, 18, 0, &store.err), 0u);
   EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
@@ -819,7 +819,7 @@ TEST(Image, TheReaderLeavesTheArmsAtTheFirstError) {
   Store store;
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
   // The text of key_string is longer than the image; the algorithm behind it is not made.
-  Buffer buffer(bytes_of("01 00 0000000f 01 00000002 00000009 6b65"));
+  Buffer buffer(from_hex("01 00 0000000f 01 00000002 00000009 6b65"));
   EXPECT_EQ(ospf_authentication_unmarshal(store, 0, buffer.data(), choice, 17, 0, &store.err), 17u);
   EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
   EXPECT_NE(field<void *>(choice, types::ospf_authentication, "key_string"), nullptr);
@@ -830,7 +830,7 @@ TEST(Image, OnlyTheReaderOfTheChoiceRegistersTheTrace) {
   Store store;
   const Object<ospf_authentication> choice(store, types::ospf_authentication);
   const Object<ospf_area> area(store, types::ospf_area);
-  Buffer buffer(bytes_of("00 00 00000004"));
+  Buffer buffer(from_hex("00 00 00000004"));
   CallLog calls;
   ospf_authentication_unmarshal(store, 0, buffer.data(), choice, 6, 0, &store.err);
   EXPECT_EQ(calls.count("xlog_module_init_fn"), 1u);
@@ -847,7 +847,7 @@ TEST(Image, TheReadersHeaderStoresAreNotAnnounced) {
   kelp_type_record *record = header(area).tinfo;
   header(area).variant = 0;
   header(area).tinfo = nullptr;
-  Buffer buffer(bytes_of("01 00 00000058 0000000a" + empty_oid + empty_oid));
+  Buffer buffer(from_hex("01 00 00000058 0000000a" + empty_oid + empty_oid));
   WriteWatch watch(store);
   EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), area, 90, 0, &store.err), 90u);
   const auto writes = watch.writes();
@@ -869,7 +869,7 @@ TEST(Image, UnderSharedTypeRecordsTheReaderStoresTheRuntimesCopy) {
   kelp_type_record *copy = header(area).tinfo;
   EXPECT_NE(copy, &_ospf_area_type_info_internal);
   header(area).tinfo = &_ospf_area_type_info_internal;
-  Buffer buffer(bytes_of("01 00 00000058 0000000a" + empty_oid + empty_oid));
+  Buffer buffer(from_hex("01 00 00000058 0000000a" + empty_oid + empty_oid));
   EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), area, 90, 0, &store.err), 90u);
   EXPECT_EQ(header(area).tinfo, copy);
 }
@@ -898,7 +898,7 @@ TEST(Image, ANullObjectIs22) {
   Buffer buffer;
   EXPECT_EQ(ospf_area_marshal(store, 0, buffer.data(), nullptr, 90, &store.err), 6u);
   EXPECT_EQ(store.err, KELP_ERR_INVALID);
-  EXPECT_EQ(buffer.first(7), bytes_of("00 00 00000004 a5"));
+  EXPECT_EQ(buffer.first(7), from_hex("00 00 00000004 a5"));
   store.err = 0;
   EXPECT_EQ(ospf_area_unmarshal(store, 0, buffer.data(), nullptr, 90, 0, &store.err), 0u);
   EXPECT_EQ(store.err, KELP_ERR_INVALID);
@@ -908,7 +908,7 @@ TEST(Image, ANullObjectIs22) {
 
 class ImageDeathTest : public testing::Test {
  protected:
-  ImageDeathTest() : area_(store_, types::ospf_area), buffer_(bytes_of("01 00 00000004")) {}
+  ImageDeathTest() : area_(store_, types::ospf_area), buffer_(from_hex("01 00 00000004")) {}
   void corrupt() { store_.handle()->sttr->sttr_mode = 0x1234; }
   Store store_{{.tracking = KELP_TRACKING_ON}};
   const Object<ospf_area> area_;

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "support/hexadecimal.hpp"
+
 namespace evolution {
 
 using harbor::model::Field;
@@ -23,7 +25,7 @@ constexpr std::size_t slack = 8;
 ip_address address_of(const std::string &text) {
   ip_address address{};
   address.family = KELP_AF_IPV4;
-  std::memcpy(address.bytes, bytes_of(text).data(), 4);
+  std::memcpy(address.bytes, from_hex(text).data(), 4);
   return address;
 }
 
@@ -34,7 +36,7 @@ std::uint32_t number(const std::string &text) {
 kelp_oid identifier_of(const std::string &text) {
   kelp_oid oid{};
   oid.handle_word = std::stoull(text.substr(0, 16), nullptr, 16);
-  const std::vector<std::uint8_t> bytes = bytes_of(text.substr(16));
+  const std::vector<std::uint8_t> bytes = from_hex(text.substr(16));
   std::memcpy(oid.id, bytes.data(), sizeof oid.id);
   std::memcpy(oid.source, bytes.data() + sizeof oid.id, sizeof oid.source);
   return oid;
@@ -70,14 +72,6 @@ std::string hexadecimal(const std::uint8_t *bytes, std::size_t count) {
     text += "0123456789abcdef"[bytes[i] & 15];
   }
   return text;
-}
-
-std::vector<std::uint8_t> bytes_of(const std::string &hexadecimal) {
-  std::vector<std::uint8_t> bytes;
-  for (std::size_t i = 0; i + 1 < hexadecimal.size(); i += 2) {
-    bytes.push_back(static_cast<std::uint8_t>(std::stoul(hexadecimal.substr(i, 2), nullptr, 16)));
-  }
-  return bytes;
 }
 
 void *exported(const std::string &name) {

@@ -18,9 +18,8 @@ namespace evolution {
 using Path = std::vector<std::string>;
 Path split(const std::string &text, char separator);
 
-// "04 08" without blanks, both ways.
+// "0408".
 std::string hexadecimal(const std::uint8_t *bytes, std::size_t count);
-std::vector<std::uint8_t> bytes_of(const std::string &hexadecimal);
 
 [[noreturn]] void give_up(const std::string &what);
 void must_be_zero(std::uint32_t err, const std::string &what);

@@ -22,6 +22,7 @@
 
 #include "evolution/exchange.hpp"
 #include "module/message_text.hpp"
+#include "support/hexadecimal.hpp"
 
 namespace evolution {
 
@@ -97,7 +98,7 @@ int print_message(void *, const kelp_trace_event *event) {
 std::map<std::string, std::vector<std::uint8_t>> images_in(const char *file) {
   std::map<std::string, std::vector<std::uint8_t>> images;
   std::ifstream in(file);
-  for (std::string name, bytes; in >> name >> bytes;) images[name] = bytes_of(bytes);
+  for (std::string name, bytes; in >> name >> bytes;) images[name] = from_hex(bytes);
   return images;
 }
 

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "support/hexadecimal.hpp"
+
 namespace evolution {
 
 namespace {
@@ -20,9 +22,8 @@ void add_number(Bytes &bytes, std::uint64_t value, int width) {
 }
 
 void add_digits(Bytes &bytes, const std::string &hexadecimal) {
-  for (std::size_t at = 0; at < hexadecimal.size(); at += 2) {
-    bytes.push_back(static_cast<std::uint8_t>(std::stoul(hexadecimal.substr(at, 2), nullptr, 16)));
-  }
+  const Bytes added = from_hex(hexadecimal);
+  bytes.insert(bytes.end(), added.begin(), added.end());
 }
 
 // A value of a primitive, or an identifier, from its text.

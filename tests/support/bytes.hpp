@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "ospf_decode/frame_decoder.hpp"
+#include "support/hexadecimal.hpp"
 
 namespace ospf_decode::testing {
 
@@ -49,19 +50,6 @@ class Writer {
  private:
   Octets out_;
 };
-
-// Octets by their digits, in any groups.
-inline Octets from_hex(std::string_view digits) {
-  Octets out;
-  std::string octet;
-  for (const char digit : digits) {
-    if (digit != ' ') octet += digit;
-    if (octet.size() < 2) continue;
-    out.push_back(static_cast<std::uint8_t>(std::stoul(octet, nullptr, 16)));
-    octet.clear();
-  }
-  return out;
-}
 
 inline void put16(Octets &where, std::size_t at, unsigned value) {
   where.at(at) = static_cast<std::uint8_t>(value >> 8);

@@ -12,6 +12,7 @@
 #include "harness/harness.hpp"
 #include "model/layout.hpp"
 #include "support/clear_references.hpp"
+#include "support/hexadecimal.hpp"
 
 namespace encodings {
 
@@ -19,18 +20,6 @@ using harbor::model::Field;
 using harbor::model::Kind;
 using harbor::model::Structure;
 using Bytes = std::vector<std::uint8_t>;
-
-inline Bytes bytes_of(const std::string &hexadecimal) {
-  Bytes bytes;
-  std::string digits;
-  for (char c : hexadecimal) {
-    if (c != ' ') digits += c;
-  }
-  for (std::size_t at = 0; at + 1 < digits.size(); at += 2) {
-    bytes.push_back(static_cast<std::uint8_t>(std::stoul(digits.substr(at, 2), nullptr, 16)));
-  }
-  return bytes;
-}
 
 // A text that an arm can take over.
 inline kelp_vstring *text_arm(harness::Store &store, const char *text) {

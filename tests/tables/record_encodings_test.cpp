@@ -10,7 +10,6 @@
 namespace {
 
 using encodings::Bytes;
-using encodings::bytes_of;
 using encodings::Document;
 using encodings::field;
 using encodings::Filler;
@@ -229,7 +228,7 @@ TEST(RecordEncodings, AnImageIsTheHeaderTheLuidAndTheObject) {
   store.handle()->peer_stamp = 0x11223344;
   const Record record(store, tables::ospf_area);
   set_area_id(record, 10);
-  Bytes expected = bytes_of(
+  Bytes expected = from_hex(
       "bc ffffffffffff 00 11223344 00000085 0000000000000000000000"
       "82c5347ad65f8377a99c123367eb25f8"
       "01 00 00000058 0000000a");
@@ -243,7 +242,7 @@ TEST(RecordEncodings, ACompositeRecordIsItsKeyObjectAndThenItsDataObject) {
   store.handle()->peer_stamp = 7;
   const Record record(store, tables::ospfv2_link);
   set_link(record, 0x01020304, 0x05060708, 3);
-  Bytes expected = bytes_of(
+  Bytes expected = from_hex(
       "bc ffffffffffff 00 00000007 00000068 0000000000000000000000"
       "9b116ff239107f1283c534a0e8c7177e"
       "00 00 0000000c 01020304 05060708"
@@ -274,7 +273,7 @@ TEST(RecordEncodings, EachTableWritesItsOwnLuidAndTheTotalLength) {
     const Bytes image = image_of(store, record);
     ASSERT_GT(image.size(), objects_at) << table->name;
     EXPECT_EQ(Bytes(image.begin() + header_length, image.begin() + objects_at),
-              bytes_of(std::string(table->luid)))
+              from_hex(std::string(table->luid)))
         << table->name;
     EXPECT_EQ(image[12] << 24 | image[13] << 16 | image[14] << 8 | image[15],
               static_cast<int>(image.size()))
@@ -704,10 +703,10 @@ TEST(RecordEncodings, AnIntegerKeyIsTheBareNumber) {
   Store store;
   const Record area(store, tables::ospf_area);
   set_area_id(area, 0x01020304);
-  EXPECT_EQ(key_image_of(store, area), bytes_of("01020304"));
+  EXPECT_EQ(key_image_of(store, area), from_hex("01020304"));
   const Record tlv(store, tables::ospfv2_unknown_tlv);
   field<std::uint16_t>(tlv.slot(0), types::ospfv2_unknown_tlv, "type") = 0x0102;
-  EXPECT_EQ(key_image_of(store, tlv), bytes_of("0102"));
+  EXPECT_EQ(key_image_of(store, tlv), from_hex("0102"));
 }
 
 TEST(RecordEncodings, ATypedKeyIsItsPrimitivesImage) {
@@ -716,17 +715,17 @@ TEST(RecordEncodings, ATypedKeyIsItsPrimitivesImage) {
   kelp_vstring_assign(store, 0,
                       &field<kelp_vstring>(interface.slot(0), types::ospf_interface, "name"),
                       "eth0", 4, &store.err);
-  EXPECT_EQ(key_image_of(store, interface), bytes_of("00000004 65746830"));
+  EXPECT_EQ(key_image_of(store, interface), from_hex("00000004 65746830"));
   const Record neighbor(store, tables::ospf_neighbor);
   ip_address address = ip_address_make_ipv4(0x0A000001);
   ospf_neighbor_neighbor_id_set(store, 0, static_cast<ospf_neighbor *>(neighbor.slot(0)), &address,
                                 &store.err);
   EXPECT_EQ(key_image_of(store, neighbor),
-            bytes_of("04ff 0a000001 000000000000000000000000 00000000"));
+            from_hex("04ff 0a000001 000000000000000000000000 00000000"));
   const Record instance(store, tables::ospf_instance);
   ospf_instance_af_set_value(store, 0, static_cast<ospf_instance *>(instance.slot(0)), 1,
                              &store.err);
-  EXPECT_EQ(key_image_of(store, instance), bytes_of("00 00000001"));
+  EXPECT_EQ(key_image_of(store, instance), from_hex("00 00000001"));
   EXPECT_EQ(store.err, 0u);
 }
 
@@ -734,7 +733,7 @@ TEST(RecordEncodings, ACompositeKeyIsTheWholeImageOfTheKeyObject) {
   Store store;
   const Record record(store, tables::ospfv2_link);
   set_link(record, 0x01020304, 0x05060708, 3);
-  EXPECT_EQ(key_image_of(store, record), bytes_of("00 00 0000000c 01020304 05060708"));
+  EXPECT_EQ(key_image_of(store, record), from_hex("00 00 0000000c 01020304 05060708"));
 }
 
 TEST(RecordEncodings, AKeyReadBackIsTheSameKey) {
@@ -788,7 +787,7 @@ TEST(RecordEncodings, AKeyThatDoesNotFitIs90AndWritesNothing) {
 
 TEST(RecordEncodings, AKeyReadToNowhereIs14) {
   Store store;
-  const Bytes image = bytes_of("01020304");
+  const Bytes image = from_hex("01020304");
   for (const Table *table : harbor::model::all_tables) {
     std::uint32_t err = 0;
     TraceLog traced;
@@ -803,7 +802,7 @@ TEST(RecordEncodings, AKeyReadToNowhereIs14) {
 
 TEST(RecordEncodings, WithoutMemoryForAKeyReadingIs12AndLeavesThePointer) {
   Store store;
-  const Bytes image = bytes_of("01020304");
+  const Bytes image = from_hex("01020304");
   for (const Table *table : {&tables::ospf_area, &tables::ospfv2_link}) {
     int place = 0;
     void *pkey = &place;
@@ -820,7 +819,7 @@ TEST(RecordEncodings, WithoutMemoryForAKeyReadingIs12AndLeavesThePointer) {
 
 TEST(RecordEncodings, ACutKeyIs90AndTheKeyObjectIsHandedOutAllTheSame) {
   Store store;
-  const Bytes image = bytes_of("010203");
+  const Bytes image = from_hex("010203");
   void *pkey = nullptr;
   EXPECT_EQ(function<KeyReader>(tables::ospf_area, "table_pkey_unmarshal")(
                 store, 0, &pkey, image.data(), 3, &store.err),

@@ -6,7 +6,6 @@
 namespace {
 
 using namespace ospf_harbor_check_tests;
-using encodings::bytes_of;
 using Lines = std::vector<std::string>;
 
 Lines lines_of(std::uint32_t kind, const char *name, const Bytes &image, std::uint32_t fault = 0) {
@@ -22,7 +21,7 @@ Lines lines_of(std::uint32_t kind, const char *name, const Bytes &image, std::ui
 
 TEST(Annotate, NamesEachByteOfAnObject) {
   EXPECT_EQ(lines_of(OSPF_HARBOR_CHECK_OBJECT, "ospf_authentication",
-                     bytes_of("01 08 00000015 01 00000001 02 00 00000002 6b31 02 00 00 00")),
+                     from_hex("01 08 00000015 01 00000001 02 00 00000002 6b31 02 00 00 00")),
             (Lines{
                 "0000  01                       ospf_authentication variant: 1",
                 "0001  08                       ospf_authentication flags: state bytes",
@@ -45,7 +44,7 @@ TEST(Annotate, NamesEachByteOfAnObject) {
 TEST(Annotate, ShowsABadImageWholeWithTheFaultInItsPlace) {
   const Lines lines =
       lines_of(OSPF_HARBOR_CHECK_OBJECT, "ospf_authentication",
-               bytes_of("01 08 00000014 01 00000001 02 00 00000002 6b31 02 00 00 00"),
+               from_hex("01 08 00000014 01 00000001 02 00 00000002 6b31 02 00 00 00"),
                OSPF_HARBOR_FAULT_CUT);
   ASSERT_EQ(lines.size(), 14u);
   EXPECT_EQ(lines[11],
@@ -58,7 +57,7 @@ TEST(Annotate, ShowsABadImageWholeWithTheFaultInItsPlace) {
 
 TEST(Annotate, ShowsAddressesOidsAndFlagsAsPeopleReadThem) {
   EXPECT_EQ(lines_of(OSPF_HARBOR_CHECK_KEY, "tbl_ospf_static_neighbor",
-                     bytes_of("06 40 fe800000000000000000000000000001 00000102")),
+                     from_hex("06 40 fe800000000000000000000000000001 00000102")),
             (Lines{
                 "0000  06                       ospf_static_neighbor.address family: IPv6",
                 "0001  40                       ospf_static_neighbor.address prefix length: 64",
@@ -67,7 +66,7 @@ TEST(Annotate, ShowsAddressesOidsAndFlagsAsPeopleReadThem) {
                 "0012  00 00 01 02              ospf_static_neighbor.address zone: 258",
             }));
   const Lines flags = lines_of(OSPF_HARBOR_CHECK_OBJECT, "ospfv2_lsa_body_flags_options",
-                               bytes_of("00 00000005 85"));
+                               from_hex("00 00000005 85"));
   EXPECT_EQ(flags.back(),
             "0005  85                       ospfv2_lsa_body_flags_options value: "
             "OSPV2_LSA_BODY_FLAG_OPTIONS_V OSPV2_LSA_BODY_FLAG_OPTIONS_B bit 7");

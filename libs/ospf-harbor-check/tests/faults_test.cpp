@@ -7,7 +7,6 @@
 namespace {
 
 using namespace ospf_harbor_check_tests;
-using encodings::bytes_of;
 
 struct Expected {
   std::uint32_t fault;
@@ -26,11 +25,11 @@ void expect_refused(std::uint32_t kind, const char *name, const Bytes &image,
 }
 
 void expect_object_refused(const char *name, const std::string &digits, const Expected &expected) {
-  expect_refused(OSPF_HARBOR_CHECK_OBJECT, name, bytes_of(digits), expected);
+  expect_refused(OSPF_HARBOR_CHECK_OBJECT, name, from_hex(digits), expected);
 }
 
 std::size_t skipped_of_passing(const char *name, const std::string &digits) {
-  const Bytes image = bytes_of(digits);
+  const Bytes image = from_hex(digits);
   ospf_harbor_check_result result;
   EXPECT_EQ(
       ospf_harbor_check_image(OSPF_HARBOR_CHECK_OBJECT, name, image.data(), image.size(), &result),
@@ -62,7 +61,7 @@ std::size_t jump_word_of(const Input &of, const Bytes &image, const std::string 
 // A record of an area, whole: its frame and an object of variant 0 without state bytes.
 constexpr std::size_t object_at = 43;
 Bytes area_record() {
-  Bytes image = bytes_of(
+  Bytes image = from_hex(
       "bc ffffffffffff 00 00000000 0000005d 0000000000000000000000"
       "82c5347ad65f8377a99c123367eb25f8"
       "00 00 00000030 0000000a");
@@ -184,7 +183,7 @@ TEST(Variants, ANegativeOneIsRefused) {
 
 // Why it is refused: the reader keeps it, and the object is of no use from then on.
 TEST(Variants, ANegativeOneThatIsReadMakesTheObjectRefuseItsFields) {
-  const Bytes image = bytes_of("ff 00 00000004");
+  const Bytes image = from_hex("ff 00 00000004");
   const Place place(KELP_TRACKING_ABSENT);
   multi_area *object = multi_area_create(place, 0);
   std::uint32_t err = 0;
@@ -221,7 +220,7 @@ TEST(Flags, ObjectsOfOneImageAgreeInHavingStateBytes) {
   // An unknown TLV's embedded link TLV begins behind type, length, an empty value and an address.
   const std::string head = "00 00 00000067 0001 0002 00000000 ";
   const std::string address = "00 ff 00000000000000000000000000000000 00000000 ";
-  Bytes image = bytes_of(head + address + "00 08 00000004");
+  Bytes image = from_hex(head + address + "00 08 00000004");
   image.resize(2 + 0x67);
   ospf_harbor_check_result result;
   EXPECT_EQ(ospf_harbor_check_image(OSPF_HARBOR_CHECK_OBJECT, "ospfv2_unknown_tlv", image.data(),
@@ -307,7 +306,7 @@ TEST(Counts, StateBytesOfElementsTakeRoomToo) {
 }
 
 TEST(Texts, ALengthBeyondWhatRemainsIsRefused) {
-  expect_refused(OSPF_HARBOR_CHECK_KEY, "tbl_ospf_interface", bytes_of("7fffffff 65746830"),
+  expect_refused(OSPF_HARBOR_CHECK_KEY, "tbl_ospf_interface", from_hex("7fffffff 65746830"),
                  {OSPF_HARBOR_FAULT_TEXT_LENGTH, 0,
                   "offset 0x0: ospf_interface.name text length: found 2147483647, expected at most "
                   "4 (what remains)"});
@@ -315,19 +314,19 @@ TEST(Texts, ALengthBeyondWhatRemainsIsRefused) {
 
 TEST(Addresses, AnUnknownFamilyIsRefused) {
   expect_refused(OSPF_HARBOR_CHECK_KEY, "tbl_ospf_static_neighbor",
-                 bytes_of("05 ff 0a000001000000000000000000000000 00000000"),
+                 from_hex("05 ff 0a000001000000000000000000000000 00000000"),
                  {OSPF_HARBOR_FAULT_ADDRESS, 0,
                   "offset 0x0: ospf_static_neighbor.address family: found 5, expected 0, 4 or 6"});
 }
 
 TEST(Addresses, APrefixLengthBeyondTheFamilysIsRefused) {
   expect_refused(OSPF_HARBOR_CHECK_KEY, "tbl_ospf_static_neighbor",
-                 bytes_of("04 21 0a000001000000000000000000000000 00000000"),
+                 from_hex("04 21 0a000001000000000000000000000000 00000000"),
                  {OSPF_HARBOR_FAULT_ADDRESS, 1,
                   "offset 0x1: ospf_static_neighbor.address prefix length: found 33, expected at "
                   "most 32, or 255 for none"});
   expect_refused(OSPF_HARBOR_CHECK_KEY, "tbl_ospf_static_neighbor",
-                 bytes_of("00 00 00000000000000000000000000000000 00000000"),
+                 from_hex("00 00 00000000000000000000000000000000 00000000"),
                  {OSPF_HARBOR_FAULT_ADDRESS, 1,
                   "offset 0x1: ospf_static_neighbor.address prefix length: found 0, expected 255 "
                   "for none"});
