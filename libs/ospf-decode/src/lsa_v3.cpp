@@ -57,6 +57,21 @@ bool read_prefix(Cursor &cursor, PrefixV3 &prefix, std::uint16_t &third, const R
   return read_prefix_address(cursor, prefix, report);
 }
 
+enum class Third { reserved, metric };
+
+// As many prefixes as the LSA says, or as many as are there.
+bool read_prefixes(Cursor &cursor, std::uint32_t count, Third meaning,
+                   std::vector<PrefixV3> &prefixes, const Report &report) {
+  for (std::uint32_t i = 0; i < count && cursor.ok(); ++i) {
+    PrefixV3 prefix;
+    std::uint16_t third = 0;
+    if (!read_prefix(cursor, prefix, third, report)) return false;
+    if (meaning == Third::metric) prefix.metric = third;
+    if (cursor.ok()) prefixes.push_back(prefix);
+  }
+  return true;
+}
+
 bool decode_router(Cursor body, RouterBodyV3 &out, const Report &report) {
   out.flags = body.u8();
   out.options = body.u24();
@@ -111,13 +126,8 @@ bool decode_link(Cursor body, LinkBodyV3 &out, const Report &report) {
   out.options = body.u24();
   out.link_local_address = body.array<16>();
   out.prefix_count = body.u32();
-  for (std::uint32_t i = 0; i < out.prefix_count && body.ok(); ++i) {
-    PrefixV3 prefix;
-    std::uint16_t reserved = 0;
-    if (!read_prefix(body, prefix, reserved, report)) return false;
-    if (body.ok()) out.prefixes.push_back(prefix);
-  }
-  return ends_here(body, report);
+  return read_prefixes(body, out.prefix_count, Third::reserved, out.prefixes, report) &&
+         ends_here(body, report);
 }
 
 bool decode_intra_area_prefix(Cursor body, IntraAreaPrefixBody &out, const Report &report) {
@@ -125,12 +135,8 @@ bool decode_intra_area_prefix(Cursor body, IntraAreaPrefixBody &out, const Repor
   out.referenced_ls_type = body.u16();
   out.referenced_link_state_id = body.u32();
   out.referenced_advertising_router = body.u32();
-  for (std::uint32_t i = 0; i < out.prefix_count && body.ok(); ++i) {
-    PrefixV3 prefix;
-    if (!read_prefix(body, prefix, prefix.metric, report)) return false;
-    if (body.ok()) out.prefixes.push_back(prefix);
-  }
-  return ends_here(body, report);
+  return read_prefixes(body, out.prefix_count, Third::metric, out.prefixes, report) &&
+         ends_here(body, report);
 }
 
 bool decode_body(Cursor body, LsaV3 &out, const Report &report) {

@@ -1,7 +1,7 @@
 // The types of LSAs: one row each, with number, scope and names. Decoder, rows and views speak of a
-// type by the constants here and know its scope and its names from the row alone.
+// type by the row's constant and know its scope and its names from the row alone.
 //
-// A new type is a constant and a row. What has a body of its own then names it where bodies differ:
+// A new type is a row. What has a body of its own then names it where bodies differ:
 // the decoder (decode_body), the rows (RowFiller::fill) and the view of rows (read_body).
 #pragma once
 
@@ -12,31 +12,43 @@ namespace lsa_vocabulary {
 
 enum class Scope : std::uint8_t { link, area, as };
 
+// A row: constant, number, scope, short name as listings and filters have it, long name as the
+// documents that define the type have it.
+#define LSA_TYPES_V2(ROW)                                                        \
+  ROW(router, 1, area, "Router", "router-LSA")                                   \
+  ROW(network, 2, area, "Network", "network-LSA")                                \
+  ROW(summary, 3, area, "Summary", "summary-LSA of a network")                   \
+  ROW(asbr_summary, 4, area, "ASBR-Sum", "summary-LSA of an AS boundary router") \
+  ROW(as_external, 5, as, "External", "AS-external-LSA")                         \
+  ROW(group_membership, 6, area, "Group", "group-membership-LSA")                \
+  ROW(nssa, 7, area, "NSSA", "NSSA-LSA")                                         \
+  ROW(external_attributes, 8, as, "Ext-Attr", "external-attributes-LSA")         \
+  ROW(opaque_link, 9, link, "Opaque-link", "opaque LSA of a link")               \
+  ROW(opaque_area, 10, area, "Opaque-area", "opaque LSA of an area")             \
+  ROW(opaque_as, 11, as, "Opaque-AS", "opaque LSA of the AS")
+
+// Numbers in full, as they stand in headers: the function code with its scope bits.
+#define LSA_TYPES_V3(ROW)                                                       \
+  ROW(router, 0x2001, area, "Router", "router-LSA")                             \
+  ROW(network, 0x2002, area, "Network", "network-LSA")                          \
+  ROW(inter_area_prefix, 0x2003, area, "Inter-Prefix", "inter-area-prefix-LSA") \
+  ROW(inter_area_router, 0x2004, area, "Inter-Router", "inter-area-router-LSA") \
+  ROW(as_external, 0x4005, as, "AS-Ext", "AS-external-LSA")                     \
+  ROW(nssa, 0x2007, area, "NSSA-Ext", "NSSA-LSA")                               \
+  ROW(link, 0x0008, link, "Link", "link-LSA")                                   \
+  ROW(intra_area_prefix, 0x2009, area, "Intra-Prefix", "intra-area-prefix-LSA") \
+  ROW(grace, 0x000b, link, "Grace", "grace-LSA")
+
 enum LsaTypeV2 : std::uint16_t {
-  lsa2_router = 1,
-  lsa2_network = 2,
-  lsa2_summary = 3,
-  lsa2_asbr_summary = 4,
-  lsa2_as_external = 5,
-  lsa2_group_membership = 6,
-  lsa2_nssa = 7,
-  lsa2_external_attributes = 8,
-  lsa2_opaque_link = 9,
-  lsa2_opaque_area = 10,
-  lsa2_opaque_as = 11,
+#define CONSTANT(name, number, ...) lsa2_##name = number,
+  LSA_TYPES_V2(CONSTANT)
+#undef CONSTANT
 };
 
-// In full, as they stand in headers: the function code with its scope bits.
 enum LsaTypeV3 : std::uint16_t {
-  lsa3_router = 0x2001,
-  lsa3_network = 0x2002,
-  lsa3_inter_area_prefix = 0x2003,
-  lsa3_inter_area_router = 0x2004,
-  lsa3_as_external = 0x4005,
-  lsa3_nssa = 0x2007,
-  lsa3_link = 0x0008,
-  lsa3_intra_area_prefix = 0x2009,
-  lsa3_grace = 0x000b,
+#define CONSTANT(name, number, ...) lsa3_##name = number,
+  LSA_TYPES_V3(CONSTANT)
+#undef CONSTANT
 };
 
 inline constexpr std::uint16_t lsa3_unknown_bit = 0x8000;  // U: flood it as if it were known
@@ -48,32 +60,22 @@ struct LsaType {
   std::uint8_t version;
   std::uint16_t number;
   Scope scope;
-  const char *name;       // short, as listings and filters have it
-  const char *long_name;  // as the documents that define the type have it
+  const char *name;
+  const char *long_name;
 };
 
 inline constexpr LsaType lsa_types[] = {
-    {2, lsa2_router, Scope::area, "Router", "router-LSA"},
-    {2, lsa2_network, Scope::area, "Network", "network-LSA"},
-    {2, lsa2_summary, Scope::area, "Summary", "summary-LSA of a network"},
-    {2, lsa2_asbr_summary, Scope::area, "ASBR-Sum", "summary-LSA of an AS boundary router"},
-    {2, lsa2_as_external, Scope::as, "External", "AS-external-LSA"},
-    {2, lsa2_group_membership, Scope::area, "Group", "group-membership-LSA"},
-    {2, lsa2_nssa, Scope::area, "NSSA", "NSSA-LSA"},
-    {2, lsa2_external_attributes, Scope::as, "Ext-Attr", "external-attributes-LSA"},
-    {2, lsa2_opaque_link, Scope::link, "Opaque-link", "opaque LSA of a link"},
-    {2, lsa2_opaque_area, Scope::area, "Opaque-area", "opaque LSA of an area"},
-    {2, lsa2_opaque_as, Scope::as, "Opaque-AS", "opaque LSA of the AS"},
-    {3, lsa3_router, Scope::area, "Router", "router-LSA"},
-    {3, lsa3_network, Scope::area, "Network", "network-LSA"},
-    {3, lsa3_inter_area_prefix, Scope::area, "Inter-Prefix", "inter-area-prefix-LSA"},
-    {3, lsa3_inter_area_router, Scope::area, "Inter-Router", "inter-area-router-LSA"},
-    {3, lsa3_as_external, Scope::as, "AS-Ext", "AS-external-LSA"},
-    {3, lsa3_nssa, Scope::area, "NSSA-Ext", "NSSA-LSA"},
-    {3, lsa3_link, Scope::link, "Link", "link-LSA"},
-    {3, lsa3_intra_area_prefix, Scope::area, "Intra-Prefix", "intra-area-prefix-LSA"},
-    {3, lsa3_grace, Scope::link, "Grace", "grace-LSA"},
+#define TYPE(name, number, scope, short_name, long_name) \
+  {2, number, Scope::scope, short_name, long_name},
+    LSA_TYPES_V2(TYPE)
+#undef TYPE
+#define TYPE(name, number, scope, short_name, long_name) \
+  {3, number, Scope::scope, short_name, long_name},
+        LSA_TYPES_V3(TYPE)
+#undef TYPE
 };
+#undef LSA_TYPES_V2
+#undef LSA_TYPES_V3
 
 // The row of a type; null for one that has none.
 constexpr const LsaType *find_type(std::uint32_t version, std::uint16_t number) {
