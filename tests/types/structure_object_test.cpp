@@ -332,10 +332,11 @@ TEST(StructureInitialize, ChildrenAreNestedAndFindTheirBlocksInTheParentsArea) {
            area(object, types::ospf_interface);
   };
   using namespace fields::ospf_interface;
-  EXPECT_EQ(block_of(multi_area_val), 5);
-  EXPECT_EQ(block_of(fast_reroute_val), 10);
-  EXPECT_EQ(block_of(ttl_security_val), 23);
-  EXPECT_EQ(block_of(authentication_val), 27);
+  for (const model::Field *field :
+       {&multi_area_val, &fast_reroute_val, &ttl_security_val, &authentication_val}) {
+    EXPECT_EQ(block_of(*field), model::state_block_place(types::ospf_interface, *field))
+        << field->name;
+  }
   EXPECT_EQ(flags_of(object), OBJ_STATE_TRACKED);
   // Enumerations and addresses have no state bytes of their own.
   EXPECT_EQ(flags_of(place(object, types::ospf_interface, network_type)), OBJ_NESTED);

@@ -166,7 +166,7 @@ int number_of(std::string_view name) {
     if (code.name == name) return code.number;
   }
   throw std::runtime_error("an operation's row names " + std::string(name) +
-                           ", which is no code of kelp/base.h");
+                           ", a code that tools/emit/composition.cpp does not list");
 }
 
 // With its number behind each code's name.
