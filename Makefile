@@ -41,9 +41,10 @@ run: packages
 	@rm -f $(STORE) $(STORE)-log $(STORE)-lock
 	@build/release/tools/ospf-harbor/ospf-harbor load frr $(SAMPLE) --store $(STORE)
 	@echo "another process shows of the store $(STORE):"
-	@build/release/tools/ospf-harbor/ospf-harbor show area/0.0.0.0/interface/core --store $(STORE)
+	@build/release/tools/ospf-harbor/ospf-harbor interfaces --v2 --store $(STORE)
 	@echo
-	@printf '%s\n' 'load capture $(CAPTURE)' lsdb 'graph --v2 --svg -o $(PICTURE)' | \
+	@printf '%s\n' 'load capture $(CAPTURE)' show 'neighbors --v2 --area 0' \
+		'lsdb --v2 --area 2' 'graph --v2 --svg -o $(PICTURE)' | \
 		build/release/tools/ospf-harbor/ospf-harbor shell
 	@echo "the topology is drawn in $(PICTURE)"
 

@@ -27,13 +27,13 @@ CLI::Option_group *PictureOptions::add_to(CLI::App &app) {
   CLI::Option_group *form = app.add_option_group("form");
   form->add_flag("--dot", dot, "In the language of Graphviz");
   form->add_flag("--svg", svg, "As a picture, laid out by Graphviz");
-  app.add_option("-o,--output", file, "A file instead of standard output");
+  app.add_option("-o,--output", file, "A file instead of standard output, which - is too");
   return form;
 }
 
 void PictureOptions::put(const std::string &dot_text, std::size_t routers) const {
   const std::string content = svg ? drawn(dot_text, routers) : dot_text;
-  if (file.empty()) {
+  if (file.empty() || file == "-") {
     std::fwrite(content.data(), 1, content.size(), stdout);
     return;
   }

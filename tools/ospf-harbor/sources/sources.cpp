@@ -68,6 +68,16 @@ bool is_capture(const Bytes &start) {
   });
 }
 
+// Instances of one key do not stand side by side.
+void tell_replaced(Session &session) {
+  for (const std::string &key : session.take_replaced()) {
+    std::fprintf(stderr,
+                 "ospf-harbor: --from: instance %s of one source gave way to that of another; "
+                 "captures given together, or routers' folders, are read as one network\n",
+                 key.c_str());
+  }
+}
+
 }  // namespace
 
 int load_sources(Session &session, const std::vector<std::string> &sources,
@@ -78,7 +88,9 @@ int load_sources(Session &session, const std::vector<std::string> &sources,
   };
   std::vector<std::string> folders;
   std::vector<std::string> captures;
+  session.take_replaced();
   for (const std::string &source : sources) {
+    tell_replaced(session);
     if (fs::is_directory(source)) {
       if (router_answers::is_router(source)) {
         has_no_times(source);
@@ -103,9 +115,14 @@ int load_sources(Session &session, const std::vector<std::string> &sources,
                        "a capture (pcap or pcapng), a tree stream or a tree's XML");
     }
   }
+  tell_replaced(session);
   if (!folders.empty()) load_routers(session, folders, options.heard);
+  tell_replaced(session);
   if (captures.empty()) return 0;
-  return load_capture(session, {captures, "", 0, options.at, options.heard}, nullptr);
+  const int status =
+      load_capture(session, {captures, "", 0, options.at, options.heard}, nullptr);
+  tell_replaced(session);
+  return status;
 }
 
 }  // namespace tool

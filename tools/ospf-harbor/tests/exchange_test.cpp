@@ -54,6 +54,11 @@ TEST_F(TreeFiles, AddToWhatIsThere) {
   expect_done({"export", "--image", file("merged.tree"), "--from", file("two.tree"),
                file("one.tree"), file("two.tree")});
   EXPECT_EQ(content_of(file("merged.tree")), content_of(file("both.tree")));
+  const std::string twice =
+      run({"show", "--from", file("one.tree"), file("two.tree"), file("one.tree")}).err;
+  EXPECT_NE(twice.find("instance ipv4,10.255.0.1 of one source gave way"), std::string::npos);
+  EXPECT_EQ(run({"show", "--from", file("one.tree"), file("two.tree")}).err.find("gave way"),
+            std::string::npos);
 }
 
 TEST_F(TreeFiles, AreCommandsOfTheShell) {

@@ -28,10 +28,11 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 using synthetic::address;
 
-tool::Topology recorded(const std::string &name, std::uint32_t version) {
+tool::Topology recorded(const std::string &name, std::uint32_t version,
+                        std::uint8_t instance_id = 0) {
   ospf_tables::Session session;
   tool::load_sources(session, {places::recordings() + "/" + name + "/all.pcap"});
-  return tool::build_topology(ospf_tables::read_lsdb(session), version);
+  return tool::build_topology(ospf_tables::read_lsdb(session), version, instance_id);
 }
 
 tool::Topology topology_of(const synthetic::Network &network, std::uint32_t version = 2) {
@@ -114,6 +115,19 @@ TEST(Topology, OfTransitHasAVirtualLinkAndFiveAreas) {
   EXPECT_EQ(transit.areas.size(), 5u);
   EXPECT_EQ(transit.routers.at(address("10.254.0.4")).areas, (std::set<std::uint32_t>{0, 1, 3}));
   for (const auto &link : transit.links) EXPECT_TRUE(link.both_ways());
+}
+
+// Routers of the recording by the instances that its configurations have.
+TEST(Topology, OfInstancesOnOneLinkIsEachItsOwn) {
+  const std::map<std::uint8_t, std::size_t> routers{{0, 4}, {1, 2}, {64, 3}};
+  for (const auto &[instance, count] : routers) {
+    SCOPED_TRACE(int{instance});
+    const tool::Topology topology = recorded("instances", 3, instance);
+    EXPECT_EQ(topology.routers.size(), count);
+    EXPECT_FALSE(topology.attachments.empty());
+    for (const auto &attachment : topology.attachments) EXPECT_TRUE(attachment.both_ways());
+    for (const auto &link : topology.links) EXPECT_TRUE(link.both_ways());
+  }
 }
 
 TEST(Topology, ALinkOfOneEndAloneIsNotWhole) {
@@ -358,6 +372,13 @@ TEST_F(GraphCommand, WritesFilesOfBothKinds) {
   pugi::xml_document picture;
   EXPECT_TRUE(picture.load_file((folder_ / "a.svg").c_str()));
   EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 2);
+}
+
+TEST_F(GraphCommand, AHyphenIsStandardOutput) {
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(run({"--dot", "-o", "-"}), 0);
+  EXPECT_TRUE(testing::internal::GetCapturedStdout().starts_with("graph \"OSPFv2\" {"));
+  EXPECT_FALSE(fs::exists("-"));
 }
 
 TEST_F(GraphCommand, NothingToDrawIsSaidWithStatusOne) {

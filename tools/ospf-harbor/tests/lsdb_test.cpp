@@ -458,6 +458,35 @@ TEST(LsdbFilter, EachOptionNarrowsTheListing) {
   EXPECT_EQ(lines({"--family", "ipv6"}).size(), lines({"--v3"}).size());
   EXPECT_EQ(
       lines({"--v3", "--area", "0", "--type", "network", "--adv-router", "10.255.0.1"}).size(), 1u);
+  // Names for both versions, and several.
+  EXPECT_EQ(lines({"--type", "external"}).size(),
+            lines({"--type", "5"}).size() + lines({"--type", "0x4005"}).size());
+  EXPECT_EQ(lines({"--type", "external", "--type", "router"}).size(),
+            lines({"--type", "external"}).size() + lines({"--type", "router"}).size());
+  const std::vector<json> te = lines({"--type", "te"});
+  EXPECT_FALSE(te.empty());
+  EXPECT_LT(te.size(), lines({"--type", "opaque"}).size());
+  for (const json &lsa : te) EXPECT_EQ(lsa["body"]["opaque_type"], 1);
+  for (const json &lsa : lines({"--ls-id", "10.255.0.3"})) EXPECT_EQ(lsa["lsa_id"], "10.255.0.3");
+  const std::vector<json> young = lines({"--newer-than", "10"});
+  EXPECT_FALSE(young.empty());
+  EXPECT_LT(young.size(), all);
+  for (const json &lsa : young) EXPECT_LT(lsa["age"].get<int>() & 0x7fff, 10);
+}
+
+TEST(LsdbFilter, InstancesAreCountedAndChosenEachAlone) {
+  ospf_tables::Session &session = recorded("instances");
+  const std::string all = lsdb(session, {}).out;
+  std::size_t sum = 0;
+  for (const std::string instance : {"0", "1", "64"}) {
+    const std::string part = lsdb(session, {"--instance", instance}).out;
+    const std::string title = "OSPFv3" + (instance == "0" ? "" : ", instance " + instance) + ": ";
+    const std::size_t at = part.rfind(title);
+    ASSERT_NE(at, std::string::npos) << instance;
+    EXPECT_NE(all.find("\n" + part.substr(at)), std::string::npos) << instance;
+    sum += json_lines(lsdb(session, {"--instance", instance, "--json"}).out).size();
+  }
+  EXPECT_EQ(sum, json_lines(lsdb(session, {"--json"}).out).size());
 }
 
 TEST(LsdbFilter, WhatNoLsaCanMeetIsRefused) {
@@ -472,9 +501,12 @@ TEST(LsdbFilter, WhatNoLsaCanMeetIsRefused) {
   };
   refused({"--area", "0.0.0"}, "--area: found \"0.0.0\", expected an area such as");
   refused({"--area", "4294967296"}, "found \"4294967296\"");
-  refused({"--type", "rooter"}, "expected one of Router, Network, Summary");
+  refused({"--type", "rooter"}, "expected one of external, nssa, summary");
   refused({"--type", "70000"}, "found \"70000\"");
   refused({"--adv-router", "r1"}, "expected a router ID such as");
+  refused({"--ls-id", "10.0.0"}, "expected a dotted quad or a number");
+  refused({"--instance", "256"}, "expected a number from 0 to 255");
+  refused({"--newer-than", "4000"}, "expected seconds, at most 3600");
   refused({"--family", "ipx"}, "expected ipv4 or ipv6");
   refused({"--v2", "--v3"}, "lsdb: --v2 excludes --v3");
   refused({"--detail", "--json"}, "lsdb: --detail excludes --json");

@@ -8,6 +8,7 @@
 #include "ospf_tables/row_keys.hpp"
 #include "views/lsa_detail.hpp"
 #include "views/lsa_names.hpp"
+#include "views/network_lists.hpp"
 
 namespace tool {
 
@@ -17,10 +18,9 @@ namespace {
 
 std::string heading(const LsdbEntry &entry) {
   std::string text = "OSPFv" + std::to_string(entry.lsa.version);
-  // An instance that a capture gave stands for no router; its ID is none or tells the instance ID.
-  if (entry.router_id >> 16 == 0x00ff) {
-    text += ", instance " + std::to_string(entry.router_id & 0xff);
-  } else if (entry.router_id != 0) {
+  if (is_observed(entry.router_id)) {
+    text = title_of(instance_name(entry.router_id, entry.lsa.version == 2));
+  } else {
     text += " of router " + dotted(entry.router_id);
   }
   if (!entry.area) return text + ", autonomous system";
@@ -42,19 +42,21 @@ void by_heading(const std::vector<LsdbEntry> &entries, std::FILE *out, Act act) 
 }
 
 void print_counts(const std::vector<LsdbEntry> &entries, std::FILE *out) {
-  // By version, then by LS type as the headings' order has them.
-  std::map<std::uint32_t, std::map<std::uint16_t, std::size_t>> counts;
-  for (const LsdbEntry &entry : entries) ++counts[entry.lsa.version][entry.lsa.type];
+  // By instance, then by LS type as the headings' order has them.
+  std::map<InstanceName, std::map<std::uint16_t, std::size_t>> counts;
+  for (const LsdbEntry &entry : entries) {
+    ++counts[instance_name(entry.router_id, entry.lsa.version == 2)][entry.lsa.type];
+  }
   std::fprintf(out, "\n");
-  for (const auto &[version, types] : counts) {
+  for (const auto &[instance, types] : counts) {
     std::size_t total = 0;
     std::string parts;
     for (const auto &[type, count] : types) {
       total += count;
-      parts += (parts.empty() ? "" : ", ") + std::to_string(count) + " " + type_name(version, type);
+      parts += (parts.empty() ? "" : ", ") + std::to_string(count) + " " + type_name(instance.version, type);
     }
-    std::fprintf(out, "OSPFv%u: %zu %s (%s)\n", version, total, total == 1 ? "LSA" : "LSAs",
-                 parts.c_str());
+    std::fprintf(out, "%s: %zu %s (%s)\n", title_of(instance).c_str(), total,
+                 total == 1 ? "LSA" : "LSAs", parts.c_str());
   }
 }
 

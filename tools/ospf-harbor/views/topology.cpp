@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ospf_tables/observed.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "views/lsa_names.hpp"
 
@@ -252,9 +253,13 @@ class Builder {
 
 }  // namespace
 
-Topology build_topology(const std::vector<LsdbEntry> &entries, std::uint32_t version) {
+Topology build_topology(const std::vector<LsdbEntry> &entries, std::uint32_t version,
+                        std::uint8_t instance_id) {
   Builder builder(version);
-  for (const LsdbEntry &entry : entries) builder.add(entry);
+  const InstanceName wanted{static_cast<std::uint8_t>(version), instance_id};
+  for (const LsdbEntry &entry : entries) {
+    if (instance_name(entry.router_id, entry.lsa.version == 2) == wanted) builder.add(entry);
+  }
   return builder.finish();
 }
 

@@ -73,6 +73,8 @@ struct Topology {
 
 // Of all entries of that version; LSAs at the end of their life (age 3600) do not count, and of
 // several instances of one LSA, as the databases of several routers hold them, the first does.
-Topology build_topology(const std::vector<ospf_tables::LsdbEntry> &entries, std::uint32_t version);
+// OSPFv3 instances on the same links are networks of their own: one of them is built.
+Topology build_topology(const std::vector<ospf_tables::LsdbEntry> &entries, std::uint32_t version,
+                        std::uint8_t instance_id = 0);
 
 }  // namespace tool
