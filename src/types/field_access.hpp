@@ -1,10 +1,12 @@
-// The skeletons that all field operations share: the read gate, and the opening of a write.
+// What all field operations share: the read gate, the opening of a write, and the getter of every
+// field that lies in its structure.
 #pragma once
 
 #include <kelp/core.h>
 
 #include "module/failure.hpp"
 #include "module/object.hpp"
+#include "types/primitive.hpp"
 #include "types/type_record_access.hpp"
 
 namespace harbor::field_access {
@@ -35,6 +37,17 @@ inline bool begin_write(kelp_handle *handle, std::uint32_t space_id, void *objec
   if (!begin(handle, err)) return false;
   type_record_access::adjust_variant<T>(handle, space_id, object, err);
   return has_field<F>(handle, object, err);
+}
+
+// The field inside the object; a primitive one by the runtime's getter.
+template <const Structure &T, const Field &F>
+void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
+  if (!begin_read<F>(handle, object, err)) return nullptr;
+  if constexpr (is_primitive(F.kind)) {
+    return Primitive<F.kind>::get(handle, space_id, place_of<T, F>(object), err);
+  } else {
+    return place_of<T, F>(object);
+  }
 }
 
 }  // namespace harbor::field_access

@@ -16,7 +16,7 @@ inline constexpr std::array operations{
         .suffix = "get",
         .result = "$F *",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
-        .rule = "object_field::get",
+        .rule = "field_access::get",
         .brief = "Gives $field inside the object. $meaning",
         .errors = "KELP_ERR_EPOCH when the object's variant does not hold the field; null then",
         .ownership = "the result belongs to the object",
@@ -44,16 +44,6 @@ constexpr bool holds(const Field &field) {
 inline constexpr FieldFamily family{"object_field", holds, operations};
 
 // --- the rules --------------------------------------------------------------------------------
-
-template <const Structure &T, const Field &F>
-void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
-  if constexpr (is_primitive(F.kind)) {
-    return Primitive<F.kind>::get(handle, space_id, place_of<T, F>(object), err);
-  } else {
-    return place_of<T, F>(object);
-  }
-}
 
 // Required: the state byte is marked whatever the write ended in.
 template <const Structure &T, const Field &F>

@@ -23,7 +23,7 @@ inline constexpr std::array operations{
         .suffix = "get",
         .result = "$F *",
         .arguments = "kelp_handle *handle, uint32_t space_id, $T *object, uint32_t *err",
-        .rule = "value_field::get",
+        .rule = "field_access::get",
         .brief = "Gives the place of $field inside the object. $meaning",
         .errors = getter_errors,
         .ownership = "the place belongs to the object",
@@ -73,16 +73,6 @@ inline constexpr FieldFamily counter_family{"value_field (counter)", is_counter,
                                             std::span(operations).first(2)};
 
 // --- the rules --------------------------------------------------------------------------------
-
-template <const Structure &T, const Field &F>
-void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
-  if constexpr (is_primitive(F.kind)) {
-    return Primitive<F.kind>::get(handle, space_id, place_of<T, F>(object), err);
-  } else {
-    return place_of<T, F>(object);
-  }
-}
 
 // The value word of an embedded enumeration or flag object, widened.
 template <const Structure &T, const Field &F>

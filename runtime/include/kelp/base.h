@@ -50,9 +50,12 @@ enum kelp_error_code {
   KELP_ERR_BUSY = 16,
   KELP_ERR_EXISTS = 17,
   KELP_ERR_INVALID = 22,
+  KELP_ERR_NO_SPACE = 28,
   KELP_ERR_DEADLOCK = 35,
   KELP_ERR_EPOCH = 43,
-  KELP_ERR_NO_ROOM = 90
+  KELP_ERR_NO_ROOM = 90,
+  KELP_ERR_NOT_SUPPORTED = 95,
+  KELP_ERR_TIMED_OUT = 110
 };
 
 /* The space_id that stands for the runtime itself. */
