@@ -183,10 +183,7 @@ int run_on_store(const Chosen &chosen, const std::string &store) {
   return chosen(&session);
 }
 
-int run_command_line(std::vector<std::string> words) {
-  Program program;
-  if (!parse(program.app, std::move(words))) return 0;
-  program.trace_file.open();
+int run_chosen(const Program &program) {
   const Command &command = *program.chosen.command;
   if (program.app.count("--store") != 0) return run_on_store(program.chosen, program.store);
   if (command.needs == Needs::nothing) return program.chosen(nullptr);
@@ -195,6 +192,15 @@ int run_command_line(std::vector<std::string> words) {
   }
   Session session;
   return program.chosen(&session);
+}
+
+int run_command_line(std::vector<std::string> words) {
+  Program program;
+  if (!parse(program.app, std::move(words))) return 0;
+  program.trace_file.open();
+  const int status = run_chosen(program);
+  program.trace_file.close();
+  return status;
 }
 
 // What was printed has arrived, or it is an error of whoever printed it.
@@ -222,6 +228,10 @@ int saying_what_fails(Act act) {
   } catch (const UsageError &error) {
     say(error);
     return 2;
+  } catch (const std::bad_alloc &) {
+    std::fflush(stdout);
+    std::fputs(no_memory_message, stderr);
+    return 1;
   } catch (const std::exception &failure) {
     say(failure);
     return 1;
@@ -230,8 +240,8 @@ int saying_what_fails(Act act) {
 
 }  // namespace
 
-int run_program(std::vector<std::string> words) {
-  return saying_what_fails([&] { return run_command_line(std::move(words)); });
+int run_program(const char *const *begin, const char *const *end) {
+  return saying_what_fails([&] { return run_command_line({begin, end}); });
 }
 
 int run_words(Session &session, std::vector<std::string> words) {

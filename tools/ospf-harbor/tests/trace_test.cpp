@@ -254,24 +254,35 @@ TEST_F(TraceCommandTest, RecordsWithoutATextAreSaidWithTheirPlace) {
                 library_.path() + "\n");
 }
 
-TEST_F(TraceCommandTest, CutAndForeignFilesAreSaidAfterWhatIsReadable) {
+TEST_F(TraceCommandTest, CutAndForeignBytesArePassedOverAndCounted) {
   emit_all();
   const std::vector<std::uint8_t> good = bytes_of(trace_.path());
+  const std::string said = "ospf-harbor: " + trace_.path() + ": passed over ";
   trace_.write({good.data(), good.size() - 1});
   Printed printed = print(options_);
   EXPECT_EQ(printed.lines.size(), 7u);
+  EXPECT_EQ(printed.status, 1);
   const std::size_t last = good.size() - 48 - 16 - 16;
-  EXPECT_EQ(printed.refusal, trace_.path() + ": byte " + std::to_string(last) +
-                                 ": found the end of the file after 79 bytes, expected a whole "
-                                 "trace record");
+  EXPECT_EQ(printed.complaints,
+            said + "79 bytes in 1 place that are no trace record, the first at byte " +
+                std::to_string(last) +
+                ": found the end of the file after 79 bytes, expected a whole trace record\n");
   const std::string more = "This is no trace record, but a text that is long enough for one.";
   trace_.write(good);
   trace_.append({reinterpret_cast<const std::uint8_t *>(more.data()), more.size()});
   printed = print(options_);
   EXPECT_EQ(printed.lines.size(), 8u);
-  EXPECT_EQ(printed.refusal, trace_.path() + ": byte " + std::to_string(good.size()) +
-                                 ": no trace record: kelp_trace_read_record: magic of a record: "
-                                 "found 0x73696854, expected 0x54504c4b");
+  EXPECT_EQ(printed.complaints,
+            said + "64 bytes in 1 place that are no trace record, the first at byte " +
+                std::to_string(good.size()) +
+                ": kelp_trace_read_record: magic of a record: found 0x73696854, expected "
+                "0x54504c4b\n");
+  trace_.write({reinterpret_cast<const std::uint8_t *>(more.data()), more.size()});
+  EXPECT_EQ(print(options_).refusal,
+            trace_.path() +
+                ": no trace record: byte 0: kelp_trace_read_record: magic of a record: "
+                "found 0x73696854, expected 0x54504c4b");
+  trace_.write(good);
   options_.file = "/nonexistent/trace";
   EXPECT_EQ(print(options_).refusal,
             "/nonexistent/trace: found No such file or directory, expected a trace file");
@@ -281,6 +292,36 @@ TEST_F(TraceCommandTest, CutAndForeignFilesAreSaidAfterWhatIsReadable) {
             trace_.path() +
                 ": file, byte 0: magic of an ELF file: found 4b4c5054, expected "
                 "7f454c46");
+}
+
+// Wherever one record was torn: the others are all shown, also when it is torn at the end of what a
+// process wrote that was killed, and more was appended.
+TEST_F(TraceCommandTest, ATornRecordCostsItselfAlone) {
+  emit_all();
+  const std::vector<std::uint8_t> good = bytes_of(trace_.path());
+  options_.shared_object = library_.path();
+  const std::vector<std::string> whole = print(options_).lines;
+  std::size_t at = 0;
+  for (std::size_t record = 0; record < whole.size(); ++record) {
+    const std::size_t length = good[at + 4];
+    for (const std::size_t kept : {std::size_t{1}, std::size_t{20}, std::size_t{47}, length - 1}) {
+      std::vector<std::uint8_t> torn(good.begin(), good.begin() + static_cast<long>(at + kept));
+      torn.insert(torn.end(), good.begin() + static_cast<long>(at + length), good.end());
+      trace_.write(torn);
+      const Printed printed = print(options_);
+      std::vector<std::string> expected = whole;
+      expected.erase(expected.begin() + static_cast<long>(record));
+      EXPECT_EQ(printed.lines, expected) << record << ", " << kept;
+      EXPECT_EQ(printed.status, 1);
+      EXPECT_NE(printed.complaints.find("passed over " + std::to_string(kept) +
+                                        " bytes in 1 place that are no trace record, the first at "
+                                        "byte " +
+                                        std::to_string(at)),
+                std::string::npos)
+          << printed.complaints;
+    }
+    at += length;
+  }
 }
 
 TEST_F(TraceCommandTest, EmptyTraceHasNoLines) {
@@ -359,7 +400,8 @@ TEST_F(TraceCommandTest, DamagedTracesNeverDoHarm) {
     const Printed printed = print(options_);
     const auto end = std::ranges::upper_bound(ends, length);
     EXPECT_EQ(printed.lines.size(), static_cast<std::size_t>(end - ends.begin() - 1)) << length;
-    EXPECT_EQ(printed.refusal.empty(), *(end - 1) == length) << length;
+    EXPECT_EQ(printed.refusal.empty() && printed.complaints.empty(), *(end - 1) == length)
+        << length;
   }
   std::mt19937 random(42);
   int complained = 0;

@@ -4,21 +4,26 @@
 #include <kelp/embed.h>
 #include <kelp/trace.h>
 
+#include <cstring>
+
 #include "ospf_tables/input_error.hpp"
 #include "traces/trace_texts.hpp"
+#include "views/notes.hpp"
 
 namespace tool {
 
 using namespace ospf_tables;
 
-namespace {
-
-int flush(void *, const kelp_trace_event *) {
-  kelp_trace_flush();
+// Each record is flushed, so that each flush that fails has lost one.
+int TraceFile::flush(void *self, const kelp_trace_event *) {
+  auto &file = *static_cast<TraceFile *>(self);
+  const int reason = kelp_trace_flush();
+  if (reason == 0) return 0;
+  int none = 0;
+  file.reason_.compare_exchange_strong(none, reason);
+  ++file.lost_;
   return 0;
 }
-
-}  // namespace
 
 TraceFile::TraceFile(CLI::App &app) {
   CLI::Option *file =
@@ -37,13 +42,29 @@ void TraceFile::open() {
   if (kelp_trace_open_file(path_.c_str(), &error) != 0) throw InputError(error.text);
   open_ = true;
   kelp_trace_set_level(nullptr, level);
-  kelp_trace_set_sink(flush, nullptr);
+  kelp_trace_set_sink(flush, this);
 }
 
+// Closes the file; what was lost, in words, or nothing.
+std::string TraceFile::losses() {
+  open_ = false;
+  kelp_trace_set_sink(nullptr, nullptr);
+  const int reason = kelp_trace_open_file(nullptr, nullptr);
+  if (reason != 0 && lost_++ == 0) reason_ = reason;
+  if (lost_ == 0) return "";
+  return path_ + ": found " + std::strerror(reason_) + ", expected room for " +
+         std::to_string(lost_) + " more of the trace's records";
+}
+
+void TraceFile::close() {
+  if (!open_) return;
+  if (const std::string lost = losses(); !lost.empty()) throw InputError(lost);
+}
+
+// Of a run that failed otherwise.
 TraceFile::~TraceFile() {
   if (!open_) return;
-  kelp_trace_set_sink(nullptr, nullptr);
-  kelp_trace_open_file(nullptr, nullptr);
+  if (const std::string lost = losses(); !lost.empty()) note("ospf-harbor: " + lost);
 }
 
 }  // namespace tool

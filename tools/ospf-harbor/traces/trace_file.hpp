@@ -3,7 +3,10 @@
 // can follow it.
 #pragma once
 
+#include <kelp/trace.h>
+
 #include <CLI/CLI.hpp>
+#include <atomic>
 #include <string>
 
 namespace tool {
@@ -19,10 +22,18 @@ class TraceFile {
   // something else than whole trace records: nothing is appended to it then.
   void open();
 
+  // The end of the trace. InputError when records of the run did not get into the file.
+  void close();
+
  private:
+  static int flush(void *self, const kelp_trace_event *);
+  std::string losses();
+
   std::string path_;
   std::string level_ = "debug";
   bool open_ = false;
+  std::atomic<std::uint64_t> lost_ = 0;  // records
+  std::atomic<int> reason_ = 0;          // of the first
 };
 
 }  // namespace tool

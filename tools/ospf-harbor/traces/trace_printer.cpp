@@ -84,11 +84,15 @@ int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &co
     status = 1;
   });
   TraceFileReader file(options.file);
-  file.read_on(reader);
-  if (!options.follow) {
+  const auto finish = [&] {
     reader.end();
-    return status;
-  }
+    const std::string passed_over = reader.passed_over();
+    if (passed_over.empty()) return status;
+    complaints << "ospf-harbor: " << in_one_line(passed_over) << '\n';
+    return 1;
+  };
+  file.read_on(reader);
+  if (!options.follow) return finish();
   const auto end = Clock::now() + std::chrono::duration<double>(options.seconds);
   while (options.seconds <= 0 || Clock::now() < end) {
     out.flush();
@@ -96,7 +100,7 @@ int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &co
     file.check_not_shorter();
     file.read_on(reader);
   }
-  return status;
+  return finish();
 }
 
 }  // namespace tool

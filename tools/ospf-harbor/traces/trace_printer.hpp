@@ -16,7 +16,8 @@ struct TraceOptions {
 };
 
 // Lines go to out, what is wrong with single records to complaints. 0, or 1 when a record had no
-// text. Throws for a file that cannot be read on, with what was before it printed.
+// text, or bytes that are no record were passed over. Throws for a file that cannot be read on,
+// with what was before it printed, and for one that holds no record at all.
 int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &complaints);
 
 }  // namespace tool
