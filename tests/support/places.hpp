@@ -11,5 +11,7 @@ std::string recordings();  // of networks, for tests
 std::string sample();      // of a network, for users
 std::string library();     // libospf_harbor_oper as built
 std::string tool();        // the program as built
+std::string
+failing_calls();  // what fails calls to the system, to be preloaded; empty where nothing can
 
 }  // namespace places

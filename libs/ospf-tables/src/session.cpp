@@ -42,7 +42,7 @@ Session::~Session() {
   if (!is_store_) {
     try {
       clear_tree(*this);
-    } catch (const LibraryFailure &) {
+    } catch (const std::exception &) {
       // The database's memory goes as a whole.
     }
   }

@@ -61,10 +61,8 @@ void write_tree_file(Session &session, TreeForm form, const std::string &file) {
     }
   });
   note("exported " + rows_text(rows) + " to " + file);
-  if (form != TreeForm::text && size > largest_stream) {
-    note("ospf-harbor: export: " + file + " has " + std::to_string(size) +
-         " bytes, and import takes no more than " + std::to_string(largest_stream));
-  }
+  const std::string warning = too_many_bytes(form, file, size);
+  if (!warning.empty()) note("ospf-harbor: export: " + warning);
 }
 
 Run set_up_export(CLI::App &app) {

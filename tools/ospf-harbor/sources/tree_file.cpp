@@ -31,4 +31,10 @@ void import_tree(Session &session, TreeForm form, const std::string &file) {
   note("imported " + rows_text(rows) + " from " + file);
 }
 
+std::string too_many_bytes(TreeForm form, const std::string &file, std::uint64_t size) {
+  if (form == TreeForm::text || size <= largest_stream) return "";
+  return file + " has " + std::to_string(size) + " bytes, and import takes no more than " +
+         std::to_string(largest_stream);
+}
+
 }  // namespace tool

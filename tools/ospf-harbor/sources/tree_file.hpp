@@ -2,6 +2,7 @@
 // same key gives way to it. A file that is not sound changes nothing.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "ospf_tables/session.hpp"
@@ -12,5 +13,9 @@ enum class TreeForm { image, xml, text };
 
 // Throws InputError.
 void import_tree(ospf_tables::Session &session, TreeForm form, const std::string &file);
+
+// What to say of a file with so many bytes that an import would refuse for them; empty when it takes
+// them.
+std::string too_many_bytes(TreeForm form, const std::string &file, std::uint64_t size);
 
 }  // namespace tool

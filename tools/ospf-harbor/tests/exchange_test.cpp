@@ -7,7 +7,9 @@
 
 #include <cstring>
 
+#include "sources/tree_file.hpp"
 #include "support/processes.hpp"
+#include "tree_exchange/stream_format.hpp"
 
 namespace {
 
@@ -71,6 +73,21 @@ TEST_F(TreeFiles, AreCommandsOfTheShell) {
   EXPECT_NE(said.err.find("ospf-harbor: export: "), std::string::npos) << said.err;
   EXPECT_EQ(said.out, content_of(file("a.txt")));
   EXPECT_EQ(content_of(file("b.tree")), content_of(file("a.tree")));
+}
+
+// What is told of at export is what import refuses, to the byte.
+TEST_F(TreeFiles, AreToldOfWhenImportWouldRefuseTheirSize) {
+  using tool::TreeForm;
+  constexpr std::uint64_t largest = tree_exchange::largest_stream;
+  for (const TreeForm form : {TreeForm::image, TreeForm::xml}) {
+    EXPECT_EQ(tool::too_many_bytes(form, "a file", largest), "");
+    EXPECT_EQ(tool::too_many_bytes(form, "a file", largest + 1),
+              "a file has 268435457 bytes, and import takes no more than 268435456");
+  }
+  EXPECT_EQ(tool::too_many_bytes(TreeForm::text, "a file", largest + 1), "");
+  put("large", "");
+  std::filesystem::resize_file(file("large"), largest + 1);
+  expect_refused({"import", "--xml", file("large")}, {"found more than 268435456 bytes"});
 }
 
 class WrongFiles : public ProcessTest {
