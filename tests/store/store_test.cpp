@@ -394,6 +394,43 @@ TEST(Store, AProcessOpensAFileOnceAndItsChildNotAtAll) {
             0);
 }
 
+// What a child does with the store that its parent opened is refused in words, takes nothing from
+// the parent, and a store of the child's own works.
+TEST(Store, AChildIsToldWhyAndItsParentGoesOn) {
+  const Folder folder;
+  EXPECT_EQ(run([&] {
+              Rows rows(folder.file());
+              if (rows.lock_write() != 0 || rows.put(1, "one") != 0) return 1;
+              const pid_t child = fork();
+              if (child == 0) {
+                alarm(20);
+                const std::string expected = "it was opened by process " +
+                                             std::to_string(getppid()) +
+                                             ", of which this one is a child; a child opens the "
+                                             "store itself";
+                kelp_error error{};
+                const auto refused = [&](std::int32_t code) {
+                  return code == KELP_ERR_PERMISSION &&
+                         std::string(error.text).find(expected) != std::string::npos;
+                };
+                if (!refused(kelp_lock_read(rows.handle, &error))) _exit(1);
+                if (!refused(kelp_lock_write(rows.handle, &error))) _exit(2);
+                if (!refused(kelp_unlock(rows.handle, &error))) _exit(3);
+                if (ospfv2_unknown_sub_tlv_create(rows.handle, 0) != nullptr) _exit(4);
+                kelp_handle_destroy(rows.handle);
+                rows.handle = nullptr;
+                if (kelp_database_close(rows.database, &error) != 0) _exit(5);
+                rows.database = nullptr;
+                _exit(0);
+              }
+              if (const int status = wait_for(child); status != 0) return 10 + status;
+              if (rows.put(2, "two") != 0 || rows.unlock() != 0) return 2;
+              return 0;
+            }),
+            0);
+  EXPECT_EQ(verify(folder.file(), {Model{{1, "one"}, {2, "two"}}}), "");
+}
+
 TEST(Store, ThreadsOfOneProcessShareAStore) {
   const Folder folder;
   EXPECT_EQ(run([&] {

@@ -81,7 +81,11 @@ void after_fork_in_child() {
     database->lock.after_fork_in_child();
     // It knows its owner by a number that the child's thread does not have.
     new (&database->registering) std::recursive_mutex;
-    if (database->store == nullptr) database->oids.part_from_parent();
+    if (database->store == nullptr) {
+      database->oids.part_from_parent();
+    } else {
+      database->store->part_from_parent();
+    }
   }
   open.mutex.unlock();
 }

@@ -107,7 +107,9 @@ std::int32_t end_lock(kelp_handle *handle, Ending ending, kelp_error *error) {
   std::int32_t code = succeed(error);
   if (database.store != nullptr) {
     store::Store &store = *database.store;
-    if (handle->db_lock_state == static_cast<std::uint32_t>(LockMode::read)) {
+    if ((code = store.check_process(error)) != 0) {
+      // The lock is the parent's, and stays with it.
+    } else if (handle->db_lock_state == static_cast<std::uint32_t>(LockMode::read)) {
       store.unlock_read();
     } else if (ending == Ending::rollback) {
       store.rollback();

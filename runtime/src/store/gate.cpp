@@ -129,11 +129,12 @@ bool Gate::alone() {
 }
 
 void Gate::leave() {
-  if (slot_ != nullptr) {
+  // A child that was forked has its parent's, which stays.
+  if (slot_ != nullptr && load(slot_->pid) == static_cast<std::uint32_t>(getpid())) {
     __atomic_store_n(&slot_->readers, 0u, __ATOMIC_SEQ_CST);
     __atomic_store_n(&slot_->pid, 0u, __ATOMIC_SEQ_CST);
-    slot_ = nullptr;
   }
+  slot_ = nullptr;
   if (table_ != nullptr) {
     release_range(table_);
     munmap(table_, sizeof(LockTable));

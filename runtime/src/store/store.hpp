@@ -66,6 +66,10 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   // Whether this process has a lock, and whether it is the one that opened the store.
   bool is_locked() const { return writing_ || gate_.is_reading(); }
   bool is_own() const { return getpid() == pid_; }
+  // 0 in the process that opened the store, 1 in a child that was forked from it.
+  std::int32_t check_process(kelp_error *error) const;
+  // In such a child, whose parent's transaction is none of its own.
+  void part_from_parent() { writing_ = false; }
   // The number of the transaction that runs or ran last; one that is undone has used its up.
   std::uint32_t transaction() const { return header_->stamp; }
   // For the writer: why this transaction cannot be committed any more, 0 when it can.
@@ -132,7 +136,6 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   std::int32_t meet_restart(kelp_error *error);
   std::int32_t mend(kelp_error *error);
   std::int32_t check_size(kelp_error *error) const;
-  std::int32_t check_process(kelp_error *error) const;
   bool undo();
   void begin();
   void turn_private();
