@@ -58,6 +58,10 @@ std::int32_t take_lock(kelp_handle *handle, LockMode mode, const char *function,
                        kelp_error *error) {
   if (handle == nullptr) return fail(error, KELP_ERR_INVALID, "%s: the handle is null", function);
   kelp_database *database = handle->state->database;
+  // A forked child has the state of its parent's locks, of which none is its own.
+  if (database->store != nullptr) {
+    if (const auto code = database->store->check_process(error)) return code;
+  }
   const std::uint32_t wait_ms =
       database->store == nullptr ? UINT32_MAX : database->store->wait_ms();
   DatabaseLock::Outcome outcome{};

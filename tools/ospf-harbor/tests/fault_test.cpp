@@ -137,8 +137,8 @@ class Faults : public tool_tests::ProcessTest {
 };
 
 TEST_F(Faults, LoadAndShowAreWholeOrTold) {
-  expect_whole_or_told({"load", "frr", sample_, "--show"});
-  expect_whole_or_told({"show", "--json", "--from", sample_});
+  expect_whole_or_told({"load", "frr", sample_, "--tree"});
+  expect_whole_or_told({"show", "--tree", "--json", "--from", sample_});
 }
 
 TEST_F(Faults, CapturesAndDatabasesAreWholeOrTold) {
@@ -153,8 +153,8 @@ TEST_F(Faults, FilesAreExportedWholeOrToldAndTheOldOnesStay) {
 }
 
 TEST_F(Faults, FilesAreImportedWholeOrTold) {
-  expect_whole_or_told({"import", "--image", file("tree"), "--show"});
-  expect_whole_or_told({"import", "--xml", file("xml"), "--show"});
+  expect_whole_or_told({"import", "--image", file("tree"), "--tree"});
+  expect_whole_or_told({"import", "--xml", file("xml"), "--tree"});
 }
 
 TEST_F(Faults, FilesAreTakenApartWholeOrTold) {
@@ -165,14 +165,14 @@ TEST_F(Faults, FilesAreTakenApartWholeOrTold) {
 
 // The sender hears "ok" of nothing but the whole tree.
 TEST_F(Faults, TreesAreSentWholeOrTold) {
-  const std::string shown = run({"show", "--from", sample_}).out;
+  const std::string shown = run({"show", "--tree", "--from", sample_}).out;
   int arrived = 0;
   for (const bool of_sender : {true, false}) {
     for (long call = 0; call < 40000; call = call < 4 ? call + 1 : call * 2) {
       const std::string what = "malloc:" + std::to_string(call);
       SCOPED_TRACE((of_sender ? "send, " : "receive, ") + what);
       const std::string place = "unix:" + file("socket");
-      const Words waiting{"receive", "--at", place, "--show", "--timeout", "1"};
+      const Words waiting{"receive", "--at", place, "--tree", "--timeout", "1"};
       const Words sending{"send", "--to", place, "--from", sample_};
       std::unique_ptr<ToolProcess> receiver;
       {
