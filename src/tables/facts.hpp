@@ -15,6 +15,7 @@
 #include "module/type_record.hpp"
 #include "tables/handler_addresses.hpp"
 #include "tables/key_order.hpp"
+#include "tables/key_words.hpp"
 #include "tables/tree_functions.hpp"
 #include "types/structure_life.hpp"
 #include "types/type_record_access.hpp"
@@ -48,6 +49,8 @@ struct TableFacts {
   TreeFunctions tree;
   // Orders two records by their keys alone.
   std::int32_t (*compare_keys)(const kelp_record &, const kelp_record &);
+  // Says a record's key in words.
+  void (*print_key)(const kelp_record &, key_words::Words &);
   kelp_tbi_root **tbi_cache;
   kelp_record *null_record;
   const HandlerAddresses *handlers;
@@ -140,6 +143,7 @@ constexpr TableFacts make_facts() {
       .message_base = messages::block_base(T),
       .tree = tree_functions_of<T>,
       .compare_keys = &key_order::compare<T>,
+      .print_key = &key_words::print<T>,
       .tbi_cache = &tbi_cache_of<T>,
       .null_record = &null_record_of<T>.record,
       .handlers = &handlers_of<T>,

@@ -43,10 +43,12 @@ void insert(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id
   if (e_avl_insert(handle->obj_pool, space_id, &table->avl_root, &record->avl_node, &table->avl_aux,
                    facts.tree.compare) == 0) {
     if (handle->quiet_insert == 0) report(facts, TableForm::insert_exists);
-    return fail(
-        handle, KELP_ERR_EXISTS, err, About(facts.name),
-        "found a record of the same key, tenant and source in the table '%s', expected none",
-        table->tbl_name);
+    key_words::Words key;
+    facts.print_key(*record, key);
+    return fail(handle, KELP_ERR_EXISTS, err, About(facts.name),
+                "found a record of the same key (%s), tenant and source in the table '%s', "
+                "expected none",
+                key, table->tbl_name);
   }
   store(handle, space_id, &record->record_table, table);
   store(handle, space_id, &table->record_count, table->record_count + 1);

@@ -74,6 +74,28 @@ const char *getter_of(const Field &field) {
   }
 }
 
+// The key of a record whose first key field was set to the number.
+std::string key_in_words(const harbor::model::Table &table, std::uint32_t number) {
+  std::vector<const Field *> fields{table.key};
+  if (table.key_structure != nullptr) {
+    fields.assign(table.key_structure->fields.begin(), table.key_structure->fields.end());
+  }
+  std::string words;
+  for (const Field *field : fields) {
+    const std::uint32_t value = field == fields.front() ? number : 0;
+    std::string text = std::to_string(value);
+    if (field->kind == Kind::text) text = value == 0 ? "''" : "'" + text + "'";
+    if (field->kind == Kind::address) text = value == 0 ? "unset" : "0.0.0." + text;
+    if (field->kind == Kind::enumeration) {
+      for (const auto &member : field->enumeration->members) {
+        if (member.value == value) text = member.name;
+      }
+    }
+    words += (words.empty() ? "" : ", ") + std::string(field->name) + " " + text;
+  }
+  return words;
+}
+
 }  // namespace
 
 TEST(ErrorWords, NameTheFieldThatAVariantDoesNotHold) {
@@ -229,6 +251,9 @@ TEST(ErrorWords, NameTheTable) {
     kelp_record *same = table.record(1);
     table.call<void>("insert", table.table, same, &err);
     EXPECT_NE(words_of(table, KELP_ERR_EXISTS).find("in the table 'rows"), std::string::npos);
+    EXPECT_NE(words_of(table, KELP_ERR_EXISTS).find(" same key (" + key_in_words(*schema, 1) + ")"),
+              std::string::npos)
+        << words_of(table, KELP_ERR_EXISTS);
     expect_words(table, err, table.name);
     table.call<void>("insert", table.table, nullptr, &err);
     expect_words(table, err, table.name);

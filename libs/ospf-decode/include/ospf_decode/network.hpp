@@ -12,8 +12,8 @@
 // the only one of these that has listed the other for two hello intervals.
 //
 // Neighbour states, of B as A has it:
-//   Down     B's hellos have stopped for longer than A's dead interval, or A does not hear B or does
-//            not take its hellos, since a router lists all that it hears (RFC 2328, 9.5)
+//   Down     B's hellos have stopped for longer than A's dead interval, or A does not hear B or
+//            take its hellos, since a router lists all that it hears (RFC 2328, 9.5)
 //   Attempt  A sends hellos to an address from which none ever came
 //   Init     B's hello is seen and does not list A
 //   TwoWay   B's hello lists A
@@ -30,7 +30,7 @@
 // a dead interval without an exchange in the capture is taken to be Full.
 //
 // All above TwoWay holds where an adjacency is wanted (RFC 2328, 10.4): where a network has
-// designated routers, with these alone. Others stay TwoWay, or are again after new ones are elected.
+// designated routers, with these alone. Others stay TwoWay, or are again after an election.
 #pragma once
 
 #include <cstdint>
@@ -112,7 +112,7 @@ struct Interface {
   // Since when its hellos come without a gap and list the same neighbours.
   Time steady_since = 0;
   Time elected_since = 0;  // since when they name a designated router, or name none
-  Hello hello;                                 // the last
+  Hello hello;             // the last
   std::map<std::uint32_t, Time> listed_since;  // neighbours in the last hello
   std::optional<Time> last_multicast_hello;
   bool had_designated_router = false;
@@ -221,8 +221,7 @@ class Network : public Visitor {
   std::optional<std::uint32_t> virtual_end(const Packet &packet,
                                            std::optional<std::uint32_t> id) const;
   template <typename Also>
-  std::optional<std::uint32_t> only_one(const Interface &of, std::uint32_t router,
-                                        Also also) const;
+  std::optional<std::uint32_t> only_one(const Interface &of, std::uint32_t router, Also also) const;
   std::uint32_t hello_sender(const Packet &packet, const Hello &hello);
   void join_by_unicast(std::uint32_t interface, const Packet &packet);
   void join_by_hello(std::uint32_t interface);
