@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -420,6 +421,9 @@ pid_t dead_reader(const std::string &path) {
 // Whoever was given the dead process's number since does not read in its place.
 TEST(StoreEdges, ADeadReadersNumberMayBeInUseAgain) {
   const Folder folder;
+  // Who has a number is known by when it started, which the system counts in hundredths of a
+  // second.
+  std::this_thread::sleep_for(std::chrono::milliseconds(30));
   const auto dead = static_cast<std::uint32_t>(dead_reader(folder.file()));
   const auto living = static_cast<std::uint32_t>(getpid());
   const std::string file = folder.file("store-lock");
