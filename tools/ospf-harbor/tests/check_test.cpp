@@ -4,32 +4,18 @@
 
 #include <algorithm>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "support/processes.hpp"
+#include "recording_test.hpp"
 
 namespace {
 
 using nlohmann::ordered_json;
 
-class Check : public tool_tests::ProcessTest {
+class Check : public tool_tests::RecordingTest {
  protected:
-  static std::string recording(const std::string &name) {
-    return places::recordings() + "/" + name;
-  }
-  Said ask(const std::string &line, const std::string &source) {
-    std::istringstream in(line);
-    std::vector<std::string> words;
-    for (std::string word; in >> word;) words.push_back(word);
-    words.insert(words.end(), {"--from", source});
-    return run(words);
-  }
   std::vector<ordered_json> found(const std::string &options, const std::string &source) {
-    std::vector<ordered_json> all;
-    std::istringstream in(ask("check --json " + options, source).out);
-    for (std::string line; std::getline(in, line);) all.push_back(ordered_json::parse(line));
-    return all;
+    return lines(ask("check --json " + options, source).out);
   }
 };
 
@@ -60,7 +46,7 @@ void expect_all(const std::vector<ordered_json> &found, const std::vector<Expect
 }
 
 TEST_F(Check, NeighboursThatDifferAreToldWithWhatTheyDifferIn) {
-  const auto all = found("", recording("mismatch") + "/all.pcap");
+  const auto all = found("", capture_of("mismatch"));
   expect_all(
       all,
       {
@@ -93,13 +79,13 @@ TEST_F(Check, NeighboursThatDifferAreToldWithWhatTheyDifferIn) {
 }
 
 TEST_F(Check, ARouterIdThatTwoDistantRoutersHaveIsTold) {
-  expect_all(found("", recording("sameid") + "/all.pcap"),
+  expect_all(found("", capture_of("sameid")),
              {{"error", "duplicate_router_id", "", 2, "10.243.0.14|"},
               {"error", "duplicate_router_id", "router_id", 3, "both have 10.243.0.14"}});
 }
 
 TEST_F(Check, AreasExternalsRangesAndFlapsAreTold) {
-  const auto heard = found("", recording("domain") + "/all.pcap");
+  const auto heard = found("", capture_of("domain"));
   expect_all(
       heard,
       {
@@ -127,13 +113,13 @@ TEST_F(Check, AreasExternalsRangesAndFlapsAreTold) {
 TEST_F(Check, AVirtualLinkWithoutATransitAreaIsTold) {
   // r2's way to r4 through the transit area goes by r3 or r5.
   expect_all(found("--v2 --without-router 10.252.0.3 --without 10.252.0.2--10.252.0.4",
-                   recording("virtual") + "/all.pcap"),
+                   capture_of("virtual")),
              {{"error", "virtual_link_without_transit", "", 2, "10.252.0.2 - 10.252.0.5"},
               {"error", "split_area", "", 2, "area 0.0.0.1"}});
 }
 
 TEST_F(Check, WrongChecksumsAndTheLastSequenceNumbersAreTold) {
-  const std::string capture = recording("forged") + "/all.pcap";
+  const std::string capture = capture_of("forged");
   const auto all = found("", capture);
   expect_all(all, {{"warning", "wrong_checksum", "", 2, "1 LSA with a wrong checksum"},
                    {"warning", "wrong_checksum", "", 2, "1 packet with a wrong checksum"}});
@@ -148,25 +134,25 @@ TEST_F(Check, WrongChecksumsAndTheLastSequenceNumbersAreTold) {
 TEST_F(Check, NothingIsToWarnOfWhereAllIsWell) {
   for (const char *name : {"bird-frr", "campus", "dr-change", "instances", "nbma", "nssa",
                            "refresh", "sr", "transit", "virtual"}) {
-    const Said said = ask("check --least warning", recording(name) + "/all.pcap");
+    const Said said = ask("check --least warning", capture_of(name));
     EXPECT_EQ(said.status, 0) << name;
     EXPECT_EQ(said.out.rfind("0 errors, 0 warnings, ", 0), 0u) << name << ": " << said.out;
   }
 }
 
 TEST_F(Check, TheStatusFollowsTheWorst) {
-  const std::string capture = recording("nssa") + "/all.pcap";
+  const std::string capture = capture_of("nssa");
   EXPECT_EQ(ask("check", capture).status, 0);
   EXPECT_EQ(ask("check --fail-on notice", capture).status, 1);
-  EXPECT_EQ(ask("check --fail-on error", recording("domain") + "/all.pcap").status, 1);
-  EXPECT_EQ(ask("check --fail-on error --v3", recording("sameid") + "/all.pcap").status, 1);
+  EXPECT_EQ(ask("check --fail-on error", capture_of("domain")).status, 1);
+  EXPECT_EQ(ask("check --fail-on error --v3", capture_of("sameid")).status, 1);
   const Said wrong = ask("check --fail-on never", capture);
   EXPECT_EQ(wrong.status, 2);
   EXPECT_NE(wrong.err.find("notice, warning or error"), std::string::npos) << wrong.err;
 }
 
 TEST_F(Check, AFindingIsOneLineOfJson) {
-  const auto all = found("--v2 --least error", recording("sameid") + "/all.pcap");
+  const auto all = found("--v2 --least error", capture_of("sameid"));
   ASSERT_EQ(all.size(), 1u);
   std::string keys;
   for (const auto &[key, value] : all[0].items()) keys += key + " ";
@@ -177,14 +163,14 @@ TEST_F(Check, AFindingIsOneLineOfJson) {
 }
 
 TEST_F(Check, WhatIfLooksAtTheNetworkThatWouldBe) {
-  const std::string capture = recording("virtual") + "/all.pcap";
+  const std::string capture = capture_of("virtual");
   const auto all = found("--v2 --without 10.252.0.1--10.252.0.2", capture);
   expect_all(all, {{"error", "split_area", "", 2, "area 0.0.0.0"}});
   EXPECT_EQ(ask("check --v2 --without 10.252.0.1--10.252.0.9", capture).status, 1);
 }
 
 TEST_F(Check, TheTextFitsATerminalAndNamesWhatShowsIt) {
-  const Said said = ask("check --v2", recording("domain") + "/all.pcap");
+  const Said said = ask("check --v2", capture_of("domain"));
   EXPECT_EQ(said.status, 1);
   std::istringstream in(said.out);
   for (std::string line; std::getline(in, line);) EXPECT_LE(line.size(), 80u) << line;

@@ -1,31 +1,19 @@
 // `diff` as a user runs it. That it says of two times what `events` tells between them is held by
-// diff.says_what_events_tell.
+// diff.says_what_events_tell, its text by Examples.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
-#include "support/processes.hpp"
+#include "recording_test.hpp"
 
 namespace {
 
 using nlohmann::ordered_json;
 
-class Diff : public tool_tests::ProcessTest {
+class Diff : public tool_tests::RecordingTest {
  protected:
-  static std::string recording(const std::string &name) {
-    return places::recordings() + "/" + name;
-  }
   Said ask(const std::vector<std::string> &words) {
     std::vector<std::string> all{"diff"};
     all.insert(all.end(), words.begin(), words.end());
     return run(all);
-  }
-  static std::vector<ordered_json> lines(const std::string &text) {
-    std::vector<ordered_json> all;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) all.push_back(ordered_json::parse(line));
-    return all;
   }
 };
 
@@ -40,27 +28,6 @@ TEST_F(Diff, OfASourceWithItselfSaysNothing) {
   }
 }
 
-TEST_F(Diff, TellsFieldsThenWhatItMeansThenRoutes) {
-  // r3 changes the metric of its external from 22 to 23 between the two.
-  const Said said = ask({recording("forged") + "/all.pcap", "--at", "05:27:01", "--at", "05:27:13",
-                         "--router", "10.242.0.1"});
-  EXPECT_EQ(said.status, 1);
-  EXPECT_EQ(said.out, R"(link-state databases
-  changed  External 192.0.2.0 of 10.242.0.3 (v2)
-           body.external[0].metric
-             before  22
-             after   23
-
-OSPFv2: network
-  changed  external   10.242.0.3: 192.0.2.0/24, type 2, metric 22 before, type 2, metric 23 after
-
-OSPFv2: routes of router 10.242.0.1 that change
-  longer     192.0.2.0/24
-    before  external-2 22+20 10.94.1.2 by 10.94.1.1
-    after   external-2 23+20 10.94.1.2 by 10.94.1.1
-)");
-}
-
 TEST_F(Diff, EachDifferenceIsALineOfJson) {
   const auto one_of = [](const std::vector<ordered_json> &all, const char *subject,
                          const char *change, const char *router) {
@@ -72,7 +39,7 @@ TEST_F(Diff, EachDifferenceIsALineOfJson) {
     return ordered_json(ordered_json::object());
   };
   // r1, the designated router of four, dies.
-  const auto dies = lines(ask({recording("dr-change") + "/all.pcap", "--v2", "--at", "05:30:52",
+  const auto dies = lines(ask({capture_of("dr-change"), "--v2", "--at", "05:30:52",
                                "--at", "05:31:02", "--router", "10.246.0.4", "--json"})
                               .out);
   EXPECT_EQ(one_of(dies, "adjacency", "went", "10.246.0.2").dump(),
@@ -82,7 +49,7 @@ TEST_F(Diff, EachDifferenceIsALineOfJson) {
   EXPECT_EQ(one_of(dies, "lsa", "came", "10.246.0.2")["type_name"], "Network");
   EXPECT_EQ(one_of(dies, "route", "lost", "10.246.0.4")["prefix"], "10.246.0.1/32");
   // A cost changes, and two externals are withdrawn.
-  const auto cheap = lines(ask({recording("transit") + "/all.pcap", "--v2", "--at", "1795242580",
+  const auto cheap = lines(ask({capture_of("transit"), "--v2", "--at", "1795242580",
                                 "--at", "1795242596", "--json"})
                                .out);
   const ordered_json cost = one_of(cheap, "cost", "changed", "10.254.0.5");
@@ -99,7 +66,7 @@ TEST_F(Diff, EachDifferenceIsALineOfJson) {
 }
 
 TEST_F(Diff, TroubleIsStatusTwo) {
-  const std::string capture = recording("forged") + "/all.pcap";
+  const std::string capture = capture_of("forged");
   EXPECT_EQ(ask({capture, file("none")}).status, 2);
   EXPECT_EQ(ask({capture, capture, "--at", "05:27:01"}).status, 2);
   EXPECT_EQ(ask({capture}).status, 2);

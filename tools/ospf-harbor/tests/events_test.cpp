@@ -3,34 +3,22 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "ospf_events/timeline.hpp"
+#include "recording_test.hpp"
 #include "sources/time_point.hpp"
-#include "support/processes.hpp"
 
 namespace {
 
 using nlohmann::ordered_json;
 
-class Events : public tool_tests::ProcessTest {
+class Events : public tool_tests::RecordingTest {
  protected:
-  static std::string recording(const std::string &name) {
-    return places::recordings() + "/" + name + "/all.pcap";
-  }
   Said ask(const std::string &line, const std::string &name) {
-    std::istringstream in(line);
-    std::vector<std::string> words;
-    for (std::string word; in >> word;) words.push_back(word);
-    words.insert(words.end(), {"--from", recording(name)});
-    return run(words);
+    return RecordingTest::ask(line, capture_of(name));
   }
   std::vector<ordered_json> told(const std::string &options, const std::string &name) {
-    std::vector<ordered_json> all;
-    std::istringstream in(ask("events --json " + options, name).out);
-    for (std::string line; std::getline(in, line);) all.push_back(ordered_json::parse(line));
-    return all;
+    return lines(ask("events --json " + options, name).out);
   }
 };
 

@@ -3,33 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 
-#include "support/processes.hpp"
+#include "recording_test.hpp"
 
 namespace {
 
 using nlohmann::ordered_json;
 
-class Routes : public tool_tests::ProcessTest {
+class Routes : public tool_tests::RecordingTest {
  protected:
-  static std::string recording(const std::string &name) {
-    return places::recordings() + "/" + name + "/all.pcap";
-  }
   Said ask(const std::string &line, const std::string &name) {
-    std::istringstream in(line);
-    std::vector<std::string> words;
-    for (std::string word; in >> word;) words.push_back(word);
-    words.insert(words.end(), {"--from", recording(name)});
-    return run(words);
-  }
-  static std::vector<ordered_json> lines(const std::string &text) {
-    std::vector<ordered_json> all;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) all.push_back(ordered_json::parse(line));
-    return all;
+    return RecordingTest::ask(line, capture_of(name));
   }
 };
 
