@@ -27,9 +27,7 @@ TEST(StoreEdges, ARollbackIsDoneWhenItReturns) {
   const Folder folder;
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
-              rows.lock_write();
-              rows.put(1, "one");
-              rows.unlock();
+              rows.commit({{1, "one"}});
               const std::uint64_t before = used_bytes(rows);
               const std::uint64_t size = std::filesystem::file_size(folder.file());
               rows.lock_write();
@@ -63,9 +61,7 @@ TEST(StoreEdges, ALargeBlockThatWasEndedComesBackWhole) {
   const std::string bytes = some_bytes(7, large);
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
-              rows.lock_write();
-              rows.put(1, bytes);
-              rows.unlock();
+              rows.commit({{1, bytes}});
               rows.lock_write();
               rows.erase(1);
               rows.rollback();
@@ -249,9 +245,7 @@ TEST(StoreEdges, ARecordMadeWithoutTheWriteLockEntersNoTable) {
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
               std::uint32_t err = 0;
-              rows.lock_write();
-              rows.put(1, "one");
-              rows.unlock();
+              rows.commit({{1, "one"}});
               rows.lock_read();
               auto *record = tbl_ospfv2_unknown_sub_tlv_create_record(rows.handle, 0, &err);
               auto *row = ospfv2_unknown_sub_tlv_create(rows.handle, 0);
@@ -298,9 +292,7 @@ std::int32_t cached_after(const std::function<void(Rows &)> &work) {
   const pid_t reader = start([&] {
     Rows rows(path);
     std::uint32_t err = 0;
-    rows.lock_write();
-    rows.put(1, "one");
-    rows.unlock();
+    rows.commit({{1, "one"}});
     rows.lock_read();
     auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(rows.handle, 0, "rows", 1, &err);
     auto *record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(rows.handle, 0,

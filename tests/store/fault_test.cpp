@@ -369,7 +369,7 @@ TEST(StoreFault, WritesThatFailInACommit) {
   const kelp_store_options options = with_durability(KELP_DURABILITY_POWER);
   ASSERT_EQ(run([&] {
               Rows rows(folder.file(), &options);
-              return rows.lock_write() != 0 || rows.put(1, "one") != 0 ? 1 : rows.unlock();
+              return rows.commit({{1, "one"}});
             }),
             0);
   for (long n = 0; n < 2; ++n) {

@@ -347,7 +347,7 @@ TEST(StorePower, ABlockOfManySpansIsThereAfterALoss) {
   ASSERT_EQ(commit_one(folder.file(), 2), 0);
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
-              return rows.lock_write() != 0 || rows.put(1, expected.at(1)) != 0 ? 1 : rows.unlock();
+              return rows.commit({{1, expected.at(1)}});
             }),
             0);
   lose(folder.file());

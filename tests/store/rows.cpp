@@ -76,6 +76,14 @@ std::uint32_t Rows::erase(std::uint16_t key) {
   return err;
 }
 
+std::int32_t Rows::commit(const Model &rows) {
+  if (const std::int32_t code = lock_write()) return code;
+  for (const auto &[key, bytes] : rows) {
+    if (const std::uint32_t code = put(key, bytes)) return static_cast<std::int32_t>(code);
+  }
+  return unlock();
+}
+
 Model Rows::all() {
   Model found;
   std::uint32_t err = 0;

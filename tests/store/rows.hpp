@@ -51,6 +51,8 @@ class Rows {
   // Under the write lock; 0, or the error word.
   std::uint32_t put(std::uint16_t key, const std::string &bytes);
   std::uint32_t erase(std::uint16_t key);
+  // A transaction that puts these; 0, or what went wrong first.
+  std::int32_t commit(const Model &rows);
   // Under either lock.
   Model all();
   // The findings of kelp_database_check under the read lock, one a line.

@@ -60,7 +60,7 @@ TEST(Store, AHandleThatIsDestroyedWithTheWriteLockUndoes) {
   const Folder folder;
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
-              if (rows.lock_write() != 0 || rows.put(1, "one") != 0 || rows.unlock() != 0) return 1;
+              if (rows.commit({{1, "one"}}) != 0) return 1;
               if (rows.lock_write() != 0 || rows.put(1, "changed") != 0) return 2;
               return 0;
             }),
@@ -118,7 +118,7 @@ TEST(Store, ADeadWriterIsUndoneByWhoComesNext) {
   const std::string path = folder.file();
   ASSERT_EQ(run([&] {
               Rows rows(path);
-              return rows.lock_write() != 0 || rows.put(1, "one") != 0 ? 1 : rows.unlock();
+              return rows.commit({{1, "one"}});
             }),
             0);
   Holder writer(path, [](Rows &rows) {
@@ -187,7 +187,7 @@ TEST(Store, AReaderMakesKeysBesideTheStore) {
   const std::string path = folder.file();
   EXPECT_EQ(run([&] {
               Rows rows(path);
-              if (rows.lock_write() != 0 || rows.put(1, "one") != 0 || rows.unlock() != 0) return 1;
+              if (rows.commit({{1, "one"}}) != 0) return 1;
               kelp_memory_statistics before;
               kelp_database_memory(rows.database, &before);
               std::uint32_t err = 0;
@@ -217,9 +217,7 @@ TEST(Store, AChangeWithoutTheWriteLockEndsTheProcess) {
   const Folder folder;
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
-              rows.lock_write();
-              rows.put(1, "one");
-              rows.unlock();
+              rows.commit({{1, "one"}});
               rows.lock_read();
               if (freopen("/dev/null", "w", stderr) == nullptr) return 1;
               return static_cast<int>(rows.put(1, "changed"));
@@ -313,9 +311,7 @@ TEST(Store, TenantsAreCountedAcrossProcesses) {
   EXPECT_EQ(run([&] {
               Rows rows(folder.file());
               kelp_tenant_set(7);
-              rows.lock_write();
-              rows.put(1, "one");
-              rows.unlock();
+              rows.commit({{1, "one"}});
               rows.lock_write();
               rows.put(2, "two");
               return rows.rollback();
