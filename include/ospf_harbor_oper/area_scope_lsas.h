@@ -121,20 +121,20 @@ KELP_API size_t area_scope_lsas_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t area_scope_lsas_compare(const area_scope_lsas *a, const area_scope_lsas *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t area_scope_lsas_hash(const area_scope_lsas *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to area_scope_lsas holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t area_scope_lsas_is_valid_cr(kelp_handle *handle, const area_scope_lsas *object,
                                               uint32_t field_number);
 
@@ -142,7 +142,7 @@ KELP_API uint32_t area_scope_lsas_is_valid_cr(kelp_handle *handle, const area_sc
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API area_scope_lsas *area_scope_lsas_get(kelp_handle *handle, uint32_t space_id,
                                               const area_scope_lsas *object);
 
@@ -152,7 +152,7 @@ KELP_API area_scope_lsas *area_scope_lsas_get(kelp_handle *handle, uint32_t spac
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void area_scope_lsas_get_all(kelp_handle *handle, uint32_t space_id,
                                       const area_scope_lsas *object, uint32_t *lsa_id,
                                       uint32_t *err);
@@ -163,7 +163,7 @@ KELP_API void area_scope_lsas_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void area_scope_lsas_set_all(kelp_handle *handle, uint32_t space_id,
                                       area_scope_lsas *object, uint32_t lsa_id, uint32_t *err);
 

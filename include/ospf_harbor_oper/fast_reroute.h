@@ -120,20 +120,20 @@ KELP_API size_t fast_reroute_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t fast_reroute_compare(const fast_reroute *a, const fast_reroute *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t fast_reroute_hash(const fast_reroute *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to fast_reroute holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t fast_reroute_is_valid_cr(kelp_handle *handle, const fast_reroute *object,
                                            uint32_t field_number);
 
@@ -141,7 +141,7 @@ KELP_API uint32_t fast_reroute_is_valid_cr(kelp_handle *handle, const fast_rerou
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API fast_reroute *fast_reroute_get(kelp_handle *handle, uint32_t space_id,
                                         const fast_reroute *object);
 
@@ -151,7 +151,7 @@ KELP_API fast_reroute *fast_reroute_get(kelp_handle *handle, uint32_t space_id,
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void fast_reroute_get_all(kelp_handle *handle, uint32_t space_id,
                                    const fast_reroute *object, kelp_boolean *candidate_disabled,
                                    kelp_boolean *enabled, kelp_boolean *remote_lfa_enabled,
@@ -163,7 +163,7 @@ KELP_API void fast_reroute_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void fast_reroute_set_all(kelp_handle *handle, uint32_t space_id, fast_reroute *object,
                                    kelp_boolean candidate_disabled, kelp_boolean enabled,
                                    kelp_boolean remote_lfa_enabled, uint32_t *err);

@@ -124,20 +124,20 @@ KELP_API size_t lsa_options_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t lsa_options_compare(const lsa_options *a, const lsa_options *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t lsa_options_hash(const lsa_options *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to lsa_options holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t lsa_options_is_valid_cr(kelp_handle *handle, const lsa_options *object,
                                           uint32_t field_number);
 
@@ -145,7 +145,7 @@ KELP_API uint32_t lsa_options_is_valid_cr(kelp_handle *handle, const lsa_options
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API lsa_options *lsa_options_get(kelp_handle *handle, uint32_t space_id,
                                       const lsa_options *object);
 
@@ -155,7 +155,7 @@ KELP_API lsa_options *lsa_options_get(kelp_handle *handle, uint32_t space_id,
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void lsa_options_get_all(kelp_handle *handle, uint32_t space_id,
                                   const lsa_options *object, kelp_boolean *DC, kelp_boolean *P,
                                   kelp_boolean *MC, kelp_boolean *E, kelp_boolean *Upward,
@@ -168,7 +168,7 @@ KELP_API void lsa_options_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void lsa_options_set_all(kelp_handle *handle, uint32_t space_id, lsa_options *object,
                                   kelp_boolean DC, kelp_boolean P, kelp_boolean MC,
                                   kelp_boolean E, kelp_boolean Upward, kelp_boolean MT,

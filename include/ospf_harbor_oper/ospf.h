@@ -117,27 +117,27 @@ KELP_API size_t ospf_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospf_compare(const ospf *a, const ospf *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_hash(const ospf *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf holds the field of that number,
  * counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_is_valid_cr(kelp_handle *handle, const ospf *object, uint32_t field_number);
 
 /* Gives the object itself.
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospf *ospf_get(kelp_handle *handle, uint32_t space_id, const ospf *object);
 
 /* Reads the numbers, booleans, enumerations and array counts of the object, each into the
@@ -146,7 +146,7 @@ KELP_API ospf *ospf_get(kelp_handle *handle, uint32_t space_id, const ospf *obje
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospf_get_all(kelp_handle *handle, uint32_t space_id, const ospf *object,
                            uint32_t *singleton_id, uint32_t *op_mode, uint32_t *err);
 
@@ -156,7 +156,7 @@ KELP_API void ospf_get_all(kelp_handle *handle, uint32_t space_id, const ospf *o
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospf_set_all(kelp_handle *handle, uint32_t space_id, ospf *object,
                            uint32_t singleton_id, uint32_t op_mode, uint32_t *err);
 

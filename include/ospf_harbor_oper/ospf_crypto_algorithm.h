@@ -132,21 +132,21 @@ KELP_API size_t ospf_crypto_algorithm_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospf_crypto_algorithm_compare(const ospf_crypto_algorithm *a,
                                                const ospf_crypto_algorithm *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_hash(const ospf_crypto_algorithm *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_crypto_algorithm holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_crypto_algorithm_is_valid_cr(kelp_handle *handle,
                                                     const ospf_crypto_algorithm *object,
                                                     uint32_t field_number);
@@ -155,7 +155,7 @@ KELP_API uint32_t ospf_crypto_algorithm_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_get(kelp_handle *handle, uint32_t space_id,
                                                           const ospf_crypto_algorithm *object);
 
@@ -165,7 +165,7 @@ KELP_API ospf_crypto_algorithm *ospf_crypto_algorithm_get(kelp_handle *handle, u
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospf_crypto_algorithm_get_all(kelp_handle *handle, uint32_t space_id,
                                             const ospf_crypto_algorithm *object,
                                             kelp_boolean *hmac_sha1_12,
@@ -181,7 +181,7 @@ KELP_API void ospf_crypto_algorithm_get_all(kelp_handle *handle, uint32_t space_
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospf_crypto_algorithm_set_all(kelp_handle *handle, uint32_t space_id,
                                             ospf_crypto_algorithm *object,
                                             kelp_boolean hmac_sha1_12, kelp_boolean hmac_sha1_20,

@@ -119,20 +119,20 @@ KELP_API size_t ospf_nbr_stat_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospf_nbr_stat_compare(const ospf_nbr_stat *a, const ospf_nbr_stat *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_nbr_stat_hash(const ospf_nbr_stat *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospf_nbr_stat holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospf_nbr_stat_is_valid_cr(kelp_handle *handle, const ospf_nbr_stat *object,
                                             uint32_t field_number);
 
@@ -140,7 +140,7 @@ KELP_API uint32_t ospf_nbr_stat_is_valid_cr(kelp_handle *handle, const ospf_nbr_
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospf_nbr_stat *ospf_nbr_stat_get(kelp_handle *handle, uint32_t space_id,
                                           const ospf_nbr_stat *object);
 
@@ -150,7 +150,7 @@ KELP_API ospf_nbr_stat *ospf_nbr_stat_get(kelp_handle *handle, uint32_t space_id
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospf_nbr_stat_get_all(kelp_handle *handle, uint32_t space_id,
                                     const ospf_nbr_stat *object, uint32_t *nbr_event_count,
                                     uint32_t *nbr_retrans_qlen, uint32_t *err);
@@ -161,7 +161,7 @@ KELP_API void ospf_nbr_stat_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospf_nbr_stat_set_all(kelp_handle *handle, uint32_t space_id, ospf_nbr_stat *object,
                                     uint32_t nbr_event_count, uint32_t nbr_retrans_qlen,
                                     uint32_t *err);

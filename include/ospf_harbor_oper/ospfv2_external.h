@@ -123,20 +123,20 @@ KELP_API size_t ospfv2_external_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv2_external_compare(const ospfv2_external *a, const ospfv2_external *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_external_hash(const ospfv2_external *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv2_external holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_external_is_valid_cr(kelp_handle *handle, const ospfv2_external *object,
                                               uint32_t field_number);
 
@@ -144,7 +144,7 @@ KELP_API uint32_t ospfv2_external_is_valid_cr(kelp_handle *handle, const ospfv2_
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospfv2_external *ospfv2_external_get(kelp_handle *handle, uint32_t space_id,
                                               const ospfv2_external *object);
 
@@ -154,7 +154,7 @@ KELP_API ospfv2_external *ospfv2_external_get(kelp_handle *handle, uint32_t spac
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_external_get_all(kelp_handle *handle, uint32_t space_id,
                                       const ospfv2_external *object, uint32_t *mt_id,
                                       uint32_t *metric, uint32_t *external_route_tag,
@@ -166,7 +166,7 @@ KELP_API void ospfv2_external_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_external_set_all(kelp_handle *handle, uint32_t space_id,
                                       ospfv2_external *object, uint32_t mt_id, uint32_t metric,
                                       uint32_t external_route_tag, uint32_t *err);

@@ -118,20 +118,20 @@ KELP_API size_t ospfv2_lsa_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv2_lsa_compare(const ospfv2_lsa *a, const ospfv2_lsa *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_lsa_hash(const ospfv2_lsa *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv2_lsa holds the field of that number,
  * counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_lsa_is_valid_cr(kelp_handle *handle, const ospfv2_lsa *object,
                                          uint32_t field_number);
 
@@ -139,7 +139,7 @@ KELP_API uint32_t ospfv2_lsa_is_valid_cr(kelp_handle *handle, const ospfv2_lsa *
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospfv2_lsa *ospfv2_lsa_get(kelp_handle *handle, uint32_t space_id,
                                     const ospfv2_lsa *object);
 
@@ -149,7 +149,7 @@ KELP_API ospfv2_lsa *ospfv2_lsa_get(kelp_handle *handle, uint32_t space_id,
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_lsa_get_all(kelp_handle *handle, uint32_t space_id, const ospfv2_lsa *object,
                                  uint32_t *err);
 
@@ -159,7 +159,7 @@ KELP_API void ospfv2_lsa_get_all(kelp_handle *handle, uint32_t space_id, const o
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_lsa_set_all(kelp_handle *handle, uint32_t space_id, ospfv2_lsa *object,
                                  uint32_t *err);
 

@@ -127,21 +127,21 @@ KELP_API size_t ospfv2_lsa_body_flags_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv2_lsa_body_flags_compare(const ospfv2_lsa_body_flags *a,
                                                const ospfv2_lsa_body_flags *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_lsa_body_flags_hash(const ospfv2_lsa_body_flags *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv2_lsa_body_flags holds the field of
  * that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_lsa_body_flags_is_valid_cr(kelp_handle *handle,
                                                     const ospfv2_lsa_body_flags *object,
                                                     uint32_t field_number);
@@ -150,7 +150,7 @@ KELP_API uint32_t ospfv2_lsa_body_flags_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospfv2_lsa_body_flags *ospfv2_lsa_body_flags_get(kelp_handle *handle, uint32_t space_id,
                                                           const ospfv2_lsa_body_flags *object);
 
@@ -160,7 +160,7 @@ KELP_API ospfv2_lsa_body_flags *ospfv2_lsa_body_flags_get(kelp_handle *handle, u
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_lsa_body_flags_get_all(kelp_handle *handle, uint32_t space_id,
                                             const ospfv2_lsa_body_flags *object, kelp_boolean *V,
                                             kelp_boolean *E, kelp_boolean *B, uint32_t *err);
@@ -171,7 +171,7 @@ KELP_API void ospfv2_lsa_body_flags_get_all(kelp_handle *handle, uint32_t space_
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_lsa_body_flags_set_all(kelp_handle *handle, uint32_t space_id,
                                             ospfv2_lsa_body_flags *object, kelp_boolean V,
                                             kelp_boolean E, kelp_boolean B, uint32_t *err);

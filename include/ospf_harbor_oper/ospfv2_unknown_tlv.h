@@ -128,21 +128,21 @@ KELP_API size_t ospfv2_unknown_tlv_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv2_unknown_tlv_compare(const ospfv2_unknown_tlv *a,
                                             const ospfv2_unknown_tlv *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_unknown_tlv_hash(const ospfv2_unknown_tlv *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv2_unknown_tlv holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv2_unknown_tlv_is_valid_cr(kelp_handle *handle,
                                                  const ospfv2_unknown_tlv *object,
                                                  uint32_t field_number);
@@ -151,7 +151,7 @@ KELP_API uint32_t ospfv2_unknown_tlv_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospfv2_unknown_tlv *ospfv2_unknown_tlv_get(kelp_handle *handle, uint32_t space_id,
                                                     const ospfv2_unknown_tlv *object);
 
@@ -161,7 +161,7 @@ KELP_API ospfv2_unknown_tlv *ospfv2_unknown_tlv_get(kelp_handle *handle, uint32_
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_unknown_tlv_get_all(kelp_handle *handle, uint32_t space_id,
                                          const ospfv2_unknown_tlv *object, uint16_t *type,
                                          uint16_t *length, uint32_t *value_num, uint32_t *err);
@@ -172,7 +172,7 @@ KELP_API void ospfv2_unknown_tlv_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv2_unknown_tlv_set_all(kelp_handle *handle, uint32_t space_id,
                                          ospfv2_unknown_tlv *object, uint16_t type,
                                          uint16_t length, uint32_t *err);

@@ -131,14 +131,14 @@ KELP_API size_t ospfv3_inter_area_router_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv3_inter_area_router_compare(const ospfv3_inter_area_router *a,
                                                   const ospfv3_inter_area_router *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_inter_area_router_hash(const ospfv3_inter_area_router *object,
                                                 uint32_t seed);
 
@@ -146,7 +146,7 @@ KELP_API uint32_t ospfv3_inter_area_router_hash(const ospfv3_inter_area_router *
  * of that number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_inter_area_router_is_valid_cr(kelp_handle *handle,
                                                        const ospfv3_inter_area_router *object,
                                                        uint32_t field_number);
@@ -155,7 +155,7 @@ KELP_API uint32_t ospfv3_inter_area_router_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_get(kelp_handle *handle,
     uint32_t space_id, const ospfv3_inter_area_router *object);
 
@@ -165,7 +165,7 @@ KELP_API ospfv3_inter_area_router *ospfv3_inter_area_router_get(kelp_handle *han
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv3_inter_area_router_get_all(kelp_handle *handle, uint32_t space_id,
                                                const ospfv3_inter_area_router *object,
                                                uint32_t *metric, uint32_t *destination_router_id,
@@ -177,7 +177,7 @@ KELP_API void ospfv3_inter_area_router_get_all(kelp_handle *handle, uint32_t spa
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv3_inter_area_router_set_all(kelp_handle *handle, uint32_t space_id,
                                                ospfv3_inter_area_router *object, uint32_t metric,
                                                uint32_t destination_router_id, uint32_t *err);

@@ -123,21 +123,21 @@ KELP_API size_t ospfv3_prefix_list_sizeof(const kelp_handle *handle);
  * sorts before, with or after b. Null sorts first. Headers do not count.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API int32_t ospfv3_prefix_list_compare(const ospfv3_prefix_list *a,
                                             const ospfv3_prefix_list *b);
 
 /* Gives the hash of the object's fields, seeded with seed; a null object gives the seed.
  * Errors: none
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_hash(const ospfv3_prefix_list *object, uint32_t seed);
 
 /* 1 when the variant that the handle's domain gives to ospfv3_prefix_list holds the field of that
  * number, counted from 0 in declared order, else 0. The object is not looked at.
  * Errors: those of the domain's lookup, in the handle's cr_err
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API uint32_t ospfv3_prefix_list_is_valid_cr(kelp_handle *handle,
                                                  const ospfv3_prefix_list *object,
                                                  uint32_t field_number);
@@ -146,7 +146,7 @@ KELP_API uint32_t ospfv3_prefix_list_is_valid_cr(kelp_handle *handle,
  * Errors: none
  * Ownership: as the object's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API ospfv3_prefix_list *ospfv3_prefix_list_get(kelp_handle *handle, uint32_t space_id,
                                                     const ospfv3_prefix_list *object);
 
@@ -156,7 +156,7 @@ KELP_API ospfv3_prefix_list *ospfv3_prefix_list_get(kelp_handle *handle, uint32_
  * Errors: none
  * Ownership: the places that are written to are the caller's
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv3_prefix_list_get_all(kelp_handle *handle, uint32_t space_id,
                                          const ospfv3_prefix_list *object, uint32_t *err);
 
@@ -166,7 +166,7 @@ KELP_API void ospfv3_prefix_list_get_all(kelp_handle *handle, uint32_t space_id,
  * Errors: KELP_ERR_EPOCH (43) for an enumeration's value that its variant does not hold; the
  *   arguments behind it are not written then
  * Lock: none is taken; the caller owns what it passes for the length of the call
- * Family: structure (src/types/structure_values.hpp) */
+ * Family: structure_values (src/types/structure_values.hpp) */
 KELP_API void ospfv3_prefix_list_set_all(kelp_handle *handle, uint32_t space_id,
                                          ospfv3_prefix_list *object, uint32_t *err);
 

@@ -76,7 +76,7 @@ inline constexpr std::array operations{
                   "arguments behind it are not written then",
     },
 };
-inline constexpr Family family{"structure", operations};
+inline constexpr Family family{"structure_values", operations};
 
 // --- which fields the bulk forms carry ----------------------------------------------------------
 
