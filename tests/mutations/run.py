@@ -5,15 +5,21 @@ each names, and prints those that no test noticed.
 A list holds mutations with an empty line between two, lines that begin with # are comments:
 
     src/types/array_field.cpp
+    ? system_tests ArrayField*
+
     @ void remove_elements(
     - index >= count
     + index > count
-    ? system_tests ArrayField*
 
-The first line is the file. `-` is the text that is there and `+` what stands in its place: a whole
-expression, or whole statements with their semicolons (`+` alone: nothing). The text must stand in
-the file once; `@` is a text before it, from which on it is looked for. `?` names a test program of
-the dev build and the tests in it of which one must fail. Rules of headers that a test has compiled
+    - index == UINT32_MAX
+    + false
+    ? system_tests HighestIndex*
+
+A line without a mark is a file, that of all mutations up to the next such line; the tests beside it
+are those of the mutations that name none. `-` is the text that is there and `+` what stands in its
+place: a whole expression, or whole statements with their semicolons (`+` alone: nothing). The text
+must stand in the file once; `@` is a text before it, from which on it is looked for. `?` names a
+test program of the dev build and the tests in it of which one must fail. Rules of headers that a test has compiled
 into itself are tried with the test's source in place of a program (with + between several), which
 is then compiled with the mutations. One line more says what is out of the ordinary:
 
@@ -64,16 +70,21 @@ constexpr bool harbor_mutated(int number) {
 }
 #endif
 """
+MARKS = '@-+?=!'
 # Tests that run so many times as long as without a mutation, and a minute, do not end.
 PATIENCE = 3
 
 
 class Row:
-    def __init__(self, place, lines):
+    def __init__(self, place, group, lines):
+        """The group is the row that named the file, None when this one has to."""
         self.place = place
-        self.file, self.after, self.old, self.new = lines[0], None, None, None
+        self.file, self.after, self.old, self.new = group and group.file, None, None, None
         self.tests, self.equivalent, self.alone = [], None, False
-        for line in lines[1:]:
+        if lines[0][0] not in MARKS:
+            self.file, lines = lines[0], lines[1:]
+            group = None
+        for line in lines:
             mark, text = line[0], line[1:].strip()
             if mark == '@':
                 self.after = text
@@ -90,8 +101,15 @@ class Row:
                 self.alone = True
             else:
                 raise SystemExit(f'{place}: a line begins with "{mark}"; expected @ - + ? = or !')
-        if not self.old or self.new is None or not self.tests:
-            raise SystemExit(f'{place}: a mutation has a line with -, one with + and one with ?')
+        if group and not self.tests:
+            self.tests = group.tests
+        self.opens_group = not group
+        if not self.file:
+            raise SystemExit(f'{place}: no line above names a file')
+        if (self.old is None) != (self.new is None) or (not self.old and not self.opens_group):
+            raise SystemExit(f'{place}: a mutation has a line with - and one with +')
+        if not self.tests:
+            raise SystemExit(f'{place}: no line with ? here or beside the file')
         # It stays when others come and go, so that only what those touch is built again.
         self.number = zlib.crc32(f'{self.file}{self.after}{self.old}{self.new}'.encode()) >> 1
 
@@ -121,7 +139,7 @@ class Row:
 def read_lists():
     rows = []
     for path in sorted(HERE.glob('*.txt')):
-        block, begins = [], 0
+        block, begins, group = [], 0, None
         for at, line in enumerate(path.read_text().splitlines() + [''], 1):
             if line.startswith('#'):
                 continue
@@ -129,7 +147,10 @@ def read_lists():
                 begins = begins if block else at
                 block.append(line)
             elif block:
-                rows.append(Row(f'{path.name}:{begins}', block))
+                row = Row(f'{path.name}:{begins}', group, block)
+                group = row if row.opens_group else group
+                if row.old:
+                    rows.append(row)
                 block = []
     known = {}
     for row in rows:
