@@ -8,7 +8,6 @@
 # and routers/NAME/ with the configuration, the daemons' logs and the answers (answers.sh); what was
 # there of an earlier run goes. Only processes and namespaces that it made are ended.
 set -euo pipefail
-export LC_ALL=C TZ=UTC
 
 here=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
 [ $# -eq 2 ] && [ -f "$here/topologies/$1.sh" ] || { echo "usage: lab.sh TOPOLOGY OUTDIR" >&2; exit 2; }
@@ -16,48 +15,13 @@ topology=$1
 mkdir -p "$2"
 out=$(cd -- "$2" && pwd)
 rm -rf -- "$out/routers" "$out/"*.pcap
-prefix="ht$$"
-scratch=$(mktemp -d)
-chmod 755 "$scratch"
-sockets=/var/run/frr
-frr=${FRR_BIN:-/usr/lib/frr}
-routers=()
-segments=()
-tcpdumps=()
-: >"$out/events.txt"
-printf 'segment\trouter\tinterface\tifindex\n' >"$out/segments.tsv"
-
-# Per router: frr or bird, and the daemons beside zebra. Per "router daemon": its process.
-declare -A kind=() wanted=() process=()
-# Per segment: the namespace and the interface that are listened to.
-declare -A heard_at=()
-# The captures that are written, by name; all.pcap from the start.
-captures=(all)
-
-finish() {
-    set +e
-    for pid in "${tcpdumps[@]}" "${process[@]}"; do kill "$pid" 2>/dev/null; done
-    sleep 1
-    for pid in "${tcpdumps[@]}" "${process[@]}"; do kill -KILL "$pid" 2>/dev/null; done
-    for name in "${routers[@]}" switch; do
-        ip netns del "$prefix-$name" 2>/dev/null
-        rm -rf "${sockets:?}/$prefix-$name"
-    done
-    [ -n "${LAB_KEEP_LOGS:-}" ] || rm -rf "$scratch"
-}
-trap finish EXIT
-
 # shellcheck source=/dev/null
-. "$here/verbs.sh"
-# shellcheck source=/dev/null
-. "$here/configs.sh"
+. "$here/ground.sh"
 # shellcheck source=/dev/null
 . "$here/answers.sh"
 # shellcheck source=/dev/null
 . "$here/topologies/$topology.sh"
 
-: >"$scratch/empty.conf"
-chmod 644 "$scratch/empty.conf"
 build
 for name in "${routers[@]}"; do start_router "$name"; done
 note 'daemons are up'

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# verbs.sh: what a topology says. lab.sh reads this file; it holds the state that the verbs change.
+# verbs.sh: what a topology says. The verbs change what ground.sh holds.
 
 note() { printf '%s %s\n' "$(date +%s.%6N)" "$*" | tee -a "$out/events.txt" >&2; }
 

@@ -332,7 +332,7 @@ int use_small_disk(const std::string &folder, std::uint32_t durability) {
   return rows.unlock();
 }
 
-TEST(StoreFault, AFileSystemThatIsFull) {
+TEST(StoreFaultAsRoot, AFileSystemThatIsFull) {
   for (const std::uint32_t durability : {KELP_DURABILITY_PROCESS, KELP_DURABILITY_POWER}) {
     const Folder folder;
     const std::string path = folder.file("");
@@ -413,7 +413,7 @@ void set_modes(const std::string &path, mode_t database, mode_t beside) {
   ASSERT_EQ(chmod((path + "-log").c_str(), beside), 0);
 }
 
-TEST(StoreFault, AnotherUserMayWhatTheModesOfTheFilesSay) {
+TEST(StoreFaultAsRoot, AnotherUserMayWhatTheModesOfTheFilesSay) {
   const Folder folder;
   const std::string path = folder.file();
   ASSERT_EQ(chmod(folder.file("").c_str(), 0755), 0);

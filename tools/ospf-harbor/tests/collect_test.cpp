@@ -128,7 +128,10 @@ class Collecting : public ProcessTest {
   const std::string capture_ = places::sample() + "/all.pcap";
 };
 
-TEST_F(Collecting, KeepsAStoreUpWithWhatIsHeardAndOthersWatch) {
+// A network namespace is root's to make.
+using CollectingAsRoot = Collecting;
+
+TEST_F(CollectingAsRoot, KeepsAStoreUpWithWhatIsHeardAndOthersWatch) {
   OwnNetwork network;
   ASSERT_TRUE(network.is_up());
   ToolProcess watch(folder_, "watch", on_store({"watch", "--json"}));
