@@ -252,6 +252,27 @@ std::string storage_type(const Field &field) {
   }
 }
 
+std::string_view form_of(const Field &field) {
+  switch (field.kind) {
+    case Kind::enumeration:
+      return "enumeration";
+    case Kind::flags:
+      return "flag set";
+    case Kind::structure:
+      return "embedded";
+    case Kind::counter:
+      return "counter";
+    case Kind::array:
+      return "array";
+    case Kind::reference:
+      return "reference";
+    case Kind::arm:
+      return "arm";
+    default:
+      return "scalar";
+  }
+}
+
 std::string key_part(const Table &table) {
   if (table.shape() == Shape::composite_key) return std::string(table.key_structure->name) + "_";
   return std::string(table.record->name) + "_" + std::string(table.key->name);

@@ -27,27 +27,6 @@ std::string opening(std::string_view comment, std::string_view guard) {
 constexpr std::string_view generated_note =
     " * Written by the emitter from the schema; `make emit` renews it. */\n";
 
-std::string_view form_of(const Field &field) {
-  switch (field.kind) {
-    case Kind::enumeration:
-      return "enumeration";
-    case Kind::flags:
-      return "flag set";
-    case Kind::structure:
-      return "embedded";
-    case Kind::counter:
-      return "counter";
-    case Kind::array:
-      return "array";
-    case Kind::reference:
-      return "reference";
-    case Kind::arm:
-      return "arm";
-    default:
-      return "scalar";
-  }
-}
-
 std::string field_table(const Structure &type) {
   std::string text = " *\n * Fields (name: type, form, first variant):\n";
   for (const Field *field : type.fields) {

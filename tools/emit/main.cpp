@@ -62,6 +62,8 @@ int renew_or_check(const fs::path &project, bool check) {
   Writer writer(project, check ? Writer::Mode::check : Writer::Mode::write);
   write_headers(writer, units);
   write_goldens(writer, units);
+  write_model_json(writer);
+  write_model_picture(writer);
   for (const std::string &difference : writer.differences()) {
     std::fprintf(stderr, "emit: %s\n", difference.c_str());
   }

@@ -16,6 +16,10 @@ std::vector<Unit> all_units();
 void write_headers(Writer &writer, const std::vector<Unit> &units);
 void write_goldens(Writer &writer, const std::vector<Unit> &units);
 
+// Checked in: the model as JSON and as a picture.
+void write_model_json(Writer &writer);
+void write_model_picture(Writer &writer);
+
 // For the build alone: forwarders, type records, vfts, what a table's facts hold by address, the
 // version script, the sections of the library's file that are no code.
 void write_forwarders(Writer &writer, const std::vector<Unit> &units);

@@ -51,6 +51,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, Examples,
                                          Example{"diff", "forged", 1},
                                          Example{"events", "mismatch", 0},
                                          Example{"failures", "virtual", 0},
+                                         Example{"model", "virtual", 0},
                                          Example{"path", "virtual", 0},
                                          Example{"routes", "virtual", 0}),
                          [](const auto &info) { return std::string(info.param.command); });
