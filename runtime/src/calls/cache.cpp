@@ -12,11 +12,9 @@ extern "C" void kelprepl_add_to_cache(kelp_handle *handle, uint32_t space_id, ke
     return;
   }
   kelp_database &database = *handle->state->database;
-  bool fresh = false;
-  if (!kelp::without_exceptions([&] { fresh = database.cache.enter(table, record); })) {
+  if (!kelp::without_exceptions([&] { database.cache.enter(table, record); })) {
     kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
   }
-  if (fresh) database.objects.watch(record);
 }
 
 extern "C" int32_t kelp_replication_cache_next(kelp_handle *handle, uint64_t *position,

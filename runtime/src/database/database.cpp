@@ -23,13 +23,16 @@ struct OpenDatabases {
 
 OpenDatabases &open_databases() { return undying<OpenDatabases>(); }
 
-void forget_block(void *context, const void *block, std::size_t size) {
+// Any block may be a record that a reader was given; of the others the database knows which it
+// keeps something beside.
+void forget_block(void *context, const void *block, std::size_t size, bool watched) {
   auto *database = static_cast<kelp_database *>(context);
+  database->cache.forget(block);
+  if (!watched) return;
   database->distances.drop_range(block, size);
   database->oids.remove_range(block, size);
   database->tenants.forget(block);
   database->feeds.forget(block);
-  database->cache.forget(static_cast<const kelp_record *>(block));
   database->walked.forget(block);
   const auto *table = static_cast<const kelp_table *>(block);
   if (database->toc.forget(table)) database->cache.forget_table(table);

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <mutex>
 #include <new>
 
 #include "parts/poison.hpp"
@@ -20,7 +21,8 @@ namespace {
 
 constexpr std::uint8_t kLive = 1;
 constexpr std::uint8_t kWatched = 2;
-constexpr std::size_t kAlignment = 16;
+using store::kAlignment;
+using store::kLargestSlot;
 constexpr std::size_t kLargeHeader = 64;
 constexpr std::size_t kPage = 4096;
 
@@ -63,6 +65,7 @@ struct Arena::Span {
   std::uint16_t *asked = nullptr;
   std::byte *slots = nullptr;
   std::uint32_t slot_bytes = 0;
+  std::uint32_t slots_of_byte = 0;  // 2^32 / slot_bytes, rounded up
   std::uint32_t class_index = 0;
   std::uint32_t slot_count = 0;
   std::uint32_t fresh = 0;  // slots from here on were never given out
@@ -74,9 +77,15 @@ struct Arena::Span {
 
   bool has_room() const { return first_free != nullptr || fresh < slot_count; }
 
+  // The slot that holds a place of the span, without a division: exact below 2^16.
+  std::size_t number_of(const std::byte *place) const {
+    return static_cast<std::uint64_t>(place - slots) * slots_of_byte >> 32;
+  }
+
   void divide(std::size_t index, std::size_t bytes) {
     class_index = static_cast<std::uint32_t>(index);
     slot_bytes = static_cast<std::uint32_t>(bytes);
+    slots_of_byte = static_cast<std::uint32_t>(((std::uint64_t{1} << 32) + bytes - 1) / bytes);
     constexpr std::size_t kBookkeeping = sizeof(std::uint8_t) + sizeof(std::uint16_t);
     slot_count = static_cast<std::uint32_t>((length - kAlignment) / (bytes + kBookkeeping));
     asked = reinterpret_cast<std::uint16_t *>(start);
@@ -139,7 +148,9 @@ struct Arena::Block {
 };
 
 Arena::~Arena() {
-  for (const auto &[key, chunk] : chunks_) end_chunk(chunk);
+  for (Chunk *chunk : chunks_) {
+    if (chunk != nullptr) end_chunk(chunk);
+  }
   for (const auto &[start, chunk] : large_) end_chunk(chunk);
 }
 
@@ -181,7 +192,7 @@ void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
   Span *span = span_with_room(class_index);
   if (span == nullptr) return nullptr;
   std::byte *slot = span->take();
-  const std::size_t number = static_cast<std::size_t>(slot - span->slots) / span->slot_bytes;
+  const std::size_t number = span->number_of(slot);
   span->states[number] = kLive;
   span->asked[number] = static_cast<std::uint16_t>(size);
   ++span->live;
@@ -266,7 +277,7 @@ Arena::Chunk *Arena::add_chunk(std::size_t bytes, bool large) {
     if (large) {
       large_[start] = chunk.get();
     } else {
-      chunks_[start / kChunkBytes] = chunk.get();
+      enter_chunk(chunk.get());
     }
   } catch (const std::bad_alloc &) {
     unmap(chunk->memory, rounded);
@@ -283,10 +294,39 @@ void Arena::drop_large(Chunk *chunk) {
   delete chunk;
 }
 
+std::size_t Arena::place_of(std::uintptr_t number, std::size_t places) {
+  return (number * UINT64_C(0x9E3779B97F4A7C15) >> 32) & (places - 1);
+}
+
+// Throws bad_alloc.
+void Arena::enter_chunk(Chunk *chunk) {
+  const auto enter = [](std::vector<Chunk *> &table, Chunk *entered) {
+    const auto start = reinterpret_cast<std::uintptr_t>(entered->memory);
+    std::size_t place = place_of(start / kChunkBytes, table.size());
+    while (table[place] != nullptr) place = (place + 1) & (table.size() - 1);
+    table[place] = entered;
+  };
+  if (2 * (chunk_count_ + 1) > chunks_.size()) {
+    std::vector<Chunk *> wider(std::max<std::size_t>(2 * chunks_.size(), 8));
+    for (Chunk *known : chunks_) {
+      if (known != nullptr) enter(wider, known);
+    }
+    chunks_.swap(wider);
+  }
+  enter(chunks_, chunk);
+  ++chunk_count_;
+}
+
 Arena::Chunk *Arena::chunk_of(const void *address) const {
   const auto value = reinterpret_cast<std::uintptr_t>(address);
-  const auto found = chunks_.find(value / kChunkBytes);
-  if (found != chunks_.end()) return found->second;
+  if (!chunks_.empty()) {
+    std::size_t place = place_of(value / kChunkBytes, chunks_.size());
+    for (; chunks_[place] != nullptr; place = (place + 1) & (chunks_.size() - 1)) {
+      Chunk *chunk = chunks_[place];
+      if (value - reinterpret_cast<std::uintptr_t>(chunk->memory) < kChunkBytes) return chunk;
+    }
+  }
+  if (large_.empty()) return nullptr;
   const auto behind = large_.upper_bound(value);
   if (behind == large_.begin()) return nullptr;
   const auto &[start, chunk] = *std::prev(behind);
@@ -311,7 +351,7 @@ bool Arena::find(const void *address, Block *block) const {
   if (span->slots == nullptr) return false;
   const std::byte *place = chunk->memory + offset;
   if (place < span->slots) return false;
-  const std::size_t number = static_cast<std::size_t>(place - span->slots) / span->slot_bytes;
+  const std::size_t number = span->number_of(place);
   if (number >= span->slot_count) return false;
   block->span = span;
   block->start = span->slots + number * span->slot_bytes;
@@ -325,8 +365,8 @@ bool Arena::free(void *pointer) {
   const std::lock_guard lock(mutex_);
   Block block;
   if (!find(pointer, &block) || block.start != pointer || (*block.state & kLive) == 0) return false;
-  if ((*block.state & kWatched) != 0 && release_hook_ != nullptr) {
-    release_hook_(release_context_, pointer, block.asked);
+  if (release_hook_ != nullptr) {
+    release_hook_(release_context_, pointer, block.asked, (*block.state & kWatched) != 0);
   }
   *block.state = 0;
   count_out(block.asked, block.used);

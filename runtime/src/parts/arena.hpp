@@ -5,15 +5,17 @@
 // kLargestSlot are taken from the system directly, each at its size. Each slot has a state byte, so
 // that a block is never freed twice and the runtime learns when memory goes beside which it keeps
 // something (watch). Freed memory is poisoned for the address sanitizer, and so is the part of a
-// slot beyond what was asked for. Locked by a mutex of its own; under it the release hook runs,
-// which therefore must not call back into the arena.
+// slot beyond what was asked for. It has a lock of its own; under it the release hook runs, which
+// therefore must not call back into the arena.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <mutex>
-#include <unordered_map>
+#include <vector>
+
+#include "parts/short_lock.hpp"
+#include "store/size_class.hpp"
 
 namespace kelp {
 
@@ -32,10 +34,9 @@ enum class BlockState { foreign, dead, live };
 
 class Arena {
  public:
-  // Called with a watched block just before it is freed.
-  using ReleaseHook = void (*)(void *context, const void *block, std::size_t size);
+  // Called with a block just before it is freed.
+  using ReleaseHook = void (*)(void *context, const void *block, std::size_t size, bool watched);
 
-  static constexpr std::size_t kLargestSlot = 16384;
   static constexpr std::size_t kLargestBlock = std::size_t{1} << 38;  // 256 GiB
 
   Arena() = default;
@@ -52,7 +53,7 @@ class Arena {
   // False when the pointer is not a live block of this arena: nothing was done then.
   bool free(void *pointer);
 
-  // Has the release hook called when the block that holds the address is freed.
+  // Has the release hook told, when the block that holds the address is freed, that it was watched.
   BlockState watch(const void *address);
 
   // Whether all of the range lies in one live block.
@@ -82,7 +83,7 @@ class Arena {
   void note_refusal(std::size_t size);
 
   // For the time of a fork, when nobody else may be inside.
-  std::mutex &mutex() { return mutex_; }
+  ShortLock &mutex() { return mutex_; }
 
  private:
   struct Span;
@@ -92,7 +93,6 @@ class Arena {
   static constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
   static constexpr std::size_t kSpanBytes = std::size_t{1} << 16;
   static constexpr std::size_t kSpansPerChunk = kChunkBytes / kSpanBytes;
-  static constexpr std::size_t kClasses = 36;
 
   void *allocate_slot(std::size_t size, std::size_t class_index);
   void *allocate_large(std::size_t size);
@@ -103,16 +103,19 @@ class Arena {
   void drop_large(Chunk *chunk);
   static void end_chunk(Chunk *chunk);
   Chunk *chunk_of(const void *address) const;
+  static std::size_t place_of(std::uintptr_t number, std::size_t places);
+  void enter_chunk(Chunk *chunk);
   bool find(const void *address, Block *block) const;
   bool within_limit(std::size_t bytes) const;
   void count_in(std::size_t asked, std::size_t used);
   void count_out(std::size_t asked, std::size_t used);
   void refuse(std::size_t asked);
 
-  mutable std::mutex mutex_;
-  std::unordered_map<std::uintptr_t, Chunk *> chunks_;  // by address / kChunkBytes
-  std::map<std::uintptr_t, Chunk *> large_;             // by address
-  Span *available_[kClasses] = {};                      // spans with a free slot
+  mutable ShortLock mutex_;
+  std::vector<Chunk *> chunks_;  // an open table by address / kChunkBytes, at most half full
+  std::size_t chunk_count_ = 0;
+  std::map<std::uintptr_t, Chunk *> large_;  // by address
+  Span *available_[store::kClasses] = {};    // spans with a free slot
   Span *free_spans_ = nullptr;
   ArenaStatistics statistics_;
   Refusal refusal_;

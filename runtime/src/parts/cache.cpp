@@ -1,28 +1,110 @@
 // Entering records in the replication cache and reading it.
 #include "parts/cache.hpp"
 
+#include <algorithm>
+#include <bit>
+#include <mutex>
+
 namespace kelp {
 
-bool ReplicationCache::enter(kelp_table *table, kelp_record *record) {
-  const std::lock_guard lock(mutex_);
-  if (capacity_ == 0) return false;
-  const bool fresh = !records_.knows(record);
-  if (fresh && records_.entries().size() >= capacity_) {
-    records_.forget(records_.entries().begin()->second.record);
-    ++dropped_;
-  }
-  const auto place = records_.enter(table, record);
-  place->second.table = table;
-  ++place->second.details.times;
-  return fresh;
+// Twice as many places as there may be records, up to a bound; then the lists at the places get
+// longer.
+void ReplicationCache::make_places() {
+  const std::uint64_t count =
+      std::min(std::bit_ceil(std::max<std::uint64_t>(2 * std::uint64_t{capacity_}, 2)), kMostPlaces);
+  slots_.resize(1);
+  owned_places_.reset(new Place[count]());
+  places_shift_ = 64 - static_cast<unsigned>(std::countr_zero(count));
+  places_.store(owned_places_.get(), std::memory_order_release);
 }
 
+ReplicationCache::Number ReplicationCache::find(const void *record) const {
+  Number number = owned_places_[place_of(record)].load(std::memory_order_relaxed);
+  while (number != kNone && slots_[number].record != record) number = slots_[number].next;
+  return number;
+}
+
+void ReplicationCache::unlink(Number number) {
+  const Slot &gone = slot(number);
+  slot(gone.older).newer = gone.newer;
+  slot(gone.newer).older = gone.older;
+}
+
+void ReplicationCache::link_newest(Number number) {
+  Slot &made = slot(number);
+  Slot &ends = slot(kNone);
+  made.older = ends.older;
+  made.newer = kNone;
+  slot(ends.older).newer = number;
+  ends.older = number;
+  made.sequence = ++last_;
+}
+
+void ReplicationCache::remove(Number number) {
+  Place &place = owned_places_[place_of(slot(number).record)];
+  Number before = place.load(std::memory_order_relaxed);
+  if (before == number) {
+    place.store(slot(number).next, std::memory_order_relaxed);
+  } else {
+    while (slot(before).next != number) before = slot(before).next;
+    slot(before).next = slot(number).next;
+  }
+  unlink(number);
+  slot(number) = {};
+  slot(number).next = free_;
+  free_ = number;
+  --count_;
+}
+
+// A slot that is in no list: the oldest record's when the cache is full.
+ReplicationCache::Number ReplicationCache::take_slot() {
+  if (count_ >= capacity_) {
+    remove(slot(kNone).newer);
+    ++dropped_;
+  }
+  if (free_ == kNone) {
+    slots_.emplace_back();
+    return static_cast<Number>(slots_.size() - 1);
+  }
+  const Number number = free_;
+  free_ = slot(number).next;
+  return number;
+}
+
+void ReplicationCache::enter(kelp_table *table, kelp_record *record) {
+  const std::lock_guard lock(mutex_);
+  if (capacity_ == 0) return;
+  if (owned_places_ == nullptr) make_places();
+  Number number = find(record);
+  if (number != kNone) {
+    unlink(number);
+  } else {
+    number = take_slot();
+    Place &place = owned_places_[place_of(record)];
+    slot(number).record = record;
+    slot(number).next = place.load(std::memory_order_relaxed);
+    place.store(number, std::memory_order_relaxed);
+    ++count_;
+  }
+  slot(number).table = table;
+  ++slot(number).times;
+  link_newest(number);
+}
+
+// The first entry behind a position. Readers go on where they were; who asks for another place
+// looks from the oldest on.
 bool ReplicationCache::next(std::uint64_t *position, kelp_cache_entry *entry) const {
   const std::lock_guard lock(mutex_);
-  const auto place = records_.after(*position);
-  if (place == records_.entries().end()) return false;
-  *entry = {place->second.table, place->second.record, place->second.details.times, place->first};
-  *position = place->first;
+  if (owned_places_ == nullptr) return false;
+  const bool goes_on =
+      *position != 0 && read_last_ != kNone && slots_[read_last_].sequence == *position;
+  Number number = slots_[goes_on ? read_last_ : kNone].newer;
+  while (number != kNone && slots_[number].sequence <= *position) number = slots_[number].newer;
+  if (number == kNone) return false;
+  const Slot &found = slots_[number];
+  *entry = {found.table, found.record, found.times, found.sequence};
+  *position = found.sequence;
+  read_last_ = number;
   return true;
 }
 
@@ -31,22 +113,25 @@ std::uint64_t ReplicationCache::dropped() const {
   return dropped_;
 }
 
-void ReplicationCache::clear() {
+void ReplicationCache::forget_record(const void *record) {
   const std::lock_guard lock(mutex_);
-  records_.clear();
-}
-
-void ReplicationCache::forget(const kelp_record *record) {
-  const std::lock_guard lock(mutex_);
-  records_.forget(record);
+  if (const Number number = find(record); number != kNone) remove(number);
 }
 
 void ReplicationCache::forget_table(const kelp_table *table) {
   const std::lock_guard lock(mutex_);
-  for (auto place = records_.after(0); place != records_.end();) {
-    const auto here = place++;
-    if (here->second.table == table) records_.forget(here->second.record);
+  if (owned_places_ == nullptr) return;
+  for (Number number = slot(kNone).newer; number != kNone;) {
+    const Number here = number;
+    number = slot(here).newer;
+    if (slot(here).table == table) remove(here);
   }
+}
+
+void ReplicationCache::clear() {
+  const std::lock_guard lock(mutex_);
+  if (owned_places_ == nullptr) return;
+  while (slot(kNone).newer != kNone) remove(slot(kNone).newer);
 }
 
 }  // namespace kelp

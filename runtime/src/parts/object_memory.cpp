@@ -32,7 +32,7 @@ bool ObjectMemory::free(void *pointer) {
       block.state() != store::kLive) {
     return false;
   }
-  if (release_hook_ != nullptr) release_hook_(release_context_, pointer, block.asked);
+  if (release_hook_ != nullptr) release_hook_(release_context_, pointer, block.asked, true);
   store_->heap().release(block);
   return true;
 }

@@ -42,14 +42,14 @@ class ObjectMemory {
   // False when the pointer is not a live block: nothing was done then.
   bool free(void *pointer);
 
-  // Has the release hook called when the block that holds the address is freed.
+  // Has the release hook told, when the block that holds the address is freed, that it was watched.
   BlockState watch(const void *address);
 
   // Whether all of the range lies in one live block.
   bool holds(const void *address, std::size_t length) const;
 
   // For the time of a fork, when nobody else may be inside.
-  std::mutex &mutex() { return arena_.mutex(); }
+  ShortLock &mutex() { return arena_.mutex(); }
 
   // Whether a live block of private memory begins there; size gets what was asked for.
   bool live_size(const void *block, std::size_t *size) const {

@@ -6,9 +6,9 @@
 
 namespace kelp::store {
 
-std::uint64_t hash_of(const void *bytes, std::size_t length) {
+std::uint64_t hash_of(const void *bytes, std::size_t length, std::uint64_t seed) {
   const auto *at = static_cast<const unsigned char *>(bytes);
-  std::uint64_t hash = mix(length + 1);
+  std::uint64_t hash = mix(seed ^ (length + 1));
   while (length >= 8) {
     std::uint64_t word;
     std::memcpy(&word, at, sizeof word);

@@ -38,7 +38,7 @@ inline std::uint64_t mix(std::uint64_t value) {
   return value ^ value >> 33;
 }
 
-std::uint64_t hash_of(const void *bytes, std::size_t length);
+std::uint64_t hash_of(const void *bytes, std::size_t length, std::uint64_t seed = 0);
 
 class Index {
  public:

@@ -9,6 +9,7 @@
 #include "kelp/oid.h"
 #include "kelp/table.h"
 #include "store/index.hpp"
+#include "store/size_class.hpp"
 
 namespace kelp::store {
 struct FeedEntry;
@@ -42,7 +43,7 @@ inline constexpr char kStoreMagic[16] = "kelp database\n\x1a";
 inline constexpr char kJournalMagic[16] = "kelp journal\n\x1a";
 inline constexpr char kRedoMagic[16] = "kelp redo\n\x1a";
 inline constexpr char kLockMagic[16] = "kelp locks\n\x1a";
-inline constexpr std::uint32_t kLayoutVersion = 2;
+inline constexpr std::uint32_t kLayoutVersion = 3;
 inline constexpr std::uint32_t kSurvivesProcesses = 0;  // of durability
 inline constexpr std::uint32_t kSurvivesPower = 1;
 inline constexpr std::uint32_t kByteOrder = 0x01020304;
@@ -55,7 +56,6 @@ inline constexpr std::uint64_t kHighestAddress = UINT64_C(0x7ef000000000);
 inline constexpr std::uint64_t kFirstOid = 256;
 
 inline constexpr std::uint32_t kNoSpan = UINT32_MAX;
-inline constexpr std::size_t kClasses = 36;
 inline constexpr std::size_t kBins = 11;  // of free runs, by the power of two of their length
 
 // What never changes once the file stands; its checksum covers the bytes in front of it.

@@ -1,25 +1,52 @@
-// Size classes of blocks: multiples of 16 up to 128 bytes, then four to each doubling.
+// Size classes of blocks: multiples of 16, each as far above the one before it as 6 % of what is
+// asked allow.
 #pragma once
 
-#include <bit>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace kelp::store {
 
 inline constexpr std::size_t kAlignment = 16;
 inline constexpr std::size_t kLargestSlot = 16384;
 
-constexpr std::size_t class_of(std::size_t size) {
-  if (size <= 128) return size <= kAlignment ? 0 : (size - 1) / kAlignment;
-  const std::size_t doubling = static_cast<std::size_t>(std::bit_width(size - 1)) - 1;
-  const std::size_t quarter = (size - 1) >> (doubling - 2) & 3;
-  return 8 + (doubling - 7) * 4 + quarter;
+// The class above one of so many bytes.
+constexpr std::size_t next_class_bytes(std::size_t bytes) {
+  const std::size_t most = (bytes + 1) * 106 / 100 / kAlignment * kAlignment;
+  const std::size_t next = most > bytes ? most : bytes + kAlignment;
+  return next < kLargestSlot ? next : kLargestSlot;
 }
 
-constexpr std::size_t class_bytes(std::size_t index) {
-  if (index < 8) return (index + 1) * kAlignment;
-  const std::size_t doubling = (index - 8) / 4 + 7;
-  return (std::size_t{1} << doubling) + ((index - 8) % 4 + 1) * (std::size_t{1} << (doubling - 2));
+inline constexpr std::size_t kClasses = [] {
+  std::size_t count = 1;
+  for (std::size_t bytes = kAlignment; bytes < kLargestSlot; ++count) {
+    bytes = next_class_bytes(bytes);
+  }
+  return count;
+}();
+
+struct SizeClasses {
+  std::array<std::uint16_t, kClasses> bytes{};
+  std::array<std::uint8_t, kLargestSlot / kAlignment + 1> of_units{};  // by size / 16, rounded up
+
+  constexpr SizeClasses() {
+    std::size_t unit = 0;
+    for (std::size_t index = 0, size = kAlignment; index < kClasses; ++index) {
+      bytes[index] = static_cast<std::uint16_t>(size);
+      for (; unit * kAlignment <= size; ++unit) of_units[unit] = static_cast<std::uint8_t>(index);
+      size = next_class_bytes(size);
+    }
+  }
+};
+static_assert(kClasses <= 255);
+inline constexpr SizeClasses kSizeClasses;
+
+// At most kLargestSlot.
+constexpr std::size_t class_of(std::size_t size) {
+  return kSizeClasses.of_units[(size + kAlignment - 1) / kAlignment];
 }
+
+constexpr std::size_t class_bytes(std::size_t index) { return kSizeClasses.bytes[index]; }
 
 }  // namespace kelp::store

@@ -37,17 +37,23 @@ size_t take_character(std::string_view text, uint32_t *character) {
 }  // namespace
 
 bool xml_has_character(uint32_t character) {
-  if (character < 0x20) return character == '\t' || character == '\n' || character == '\r';
+  if (character < 0x80) return xml_has_ascii(character);
   if (character >= 0xD800 && character <= 0xDFFF) return false;
   return character != 0xFFFE && character != 0xFFFF && character <= 0x10FFFF;
+}
+
+size_t xml_character(std::string_view text) {
+  uint32_t character = 0;
+  const size_t length = take_character(text, &character);
+  return xml_has_character(character) ? length : 0;
 }
 
 size_t xml_prefix(std::string_view text) {
   size_t at = 0;
   while (at < text.size()) {
-    uint32_t character = 0;
-    const size_t length = take_character(text.substr(at), &character);
-    if (length == 0 || !xml_has_character(character)) break;
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const size_t length = byte < 0x80 ? xml_has_ascii(byte) : xml_character(text.substr(at));
+    if (length == 0) break;
     at += length;
   }
   return at;

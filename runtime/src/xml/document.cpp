@@ -1,9 +1,11 @@
 // Parsing and paths. A path is walked part by part: "//name" through the index of names, then each
-// "/tag" or "/tag[n]" through the index of children.
+// "/tag" or "/tag[n]" through the index of children. The fields of an object have one path but for
+// their last part, so each thread remembers where the front of the last one led.
 #include "xml/document.hpp"
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -58,6 +60,27 @@ bool take_part(std::string_view *path, Part *part) {
   return true;
 }
 
+// Where the front of a path led, the last part without.
+struct Front {
+  static constexpr size_t kLongest = 256;
+  uint64_t document = 0;  // its serial
+  size_t length = 0;
+  pugi::xml_node_struct *node = nullptr;
+  char path[kLongest];
+
+  bool is(uint64_t serial, std::string_view front) const {
+    return document == serial && std::string_view(path, length) == front;
+  }
+  void keep(uint64_t serial, std::string_view front, pugi::xml_node_struct *found) {
+    if (front.size() > kLongest) return;
+    document = serial;
+    length = front.size();
+    node = found;
+    std::memcpy(path, front.data(), length);
+  }
+};
+thread_local Front t_front;
+
 void describe(char *message, uint32_t size, const char *what, Position at) {
   if (message == nullptr || size == 0) return;
   std::snprintf(message, size, "XML document: found %s at line %zu, column %zu", what, at.line,
@@ -103,6 +126,8 @@ kelp_xml_document *parse(std::string_view text, char *message, uint32_t size) {
     describe(message, size, "an element nested too deep", document->position_of(too_deep));
     return nullptr;
   }
+  static std::atomic<uint64_t> last{0};
+  document->serial = ++last;
   return document.release();
 }
 
@@ -114,24 +139,39 @@ kelp::Position kelp_xml_document::position_of(pugi::xml_node node) const {
 }
 
 kelp::Found kelp_xml_document::find(std::string_view path) const {
-  const kelp::Found kBadPath = {KELP_ERR_INVALID, {}, 0};
-  const kelp::Found kMissing = {KELP_ERR_NOT_FOUND, {}, 0};
+  constexpr kelp::Found kBadPath = {KELP_ERR_INVALID, nullptr, 0};
   kelp::Part part;
-  if (!path.starts_with("//")) return kBadPath;
-  path.remove_prefix(2);
-  if (!kelp::take_part(&path, &part) || part.index != 0) return kBadPath;
-  kelp::ElementIndex::Nodes nodes = index.named(part.name);
+  kelp::Front &known = kelp::t_front;
+  const std::string_view front = path.substr(0, path.find_last_of('/'));
+  kelp::ElementIndex::Node above = nullptr;
+  kelp::ElementIndex::Named found;
+  if (known.is(serial, front)) {
+    above = known.node;
+    path.remove_prefix(front.size());
+  } else {
+    if (!path.starts_with("//")) return kBadPath;
+    path.remove_prefix(2);
+    if (!kelp::take_part(&path, &part) || part.index != 0) return kBadPath;
+    found = index.named(part.name);
+  }
   while (!path.empty()) {
     if (!path.starts_with('/')) return kBadPath;
     path.remove_prefix(1);
+    if (found.count != 0) above = found.first;
     if (!kelp::take_part(&path, &part)) return kBadPath;
-    if (nodes.empty()) continue;
-    nodes = index.children(pugi::xml_node(nodes.front()), part.name);
-    if (part.index == 0) continue;
-    nodes = part.index <= nodes.size() ? nodes.subspan(part.index - 1, 1) : nodes.first(0);
+    if (above == nullptr) continue;
+    if (path.empty()) known.keep(serial, front, above);
+    const kelp::ElementIndex::Nodes nodes = index.children(above, part.name);
+    const std::size_t first = part.index == 0 ? 0 : part.index - 1;
+    above = nullptr;
+    if (first >= nodes.size()) {
+      found = {};
+    } else {
+      found = {nodes[first], part.index == 0 ? static_cast<uint32_t>(nodes.size()) : 1};
+    }
   }
-  if (nodes.empty()) return kMissing;
-  return {0, pugi::xml_node(nodes.front()), static_cast<uint32_t>(nodes.size())};
+  if (found.count == 0) return {KELP_ERR_NOT_FOUND, nullptr, 0};
+  return {0, found.first, found.count};
 }
 
 kelp_xml_document *kelp_xml_parse(const char *data, size_t length, char *message,

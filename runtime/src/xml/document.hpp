@@ -29,9 +29,11 @@ class LineMap {
 
 // What a path leads to.
 struct Found {
-  uint32_t code = 0;       // 0, or 2 for no element, or 22 for a path of another form
-  pugi::xml_node element;  // the first one, when code is 0
-  uint32_t count = 0;      // how many there are, see xml_get_element_nodecount
+  uint32_t code = 0;  // 0, or 2 for no element, or 22 for a path of another form
+  ElementIndex::Node first = nullptr;  // when code is 0
+  uint32_t count = 0;                  // how many there are, see xml_get_element_nodecount
+
+  pugi::xml_node element() const { return pugi::xml_node(first); }
 };
 
 }  // namespace kelp
@@ -45,4 +47,5 @@ struct kelp_xml_document {
   pugi::xml_document tree;
   kelp::LineMap lines;
   kelp::ElementIndex index;
+  uint64_t serial = 0;  // no other document of the process ever has it
 };

@@ -1,10 +1,11 @@
-// An open-addressed table of groups, at most half full, and the elements of each group in one run.
-// The hash has a seed of the process, so that a document cannot be made to fall into one slot.
+// Open-addressed tables of names and of groups, at most half full, and the elements of each group
+// in one run. Hashes have a seed of the process, so that a document cannot be made to fall into one
+// slot.
 #include "xml/element_index.hpp"
 
-#include <algorithm>
-#include <bit>
 #include <random>
+
+#include "store/index.hpp"
 
 namespace kelp {
 namespace {
@@ -23,48 +24,94 @@ pugi::xml_node following(pugi::xml_node node, int *depth) {
     ++*depth;
     return child;
   }
-  while (node && !node.next_sibling()) {
+  pugi::xml_node next = node.next_sibling();
+  while (!next && node) {
     node = node.parent();
     --*depth;
+    next = node.next_sibling();
   }
-  return node.next_sibling();
+  return next;
 }
 
 }  // namespace
 
-std::uint32_t ElementIndex::hash_of(const Key &key) const {
-  constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
-  std::uint64_t hash = (seed_ ^ reinterpret_cast<std::uintptr_t>(key.parent)) * odd;
-  for (const char c : key.name) {
-    hash = (std::rotl(hash, 5) ^ static_cast<unsigned char>(c)) * odd;
-  }
-  return static_cast<std::uint32_t>(hash >> 32);
+std::uint32_t ElementIndex::hash_of(std::string_view text) const {
+  return static_cast<std::uint32_t>(store::hash_of(text.data(), text.size(), seed_));
 }
 
-std::uint32_t ElementIndex::slot_of(const Key &key, std::uint32_t hash) const {
-  const auto mask = static_cast<std::uint32_t>(slots_.size() - 1);
+std::uint32_t ElementIndex::group_hash(Node parent, std::uint32_t name) const {
+  const std::uint64_t spread = name * UINT64_C(0x9E3779B97F4A7C15);
+  return static_cast<std::uint32_t>(
+      store::mix(seed_ ^ (reinterpret_cast<std::uintptr_t>(parent) + spread)));
+}
+
+std::uint32_t ElementIndex::slot_of_name(std::string_view text, std::uint32_t hash) const {
+  const auto mask = static_cast<std::uint32_t>(name_slots_.size() - 1);
   std::uint32_t slot = hash & mask;
-  for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
-    const Group &group = groups_[slots_[slot] - 1];
-    if (group.hash == hash && group.key == key) break;
+  for (; name_slots_[slot] != 0; slot = (slot + 1) & mask) {
+    const Name &name = names_[name_slots_[slot] - 1];
+    if (name.hash == hash && name.text == text) break;
   }
   return slot;
 }
 
-std::uint32_t ElementIndex::group_to_fill(const Key &key) {
-  const std::uint32_t hash = hash_of(key);
-  std::uint32_t &slot = slots_[slot_of(key, hash)];
+std::uint32_t ElementIndex::slot_of_group(Node parent, std::uint32_t name) const {
+  const auto mask = static_cast<std::uint32_t>(group_slots_.size() - 1);
+  std::uint32_t slot = group_hash(parent, name) & mask;
+  for (; group_slots_[slot] != 0; slot = (slot + 1) & mask) {
+    const Group &group = groups_[group_slots_[slot] - 1];
+    if (group.parent == parent && group.name == name) break;
+  }
+  return slot;
+}
+
+// Room for one more number than count.
+template <typename Hash>
+void ElementIndex::make_room(Slots &slots, std::size_t count, const Hash &hash_of_number) {
+  if (2 * (count + 1) <= slots.size()) return;
+  Slots wider(slots.empty() ? 16 : 2 * slots.size());
+  const std::size_t mask = wider.size() - 1;
+  for (const std::uint32_t number : slots) {
+    if (number == 0) continue;
+    std::size_t slot = hash_of_number(number - 1) & mask;
+    while (wider[slot] != 0) slot = (slot + 1) & mask;
+    wider[slot] = number;
+  }
+  slots.swap(wider);
+}
+
+std::uint32_t ElementIndex::number_of_name(std::string_view text) {
+  make_room(name_slots_, names_.size(), [&](std::uint32_t number) { return names_[number].hash; });
+  const std::uint32_t hash = hash_of(text);
+  std::uint32_t &slot = name_slots_[slot_of_name(text, hash)];
   if (slot == 0) {
-    groups_.push_back({key, hash});
+    names_.push_back({text, hash, {}});
+    slot = static_cast<std::uint32_t>(names_.size());
+  }
+  return slot - 1;
+}
+
+std::uint32_t ElementIndex::number_of_group(Node parent, std::uint32_t name) {
+  make_room(group_slots_, groups_.size(), [&](std::uint32_t number) {
+    return group_hash(groups_[number].parent, groups_[number].name);
+  });
+  std::uint32_t &slot = group_slots_[slot_of_group(parent, name)];
+  if (slot == 0) {
+    groups_.push_back({parent, name, 0, 0});
     slot = static_cast<std::uint32_t>(groups_.size());
   }
-  ++groups_[slot - 1].count;
   return slot - 1;
 }
 
 bool ElementIndex::build(const pugi::xml_document &tree, int max_depth, pugi::xml_node *too_deep) {
+  struct Element {
+    Node node;
+    std::uint32_t group;
+  };
   seed_ = process_seed();
-  std::vector<Node> elements;
+  std::vector<Element> elements;
+  Node parent = nullptr;  // of the element before, and its group
+  std::uint32_t group = 0;
   int depth = 1;
   for (pugi::xml_node node = tree.first_child(); node; node = following(node, &depth)) {
     if (node.type() != pugi::node_element) continue;
@@ -72,36 +119,44 @@ bool ElementIndex::build(const pugi::xml_document &tree, int max_depth, pugi::xm
       *too_deep = node;
       return false;
     }
-    elements.push_back(node.internal_object());
-  }
-  // Every element is in two groups.
-  slots_.assign(std::bit_ceil(std::max<std::size_t>(4 * elements.size(), 2)), 0);
-  std::vector<std::uint32_t> places;
-  places.reserve(2 * elements.size());
-  for (const Node element : elements) {
-    const pugi::xml_node node(element);
-    const std::string_view name = node.name();
-    places.push_back(group_to_fill({nullptr, name}));
-    places.push_back(group_to_fill({node.parent().internal_object(), name}));
+    const std::string_view text = node.name();
+    const Node above = node.parent().internal_object();
+    if (elements.empty() || above != parent || text != names_[groups_[group].name].text) {
+      parent = above;
+      group = number_of_group(parent, number_of_name(text));
+    }
+    Named &named = names_[groups_[group].name].elements;
+    if (named.count++ == 0) named.first = node.internal_object();
+    ++groups_[group].count;
+    elements.push_back({node.internal_object(), group});
   }
   std::uint32_t first = 0;
-  for (Group &group : groups_) {
-    group.first = first;
-    first += group.count;
-    group.count = 0;
+  for (Group &each : groups_) {
+    each.first = first;
+    first += each.count;
+    each.count = 0;
   }
   nodes_.resize(first);
-  for (std::size_t at = 0; at < places.size(); ++at) {
-    Group &group = groups_[places[at]];
-    nodes_[group.first + group.count++] = elements[at / 2];
+  for (const Element &element : elements) {
+    Group &its = groups_[element.group];
+    nodes_[its.first + its.count++] = element.node;
   }
   return true;
 }
 
-ElementIndex::Nodes ElementIndex::group(const Key &key) const {
-  const std::uint32_t number = slots_[slot_of(key, hash_of(key))];
+ElementIndex::Named ElementIndex::named(std::string_view name) const {
+  if (names_.empty()) return {};
+  const std::uint32_t number = name_slots_[slot_of_name(name, hash_of(name))];
+  return number == 0 ? Named{} : names_[number - 1].elements;
+}
+
+ElementIndex::Nodes ElementIndex::children(Node parent, std::string_view name) const {
+  if (names_.empty()) return {};
+  const std::uint32_t number = name_slots_[slot_of_name(name, hash_of(name))];
   if (number == 0) return {};
-  const Group &group = groups_[number - 1];
+  const std::uint32_t place = group_slots_[slot_of_group(parent, number - 1)];
+  if (place == 0) return {};
+  const Group &group = groups_[place - 1];
   return {nodes_.data() + group.first, group.count};
 }
 

@@ -1,6 +1,9 @@
 // Finds elements of a parsed document by parent and name without walking siblings. It is made once,
 // when the document is parsed, so that a record of many fields or an array of many elements is read
 // in time that grows with the document and not with its square.
+//
+// Names are numbered: a name is hashed and compared as a text once for each element, and the
+// elements of an array, which follow each other under one name, only once for all of them.
 #pragma once
 
 #include <cstdint>
@@ -20,36 +23,45 @@ class ElementIndex {
   // that element.
   bool build(const pugi::xml_document &tree, int max_depth, pugi::xml_node *too_deep);
 
-  // All elements of that name, in document order.
-  Nodes named(std::string_view name) const { return group({nullptr, name}); }
+  // How many elements of a name there are, and the first in document order; null for none.
+  struct Named {
+    Node first = nullptr;
+    std::uint32_t count = 0;
+  };
+  Named named(std::string_view name) const;
 
   // The children of that name, in document order.
-  Nodes children(pugi::xml_node parent, std::string_view name) const {
-    return group({parent.internal_object(), name});
-  }
+  Nodes children(Node parent, std::string_view name) const;
 
  private:
-  // Elements of one name below one parent, or anywhere when the parent is null.
-  struct Key {
-    const pugi::xml_node_struct *parent;
-    std::string_view name;
-    bool operator==(const Key &) const = default;
-  };
-  struct Group {
-    Key key;
+  struct Name {
+    std::string_view text;
     std::uint32_t hash = 0;
+    Named elements;
+  };
+  // Elements of one name below one parent.
+  struct Group {
+    Node parent = nullptr;
+    std::uint32_t name = 0;
     std::uint32_t first = 0;  // in nodes_
     std::uint32_t count = 0;
   };
+  // Numbers and 1, by hash; 0 for a free slot. A power of two, at most half full.
+  using Slots = std::vector<std::uint32_t>;
 
-  std::uint32_t hash_of(const Key &key) const;
-  // The slot of the key's group, or the free one where it would go.
-  std::uint32_t slot_of(const Key &key, std::uint32_t hash) const;
-  std::uint32_t group_to_fill(const Key &key);
-  Nodes group(const Key &key) const;
+  std::uint32_t hash_of(std::string_view text) const;
+  std::uint32_t slot_of_name(std::string_view text, std::uint32_t hash) const;
+  std::uint32_t slot_of_group(Node parent, std::uint32_t name) const;
+  std::uint32_t number_of_name(std::string_view text);
+  std::uint32_t number_of_group(Node parent, std::uint32_t name);
+  template <typename Hash>
+  static void make_room(Slots &slots, std::size_t count, const Hash &hash_of_number);
+  std::uint32_t group_hash(Node parent, std::uint32_t name) const;
 
   std::uint64_t seed_ = 0;
-  std::vector<std::uint32_t> slots_;  // number of a group and 1, 0 for a free slot
+  Slots name_slots_;
+  Slots group_slots_;
+  std::vector<Name> names_;
   std::vector<Group> groups_;
   std::vector<Node> nodes_;  // group by group, in document order within one
 };

@@ -25,7 +25,7 @@ pugi::xml_node find_element(const XmlSource &source) {
     return {};
   }
   const Found found = source.document->find(source.path);
-  if (found.code == 0) return found.element;
+  if (found.code == 0) return found.element();
   char text[200];
   std::snprintf(text, sizeof text, "found no element %s in the document", source.path);
   raise(source.handle, source.err, found.code,

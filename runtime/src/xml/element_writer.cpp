@@ -1,5 +1,5 @@
-// The shape of each piece is written down once, as a function over a sink, and runs twice: over a
-// sink that counts, then, if the count fits the space, over one that stores.
+// The shape of each piece is written down once, as a function over a sink. Where the space is beyond
+// doubt it runs once, over a sink that stores; else over one that counts first.
 #include "xml/element_writer.hpp"
 
 #include <charconv>
@@ -95,8 +95,15 @@ void put_hexadecimal(Sink &sink, std::string_view text) {
   }
 }
 
+// most: bytes that the piece surely does not exceed.
 template <class Shape>
-uint32_t write(const XmlTarget &target, const Shape &shape) {
+uint32_t write(const XmlTarget &target, uint64_t most, const Shape &shape) {
+  if (most < target.size) {
+    StoringSink stored{target.buffer};
+    shape(stored);
+    *stored.at = '\0';
+    return static_cast<uint32_t>(stored.at - target.buffer);
+  }
   CountingSink counted;
   shape(counted);
   if (counted.count > target.size) {
@@ -121,32 +128,41 @@ bool tag_is_there(const XmlTarget &target, const char *tag) {
 
 }  // namespace
 
+// What a piece takes beside its tags and its text: brackets and the attributes.
+constexpr uint64_t kFrame = 64;
+
 uint32_t write_opening_tag(const XmlTarget &target, const char *tag, uint32_t state_byte) {
   if (*target.err != 0 || !tag_is_there(target, tag)) return 0;
-  return write(target, [&](auto &sink) { put_opening_tag(sink, tag, state_byte, false); });
+  const std::string_view name(tag);
+  return write(target, name.size() + kFrame,
+               [&](auto &sink) { put_opening_tag(sink, name, state_byte, false); });
 }
 
 uint32_t write_closing_tag(const XmlTarget &target, const char *tag) {
   if (*target.err != 0 || !tag_is_there(target, tag)) return 0;
-  return write(target, [&](auto &sink) { put_closing_tag(sink, tag); });
+  const std::string_view name(tag);
+  return write(target, name.size() + kFrame, [&](auto &sink) { put_closing_tag(sink, name); });
 }
 
 uint32_t write_raw(const XmlTarget &target, std::string_view text) {
   if (*target.err != 0) return 0;
-  return write(target, [&](auto &sink) { sink.put(text); });
+  return write(target, text.size(), [&](auto &sink) { sink.put(text); });
 }
 
 uint32_t write_element(const XmlTarget &target, const XmlElement &element) {
   if (*target.err != 0 || !tag_is_there(target, element.tag)) return 0;
+  const std::string_view name(element.tag);
   const bool hexadecimal = element.has_value && xml_prefix(element.text) < element.text.size();
-  return write(target, [&](auto &sink) {
-    put_opening_tag(sink, element.tag, element.state_byte, hexadecimal);
+  constexpr uint64_t kLongestEscape = 5;
+  const uint64_t most = 2 * name.size() + kLongestEscape * element.text.size() + kFrame;
+  return write(target, most, [&](auto &sink) {
+    put_opening_tag(sink, name, element.state_byte, hexadecimal);
     if (hexadecimal) {
       put_hexadecimal(sink, element.text);
     } else if (element.has_value) {
       put_escaped(sink, element.text);
     }
-    put_closing_tag(sink, element.tag);
+    put_closing_tag(sink, name);
   });
 }
 

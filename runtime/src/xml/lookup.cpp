@@ -14,7 +14,7 @@ uint32_t xml_get_element_value(kelp_xml_document *document, const char *path, ch
   const kelp::Found found = document->find(path);
   if (found.code != 0 || value == nullptr || size == 0) return found.code;
   try {
-    const kelp::ElementText text(found.element);
+    const kelp::ElementText text(found.element());
     const size_t length = std::min<size_t>(text.view().size(), size - 1);
     if (length > 0) std::memcpy(value, text.view().data(), length);
     value[length] = '\0';
@@ -39,7 +39,7 @@ uint32_t xml_get_element_position(kelp_xml_document *document, const char *path,
   }
   const kelp::Found found = document->find(path);
   if (found.code != 0) return found.code;
-  const kelp::Position at = document->position_of(found.element);
+  const kelp::Position at = document->position_of(found.element());
   *line = static_cast<uint32_t>(at.line);
   *column = static_cast<uint32_t>(at.column);
   return 0;

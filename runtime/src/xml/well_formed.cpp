@@ -1,7 +1,9 @@
-// One pass over the markup. Comments, CDATA sections and processing instructions are stepped over,
-// since nothing in them is a declaration or a reference.
+// One pass over the document. Comments, CDATA sections and processing instructions are stepped
+// over, since nothing in them is a declaration or a reference; their bytes are looked at apart.
 #include "xml/well_formed.hpp"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "xml/characters.hpp"
@@ -26,45 +28,67 @@ bool is_allowed_reference(std::string_view name) {
 // The longest reference is a character number; no look further than that keeps the pass linear.
 constexpr size_t kLongestReference = 16;
 
-// Markup stands close together, so that a plain loop is ahead of a search for either byte.
-size_t next_markup(std::string_view text, size_t at) {
-  while (at < text.size() && text[at] != '<' && text[at] != '&') ++at;
-  return at;
-}
+// The bytes that stand for themselves wherever they are: of ASCII what is printed, and blanks.
+constexpr auto kPlain = [] {
+  std::array<bool, 256> plain{};
+  for (unsigned byte = 0; byte < 0x80; ++byte) plain[byte] = xml_has_ascii(byte);
+  plain['<'] = plain['&'] = false;
+  return plain;
+}();
 
-}  // namespace
-
-Refusal find_forbidden(std::string_view text) {
+// What is forbidden at a "<" or an "&", null for nothing; *step gets the bytes to go on behind.
+const char *forbidden_markup(std::string_view rest, size_t *step) {
   static constexpr struct {
     std::string_view start;
     std::string_view end;
   } kSections[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+  *step = 1;
+  if (rest[0] == '&') {
+    const size_t end = rest.substr(0, kLongestReference).find(';');
+    if (end == std::string_view::npos || !is_allowed_reference(rest.substr(1, end - 1))) {
+      return "a reference to an unknown entity";
+    }
+    *step = end;
+    return nullptr;
+  }
+  if (rest.size() < 2 || (rest[1] != '!' && rest[1] != '?')) return nullptr;
+  for (const auto &section : kSections) {
+    if (!rest.starts_with(section.start)) continue;
+    const size_t end = rest.find(section.end, section.start.size());
+    if (end == std::string_view::npos) return "a section without an end";
+    *step = end + section.end.size();
+    return nullptr;
+  }
+  return rest[1] == '!' ? "a document type declaration" : nullptr;
+}
 
-  const size_t carried = xml_prefix(text);
-  if (carried < text.size()) return {"a byte that XML cannot carry", carried};
+}  // namespace
 
-  size_t at = 0;
-  while ((at = next_markup(text, at)) < text.size()) {
-    const std::string_view rest = text.substr(at);
-    if (rest[0] == '&') {
-      const size_t end = rest.substr(0, kLongestReference).find(';');
-      if (end == std::string_view::npos || !is_allowed_reference(rest.substr(1, end - 1))) {
-        return {"a reference to an unknown entity", at};
+// A byte that XML cannot carry is told before anything else, wherever it stands.
+Refusal find_forbidden(std::string_view text) {
+  const auto carries = [&](size_t from, size_t length, Refusal *refused) {
+    const size_t carried = xml_prefix(text.substr(from, length));
+    if (carried == std::min(length, text.size() - from)) return true;
+    *refused = {"a byte that XML cannot carry", from + carried};
+    return false;
+  };
+  Refusal refused;
+  for (size_t at = 0;;) {
+    while (at < text.size() && kPlain[static_cast<unsigned char>(text[at])]) ++at;
+    if (at == text.size()) return {};
+    size_t step = 0;
+    if (text[at] == '<' || text[at] == '&') {
+      const char *found = forbidden_markup(text.substr(at), &step);
+      if (found != nullptr) {
+        return carries(at, std::string_view::npos, &refused) ? Refusal{found, at} : refused;
       }
-      at += end;
-      continue;
+      if (step > 1 && !carries(at, step, &refused)) return refused;
+    } else {
+      step = xml_character(text.substr(at));
+      if (step == 0) return {"a byte that XML cannot carry", at};
     }
-    size_t step = 1;
-    for (const auto &section : kSections) {
-      if (!rest.starts_with(section.start)) continue;
-      const size_t end = rest.find(section.end, section.start.size());
-      if (end == std::string_view::npos) return {"a section without an end", at};
-      step = end + section.end.size();
-    }
-    if (step == 1 && rest.starts_with("<!")) return {"a document type declaration", at};
     at += step;
   }
-  return {};
 }
 
 }  // namespace kelp
