@@ -525,10 +525,10 @@ TEST(StoreTrust, AFileOfZeroes) {
   expect_refused([](std::string &bytes) { bytes.assign(bytes.size(), '\0'); }, 22, "'....' found");
 }
 TEST(StoreTrust, ANewerLayout) {
-  expect_refused([](std::string &bytes) { bytes[16] = 3; }, 22, "layout 3 found, expected 2");
+  expect_refused([](std::string &bytes) { bytes[16] = 4; }, 22, "layout 4 found, expected 3");
 }
 TEST(StoreTrust, AnOlderLayout) {
-  expect_refused([](std::string &bytes) { bytes[16] = 1; }, 22, "layout 1 found, expected 2");
+  expect_refused([](std::string &bytes) { bytes[16] = 1; }, 22, "layout 1 found, expected 3");
 }
 TEST(StoreTrust, AnotherByteOrder) {
   expect_refused([](std::string &bytes) { std::swap(bytes[20], bytes[23]); }, 22,
