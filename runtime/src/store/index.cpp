@@ -6,21 +6,6 @@
 
 namespace kelp::store {
 
-std::uint64_t hash_of(const void *bytes, std::size_t length, std::uint64_t seed) {
-  const auto *at = static_cast<const unsigned char *>(bytes);
-  std::uint64_t hash = mix(seed ^ (length + 1));
-  while (length >= 8) {
-    std::uint64_t word;
-    std::memcpy(&word, at, sizeof word);
-    hash = mix(hash ^ word);
-    at += 8;
-    length -= 8;
-  }
-  std::uint64_t rest = 0;
-  std::memcpy(&rest, at, length);
-  return mix(hash ^ rest);
-}
-
 bool Index::provide_segment(std::size_t segment) {
   if (segment >= kIndexSegments) return false;
   if (root_.segments[segment] != nullptr) return true;

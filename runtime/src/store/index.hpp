@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/mix.hpp"
 #include "store/memory.hpp"
 
 namespace kelp::store {
@@ -32,13 +33,8 @@ struct IndexRoot {
   IndexNode **segments[kIndexSegments];  // kFirstBuckets, as many again, twice as many ...
 };
 
-inline std::uint64_t mix(std::uint64_t value) {
-  value = (value ^ value >> 33) * UINT64_C(0xff51afd7ed558ccd);
-  value = (value ^ value >> 33) * UINT64_C(0xc4ceb9fe1a85ec53);
-  return value ^ value >> 33;
-}
-
-std::uint64_t hash_of(const void *bytes, std::size_t length, std::uint64_t seed = 0);
+using kelp::hash_of;
+using kelp::mix;
 
 class Index {
  public:

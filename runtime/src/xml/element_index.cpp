@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "store/index.hpp"
+#include "base/mix.hpp"
 
 namespace kelp {
 namespace {
@@ -36,13 +36,13 @@ pugi::xml_node following(pugi::xml_node node, int *depth) {
 }  // namespace
 
 std::uint32_t ElementIndex::hash_of(std::string_view text) const {
-  return static_cast<std::uint32_t>(store::hash_of(text.data(), text.size(), seed_));
+  return static_cast<std::uint32_t>(kelp::hash_of(text.data(), text.size(), seed_));
 }
 
 std::uint32_t ElementIndex::group_hash(Node parent, std::uint32_t name) const {
   const std::uint64_t spread = name * UINT64_C(0x9E3779B97F4A7C15);
   return static_cast<std::uint32_t>(
-      store::mix(seed_ ^ (reinterpret_cast<std::uintptr_t>(parent) + spread)));
+      mix(seed_ ^ (reinterpret_cast<std::uintptr_t>(parent) + spread)));
 }
 
 std::uint32_t ElementIndex::slot_of_name(std::string_view text, std::uint32_t hash) const {
