@@ -104,6 +104,7 @@ bench: packages
 	@cmake --preset bench >/dev/null
 	@cmake --build --preset bench -j $(JOBS)
 	@build/bench/bench/harbor_bench
+	@build/bench/bench/store_bench
 	@build/bench/bench/capture_bench
 	@build/bench/bench/routes_bench
 

@@ -1,64 +1,21 @@
 // A table of a million areas beside std::map and Boost's intrusive avl_set on the same keys: made
 // and inserted, walked, destroyed. Keys come in one seeded shuffled order.
 #include <benchmark/benchmark.h>
-#include <ospf_harbor_oper.h>
 
-#include <algorithm>
 #include <boost/intrusive/avl_set.hpp>
 #include <map>
-#include <numeric>
-#include <random>
 #include <vector>
 
-#include "store.hpp"
+#include "areas.hpp"
 
 namespace {
 
-constexpr std::size_t count = 1'000'000;
-
-const std::vector<std::uint32_t> &keys() {
-  static const std::vector<std::uint32_t> shuffled = [] {
-    std::vector<std::uint32_t> list(count);
-    std::iota(list.begin(), list.end(), 0u);
-    std::shuffle(list.begin(), list.end(), std::mt19937(20));
-    return list;
-  }();
-  return shuffled;
-}
+using bench::Areas;
+using bench::keys;
+constexpr std::size_t count = bench::area_count;
 
 // --- our table: a record and an object for each key
 // -----------------------------------------------
-
-class Areas {
- public:
-  Areas() : table(tbl_ospf_area_table_open(store, 0, "areas", 0, &err)) {}
-  ~Areas() {
-    tbl_ospf_area_table_free(store, 0, table, &err);
-    bench::require(err);
-  }
-  void make() {
-    records.reserve(count);
-    for (std::uint32_t key : keys()) {
-      auto *record = tbl_ospf_area_create_record(store, 0, &err);
-      ospf_area *area = ospf_area_create(store, 0);
-      ospf_area_area_id_set_value(store, 0, area, key, &err);
-      tbl_ospf_area_ospf_area_set_field(store, 0, record, area);
-      records.push_back(record);
-    }
-  }
-  void insert() {
-    for (auto *record : records) tbl_ospf_area_insert(store, 0, table, record, &err);
-  }
-  void destroy() {
-    for (auto *record : records) tbl_ospf_area_destroy_record(store, 0, record, &err);
-    records.clear();
-  }
-
-  bench::Store store;
-  std::uint32_t err = 0;
-  tbl_ospf_area_table *table;
-  std::vector<tbl_ospf_area_record *> records;
-};
 
 void insert_ospf_area(benchmark::State &state) {
   for (auto _ : state) {
@@ -85,14 +42,7 @@ void walk_ospf_area(benchmark::State &state) {
   areas.make();
   areas.insert();
   for (auto _ : state) {
-    std::size_t steps = 0;
-    for (auto *record =
-             tbl_ospf_area_ospf_area_area_id_get_first(areas.store, 0, areas.table, &areas.err);
-         record != nullptr; record = tbl_ospf_area_ospf_area_area_id_get_next(
-                                areas.store, 0, areas.table, record, &areas.err)) {
-      ++steps;
-    }
-    if (steps != count) state.SkipWithError("the walk missed records");
+    if (areas.walk() != count) state.SkipWithError("the walk missed records");
   }
   areas.destroy();
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));

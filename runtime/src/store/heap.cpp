@@ -323,7 +323,17 @@ void Heap::release(const Block &block) {
   release_run(number_of(span), 1);
 }
 
+// Whether the running transaction divided the span there: nothing in it was there before.
+bool Heap::is_in_new_span(const void *address) const {
+  const auto offset =
+      reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_);
+  if (offset / kSpanBytes >= head_->spans) return false;
+  const Span *there = span(offset / kSpanBytes);
+  return there->kind == SpanKind::slots && is_new(there);
+}
+
 Heap::Saved Heap::save_block(const void *address) {
+  if (is_in_new_span(address)) return Saved::before;
   Block block;
   if (!find(address, &block)) return Saved::no_block;
   std::uint32_t &saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
@@ -336,6 +346,7 @@ Heap::Saved Heap::save_block(const void *address) {
 
 void Heap::save_range(const void *address, std::size_t length) {
   constexpr std::size_t kSmall = 256;
+  if (is_in_new_span(address)) return;
   Block block;
   if (!find(address, &block)) {
     ground_->save(address, length);

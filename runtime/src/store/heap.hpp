@@ -75,6 +75,7 @@ class Heap {
     return reinterpret_cast<Slot *>(span_start(number_of(span)));
   }
   bool is_new(const Span *span) const { return span->made == ground_->stamp(); }
+  bool is_in_new_span(const void *address) const;
   void save_span(Span *span);
   void save_slot(const Span *span, Slot *slot);
   void *allocate_slot(std::size_t size, std::uint8_t owner);
