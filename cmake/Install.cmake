@@ -22,7 +22,7 @@ if(TARGET ospf-harbor)
 endif()
 install(TARGETS ${HARBOR_LIBRARIES} EXPORT ospf_harbor_oper
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY include/ runtime/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/ cplusplus/include/ runtime/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT ospf_harbor_oper NAMESPACE ospf_harbor_oper::
         FILE ospf_harbor_operTargets.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/ospf_harbor_oper)

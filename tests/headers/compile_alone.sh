@@ -1,6 +1,7 @@
 #!/bin/sh
-# Every public header compiles alone, without a warning: each as C99 and C++11, the chief headers in
-# every later dialect too. Arguments: C compiler, C++ compiler, include folders.
+# Every public header compiles alone, without a warning: those of C each as C99 and C++11, the chief
+# ones in every later dialect too, those of C++ as C++20. Arguments: C compiler, C++ compiler, include
+# folders.
 set -eu
 cc=$1 cxx=$2
 shift 2
@@ -20,6 +21,9 @@ for folder in "$@"; do
   for header in $(cd "$folder" && find . -name '*.h' | sed 's|^\./||' | sort); do
     check "$cc" c c99 "$header"
     check "$cxx" c++ c++11 "$header"
+  done
+  for header in $(cd "$folder" && find . -name '*.hpp' | sed 's|^\./||' | sort); do
+    check "$cxx" c++ c++20 "$header"
   done
 done
 for header in ospf_harbor_oper.h kelp/embed.h kelp/primitives.h; do

@@ -19,7 +19,7 @@ PKG_CONFIG_PATH=$(dirname "$(find "$root" -name kelp.pc)")
 export PKG_CONFIG_PATH
 check() { # program: each example prints what it should
   case $1 in
-  *two_areas) "$1" | grep -q '^area 51: 1 interface' ;;
+  *areas) "$1" | grep -q '^area 51: 1 interface' ;;
   *) "$1" | grep -q 'area_id@u_int32:51' ;;
   esac
 }
@@ -28,6 +28,10 @@ for example in area two_areas; do
     $(pkg-config --cflags --libs ospf_harbor_oper)"
   check "$box/$example"
 done
+
+eval "c++ -std=c++20 '$examples/areas.cpp' -o '$box/areas' -Wl,-rpath,'$lib' \
+  $(pkg-config --cflags --libs ospf_harbor_oper)"
+check "$box/areas"
 
 cat >"$box/check.c" <<END
 #include <ospf_harbor_check.h>

@@ -25,6 +25,28 @@ std::string with_counts(std::string_view text) {
                   "$records", std::to_string(record_count));
 }
 
+void wrap(std::string &out, std::string_view text, std::string_view first, std::string_view next) {
+  std::string line(first);
+  bool empty = true;
+  std::size_t at = 0;
+  while (at < text.size()) {
+    std::size_t end = text.find(' ', at);
+    if (end == std::string_view::npos) end = text.size();
+    const std::string_view word = text.substr(at, end - at);
+    at = end + 1;
+    if (word.empty()) continue;
+    if (!empty && line.size() + 1 + word.size() > 98) {
+      out += line + "\n";
+      line = next;
+      empty = true;
+    }
+    if (!empty) line += ' ';
+    line += word;
+    empty = false;
+  }
+  out += line + "\n";
+}
+
 namespace {
 
 std::string number_type(Kind kind) {
@@ -123,28 +145,6 @@ std::string call_of(const Operation &operation, const Place &place, const std::s
     call += ")";
   }
   return "harbor::" + call;
-}
-
-void wrap(std::string &out, std::string_view text, std::string_view first, std::string_view next) {
-  std::string line(first);
-  bool empty = true;
-  std::size_t at = 0;
-  while (at < text.size()) {
-    std::size_t end = text.find(' ', at);
-    if (end == std::string_view::npos) end = text.size();
-    const std::string_view word = text.substr(at, end - at);
-    at = end + 1;
-    if (word.empty()) continue;
-    if (!empty && line.size() + 1 + word.size() > 98) {
-      out += line + "\n";
-      line = next;
-      empty = true;
-    }
-    if (!empty) line += ' ';
-    line += word;
-    empty = false;
-  }
-  out += line + "\n";
 }
 
 struct Code {

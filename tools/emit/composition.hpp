@@ -41,6 +41,9 @@ Unit unit_of(const FlagSet &type);
 Unit unit_of(const Structure &type);
 Unit unit_of(const Table &table);
 
+// Adds the text in lines of less than 100 columns, the first behind first, the others behind next.
+void wrap(std::string &out, std::string_view text, std::string_view first, std::string_view next);
+
 std::string storage_type(const Field &field);
 std::string_view form_of(const Field &field);  // as the headers name it: "scalar", "arm"
 std::string key_part(const Table &table);  // <record>_<field>, or <key type>_

@@ -12,9 +12,11 @@ namespace emit {
 // Everything that carries exported functions, in the order of the public headers.
 std::vector<Unit> all_units();
 
-// Checked in: the public headers, the goldens that a reviewer reads, and the list of families.
+// Checked in: the public headers, the goldens that a reviewer reads, the list of families, and the
+// model of the C++ headers.
 void write_headers(Writer &writer, const std::vector<Unit> &units);
 void write_goldens(Writer &writer, const std::vector<Unit> &units);
+void write_cplusplus(Writer &writer);
 
 // Checked in: the model as JSON and as a picture.
 void write_model_json(Writer &writer);
