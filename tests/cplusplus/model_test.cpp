@@ -57,10 +57,6 @@ inline constexpr bool is_optional = false;
 template <typename Value>
 inline constexpr bool is_optional<std::optional<Value>> = true;
 template <typename>
-inline constexpr bool is_flags = false;
-template <typename Bit>
-inline constexpr bool is_flags<flags<Bit>> = true;
-template <typename>
 inline constexpr bool is_table = false;
 template <typename Table>
 inline constexpr bool is_table<table_ref<Table>> = true;
