@@ -4,9 +4,8 @@
 #include <kelp/core.h>
 #include <kelp/primitives.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 
 #include "support/hexadecimal.hpp"
 
@@ -44,10 +43,7 @@ kelp_oid identifier_of(const std::string &text) {
 
 }  // namespace
 
-void give_up(const std::string &what) {
-  std::fprintf(stderr, "evolution peer: %s\n", what.c_str());
-  std::exit(2);
-}
+void give_up(const std::string &what) { throw std::runtime_error(what); }
 
 void must_be_zero(std::uint32_t err, const std::string &what) {
   if (err != 0) give_up(what + " failed with " + std::to_string(err));
@@ -80,13 +76,25 @@ void *exported(const std::string &name) {
   return function;
 }
 
+std::vector<const Structure *> Exchanged::types_of_table() {
+  table_ = found(harbor::model::all_tables, name_.substr(4));
+  if (table_ == nullptr) give_up("no table " + name_);
+  if (table_->key_structure == nullptr) return {table_->record};
+  return {table_->key_structure, table_->record};
+}
+
+Exchanged::Exchanged(kelp_handle *handle, const std::string &table, void *record)
+    : handle_(handle), name_(table), record_(record) {
+  for (const Structure *type : types_of_table()) {
+    objects_.emplace_back(
+        type, call<void *>(name_ + "_" + of(*type, "get_field"), handle_, space, record));
+  }
+}
+
 Exchanged::Exchanged(kelp_handle *handle, const std::string &name) : handle_(handle), name_(name) {
   std::vector<const Structure *> types;
   if (name.starts_with("tbl_")) {
-    table_ = found(harbor::model::all_tables, name.substr(4));
-    if (table_ == nullptr) give_up("no table " + name);
-    if (table_->key_structure != nullptr) types.push_back(table_->key_structure);
-    types.push_back(table_->record);
+    types = types_of_table();
   } else {
     types.push_back(found(harbor::model::structures, name));
   }
@@ -248,6 +256,17 @@ void Exchanged::mark_ra_data() {
 
 // --- images -------------------------------------------------------------------------------------
 
+void *Exchanged::record() {
+  if (record_ != nullptr) return record_;
+  std::uint32_t err = 0;
+  record_ = call<void *>(name_ + "_create_record", handle_, space, &err);
+  must_be_zero(err, name_ + "_create_record");
+  for (const auto &[type, object] : objects_) {
+    call<void>(name_ + "_" + of(*type, "set_field"), handle_, space, record_, object);
+  }
+  return record_;
+}
+
 std::vector<std::uint8_t> Exchanged::image() {
   constexpr std::int32_t room = 65536;
   std::vector<std::uint8_t> buffer(room + slack);
@@ -257,12 +276,8 @@ std::vector<std::uint8_t> Exchanged::image() {
     used = call<std::uint32_t>(name_ + "_marshal", handle_, space, buffer.data(),
                                objects_[0].second, room, &err);
   } else {
-    record_ = call<void *>(name_ + "_create_record", handle_, space, &err);
-    for (const auto &[type, object] : objects_) {
-      call<void>(name_ + "_" + of(*type, "set_field"), handle_, space, record_, object);
-    }
     used = call<std::uint32_t>(name_ + "_table_record_marshal", handle_, space, buffer.data(),
-                               record_, room, &err);
+                               record(), room, &err);
   }
   must_be_zero(err, name_ + "_marshal");
   buffer.resize(used);

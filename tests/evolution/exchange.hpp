@@ -1,7 +1,7 @@
 // What a peer program does with objects of its own edition's types: makes them, sets fields by the
 // path of their names, and shows them as lines of text. All through exported functions, found by
 // their composed names; only by-reference fields, whose identifiers name no table here, are written
-// and read in memory. A failure ends the process with a line that says what failed.
+// and read in memory. A failure is thrown with what failed; an exchange of images ends by it.
 #pragma once
 
 #include <kelp/embed.h>
@@ -62,6 +62,8 @@ class Exchanged {
  public:
   // tbl_<t> makes a record of that table, any other name an object of that type.
   Exchanged(kelp_handle *handle, const std::string &name);
+  // The objects of a record that stands in a table.
+  Exchanged(kelp_handle *handle, const std::string &table, void *record);
 
   // "<path> <value>": a number, text, address, identifier or list of elements; an arm becomes the
   // selected one, {} where it is a structure. "." is the value of an enumeration or flag set.
@@ -71,6 +73,11 @@ class Exchanged {
   void set_element_states(const std::string &path, const std::string &values);
   // The object is to carry an ra-data block.
   void mark_ra_data();
+
+  // The record of a table's objects, made when first asked for.
+  void *record();
+  // The object of a structure, or the last one of a record.
+  void *object() const { return objects_.back().second; }
 
   std::vector<std::uint8_t> image();
   // Reads an image into the object, or into a new record, and gives the bytes consumed.
@@ -83,6 +90,7 @@ class Exchanged {
   std::vector<std::string> show(bool raised) const;
 
  private:
+  std::vector<const harbor::model::Structure *> types_of_table();
   void with_field(const std::string &path,
                   const std::function<void(const harbor::model::Structure &,
                                            const harbor::model::Field &, void *)> &act);

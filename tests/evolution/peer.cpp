@@ -4,6 +4,7 @@
 //   peer describe              the rows of its schema
 //   peer write on|off          tracking state or not: makes objects and writes their images
 //   peer read on|off FILE      makes objects and reads into them the images that FILE holds
+//   peer store FILE            keeps rows in a store; its steps stand in store_peer.hpp
 //
 //   object NAME                begins an object of a type, or a record of a table
 //   value PATH VALUE           sets a field
@@ -21,6 +22,7 @@
 #include <sstream>
 
 #include "evolution/exchange.hpp"
+#include "evolution/store_peer.hpp"
 #include "module/message_text.hpp"
 #include "support/hexadecimal.hpp"
 
@@ -147,21 +149,32 @@ void follow(kelp_handle *handle, const char *image_file) {
   }
 }
 
+int run(int argc, char **argv) {
+  const std::string verb = argc > 1 ? argv[1] : "";
+  if (verb == "describe") {
+    describe();
+    return 0;
+  }
+  if (verb == "store" && argc == 3) return keep_store(argv[2]);
+  if ((verb != "write" || argc != 3) && (verb != "read" || argc != 4)) {
+    std::fprintf(stderr, "usage: %s describe | write on|off | read on|off FILE | store FILE\n",
+                 argv[0]);
+    return 2;
+  }
+  kelp_handle *handle = make_handle(std::strcmp(argv[2], "on") == 0);
+  follow(handle, verb == "read" ? argv[3] : nullptr);
+  return 0;
+}
+
 }  // namespace
 
 }  // namespace evolution
 
 int main(int argc, char **argv) {
-  const std::string verb = argc > 1 ? argv[1] : "";
-  if (verb == "describe") {
-    evolution::describe();
-    return 0;
-  }
-  if ((verb != "write" || argc != 3) && (verb != "read" || argc != 4)) {
-    std::fprintf(stderr, "usage: %s describe | write on|off | read on|off FILE\n", argv[0]);
+  try {
+    return evolution::run(argc, argv);
+  } catch (const std::exception &failure) {
+    std::fprintf(stderr, "evolution peer: %s\n", failure.what());
     return 2;
   }
-  kelp_handle *handle = evolution::make_handle(std::strcmp(argv[2], "on") == 0);
-  evolution::follow(handle, verb == "read" ? argv[3] : nullptr);
-  return 0;
 }

@@ -126,6 +126,7 @@ class Run {
     if (mapping == nullptr || !mapping->destroy_asked || mapping->references != 0) return;
     const kelp_type_record *type = kelp_get_manifested_type_info(object);
     if (type != nullptr && std::strncmp(type->kind, "table", sizeof type->kind) == 0) return;
+    if (is_refused(type)) return;
     const kelp_object_destroyer destroy = find_destroyer(type);
     if (destroy == nullptr) {
       note_missing(type, "_destroy");
@@ -155,9 +156,15 @@ class Run {
 
   const kelp_table_vft *vft_of(const kelp_table *table) {
     const kelp_type_record *type = kelp_get_manifested_type_info(table);
+    if (is_refused(type)) return nullptr;
     const kelp_table_vft *vft = find_vft(handle_, type);
     if (vft == nullptr) note_missing(type, "'s vft");
     return vft;
+  }
+
+  // Of another edition of the schema, and ended by its programs.
+  bool is_refused(const kelp_type_record *type) const {
+    return type != nullptr && database_.editions.refusal(type->md5) != nullptr;
   }
 
   void note_missing(const kelp_type_record *type, const char *what) {

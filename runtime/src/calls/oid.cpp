@@ -98,7 +98,11 @@ extern "C" void *kelp_oid_to_handle(kelp_handle *handle, uint32_t space_id, cons
   constexpr uint64_t kLowestResolvable = 256;
   if (oid->handle_word < kLowestResolvable || kelp_oid_id_is_zero(oid->id) != 0) return nullptr;
   const kelp_oid_mapping *mapping = kelp::database_of(handle).oids.find(*oid);
-  if (mapping != nullptr) return mapping->object;
+  if (mapping != nullptr) {
+    const kelp_type_record *type = kelp_get_manifested_type_info(mapping->object);
+    if (type != nullptr && kelp::refuses(handle, type->md5, err)) return nullptr;
+    return mapping->object;
+  }
   kelp::raise(handle, err, KELP_ERR_NOT_FOUND);
   return nullptr;
 }

@@ -98,6 +98,7 @@ extern "C" kelp_table *kelpdb_database_toc_get_table_root(kelp_handle *handle, u
     kelp::raise(handle, err, KELP_ERR_INVALID);
     return nullptr;
   }
+  if (kelp::refuses(handle, luid, err)) return nullptr;
   kelp_table *table = nullptr;
   const bool done = kelp::without_exceptions([&] {
     const std::string_view name =

@@ -4,7 +4,7 @@
 #include "base/failure.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
-#include "database/schema.hpp"
+#include "parts/kinship.hpp"
 
 namespace kelp {
 
@@ -34,16 +34,17 @@ extern "C" kelp_type_record *kelp_type_info_ptr_get(kelp_handle *handle, uint32_
   kelp::TypeTable &types = database.types;
   kelp_type_record_copy *copy = nullptr;
   uint32_t code = 0;
+  // A table that is refused may be referred to.
+  const char *refusal = kelp::is_structure(*static_record)
+                            ? database.editions.refusal(static_record->md5)
+                            : nullptr;
   const bool done = kelp::without_exceptions([&] {
     const auto look = [&] {
-      copy = types.find(static_record);
-      // A module that was loaded since the store was opened.
-      if (copy != nullptr && database.store != nullptr &&
-          !kelp::are_laid_out_alike(copy->record, *static_record)) {
-        copy = nullptr;
+      if (refusal != nullptr) {
         code = KELP_ERR_INVALID;
         return true;
       }
+      copy = types.find(static_record);
       const bool stale = database.store != nullptr && copy != nullptr &&
                          kelp::has_fewer_variants(copy, static_record);
       return copy != nullptr && !stale;
@@ -60,9 +61,10 @@ extern "C" kelp_type_record *kelp_type_info_ptr_get(kelp_handle *handle, uint32_
   if (database.store != nullptr && kelplib_database_is_write_locked(handle) != 0) {
     // An object would take the address of a record of this process into the file.
     database.store->refuse(code == 0 ? KELP_ERR_NOT_FOUND : static_cast<int32_t>(code),
-                           "a type record could not be entered");
+                           refusal != nullptr ? refusal : "a type record could not be entered");
   }
   kelp_store_err(handle, code == 0 ? static_cast<uint32_t>(KELP_ERR_NOT_FOUND) : code);
+  kelp_describe_err(handle, static_record->type_name, refusal);
   return static_record;
 }
 
@@ -81,6 +83,9 @@ extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
   kelp_variant_info *kept = is_new != 0 ? nullptr : copy->record.varinfo;
   // The copy starts with the static record's own variant info, which is not the copy's to change.
   if (kept == static_record->varinfo) kept = nullptr;
+  // An older edition has nothing to tell of the type.
+  if (store != nullptr && kept != nullptr && kept->n_variants > wanted.n_variants) return;
+  if (store != nullptr && is_new != 0) copy->runtime_word_a = kelp::room_of(*static_record);
 
   if (kept == nullptr || kept->n_variants < wanted.n_variants) {
     auto *info = static_cast<kelp_variant_info *>(kelp::take_type_memory(

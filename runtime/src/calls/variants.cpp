@@ -4,7 +4,10 @@
 
 #include "base/announce.hpp"
 #include "base/failure.hpp"
+#include "database/database.hpp"
 #include "database/handle_state.hpp"
+#include "parts/finishers.hpp"
+#include "parts/kinship.hpp"
 
 namespace kelp {
 
@@ -20,6 +23,24 @@ std::int32_t check_type_name(const kelp_handle *handle, const char *type_name, c
                 length);
   }
   return 0;
+}
+
+// An object that a program of an earlier edition made is zero where fields lie that this one knows.
+// They are prepared as in a new object, which changes nothing in those that were.
+void prepare_fields(kelp_handle *handle, std::uint32_t space_id, void *object,
+                    const kelp_type_record *record) {
+  const kelp_database &database = database_of(handle);
+  if (!database.editions.is_mixed() || !database.store->holds(object)) return;
+  kelp_type_record *own = database.editions.own_record(record);
+  const ObjectInitializer initialize = own == nullptr ? nullptr : find_initializer(own);
+  if (initialize == nullptr || !is_structure(*own)) return;
+  constexpr std::int32_t kNotify = 1;
+  constexpr std::int32_t kUncounted = 1;
+  auto *header = static_cast<kelp_object_header *>(object);
+  const std::int8_t created = header->created_variant;
+  std::uint32_t err = 0;
+  initialize(handle, space_id, object, own, kNotify, kUncounted, 0, nullptr, &err);
+  header->created_variant = created;
 }
 
 }  // namespace
@@ -92,4 +113,5 @@ extern "C" void kelplib_adjust_variant(kelp_handle *handle, uint32_t space_id, v
   if (target <= header->variant) return;
   kelp::announce(handle, &header->variant, sizeof header->variant, space_id);
   header->variant = static_cast<int8_t>(target);
+  kelp::prepare_fields(handle, space_id, object, record);
 }

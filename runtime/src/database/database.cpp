@@ -52,6 +52,7 @@ void for_each_lock(kelp_database &database, const Visit &visit) {
   visit(database.cache.mutex());
   visit(database.walked.mutex());
   visit(database.types.mutex());
+  visit(database.editions.mutex());
   visit(database.keys.mutex());
   visit(database.system.mutex());
 }
@@ -108,6 +109,7 @@ void attach_parts(kelp_database &database) {
     database.objects.attach(database.store.get());
     database.store->on_rollback([&database] {
       database.types.forget_remembered();
+      database.editions.forget();
       database.cache.clear();
       database.feeds.undo_moves();
     });

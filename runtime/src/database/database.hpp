@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "database/editions.hpp"
 #include "kelp/embed.h"
 #include "parts/arena.hpp"
 #include "parts/cache.hpp"
@@ -55,6 +56,7 @@ struct kelp_database {
 
   kelp::ObjectMemory objects;  // what modules allocate
   kelp::TypeTable types;
+  kelp::Editions editions;  // of a store
   kelp::Keys keys;
   std::recursive_mutex registering;  // of a module's type records, one thread at a time
 

@@ -25,7 +25,11 @@ void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
   if (refused || database.faults.strikes(KELP_FAULT_ALLOCATION)) {
     database.objects.note_refusal(size);
   } else {
-    block = database.objects.allocate(size, lock == static_cast<std::uint32_t>(LockMode::write));
+    const bool in_store = lock == static_cast<std::uint32_t>(LockMode::write);
+    const std::size_t room = in_store ? database.editions.room_for(size) : size;
+    block = database.objects.allocate(room, in_store);
+    // Whoever asked clears what it knows of.
+    if (block != nullptr) std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
   }
   pool->refused |= block == nullptr;
   return block;
@@ -63,6 +67,7 @@ void hear_write(Pool *pool, const void *address, std::size_t length) {
   if (store.in_types(address)) {
     store.touch_types(address, length);
   } else if (pool->handle->db_lock_state == static_cast<std::uint32_t>(LockMode::write)) {
+    pool->database->editions.hear_write(store, address, length);
     save_with_objects(store, address);
   } else {
     bassert("what lies in a store is changed under the store's write lock", __FILE__, __LINE__);

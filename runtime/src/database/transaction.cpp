@@ -8,8 +8,8 @@
 #include "base/failure.hpp"
 #include "database/current.hpp"
 #include "database/database.hpp"
+#include "database/editions.hpp"
 #include "database/handle_state.hpp"
-#include "database/schema.hpp"
 
 namespace kelp {
 
@@ -27,24 +27,35 @@ std::int32_t check_types(const kelp_database &database, kelp_error *error) {
               database.name.c_str(), findings, first.c_str());
 }
 
+// What the store's types are to this process.
+std::int32_t meet_types(kelp_handle *handle, kelp_error *error) {
+  kelp_database &database = *handle->state->database;
+  std::int32_t code = 0;
+  const bool done = without_exceptions([&] {
+    // At the first lock, since opening waits for no writer.
+    if (!database.schema_checked.load()) {
+      code = check_types(database, error);
+      if (code == 0) code = check_schema(database, error);
+      if (code != 0) return;
+      database.schema_checked.store(true);
+    }
+    database.editions.look(database.types, database.store->head());
+    code = database.editions.join(handle, error);
+  });
+  if (done) return code;
+  return fail(error, KELP_ERR_NO_MEMORY, "store '%s': no memory", database.name.c_str());
+}
+
 // The store's lock; nested says that the thread reads already.
-std::int32_t take_store(kelp_database &database, LockMode mode, bool nested, kelp_error *error) {
+std::int32_t take_store(kelp_handle *handle, LockMode mode, bool nested, kelp_error *error) {
+  kelp_database &database = *handle->state->database;
   store::Store &store = *database.store;
-  const std::int32_t code =
+  std::int32_t code =
       mode == LockMode::write ? store.lock_write(error) : store.lock_read(nested, error);
   if (code != 0) return code;
-  // At the first lock, since opening waits for no writer.
-  if (!database.schema_checked.load()) {
-    std::int32_t differs = 0;
-    const bool done = without_exceptions([&] { differs = check_types(database, error); });
-    if (!done)
-      differs = fail(error, KELP_ERR_NO_MEMORY, "store '%s': no memory", database.name.c_str());
-    if (differs == 0) differs = check_schema(database, error);
-    if (differs != 0) {
-      mode == LockMode::write ? store.rollback() : store.unlock_read();
-      return differs;
-    }
-    database.schema_checked.store(true);
+  if ((code = meet_types(handle, error)) != 0) {
+    mode == LockMode::write ? store.rollback() : store.unlock_read();
+    return code;
   }
   // What others committed may have ended records that readers were given.
   const std::uint64_t sequence = store.head().sequence;
@@ -92,7 +103,7 @@ std::int32_t take_lock(kelp_handle *handle, LockMode mode, const char *function,
                 function, database->name.c_str());
   }
   if (database->store != nullptr) {
-    if (const auto code = take_store(*database, mode, nested, error)) {
+    if (const auto code = take_store(handle, mode, nested, error)) {
       database->lock.give_up(handle);
       return code;
     }
@@ -118,6 +129,7 @@ std::int32_t end_lock(kelp_handle *handle, Ending ending, kelp_error *error) {
     } else if (ending == Ending::rollback) {
       store.rollback();
     } else {
+      database.editions.check_moved(store);
       code = store.commit(error);
       // Nobody else's commit can have been heard of since the lock was taken.
       if (store.was_announced()) ++handle->state->heard;

@@ -1,4 +1,4 @@
-// Registering and finding the functions that end things.
+// Registering and finding the functions of modules.
 #include "parts/finishers.hpp"
 
 #include <dlfcn.h>
@@ -76,6 +76,10 @@ const kelp_table_vft *find_vft(kelp_handle *handle, const kelp_type_record *tabl
 kelp_object_destroyer find_destroyer(const kelp_type_record *type) {
   if (type == nullptr) return nullptr;
   return find<kelp_object_destroyer>(type->type_name, sizeof type->type_name, "_destroy");
+}
+
+ObjectInitializer find_initializer(const kelp_type_record *type) {
+  return find<ObjectInitializer>(type->type_name, sizeof type->type_name, "_initialize");
 }
 
 }  // namespace kelp

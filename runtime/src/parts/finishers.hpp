@@ -1,5 +1,5 @@
-// Where the runtime finds the functions of modules that end records, tables and objects: what the
-// program registered, else the function of the fixed name in the process.
+// Where the runtime finds the functions of modules that end records, tables and objects, or prepare
+// objects: what the program registered, else the function of the fixed name in the process.
 #pragma once
 
 #include "kelp/embed.h"
@@ -16,5 +16,12 @@ const kelp_table_vft *find_vft(kelp_handle *handle, const kelp_type_record *tabl
 
 // What ends objects of this type; null when there is none.
 kelp_object_destroyer find_destroyer(const kelp_type_record *type);
+
+// What prepares an object of this type, as <type>_initialize does; null when there is none.
+using ObjectInitializer = void (*)(kelp_handle *, std::uint32_t space_id, void *object,
+                                         kelp_type_record *, std::int32_t notify,
+                                         std::int32_t skip_stats, std::uint8_t flags,
+                                         void *sttr_base, std::uint32_t *err);
+ObjectInitializer find_initializer(const kelp_type_record *type);
 
 }  // namespace kelp

@@ -5,6 +5,8 @@
 #include <new>
 #include <string_view>
 
+#include "parts/kinship.hpp"
+
 namespace kelp {
 
 void TypeTable::attach(store::Memory &memory, store::Directory &directory) {
@@ -41,10 +43,32 @@ void TypeTable::insert(const char *key, kelp_type_record_copy *copy) {
   }
 }
 
-kelp_type_record_copy *TypeTable::find(const char *key) const {
+// The first one that came of that name, since a later one may be of another layout.
+kelp_type_record_copy *TypeTable::find_edition(const char *key) const {
+  const kelp_type_record *own = nullptr;
+  each_own_record([&](const kelp_type_record &record) {
+    if (std::strcmp(record.md5_text, key) == 0) own = &record;
+    return own == nullptr;
+  });
+  if (own == nullptr) return nullptr;
+  kelp_type_record_copy *first = nullptr;
+  copies().each<Entry>([&](Entry &entry) {
+    const bool earlier = first == nullptr || entry.copy < first;
+    if (earlier && have_same_names(*own, entry.copy->record)) first = entry.copy;
+  });
+  return first != nullptr && is_edition_of(*own, *first) ? first : nullptr;
+}
+
+kelp_type_record_copy *TypeTable::find_exactly(const char *key) const {
   const std::lock_guard lock(mutex_);
   const Entry *entry = find_entry(key);
   return entry == nullptr ? nullptr : entry->copy;
+}
+
+kelp_type_record_copy *TypeTable::find(const char *key) const {
+  const std::lock_guard lock(mutex_);
+  const Entry *entry = find_entry(key);
+  return entry == nullptr ? find_edition(key) : entry->copy;
 }
 
 kelp_type_record_copy *TypeTable::find(const kelp_type_record *record) {
@@ -52,13 +76,16 @@ kelp_type_record_copy *TypeTable::find(const kelp_type_record *record) {
   // A library that was unloaded may have left its address to another one's record.
   const auto known = by_record_.find(record);
   if (known != by_record_.end() &&
-      std::memcmp(known->second->record.md5, record->md5, sizeof record->md5) == 0) {
-    return known->second;
+      std::memcmp(known->second.md5, record->md5, sizeof record->md5) == 0) {
+    return known->second.copy;
   }
   const Entry *entry = find_entry(record->md5_text);
-  if (entry == nullptr) return nullptr;
-  by_record_[record] = entry->copy;
-  return entry->copy;
+  kelp_type_record_copy *copy = entry == nullptr ? find_edition(record->md5_text) : entry->copy;
+  if (copy == nullptr) return nullptr;
+  Remembered &remembered = by_record_[record];
+  remembered.copy = copy;
+  std::memcpy(remembered.md5, record->md5, sizeof remembered.md5);
+  return copy;
 }
 
 void TypeTable::forget_remembered() {

@@ -19,13 +19,18 @@ class TypeTable {
   // Enters a copy; one entered under the same key before is replaced. Throws bad_alloc.
   void insert(const char *key, kelp_type_record_copy *copy);
 
+  // The copy under that key; else that of another edition of the type which a module of this
+  // process has under it.
   kelp_type_record_copy *find(const char *key) const;
+  kelp_type_record_copy *find_exactly(const char *key) const;
 
   // As find by the record's md5_text, remembered by the record's address. Throws bad_alloc.
   kelp_type_record_copy *find(const kelp_type_record *record);
 
   // What was remembered may be there no more.
   void forget_remembered();
+
+  std::uint64_t count() const { return directory_->types.count; }
 
   // Calls visit with each copy.
   template <typename Visit>
@@ -42,11 +47,16 @@ class TypeTable {
 
   store::Index copies() const { return {*memory_, directory_->types}; }
   Entry *find_entry(const char *key) const;
+  kelp_type_record_copy *find_edition(const char *key) const;
 
   mutable std::mutex mutex_;
   store::Memory *memory_ = nullptr;
   store::Directory *directory_ = nullptr;
-  std::unordered_map<const kelp_type_record *, kelp_type_record_copy *> by_record_;
+  struct Remembered {
+    kelp_type_record_copy *copy;
+    std::uint8_t md5[16];  // of the record; the copy may be of another edition
+  };
+  std::unordered_map<const kelp_type_record *, Remembered> by_record_;
 };
 
 }  // namespace kelp

@@ -104,6 +104,11 @@ struct Directory {
   std::uint64_t next_feed;
 };
 
+// Of the programs that use a store: whether any made objects that track state, and above that bit
+// how often one came that knows more variants than those before.
+inline constexpr std::uint32_t kHasTrackedObjects = 1;
+inline constexpr std::uint32_t kOneJoined = 2;
+
 // What transactions change. It is saved as a whole at the start of each.
 struct Head {
   std::uint64_t sequence;       // of the last commit
@@ -112,7 +117,7 @@ struct Head {
   std::uint64_t spans;          // of the heap, that the file backs
   std::uint32_t bins[kBins];
   std::uint32_t classes[kClasses];  // the spans of a class with a free slot
-  std::uint32_t unused;
+  std::uint32_t editions;           // below
   Statistics statistics;
   Directory directory;
   // Of a store whose commits are on the disk: where its log goes on, and the number of its last
