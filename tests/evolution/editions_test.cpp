@@ -147,6 +147,35 @@ TEST_F(EditionsOnAStore, ANewerOneAdjustsAnOlderOnesRowByWritingANewerField) {
   EXPECT_NE(newer.look(areas, 0, "show").find("spf_runs 0 9 "), std::string::npos);
 }
 
+// Their objects lie side by side.
+TEST_F(EditionsOnAStore, ANewerOneHasRoomInEachRowOfManyAndFindsNewerFieldsEmpty) {
+  constexpr int count = 40;
+  std::vector<std::string> made, adjusted, written;
+  for (int id = 0; id < count; ++id) {
+    made.push_back("add ospf_area.area_id " + std::to_string(id));
+    adjusted.push_back("row " + std::to_string(id));
+    written.push_back(adjusted.back());
+    adjusted.push_back("value ospf_area.area_id " + std::to_string(id));
+    written.push_back("value ospf_area.spf_runs " + std::to_string(1000 + id));
+    written.push_back("refer area_scope_lsas tbl_area_scope_lsas lsas");
+  }
+  EXPECT_EQ(older.commit(areas, made), "ok");
+  EXPECT_EQ(newer.commit(areas, adjusted), "ok");
+  for (int id = 0; id < count; ++id) {
+    const std::string shown = newer.look(areas, id, "show");
+    EXPECT_NE(shown.find("area_scope_lsas 0 " + none + " - -; ospf_area.spf_runs 0 0 "),
+              std::string::npos)
+        << shown;
+  }
+  EXPECT_EQ(newer.commit(areas, written), "ok");
+  for (int id = 0; id < count; ++id) {
+    const std::string shown = newer.look(areas, id, "show");
+    EXPECT_EQ(shown.find("ospf_area. variant 2; " + area_id(id)), 0u) << shown;
+    EXPECT_NE(shown.find("spf_runs 0 " + std::to_string(1000 + id)), std::string::npos) << shown;
+    EXPECT_EQ(newer.look(areas, id, "follow area_scope_lsas"), "0");
+  }
+}
+
 TEST_F(EditionsOnAStore, FieldsOfEveryKindCanBeWrittenIntoAnOlderOnesRow) {
   EXPECT_EQ(older.commit(neighbors,
                          {"add ospf_neighbor.neighbor_id 0a000001", "value ospf_neighbor.state 3"}),
