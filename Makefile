@@ -149,7 +149,7 @@ reproducible: packages
 PREFIX ?= /usr/local
 install: packages
 	@cmake --preset release -DCMAKE_INSTALL_PREFIX="$(PREFIX)" >/dev/null
-	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf_harbor_check ospf-harbor
+	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf_harbor_check ospf-harbor python_rows
 	@cmake --install build/release
 	@[ -n "$(DESTDIR)" ] || tools/setup/after-install.sh "$$(dirname "$$(grep '/libkelp\.so$$' build/release/install_manifest.txt)")"
 

@@ -1,6 +1,7 @@
 #!/bin/sh
 # Installs a build into a folder of its own, whose name has a space, and uses it from there: the tool
-# by itself, and the examples built once through pkg-config and once through the CMake package.
+# by itself, the Python package, and the examples built once through pkg-config and once through the
+# CMake package.
 # Arguments: cmake, build folder, folder of the examples.
 set -eu
 cmake=$1 build=$2 examples=$3
@@ -14,6 +15,11 @@ lib=$(dirname "$(find "$root" -name 'libkelp.so')")
 "$root/bin/ospf-harbor" show area/0.0.0.0/interface/core --from "$examples/data/campus/r1" |
   grep -q 'name@kelp_vstring:core'
 "$root/bin/ospf-harbor" inspect "$lib/libospf_harbor_oper.so" | grep -q 'ospf_interface'
+
+packages=$(dirname "$(dirname "$(find "$root" -name '_rows.abi3.so')")")
+printf '%s\n' 'import ospf_harbor' 'areas = ospf_harbor.Database().table("ospf_area", "x", create=True)' \
+  'print(areas.add(area_id="0.0.0.51"))' >"$box/area.py"
+PYTHONDONTWRITEBYTECODE=1 PYTHONPATH="$packages" python3 "$box/area.py" | grep -q 'area_id@u_int32:51'
 
 PKG_CONFIG_PATH=$(dirname "$(find "$root" -name kelp.pc)")
 export PKG_CONFIG_PATH
@@ -62,4 +68,4 @@ for example in area two_areas; do check "$box/user/build/$example"; done
 
 # What is left to do after an installation is said where the loader does not look.
 "${0%/*}/../../tools/setup/after-install.sh" "$lib" | grep -qF -- "-Wl,-rpath,'$lib'"
-echo "an installed copy runs, and serves pkg-config and CMake"
+echo "an installed copy runs, and serves Python, pkg-config and CMake"

@@ -65,6 +65,7 @@ int renew_or_check(const fs::path &project, bool check) {
   write_model_json(writer);
   write_model_picture(writer);
   write_cplusplus(writer);
+  write_python_stubs(writer);
   for (const std::string &difference : writer.differences()) {
     std::fprintf(stderr, "emit: %s\n", difference.c_str());
   }

@@ -18,9 +18,10 @@ void write_headers(Writer &writer, const std::vector<Unit> &units);
 void write_goldens(Writer &writer, const std::vector<Unit> &units);
 void write_cplusplus(Writer &writer);
 
-// Checked in: the model as JSON and as a picture.
+// Checked in: the model as JSON and as a picture, and for who checks types of Python.
 void write_model_json(Writer &writer);
 void write_model_picture(Writer &writer);
+void write_python_stubs(Writer &writer);
 
 // For the build alone: forwarders, type records, vfts, what a table's facts hold by address, the
 // version script, the sections of the library's file that are no code.
