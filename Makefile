@@ -7,7 +7,7 @@ STORE := build/release/example.store
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes \
+.PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes browser-test \
 	emit format reproducible install packages clean
 
 help:
@@ -21,6 +21,7 @@ help:
 	@echo "make bench-peers   the encodings beside serialisation libraries"
 	@echo "make fuzz     the fuzz targets, FUZZ_SECONDS=600 each"
 	@echo "make random-routes   routes of 10,000 random networks, compared with a second implementation"
+	@echo "make browser-test   the pages of pictures in a browser, with screenshots in build/browser"
 	@echo "make emit     renew what is checked in and follows from the schema"
 	@echo "make format   clang-format on all sources"
 	@echo "make reproducible   two release builds in two folders, compared byte by byte"
@@ -134,6 +135,13 @@ random-routes: packages
 	@cmake --build --preset release -j $(JOBS) --target ospf_routes_answers
 	@python3 libs/ospf-routes/tests/compare_random.py --graphs $(RANDOM_GRAPHS) \
 		build/release/libs/ospf-routes/tests/ospf_routes_answers
+
+# Apart from `make test`, which needs no browser.
+browser-test: packages
+	@$(setup) $(lists)/packages-browser.txt
+	@$(MAKE) --no-print-directory release
+	@python3 tools/ospf-harbor/tests/browser/browser_test.py \
+		build/release/tools/ospf-harbor/ospf-harbor tests/data build/browser
 
 emit: packages
 	@cmake --preset dev >/dev/null

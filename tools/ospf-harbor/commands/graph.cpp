@@ -1,3 +1,4 @@
+// `graph`: the topology of a network as a picture, or how it differs from another.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -5,55 +6,60 @@
 
 #include "commands/picture_options.hpp"
 #include "commands/route_options.hpp"
-#include "views/database_topology.hpp"
-#include "views/dot_text.hpp"
+#include "commands/source_choice.hpp"
+#include "ospf_routes/read_databases.hpp"
 #include "views/lsdb_filter.hpp"
 #include "views/network_lists.hpp"
-#include "views/topology.hpp"
+#include "views/topology_difference.hpp"
 
 namespace tool {
 
+using ospf_routes::Database;
 using ospf_tables::LsdbEntry;
 
 namespace {
 
 struct GraphOptions {
+  SourceChoice source;
+  std::vector<std::string> difference;  // the two sources of one
   PictureOptions picture;
   WhatIf what_if;
   bool stubs = false;
-  bool v2 = false;
-  bool v3 = false;
-  LsdbFilter filter;  // of it the area, the instance and the family
+  std::string area;
+  LsdbFilter filter;  // of it the versions, the instance and the family
 };
 
-// The network that would be.
-Topology changed_topology(ospf_tables::Session &session, const GraphOptions &options,
-                          const InstanceName &instance) {
-  std::vector<ospf_routes::Database> databases = chosen_databases(
-      session,
-      {instance.version == 2, instance.version == 3, std::to_string(instance.instance_id)},
-      "graph");
-  options.what_if.replace(databases, {});
-  ospf_routes::Database &database = databases.front();
-  if (!options.filter.area.empty()) {
-    const std::uint32_t only = parse_area(options.filter.area);
-    std::erase_if(database.areas, [&](const ospf_routes::Area &area) { return area.id != only; });
-  }
-  return topology_of(database);
-}
+InstanceName name_of(const Database &database) { return {database.version, database.instance}; }
 
-// Instances that have router LSAs.
-std::set<InstanceName> drawable(const std::vector<LsdbEntry> &entries, const GraphOptions &options) {
-  std::set<InstanceName> instances;
-  for (const LsdbEntry &entry : entries) {
-    const bool v2 = entry.lsa.version == 2;
-    const std::uint16_t router = v2 ? std::uint16_t{lsa_vocabulary::lsa2_router}
-                                    : std::uint16_t{lsa_vocabulary::lsa3_router};
-    if (entry.lsa.type != router || (options.v2 && !v2) || (options.v3 && v2)) continue;
-    instances.insert(ospf_tables::instance_name(entry.router_id, v2));
+// What is drawn of a source.
+struct Network {
+  std::vector<LsdbEntry> lsas;
+  std::vector<Database> databases;  // those that have routers
+  NetworkLists lists;
+
+  void read(ospf_tables::Session &session, const GraphOptions &options) {
+    lsas = filtered(ospf_tables::read_lsdb(session), options.filter);
+    databases = ospf_routes::read_databases(lsas);
+    lists = read_network(session, {});
+    for (Database &database : databases) {
+      std::erase_if(database.areas, [&](const ospf_routes::Area &area) {
+        return !options.area.empty() && area.id != parse_area(options.area);
+      });
+    }
+    std::erase_if(databases, [](const Database &database) {
+      return std::ranges::all_of(database.areas,
+                                 [](const auto &area) { return area.routers.empty(); });
+    });
   }
-  return instances;
-}
+
+  Topology topology(const InstanceName &instance) const {
+    const auto at = std::ranges::find(databases, instance, name_of);
+    Topology topology = at == databases.end() ? Topology{} : topology_of(*at);
+    topology.instance = instance;
+    add_lists(topology, lists);
+    return topology;
+  }
+};
 
 // Which others could be drawn, with the words that ask for them.
 void tell_others(const std::set<InstanceName> &instances) {
@@ -68,47 +74,116 @@ void tell_others(const std::set<InstanceName> &instances) {
                title_of(*instances.begin()).c_str(), others.c_str());
 }
 
-// The first instance of those asked for is drawn, which is OSPFv2's if it is there; 1, with a word
-// on standard error, when there is nothing to draw.
-int draw_graph(ospf_tables::Session &session, const GraphOptions &options) {
-  const std::vector<LsdbEntry> entries =
-      filtered(ospf_tables::read_lsdb(session), options.filter);
-  const std::set<InstanceName> instances = drawable(entries, options);
-  if (instances.empty()) {
-    const std::string where = options.filter.area.empty() ? "" : " of area " + options.filter.area;
-    const std::string which =
-        options.v2 || options.v3 ? std::string("OSPFv") + (options.v2 ? "2" : "3") + " router"
-                                 : "router";
-    std::fprintf(stderr, "ospf-harbor: graph: no %s LSAs%s are loaded\n", which.c_str(),
-                 where.c_str());
-    return 1;
+int tell_nothing(const GraphOptions &options) {
+  const std::string where = options.area.empty() ? "" : " of area " + options.area;
+  std::string which;
+  if (options.filter.v2) which = "OSPFv2 ";
+  if (options.filter.v3) which = "OSPFv3 ";
+  std::fprintf(stderr, "ospf-harbor: graph: no %srouter LSAs%s are loaded\n", which.c_str(),
+               where.c_str());
+  return 1;
+}
+
+// Of the instances that were asked for, which are OSPFv2's first, a page has all and a picture the
+// first; 1, with a word on standard error, when there is nothing to draw.
+template <typename MakePicture>
+int draw_instances(const std::set<InstanceName> &instances, const GraphOptions &options, MakePicture make) {
+  if (instances.empty()) return tell_nothing(options);
+  std::vector<PagePicture> pictures;
+  for (const InstanceName &instance : instances) {
+    if (pictures.empty() || options.picture.takes_all()) pictures.push_back(make(instance));
   }
-  const InstanceName &instance = *instances.begin();
-  const Topology topology = options.what_if.is_asked()
-                                ? changed_topology(session, options, instance)
-                                : build_topology(entries, instance.version, instance.instance_id);
-  options.picture.put(dot_text(topology, {options.stubs, {}}), topology.routers.size());
-  tell_others(instances);
+  options.picture.put(pictures);
+  if (!options.picture.takes_all()) tell_others(instances);
   return 0;
+}
+
+std::set<InstanceName> instances_of(const std::vector<Database> &databases) {
+  std::set<InstanceName> instances;
+  for (const Database &database : databases) instances.insert(name_of(database));
+  return instances;
+}
+
+int draw_network(ospf_tables::Session &session, const GraphOptions &options) {
+  Network network;
+  session.reading([&] { network.read(session, options); });
+  const std::set<InstanceName> instances = instances_of(network.databases);
+  if (!instances.empty() && !options.picture.takes_all()) network.databases.resize(1);
+  options.what_if.replace(network.databases, {});
+  return draw_instances(instances, options, [&](const InstanceName &instance) {
+    return PagePicture{picture_of(network.topology(instance),
+                                  {options.stubs, options.picture.shows_addresses(), {}}),
+                       page_lsas(network.lsas, instance)};
+  });
+}
+
+int draw_difference(const GraphOptions &options) {
+  if (options.what_if.is_asked() || !options.source.sources.empty()) {
+    throw UsageError("graph", "--diff", "it beside --from or a what-if", "one of them");
+  }
+  Network networks[2];
+  int status = 0;
+  std::set<InstanceName> instances;
+  for (const std::size_t side : {0u, 1u}) {
+    ospf_tables::Session session;
+    status = std::max(status, load_sources(session, {options.difference.at(side)}));
+    networks[side].read(session, options);
+    instances.merge(instances_of(networks[side].databases));
+  }
+  const int drawn = draw_instances(instances, options, [&](const InstanceName &instance) {
+    const Topology both =
+        difference_of(networks[0].topology(instance), networks[1].topology(instance));
+    return PagePicture{picture_of(both, {options.stubs, options.picture.shows_addresses(), {}}),
+                       page_lsas(networks[0].lsas, networks[1].lsas, instance)};
+  });
+  return std::max(status, drawn);
+}
+
+int draw_graph(ospf_tables::Session &session, const GraphOptions &options) {
+  if (!options.area.empty()) parse_area(options.area);
+  if (!options.difference.empty()) return draw_difference(options);
+  const int status = options.source.load(session, "graph");
+  return std::max(status, draw_network(session, options));
 }
 
 Run set_up_graph(CLI::App &app) {
   const auto options = std::make_shared<GraphOptions>();
+  options->source.add_to(app);
   options->picture.add_to(app)->require_option(1);
+  app.add_option("--diff", options->difference,
+                 "In place of --from two sources: what came, went and changed from the first to "
+                 "the second")
+      ->type_name("A B")
+      ->expected(2);
   app.add_flag("--stubs", options->stubs, "Stub networks and prefixes of links as well");
-  app.add_option("--area", options->filter.area, "Only this area, such as 0.0.0.1 or 1");
+  app.add_option("--area", options->area, "Only this area, such as 0.0.0.1 or 1");
   app.add_option("--instance", options->filter.instance, "This instance ID, such as 64");
   app.add_option("--family", options->filter.family, "An instance of ipv4 or of ipv6");
-  CLI::Option *v2 = app.add_flag("--v2", options->v2, "OSPFv2 (the default if it is there)");
-  app.add_flag("--v3", options->v3, "OSPFv3")->excludes(v2);
+  CLI::Option *v2 =
+      app.add_flag("--v2", options->filter.v2, "OSPFv2 (the default if it is there)");
+  app.add_flag("--v3", options->filter.v3, "OSPFv3")->excludes(v2);
   options->what_if.add_to(app);
   return [options](ospf_tables::Session *session) { return draw_graph(*session, *options); };
 }
 
+constexpr char graph_description[] =
+    R"(Draws what router and network LSAs say: routers with the colours of their
+areas, their names, roles and how much they announce from outside; networks
+with their designated router; links with the cost at each end. --diff draws
+two sources as one picture, with what came, went and changed in colours of
+their own and in words. A page of --html holds every version and instance
+and all LSAs, which a click on a router, network or line shows.
+)";
+
 }  // namespace
 
 extern const Command graph_command;
-const Command graph_command{"graph", "Draw the topology of router and network LSAs", Needs::tree,
-                            set_up_graph};
+const Command graph_command{"graph",
+                            "Draw the topology of router and network LSAs",
+                            Needs::told,
+                            set_up_graph,
+                            Stands::everywhere,
+                            false,
+                            graph_description};
 
 }  // namespace tool

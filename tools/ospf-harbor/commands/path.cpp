@@ -7,8 +7,9 @@
 #include "commands/picture_options.hpp"
 #include "commands/route_options.hpp"
 #include "ospf_routes/paths.hpp"
-#include "views/database_topology.hpp"
+#include "views/network_lists.hpp"
 #include "views/route_list.hpp"
+#include "views/topology_way.hpp"
 
 namespace tool {
 
@@ -191,23 +192,51 @@ class PathReport {
                    "a router ID, an address or a prefix that routers of these databases have");
 }
 
-// A picture of the network with the ways in it; whether there is one.
-bool draw_paths(const PathOptions &options, const Database &database, Paths &paths,
-                const WayEnd &from, const WayEnd &to) {
-  std::vector<Path> all;
-  bool more = false;
-  for (const RouterId router : from.routers) {
-    for (Path &path : paths.between(router, to.prefix, most_paths, &more)) {
-      all.push_back(std::move(path));
-    }
+// Pictures of networks with the ways in them.
+class PathPictures {
+ public:
+  PathPictures(ospf_tables::Session &session, const PathOptions &options) : options_(options) {
+    if (!options.picture.is_asked()) return;
+    lsas_ = ospf_tables::read_lsdb(session);
+    lists_ = read_network(session, {});
   }
-  const Topology topology = topology_of(database);
-  options.picture.put(dot_text(topology, {false, way_over(topology, all)}),
-                      topology.routers.size());
-  return std::ranges::any_of(all, [](const Path &path) {
-    return path.end != PathEnd::no_route && path.end != PathEnd::loop;
-  });
-}
+
+  // Whether there is a way in this one.
+  bool add(const Database &database, Paths &paths, const WayEnd &from, const WayEnd &to) {
+    if (!pictures_.empty() && !options_.picture.takes_all()) {
+      std::fprintf(stderr, "ospf-harbor: path: this is %s; %s has both ends too\n",
+                   title_of(pictures_.front().picture.instance).c_str(),
+                   instance_name(database).c_str());
+      return false;
+    }
+    std::vector<Path> all;
+    bool more = false;
+    for (const RouterId router : from.routers) {
+      for (Path &path : paths.between(router, to.prefix, most_paths, &more)) {
+        all.push_back(std::move(path));
+      }
+    }
+    Topology topology = topology_of(database);
+    add_lists(topology, lists_);
+    Picture picture = picture_of(
+        topology, {false, options_.picture.shows_addresses(), way_over(topology, all)});
+    picture.title += "; from " + options_.from + " to " + options_.to;
+    pictures_.push_back({std::move(picture), page_lsas(lsas_, topology.instance)});
+    return std::ranges::any_of(all, [](const Path &path) {
+      return path.end != PathEnd::no_route && path.end != PathEnd::loop;
+    });
+  }
+
+  void put() const {
+    if (!pictures_.empty()) options_.picture.put(pictures_);
+  }
+
+ private:
+  const PathOptions &options_;
+  std::vector<ospf_tables::LsdbEntry> lsas_;
+  NetworkLists lists_;
+  std::vector<PagePicture> pictures_;
+};
 
 int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
   std::vector<Database> databases = chosen_databases(session, options.choice, "path");
@@ -216,7 +245,7 @@ int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
   std::vector<Calculator> calculators;
   for (const Database &database : databases) calculators.emplace_back(database, rules);
   bool any = false;
-  const Database *drawn = nullptr;
+  PathPictures pictures(session, options);
   bool from_found = false;
   bool to_found = false;
   for (std::size_t at = 0; at < databases.size(); ++at) {
@@ -227,13 +256,7 @@ int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
     to_found |= to.has_value();
     if (!from || !to || from->routers.empty()) continue;
     if (options.picture.is_asked()) {
-      if (drawn != nullptr) {
-        std::fprintf(stderr, "ospf-harbor: path: this is %s; %s has both ends too\n",
-                     instance_name(*drawn).c_str(), instance_name(databases[at]).c_str());
-        continue;
-      }
-      drawn = &databases[at];
-      any = draw_paths(options, databases[at], paths, *from, *to);
+      any |= pictures.add(databases[at], paths, *from, *to);
       continue;
     }
     any |= PathReport(options, databases[at], paths).tell(*from, *to);
@@ -241,6 +264,7 @@ int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
   }
   if (!from_found) fail_on_end("FROM", options.from, calculators);
   if (!to_found) fail_on_end("TO", options.to, calculators);
+  pictures.put();
   return any ? 0 : 1;
 }
 
@@ -262,8 +286,8 @@ Run set_up_path(CLI::App &app) {
 
 constexpr char path_description[] =
     R"(Tells every equal-cost way, hop by hop, with what each link costs and the
-areas that it enters, and where the way back is another one. --dot and --svg
-draw the network with the ways in it.
+areas that it enters, and where the way back is another one. --dot, --svg,
+--png, --pdf and --html draw the network with the ways in it.
 
 A line of --json is one way: from, to, version, instance, first, last, end
 (arrives, leaves, forwards, no-route or loop), behind, cost, symmetric and

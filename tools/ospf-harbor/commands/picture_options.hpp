@@ -1,22 +1,29 @@
-// The options of commands that draw: which form, and where to.
+// The options of commands that draw: which form, how much detail, and where to.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "commands/command.hpp"
+#include "views/picture_page.hpp"
 
 namespace tool {
 
-struct PictureOptions {
-  bool dot = false;
-  bool svg = false;
-  std::string file;  // empty for standard output
-
+class PictureOptions {
+ public:
   // Gives the group of the forms, of which one is asked for at most.
   CLI::Option_group *add_to(CLI::App &app);
-  bool is_asked() const { return dot || svg; }
-  // The picture of a text in the language of Graphviz. Throws InputError when it cannot be written.
-  void put(const std::string &dot_text, std::size_t routers) const;
+  bool is_asked() const { return !form_.empty(); }
+  // Of several pictures only a page has room for more than the first.
+  bool takes_all() const { return form_ == "html"; }
+  bool shows_addresses() const { return addresses_; }
+  // Throws InputError when it cannot be written.
+  void put(const std::vector<PagePicture> &pictures) const;
+
+ private:
+  std::string form_;
+  bool addresses_ = false;
+  std::string file_;  // empty for standard output
 };
 
 }  // namespace tool

@@ -1,36 +1,14 @@
 #include "views/dot_text.hpp"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
-#include "ospf_tables/row_keys.hpp"
-#include "views/text_forms.hpp"
-
 namespace tool {
-
-using namespace ospf_tables;
 
 namespace {
 
-// How a graph of its size is drawn. With more routers names and costs get smaller, and the engine
-// is the one that is made for many nodes. Lines go around nodes that they have nothing to do with,
-// until that takes too long to find out (seconds at 200 routers, with their number cubed): then
-// they pass behind.
-struct Style {
-  std::size_t routers;  // up to which it is for
-  const char *engine;
-  const char *layout;  // attributes of the graph for that engine
-  const char *cost_distance;
-  int router_font;
-  int network_font;
-  int cost_font;
-  int legend_font;
-  double line_width;
-};
-
 // clang-format off
-constexpr Style styles[] = {
+constexpr DotStyle styles[] = {
     {50, "neato", "overlap=\"prism\", splines=\"true\", sep=\"+44,24\", esep=\"+8\"",
      "2.2", 12, 10, 9, 11, 1.6},
     {250, "sfdp", "overlap=\"prism\", overlap_scaling=\"-4\", splines=\"true\", sep=\"+32,24\", esep=\"+4\", K=\"1.3\"",
@@ -40,38 +18,11 @@ constexpr Style styles[] = {
 };
 // clang-format on
 
-const Style &style_for(std::size_t routers) {
-  const Style *style = styles;
-  while (routers > style->routers) ++style;
-  return *style;
-}
-
 // Inches between the middles of the two ends, so that the costs of both have room.
 constexpr char length_between_routers[] = "2.7";
 constexpr char length_to_others[] = "1.9";
-
-struct Colours {
-  std::string fill;
-  std::string line;
-};
-
-// The first areas have colours that people with any eyesight tell apart; further ones go around the
-// circle of hues.
-Colours colours_of(std::size_t area) {
-  static constexpr const char *pairs[][2] = {
-      {"#dbe7f5", "#33689c"}, {"#fde3c8", "#c8690f"}, {"#d9efd7", "#3a8a3d"},
-      {"#f6d5e3", "#b03a72"}, {"#e6dcf3", "#6f4ba3"}, {"#d2eeee", "#1a8083"},
-      {"#f3ecc0", "#8f7a0a"}, {"#e9dcd3", "#7d543a"}, {"#f8cfc9", "#bf3b2b"},
-      {"#e3e3e3", "#5c5c5c"}, {"#e4f2b8", "#6a8f0f"}, {"#c9d3fb", "#3d4fc4"},
-  };
-  if (area < std::size(pairs)) return {pairs[area][0], pairs[area][1]};
-  const double hue = static_cast<double>(area) * 0.618034;
-  char fill[40];
-  char line[40];
-  std::snprintf(fill, sizeof fill, "%.3f 0.16 0.95", hue - static_cast<int>(hue));
-  std::snprintf(line, sizeof line, "%.3f 0.75 0.60", hue - static_cast<int>(hue));
-  return {fill, line};
-}
+constexpr char length_with_addresses[] = "3.6";
+constexpr char distance_with_addresses[] = "3.6";  // of the texts at an end from its node
 
 std::string dot_string(const std::string &text) {
   std::string result = "\"";
@@ -108,36 +59,40 @@ std::string label_text(const std::string &text) {
 
 class DotWriter {
  public:
-  DotWriter(const Topology &topology, const DotOptions &options)
-      : topology_(topology), options_(options), style_(style_for(topology.routers.size())) {
-    for (const std::uint32_t area : topology_.areas) {
-      colours_[area] = colours_of(colours_.size());
-    }
-  }
+  explicit DotWriter(const Picture &picture)
+      : picture_(picture), style_(dot_style(picture)) {}
 
   std::string write() {
-    text_ = "graph " + dot_string("OSPFv" + std::to_string(topology_.version)) + " {\n";
+    text_ = "graph " + dot_string("OSPFv" + std::to_string(picture_.instance.version)) + " {\n";
     add_graph();
-    for (const auto &[id, router] : topology_.routers) add_router(id, router);
-    for (const auto &[id, network] : topology_.networks) add_network(id, network);
-    for (std::size_t at = 0; at < topology_.attachments.size(); ++at) {
-      add_edge(topology_.attachments[at], options_.way.attachments.contains(at));
+    for (std::size_t at = 0; at < picture_.nodes.size(); ++at) {
+      const PictureNode &node = picture_.nodes[at];
+      text_ += "  " + dot_string(node.name) + " [id=\"n" + std::to_string(at) + "\", ";
+      switch (node.part) {
+        case PicturePart::router:
+          add_router(node);
+          break;
+        case PicturePart::network:
+          add_network(node);
+          break;
+        case PicturePart::stub:
+          text_ += "shape=\"plain\", fontsize=" + small() +
+                   ", fontcolor=" + dot_string(colours(node).line) + ", label=<" +
+                   label_text(node.title) + ">";
+      }
+      text_ += "];\n";
     }
-    for (std::size_t at = 0; at < topology_.links.size(); ++at) {
-      add_edge(topology_.links[at], options_.way.links.contains(at));
-    }
-    if (options_.stubs) add_stubs();
+    for (std::size_t at = 0; at < picture_.edges.size(); ++at) add_edge(at);
     return text_ + "}\n";
   }
 
  private:
-  const Colours &colours(std::uint32_t area) { return colours_[area]; }
-
-  static std::string router_name(std::uint32_t id) { return dot_string("router " + dotted(id)); }
-  static std::string network_name(const NetworkId &id) {
-    const auto &[area, link_state_id, adv_router] = id;
-    return dot_string("network " + dotted(area) + " " + dotted(link_state_id) +
-                      (adv_router == 0 ? "" : " " + dotted(adv_router)));
+  // Of an area, but where changes are what is shown.
+  const PictureColours &colours(std::size_t area, TopologyChange change) const {
+    return picture_.is_difference ? colours_of(change) : picture_.areas.at(area).colours;
+  }
+  const PictureColours &colours(const PictureNode &node) const {
+    return colours(node.areas.front(), node.change);
   }
 
   void add_graph() {
@@ -147,161 +102,183 @@ class DotWriter {
              ", labelloc=\"b\", pad=\"0.3\", bgcolor=\"white\",\n    label=" + legend() + "];\n";
     text_ += "  node [fontname=\"Helvetica\", penwidth=\"1.4\"];\n";
     text_ += "  edge [fontname=\"Helvetica\", labelangle=\"0\", labeldistance=" +
-             dot_string(style_.cost_distance) + "];\n";
+             dot_string(picture_.shows_addresses ? distance_with_addresses : style_.cost_distance) +
+             "];\n";
+  }
+
+  std::string swatches() const {
+    std::string cells;
+    std::size_t column = 0;
+    const auto add = [&](const PictureColours &colours, const std::string &title) {
+      if (column++ % 8 == 0) cells += cells.empty() ? "<TR>" : "</TR><TR>";
+      cells += "<TD BGCOLOR=\"" + colours.fill + "\" COLOR=\"" + colours.line +
+               "\" BORDER=\"1\">" + label_text(title) + "</TD>";
+    };
+    if (!picture_.is_difference) {
+      for (const PictureArea &area : picture_.areas) add(area.colours, area.title);
+      return cells + "</TR>";
+    }
+    for (const TopologyChange change :
+         {TopologyChange::came, TopologyChange::went, TopologyChange::changed}) {
+      add(colours_of(change), name_of(change));
+    }
+    add(colours_of(TopologyChange::none), "as before");
+    return cells + "</TR>";
   }
 
   std::string legend() const {
-    std::string areas;
-    std::size_t column = 0;
-    for (const auto &[area, colours] : colours_) {
-      if (column++ % 8 == 0) areas += areas.empty() ? "<TR>" : "</TR><TR>";
-      areas += "<TD BGCOLOR=\"" + colours.fill + "\" COLOR=\"" + colours.line +
-               "\" BORDER=\"1\">area " + dotted(area) + "</TD>";
+    std::string signs;
+    std::size_t in_line = 0;
+    constexpr std::size_t most = 3;
+    for (const std::string &sign : legend_of(picture_)) {
+      if (!signs.empty()) signs += in_line % most == 0 ? "<BR/>" : "; ";
+      ++in_line;
+      signs += sign;
     }
-    const std::string title = "OSPFv" + std::to_string(topology_.version) + ": " +
-                              counted(topology_.routers.size(), "router", "routers") + ", " +
-                              counted(topology_.networks.size(), "network", "networks") + ", " +
-                              counted(topology_.areas.size(), "area", "areas");
     return "<<TABLE BORDER=\"0\" CELLBORDER=\"0\" CELLSPACING=\"4\" CELLPADDING=\"3\">"
            "<TR><TD><B>" +
-           title +
+           label_text(picture_.title) +
            "</B></TD></TR>"
            "<TR><TD><TABLE BORDER=\"0\" CELLSPACING=\"4\" CELLPADDING=\"4\">" +
-           areas +
-           "</TR></TABLE></TD></TR>"
-           "<TR><TD><FONT POINT-SIZE=" +
-           points(style_.legend_font - 2) +
-           ">box: router, with the colours of its areas; "
-           "double border: AS boundary router; ellipse: network<BR/>"
-           "number: cost, at the router that says it; dashed: only one end speaks of it" +
-           (has_virtual_links() ? std::string("; dotted: virtual link") : std::string()) +
-           (options_.way.routers.empty() ? std::string() : std::string("; thick: the way")) +
-           "</FONT></TD></TR></TABLE>>";
+           swatches() + "</TABLE></TD></TR><TR><TD><FONT POINT-SIZE=" +
+           points(style_.legend_font - 2) + ">" + signs + "</FONT></TD></TR></TABLE>>";
   }
 
-  bool has_virtual_links() const {
-    return std::any_of(topology_.links.begin(), topology_.links.end(),
-                       [](const auto &link) { return link.kind == LinkKind::virtual_link; });
+  std::string text_of(const PictureNode &node) const {
+    const char *const mark = node.change == TopologyChange::none ? "" : name_of(node.change);
+    std::string text = "<B>" + label_text(node.title) + "</B>";
+    if (*mark != 0) text += " <I>" + std::string(mark) + "</I>";
+    return text + lines_of(node);
   }
 
-  void add_router(std::uint32_t id, const TopologyRouter &router) {
-    std::string roles;
-    if (router.area_border) roles = "ABR";
-    if (router.as_boundary) roles += roles.empty() ? "ASBR" : ", ASBR";
-    std::string fill;
-    for (const std::uint32_t area : router.areas) {
-      fill += (fill.empty() ? "" : ":") + colours(area).fill;
+  std::string lines_of(const PictureNode &node) const {
+    std::string text;
+    for (const std::string &line : node.lines) {
+      text += "<BR/><FONT POINT-SIZE=" + small() + ">" + label_text(line) + "</FONT>";
     }
-    const bool several = router.areas.size() > 1;
-    const std::string line = several ? "#333333" : colours(*router.areas.begin()).line;
-    std::string style = several ? "striped" : "filled,rounded";
-    if (!router.has_lsa) style += ",dashed";
-    text_ += "  " + router_name(id) + " [shape=\"box\", style=" + dot_string(style) +
-             ", fillcolor=" + dot_string(fill) + ", color=" + dot_string(line) +
+    return text;
+  }
+
+  // A router of several areas has a stripe of their colours above its text.
+  void add_router(const PictureNode &node) {
+    const bool striped = node.areas.size() > 1 && !picture_.is_difference;
+    std::string stripe;
+    for (const std::size_t area : node.areas) {
+      stripe += "<TD BGCOLOR=\"" + picture_.areas.at(area).colours.line + "\" HEIGHT=\"" +
+                std::to_string(style_.router_font / 2) + "\"></TD>";
+    }
+    text_ += "shape=\"box\", style=" +
+             dot_string(std::string(striped ? "filled" : "filled,rounded") +
+                        (node.is_whole ? "" : ",dashed")) +
+             ", fillcolor=" + dot_string(striped ? "white" : colours(node).fill) +
+             ", color=" + dot_string(striped ? "#333333" : colours(node).line) +
              ", fontsize=" + points(style_.router_font) +
-             ", margin=\"0.09,0.05\", height=\"0.2\", width=\"0.4\"" +
-             (router.as_boundary ? ", peripheries=\"2\"" : "") +
-             (options_.way.routers.contains(id) ? ", penwidth=\"4\"" : "") + ", label=<<B>" +
-             dotted(id) + "</B>" +
-             (roles.empty() ? "" : "<BR/><FONT POINT-SIZE=" + small() + ">" + roles + "</FONT>") +
-             ">];\n";
+             ", margin=" + dot_string(striped ? "0" : "0.09,0.05") +
+             ", height=\"0.2\", width=\"0.4\"" +
+             (node.is_boundary ? ", peripheries=\"2\"" : "") +
+             (node.is_on_way ? ", penwidth=\"4\"" : "") + ", label=<";
+    if (!striped) {
+      text_ += text_of(node) + ">";
+      return;
+    }
+    constexpr char table[] =
+        "<TABLE BORDER=\"0\" CELLBORDER=\"0\" CELLSPACING=\"0\" CELLPADDING=\"0\"><TR>";
+    text_ += std::string(table) + "<TD>" + table + stripe +
+             "</TR></TABLE></TD></TR><TR><TD CELLPADDING=\"5\">" + text_of(node) +
+             "</TD></TR></TABLE>>";
   }
 
-  void add_network(const NetworkId &id, const TopologyNetwork &network) {
-    std::string label;
-    for (const std::string &prefix : network.prefixes) {
-      label += (label.empty() ? "" : "<BR/>") + label_text(prefix);
-    }
-    if (label.empty()) label = "network " + dotted(std::get<1>(id));
-    if (network.designated_router != 0) {
-      label += "<BR/><FONT POINT-SIZE=" + small() + ">DR " + dotted(network.designated_router) +
-               "</FONT>";
-    }
-    const Colours &area = colours(std::get<0>(id));
-    text_ += "  " + network_name(id) + " [shape=\"ellipse\", style=" +
-             dot_string(network.has_lsa ? "filled" : "filled,dashed") +
-             ", fillcolor=\"white\", color=" + dot_string(area.line) +
+  void add_network(const PictureNode &node) {
+    const bool is_changed = node.change != TopologyChange::none;
+    text_ += "shape=\"ellipse\", style=" +
+             dot_string(node.is_whole ? "filled" : "filled,dashed") + ", fillcolor=" +
+             dot_string(is_changed ? colours(node).fill : "white") +
+             ", color=" + dot_string(colours(node).line) +
              ", fontsize=" + points(style_.network_font) +
-             ", margin=\"0.03,0.02\", height=\"0.2\", width=\"0.3\", label=<" + label + ">];\n";
+             ", margin=\"0.03,0.02\", height=\"0.2\", width=\"0.3\", label=<" +
+             label_text(node.title) +
+             (is_changed ? " <I>" + std::string(name_of(node.change)) + "</I>" : std::string()) +
+             lines_of(node) + ">";
   }
 
-  void add_edge(const TopologyAttachment &attachment, bool on_the_way) {
-    add_edge(router_name(attachment.router), network_name(attachment.network),
-             std::get<0>(attachment.network), attachment.both_ways() ? "solid" : "dashed",
-             attachment.cost, std::nullopt, "", length_to_others, on_the_way);
+  static const char *style_of(PictureLine line) {
+    switch (line) {
+      case PictureLine::one_sided:
+        return "dashed";
+      case PictureLine::virtual_link:
+        return "dotted";
+      default:
+        return "solid";
+    }
   }
 
-  void add_edge(const TopologyLink &link, bool on_the_way) {
-    const bool is_virtual = link.kind == LinkKind::virtual_link;
-    add_edge(router_name(link.routers[0]), router_name(link.routers[1]), link.area,
-             !link.both_ways() ? "dashed"
-             : is_virtual      ? "dotted"
-                               : "solid",
-             link.costs[0], link.costs[1], options_.stubs ? link.prefix : "",
-             length_between_routers, on_the_way);
+  double width_of(const PictureEdge &edge) const {
+    constexpr double thick = 4;
+    if (edge.is_on_way) return style_.line_width * thick;
+    const bool is_stronger =
+        edge.line == PictureLine::virtual_link || edge.change != TopologyChange::none;
+    return is_stronger ? style_.line_width * 2 : style_.line_width;
   }
 
-  void add_edge(const std::string &from, const std::string &to, std::uint32_t area,
-                const char *style, std::optional<std::uint32_t> from_cost,
-                std::optional<std::uint32_t> to_cost, const std::string &label, const char *length,
-                bool on_the_way = false) {
-    constexpr int thick = 4;
+  void add_edge(std::size_t at) {
+    const PictureEdge &edge = picture_.edges[at];
+    const PictureNode &from = picture_.nodes[edge.nodes[0]];
+    const PictureNode &to = picture_.nodes[edge.nodes[1]];
+    const std::string &colour = colours(edge.area, edge.change).line;
     char width[16];
-    std::snprintf(width, sizeof width, "%.1f",
-                  style_.line_width * (on_the_way                       ? thick
-                                       : style == std::string("dotted") ? 2
-                                                                        : 1));
-    const std::string &colour = colours(area).line;
-    text_ += "  " + from + " -- " + to + " [color=" + dot_string(colour) +
-             ", penwidth=" + dot_string(width) + ", style=" + dot_string(style) +
-             ", len=" + dot_string(length);
-    if (from_cost) text_ += ", taillabel=" + cost_label(*from_cost, colour);
-    if (to_cost) text_ += ", headlabel=" + cost_label(*to_cost, colour);
-    if (!label.empty()) {
-      text_ += ", fontsize=" + small() + ", fontcolor=" + dot_string(colour) + ", label=<" +
-               label_text(label) + ">";
+    std::snprintf(width, sizeof width, "%.1f", width_of(edge));
+    text_ += "  " + dot_string(from.name) + " -- " + dot_string(to.name) + " [id=\"e" +
+             std::to_string(at) + "\", color=" +
+             dot_string(edge.line == PictureLine::multipoint ? colour + ":white:" + colour
+                                                             : colour) +
+             ", penwidth=" + dot_string(width) + ", style=" + dot_string(style_of(edge.line)) +
+             ", len=" + dot_string(length_of(edge));
+    add_end("taillabel", edge, 0, colour);
+    add_end("headlabel", edge, 1, colour);
+    if (!edge.label.empty()) {
+      text_ += ", label=" + on_white(label_text(edge.label), small(), colour);
     }
     text_ += "];\n";
   }
 
-  // On the line, with a white ground that keeps it legible there.
-  std::string cost_label(std::uint32_t cost, const std::string &colour) const {
-    return "<<TABLE BORDER=\"0\" CELLBORDER=\"0\" CELLSPACING=\"0\" CELLPADDING=\"1\" "
-           "BGCOLOR=\"white\"><TR><TD><FONT POINT-SIZE=" +
-           points(style_.cost_font) + " COLOR=\"" + colour + "\">" + std::to_string(cost) +
-           "</FONT></TD></TR></TABLE>>";
+  const char *length_of(const PictureEdge &edge) const {
+    if (picture_.shows_addresses) return length_with_addresses;
+    return edge.is_between_routers ? length_between_routers : length_to_others;
   }
 
-  void add_stubs() {
-    std::map<std::pair<std::uint32_t, std::string>, bool> drawn;
-    for (const TopologyStub &stub : topology_.stubs) {
-      const std::string name = dot_string("stub " + dotted(stub.area) + " " + stub.prefix);
-      bool &is_drawn = drawn[{stub.area, stub.prefix}];
-      if (!is_drawn) {
-        text_ += "  " + name + " [shape=\"plain\", fontsize=" + small() +
-                 ", fontcolor=" + dot_string(colours(stub.area).line) + ", label=<" +
-                 label_text(stub.prefix) + ">];\n";
-      }
-      is_drawn = true;
-      add_edge(router_name(stub.router), name, stub.area, "solid", stub.cost, std::nullopt, "",
-               length_to_others);
+  void add_end(const char *attribute, const PictureEdge &edge, int end, const std::string &colour) {
+    std::string text = label_text(edge.costs[end]);
+    if (picture_.shows_addresses && !edge.addresses[end].empty()) {
+      text += (text.empty() ? "" : "<BR/>") + label_text(edge.addresses[end]);
     }
+    if (text.empty()) return;
+    text_ += std::string(", ") + attribute + "=" + on_white(text, points(style_.cost_font), colour);
+  }
+
+  // For a text on a line: a white ground keeps it legible there.
+  static std::string on_white(const std::string &text, const std::string &size,
+                              const std::string &colour) {
+    return "<<TABLE BORDER=\"0\" CELLBORDER=\"0\" CELLSPACING=\"0\" CELLPADDING=\"1\" "
+           "BGCOLOR=\"white\"><TR><TD><FONT POINT-SIZE=" +
+           size + " COLOR=\"" + colour + "\">" + text + "</FONT></TD></TR></TABLE>>";
   }
 
   static std::string points(int size) { return dot_string(std::to_string(size)); }
   std::string small() const { return points(style_.router_font - 3); }
 
-  const Topology &topology_;
-  const DotOptions &options_;
-  const Style &style_;
-  std::map<std::uint32_t, Colours> colours_;
+  const Picture &picture_;
+  const DotStyle &style_;
   std::string text_;
 };
 
 }  // namespace
 
-std::string dot_text(const Topology &topology, const DotOptions &options) {
-  return DotWriter(topology, options).write();
+const DotStyle &dot_style(const Picture &picture) {
+  const DotStyle *style = styles;
+  while (picture.routers > style->routers) ++style;
+  return *style;
 }
+
+std::string dot_text(const Picture &picture) { return DotWriter(picture).write(); }
 
 }  // namespace tool

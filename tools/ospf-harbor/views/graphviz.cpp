@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <nlohmann/json.hpp>
+#include <sstream>
 #include <stdexcept>
 
 namespace tool {
@@ -51,6 +53,17 @@ class Scratch {
   std::FILE *file_;
 };
 
+// "1,2 3,4" as four numbers.
+std::vector<double> numbers_of(std::string text) {
+  for (char &c : text) {
+    if (c == ',') c = ' ';
+  }
+  std::istringstream in(text);
+  std::vector<double> numbers;
+  for (double number = 0; in >> number;) numbers.push_back(number);
+  return numbers;
+}
+
 }  // namespace
 
 std::string draw(const std::string &dot, const std::string &format) {
@@ -85,6 +98,32 @@ std::string draw(const std::string &dot, const std::string &format) {
                              (said.empty() ? std::string() : ": " + said));
   }
   return picture;
+}
+
+Layout laid_out(const std::string &dot, std::size_t nodes, std::size_t edges) {
+  const nlohmann::json graph = nlohmann::json::parse(draw(dot, "json0"));
+  Layout layout;
+  layout.nodes.resize(nodes);
+  layout.edges.resize(edges);
+  const std::vector<double> box = numbers_of(graph.at("bb"));
+  layout.width = box.at(2);
+  layout.height = box.at(3);
+  const auto place_of = [](const nlohmann::json &part) {
+    return std::stoul(part.at("id").get<std::string>().substr(1));
+  };
+  constexpr double points_of_an_inch = 72;
+  for (const nlohmann::json &node : graph.value("objects", nlohmann::json::array())) {
+    const std::vector<double> middle = numbers_of(node.at("pos"));
+    layout.nodes.at(place_of(node)) = {middle.at(0), layout.height - middle.at(1),
+                                       numbers_of(node.at("width")).at(0) * points_of_an_inch,
+                                       numbers_of(node.at("height")).at(0) * points_of_an_inch};
+  }
+  for (const nlohmann::json &edge : graph.value("edges", nlohmann::json::array())) {
+    std::vector<double> curve = numbers_of(edge.at("pos"));
+    for (std::size_t at = 1; at < curve.size(); at += 2) curve[at] = layout.height - curve[at];
+    layout.edges.at(place_of(edge)) = std::move(curve);
+  }
+  return layout;
 }
 
 }  // namespace tool
