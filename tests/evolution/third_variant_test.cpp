@@ -4,6 +4,7 @@
 #include <kelp/embed.h>
 #include <kelp/primitives.h>
 #include <kelp/xml.h>
+#include <ospf_harbor_check.h>
 #include <ospf_harbor_oper.h>
 
 #include <string>
@@ -51,6 +52,22 @@ TEST_F(ThirdVariant, TheLengthGrowsWithEachVariant) {
   for (std::int32_t variant = 0; variant < 3; ++variant) {
     ospf_area *area = area_at(variant);
     EXPECT_EQ(ospf_area_len(handle, 0, area), lengths[variant]);
+    ospf_area_destroy(handle, 0, area);
+  }
+}
+
+TEST_F(ThirdVariant, TheCheckerPassesOverNoFieldOfAnyVariant) {
+  for (std::int32_t variant = 0; variant < 3; ++variant) {
+    ospf_area *area = area_at(variant);
+    std::uint8_t image[256];
+    const std::uint32_t length = ospf_area_marshal(handle, 0, image, area, sizeof image, &err);
+    ospf_harbor_check_result result;
+    EXPECT_EQ(ospf_harbor_check_walk(
+                  OSPF_HARBOR_CHECK_OBJECT, "ospf_area", image, length,
+                  [](const ospf_harbor_image_span *, void *) {}, nullptr, &result),
+              0u)
+        << result.text;
+    EXPECT_EQ(result.skipped, 0u) << variant;
     ospf_area_destroy(handle, 0, area);
   }
 }

@@ -227,7 +227,11 @@ bool Walk::structure(const Structure &type) {
   if (!variant(variant_of_image) || !flags() || !jump(end)) return false;
   std::swap(end_, end);
   const std::uint32_t selector = selector_;
-  const bool is_whole = fields(type, 0) && (variant_of_image == 0 || fields(type, 1)) && skip();
+  bool is_whole = true;
+  for (int floor = 0; is_whole && floor <= variant_of_image && floor < type.variants; ++floor) {
+    is_whole = fields(type, static_cast<std::uint8_t>(floor));
+  }
+  is_whole = is_whole && skip();
   selector_ = selector;
   end_ = end;
   return is_whole;
