@@ -35,8 +35,8 @@ Words routers_of(const ospfv2_network *object) {
 
 ospfv2_network *make_network(Store &store, const Words &routers) {
   ospfv2_network *network = ospfv2_network_create(store, 0);
-  ospfv2_network_attached_router_set_mem(store, 0, network, routers.data(),
-                                         static_cast<std::uint32_t>(routers.size()), &store.err);
+  store(ospfv2_network_attached_router_set_mem, network, routers.data(),
+        static_cast<std::uint32_t>(routers.size()));
   EXPECT_EQ(store.err, 0u);
   return network;
 }
@@ -59,7 +59,7 @@ TEST(Clone, ADestinationThatHoldsAnObjectIsIgnoredAndANewOneMade) {
   ospfv2_network *source = make_network(store, {1, 2});
   ospfv2_network *held = make_network(store, {9});
   ospfv2_network *destination = held;
-  ospfv2_network_clone(store, 0, source, &destination, work.data(), work.size(), &store.err);
+  store(ospfv2_network_clone, source, &destination, work.data(), work.size());
   EXPECT_EQ(store.err, 0u);
   ASSERT_NE(destination, nullptr);
   EXPECT_NE(destination, held);
@@ -87,26 +87,25 @@ TEST(Clone, AnArrayGetsEqualContentInAStoreOfItsOwn) {
 
 TEST(Clone, AnArmGetsEqualContentInAnObjectOfItsOwn) {
   Store store;
-  ospf_authentication *source = ospf_authentication_create(store, 0);
+  OWNED(store, ospf_authentication, source);
   kelp_vstring *chain = kelp_vstring_create(store, 0);
-  kelp_vstring_assign(store, 0, chain, "chain", 5, &store.err);
-  ospf_authentication_key_chain_set(store, 0, source, chain, &store.err);
+  store(kelp_vstring_assign, chain, "chain", 5);
+  store(ospf_authentication_key_chain_set, source, chain);
   ospf_authentication *copy = ospf_authentication_clone_cr(store, source);
   ASSERT_NE(copy, nullptr);
-  const kelp_vstring *cloned = ospf_authentication_key_chain_get(store, 0, copy, &store.err);
+  const kelp_vstring *cloned = store(ospf_authentication_key_chain_get, copy);
   ASSERT_NE(cloned, nullptr);
   EXPECT_NE(cloned, chain);
   EXPECT_STREQ(kelp_vstring_text(cloned), "chain");
   EXPECT_EQ(ospf_authentication_compare(source, copy), 0);
-  ospf_authentication_destroy(store, 0, source);
   ospf_authentication_destroy(store, 0, copy);
 }
 
 TEST(Clone, StateBytesComeAlongWhenTheHandleTracks) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospfv2_network *source = ospfv2_network_create(store, 0);
+  OWNED(store, ospfv2_network, source);
   const std::uint32_t router = 7;
-  ospfv2_network_attached_router_set(store, 0, source, 1, &router, &store.err);
+  store(ospfv2_network_attached_router_set, source, 1, &router);
   ospfv2_network *copy = ospfv2_network_clone_cr(store, source);
   ASSERT_NE(copy, nullptr);
   const auto *area = reinterpret_cast<const std::uint8_t *>(copy) + network_size;
@@ -117,19 +116,17 @@ TEST(Clone, StateBytesComeAlongWhenTheHandleTracks) {
   ASSERT_NE(states, nullptr);
   EXPECT_EQ(states[0], 0);
   EXPECT_EQ(states[1], 2);
-  ospfv2_network_destroy(store, 0, source);
   ospfv2_network_destroy(store, 0, copy);
 }
 
 TEST(Clone, KeepsTheVariantOfTheSourceAboveTheDomains) {
   Store store;
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   ASSERT_EQ(kelp_get_instance_variant(source, 1, 0), 1);
   store.set_variant("ospf_area", 0);
   ospf_area *copy = ospf_area_clone_cr(store, source);
   ASSERT_NE(copy, nullptr);
   EXPECT_EQ(kelp_get_instance_variant(copy, 1, 0), 1);
-  ospf_area_destroy(store, 0, source);
   ospf_area_destroy(store, 0, copy);
 }
 
@@ -141,13 +138,13 @@ TEST(Clone, OidsAreCopiedAsBareValues) {
   std::memset(static_cast<void *>(table), 0, sizeof(kelp_table));
   table->header.tinfo = &_tbl_ospf_interface_table_type_info_internal;
   ospf_area *source = ospf_area_create(store, 0);
-  ospf_area_interfaces_set_by_ref(store, 0, source,
-                                  reinterpret_cast<tbl_ospf_interface_table *>(table), &store.err);
+  store(ospf_area_interfaces_set_by_ref, source,
+        reinterpret_cast<tbl_ospf_interface_table *>(table));
   EXPECT_EQ(kelp_handle_oid_references(handle, table), 1);
   ospf_area *copy = ospf_area_clone_cr(handle, source);
   ASSERT_NE(copy, nullptr);
   EXPECT_EQ(kelp_handle_oid_references(handle, table), 1) << "the clone's reference is uncounted";
-  EXPECT_EQ(ospf_area_interfaces_get_by_ref(store, 0, copy, &store.err),
+  EXPECT_EQ(store(ospf_area_interfaces_get_by_ref, copy),
             reinterpret_cast<tbl_ospf_interface_table *>(table));
   EXPECT_EQ(store.err, 0u);
   ospf_area_destroy(store, 0, copy);
@@ -158,16 +155,15 @@ TEST(Clone, OidsAreCopiedAsBareValues) {
 
 TEST(Clone, ObjectFlagsOfTheSourceAreDropped) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   ospf_area_set_instance_embedded(store, 0, source);
   const auto flags_of = [](const ospf_area *area) {
     return reinterpret_cast<const kelp_object_header *>(area)->obj_flags;
   };
-  ASSERT_EQ(flags_of(source), OBJ_EMBEDDED | OBJ_STATE_TRACKED);
+  ASSERT_EQ(flags_of(source.get()), OBJ_EMBEDDED | OBJ_STATE_TRACKED);
   ospf_area *copy = ospf_area_clone_cr(store, source);
   ASSERT_NE(copy, nullptr);
   EXPECT_EQ(flags_of(copy), OBJ_STATE_TRACKED);
-  ospf_area_destroy(store, 0, source);
   ospf_area_destroy(store, 0, copy);
 }
 
@@ -177,8 +173,7 @@ TEST(CloneInternal, AGivenDestinationIsOverwrittenInPlace) {
   ospfv2_network *source = make_network(store, {1, 2});
   ospfv2_network *destination = make_network(store, {9});
   ospfv2_network *const held = destination;
-  ospfv2_network_clone_internal(store, 0, source, &destination, work.data(), work.size(),
-                                &store.err);
+  store(ospfv2_network_clone_internal, source, &destination, work.data(), work.size());
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(destination, held);
   EXPECT_EQ(routers_of(held), (Words{1, 2}));
@@ -189,20 +184,19 @@ TEST(CloneInternal, AGivenDestinationIsOverwrittenInPlace) {
 TEST(CloneInternal, RegistersTheModuleForTraceOnlyWhenItMakesTheObject) {
   Store store;
   WorkBuffer work;
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   ospf_area *destination = nullptr;
   {
     CallLog calls;
-    ospf_area_clone_internal(store, 0, source, &destination, work.data(), work.size(), &store.err);
+    store(ospf_area_clone_internal, source, &destination, work.data(), work.size());
     EXPECT_EQ(calls.count("xlog_module_init_fn"), 1u);
   }
   {
     CallLog calls;
-    ospf_area_clone_internal(store, 0, source, &destination, work.data(), work.size(), &store.err);
+    store(ospf_area_clone_internal, source, &destination, work.data(), work.size());
     EXPECT_EQ(calls.count("xlog_module_init_fn"), 0u);
   }
   EXPECT_EQ(store.err, 0u);
-  ospf_area_destroy(store, 0, source);
   ospf_area_destroy(store, 0, destination);
 }
 
@@ -211,65 +205,40 @@ TEST(CloneInternal, RegistersTheModuleForTraceOnlyWhenItMakesTheObject) {
 TEST(CloneFailure, ANullDestinationOrWorkBufferIsNotFoundAndNothingIsDone) {
   Store store;
   WorkBuffer work;
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   ospf_area *destination = source;
-  const auto expect_refused = [&] {
-    EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-    EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
-    store.err = 0;
-  };
-  ospf_area_clone_internal(store, 0, source, nullptr, work.data(), work.size(), &store.err);
+  const auto expect_refused = [&] { store.expect_failure(KELP_ERR_NOT_FOUND); };
+  store(ospf_area_clone_internal, source, nullptr, work.data(), work.size());
   expect_refused();
-  ospf_area_clone(store, 0, source, nullptr, work.data(), work.size(), &store.err);
+  store(ospf_area_clone, source, nullptr, work.data(), work.size());
   expect_refused();
-  ospf_area_clone_internal(store, 0, source, &destination, nullptr, work.size(), &store.err);
+  store(ospf_area_clone_internal, source, &destination, nullptr, work.size());
   expect_refused();
   EXPECT_EQ(destination, source);
-  ospf_area_clone(store, 0, source, &destination, nullptr, work.size(), &store.err);
+  store(ospf_area_clone, source, &destination, nullptr, work.size());
   expect_refused();
   EXPECT_EQ(destination, nullptr);
-  ospf_area_destroy(store, 0, source);
-}
-
-TEST(CloneFailure, AnErrorThatStandsIsLeftAlone) {
-  Store store;
-  WorkBuffer work;
-  ospf_area *source = ospf_area_create(store, 0);
-  ospf_area *destination = source;
-  kelp_store_err(store, 5);
-  store.err = 5;
-  CallLog calls(store);
-  ospf_area_clone_internal(store, 0, source, &destination, work.data(), work.size(), &store.err);
-  EXPECT_TRUE(calls.calls().empty());
-  EXPECT_EQ(store.err, 5u);
-  EXPECT_EQ(store.last_error(), 5);
-  EXPECT_EQ(destination, source);
-  ospf_area_destroy(store, 0, source);
 }
 
 TEST(CloneFailure, AnObjectThatCannotBeMadeIsNoMemory) {
   Store store;
   WorkBuffer work;
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   ospf_area *destination = nullptr;
   store.fail_allocation(0);
-  ospf_area_clone_internal(store, 0, source, &destination, work.data(), work.size(), &store.err);
-  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  store(ospf_area_clone_internal, source, &destination, work.data(), work.size());
+  store.expect_failure(KELP_ERR_NO_MEMORY);
   EXPECT_EQ(destination, nullptr);
-  ospf_area_destroy(store, 0, source);
 }
 
 TEST(CloneFailure, AWorkBufferThatIsTooSmallFailsInTheWriterAndKeepsTheDestination) {
   Store store;
   WorkBuffer work;
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   ospf_area *destination = source;
-  ospf_area_clone_internal(store, 0, source, &destination, work.data(), 20, &store.err);
-  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
+  store(ospf_area_clone_internal, source, &destination, work.data(), 20);
+  store.expect_failure(KELP_ERR_NO_ROOM);
   EXPECT_EQ(destination, source);
-  ospf_area_destroy(store, 0, source);
 }
 
 // Reading the image needs a block for the elements; without it the object goes again.
@@ -291,8 +260,7 @@ TEST(CloneFailure, AnImageThatCannotBeReadEndsTheGivenDestinationToo) {
   const std::uint64_t live = store.live_allocations();
   CallLog calls;
   store.fail_allocation(0);
-  ospfv2_network_clone_internal(store, 0, source, &destination, work.data(), work.size(),
-                                &store.err);
+  store(ospfv2_network_clone_internal, source, &destination, work.data(), work.size());
   EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
   EXPECT_EQ(destination, nullptr);
   EXPECT_EQ(calls.count("kelplib_type_stats_destroy_object"), 1u);
@@ -305,7 +273,7 @@ TEST(CloneFailure, AnImageThatCannotBeReadEndsTheGivenDestinationToo) {
 TEST(CloneCr, UsesTheHandlesWorkSpaceAndErrorWord) {
   Store store;
   kelp_handle *handle = store;
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   handle->cr_err = 5;
   EXPECT_EQ(ospf_area_clone_cr(handle, source), nullptr);
   EXPECT_EQ(handle->cr_err, 5u);
@@ -314,33 +282,29 @@ TEST(CloneCr, UsesTheHandlesWorkSpaceAndErrorWord) {
   ospf_area *copy = ospf_area_clone_cr(handle, source);
   EXPECT_NE(copy, nullptr);
   EXPECT_EQ(calls.count("kelplib_get_handle_ws"), 1u);
-  ospf_area_destroy(store, 0, source);
   ospf_area_destroy(store, 0, copy);
 }
 
 TEST(CloneCr, AWorkSpaceThatIsTooSmallFails) {
   Store store({.work_space_size = 16});
-  ospf_area *source = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, source);
   EXPECT_EQ(ospf_area_clone_cr(store, source), nullptr);
   EXPECT_EQ(store.handle()->cr_err, KELP_ERR_NO_ROOM);
   store.handle()->cr_err = 0;
-  ospf_area_destroy(store, 0, source);
 }
 
 TEST(CopyCr, OverwritesTheDestinationAtItsAddress) {
   Store store;
-  ospf_area *source = ospf_area_create(store, 0);
-  ospf_area *destination = ospf_area_create(store, 0);
-  ospf_area_area_id_set_value(store, 0, source, 17, &store.err);
-  ospf_area_area_id_set_value(store, 0, destination, 4, &store.err);
+  OWNED(store, ospf_area, source);
+  OWNED(store, ospf_area, destination);
+  store(ospf_area_area_id_set_value, source, 17);
+  store(ospf_area_area_id_set_value, destination, 4);
   const std::uint64_t live = store.live_allocations();
   ospf_area_copy_cr(store, source, destination);
   EXPECT_EQ(store.handle()->cr_err, 0u);
   EXPECT_EQ(store.live_allocations(), live);
-  EXPECT_EQ(ospf_area_area_id_get_value(store, 0, destination, &store.err), 17u);
+  EXPECT_EQ(store(ospf_area_area_id_get_value, destination), 17u);
   EXPECT_EQ(ospf_area_compare(source, destination), 0);
-  ospf_area_destroy(store, 0, source);
-  ospf_area_destroy(store, 0, destination);
 }
 
 TEST(CopyCr, ReplacesElementBlocksWithoutReleasingThem) {

@@ -46,11 +46,10 @@ TEST(CryptoAlgorithm, EachFlagAloneComesThroughImageAndXmlAndText) {
     EXPECT_EQ(flags_of(store, source), expected);
 
     Bytes image(1 << 10);
-    const auto length =
-        ospf_crypto_algorithm_marshal(store, space, image.data(), source, 1 << 10, &store.err);
+    const auto length = store(ospf_crypto_algorithm_marshal, image.data(), source, 1 << 10);
     Object<ospf_crypto_algorithm> read(store, types::ospf_crypto_algorithm);
-    EXPECT_EQ(ospf_crypto_algorithm_unmarshal(store, space, image.data(), read,
-                                              static_cast<std::int32_t>(length), 0, &store.err),
+    EXPECT_EQ(store(ospf_crypto_algorithm_unmarshal, image.data(), read,
+                    static_cast<std::int32_t>(length), 0),
               length);
     EXPECT_EQ(flags_of(store, read), expected);
 
@@ -74,25 +73,22 @@ TEST(CryptoAlgorithm, EachFlagAloneComesThroughTheChoice) {
     whole_schema::set_value(store, types::ospf_crypto_algorithm, *fields[set], algorithm, 1,
                             &store.err);
     kelp_vstring *key = kelp_vstring_create(store, space);
-    kelp_vstring_assign(store, space, key, "secret", 6, &store.err);
-    ospf_authentication_key_string_set(store, space, source, key, &store.err);
-    ospf_authentication_crypto_algorithm_val_set(store, space, source, algorithm, &store.err);
+    store(kelp_vstring_assign, key, "secret", 6);
+    store(ospf_authentication_key_string_set, source, key);
+    store(ospf_authentication_crypto_algorithm_val_set, source, algorithm);
     std::vector<std::uint32_t> expected(fields.size(), 0);
     expected[set] = 1;
     const auto expect_read = [&](Object<ospf_authentication> &read) {
-      auto *held = ospf_authentication_crypto_algorithm_val_get(store, space, read, &store.err);
+      auto *held = store(ospf_authentication_crypto_algorithm_val_get, read);
       ASSERT_NE(held, nullptr);
       EXPECT_EQ(flags_of(store, held), expected);
-      EXPECT_STREQ(
-          kelp_vstring_text(ospf_authentication_key_string_get(store, space, read, &store.err)),
-          "secret");
+      EXPECT_STREQ(kelp_vstring_text(store(ospf_authentication_key_string_get, read)), "secret");
     };
     Bytes image(1 << 10);
-    const auto length =
-        ospf_authentication_marshal(store, space, image.data(), source, 1 << 10, &store.err);
+    const auto length = store(ospf_authentication_marshal, image.data(), source, 1 << 10);
     Object<ospf_authentication> from_image(store, types::ospf_authentication);
-    ospf_authentication_unmarshal(store, space, image.data(), from_image,
-                                  static_cast<std::int32_t>(length), 0, &store.err);
+    store(ospf_authentication_unmarshal, image.data(), from_image,
+          static_cast<std::int32_t>(length), 0);
     expect_read(from_image);
     Object<ospf_authentication> from_xml(store, types::ospf_authentication);
     encodings::read(store, from_xml, encodings::xml_of(store, source, &store.err), &store.err);
@@ -133,11 +129,9 @@ TEST(LsaVersions, BothPartsComeThroughXmlWhateverTheVersionSays) {
       EXPECT_EQ(encodings::xml_of(store, parsed, &store.err, 1 << 18), text);
       // Through the image and its text form alike.
       Bytes image(1 << 16);
-      const auto length =
-          link_scope_lsa_marshal(store, space, image.data(), source, 1 << 15, &store.err);
+      const auto length = store(link_scope_lsa_marshal, image.data(), source, 1 << 15);
       Object<link_scope_lsa> read(store, type);
-      link_scope_lsa_unmarshal(store, space, image.data(), read, static_cast<std::int32_t>(length),
-                               0, &store.err);
+      store(link_scope_lsa_unmarshal, image.data(), read, static_cast<std::int32_t>(length), 0);
       EXPECT_EQ(store.err, 0u);
       EXPECT_EQ(link_scope_lsa_compare(source, read), 0);
       EXPECT_EQ(encodings::xml_of(store, read, &store.err, 1 << 18), text);

@@ -19,23 +19,15 @@ constexpr std::uint32_t space = 7;
 using Image = std::vector<std::uint8_t>;
 
 // An object with its byte of flags, destroyed with the test.
-class Options {
+class Options : public harness::Owned<lsa_flag_options> {
  public:
-  Options(Store &store, std::uint8_t flags)
-      : store_(store), object_(lsa_flag_options_create(store, space)) {
-    light::flags(object_)->flags = flags;
+  Options(Store &store, std::uint8_t value)
+      : Owned(store, lsa_flag_options_create, lsa_flag_options_destroy) {
+    flags() = value;
   }
-  ~Options() {
-    light::header(object_)->variant = 0;
-    lsa_flag_options_destroy(store_, space, object_);
-  }
-  operator lsa_flag_options *() const { return object_; }
-  std::uint8_t &flags() const { return light::flags(object_)->flags; }
-  kelp_object_header &header() const { return *light::header(object_); }
-
- private:
-  Store &store_;
-  lsa_flag_options *object_;
+  ~Options() { header().variant = 0; }
+  std::uint8_t &flags() const { return light::flags(get())->flags; }
+  kelp_object_header &header() const { return *light::header(get()); }
 };
 
 // --- image -----------------------------------------------------------------------------------
@@ -54,7 +46,7 @@ TEST(FlagSetMarshal, WritesVariantJumpWordAndByte) {
   Store store;
   Options object(store, 0x09);
   Image image(6, 0xEE);
-  EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, 6, &store.err), 6u);
+  EXPECT_EQ(store(lsa_flag_options_marshal, image.data(), object, 6), 6u);
   EXPECT_EQ(image, (Image{0, 0, 0, 0, 5, 0x09}));
   EXPECT_EQ(store.err, 0u);
 }
@@ -64,7 +56,7 @@ TEST(FlagSetMarshal, CallsThePlatformInOrder) {
   Options object(store, 1);
   Image image(6);
   CallLog calls(store);
-  lsa_flag_options_marshal(store, space, image.data(), object, 6, &store.err);
+  store(lsa_flag_options_marshal, image.data(), object, 6);
   EXPECT_EQ(calls.calls(), (std::vector<std::string>{
                                "kelp_clear_last_error", "kelp_get_instance_variant",
                                "kelp_domain_lookup_variant", "_kelp_instance_variant_marshal",
@@ -75,9 +67,8 @@ TEST(FlagSetMarshal, WithoutRoomForTheByteFailsAndStillPatchesTheJumpWord) {
   Store store;
   Options object(store, 0x09);
   Image image(6, 0xEE);
-  EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, 5, &store.err), 5u);
-  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
+  EXPECT_EQ(store(lsa_flag_options_marshal, image.data(), object, 5), 5u);
+  store.expect_failure(KELP_ERR_NO_ROOM);
   EXPECT_EQ(image, (Image{0, 0, 0, 0, 4, 0xEE}));
 }
 
@@ -88,7 +79,7 @@ TEST(FlagSetMarshal, WithoutRoomForTheJumpWordStillWritesItInItsPlace) {
     SCOPED_TRACE(length);
     Image image(6, 0xEE);
     store.err = 0;
-    EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, length, &store.err), 1u);
+    EXPECT_EQ(store(lsa_flag_options_marshal, image.data(), object, length), 1u);
     EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
     EXPECT_EQ(image, (Image{0, 0, 0, 0, 0, 0xEE}));
   }
@@ -99,7 +90,7 @@ TEST(FlagSetMarshal, OfAVariantAboveTheDomainsLeavesTheByteOutAndPatchesTheJumpW
   Options object(store, 0x09);
   object.header().variant = 1;
   Image image(6, 0xEE);
-  EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, 6, &store.err), 5u);
+  EXPECT_EQ(store(lsa_flag_options_marshal, image.data(), object, 6), 5u);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(image, (Image{0, 0, 0, 0, 4, 0xEE}));
 }
@@ -110,7 +101,7 @@ TEST(FlagSetMarshal, LimitsTheVariantToZero) {
   Options object(store, 0x09);
   ASSERT_EQ(object.header().variant, 3);
   Image image(6, 0xEE);
-  lsa_flag_options_marshal(store, space, image.data(), object, 6, &store.err);
+  store(lsa_flag_options_marshal, image.data(), object, 6);
   EXPECT_EQ(image[0], 0);
   EXPECT_EQ(store.err, 0u);
 }
@@ -121,9 +112,8 @@ TEST(FlagSetMarshal, WithoutAnyLengthFailsWithTwelve) {
   Image image(6, 0xEE);
   for (std::int32_t length : {0, -1}) {
     store.err = 0;
-    EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, length, &store.err), 0u);
-    EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-    EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+    EXPECT_EQ(store(lsa_flag_options_marshal, image.data(), object, length), 0u);
+    store.expect_failure(KELP_ERR_NO_MEMORY);
   }
   EXPECT_EQ(image, Image(6, 0xEE));
 }
@@ -135,10 +125,9 @@ TEST(FlagSetUnmarshal, TakesVariantRecordAndByteUnannounced) {
   light::header(memory)->obj_flags = OBJ_NESTED;
   const Image image{4, 0, 0, 0, 5, 0x81};
   WriteWatch watch(store);
-  EXPECT_EQ(
-      lsa_flag_options_unmarshal(store, space, image.data(),
-                                 reinterpret_cast<lsa_flag_options *>(memory), 6, 1, &store.err),
-      6u);
+  EXPECT_EQ(store(lsa_flag_options_unmarshal, image.data(),
+                  reinterpret_cast<lsa_flag_options *>(memory), 6, 1),
+            6u);
   EXPECT_EQ(light::header(memory)->variant, 0) << "limited";
   EXPECT_EQ(light::header(memory)->created_variant, 9);
   EXPECT_EQ(light::header(memory)->obj_flags, OBJ_NESTED);
@@ -152,9 +141,8 @@ TEST(FlagSetUnmarshal, TakesBitsThatTheSetDoesNotName) {
   Store store;
   alignas(8) std::uint8_t memory[24] = {};
   const Image image{0, 0, 0, 0, 5, 0xFF};
-  ospfv2_lsa_body_flags_options_unmarshal(store, space, image.data(),
-                                          reinterpret_cast<ospfv2_lsa_body_flags_options *>(memory),
-                                          6, 0, &store.err);
+  store(ospfv2_lsa_body_flags_options_unmarshal, image.data(),
+        reinterpret_cast<ospfv2_lsa_body_flags_options *>(memory), 6, 0);
   EXPECT_EQ(light::flags(memory)->flags, 0xFF);
   EXPECT_EQ(store.err, 0u);
 }
@@ -164,10 +152,9 @@ TEST(FlagSetUnmarshal, PassesOverTheBytesOfALaterVariantAndTellsSo) {
   alignas(8) std::uint8_t memory[24] = {};
   const Image image{1, 0, 0, 0, 9, 0x03, 1, 2, 3, 4};
   TraceLog traced;
-  EXPECT_EQ(
-      lsa_flag_options_unmarshal(store, space, image.data(),
-                                 reinterpret_cast<lsa_flag_options *>(memory), 10, 0, &store.err),
-      10u);
+  EXPECT_EQ(store(lsa_flag_options_unmarshal, image.data(),
+                  reinterpret_cast<lsa_flag_options *>(memory), 10, 0),
+            10u);
   EXPECT_EQ(light::flags(memory)->flags, 0x03);
   EXPECT_EQ(traced.texts(), std::vector<std::string>{
                                 "offset_jump read_len 6 offset_jump_base 1 _kelp_variant_jump 9"});
@@ -181,11 +168,10 @@ TEST(FlagSetUnmarshal, EachSetHasAMessageOfItsOwn) {
   const Image image{0, 0, 0, 0, 6, 0x01, 0};
   TraceLog traced;
   for (const auto *type : harbor::model::all_flag_sets) {
-    auto *unmarshal =
-        light::operation<std::uint32_t(kelp_handle *, std::uint32_t, const void *, void *,
-                                       std::int32_t, std::uint32_t, std::uint32_t *)>(
-            std::string(type->name), "unmarshal");
-    EXPECT_EQ(unmarshal(store, space, image.data(), memory, 7, 0, &store.err), 7u);
+    std::uint32_t (*unmarshal)(kelp_handle *, std::uint32_t, const void *, void *, std::int32_t,
+                               std::uint32_t, std::uint32_t *) =
+        light::operation(std::string(type->name), "unmarshal");
+    EXPECT_EQ(store(unmarshal, image.data(), memory, 7, 0), 7u);
   }
   ASSERT_EQ(traced.messages().size(), 4u);
   for (std::size_t at = 1; at < 4; ++at) {
@@ -198,10 +184,9 @@ TEST(FlagSetUnmarshal, OfASmallerJumpWordKeepsThePosition) {
   alignas(8) std::uint8_t memory[24] = {};
   const Image image{0, 0, 0, 0, 4, 0x01};
   TraceLog traced;
-  EXPECT_EQ(
-      lsa_flag_options_unmarshal(store, space, image.data(),
-                                 reinterpret_cast<lsa_flag_options *>(memory), 6, 0, &store.err),
-      6u);
+  EXPECT_EQ(store(lsa_flag_options_unmarshal, image.data(),
+                  reinterpret_cast<lsa_flag_options *>(memory), 6, 0),
+            6u);
   EXPECT_TRUE(traced.empty());
 }
 
@@ -209,10 +194,9 @@ TEST(FlagSetUnmarshal, TakesTheByteWithoutATestOfTheLength) {
   Store store;
   alignas(8) std::uint8_t memory[24] = {};
   const Image image{0, 0, 0, 0, 4, 0x01};
-  EXPECT_EQ(
-      lsa_flag_options_unmarshal(store, space, image.data(),
-                                 reinterpret_cast<lsa_flag_options *>(memory), 5, 0, &store.err),
-      6u);
+  EXPECT_EQ(store(lsa_flag_options_unmarshal, image.data(),
+                  reinterpret_cast<lsa_flag_options *>(memory), 5, 0),
+            6u);
   EXPECT_EQ(light::flags(memory)->flags, 0x01);
   EXPECT_EQ(store.err, 0u);
 }
@@ -221,12 +205,10 @@ TEST(FlagSetUnmarshal, WithoutAnyLengthFailsWithTwelveAndStoresNothing) {
   Store store;
   alignas(8) std::uint8_t memory[24] = {};
   const Image image{0, 0, 0, 0, 5, 1};
-  EXPECT_EQ(
-      lsa_flag_options_unmarshal(store, space, image.data(),
-                                 reinterpret_cast<lsa_flag_options *>(memory), 0, 0, &store.err),
-      0u);
-  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store(lsa_flag_options_unmarshal, image.data(),
+                  reinterpret_cast<lsa_flag_options *>(memory), 0, 0),
+            0u);
+  store.expect_failure(KELP_ERR_NO_MEMORY);
   EXPECT_EQ(light::header(memory)->tinfo, nullptr);
 }
 
@@ -236,13 +218,11 @@ TEST(FlagSetPrint, ShowsEachSetFlagWithABlankBehindIt) {
   Store store;
   Options object(store, 0x09);
   char buffer[256] = {};
-  const std::uint32_t written =
-      lsa_flag_options_print(store, space, buffer, 2, "peer", object, 256, &store.err);
+  const std::uint32_t written = store(lsa_flag_options_print, buffer, 2, "peer", object, 256);
   EXPECT_EQ(written, std::strlen(buffer));
   EXPECT_STREQ(buffer, "  peer@lsa_flag_options:LSA_FLAG_OPTIONS_DC LSA_FLAG_OPTIONS_E \n");
   object.flags() = 0;
-  const std::uint32_t empty =
-      lsa_flag_options_print(store, space, buffer, 0, "peer", object, 256, &store.err);
+  const std::uint32_t empty = store(lsa_flag_options_print, buffer, 0, "peer", object, 256);
   EXPECT_EQ(std::string(buffer, empty), "peer@lsa_flag_options:\n");
 }
 
@@ -250,15 +230,14 @@ TEST(FlagSetPrint, ShowsBitSevenAndNothingBeyondTheNamedBits) {
   Store store;
   Options object(store, 0x80);
   char buffer[256];
-  const std::uint32_t written =
-      lsa_flag_options_print(store, space, buffer, 0, "o", object, 256, &store.err);
+  const std::uint32_t written = store(lsa_flag_options_print, buffer, 0, "o", object, 256);
   EXPECT_EQ(std::string(buffer, written), "o@lsa_flag_options:LSA_FLAG_OPTIONS_AF \n");
 
   harbor::FlagObject other{};
   other.flags = 0xF8;
-  const std::uint32_t beyond = ospfv2_lsa_body_flags_options_print(
-      store, space, buffer, 0, "o", reinterpret_cast<ospfv2_lsa_body_flags_options *>(&other), 256,
-      &store.err);
+  const std::uint32_t beyond =
+      store(ospfv2_lsa_body_flags_options_print, buffer, 0, "o",
+            reinterpret_cast<ospfv2_lsa_body_flags_options *>(&other), 256);
   EXPECT_EQ(std::string(buffer, beyond), "o@ospfv2_lsa_body_flags_options:\n");
 }
 
@@ -266,8 +245,7 @@ TEST(FlagSetPrint, OfNullShowsAnErrorForEachBit) {
   Store store;
   char buffer[256];
   CallLog calls;
-  const std::uint32_t written =
-      lsa_flag_options_print(store, space, buffer, 0, "o", nullptr, 256, &store.err);
+  const std::uint32_t written = store(lsa_flag_options_print, buffer, 0, "o", nullptr, 256);
   EXPECT_EQ(std::string(buffer, written), "o@lsa_flag_options:ERR ERR ERR ERR ERR ERR ERR ERR \n");
   EXPECT_EQ(calls.count("kelp_store_epoch_err"), 8u);
   EXPECT_EQ(store.err, 0u) << "the word is not touched";
@@ -302,19 +280,18 @@ TEST(FlagSetToXml, HoldsAnEmptyElementForEachSetFlag) {
   Store store;
   Options object(store, 0x81);
   char buffer[256] = {};
-  const std::uint32_t written =
-      lsa_flag_options_to_xml(store, space, "o", buffer, object, 256, 2, &store.err);
+  const std::uint32_t written = store(lsa_flag_options_to_xml, "o", buffer, object, 256, 2);
   EXPECT_EQ(written, std::strlen(buffer));
   EXPECT_STREQ(buffer, "<o><LSA_FLAG_OPTIONS_DC/><LSA_FLAG_OPTIONS_AF/></o>");
   object.flags() = 0;
-  lsa_flag_options_to_xml(store, space, "o", buffer, object, 256, 0, &store.err);
+  store(lsa_flag_options_to_xml, "o", buffer, object, 256, 0);
   EXPECT_STREQ(buffer, "<o></o>");
 }
 
 TEST(FlagSetToXml, OfNullHoldsAnErrorForEachBit) {
   Store store;
   char buffer[256];
-  ospfv2_lsa_body_flags_options_to_xml(store, space, "o", buffer, nullptr, 256, 0, &store.err);
+  store(ospfv2_lsa_body_flags_options_to_xml, "o", buffer, nullptr, 256, 0);
   EXPECT_STREQ(buffer, "<o><error>ERR</error><error>ERR</error><error>ERR</error></o>");
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(store.last_error(), KELP_ERR_EPOCH);
@@ -375,35 +352,12 @@ TEST(FlagSetFromXml, TellsThePathOfALookupThatFails) {
   char message[64] = "untouched";
   CallLog calls;
   lsa_flag_options_from_xml(store, space, "o", document, object, &store.err, message, 64);
-  EXPECT_EQ(store.err, KELP_ERR_INVALID);
-  EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
+  store.expect_failure(KELP_ERR_INVALID);
   EXPECT_STREQ(message, "Failed xpath: o");
   EXPECT_EQ(object.flags(), 0x40);
   EXPECT_EQ(calls.count("xml_get_element_value"), 1u);
 }
 
 // --- an earlier failure ------------------------------------------------------------------------
-
-TEST(FlagSetEncodings, DoNothingUnderAnEarlierFailure) {
-  Store store;
-  Options object(store, 0x09);
-  kelp_store_err(store, 9);
-  store.err = 5;
-  Image image(6, 0xEE);
-  char buffer[16] = "kept";
-  Document document("<o><LSA_FLAG_OPTIONS_P/></o>");
-  CallLog calls(store);
-  EXPECT_EQ(lsa_flag_options_marshal(store, space, image.data(), object, 6, &store.err), 0u);
-  EXPECT_EQ(lsa_flag_options_unmarshal(store, space, image.data(), object, 6, 0, &store.err), 0u);
-  EXPECT_EQ(lsa_flag_options_print(store, space, buffer, 0, "n", object, 16, &store.err), 0u);
-  EXPECT_EQ(lsa_flag_options_to_xml(store, space, "n", buffer, object, 16, 0, &store.err), 0u);
-  lsa_flag_options_from_xml(store, space, "//o", document, object, &store.err, nullptr, 0);
-  EXPECT_TRUE(calls.calls().empty());
-  EXPECT_EQ(image, Image(6, 0xEE));
-  EXPECT_STREQ(buffer, "kept");
-  EXPECT_EQ(object.flags(), 0x09);
-  EXPECT_EQ(store.err, 5u);
-  EXPECT_EQ(store.last_error(), 9);
-}
 
 }  // namespace

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "module/message_text.hpp"
@@ -42,6 +44,25 @@ class Store {
   // A further handle on the same database; it ends with the store.
   kelp_handle *another_handle(StoreOptions options);
 
+  static constexpr std::uint32_t space = 7;
+  // Calls an exported function in that space, with the handle before the arguments and the error
+  // word behind them where it takes one.
+  template <typename Function, typename... Arguments>
+  auto operator()(Function *function, Arguments &&...arguments) {
+    if constexpr (std::is_invocable_v<Function *, kelp_handle *, std::uint32_t, Arguments...,
+                                      std::uint32_t *>) {
+      return function(handle_, space, std::forward<Arguments>(arguments)..., &err);
+    } else {
+      return function(handle_, space, std::forward<Arguments>(arguments)...);
+    }
+  }
+  // Takes the failure that a call left in the word and as the handle's last error.
+  void expect_failure(std::uint32_t code) {
+    EXPECT_EQ(err, code);
+    EXPECT_EQ(last_error(), static_cast<std::int32_t>(code));
+    err = 0;
+  }
+
   void set_variant(const char *type_name, std::int32_t variant);
   std::int32_t last_error() const { return kelp_handle_last_error(handle_, nullptr); }
   std::uint64_t live_allocations() const;
@@ -56,6 +77,55 @@ class Store {
   kelp_database *database_ = nullptr;
   kelp_handle *handle_ = nullptr;
   std::vector<kelp_handle *> others_;
+};
+
+// An object that is made by a function of its type and ends with its scope by another.
+template <typename Type>
+class Owned {
+ public:
+  using Create = Type *(kelp_handle *, std::uint32_t);
+  using Destroy = void(kelp_handle *, std::uint32_t, Type *);
+  Owned(kelp_handle *handle, Create *create, Destroy *destroy)
+      : handle_(handle), object_(create(handle, 0)), destroy_(destroy) {}
+  ~Owned() { destroy_(handle_, 0, object_); }
+  Owned(const Owned &) = delete;
+  Owned &operator=(const Owned &) = delete;
+  operator Type *() const { return object_; }
+  Type *get() const { return object_; }
+
+ private:
+  kelp_handle *handle_;
+  Type *object_;
+  Destroy *destroy_;
+};
+#define OWNED(handle, type, name) harness::Owned name(handle, type##_create, type##_destroy)
+
+// A store with one object in it, made at the variant that the domain then gives to the type.
+template <typename Type>
+class Single {
+ public:
+  Single(typename Owned<Type>::Create *create, typename Owned<Type>::Destroy *destroy,
+         StoreOptions options = {}, const char *type = nullptr, std::int32_t variant = 0)
+      : store(options), destroy_(destroy) {
+    if (type != nullptr) store.set_variant(type, variant);
+    object = create(store, 0);
+  }
+  ~Single() { destroy_(store, 0, object); }
+  Single(const Single &) = delete;
+  Single &operator=(const Single &) = delete;
+
+  // Calls an exported function with the object as the first argument.
+  template <typename Function, typename... Arguments>
+  auto operator()(Function *function, Arguments &&...arguments) {
+    return store(function, object, std::forward<Arguments>(arguments)...);
+  }
+  void expect_failure(std::uint32_t code) { store.expect_failure(code); }
+
+  Store store;
+  Type *object;
+
+ private:
+  typename Owned<Type>::Destroy *destroy_;
 };
 
 // One announced range, relative to an object when it lies in it.

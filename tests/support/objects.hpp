@@ -24,7 +24,7 @@ using Bytes = std::vector<std::uint8_t>;
 // A text that an arm can take over.
 inline kelp_vstring *text_arm(harness::Store &store, const char *text) {
   kelp_vstring *arm = kelp_vstring_create(store, 0);
-  kelp_vstring_assign(store, 0, arm, text, std::strlen(text), &store.err);
+  store(kelp_vstring_assign, arm, text, std::strlen(text));
   return arm;
 }
 

@@ -367,9 +367,7 @@ TEST(AllTables, InsertAndDeleteKeepCountsAndMarks) {
       EXPECT_EQ(key->rec_flags, std::uint32_t{REC_IN_TABLE});
       EXPECT_EQ(key->record_table, nullptr);
       table.call<void>("delete" + twin, table.table, key, &table.err);
-      EXPECT_EQ(table.err, KELP_ERR_NOT_FOUND);
-      EXPECT_EQ(table.last_error(), KELP_ERR_NOT_FOUND);
-      table.err = 0;
+      table.expect_failure(KELP_ERR_NOT_FOUND);
       {
         const CallLog log;
         table.call<void>("request_record_destroy" + twin, table.table, plain, &table.err);

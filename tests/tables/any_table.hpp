@@ -80,7 +80,6 @@ class AnyTable : public Store {
     EXPECT_EQ(word, 0u);
   }
 
-  static constexpr std::uint32_t space = 7;
   const Schema &schema;
   const std::string name;
   kelp_table *const table;

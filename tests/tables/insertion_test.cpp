@@ -35,9 +35,8 @@ TEST(Insertion, ASecondEqualRecordGives17AndIsUnchanged) {
   const Record second = areas.record(1);
   TraceLog traced;
   WriteWatch watch(areas);
-  tbl_ospf_area_insert(areas, 0, areas.table, second, &areas.err);
-  EXPECT_EQ(areas.err, KELP_ERR_EXISTS);
-  EXPECT_EQ(areas.last_error(), KELP_ERR_EXISTS);
+  areas(tbl_ospf_area_insert, areas.table, second);
+  areas.expect_failure(KELP_ERR_EXISTS);
   EXPECT_EQ(shell(areas.table)->record_count, 1u);
   EXPECT_EQ(shell(second)->record_table, nullptr);
   EXPECT_EQ(shell(second)->rec_flags, 0u);
@@ -52,29 +51,28 @@ TEST(Insertion, ADuplicateOfAQuietHandleIsNotTold) {
   areas.inserted(1);
   const Record second = areas.record(1);
   const TraceLog traced;
-  tbl_ospf_area_insert(areas, 0, areas.table, second, &areas.err);
-  EXPECT_EQ(areas.err, KELP_ERR_EXISTS);
-  EXPECT_EQ(areas.last_error(), KELP_ERR_EXISTS);
+  areas(tbl_ospf_area_insert, areas.table, second);
+  areas.expect_failure(KELP_ERR_EXISTS);
   EXPECT_TRUE(traced.empty());
   areas.destroy(second);
 }
 
 TEST(Insertion, TheDuplicateMessageOfACompositeKeyEndsInABlank) {
   Store store;
-  auto *table = tbl_ospfv2_link_table_open(store, 0, "links", 0, &store.err);
+  auto *table = store(tbl_ospfv2_link_table_open, "links", 0);
   const auto record = [&] { return tbl_ospfv2_link_record_create_cr(store, 1); };
   auto *first = record();
   auto *second = record();
-  tbl_ospfv2_link_insert(store, 0, table, first, &store.err);
+  store(tbl_ospfv2_link_insert, table, first);
   const TraceLog traced;
-  tbl_ospfv2_link_insert(store, 0, table, second, &store.err);
+  store(tbl_ospfv2_link_insert, table, second);
   EXPECT_EQ(store.err, KELP_ERR_EXISTS);
   EXPECT_EQ(traced.texts(),
             std::vector<std::string>{"tbl_ospfv2_link insert record exists for ospfv2_link_key "});
   store.err = 0;
-  tbl_ospfv2_link_destroy_record(store, 0, first, &store.err);
-  tbl_ospfv2_link_destroy_record(store, 0, second, &store.err);
-  tbl_ospfv2_link_table_free(store, 0, table, &store.err);
+  store(tbl_ospfv2_link_destroy_record, first);
+  store(tbl_ospfv2_link_destroy_record, second);
+  store(tbl_ospfv2_link_table_free, table);
   EXPECT_EQ(store.err, 0u);
 }
 
@@ -96,9 +94,8 @@ TEST(Insertion, TheSameKeyGoesInOnceForEachTenant) {
 TEST(Insertion, ANullRecordGives17OverAnotherCode) {
   AreaTable areas;
   areas.err = 9;
-  tbl_ospf_area_insert(areas, 0, areas.table, nullptr, &areas.err);
-  EXPECT_EQ(areas.err, KELP_ERR_EXISTS);
-  EXPECT_EQ(areas.last_error(), KELP_ERR_EXISTS);
+  areas(tbl_ospf_area_insert, areas.table, nullptr);
+  areas.expect_failure(KELP_ERR_EXISTS);
 }
 
 TEST(Insertion, AnErrorPresentStopsAnInsert) {
@@ -106,7 +103,7 @@ TEST(Insertion, AnErrorPresentStopsAnInsert) {
   const Record record = areas.record(1);
   areas.err = 9;
   kelp_store_err(areas, 5);
-  tbl_ospf_area_insert(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_insert, areas.table, record);
   EXPECT_EQ(areas.err, 9u);
   EXPECT_EQ(areas.last_error(), 5);
   EXPECT_EQ(shell(areas.table)->record_count, 0u);
@@ -138,14 +135,14 @@ TEST(Insertion, AnInsertCallsThePlatformInThisOrder) {
   AreaTable areas;
   const Record plain = areas.record(1), followed = areas.record(2);
   CallLog log;
-  tbl_ospf_area_insert(areas, 0, areas.table, plain, &areas.err);
+  areas(tbl_ospf_area_insert, areas.table, plain);
   EXPECT_EQ(log.calls(),
             (std::vector<std::string>{"kelp_clear_last_error", "e_avl_insert", "mt_get_tenant_id",
                                       "kelpdb_table_are_cursors_enabled"}));
   areas.enable_cursors(true);
   log.clear();
   const Tenant five(5);
-  tbl_ospf_area_insert(areas, 0, areas.table, followed, &areas.err);
+  areas(tbl_ospf_area_insert, areas.table, followed);
   const std::vector<std::string> in_order{
       "kelp_clear_last_error",
       "e_avl_insert",
@@ -176,7 +173,7 @@ TEST(Insertion, TheCountedTenantIsTheCallersAtTheInsert) {
   }
   {
     const Tenant five(5);
-    tbl_ospf_area_insert(areas, 0, areas.table, record, &areas.err);
+    areas(tbl_ospf_area_insert, areas.table, record);
     EXPECT_EQ(tbl_ospf_area_table_get_count(areas, 0, areas.table), 1u);
   }
   const Tenant four(4);
@@ -187,12 +184,12 @@ TEST(Insertion, TheCountedTenantIsTheCallersAtTheInsert) {
 TEST(Insertion, TheKeyMarkFollowsTheLatestInsert) {
   AreaTable areas;
   const Record record = areas.record(1);
-  tbl_ospf_area_pkey_insert(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_pkey_insert, areas.table, record);
   EXPECT_EQ(shell(record)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE | REC_PKEY));
-  tbl_ospf_area_delete(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_delete, areas.table, record);
   EXPECT_EQ(shell(record)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE));
   shell(record)->rec_flags |= REC_PKEY;
-  tbl_ospf_area_insert_unsafe(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_insert_unsafe, areas.table, record);
   EXPECT_EQ(shell(record)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE));
   EXPECT_EQ(areas.err, 0u);
 }
@@ -201,7 +198,7 @@ TEST(Insertion, AnInsertClearsAPendingEndAndKeepsForeignFlags) {
   AreaTable areas;
   const Record record = areas.record(1);
   shell(record)->rec_flags = REC_PENDING_DESTROY | REC_HD_MAPPED;
-  tbl_ospf_area_insert(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_insert, areas.table, record);
   EXPECT_EQ(shell(record)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE | REC_HD_MAPPED));
 }
 
@@ -241,12 +238,12 @@ TEST(Insertion, ADeletedRecordLosesItsTableAndKeepsItsFlagAndItsReference) {
 TEST(Insertion, ADeleteOfAShadowLowersBothCounts) {
   AreaTable areas;
   const Record shadow = areas.inserted(1, 255);
-  tbl_ospf_area_delete_unsafe(areas, 0, areas.table, shadow, &areas.err);
+  areas(tbl_ospf_area_delete_unsafe, areas.table, shadow);
   EXPECT_EQ(shell(areas.table)->record_count, 0u);
   EXPECT_EQ(shell(areas.table)->shadow_count, 0u);
-  tbl_ospf_area_insert(areas, 0, areas.table, shadow, &areas.err);
+  areas(tbl_ospf_area_insert, areas.table, shadow);
   shell(areas.table)->shadow_count = 0;
-  tbl_ospf_area_delete(areas, 0, areas.table, shadow, &areas.err);
+  areas(tbl_ospf_area_delete, areas.table, shadow);
   EXPECT_EQ(shell(areas.table)->shadow_count, 0u);
   EXPECT_EQ(areas.err, 0u);
   areas.destroy(shadow);
@@ -257,7 +254,7 @@ TEST(Insertion, ADeleteOfARecordThatWaitsLowersThePendingCountWithoutATestFor0) 
   const Record record = areas.inserted(1);
   shell(record)->rec_flags |= REC_PENDING_DESTROY;
   shell(areas.table)->pending_destroy_count = 0;
-  tbl_ospf_area_delete(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_delete, areas.table, record);
   EXPECT_EQ(shell(areas.table)->pending_destroy_count, 0xFFFFFFFFu);
   shell(areas.table)->pending_destroy_count = 0;
   areas.destroy(record);
@@ -272,9 +269,8 @@ TEST(Insertion, ADeleteOfARecordThatIsNotInGives2AndChangesNoCount) {
   const TraceLog traced;
   const Tenant five(5);
   CallLog log;
-  tbl_ospf_area_delete(areas, 0, areas.table, stranger, &areas.err);
-  EXPECT_EQ(areas.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(areas.last_error(), KELP_ERR_NOT_FOUND);
+  areas(tbl_ospf_area_delete, areas.table, stranger);
+  areas.expect_failure(KELP_ERR_NOT_FOUND);
   EXPECT_EQ(shell(stranger)->record_table, nullptr);
   EXPECT_EQ(shell(stranger)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE));
   EXPECT_EQ(shell(areas.table)->record_count, 1u);
@@ -289,7 +285,7 @@ TEST(Insertion, ADeleteAtCount0IsToldAndNotReported) {
   const Record record = areas.inserted(1);
   shell(areas.table)->record_count = 0;
   const TraceLog traced;
-  tbl_ospf_area_delete(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_delete, areas.table, record);
   EXPECT_EQ(areas.err, 0u);
   EXPECT_EQ(shell(areas.table)->record_count, 0u);
   EXPECT_EQ(traced.texts(),
@@ -302,9 +298,8 @@ TEST(Insertion, WithCursorsOnlyTheCollectorDeletes) {
   const Record record = areas.inserted(1);
   areas.enable_cursors(false);
   TraceLog traced;
-  tbl_ospf_area_delete(areas, 0, areas.table, record, &areas.err);
-  EXPECT_EQ(areas.err, KELP_ERR_INVALID);
-  EXPECT_EQ(areas.last_error(), KELP_ERR_INVALID);
+  areas(tbl_ospf_area_delete, areas.table, record);
+  areas.expect_failure(KELP_ERR_INVALID);
   EXPECT_EQ(nodes_of(areas).size(), 1u);
   EXPECT_EQ(shell(record)->record_table, shell(areas.table));
   constexpr char refused[] =
@@ -312,7 +307,7 @@ TEST(Insertion, WithCursorsOnlyTheCollectorDeletes) {
   EXPECT_TRUE(traced.has(3, refused));
   areas.err = 0;
   areas.handle()->collector_context = 1;
-  tbl_ospf_area_delete(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_delete, areas.table, record);
   EXPECT_EQ(areas.err, 0u);
   EXPECT_TRUE(nodes_of(areas).empty());
   areas.destroy(record);
@@ -322,7 +317,7 @@ TEST(Insertion, AnErrorPresentStopsADelete) {
   AreaTable areas;
   const Record record = areas.inserted(1);
   areas.err = 9;
-  tbl_ospf_area_delete(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_delete, areas.table, record);
   EXPECT_EQ(areas.err, 9u);
   EXPECT_EQ(nodes_of(areas).size(), 1u);
 }
@@ -361,7 +356,7 @@ TEST(Insertion, ADestroyTakesTheRecordOutOfItsTable) {
   kelp_variant_entry &entry = entry_of(_tbl_ospf_area_table_record_type_info_internal);
   const std::uint64_t destroyed = entry.destroy_count;
   const Record record = areas.inserted(1);
-  tbl_ospf_area_destroy_record(areas, 0, record, &areas.err);
+  areas(tbl_ospf_area_destroy_record, record);
   EXPECT_EQ(areas.err, 0u);
   EXPECT_EQ(shell(areas.table)->record_count, 0u);
   EXPECT_EQ(areas.live_allocations(), live);
@@ -371,7 +366,7 @@ TEST(Insertion, ADestroyTakesTheRecordOutOfItsTable) {
 TEST(Insertion, TwoReferencesNeedTwoDestroys) {
   AreaTable areas;
   const Record record = areas.inserted(1);
-  tbl_ospf_area_record_add_ref(areas, 0, record, &areas.err);
+  areas(tbl_ospf_area_record_add_ref, record);
   {
     WriteWatch watch(areas);
     tbl_ospf_area_destroy_record(areas, 8, record, &areas.err);
@@ -383,7 +378,7 @@ TEST(Insertion, TwoReferencesNeedTwoDestroys) {
   }
   EXPECT_EQ(shell(record)->ref_word, 1u);
   EXPECT_EQ(nodes_of(areas).size(), 1u);
-  tbl_ospf_area_destroy_record_unsafe(areas, 0, record, &areas.err);
+  areas(tbl_ospf_area_destroy_record_unsafe, record);
   EXPECT_TRUE(nodes_of(areas).empty());
 }
 
@@ -392,7 +387,7 @@ TEST(Insertion, ADestroyAtCount0WrapsAndFreesNothing) {
   const Record record = areas.record(1);
   shell(record)->ref_word = 0xAA000000;
   const std::uint64_t live = areas.live_allocations();
-  tbl_ospf_area_destroy_record(areas, 0, record, &areas.err);
+  areas(tbl_ospf_area_destroy_record, record);
   EXPECT_EQ(shell(record)->ref_word, 0xFFFFFFu);
   EXPECT_EQ(areas.live_allocations(), live);
   shell(record)->ref_word = 1;
@@ -401,12 +396,11 @@ TEST(Insertion, ADestroyAtCount0WrapsAndFreesNothing) {
 
 TEST(Insertion, ADestroyOfNullGives2AndUnderAnErrorDoesNothing) {
   AreaTable areas;
-  tbl_ospf_area_destroy_record(areas, 0, nullptr, &areas.err);
-  EXPECT_EQ(areas.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(areas.last_error(), KELP_ERR_NOT_FOUND);
+  areas(tbl_ospf_area_destroy_record, nullptr);
+  areas.expect_failure(KELP_ERR_NOT_FOUND);
   const Record record = areas.record(1);
   areas.err = 9;
-  tbl_ospf_area_destroy_record(areas, 0, record, &areas.err);
+  areas(tbl_ospf_area_destroy_record, record);
   EXPECT_EQ(areas.err, 9u);
   EXPECT_EQ(shell(record)->ref_word, 1u);
   areas.destroy(record);
@@ -414,7 +408,7 @@ TEST(Insertion, ADestroyOfNullGives2AndUnderAnErrorDoesNothing) {
 
 TEST(Insertion, ADestroyOfAnEmptyRecordPasses) {
   AreaTable areas;
-  const Record record = tbl_ospf_area_create_record(areas, 0, &areas.err);
+  const Record record = areas(tbl_ospf_area_create_record);
   tbl_ospf_area_record_destroy_cr(areas, record);
   EXPECT_EQ(areas.handle()->cr_err, 0u);
 }
@@ -441,7 +435,7 @@ TEST(Insertion, ACompositeRecordEndsItsKeyBeforeItsData) {
   const void *key = tbl_ospfv2_link_ospfv2_link_key_get_field(store, 0, record);
   const void *link = tbl_ospfv2_link_ospfv2_link_get_field(store, 0, record);
   WriteWatch watch(store);
-  tbl_ospfv2_link_destroy_record(store, 0, record, &store.err);
+  store(tbl_ospfv2_link_destroy_record, record);
   std::vector<const void *> ended;
   for (const auto &write : watch.writes()) {
     if (write.address == key || write.address == link) ended.push_back(write.address);
@@ -455,7 +449,7 @@ TEST(Insertion, ADestroyUnderCursorsTellsOfTheRefusedDeleteAndGoesOn) {
   areas.enable_cursors(false);
   {
     TraceLog traced;
-    tbl_ospf_area_destroy_record(areas, 0, record, &areas.err);
+    areas(tbl_ospf_area_destroy_record, record);
     EXPECT_EQ(areas.err, 0u);
     EXPECT_EQ(traced.texts().at(0),
               "tbl_ospf_area_delete() cannot be direclty used when the table is marked for "
@@ -501,7 +495,7 @@ TEST(Insertion, AHandleMappingThatStaysKeepsTheRecordAllocated) {
   {
     const TraceLog traced;
     const Failing failing("kelp_hd_mapping_destroy", 5);
-    tbl_ospf_area_destroy_record(areas, 0, record, &areas.err);
+    areas(tbl_ospf_area_destroy_record, record);
     EXPECT_EQ(areas.err, 5u);
     EXPECT_EQ(areas.last_error(), 5);
     EXPECT_TRUE(traced.has(3,
@@ -516,26 +510,24 @@ TEST(Insertion, AHandleMappingThatStaysKeepsTheRecordAllocated) {
 
 TEST(InsertionDeathTest, ADestroyOfABrokenRecordEndsTheProcess) {
   AreaTable areas;
-  const Record record = tbl_ospf_area_create_record(areas, 0, &areas.err);
+  const Record record = areas(tbl_ospf_area_create_record);
   kelp_type_record broken = _tbl_ospf_area_table_record_type_info_internal;
   broken.magic = 0xbeeff00c;
   shell(record)->header.tinfo = &broken;
-  EXPECT_FATAL(tbl_ospf_area_destroy_record(areas, 0, record, &areas.err),
-               "tinfo is null or corrupted");
+  EXPECT_FATAL(areas(tbl_ospf_area_destroy_record, record), "tinfo is null or corrupted");
   shell(record)->header.tinfo = nullptr;
-  EXPECT_FATAL(tbl_ospf_area_destroy_record(areas, 0, record, &areas.err),
-               "tinfo is null or corrupted");
+  EXPECT_FATAL(areas(tbl_ospf_area_destroy_record, record), "tinfo is null or corrupted");
   broken.magic = KELP_TYPE_MAGIC;
   broken.varinfo = nullptr;
   shell(record)->header.tinfo = &broken;
-  EXPECT_FATAL(tbl_ospf_area_destroy_record(areas, 0, record, &areas.err), "varinfo is NULL");
+  EXPECT_FATAL(areas(tbl_ospf_area_destroy_record, record), "varinfo is NULL");
   shell(record)->header.tinfo = &_tbl_ospf_area_table_record_type_info_internal;
   areas.destroy(record);
 }
 
 TEST(Insertion, ADestroyUnderANegativeNumberOfVariantsTellsSo) {
   AreaTable areas;
-  const Record record = tbl_ospf_area_create_record(areas, 0, &areas.err);
+  const Record record = areas(tbl_ospf_area_create_record);
   kelp_variant_info &variants = *_tbl_ospf_area_table_record_type_info_internal.varinfo;
   variants.n_variants = -1;
   const TraceLog traced;
@@ -549,9 +541,8 @@ TEST(Insertion, ADestroyUnderANegativeNumberOfVariantsTellsSo) {
 TEST(Insertion, ARequestOnATableWithoutCursorsGives22AndLeavesTheRecord) {
   AreaTable areas;
   const Record record = areas.inserted(1);
-  tbl_ospf_area_request_record_destroy(areas, 0, areas.table, record, &areas.err);
-  EXPECT_EQ(areas.err, KELP_ERR_INVALID);
-  EXPECT_EQ(areas.last_error(), KELP_ERR_INVALID);
+  areas(tbl_ospf_area_request_record_destroy, areas.table, record);
+  areas.expect_failure(KELP_ERR_INVALID);
   EXPECT_EQ(shell(record)->rec_flags, static_cast<std::uint32_t>(REC_IN_TABLE));
   EXPECT_EQ(shell(areas.table)->pending_destroy_count, 0u);
 }
@@ -560,7 +551,7 @@ TEST(Insertion, ARequestForANullRecordGives22) {
   AreaTable areas;
   areas.enable_cursors(false);
   const CallLog log;
-  tbl_ospf_area_request_record_destroy(areas, 0, areas.table, nullptr, &areas.err);
+  areas(tbl_ospf_area_request_record_destroy, areas.table, nullptr);
   EXPECT_EQ(areas.err, KELP_ERR_INVALID);
   EXPECT_EQ(log.count("kelpdb_table_are_cursors_enabled"), 1u);
   EXPECT_EQ(log.count("kelpdb_request_record_destroy"), 0u);
@@ -570,7 +561,7 @@ TEST(Insertion, ARequestUnderCursorsMarksTheRecordAndTheCollectorEndsIt) {
   AreaTable areas;
   const Record record = areas.inserted(1);
   areas.enable_cursors(false);
-  tbl_ospf_area_request_record_destroy_unsafe(areas, 0, areas.table, record, &areas.err);
+  areas(tbl_ospf_area_request_record_destroy_unsafe, areas.table, record);
   EXPECT_EQ(areas.err, 0u);
   EXPECT_NE(shell(record)->rec_flags & REC_PENDING_DESTROY, 0u);
   EXPECT_EQ(shell(areas.table)->pending_destroy_count, 1u);
@@ -587,7 +578,7 @@ TEST(Insertion, ARequestThatTheRuntimeRefusesIsTold) {
   areas.enable_cursors(false);
   const Record stranger = areas.record(1);
   const TraceLog traced;
-  tbl_ospf_area_request_record_destroy(areas, 0, areas.table, stranger, &areas.err);
+  areas(tbl_ospf_area_request_record_destroy, areas.table, stranger);
   EXPECT_EQ(areas.err, KELP_ERR_INVALID);
   EXPECT_TRUE(traced.has(3, "tbl_ospf_area request destroy record failed"));
   areas.destroy(stranger);

@@ -30,7 +30,7 @@ void free_table(Store &store, Table table) {
 }
 
 Table open_named(Store &store, const std::string &name, std::uint32_t read_only = 0) {
-  return tbl_ospf_area_table_open(store, 0, name.c_str(), read_only, &store.err);
+  return store(tbl_ospf_area_table_open, name.c_str(), read_only);
 }
 
 // Tables opened by id leave the block in which their ids are kept.
@@ -53,7 +53,7 @@ TEST(Open, TheSameNameGivesTheSameTableWhichIsCountedOnce) {
   const std::uint64_t created = entry.create_count;
   const Table table = open_named(store, "areas");
   EXPECT_EQ(open_named(store, "areas"), table);
-  EXPECT_EQ(tbl_ospf_area_table_open_unsafe(store, 0, "areas", 1, &store.err), table);
+  EXPECT_EQ(store(tbl_ospf_area_table_open_unsafe, "areas", 1), table);
   EXPECT_EQ(entry.create_count, created + 1);
   free_table(store, table);
 }
@@ -97,19 +97,18 @@ TEST(Open, APathOf208CharactersGives7) {
   ASSERT_NE(table, nullptr);
   EXPECT_EQ(std::strlen(shell(table)->tbl_name), 207u);
   EXPECT_EQ(open_named(store, std::string(175, 'n')), nullptr);
-  EXPECT_EQ(store.err, KELP_ERR_TOO_LONG);
-  EXPECT_EQ(store.last_error(), KELP_ERR_TOO_LONG);
+  store.expect_failure(KELP_ERR_TOO_LONG);
   free_table(store, table);
 }
 
 TEST(Open, TablesOfTwoTypesMayShareAName) {
   Store store;
   const Table areas = open_named(store, "a/b");
-  auto *interfaces = tbl_ospf_interface_table_open(store, 0, "a/b", 0, &store.err);
+  auto *interfaces = store(tbl_ospf_interface_table_open, "a/b", 0);
   EXPECT_NE(static_cast<void *>(areas), static_cast<void *>(interfaces));
   EXPECT_EQ(store.err, 0u);
   free_table(store, areas);
-  tbl_ospf_interface_table_free(store, 0, interfaces, &store.err);
+  store(tbl_ospf_interface_table_free, interfaces);
 }
 
 TEST(Open, AnErrorPresentGivesNullWithoutATrace) {
@@ -278,7 +277,7 @@ TEST(Open, AFailureToFindIsToldWithItsTextByNameAndById) {
   traced.clear();
   store.err = 0;
   kelp_database_fail_after(store.database(), KELP_FAULT_TOC_FIND, 0);
-  EXPECT_EQ(tbl_ospf_area_table_open_by_id(store, 0, 1, 0, &store.err), nullptr);
+  EXPECT_EQ(store(tbl_ospf_area_table_open_by_id, 1, 0), nullptr);
   EXPECT_EQ(store.err, 5u);
   ASSERT_EQ(traced.messages().size(), 1u);
   EXPECT_EQ(traced.messages()[0].index, 1052u + 8);
@@ -288,8 +287,7 @@ TEST(Open, WithoutMemoryForTheTableTheOpenGives12) {
   Store store;
   store.fail_allocation(0);
   EXPECT_EQ(open_named(store, "areas"), nullptr);
-  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  store.expect_failure(KELP_ERR_NO_MEMORY);
 }
 
 TEST(OpenDeathTest, ARefusedDeclarationEndsTheProcess) {
@@ -320,7 +318,7 @@ TEST(OpenDeathTest, AMissingVariantInfoEndsTheProcess) {
   EXPECT_FATAL(
       {
         _tbl_ospf_area_table_type_info_internal.varinfo = nullptr;
-        tbl_ospf_area_table_free(store, 0, table, &store.err);
+        store(tbl_ospf_area_table_free, table);
       },
       "varinfo is NULL");
   free_table(store, table);
@@ -349,7 +347,7 @@ TEST(Open, ARefusedDynamicTableIsCalledSo) {
   Store store({.may_leave = 1});
   const TraceLog traced;
   kelp_database_fail_after(store.database(), KELP_FAULT_TOC_INSERT, 0);
-  EXPECT_EQ(tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err), nullptr);
+  EXPECT_EQ(store(tbl_ospf_area_table_open_auto_id, 0), nullptr);
   EXPECT_TRUE(traced.has(3, "Failed to insert dynamic table tbl_ospf_area into the TOC"));
   store.handle()->force_toc_delete = 1;
   free_table(store, reinterpret_cast<Table>(kelp_database_next_table(store.database(), nullptr)));
@@ -361,7 +359,7 @@ TEST(Open, AutomaticIdsCountUp) {
   Store store(with_ids());
   std::vector<Table> tables;
   for (std::uint64_t id = 0; id < 3; ++id) {
-    const Table table = tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err);
+    const Table table = store(tbl_ospf_area_table_open_auto_id, 0);
     ASSERT_NE(table, nullptr);
     EXPECT_EQ(shell(table)->table_id, id);
     EXPECT_EQ(shell(table)->open_type, 2u);
@@ -375,17 +373,17 @@ TEST(Open, AutomaticIdsCountUp) {
 
 TEST(Open, AnIdAboveTheNextRaisesItAndOneBelowItDoesNot) {
   Store store(with_ids());
-  const Table first = tbl_ospf_area_table_open_by_id(store, 0, 2, 0, &store.err);
+  const Table first = store(tbl_ospf_area_table_open_by_id, 2, 0);
   ASSERT_EQ(id_root(store)->tbi_next_id, 3u);
-  const Table ten = tbl_ospf_area_table_open_by_id_unsafe(store, 0, 10, 0, &store.err);
+  const Table ten = store(tbl_ospf_area_table_open_by_id_unsafe, 10, 0);
   EXPECT_EQ(id_root(store)->tbi_next_id, 11u);
   free_table(store, first);
-  const Table two = tbl_ospf_area_table_open_by_id(store, 0, 2, 0, &store.err);
+  const Table two = store(tbl_ospf_area_table_open_by_id, 2, 0);
   EXPECT_EQ(id_root(store)->tbi_next_id, 12u);
   EXPECT_EQ(shell(ten)->table_id, 10u);
   EXPECT_EQ(shell(ten)->open_type, 1u);
   EXPECT_STREQ(shell(ten)->tbl_name, "");
-  EXPECT_EQ(tbl_ospf_area_table_open_by_id(store, 0, 10, 1, &store.err), ten);
+  EXPECT_EQ(store(tbl_ospf_area_table_open_by_id, 10, 1), ten);
   EXPECT_EQ(id_root(store)->tbi_next_id, 12u);
   free_table(store, ten);
   free_table(store, two);
@@ -411,12 +409,12 @@ TEST(OpenById, ARootThatAnotherThreadPutsThereMeanwhileIsNotTaken) {
   intruder = &other;
   intruded.clear();
   std::vector<Table> tables;
-  tables.push_back(tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err));
+  tables.push_back(store(tbl_ospf_area_table_open_auto_id, 0));
   kelp_tbi_root *root = id_root(store);
   ASSERT_NE(root, nullptr);
   {
     const harness::ReplacedCall meeting("lumen_in_range", answer_after_the_other_thread);
-    tables.push_back(tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err));
+    tables.push_back(store(tbl_ospf_area_table_open_auto_id, 0));
   }
   EXPECT_EQ(store.err, 0u);
   ASSERT_EQ(intruded.size(), 1u);
@@ -429,8 +427,8 @@ TEST(OpenById, ARootThatAnotherThreadPutsThereMeanwhileIsNotTaken) {
 
 TEST(Open, AReaderTakesNoAutomaticId) {
   Store store(with_ids());
-  const Table table = tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err);
-  EXPECT_EQ(tbl_ospf_area_table_open_auto_id(store, 0, 1, &store.err), nullptr);
+  const Table table = store(tbl_ospf_area_table_open_auto_id, 0);
+  EXPECT_EQ(store(tbl_ospf_area_table_open_auto_id, 1), nullptr);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(id_root(store)->tbi_next_id, 1u);
   free_table(store, table);
@@ -439,7 +437,7 @@ TEST(Open, AReaderTakesNoAutomaticId) {
 TEST(Open, AReaderMakesNoPlaceForIds) {
   Store store;
   const TraceLog traced;
-  EXPECT_EQ(tbl_ospf_area_table_open_by_id(store, 0, 1, 1, &store.err), nullptr);
+  EXPECT_EQ(store(tbl_ospf_area_table_open_by_id, 1, 1), nullptr);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(id_root(store), nullptr);
   EXPECT_EQ(traced.texts(), std::vector<std::string>{"reader cannot allocate table ID root\\n"});
@@ -449,9 +447,8 @@ TEST(Open, AReaderMakesNoPlaceForIds) {
 TEST(Open, WithoutMemoryForTheIdsTheOpenGives12) {
   Store store;
   store.fail_allocation(0);
-  EXPECT_EQ(tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err), nullptr);
-  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  EXPECT_EQ(store(tbl_ospf_area_table_open_auto_id, 0), nullptr);
+  store.expect_failure(KELP_ERR_NO_MEMORY);
   EXPECT_EQ(id_root(store), nullptr);
 }
 
@@ -459,7 +456,7 @@ TEST(Open, AStoreThatCannotKeepTheIdsIsToldOfAndTheOpenGoesOn) {
   Store store(with_ids());
   const TraceLog traced;
   kelp_database_fail_after(store.database(), KELP_FAULT_SET_KEY, 0);
-  const Table table = tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err);
+  const Table table = store(tbl_ospf_area_table_open_auto_id, 0);
   ASSERT_NE(table, nullptr);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(id_root(store), nullptr);
@@ -469,10 +466,10 @@ TEST(Open, AStoreThatCannotKeepTheIdsIsToldOfAndTheOpenGoesOn) {
 
 TEST(Open, EachStoreHasItsOwnIds) {
   Store first(with_ids()), second(with_ids());
-  const Table a = tbl_ospf_area_table_open_by_id(first, 0, 40, 0, &first.err);
-  const Table b = tbl_ospf_area_table_open_auto_id(second, 0, 0, &second.err);
+  const Table a = first(tbl_ospf_area_table_open_by_id, 40, 0);
+  const Table b = second(tbl_ospf_area_table_open_auto_id, 0);
   EXPECT_EQ(shell(b)->table_id, 0u);
-  const Table c = tbl_ospf_area_table_open_auto_id(first, 0, 0, &first.err);
+  const Table c = first(tbl_ospf_area_table_open_auto_id, 0);
   EXPECT_EQ(shell(c)->table_id, 41u);
   free_table(first, a);
   free_table(second, b);
@@ -481,8 +478,8 @@ TEST(Open, EachStoreHasItsOwnIds) {
 
 TEST(Open, FreeingAnIdLowersTheCountAndKeepsTheNext) {
   Store store(with_ids());
-  const Table table = tbl_ospf_area_table_open_by_id(store, 0, 6, 0, &store.err);
-  const Table other = tbl_ospf_area_table_open_auto_id(store, 0, 0, &store.err);
+  const Table table = store(tbl_ospf_area_table_open_by_id, 6, 0);
+  const Table other = store(tbl_ospf_area_table_open_auto_id, 0);
   free_table(store, table);
   EXPECT_EQ(id_root(store)->tbi_table_count, 1u);
   EXPECT_EQ(id_root(store)->tbi_next_id, 8u);
@@ -492,13 +489,12 @@ TEST(Open, FreeingAnIdLowersTheCountAndKeepsTheNext) {
 
 TEST(Open, TheIdsOfATableThatAreGoneGive2AtTheFree) {
   Store store(with_ids());
-  const Table table = tbl_ospf_area_table_open_by_id(store, 0, 6, 0, &store.err);
+  const Table table = store(tbl_ospf_area_table_open_by_id, 6, 0);
   kelp_tbi_root *root = id_root(store);
   lumen_set_key(store.handle()->obj_pool, ("__kelp_TBI__" + luid_text).c_str(), nullptr);
   store.handle()->obj_free(store.handle()->obj_pool, 0, root);
-  tbl_ospf_area_table_free(store, 0, table, &store.err);
-  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
+  store(tbl_ospf_area_table_free, table);
+  store.expect_failure(KELP_ERR_NOT_FOUND);
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), shell(table));
 }
 
@@ -509,17 +505,15 @@ TEST(Open, ATableMadeByIorHasThatOid) {
   kelp_oid ior{};
   ior.handle_word = 0x1000;
   std::memset(ior.id, 0x5A, sizeof ior.id);
-  const Table named =
-      tbl_ospf_area_table_open_by_ior_with_name(store, 0, "areas", &ior, 0, 1, &store.err);
+  const Table named = store(tbl_ospf_area_table_open_by_ior_with_name, "areas", &ior, 0, 1);
   ASSERT_NE(named, nullptr);
-  kelp_oid oid = kelp_handle_to_oid(store, 0, named, KELP_OID_KIND_TABLE, 0, &store.err);
+  kelp_oid oid = store(kelp_handle_to_oid, named, KELP_OID_KIND_TABLE, 0);
   EXPECT_EQ(std::memcmp(oid.id, ior.id, sizeof ior.id), 0);
   std::memset(ior.id, 0x5B, sizeof ior.id);
-  const Table numbered =
-      tbl_ospf_area_table_open_by_ior_with_id_unsafe(store, 0, 9, &ior, 0, 0, &store.err);
+  const Table numbered = store(tbl_ospf_area_table_open_by_ior_with_id_unsafe, 9, &ior, 0, 0);
   ASSERT_NE(numbered, nullptr);
   EXPECT_EQ(shell(numbered)->table_id, 9u);
-  oid = kelp_handle_to_oid(store, 0, numbered, KELP_OID_KIND_TABLE, 0, &store.err);
+  oid = store(kelp_handle_to_oid, numbered, KELP_OID_KIND_TABLE, 0);
   EXPECT_EQ(std::memcmp(oid.id, ior.id, sizeof ior.id), 0);
   EXPECT_EQ(store.err, 0u);
   free_table(store, named);
@@ -560,16 +554,16 @@ TEST(Close, ATableOfAnyStateStaysAsItIs) {
   areas.inserted(1);
   kelp_store_err(areas, 5);
   areas.err = 9;
-  tbl_ospf_area_table_close(areas, 0, areas.table, &areas.err);
+  areas(tbl_ospf_area_table_close, areas.table);
   EXPECT_EQ(areas.last_error(), 5);
   EXPECT_EQ(areas.err, 9u);
   areas.err = 0;
   const std::uint64_t live = areas.live_allocations();
-  tbl_ospf_area_table_close_unsafe(areas, 0, areas.table, &areas.err);
+  areas(tbl_ospf_area_table_close_unsafe, areas.table);
   EXPECT_EQ(areas.last_error(), 0);
   EXPECT_EQ(areas.live_allocations(), live);
   EXPECT_EQ(open_named(areas, "areas"), areas.table);
-  tbl_ospf_area_table_close(areas, 0, nullptr, &areas.err);
+  areas(tbl_ospf_area_table_close, nullptr);
   EXPECT_EQ(areas.err, 0u);
 }
 
@@ -648,7 +642,7 @@ TEST(FreeDeathTest, ARefusedDeclarationEndsTheProcess) {
       EXPECT_FATAL(
           {
             kelp_database_fail_after(store.database(), KELP_FAULT_RANGE, at);
-            tbl_ospf_area_table_free(store, 0, table, &store.err);
+            store(tbl_ospf_area_table_free, table);
           },
           "lumen internal error");
     }
@@ -674,7 +668,7 @@ TEST(Free, AnErrorPresentStopsAFree) {
   const Table table = open_named(store, "areas");
   store.err = 9;
   const CallLog log;
-  tbl_ospf_area_table_free_unsafe(store, 0, table, &store.err);
+  store(tbl_ospf_area_table_free_unsafe, table);
   EXPECT_EQ(store.err, 9u);
   EXPECT_TRUE(log.calls().empty());
   free_table(store, table);
@@ -683,14 +677,13 @@ TEST(Free, AnErrorPresentStopsAFree) {
 TEST(Free, WhileReferencesRemainAFreeGives11AndCanBeRepeated) {
   Store store;
   const Table table = open_named(store, "areas");
-  kelplib_lookup_and_update_oid_ref_count(store, 0, table, KELP_OID_INCREMENT, &store.err);
+  store(kelplib_lookup_and_update_oid_ref_count, table, KELP_OID_INCREMENT);
   ASSERT_EQ(store.err, 0u);
-  tbl_ospf_area_table_free(store, 0, table, &store.err);
-  EXPECT_EQ(store.err, KELP_ERR_AGAIN);
-  EXPECT_EQ(store.last_error(), KELP_ERR_AGAIN);
+  store(tbl_ospf_area_table_free, table);
+  store.expect_failure(KELP_ERR_AGAIN);
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), shell(table));
   store.err = 0;
-  kelplib_lookup_and_update_oid_ref_count(store, 0, table, KELP_OID_DECREMENT, &store.err);
+  store(kelplib_lookup_and_update_oid_ref_count, table, KELP_OID_DECREMENT);
   free_table(store, table);
 }
 
@@ -705,7 +698,7 @@ TEST(Free, InASharedDatabaseAnApplicationOnlyTakesTheTableOutOfTheToc) {
   {
     const TraceLog traced;
     const CallLog log;
-    tbl_ospf_area_table_free(store, 0, table, &store.err);
+    store(tbl_ospf_area_table_free, table);
     EXPECT_EQ(store.err, 0u);
     EXPECT_EQ(traced.texts(), std::vector<std::string>{shared_free});
     EXPECT_TRUE(traced.has(7, shared_free));
@@ -727,7 +720,7 @@ TEST(Free, AFailureOfThatTakingOutIsTold) {
   const Table table = open_named(store, "areas");
   TraceLog traced;
   kelp_database_fail_after(store.database(), KELP_FAULT_TOC_DELETE, 0);
-  tbl_ospf_area_table_free(store, 0, table, &store.err);
+  store(tbl_ospf_area_table_free, table);
   EXPECT_EQ(store.err, 5u);
   ASSERT_EQ(traced.messages().size(), 2u);
   EXPECT_EQ(traced.messages()[1].index, 1052u + 22);
@@ -743,7 +736,7 @@ TEST(Free, EachFailureOnTheWayIsToldAndLeavesTheTable) {
   const Table table = open_named(store, "areas");
   TraceLog traced;
   const auto failed_free = [&](const std::string &text, std::uint32_t offset) {
-    tbl_ospf_area_table_free(store, 0, table, &store.err);
+    store(tbl_ospf_area_table_free, table);
     EXPECT_EQ(store.err, 5u);
     ASSERT_EQ(traced.messages().size(), 1u);
     EXPECT_EQ(traced.messages()[0].text, text + "Input/output error");
@@ -775,7 +768,7 @@ TEST(Free, AMissingTocRootIsToldAsSuccessText) {
   {
     const TraceLog traced;
     const Failing failing("kelpdb_database_toc_open", 0);
-    tbl_ospf_area_table_free(store, 0, table, &store.err);
+    store(tbl_ospf_area_table_free, table);
     EXPECT_EQ(store.err, 0u);
     EXPECT_TRUE(traced.has(3, "Failed to get toc root while freeing tablle. Error Success"));
   }
@@ -791,7 +784,7 @@ TEST(RequestFree, OnAPrivateDatabaseIsToldAndFrees) {
   Store store;
   const Table table = open_named(store, "areas");
   const TraceLog traced;
-  tbl_ospf_area_request_table_free(store, 0, table, &store.err);
+  store(tbl_ospf_area_request_table_free, table);
   EXPECT_EQ(store.err, 0u);
   EXPECT_TRUE(traced.has(3, only_shared));
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), nullptr);
@@ -801,7 +794,7 @@ TEST(RequestFree, WithCursorsTheFreeIsTheCollectors) {
   AreaTable areas;
   areas.enable_cursors(false);
   const CallLog log;
-  tbl_ospf_area_request_table_free_unsafe(areas, 0, areas.table, &areas.err);
+  areas(tbl_ospf_area_request_table_free_unsafe, areas.table);
   EXPECT_EQ(areas.err, 0u);
   EXPECT_EQ(log.count("kelpdb_database_toc_delete"), 1u);
   EXPECT_EQ(log.count("kelp_request_oid_mapping_destroy"), 0u);
@@ -814,7 +807,7 @@ TEST(RequestFree, OnASharedDatabaseIsNotTold) {
   const Table table = open_named(store, "areas");
   TraceLog traced;
   store.handle()->collector_context = 1;
-  tbl_ospf_area_request_table_free(store, 0, table, &store.err);
+  store(tbl_ospf_area_request_table_free, table);
   EXPECT_EQ(store.err, 0u);
   EXPECT_FALSE(traced.has(3, only_shared));
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), nullptr);
@@ -826,7 +819,7 @@ TEST(RequestFree, ATableThatIsNotInTheTocIsForgiven) {
   {
     const Failing failing("kelpdb_database_toc_delete", 2);
     store.handle()->force_toc_delete = 1;
-    tbl_ospf_area_request_table_free(store, 0, table, &store.err);
+    store(tbl_ospf_area_request_table_free, table);
     EXPECT_EQ(store.err, 0u);
   }
   EXPECT_EQ(kelp_database_next_table(store.database(), nullptr), nullptr);
@@ -837,26 +830,26 @@ TEST(RequestFree, EachFailureOnTheWayIsTold) {
   const Table table = open_named(store, "areas");
   TraceLog traced;
   kelp_database_fail_after(store.database(), KELP_FAULT_TOC_OPEN, 0);
-  tbl_ospf_area_request_table_free(store, 0, table, &store.err);
+  store(tbl_ospf_area_request_table_free, table);
   EXPECT_EQ(store.err, 5u);
   EXPECT_TRUE(
       traced.has(3, "Failed to get TOC root while freeing table. Error Input/output error"));
   store.err = 0;
   kelp_database_fail_after(store.database(), KELP_FAULT_TOC_DELETE, 0);
-  tbl_ospf_area_request_table_free(store, 0, table, &store.err);
+  store(tbl_ospf_area_request_table_free, table);
   EXPECT_EQ(store.err, 5u);
   EXPECT_TRUE(traced.has(3,
                          "Failed to perform toc delete for table tbl_ospf_area. Error "
                          "Input/output error"));
   store.err = 0;
-  kelplib_lookup_and_update_oid_ref_count(store, 0, table, KELP_OID_INCREMENT, &store.err);
-  tbl_ospf_area_request_table_free(store, 0, table, &store.err);
+  store(kelplib_lookup_and_update_oid_ref_count, table, KELP_OID_INCREMENT);
+  store(tbl_ospf_area_request_table_free, table);
   EXPECT_EQ(store.err, KELP_ERR_AGAIN);
   EXPECT_TRUE(traced.has(3,
                          "Failed to destroy tbl_ospf_area table, Error Resource temporarily "
                          "unavailable"));
   store.err = 0;
-  kelplib_lookup_and_update_oid_ref_count(store, 0, table, KELP_OID_DECREMENT, &store.err);
+  store(kelplib_lookup_and_update_oid_ref_count, table, KELP_OID_DECREMENT);
   free_table(store, table);
 }
 
@@ -865,7 +858,7 @@ TEST(RequestFree, AnErrorPresentStopsIt) {
   const Table table = open_named(store, "areas");
   store.err = 9;
   const CallLog log;
-  tbl_ospf_area_request_table_free(store, 0, table, &store.err);
+  store(tbl_ospf_area_request_table_free, table);
   EXPECT_EQ(store.err, 9u);
   EXPECT_TRUE(log.calls().empty());
   free_table(store, table);

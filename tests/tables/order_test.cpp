@@ -76,15 +76,13 @@ struct Shell {
 
 TEST(Order, ANarrowIntegerKeyIsComparedWhole) {
   Store store;
-  auto *low = ospfv2_unknown_tlv_create(store, 0);
-  auto *high = ospfv2_unknown_tlv_create(store, 0);
-  ospfv2_unknown_tlv_type_set_value(store, 0, low, 0x00FF, &store.err);
-  ospfv2_unknown_tlv_type_set_value(store, 0, high, 0xFF00, &store.err);
+  OWNED(store, ospfv2_unknown_tlv, low);
+  OWNED(store, ospfv2_unknown_tlv, high);
+  store(ospfv2_unknown_tlv_type_set_value, low, 0x00FF);
+  store(ospfv2_unknown_tlv_type_set_value, high, 0xFF00);
   const Shell a(low), b(high);
   EXPECT_EQ(tbl_ospfv2_unknown_tlv_ospfv2_unknown_tlv_type_avl_compare(a.node(), b.node()), before);
   EXPECT_EQ(tbl_ospfv2_unknown_tlv_ospfv2_unknown_tlv_type_avl_compare(b.node(), a.node()), after);
-  ospfv2_unknown_tlv_destroy(store, 0, low);
-  ospfv2_unknown_tlv_destroy(store, 0, high);
 }
 
 ospf_interface *interface_named(Store &store, const char *name) {
@@ -92,7 +90,7 @@ ospf_interface *interface_named(Store &store, const char *name) {
   kelp_vstring text{};
   text.text = const_cast<char *>(name);
   text.length = static_cast<std::uint32_t>(std::strlen(name));
-  kelp_vstring *place = ospf_interface_name_get(store, 0, made, &store.err);
+  kelp_vstring *place = store(ospf_interface_name_get, made);
   place->text =
       static_cast<char *>(store.handle()->obj_alloc(store.handle()->obj_pool, 0, text.length + 1));
   std::memcpy(place->text, name, text.length + 1);
@@ -105,9 +103,8 @@ TEST(Order, TextKeysAreComparedByTheirType) {
   auto *low = interface_named(store, "ge-0/0/1");
   auto *high = interface_named(store, "ge-0/0/2");
   const Shell a(low), b(high);
-  const std::int32_t sign =
-      kelp_vstring_compare(ospf_interface_name_get(store, 0, low, &store.err),
-                           ospf_interface_name_get(store, 0, high, &store.err));
+  const std::int32_t sign = kelp_vstring_compare(store(ospf_interface_name_get, low),
+                                                 store(ospf_interface_name_get, high));
   ASSERT_LT(sign, 0);
   EXPECT_EQ(tbl_ospf_interface_ospf_interface_name_avl_compare(a.node(), b.node()), before);
   EXPECT_EQ(tbl_ospf_interface_ospf_interface_name_avl_compare(b.node(), a.node()), after);
@@ -118,43 +115,39 @@ TEST(Order, TextKeysAreComparedByTheirType) {
 
 TEST(Order, AddressKeysAreComparedByTheirType) {
   Store store;
-  auto *low = ospf_static_neighbor_create(store, 0);
-  auto *high = ospf_static_neighbor_create(store, 0);
+  OWNED(store, ospf_static_neighbor, low);
+  OWNED(store, ospf_static_neighbor, high);
   ip_address address{};
   ASSERT_EQ(ip_address_parse("10.0.0.1", &address), 0u);
-  ospf_static_neighbor_address_set(store, 0, low, &address, &store.err);
+  store(ospf_static_neighbor_address_set, low, &address);
   ASSERT_EQ(ip_address_parse("10.0.0.2", &address), 0u);
-  ospf_static_neighbor_address_set(store, 0, high, &address, &store.err);
+  store(ospf_static_neighbor_address_set, high, &address);
   const Shell a(low), b(high);
   EXPECT_EQ(tbl_ospf_static_neighbor_ospf_static_neighbor_address_avl_compare(a.node(), b.node()),
             before);
   EXPECT_EQ(tbl_ospf_static_neighbor_ospf_static_neighbor_address_avl_compare(b.node(), a.node()),
             after);
-  ospf_static_neighbor_destroy(store, 0, low);
-  ospf_static_neighbor_destroy(store, 0, high);
 }
 
 TEST(Order, EnumerationKeysGiveADifferenceAndTheOrderOnlyItsSign) {
   Store store;
-  auto *low = ospf_instance_create(store, 0);
-  auto *high = ospf_instance_create(store, 0);
-  ospf_instance_af_set_value(store, 0, high, 1, &store.err);
+  OWNED(store, ospf_instance, low);
+  OWNED(store, ospf_instance, high);
+  store(ospf_instance_af_set_value, high, 1);
   ASSERT_EQ(store.err, 0u);
   const Shell a(low), b(high);
   EXPECT_EQ(tbl_ospf_instance_ospf_instance_af_avl_compare(a.node(), b.node()), before);
   EXPECT_EQ(tbl_ospf_instance_ospf_instance_af_avl_compare(b.node(), a.node()), after);
   EXPECT_EQ(tbl_ospf_instance_ospf_instance_af_avl_compare(b.node(), b.node()), equal);
-  ospf_instance_destroy(store, 0, low);
-  ospf_instance_destroy(store, 0, high);
 }
 
 TEST(Order, KeyObjectsAreComparedFieldByFieldAndANullOneSortsFirst) {
   Store store;
-  auto *low = ospfv2_link_key_create(store, 0);
-  auto *high = ospfv2_link_key_create(store, 0);
-  ospfv2_link_key_link_id_set_value(store, 0, low, 1, &store.err);
-  ospfv2_link_key_link_data_set_value(store, 0, low, 9, &store.err);
-  ospfv2_link_key_link_id_set_value(store, 0, high, 2, &store.err);
+  OWNED(store, ospfv2_link_key, low);
+  OWNED(store, ospfv2_link_key, high);
+  store(ospfv2_link_key_link_id_set_value, low, 1);
+  store(ospfv2_link_key_link_data_set_value, low, 9);
+  store(ospfv2_link_key_link_id_set_value, high, 2);
   const Shell a(low), b(high), none(nullptr);
   const auto order = tbl_ospfv2_link_ospfv2_link_key__avl_compare;
   EXPECT_EQ(order(a.node(), b.node()), before);
@@ -162,10 +155,8 @@ TEST(Order, KeyObjectsAreComparedFieldByFieldAndANullOneSortsFirst) {
   EXPECT_EQ(order(none.node(), a.node()), before);
   EXPECT_EQ(order(a.node(), none.node()), after);
   EXPECT_EQ(order(none.node(), none.node()), equal);
-  ospfv2_link_key_link_id_set_value(store, 0, high, 1, &store.err);
+  store(ospfv2_link_key_link_id_set_value, high, 1);
   EXPECT_EQ(order(a.node(), b.node()), after);
-  ospfv2_link_key_destroy(store, 0, low);
-  ospfv2_link_key_destroy(store, 0, high);
 }
 
 TEST(Order, ATableIsOrderedByItsComparator) {

@@ -110,7 +110,7 @@ TEST(Vft, GetWithAnErrorPresentLeavesTheOutputAndTellsAtDebug) {
   kelp_store_err(store, 5);
   store.err = 9;
   const TraceLog traced;
-  ospf_harbor_oper_table_get_vft(store, 0, table_tbl_ospf_area_luid, &vft, &store.err);
+  store(ospf_harbor_oper_table_get_vft, table_tbl_ospf_area_luid, &vft);
   EXPECT_EQ(vft, &tbl_ospf_table_vft);
   EXPECT_EQ(store.err, 9u);
   EXPECT_EQ(store.last_error(), 5);
@@ -123,10 +123,9 @@ TEST(Vft, GetOfAnUnknownLuidGivesNullAnd2) {
   Store store;
   const Luid unknown{};
   const kelp_table_vft *vft = &tbl_ospf_table_vft;
-  ospf_harbor_oper_table_get_vft(store, 0, unknown.data(), &vft, &store.err);
+  store(ospf_harbor_oper_table_get_vft, unknown.data(), &vft);
   EXPECT_EQ(vft, nullptr);
-  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
+  store.expect_failure(KELP_ERR_NOT_FOUND);
 }
 
 TEST(Vft, GetHandsOutTheCopyAndClearsTheLastError) {
@@ -134,7 +133,7 @@ TEST(Vft, GetHandsOutTheCopyAndClearsTheLastError) {
   for (const std::string &luid : luids_in_order()) {
     kelp_store_err(store, 5);
     const kelp_table_vft *vft = nullptr;
-    ospf_harbor_oper_table_get_vft(store, 0, luid_from(luid).data(), &vft, &store.err);
+    store(ospf_harbor_oper_table_get_vft, luid_from(luid).data(), &vft);
     EXPECT_EQ(store.err, 0u);
     EXPECT_EQ(store.last_error(), 0);
     const std::string name = "tbl_" + std::string(table_with(luid).name);
@@ -256,12 +255,12 @@ TEST(Vft, AFailedCopyIsNotTriedAgainAndStillHandsOutAVft) {
         const kelp_table_vft *vft = nullptr;
         {
           const harness::Failing failing("table_vft_cpy", 22);
-          ospf_harbor_oper_table_get_vft(store, 0, table_tbl_ospf_area_luid, &vft, &store.err);
+          store(ospf_harbor_oper_table_get_vft, table_tbl_ospf_area_luid, &vft);
         }
         const bool first = store.err == 22 && store.last_error() == 22 &&
                            vft == &ospf_harbor_oper_table_lut[11] && vft->name == nullptr;
         store.err = 0;
-        ospf_harbor_oper_table_get_vft(store, 0, table_tbl_ospf_area_luid, &vft, &store.err);
+        store(ospf_harbor_oper_table_get_vft, table_tbl_ospf_area_luid, &vft);
         const bool second = store.err == 0 && vft->name == nullptr &&
                             ospf_harbor_oper_table_vft_init() == 0 && vft->name == nullptr;
         std::exit(first && second ? 0 : 1);
@@ -307,9 +306,9 @@ TEST(Vft, IdentitiesOfATableAgree) {
 
 TEST(Vft, GetLuidHandsItsArgumentsOn) {
   harness::AreaTable areas;
-  const std::uint8_t *luid = tbl_ospf_area_get_luid(areas, 0, areas.table, &areas.err);
+  const std::uint8_t *luid = areas(tbl_ospf_area_get_luid, areas.table);
   EXPECT_EQ(std::memcmp(luid, table_tbl_ospf_area_luid, 16), 0);
-  EXPECT_EQ(tbl_ospf_area_get_luid(areas, 0, nullptr, &areas.err), nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_get_luid, nullptr), nullptr);
   EXPECT_EQ(areas.err, KELP_ERR_INVALID);
 }
 

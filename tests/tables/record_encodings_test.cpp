@@ -336,8 +336,7 @@ TEST(RecordEncodings, ALengthOf43HoldsTheLuidAndGivesTheObjects12) {
   EXPECT_EQ(
       record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, 43, &store.err),
       objects_at);
-  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  store.expect_failure(KELP_ERR_NO_MEMORY);
   EXPECT_TRUE(buffer.is_zero(header_length));
   EXPECT_EQ(std::memcmp(buffer.bytes.data() + header_length, table_tbl_ospf_area_luid, 16), 0);
   EXPECT_TRUE(buffer.is_untouched_from(objects_at));
@@ -418,8 +417,7 @@ TEST(RecordEncodings, AMissingObjectOverridesThe90OfAShortBuffer) {
   EXPECT_EQ(
       record.call<Writer>("table_record_marshal")(store, 0, buffer.data(), record, 26, &store.err),
       0u);
-  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
+  store.expect_failure(KELP_ERR_NOT_FOUND);
   EXPECT_TRUE(buffer.is_untouched_from(0));
 }
 
@@ -536,8 +534,7 @@ TEST(RecordEncodings, ReadingIntoNoRecordIs2) {
   void *held = nullptr;
   TraceLog traced;
   EXPECT_EQ(read_into(store, tables::ospf_area, &held, image, 1), 0u);
-  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
+  store.expect_failure(KELP_ERR_NOT_FOUND);
   EXPECT_EQ(held, nullptr);
   EXPECT_TRUE(traced.empty());
 }
@@ -549,8 +546,7 @@ TEST(RecordEncodings, ReadingIntoARecordWithoutItsObjectIs2BehindTheHeader) {
   const Record empty(store, tables::ospf_area, Record::Objects::none);
   void *held = empty;
   EXPECT_EQ(read_into(store, tables::ospf_area, &held, image, 1), objects_at);
-  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
+  store.expect_failure(KELP_ERR_NOT_FOUND);
   EXPECT_EQ(held, static_cast<void *>(empty));
   EXPECT_EQ(empty.slot(0), nullptr);
 }
@@ -576,8 +572,7 @@ TEST(RecordEncodings, WithoutMemoryForTheRecordReadingIs12AndLeavesThePointer) {
   void *held = &place;
   store.fail_allocation(0);
   EXPECT_EQ(read_into(store, tables::ospf_area, &held, image, 0), 0u);
-  EXPECT_EQ(store.err, KELP_ERR_NO_MEMORY);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_MEMORY);
+  store.expect_failure(KELP_ERR_NO_MEMORY);
   EXPECT_EQ(held, &place);
 }
 
@@ -712,19 +707,16 @@ TEST(RecordEncodings, AnIntegerKeyIsTheBareNumber) {
 TEST(RecordEncodings, ATypedKeyIsItsPrimitivesImage) {
   Store store;
   const Record interface(store, tables::ospf_interface);
-  kelp_vstring_assign(store, 0,
-                      &field<kelp_vstring>(interface.slot(0), types::ospf_interface, "name"),
-                      "eth0", 4, &store.err);
+  store(kelp_vstring_assign, &field<kelp_vstring>(interface.slot(0), types::ospf_interface, "name"),
+        "eth0", 4);
   EXPECT_EQ(key_image_of(store, interface), from_hex("00000004 65746830"));
   const Record neighbor(store, tables::ospf_neighbor);
   ip_address address = ip_address_make_ipv4(0x0A000001);
-  ospf_neighbor_neighbor_id_set(store, 0, static_cast<ospf_neighbor *>(neighbor.slot(0)), &address,
-                                &store.err);
+  store(ospf_neighbor_neighbor_id_set, static_cast<ospf_neighbor *>(neighbor.slot(0)), &address);
   EXPECT_EQ(key_image_of(store, neighbor),
             from_hex("04ff 0a000001 000000000000000000000000 00000000"));
   const Record instance(store, tables::ospf_instance);
-  ospf_instance_af_set_value(store, 0, static_cast<ospf_instance *>(instance.slot(0)), 1,
-                             &store.err);
+  store(ospf_instance_af_set_value, static_cast<ospf_instance *>(instance.slot(0)), 1);
   EXPECT_EQ(key_image_of(store, instance), from_hex("00 00000001"));
   EXPECT_EQ(store.err, 0u);
 }
@@ -877,8 +869,7 @@ TEST(RecordEncodings, TheRoomForAnObjectsTextIsMeasuredByItsImage) {
   // The closing line is still asked for, and the error word keeps it away.
   const CallLog log;
   EXPECT_EQ(rendered(store, record, "table_record_print", enough - 1), opening);
-  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
+  store.expect_failure(KELP_ERR_NO_ROOM);
   EXPECT_EQ(log.calls().back(), "kelp_print_space");
   EXPECT_EQ(log.count("kelp_print_space"), 2u);
 }
@@ -893,8 +884,7 @@ TEST(RecordEncodings, ASecondObjectWithoutRoomIs90BehindTheFirst) {
   EXPECT_EQ(rendered(store, record, "table_record_print",
                      static_cast<std::int32_t>(first.size()) + data_image - 1),
             first);
-  EXPECT_EQ(store.err, KELP_ERR_NO_ROOM);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NO_ROOM);
+  store.expect_failure(KELP_ERR_NO_ROOM);
 }
 
 TEST(RecordEncodings, AFailureInTheFirstObjectsTextKeepsTheSecondAway) {
@@ -1161,7 +1151,7 @@ TEST(RecordLength, IsTooSmallByTheElementsOfAnUntrackedObjectUnderATrackingHandl
   Record record(store, tables::link_scope_lsa);
   auto *lsa = static_cast<link_scope_lsa *>(record.slot(1));
   const std::vector<std::uint8_t> octets(26, 1);
-  link_scope_lsa_raw_data_set_mem(store, 0, lsa, octets.data(), 26, &store.err);
+  store(link_scope_lsa_raw_data_set_mem, lsa, octets.data(), 26);
   const auto length =
       function<Length>(tables::link_scope_lsa, "table_record_len")(tracking, 0, record);
   Bytes image(length + 64);

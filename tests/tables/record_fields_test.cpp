@@ -50,7 +50,7 @@ TEST(RecordFields, SetPlacesTheObjectAndMarksItEmbedded) {
 TEST(RecordFields, AnEmbeddedObjectIsRefusedAndTheRecordStaysAsItWas) {
   AreaRecord store;
   ospf_area *held = ospf_area_create(store, 0);
-  ospf_area *taken = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, taken);
   tbl_ospf_area_ospf_area_set_field(store, 0, store.record, held);
   ospf_area_set_instance_embedded(store, 0, taken);
   TraceLog traced;
@@ -63,18 +63,16 @@ TEST(RecordFields, AnEmbeddedObjectIsRefusedAndTheRecordStaysAsItWas) {
   EXPECT_EQ(traced.texts(), std::vector<std::string>{set_refused});
   EXPECT_TRUE(traced.has(3, set_refused));
   EXPECT_TRUE(watch.all().empty());
-  ospf_area_destroy(store, 0, taken);
 }
 
 TEST(RecordFields, ANestedObjectIsRefused) {
   AreaRecord store;
-  ospf_area *area = ospf_area_create(store, 0);
-  reinterpret_cast<kelp_object_header *>(area)->obj_flags |= OBJ_NESTED;
+  OWNED(store, ospf_area, area);
+  reinterpret_cast<kelp_object_header *>(area.get())->obj_flags |= OBJ_NESTED;
   tbl_ospf_area_ospf_area_set_field(store, 0, store.record, area);
   EXPECT_EQ(store.held(), nullptr);
   EXPECT_NE(store.last_error(), 0);
-  reinterpret_cast<kelp_object_header *>(area)->obj_flags = 0;
-  ospf_area_destroy(store, 0, area);
+  reinterpret_cast<kelp_object_header *>(area.get())->obj_flags = 0;
 }
 
 TEST(RecordFields, ANullObjectIsRefused) {
@@ -88,12 +86,11 @@ TEST(RecordFields, ANullObjectIsRefused) {
 
 TEST(RecordFields, SetOverwritesAnOldObjectWithoutDestroyingIt) {
   AreaRecord store;
-  ospf_area *old = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, old);
   tbl_ospf_area_ospf_area_set_field(store, 0, store.record, old);
   const std::uint64_t live = store.live_allocations();
   tbl_ospf_area_ospf_area_set_field(store, 0, store.record, ospf_area_create(store, 0));
   EXPECT_EQ(store.live_allocations(), live + 1);
-  ospf_area_destroy(store, 0, old);
 }
 
 TEST(RecordFields, FreeAndSetDestroysTheOldObject) {
@@ -110,7 +107,7 @@ TEST(RecordFields, FreeAndSetDestroysTheOldObject) {
 TEST(RecordFields, FreeAndSetOfARefusedObjectLeavesTheOldOne) {
   AreaRecord store;
   ospf_area *held = ospf_area_create(store, 0);
-  ospf_area *taken = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, taken);
   tbl_ospf_area_ospf_area_set_field(store, 0, store.record, held);
   ospf_area_set_instance_embedded(store, 0, taken);
   const TraceLog traced;
@@ -120,23 +117,21 @@ TEST(RecordFields, FreeAndSetOfARefusedObjectLeavesTheOldOne) {
   EXPECT_EQ(store.held(), held);
   EXPECT_EQ(traced.texts(), std::vector<std::string>{free_and_set_refused});
   EXPECT_TRUE(traced.has(3, free_and_set_refused));
-  ospf_area_destroy(store, 0, taken);
 }
 
 TEST(RecordFields, DetachGivesTheObjectUpAndLeavesItsMark) {
   AreaRecord store;
-  ospf_area *area = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, area);
   tbl_ospf_area_ospf_area_set_field(store, 0, store.record, area);
   WriteWatch watch(store);
   EXPECT_EQ(tbl_ospf_area_ospf_area_get_field_detach(store, 4, store.record), area);
   EXPECT_EQ(store.held(), nullptr);
-  EXPECT_EQ(flags_of(area) & OBJ_EMBEDDED, OBJ_EMBEDDED);
+  EXPECT_EQ(flags_of(area.get()) & OBJ_EMBEDDED, OBJ_EMBEDDED);
   const auto writes = watch.writes();
   ASSERT_EQ(writes.size(), 1u);
   EXPECT_EQ(writes[0].address, &shell(store.record)->objects[0]);
   EXPECT_EQ(writes[0].length, 8u);
   EXPECT_EQ(writes[0].space_id, 4u);
-  ospf_area_destroy(store, 0, area);
 }
 
 TEST(RecordFields, DetachOfNothingGivesNull) {
@@ -151,7 +146,7 @@ TEST(RecordFieldsDeathTest, GetOfANullRecordFaults) {
 
 TEST(RecordFields, ACompositeRecordHasItsKeyThenItsData) {
   Store store;
-  auto *record = tbl_ospfv2_link_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospfv2_link_create_record);
   auto *key = ospfv2_link_key_create(store, 0);
   auto *link = ospfv2_link_create(store, 0);
   tbl_ospfv2_link_ospfv2_link_set_field(store, 0, record, link);
@@ -160,13 +155,13 @@ TEST(RecordFields, ACompositeRecordHasItsKeyThenItsData) {
   EXPECT_EQ(tbl_ospfv2_link_ospfv2_link_key_get_field(store, 0, record), key);
   EXPECT_EQ(tbl_ospfv2_link_ospfv2_link_get_field(store, 0, record), link);
   EXPECT_EQ(shell(record)->objects[0], static_cast<void *>(key));
-  tbl_ospfv2_link_destroy_record(store, 0, record, &store.err);
+  store(tbl_ospfv2_link_destroy_record, record);
   EXPECT_EQ(store.err, 0u);
 }
 
 TEST(RecordFields, ACompositeTableHasItsRefusalsTwice) {
   Store store;
-  auto *record = tbl_ospfv2_link_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospfv2_link_create_record);
   TraceLog traced;
   tbl_ospfv2_link_ospfv2_link_key_set_field(store, 0, record, nullptr);
   tbl_ospfv2_link_ospfv2_link_key_free_and_set_field(store, 0, record, nullptr);
@@ -180,7 +175,7 @@ TEST(RecordFields, ACompositeTableHasItsRefusalsTwice) {
   EXPECT_EQ(offsets, (std::vector<std::uint32_t>{53, 54, 55, 56}));
   EXPECT_EQ(traced.texts(), (std::vector<std::string>{set_refused, free_and_set_refused,
                                                       set_refused, free_and_set_refused}));
-  tbl_ospfv2_link_destroy_record(store, 0, record, &store.err);
+  store(tbl_ospfv2_link_destroy_record, record);
 }
 
 TEST(RecordFields, CountsOfANullTableAreZero) {

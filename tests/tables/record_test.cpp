@@ -21,7 +21,7 @@ void destroy(Store &store, tbl_ospf_area_record *record) {
 TEST(Record, ACreateRunsWithAnErrorPresentAndClearsIt) {
   Store store;
   store.err = 9;
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   ASSERT_NE(record, nullptr);
   EXPECT_EQ(store.err, 0u);
   destroy(store, record);
@@ -32,7 +32,7 @@ TEST(Record, ANewRecordHasOneReferenceTheDefaultSourceAndNoTable) {
   const Tenant tenant(7);
   kelp_variant_entry &entry = entry_of(_tbl_ospf_area_table_record_type_info_internal);
   const std::uint64_t created = entry.create_count;
-  kelp_record *record = shell(tbl_ospf_area_create_record(store, 0, &store.err));
+  kelp_record *record = shell(store(tbl_ospf_area_create_record));
   EXPECT_EQ(record->header.tinfo, &_tbl_ospf_area_table_record_type_info_internal);
   EXPECT_EQ(record->record_table, nullptr);
   EXPECT_EQ(record->ref_word, 1u);
@@ -46,14 +46,14 @@ TEST(Record, ANewRecordHasOneReferenceTheDefaultSourceAndNoTable) {
 
 TEST(Record, TheTwoNamesOfCreateDoTheSame) {
   Store store;
-  auto *record = tbl_ospf_area_create_record_unsafe(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record_unsafe);
   EXPECT_EQ(shell(record)->src, 1);
   destroy(store, record);
 }
 
 TEST(Record, OnlyTheLowByteOfTheSourceCounts) {
   Store store;
-  auto *record = tbl_ospf_area_create_record_w_src(store, 0, 0x1FF, &store.err);
+  auto *record = store(tbl_ospf_area_create_record_w_src, 0x1FF);
   EXPECT_EQ(shell(record)->src, 255);
   destroy(store, record);
 }
@@ -81,7 +81,7 @@ TEST(Record, ACreateAllocatesNotifiesCountsAndThenAsksForTheTenant) {
   tbl_ospf_area_record *record = nullptr;
   {
     const CallLog log(store);
-    record = tbl_ospf_area_create_record(store, 0, &store.err);
+    record = store(tbl_ospf_area_create_record);
     EXPECT_EQ(log.calls(),
               (std::vector<std::string>{"xlog_module_init_fn", "obj_alloc", "write_notify",
                                         "counter_notify", "mt_get_tenant_id"}));
@@ -93,11 +93,11 @@ TEST(Record, WithoutMemoryACreateGivesNullAndLeavesTheErrorWord) {
   Store store;
   store.err = 9;
   store.fail_allocation(0);
-  EXPECT_EQ(tbl_ospf_area_create_record(store, 0, &store.err), nullptr);
+  EXPECT_EQ(store(tbl_ospf_area_create_record), nullptr);
   EXPECT_EQ(store.err, 9u);
   CallLog log;
   store.fail_allocation(0);
-  EXPECT_EQ(tbl_ospf_area_create_record(store, 0, &store.err), nullptr);
+  EXPECT_EQ(store(tbl_ospf_area_create_record), nullptr);
   EXPECT_EQ(log.count("kelp_store_err"), 0u);
 }
 
@@ -106,7 +106,7 @@ TEST(Record, TheStoreIsAnnouncedBeforeTheRuntimeIsAskedForItsCopy) {
   tbl_ospf_area_record *record = nullptr;
   {
     const CallLog log(store);
-    record = tbl_ospf_area_create_record(store, 0, &store.err);
+    record = store(tbl_ospf_area_create_record);
     EXPECT_EQ(log.only({"obj_alloc", "write_notify", "kelp_type_info_ptr_get", "counter_notify"}),
               (std::vector<std::string>{"obj_alloc", "write_notify", "kelp_type_info_ptr_get",
                                         "counter_notify"}));
@@ -116,7 +116,7 @@ TEST(Record, TheStoreIsAnnouncedBeforeTheRuntimeIsAskedForItsCopy) {
 
 TEST(Record, UnderSharedTypeRecordsARecordPointsAtTheRuntimesCopy) {
   Store store({.shared_tinfo = true});
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   const kelp_type_record *type = shell(record)->header.tinfo;
   EXPECT_NE(type, &_tbl_ospf_area_table_record_type_info_internal);
   EXPECT_STREQ(type->type_name, "tbl_ospf_area_record");
@@ -131,7 +131,7 @@ TEST(Record, ANegativeNumberOfVariantsIsToldAndTheCreateGoesOn) {
   kelp_variant_info &variants = *_tbl_ospf_area_table_record_type_info_internal.varinfo;
   variants.n_variants = -1;
   TraceLog traced;
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   ASSERT_NE(record, nullptr);
   EXPECT_TRUE(traced.has(6, "variant 0 requested only 4294967295 variants present"));
   variants.n_variants = 1;
@@ -143,7 +143,7 @@ TEST(Record, ZeroVariantsPassWithoutAMessage) {
   kelp_variant_info &variants = *_tbl_ospf_area_table_record_type_info_internal.varinfo;
   variants.n_variants = 0;
   const TraceLog traced;
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   variants.n_variants = 1;
   EXPECT_TRUE(traced.empty());
   destroy(store, record);
@@ -154,7 +154,7 @@ TEST(RecordDeathTest, ACreateWithoutVariantInfoEndsTheProcess) {
   EXPECT_FATAL(
       {
         _tbl_ospf_area_table_record_type_info_internal.varinfo = nullptr;
-        tbl_ospf_area_create_record(store, 0, &store.err);
+        store(tbl_ospf_area_create_record);
       },
       "varinfo is NULL");
 }
@@ -239,7 +239,7 @@ TEST(Record, TheNullRecordIsNeverFreed) {
 
 TEST(Record, AReferenceGivesTheCountBefore) {
   Store store;
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   {
     WriteWatch watch(store);
     EXPECT_EQ(tbl_ospf_area_record_add_ref(store, 3, record, &store.err), 1u);
@@ -250,16 +250,16 @@ TEST(Record, AReferenceGivesTheCountBefore) {
     EXPECT_EQ(writes[0].space_id, 3u);
   }
   EXPECT_EQ(shell(record)->ref_word, 2u);
-  EXPECT_EQ(tbl_ospf_area_record_add_ref_unsafe(store, 0, record, &store.err), 2u);
+  EXPECT_EQ(store(tbl_ospf_area_record_add_ref_unsafe, record), 2u);
   shell(record)->ref_word = 1;
   destroy(store, record);
 }
 
 TEST(Record, AReferenceLooksAtNoErrorWord) {
   Store store;
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   store.err = 9;
-  EXPECT_EQ(tbl_ospf_area_record_add_ref(store, 0, record, &store.err), 1u);
+  EXPECT_EQ(store(tbl_ospf_area_record_add_ref, record), 1u);
   EXPECT_EQ(store.err, 9u);
   shell(record)->ref_word = 1;
   destroy(store, record);
@@ -267,9 +267,9 @@ TEST(Record, AReferenceLooksAtNoErrorWord) {
 
 TEST(Record, TheHighByteOfTheReferenceWordGoesWithTheFirstChange) {
   Store store;
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   shell(record)->ref_word = 0xAB000005;
-  EXPECT_EQ(tbl_ospf_area_record_add_ref(store, 0, record, &store.err), 5u);
+  EXPECT_EQ(store(tbl_ospf_area_record_add_ref, record), 5u);
   EXPECT_EQ(shell(record)->ref_word, 6u);
   shell(record)->ref_word = 1;
   destroy(store, record);
@@ -277,21 +277,19 @@ TEST(Record, TheHighByteOfTheReferenceWordGoesWithTheFirstChange) {
 
 TEST(Record, AReferenceOnANullRecordGives2) {
   Store store;
-  EXPECT_EQ(tbl_ospf_area_record_add_ref(store, 0, nullptr, &store.err), 0u);
-  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
+  EXPECT_EQ(store(tbl_ospf_area_record_add_ref, nullptr), 0u);
+  store.expect_failure(KELP_ERR_NOT_FOUND);
 }
 
 TEST(RecordDeathTest, AFullReferenceCountRefusesAnother) {
   Store store;
-  auto *record = tbl_ospf_area_create_record(store, 0, &store.err);
+  auto *record = store(tbl_ospf_area_create_record);
   shell(record)->ref_word = 0xFFFFFF;
-  EXPECT_DEATH(tbl_ospf_area_record_add_ref(store, 0, record, &store.err),
-               "\\(\\(1 << 24\\) - 1\\) != __ref_cnt");
-  EXPECT_DEATH(tbl_ospf_area_record_add_ref(store, 0, record, &store.err),
+  EXPECT_DEATH(store(tbl_ospf_area_record_add_ref, record), "\\(\\(1 << 24\\) - 1\\) != __ref_cnt");
+  EXPECT_DEATH(store(tbl_ospf_area_record_add_ref, record),
                "infra/kelp/_gen_kelp_noarch/ospf_harbor_oper/src/ospf_harbor_oper_table");
   shell(record)->ref_word = 0xFFFFFE;
-  EXPECT_EQ(tbl_ospf_area_record_add_ref(store, 0, record, &store.err), 0xFFFFFEu);
+  EXPECT_EQ(store(tbl_ospf_area_record_add_ref, record), 0xFFFFFEu);
   EXPECT_EQ(shell(record)->ref_word, 0xFFFFFFu);
   shell(record)->ref_word = 1;
   destroy(store, record);

@@ -68,25 +68,17 @@ TEST(Traversal, TheDefaultFormsTakeSource1AndTheIgnoringFormsAny) {
   EXPECT_EQ(walked(areas, tbl_ospf_area_ospf_area_area_id_get_first_ignore_src,
                    tbl_ospf_area_ospf_area_area_id_get_next_ignore_src),
             (Records{one, two, three}));
-  EXPECT_EQ(
-      tbl_ospf_area_ospf_area_area_id_get_prev_ignore_src(areas, 0, areas.table, three, &areas.err),
-      two);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_first_by_src(areas, 0, areas.table, 2, &areas.err),
-            two);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_last_by_src(areas, 0, areas.table, 2, &areas.err),
-            two);
-  EXPECT_EQ(
-      tbl_ospf_area_ospf_area_area_id_get_prev_by_src(areas, 0, areas.table, three, 2, &areas.err),
-      two);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_prev_ignore_src, areas.table, three), two);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_first_by_src, areas.table, 2), two);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_last_by_src, areas.table, 2), two);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_prev_by_src, areas.table, three, 2), two);
 }
 
 TEST(Traversal, OnlyTheLowByteOfTheWantedSourceCounts) {
   AreaTable areas;
   areas.inserted(1, 1);
   const Record two = areas.inserted(2, 2);
-  EXPECT_EQ(
-      tbl_ospf_area_ospf_area_area_id_get_first_by_src(areas, 0, areas.table, 0x302, &areas.err),
-      two);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_first_by_src, areas.table, 0x302), two);
 }
 
 TEST(Traversal, ShadowsShowOnlyWithoutAFilterOrUnderSource255) {
@@ -167,8 +159,8 @@ TEST(Traversal, AStartGivesNullWhenTheFirstFittingRecordIsAnotherTenants) {
   areas.inserted_by(5, 1, 2);
   areas.inserted_by(6, 1);
   const Tenant five(5);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_first(areas, 0, areas.table, &areas.err), nullptr);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_last(areas, 0, areas.table, &areas.err), nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_first, areas.table), nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_last, areas.table), nullptr);
   EXPECT_EQ(areas.err, 0u);
 }
 
@@ -186,14 +178,13 @@ TEST(Traversal, SameKeyEndsAtTheFirstOtherKey) {
   const Record a = areas.inserted(1, 1), b = areas.inserted(1, 2);
   const Record c = areas.inserted(2, 1);
   const auto next = [&](Record record, std::uint32_t same_key) {
-    return tbl_ospf_area_ospf_area_area_id_get_next_internal(areas, 0, areas.table, record, 1, 0, 0,
-                                                             same_key, &areas.err);
+    return areas(tbl_ospf_area_ospf_area_area_id_get_next_internal, areas.table, record, 1, 0, 0,
+                 same_key);
   };
   EXPECT_EQ(next(a, 1), b);
   EXPECT_EQ(next(b, 1), nullptr);
   EXPECT_EQ(next(b, 0), c);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_prev_internal(areas, 0, areas.table, c, 1, 0, 0, 1,
-                                                              &areas.err),
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_prev_internal, areas.table, c, 1, 0, 0, 1),
             nullptr);
 }
 
@@ -204,11 +195,9 @@ TEST(Traversal, AnErrorPresentGivesNullAndStays) {
   areas.err = 9;
   kelp_store_err(areas, 5);
   const TraceLog traced;
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_first(areas, 0, areas.table, &areas.err), nullptr);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_next(areas, 0, areas.table, a, &areas.err),
-            nullptr);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_sub_next(areas, 0, areas.table, a, &areas.err),
-            nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_first, areas.table), nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_next, areas.table, a), nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_sub_next, areas.table, a), nullptr);
   EXPECT_EQ(areas.err, 9u);
   EXPECT_EQ(areas.last_error(), 5);
   EXPECT_TRUE(traced.empty());
@@ -217,7 +206,7 @@ TEST(Traversal, AnErrorPresentGivesNullAndStays) {
 TEST(Traversal, AStepForgetsTheLastError) {
   AreaTable areas;
   kelp_store_err(areas, 5);
-  tbl_ospf_area_ospf_area_area_id_get_first(areas, 0, areas.table, &areas.err);
+  areas(tbl_ospf_area_ospf_area_area_id_get_first, areas.table);
   EXPECT_EQ(areas.last_error(), 0);
 }
 
@@ -225,21 +214,18 @@ TEST(Traversal, WhatAStepGivesEntersTheReplicationCacheShadowsExcepted) {
   AreaTable areas;
   const Record a = areas.inserted(1), passed = areas.inserted(2, 2),
                shadow = areas.inserted(2, 255), b = areas.inserted(3);
-  const Record start = tbl_ospf_area_ospf_area_area_id_get_first(areas, 0, areas.table, &areas.err);
+  const Record start = areas(tbl_ospf_area_ospf_area_area_id_get_first, areas.table);
   EXPECT_EQ(start, a);
   EXPECT_TRUE(areas.is_cached(a));
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_next(areas, 0, areas.table, a, &areas.err), b);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_next, areas.table, a), b);
   EXPECT_TRUE(areas.is_cached(b));
   EXPECT_FALSE(areas.is_cached(passed));
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_next_ignore_src(areas, 0, areas.table, passed,
-                                                                &areas.err),
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_next_ignore_src, areas.table, passed),
             shadow);
   EXPECT_FALSE(areas.is_cached(shadow));
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_sub_prev(areas, 0, areas.table, shadow, &areas.err),
-            passed);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_sub_prev, areas.table, shadow), passed);
   EXPECT_TRUE(areas.is_cached(passed));
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_sub_next(areas, 0, areas.table, passed, &areas.err),
-            shadow);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_sub_next, areas.table, passed), shadow);
   EXPECT_FALSE(areas.is_cached(shadow));
 }
 
@@ -247,7 +233,7 @@ TEST(Traversal, AFailureOfTheCacheDoesNotStopTheStep) {
   AreaTable areas;
   const Record a = areas.inserted(1);
   const Failing failing("kelprepl_add_to_cache", 12);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_first(areas, 0, areas.table, &areas.err), a);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_first, areas.table), a);
   EXPECT_EQ(areas.err, KELP_ERR_NO_MEMORY);
 }
 
@@ -256,11 +242,11 @@ TEST(Traversal, AStepAsksForTheTenantBeforeTheNeighbour) {
   const Record a = areas.inserted(1);
   areas.inserted(2);
   CallLog log;
-  tbl_ospf_area_ospf_area_area_id_get_next(areas, 0, areas.table, a, &areas.err);
+  areas(tbl_ospf_area_ospf_area_area_id_get_next, areas.table, a);
   EXPECT_EQ(log.calls(), (std::vector<std::string>{"kelp_clear_last_error", "mt_get_tenant_id",
                                                    "e_avl_get_next", "kelprepl_add_to_cache"}));
   log.clear();
-  tbl_ospf_area_ospf_area_area_id_get_last(areas, 0, areas.table, &areas.err);
+  areas(tbl_ospf_area_ospf_area_area_id_get_last, areas.table);
   EXPECT_EQ(log.calls(), (std::vector<std::string>{"kelp_clear_last_error", "mt_get_tenant_id",
                                                    "e_avl_get_last", "kelprepl_add_to_cache"}));
 }
@@ -269,15 +255,11 @@ TEST(Traversal, ASubStepTakesTheNeighbourOfTheSameKeyAtFaceValue) {
   AreaTable areas;
   const Record low = areas.inserted_by(4, 7), high = areas.inserted_by(5, 7),
                other = areas.inserted_by(5, 8);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_sub_next(areas, 0, areas.table, low, &areas.err),
-            high);
-  EXPECT_EQ(tbl_ospf_area_pkey_get_sub_prev(areas, 0, areas.table, high, &areas.err), low);
-  EXPECT_EQ(tbl_ospf_area_pkey_get_sub_next_unsafe(areas, 0, areas.table, high, &areas.err),
-            nullptr);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_sub_next(areas, 0, areas.table, other, &areas.err),
-            nullptr);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_sub_prev(areas, 0, areas.table, low, &areas.err),
-            nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_sub_next, areas.table, low), high);
+  EXPECT_EQ(areas(tbl_ospf_area_pkey_get_sub_prev, areas.table, high), low);
+  EXPECT_EQ(areas(tbl_ospf_area_pkey_get_sub_next_unsafe, areas.table, high), nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_sub_next, areas.table, other), nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_sub_prev, areas.table, low), nullptr);
 }
 
 TEST(Traversal, AShadowIsFoundBehindTheOtherSources) {
@@ -285,10 +267,9 @@ TEST(Traversal, AShadowIsFoundBehindTheOtherSources) {
   const Record a = areas.inserted(1, 1), shadow = areas.inserted(1, 255), alone = areas.inserted(2);
   areas.inserted(1, 9);
   auto *table = areas.table;
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_shadow(areas, 0, table, a, &areas.err), shadow);
-  EXPECT_EQ(tbl_ospf_area_pkey_get_shadow(areas, 0, table, shadow, &areas.err), shadow);
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_shadow(areas, 0, table, alone, &areas.err),
-            nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_shadow, table, a), shadow);
+  EXPECT_EQ(areas(tbl_ospf_area_pkey_get_shadow, table, shadow), shadow);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_shadow, table, alone), nullptr);
   EXPECT_EQ(areas.err, 0u);
 }
 
@@ -296,8 +277,7 @@ TEST(Traversal, TheShadowOfANullRecordIsNullWithoutALookAtTheErrorWord) {
   AreaTable areas;
   areas.err = 9;
   CallLog log;
-  EXPECT_EQ(tbl_ospf_area_ospf_area_area_id_get_shadow(areas, 0, areas.table, nullptr, &areas.err),
-            nullptr);
+  EXPECT_EQ(areas(tbl_ospf_area_ospf_area_area_id_get_shadow, areas.table, nullptr), nullptr);
   EXPECT_EQ(areas.err, 9u);
   EXPECT_TRUE(log.calls().empty());
 }

@@ -9,31 +9,28 @@ namespace {
 
 using namespace harness;
 
-class Choice {
+class Choice : public Owned<ospf_authentication> {
  public:
-  explicit Choice(Store &store) : store_(store), object_(ospf_authentication_create(store, 0)) {}
-  ~Choice() { ospf_authentication_destroy(store_, 0, object_); }
-  Choice(const Choice &) = delete;
-  Choice &operator=(const Choice &) = delete;
-  operator ospf_authentication *() const { return object_; }
+  explicit Choice(Store &store)
+      : Owned(store, ospf_authentication_create, ospf_authentication_destroy), store_(store) {}
 
   void select(std::uint32_t selector) {
-    void *selection = place(object_, types::ospf_authentication,
-                            fields::ospf_authentication::auth_type_selection);
+    void *selection =
+        place(get(), types::ospf_authentication, fields::ospf_authentication::auth_type_selection);
     at<std::uint32_t>(selection, model::enumeration_value_offset) = selector;
   }
   void *&arm(const model::Field &field) {
-    return at<void *>(object_, model::offset(types::ospf_authentication, field));
+    return at<void *>(get(), model::offset(types::ospf_authentication, field));
   }
   kelp_vstring *give_text(const model::Field &field, std::string_view text) {
     kelp_vstring *made = kelp_vstring_create(store_, 0);
-    kelp_vstring_assign(store_, 0, made, text.data(), text.size(), &store_.err);
+    store_(kelp_vstring_assign, made, text.data(), text.size());
     arm(field) = made;
     return made;
   }
   ospf_crypto_algorithm *give_algorithm(bool md5) {
     ospf_crypto_algorithm *made = ospf_crypto_algorithm_create(store_, 0);
-    ospf_crypto_algorithm_md5_set_value(store_, 0, made, md5 ? 1 : 0, &store_.err);
+    store_(ospf_crypto_algorithm_md5_set_value, made, md5 ? 1 : 0);
     arm(fields::ospf_authentication::crypto_algorithm_val) = made;
     return made;
   }
@@ -45,7 +42,6 @@ class Choice {
 
  private:
   Store &store_;
-  ospf_authentication *object_;
 };
 
 using namespace fields::ospf_authentication;
@@ -158,17 +154,15 @@ TEST(ChoiceHash, TheSelectorGoesInTwiceAndThenBeforeEachFurtherArm) {
 
 TEST(ChoiceCompare, AnInterfaceComparesItsChoiceByTheSameRule) {
   Store store;
-  ospf_interface *a = ospf_interface_create(store, 0);
-  ospf_interface *b = ospf_interface_create(store, 0);
+  OWNED(store, ospf_interface, a);
+  OWNED(store, ospf_interface, b);
   Choice arm_owner(store);
   arm_owner.give_text(key_chain, "unselected");
   auto *authentication = static_cast<ospf_authentication *>(
-      place(a, types::ospf_interface, fields::ospf_interface::authentication_val));
-  ospf_authentication_set(store, 0, authentication, arm_owner, &store.err);
+      place(a.get(), types::ospf_interface, fields::ospf_interface::authentication_val));
+  store(ospf_authentication_set, authentication, arm_owner);
   EXPECT_EQ(ospf_interface_compare(a, b), 0);
   EXPECT_NE(ospf_interface_hash(a, 0), ospf_interface_hash(b, 0));
-  ospf_interface_destroy(store, 0, a);
-  ospf_interface_destroy(store, 0, b);
 }
 
 }  // namespace

@@ -39,16 +39,14 @@ enum State {
   none_state
 };
 
-class Authentication {
+class Authentication : public harness::Single<ospf_authentication> {
  public:
-  explicit Authentication(StoreOptions options = {}) : store(options) {
-    object = ospf_authentication_create(store, 0);
-  }
-  ~Authentication() { ospf_authentication_destroy(store, 0, object); }
+  explicit Authentication(StoreOptions options = {})
+      : Single(ospf_authentication_create, ospf_authentication_destroy, options) {}
 
   kelp_vstring *text(const char *value) {
     kelp_vstring *made = kelp_vstring_create(store, 0);
-    kelp_vstring_assign(store, 0, made, value, std::strlen(value), &store.err);
+    store(kelp_vstring_assign, made, value, std::strlen(value));
     return made;
   }
   void drop(kelp_vstring *made) { kelp_vstring_destroy_internal(store, 0, made, 1); }
@@ -61,23 +59,12 @@ class Authentication {
   std::uint8_t &state(State which) {
     return *(reinterpret_cast<std::uint8_t *>(object) + object_size + which);
   }
-  void set_sa(kelp_vstring *arm) { ospf_authentication_sa_set(store, 0, object, arm, &store.err); }
-  void set_key_chain(kelp_vstring *arm) {
-    ospf_authentication_key_chain_set(store, 0, object, arm, &store.err);
-  }
-  void set_key_string(kelp_vstring *arm) {
-    ospf_authentication_key_string_set(store, 0, object, arm, &store.err);
-  }
+  void set_sa(kelp_vstring *arm) { store(ospf_authentication_sa_set, object, arm); }
+  void set_key_chain(kelp_vstring *arm) { store(ospf_authentication_key_chain_set, object, arm); }
+  void set_key_string(kelp_vstring *arm) { store(ospf_authentication_key_string_set, object, arm); }
   void set_crypto(ospf_crypto_algorithm *arm) {
-    ospf_authentication_crypto_algorithm_val_set(store, 0, object, arm, &store.err);
+    store(ospf_authentication_crypto_algorithm_val_set, object, arm);
   }
-  void expect_failure(std::uint32_t code) {
-    EXPECT_EQ(store.err, code);
-    EXPECT_EQ(store.last_error(), static_cast<std::int32_t>(code));
-  }
-
-  Store store;
-  ospf_authentication *object;
 };
 
 // --- set ----------------------------------------------------------------------------------------
@@ -90,11 +77,8 @@ TEST(ChoiceSet, KeyStringAndAlgorithmTravelTogether) {
   choice.set_crypto(algorithm);
   EXPECT_EQ(choice.store.err, 0u);
   EXPECT_EQ(choice.selector(), 2u);
-  EXPECT_EQ(ospf_authentication_key_string_get(choice.store, 0, choice.object, &choice.store.err),
-            key);
-  EXPECT_EQ(ospf_authentication_crypto_algorithm_val_get(choice.store, 0, choice.object,
-                                                         &choice.store.err),
-            algorithm);
+  EXPECT_EQ(choice(ospf_authentication_key_string_get), key);
+  EXPECT_EQ(choice(ospf_authentication_crypto_algorithm_val_get), algorithm);
 }
 
 TEST(ChoiceSet, EachArmSetsItsOwnSelector) {
@@ -105,8 +89,7 @@ TEST(ChoiceSet, EachArmSetsItsOwnSelector) {
   EXPECT_EQ(choice.selector(), 1u);
   choice.set_key_string(choice.text("c"));
   EXPECT_EQ(choice.selector(), 2u);
-  ospf_authentication_no_auth_set(choice.store, 0, choice.object, u_int32_create(choice.store, 0),
-                                  &choice.store.err);
+  choice(ospf_authentication_no_auth_set, u_int32_create(choice.store, 0));
   EXPECT_EQ(choice.selector(), 3u);
   choice.set_crypto(ospf_crypto_algorithm_create(choice.store, 0));
   EXPECT_EQ(choice.selector(), 2u);
@@ -165,7 +148,7 @@ TEST(ChoiceSet, AnUntrackedAlgorithmFailsWithArmAndSelectorSet) {
   ospf_crypto_algorithm *algorithm = ospf_crypto_algorithm_create(untracked, 0);
   TraceLog trace;
   choice.set_crypto(algorithm);
-  choice.expect_failure(22);
+  choice.expect_failure(KELP_ERR_INVALID);
   EXPECT_EQ(trace.texts(), (Names{arm_not_tracked}));
   EXPECT_TRUE(trace.has(3, arm_not_tracked));
   EXPECT_EQ(choice.arm(fields::crypto_algorithm_val), algorithm);
@@ -191,23 +174,9 @@ TEST(ChoiceSet, ACorruptTrackingModeEndsTheProcess) {
   EXPECT_FATAL(
       {
         choice.store.handle()->sttr->sttr_mode = 1;
-        ospf_authentication_sa_get_detach(choice.store, 0, choice.object, &choice.store.err);
+        choice(ospf_authentication_sa_get_detach);
       },
       "Corrupted KELP Handle");
-}
-
-TEST(ChoiceSet, AnErrorThatStandsIsLeftAlone) {
-  Authentication choice;
-  kelp_store_err(choice.store, 5);
-  choice.store.err = 5;
-  CallLog calls(choice.store);
-  choice.set_key_chain(nullptr);
-  EXPECT_EQ(ospf_authentication_sa_get(choice.store, 0, choice.object, &choice.store.err), nullptr);
-  EXPECT_EQ(ospf_authentication_sa_get_detach(choice.store, 0, choice.object, &choice.store.err),
-            nullptr);
-  EXPECT_TRUE(calls.calls().empty());
-  choice.expect_failure(5);
-  EXPECT_EQ(choice.selector(), 0u);
 }
 
 TEST(ChoiceSetCr, UsesTheHandlesSpaceAndErrorWord) {
@@ -235,24 +204,23 @@ TEST(ChoiceVariant, ALaterArmIsRefusedToReadersAndMovesTheObjectUpForWriters) {
   ospf_authentication *early = nullptr;
   choice.store.set_variant("ospf_authentication", 0);
   early = ospf_authentication_create(choice.store, 0);
-  EXPECT_EQ(ospf_authentication_no_auth_get(choice.store, 0, early, &choice.store.err), nullptr);
+  EXPECT_EQ(choice.store(ospf_authentication_no_auth_get, early), nullptr);
   EXPECT_EQ(choice.store.err, KELP_ERR_EPOCH);
   choice.store.err = 0;
 
   std::uint32_t *arm = u_int32_create(choice.store, 0);
-  ospf_authentication_no_auth_set(choice.store, 0, early, arm, &choice.store.err);
+  choice.store(ospf_authentication_no_auth_set, early, arm);
   EXPECT_EQ(choice.store.err, KELP_ERR_EPOCH) << "the domain keeps the object below the arm";
   choice.store.err = 0;
-  EXPECT_EQ(ospf_authentication_no_auth_get_detach(choice.store, 0, early, &choice.store.err),
-            nullptr);
+  EXPECT_EQ(choice.store(ospf_authentication_no_auth_get_detach, early), nullptr);
   EXPECT_EQ(choice.store.err, KELP_ERR_EPOCH);
   choice.store.err = 0;
 
   kelp_handle_clear_variant(choice.store, "ospf_authentication");
-  ospf_authentication_no_auth_set(choice.store, 0, early, arm, &choice.store.err);
+  choice.store(ospf_authentication_no_auth_set, early, arm);
   EXPECT_EQ(choice.store.err, 0u);
   EXPECT_EQ(kelp_get_instance_variant(early, 1, 0), 1);
-  EXPECT_EQ(ospf_authentication_no_auth_get(choice.store, 0, early, &choice.store.err), arm);
+  EXPECT_EQ(choice.store(ospf_authentication_no_auth_get, early), arm);
   ospf_authentication_destroy(choice.store, 0, early);
 }
 
@@ -263,19 +231,16 @@ TEST(ChoiceGet, AnArmThatIsNotSelectedIsReadable) {
   kelp_vstring *sa = choice.text("a");
   choice.set_sa(sa);
   choice.set_key_chain(choice.text("b"));
-  EXPECT_EQ(ospf_authentication_sa_get(choice.store, 0, choice.object, &choice.store.err), sa);
+  EXPECT_EQ(choice(ospf_authentication_sa_get), sa);
   EXPECT_EQ(choice.store.err, 0u);
 }
 
 TEST(ChoiceGet, PrimitiveArmsAreReadThroughTheirType) {
   Authentication choice;
   CallLog calls;
-  EXPECT_EQ(ospf_authentication_sa_get(choice.store, 0, choice.object, &choice.store.err), nullptr);
-  EXPECT_EQ(ospf_authentication_no_auth_get(choice.store, 0, choice.object, &choice.store.err),
-            nullptr);
-  EXPECT_EQ(ospf_authentication_crypto_algorithm_val_get(choice.store, 0, choice.object,
-                                                         &choice.store.err),
-            nullptr);
+  EXPECT_EQ(choice(ospf_authentication_sa_get), nullptr);
+  EXPECT_EQ(choice(ospf_authentication_no_auth_get), nullptr);
+  EXPECT_EQ(choice(ospf_authentication_crypto_algorithm_val_get), nullptr);
   EXPECT_EQ(calls.count("kelp_vstring_get"), 1u);
   EXPECT_EQ(calls.count("u_int32_get"), 1u);
   EXPECT_EQ(choice.store.err, 0u);
@@ -287,8 +252,7 @@ TEST(ChoiceDetach, AFreshObjectHasNoArmToGive) {
   Authentication choice;
   EXPECT_EQ(choice.selector(), 0u);
   EXPECT_EQ(choice.arm(fields::sa), nullptr);
-  EXPECT_EQ(ospf_authentication_sa_get_detach(choice.store, 0, choice.object, &choice.store.err),
-            nullptr);
+  EXPECT_EQ(choice(ospf_authentication_sa_get_detach), nullptr);
   EXPECT_EQ(choice.store.err, 0u);
 }
 
@@ -298,9 +262,7 @@ TEST(ChoiceDetach, AnArmThatIsNotSelectedStays) {
   choice.set_key_chain(chain);
   choice.set_key_string(choice.text("key"));
   WriteWatch watch(choice.store);
-  EXPECT_EQ(
-      ospf_authentication_key_chain_get_detach(choice.store, 0, choice.object, &choice.store.err),
-      nullptr);
+  EXPECT_EQ(choice(ospf_authentication_key_chain_get_detach), nullptr);
   EXPECT_EQ(choice.store.err, 0u);
   EXPECT_TRUE(watch.all().empty());
   EXPECT_EQ(choice.selector(), 2u);
@@ -338,20 +300,16 @@ TEST(ChoiceDetach, TakingTheKeyStringLeavesTheAlgorithmUnselected) {
   kelp_vstring *key = choice.text("key");
   choice.set_key_string(key);
   choice.set_crypto(ospf_crypto_algorithm_create(choice.store, 0));
-  EXPECT_EQ(
-      ospf_authentication_key_string_get_detach(choice.store, 0, choice.object, &choice.store.err),
-      key);
+  EXPECT_EQ(choice(ospf_authentication_key_string_get_detach), key);
   EXPECT_EQ(choice.selector(), 0u);
   EXPECT_NE(choice.arm(fields::crypto_algorithm_val), nullptr);
-  EXPECT_EQ(ospf_authentication_crypto_algorithm_val_get_detach(choice.store, 0, choice.object,
-                                                                &choice.store.err),
-            nullptr);
+  EXPECT_EQ(choice(ospf_authentication_crypto_algorithm_val_get_detach), nullptr);
   choice.drop(key);
 }
 
 TEST(ChoiceDetach, ANullObjectHasNothingAndIsNoError) {
   Store store;
-  EXPECT_EQ(ospf_authentication_sa_get_detach(store, 0, nullptr, &store.err), nullptr);
+  EXPECT_EQ(store(ospf_authentication_sa_get_detach, nullptr), nullptr);
   EXPECT_EQ(store.err, 0u);
 }
 
@@ -378,8 +336,7 @@ TEST(ChoiceSelector, ChangingItByHandTouchesNoArm) {
   Authentication choice({.tracking = KELP_TRACKING_ON});
   kelp_vstring *chain = choice.text("chain");
   choice.set_key_chain(chain);
-  ospf_authentication_auth_type_selection_set_value(choice.store, 0, choice.object, 2,
-                                                    &choice.store.err);
+  choice(ospf_authentication_auth_type_selection_set_value, 2);
   EXPECT_EQ(choice.store.err, 0u);
   EXPECT_EQ(choice.selector(), 2u);
   EXPECT_EQ(choice.arm(fields::key_chain), chain);
@@ -389,22 +346,20 @@ TEST(ChoiceSelector, ChangingItByHandTouchesNoArm) {
 
 TEST(ChoiceWhole, EqualSelectedArmsCompareEqualWhileOthersMakeTheHashDiffer) {
   Authentication choice;
-  ospf_authentication *other = ospf_authentication_create(choice.store, 0);
+  OWNED(choice.store, ospf_authentication, other);
   choice.set_key_chain(choice.text("unselected"));
   choice.set_sa(choice.text("sa"));
-  ospf_authentication_sa_set(choice.store, 0, other, choice.text("sa"), &choice.store.err);
+  choice.store(ospf_authentication_sa_set, other, choice.text("sa"));
   EXPECT_EQ(choice.store.err, 0u);
   EXPECT_EQ(ospf_authentication_compare(choice.object, other), 0);
   EXPECT_NE(ospf_authentication_hash(choice.object, 1), ospf_authentication_hash(other, 1));
-  ospf_authentication_destroy(choice.store, 0, other);
 }
 
 TEST(ChoiceWhole, AFreshObjectMarshalsWithAnErrorForItsMissingArm) {
   Authentication choice;
   std::uint8_t buffer[256];
-  ospf_authentication_marshal(choice.store, 0, buffer, choice.object, sizeof(buffer),
-                              &choice.store.err);
-  choice.expect_failure(2);
+  choice.store(ospf_authentication_marshal, buffer, choice.object, sizeof(buffer));
+  choice.expect_failure(KELP_ERR_NOT_FOUND);
 }
 
 }  // namespace

@@ -16,96 +16,24 @@ using light::Place;
 constexpr std::uint32_t space = 7;
 
 // The operations on values that all five enumerations have.
-struct Values {
+struct Values : light::Family {
   explicit Values(const harbor::model::Enumeration &enumeration)
-      : type(enumeration),
-        name(enumeration.name),
-        compare(light::operation<std::int32_t(const void *, const void *)>(name, "compare")),
-        hash(light::operation<std::uint32_t(const void *, std::uint32_t)>(name, "hash")),
-        get(light::operation<void *(kelp_handle *, std::uint32_t, void *)>(name, "get")),
-        get_value(light::operation<std::uint32_t(kelp_handle *, std::uint32_t, const void *,
-                                                 std::uint32_t *)>(name, "get_value")),
-        set(light::operation<void(kelp_handle *, std::uint32_t, void *, const void *,
-                                  std::uint32_t *)>(name, "set")),
-        set_value(light::operation<void(kelp_handle *, std::uint32_t, void *, std::uint32_t,
-                                        std::uint32_t *)>(name, "set_value")),
-        is_valid_cr(
-            light::operation<std::uint32_t(kelp_handle *, std::int32_t)>(name, "is_valid_cr")),
-        to_user(light::operation<std::uint32_t(std::uint32_t)>(name, "map_to_user_value")),
-        to_internal(light::operation<std::uint32_t(std::uint32_t)>(name, "map_to_internal_value")),
-        life(name, true) {}
+      : Family{std::string(enumeration.name), true}, type(enumeration) {}
 
   const harbor::model::Enumeration &type;
-  std::string name;
-  std::int32_t (*compare)(const void *, const void *);
-  std::uint32_t (*hash)(const void *, std::uint32_t);
-  void *(*get)(kelp_handle *, std::uint32_t, void *);
-  std::uint32_t (*get_value)(kelp_handle *, std::uint32_t, const void *, std::uint32_t *);
-  void (*set)(kelp_handle *, std::uint32_t, void *, const void *, std::uint32_t *);
-  void (*set_value)(kelp_handle *, std::uint32_t, void *, std::uint32_t, std::uint32_t *);
-  std::uint32_t (*is_valid_cr)(kelp_handle *, std::int32_t);
-  std::uint32_t (*to_user)(std::uint32_t);
-  std::uint32_t (*to_internal)(std::uint32_t);
-  light::Family life;
+  std::uint32_t (*get_value)(kelp_handle *, std::uint32_t, const void *,
+                             std::uint32_t *) = light::operation(name, "get_value");
+  void (*set_value)(kelp_handle *, std::uint32_t, void *, std::uint32_t,
+                    std::uint32_t *) = light::operation(name, "set_value");
+  std::uint32_t (*is_valid_cr)(kelp_handle *, std::int32_t) = light::operation(name, "is_valid_cr");
+  std::uint32_t (*to_user)(std::uint32_t) = light::operation(name, "map_to_user_value");
+  std::uint32_t (*to_internal)(std::uint32_t) = light::operation(name, "map_to_internal_value");
 };
 
 std::vector<Values> all() {
   std::vector<Values> result;
   for (const auto *type : harbor::model::all_enumerations) result.emplace_back(*type);
   return result;
-}
-
-TEST(EnumerationExports, AreTheThirtyTwoThatAreNamed) {
-  const std::vector<std::string> suffixes{"variant_data_index_cap",
-                                          "get_luid",
-                                          "adjust_variant",
-                                          "create",
-                                          "create_internal",
-                                          "create_cr",
-                                          "initialize",
-                                          "set_instance_embedded",
-                                          "destroy",
-                                          "destroy_internal",
-                                          "destroy_cr",
-                                          "sizeof",
-                                          "get_oid_count",
-                                          "get_object_references",
-                                          "map_to_user_value",
-                                          "map_to_internal_value",
-                                          "compare",
-                                          "hash",
-                                          "len",
-                                          "len_cr",
-                                          "get",
-                                          "get_value",
-                                          "set",
-                                          "set_value",
-                                          "marshal",
-                                          "unmarshal",
-                                          "print",
-                                          "print_cr",
-                                          "to_xml",
-                                          "toxml_cr",
-                                          "from_xml",
-                                          "is_valid_cr"};
-  ASSERT_EQ(suffixes.size(), 32u);
-  for (const auto *type : harbor::model::all_enumerations) {
-    for (const std::string &suffix : suffixes) {
-      EXPECT_TRUE(harness::is_exported(std::string(type->name) + "_" + suffix)) << suffix;
-    }
-  }
-}
-
-TEST(EnumerationCompare, PutsNullBelowAll) {
-  Store store;
-  for (const Values &values : all()) {
-    SCOPED_TRACE(values.name);
-    void *object = values.life.create(store, space);
-    EXPECT_EQ(values.compare(nullptr, nullptr), 0);
-    EXPECT_EQ(values.compare(nullptr, object), -1);
-    EXPECT_EQ(values.compare(object, nullptr), 1);
-    values.life.destroy(store, space, object);
-  }
 }
 
 TEST(EnumerationCompare, IsADifferenceThatWraps) {
@@ -133,7 +61,6 @@ TEST(EnumerationHash, TakesTheFourBytesOfTheHeldValue) {
       object.value = value;
       EXPECT_EQ(values.hash(&object, 99), SuperFastHash(&value, 4, 99));
     }
-    EXPECT_EQ(values.hash(nullptr, 99), 99u) << "null gives the seed";
   }
 }
 
@@ -145,15 +72,6 @@ TEST(EnumerationMapping, IsTheValueItselfButForTheNeighbourState) {
       const bool shifted = values.name == "nbr_state_type" && value >= 1 && value <= 8;
       EXPECT_EQ(values.to_internal(value), shifted ? value - 1 : value);
     }
-  }
-}
-
-TEST(EnumerationGet, GivesTheObject) {
-  Store store;
-  int anything = 0;
-  for (const Values &values : all()) {
-    EXPECT_EQ(values.get(store, space, &anything), &anything);
-    EXPECT_EQ(values.get(store, space, nullptr), nullptr);
   }
 }
 
@@ -181,31 +99,11 @@ TEST(EnumerationGetValue, OfNullFailsOnce) {
   }
 }
 
-TEST(EnumerationOperations, LeaveAllAloneUnderAnEarlierFailure) {
-  Store store;
-  kelp_store_err(store, 9);
-  store.err = 5;
-  harbor::EnumerationObject object{};
-  object.value = 1;
-  harbor::EnumerationObject source{};
-  CallLog calls(store);
-  for (const Values &values : all()) {
-    SCOPED_TRACE(values.name);
-    EXPECT_EQ(values.get_value(store, space, &object, &store.err), 0u);
-    values.set(store, space, &object, &source, &store.err);
-    values.set_value(store, space, &object, 0, &store.err);
-  }
-  EXPECT_TRUE(calls.calls().empty());
-  EXPECT_EQ(object.value, 1u);
-  EXPECT_EQ(store.err, 5u);
-  EXPECT_EQ(store.last_error(), 9);
-}
-
 TEST(EnumerationSetValue, StoresFourAnnouncedBytes) {
   Store store;
   for (const Values &values : all()) {
     SCOPED_TRACE(values.name);
-    void *object = values.life.create(store, space);
+    void *object = values.create(store, space);
     for (const auto &member : values.type.members) {
       WriteWatch watch(store);
       values.set_value(store, space, object, member.value, &store.err);
@@ -213,7 +111,7 @@ TEST(EnumerationSetValue, StoresFourAnnouncedBytes) {
       EXPECT_EQ(light::enumeration(object)->value, member.value);
       EXPECT_EQ(light::places(watch.writes(), object), (std::vector<Place>{{12, 4}}));
     }
-    values.life.destroy(store, space, object);
+    values.destroy(store, space, object);
   }
 }
 
@@ -222,7 +120,7 @@ TEST(EnumerationSetValue, RefusesWhatTheVariantDoesNotKnowWithoutStoringAnError)
   const auto refusal = light::refusal(store);
   for (const Values &values : all()) {
     SCOPED_TRACE(values.name);
-    void *object = values.life.create(store, space);
+    void *object = values.create(store, space);
     const std::uint32_t held = values.type.members.front().value;
     light::enumeration(object)->value = held;
     for (std::uint32_t value : {values.type.members.back().value + 1, 0xFFFFFFFFu}) {
@@ -235,7 +133,7 @@ TEST(EnumerationSetValue, RefusesWhatTheVariantDoesNotKnowWithoutStoringAnError)
       EXPECT_TRUE(watch.writes().empty());
       EXPECT_EQ(light::stored(calls), refusal);
     }
-    values.life.destroy(store, space, object);
+    values.destroy(store, space, object);
   }
 }
 
@@ -243,84 +141,80 @@ TEST(EnumerationSetValue, AcceptsAnyValueAtAVariantAboveTheLimits) {
   Store store;
   for (const Values &values : all()) {
     SCOPED_TRACE(values.name);
-    void *object = values.life.create(store, space);
+    void *object = values.create(store, space);
     light::header(object)->variant = 2;
     values.set_value(store, space, object, 0xFFFFFFFF, &store.err);
     EXPECT_EQ(store.err, 0u);
     EXPECT_EQ(light::enumeration(object)->value, 0xFFFFFFFFu);
-    values.life.destroy(store, space, object);
+    values.destroy(store, space, object);
   }
 }
 
 TEST(EnumerationSetValue, AdjustsTheObjectFirst) {
   Store store;
   store.set_variant("ospf_auth_type", 0);
-  ospf_auth_type *object = ospf_auth_type_create(store, space);
+  OWNED(store, ospf_auth_type, object);
   store.set_variant("ospf_auth_type", 1);
   CallLog calls;
-  ospf_auth_type_set_value(store, space, object, OSPF_AUTH_TYPE_NONE, &store.err);
+  store(ospf_auth_type_set_value, object, OSPF_AUTH_TYPE_NONE);
   EXPECT_EQ(
       calls.only({"kelp_clear_last_error", "kelplib_adjust_variant", "kelp_get_instance_variant"}),
       (std::vector<std::string>{"kelp_clear_last_error", "kelplib_adjust_variant",
                                 "kelp_get_instance_variant"}));
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(light::enumeration(object)->value, 3u);
-  EXPECT_EQ(light::header(object)->variant, 1);
-  ospf_auth_type_destroy(store, space, object);
+  EXPECT_EQ(light::enumeration(object.get())->value, 3u);
+  EXPECT_EQ(light::header(object.get())->variant, 1);
 }
 
 TEST(EnumerationSetValue, AddressFamilyTakesOneAndRefusesTwo) {
   Store store;
-  address_family *object = address_family_create(store, space);
-  address_family_set_value(store, space, object, 2, &store.err);
+  OWNED(store, address_family, object);
+  store(address_family_set_value, object, 2);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
-  EXPECT_EQ(light::enumeration(object)->value, 0u);
+  EXPECT_EQ(light::enumeration(object.get())->value, 0u);
   store.err = 0;
-  address_family_set_value(store, space, object, 1, &store.err);
+  store(address_family_set_value, object, 1);
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(light::enumeration(object)->value, 1u);
-  address_family_destroy(store, space, object);
+  EXPECT_EQ(light::enumeration(object.get())->value, 1u);
 }
 
 TEST(EnumerationSetValue, AuthTypeNoneNeedsVariantOne) {
   Store store;
   store.set_variant("ospf_auth_type", 0);
-  ospf_auth_type *object = ospf_auth_type_create(store, space);
-  ospf_auth_type_set_value(store, space, object, 3, &store.err);
+  OWNED(store, ospf_auth_type, object);
+  store(ospf_auth_type_set_value, object, 3);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   store.err = 0;
-  light::header(object)->variant = 1;
-  ospf_auth_type_set_value(store, space, object, 3, &store.err);
+  light::header(object.get())->variant = 1;
+  store(ospf_auth_type_set_value, object, 3);
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(light::enumeration(object)->value, 3u);
-  ospf_auth_type_set_value(store, space, object, 4, &store.err);
+  EXPECT_EQ(light::enumeration(object.get())->value, 3u);
+  store(ospf_auth_type_set_value, object, 4);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
-  EXPECT_EQ(light::enumeration(object)->value, 3u);
-  ospf_auth_type_destroy(store, space, object);
+  EXPECT_EQ(light::enumeration(object.get())->value, 3u);
 }
 
 TEST(EnumerationSetValue, NeighbourStateTakesTheUnnamedZeroAndRefusesNine) {
   Store store;
-  nbr_state_type *object = nbr_state_type_create(store, space);
-  light::enumeration(object)->value = 4;
-  nbr_state_type_set_value(store, space, object, 0, &store.err);
+  OWNED(store, nbr_state_type, object);
+  light::enumeration(object.get())->value = 4;
+  store(nbr_state_type_set_value, object, 0);
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(light::enumeration(object)->value, 0u);
-  nbr_state_type_set_value(store, space, object, 8, &store.err);
+  EXPECT_EQ(light::enumeration(object.get())->value, 0u);
+  store(nbr_state_type_set_value, object, 8);
   EXPECT_EQ(store.err, 0u);
-  nbr_state_type_set_value(store, space, object, 9, &store.err);
+  store(nbr_state_type_set_value, object, 9);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
-  EXPECT_EQ(light::enumeration(object)->value, 8u);
-  nbr_state_type_destroy(store, space, object);
+  EXPECT_EQ(light::enumeration(object.get())->value, 8u);
 }
 
 TEST(EnumerationSet, CopiesTheHeaderToo) {
   Store store;
   for (const Values &values : all()) {
     SCOPED_TRACE(values.name);
-    void *destination = values.life.create(store, space);
+    void *destination = values.create(store, space);
     harbor::EnumerationObject source{};
-    source.tinfo = values.life.record;
+    source.tinfo = values.record;
     source.variant = -2;
     source.created_variant = 5;
     source.obj_flags = OBJ_NESTED;
@@ -331,7 +225,7 @@ TEST(EnumerationSet, CopiesTheHeaderToo) {
     EXPECT_EQ(std::memcmp(destination, &source, 16), 0);
     EXPECT_EQ(store.err, 0u);
     light::header(destination)->variant = 0;
-    values.life.destroy(store, space, destination);
+    values.destroy(store, space, destination);
   }
 }
 
@@ -340,11 +234,11 @@ TEST(EnumerationSet, RefusesByTheDestinationsVariantAndLeavesItAlone) {
   const auto refusal = light::refusal(store);
   for (const Values &values : all()) {
     SCOPED_TRACE(values.name);
-    void *destination = values.life.create(store, space);
+    void *destination = values.create(store, space);
     std::vector<std::uint8_t> before(16);
     std::memcpy(before.data(), destination, 16);
     harbor::EnumerationObject source{};
-    source.tinfo = values.life.record;
+    source.tinfo = values.record;
     source.variant = 9;
     source.value = values.type.members.back().value + 1;
     store.err = 0;
@@ -354,18 +248,17 @@ TEST(EnumerationSet, RefusesByTheDestinationsVariantAndLeavesItAlone) {
     EXPECT_EQ(calls.count("write_notify"), 0u);
     EXPECT_EQ(light::stored(calls), refusal);
     EXPECT_EQ(std::memcmp(destination, before.data(), 16), 0);
-    values.life.destroy(store, space, destination);
+    values.destroy(store, space, destination);
   }
 }
 
 TEST(EnumerationSet, OntoItselfKeepsTheObject) {
   Store store;
-  address_family *object = address_family_create(store, space);
-  light::enumeration(object)->value = 1;
-  address_family_set(store, space, object, object, &store.err);
-  EXPECT_EQ(light::enumeration(object)->value, 1u);
-  EXPECT_EQ(light::header(object)->tinfo, &_address_family_type_info_internal);
-  address_family_destroy(store, space, object);
+  OWNED(store, address_family, object);
+  light::enumeration(object.get())->value = 1;
+  store(address_family_set, object, object);
+  EXPECT_EQ(light::enumeration(object.get())->value, 1u);
+  EXPECT_EQ(light::header(object.get())->tinfo, &_address_family_type_info_internal);
 }
 
 TEST(EnumerationIsValid, FollowsTheDomainsVariant) {
@@ -401,11 +294,11 @@ TEST(EnumerationIsValid, CountsNegativeValuesAsValidThoughSetRefusesThem) {
     SCOPED_TRACE(values.name);
     EXPECT_EQ(values.is_valid_cr(store, -1), 1u);
     EXPECT_EQ(values.is_valid_cr(store, INT_MIN), 1u);
-    void *object = values.life.create(store, space);
+    void *object = values.create(store, space);
     store.err = 0;
     values.set_value(store, space, object, 0xFFFFFFFF, &store.err);
     EXPECT_EQ(store.err, KELP_ERR_EPOCH);
-    values.life.destroy(store, space, object);
+    values.destroy(store, space, object);
   }
 }
 

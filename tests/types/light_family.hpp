@@ -15,64 +15,52 @@
 
 namespace light {
 
-template <typename Function>
-Function *operation(const std::string &type, const std::string &suffix) {
-  return harness::function<Function>(type + "_" + suffix);
+// An operation of a type by the rest of its name, as a pointer of whatever signature it is kept in.
+struct Operation {
+  void *address;
+  template <typename Function>
+  operator Function *() const {
+    return reinterpret_cast<Function *>(address);
+  }
+};
+inline Operation operation(const std::string &type, const char *suffix) {
+  return {harness::exported(type + "_" + suffix)};
 }
 
+// The operations that all nine have.
 struct Family {
-  explicit Family(std::string type_name, bool enumeration)
-      : name(std::move(type_name)),
-        is_enumeration(enumeration),
-        size(enumeration ? 16 : 24),
-        record(
-            static_cast<kelp_type_record *>(harness::exported("_" + name + "_type_info_internal"))),
-        create(operation<void *(kelp_handle *, std::uint32_t)>(name, "create")),
-        create_internal(operation<void *(kelp_handle *, std::uint32_t)>(name, "create_internal")),
-        create_cr(operation<void *(kelp_handle *)>(name, "create_cr")),
-        initialize(
-            operation<void(kelp_handle *, std::uint32_t, void *, kelp_type_record *, std::int32_t,
-                           std::int32_t, std::uint8_t, void *, std::uint32_t *)>(name,
-                                                                                 "initialize")),
-        set_instance_embedded(
-            operation<void(kelp_handle *, std::uint32_t, void *)>(name, "set_instance_embedded")),
-        destroy(operation<void(kelp_handle *, std::uint32_t, void *)>(name, "destroy")),
-        destroy_internal(operation<void(kelp_handle *, std::uint32_t, void *, std::int32_t)>(
-            name, "destroy_internal")),
-        destroy_cr(operation<void(kelp_handle *, void *)>(name, "destroy_cr")),
-        size_of(operation<std::size_t()>(name, "sizeof")),
-        cap(operation<std::int32_t(std::int32_t)>(name, "variant_data_index_cap")),
-        get_luid(operation<const std::uint8_t *(kelp_handle *, std::uint32_t, const void *,
-                                                std::uint32_t *)>(name, "get_luid")),
-        adjust_variant(operation<void(kelp_handle *, std::uint32_t, void *, std::uint32_t *)>(
-            name, "adjust_variant")),
-        get_oid_count(
-            operation<std::uint32_t(kelp_handle *, std::uint32_t, const void *, std::uint32_t *)>(
-                name, "get_oid_count")),
-        get_object_references(
-            operation<void(kelp_handle *, std::uint32_t, const void *, void **, std::uint32_t,
-                           std::uint32_t *)>(name, "get_object_references")) {}
-
   std::string name;
   bool is_enumeration;
-  std::size_t size;
-  kelp_type_record *record;
-  void *(*create)(kelp_handle *, std::uint32_t);
-  void *(*create_internal)(kelp_handle *, std::uint32_t);
-  void *(*create_cr)(kelp_handle *);
+  std::size_t size = is_enumeration ? 16 : 24;
+  kelp_type_record *record =
+      static_cast<kelp_type_record *>(harness::exported("_" + name + "_type_info_internal"));
+  void *(*create)(kelp_handle *, std::uint32_t) = operation(name, "create");
+  void *(*create_internal)(kelp_handle *, std::uint32_t) = operation(name, "create_internal");
+  void *(*create_cr)(kelp_handle *) = operation(name, "create_cr");
   void (*initialize)(kelp_handle *, std::uint32_t, void *, kelp_type_record *, std::int32_t,
-                     std::int32_t, std::uint8_t, void *, std::uint32_t *);
-  void (*set_instance_embedded)(kelp_handle *, std::uint32_t, void *);
-  void (*destroy)(kelp_handle *, std::uint32_t, void *);
-  void (*destroy_internal)(kelp_handle *, std::uint32_t, void *, std::int32_t);
-  void (*destroy_cr)(kelp_handle *, void *);
-  std::size_t (*size_of)();
-  std::int32_t (*cap)(std::int32_t);
-  const std::uint8_t *(*get_luid)(kelp_handle *, std::uint32_t, const void *, std::uint32_t *);
-  void (*adjust_variant)(kelp_handle *, std::uint32_t, void *, std::uint32_t *);
-  std::uint32_t (*get_oid_count)(kelp_handle *, std::uint32_t, const void *, std::uint32_t *);
+                     std::int32_t, std::uint8_t, void *,
+                     std::uint32_t *) = operation(name, "initialize");
+  void (*set_instance_embedded)(kelp_handle *, std::uint32_t,
+                                void *) = operation(name, "set_instance_embedded");
+  void (*destroy)(kelp_handle *, std::uint32_t, void *) = operation(name, "destroy");
+  void (*destroy_internal)(kelp_handle *, std::uint32_t, void *,
+                           std::int32_t) = operation(name, "destroy_internal");
+  void (*destroy_cr)(kelp_handle *, void *) = operation(name, "destroy_cr");
+  std::size_t (*size_of)() = operation(name, "sizeof");
+  std::int32_t (*cap)(std::int32_t) = operation(name, "variant_data_index_cap");
+  const std::uint8_t *(*get_luid)(kelp_handle *, std::uint32_t, const void *,
+                                  std::uint32_t *) = operation(name, "get_luid");
+  void (*adjust_variant)(kelp_handle *, std::uint32_t, void *,
+                         std::uint32_t *) = operation(name, "adjust_variant");
+  std::uint32_t (*get_oid_count)(kelp_handle *, std::uint32_t, const void *,
+                                 std::uint32_t *) = operation(name, "get_oid_count");
   void (*get_object_references)(kelp_handle *, std::uint32_t, const void *, void **, std::uint32_t,
-                                std::uint32_t *);
+                                std::uint32_t *) = operation(name, "get_object_references");
+  void *(*get)(kelp_handle *, std::uint32_t, void *) = operation(name, "get");
+  std::int32_t (*compare)(const void *, const void *) = operation(name, "compare");
+  std::uint32_t (*hash)(const void *, std::uint32_t) = operation(name, "hash");
+  void (*set)(kelp_handle *, std::uint32_t, void *, const void *,
+              std::uint32_t *) = operation(name, "set");
 
   kelp_variant_entry &entry(int variant) const { return record->varinfo->entries[variant]; }
 };
@@ -80,10 +68,10 @@ struct Family {
 inline std::vector<Family> families() {
   std::vector<Family> all;
   for (const auto *type : harbor::model::all_enumerations) {
-    all.emplace_back(std::string(type->name), true);
+    all.push_back({std::string(type->name), true});
   }
   for (const auto *type : harbor::model::all_flag_sets) {
-    all.emplace_back(std::string(type->name), false);
+    all.push_back({std::string(type->name), false});
   }
   return all;
 }

@@ -1,6 +1,8 @@
 // The life of enumeration and flag objects. What holds for all nine types is tested on all nine.
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <sstream>
 
 #include "types/light_family.hpp"
 
@@ -32,6 +34,49 @@ class KeptMemory {
   kelp_handle *handle_;
   void (*free_)(void *, std::uint32_t, void *);
 };
+
+// The suffixes of a list in one text.
+std::vector<std::string> words(const char *list) {
+  std::istringstream in(list);
+  return {std::istream_iterator<std::string>(in), {}};
+}
+
+TEST(LightExports, AreThoseOfAllNineAndThoseOfTheirKind) {
+  const char *both =
+      "variant_data_index_cap get_luid adjust_variant create create_internal create_cr initialize "
+      "set_instance_embedded destroy destroy_internal destroy_cr sizeof get_oid_count "
+      "get_object_references compare hash len len_cr get get_value set set_value marshal unmarshal "
+      "print print_cr to_xml toxml_cr from_xml is_valid_cr";
+  const char *of_enumerations = "map_to_user_value map_to_internal_value";
+  const char *of_flag_sets = "in_range get_cr set_cr";
+  EXPECT_EQ(words(both).size(), 30u);
+  for (const light::Family &family : light::families()) {
+    const auto exported = [&](const std::string &suffix) {
+      return harness::is_exported(family.name + "_" + suffix);
+    };
+    for (const std::string &suffix : words(both)) EXPECT_TRUE(exported(suffix)) << suffix;
+    for (const std::string &suffix : words(of_enumerations)) {
+      EXPECT_EQ(exported(suffix), family.is_enumeration) << family.name << " " << suffix;
+    }
+    for (const std::string &suffix : words(of_flag_sets)) {
+      EXPECT_EQ(exported(suffix), !family.is_enumeration) << family.name << " " << suffix;
+    }
+  }
+}
+
+TEST(LightValues, NullIsBelowAllAndHashesToTheSeedAndGetGivesTheObject) {
+  Store store;
+  alignas(8) std::uint8_t memory[24] = {};
+  for (const light::Family &family : light::families()) {
+    SCOPED_TRACE(family.name);
+    EXPECT_EQ(family.compare(nullptr, nullptr), 0);
+    EXPECT_EQ(family.compare(nullptr, memory), -1);
+    EXPECT_EQ(family.compare(memory, nullptr), 1);
+    EXPECT_EQ(family.hash(nullptr, 99), 99u);
+    EXPECT_EQ(family.get(store, space, memory), memory);
+    EXPECT_EQ(family.get(store, space, nullptr), nullptr);
+  }
+}
 
 TEST(LightCreate, GivesAZeroedObjectAtTheDomainsVariant) {
   Store store;
@@ -66,11 +111,10 @@ TEST(LightCreate, AllocatesOnceAndAnnouncesTheHeaderInOrder) {
 TEST(LightCreate, CallsThePlatformInOrder) {
   Store store;
   CallLog calls(store);
-  address_family *object = address_family_create(store, space);
+  OWNED(store, address_family, object);
   EXPECT_EQ(calls.calls(), (std::vector<std::string>{"obj_alloc", "kelp_domain_lookup_variant",
                                                      "write_notify", "write_notify", "write_notify",
                                                      "write_notify", "counter_notify"}));
-  address_family_destroy(store, space, object);
 }
 
 TEST(LightCreate, CountsInTheEntryOfTheVariantAndAnnouncesOneByte) {
@@ -155,10 +199,9 @@ TEST(LightCreate, OfAFailedChainAllocatesNothing) {
 TEST(LightCreate, OutsideAChainDoesNotLookAtItsError) {
   Store store;
   store.handle()->cr_err = 5;
-  address_family *object = address_family_create(store, space);
+  OWNED(store, address_family, object);
   ASSERT_NE(object, nullptr);
-  EXPECT_EQ(light::header(object)->tinfo, &_address_family_type_info_internal);
-  address_family_destroy(store, space, object);
+  EXPECT_EQ(light::header(object.get())->tinfo, &_address_family_type_info_internal);
 }
 
 TEST(LightCreate, OfAChainWorksInTheChainsSpace) {
@@ -279,9 +322,8 @@ TEST(LightInitialize, StoresTheSameUnannouncedOtherwise) {
   light::header(memory)->obj_flags = OBJ_EMBEDDED;
   light::enumeration(memory)->value = 77;
   WriteWatch watch(store);
-  address_family_initialize(store, space, reinterpret_cast<address_family *>(memory),
-                            &_address_family_type_info_internal, 0, 1, OBJ_NESTED, nullptr,
-                            &store.err);
+  store(address_family_initialize, reinterpret_cast<address_family *>(memory),
+        &_address_family_type_info_internal, 0, 1, OBJ_NESTED, nullptr);
   EXPECT_TRUE(watch.all().empty());
   EXPECT_EQ(light::header(memory)->variant, 5) << "the variant is not limited";
   EXPECT_EQ(light::header(memory)->created_variant, 5);
@@ -296,8 +338,8 @@ TEST(LightInitialize, RunsUnderAnEarlierFailureAndClearsNoLastError) {
   kelp_store_err(store, 9);
   alignas(8) std::uint8_t memory[24] = {};
   CallLog calls;
-  lsa_flag_options_initialize(store, space, reinterpret_cast<lsa_flag_options *>(memory),
-                              &_lsa_flag_options_type_info_internal, 1, 0, 0, nullptr, &store.err);
+  store(lsa_flag_options_initialize, reinterpret_cast<lsa_flag_options *>(memory),
+        &_lsa_flag_options_type_info_internal, 1, 0, 0, nullptr);
   EXPECT_EQ(light::header(memory)->tinfo, &_lsa_flag_options_type_info_internal);
   EXPECT_EQ(store.err, 5u);
   EXPECT_EQ(store.last_error(), 9);
@@ -308,8 +350,8 @@ TEST(LightInitialize, HandsTheLookupsFailureToTheCallerAndStoresAllTheSame) {
   Store store;
   ASSERT_EQ(kelp_handle_fail_variant(store, "nbr_state_type", 5, nullptr), 0);
   alignas(8) std::uint8_t memory[16] = {};
-  nbr_state_type_initialize(store, space, reinterpret_cast<nbr_state_type *>(memory),
-                            &_nbr_state_type_type_info_internal, 0, 0, 0, nullptr, &store.err);
+  store(nbr_state_type_initialize, reinterpret_cast<nbr_state_type *>(memory),
+        &_nbr_state_type_type_info_internal, 0, 0, 0, nullptr);
   EXPECT_EQ(store.err, 5u);
   EXPECT_EQ(light::header(memory)->tinfo, &_nbr_state_type_type_info_internal);
 }
@@ -318,8 +360,8 @@ TEST(LightInitialize, UnderSharedRecordsStoresTheCopy) {
   Store store({.shared_tinfo = true});
   alignas(8) std::uint8_t memory[16] = {};
   CallLog calls;
-  address_family_initialize(store, space, reinterpret_cast<address_family *>(memory),
-                            &_address_family_type_info_internal, 0, 0, 0, nullptr, &store.err);
+  store(address_family_initialize, reinterpret_cast<address_family *>(memory),
+        &_address_family_type_info_internal, 0, 0, 0, nullptr);
   EXPECT_EQ(calls.count("kelp_type_info_ptr_get"), 1u);
   EXPECT_NE(light::header(memory)->tinfo, &_address_family_type_info_internal);
   EXPECT_STREQ(light::header(memory)->tinfo->type_name, "address_family");
@@ -426,7 +468,7 @@ TEST(LightDestroy, CountsAtTheVariantThatTheObjectThenHas) {
   store.set_variant("ospf_auth_type", 0);
   ospf_auth_type *object = ospf_auth_type_create(store, space);
   store.set_variant("ospf_auth_type", 1);
-  ospf_auth_type_adjust_variant(store, space, object, &store.err);
+  store(ospf_auth_type_adjust_variant, object);
   kelp_variant_entry *entries = _ospf_auth_type_type_info_internal.varinfo->entries;
   const std::uint64_t at_0 = entries[0].destroy_count;
   const std::uint64_t at_1 = entries[1].destroy_count;

@@ -51,13 +51,9 @@ class Table {
 };
 
 // An area, whose first reference is to interfaces and whose second came with variant 1.
-class Area {
+class Area : public harness::Single<ospf_area> {
  public:
-  explicit Area(StoreOptions options = {}) : store(options) { object = ospf_area_create(store, 0); }
-  ~Area() {
-    store.err = 0;
-    ospf_area_destroy(store, 0, object);
-  }
+  explicit Area(StoreOptions options = {}) : Single(ospf_area_create, ospf_area_destroy, options) {}
   kelp_reference &interfaces() {
     return *reinterpret_cast<kelp_reference *>(reinterpret_cast<char *>(object) +
                                                interfaces_offset);
@@ -66,15 +62,9 @@ class Area {
     return *(reinterpret_cast<std::uint8_t *>(object) + area_size + interfaces_state);
   }
   void refer(tbl_ospf_interface_table *target) {
-    ospf_area_interfaces_set_by_ref(store, 0, object, target, &store.err);
+    store(ospf_area_interfaces_set_by_ref, object, target);
   }
-  tbl_ospf_interface_table *referred() {
-    return ospf_area_interfaces_get_by_ref(store, 0, object, &store.err);
-  }
-  void expect_failure(std::uint32_t code) {
-    EXPECT_EQ(store.err, code);
-    EXPECT_EQ(store.last_error(), static_cast<std::int32_t>(code));
-  }
+  tbl_ospf_interface_table *referred() { return store(ospf_area_interfaces_get_by_ref, object); }
   // Gives the field the OID of nothing that the runtime knows.
   void refer_to_nothing_known() {
     interfaces().oid.handle_word = 4096;
@@ -84,9 +74,6 @@ class Area {
     }
   }
   void forget() { std::memset(&interfaces().oid, 0, sizeof(kelp_oid)); }
-
-  Store store;
-  ospf_area *object;
 };
 
 bool operator==(const kelp_oid &a, const kelp_oid &b) {
@@ -127,7 +114,7 @@ TEST(GetByRef, ATargetTypeChangedBehindTheFieldsBackIsInvalid) {
   kelp_type_record *const record = area.interfaces().target_type;
   area.interfaces().target_type = &_tbl_ospf_area_table_type_info_internal;
   EXPECT_EQ(area.referred(), nullptr);
-  area.expect_failure(22);
+  area.expect_failure(KELP_ERR_INVALID);
   area.interfaces().target_type = record;
   area.store.err = 0;
   area.refer(nullptr);
@@ -147,7 +134,7 @@ TEST(GetByRef, UnderSharedRecordsTheRuntimesCopyIsExpected) {
   EXPECT_EQ(area.referred(), static_cast<tbl_ospf_interface_table *>(table));
   area.interfaces().target_type = &_tbl_ospf_interface_table_type_info_internal;
   EXPECT_EQ(area.referred(), nullptr);
-  area.expect_failure(22);
+  area.expect_failure(KELP_ERR_INVALID);
   area.interfaces().target_type = copy;
   area.store.err = 0;
   area.refer(nullptr);
@@ -157,35 +144,20 @@ TEST(GetByRef, AnOidThatNamesNothingFailsAsTheRuntimeSays) {
   Area area;
   area.refer_to_nothing_known();
   EXPECT_EQ(area.referred(), nullptr);
-  area.expect_failure(2);
+  area.expect_failure(KELP_ERR_NOT_FOUND);
   area.forget();
 }
 
 TEST(GetByRef, AFieldOfALaterVariantIsRefused) {
   Store store;
   store.set_variant("ospf_area", 0);
-  ospf_area *area = ospf_area_create(store, 0);
-  EXPECT_EQ(ospf_area_area_scope_lsas_get_by_ref(store, 0, area, &store.err), nullptr);
+  OWNED(store, ospf_area, area);
+  EXPECT_EQ(store(ospf_area_area_scope_lsas_get_by_ref, area), nullptr);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   store.err = 0;
   EXPECT_EQ(ospf_area_area_scope_lsas_get_by_ref_cr(store, area), nullptr);
   EXPECT_EQ(store.handle()->cr_err, KELP_ERR_EPOCH);
   store.handle()->cr_err = 0;
-  ospf_area_destroy(store, 0, area);
-}
-
-TEST(ByRef, AnErrorThatStandsIsLeftAlone) {
-  Area area;
-  Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
-  kelp_store_err(area.store, 5);
-  area.store.err = 5;
-  CallLog calls(area.store);
-  EXPECT_EQ(area.referred(), nullptr);
-  area.refer(table);
-  area.refer(nullptr);
-  EXPECT_TRUE(calls.calls().empty());
-  area.expect_failure(5);
-  EXPECT_EQ(area.interfaces().oid.handle_word, 0u);
 }
 
 // --- set ----------------------------------------------------------------------------------------
@@ -204,7 +176,7 @@ TEST(SetByRef, TakesACountedReferenceAndMarksTheState) {
 TEST(SetByRef, AnnouncesTheOidAsOneThenTheState) {
   Area area({.tracking = KELP_TRACKING_ON});
   Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
-  kelp_handle_to_oid(area.store, 0, table.get(), KELP_OID_KIND_TABLE, 0, &area.store.err);
+  area.store(kelp_handle_to_oid, table.get(), KELP_OID_KIND_TABLE, 0);
   WriteWatch watch(area.store);
   ospf_area_interfaces_set_by_ref(area.store, 17, area.object, table, &area.store.err);
   const auto writes = watch.writes();
@@ -254,7 +226,7 @@ TEST(SetByRef, ATargetOfAnotherTypeIsInvalidAndTheOldReferenceStays) {
   const kelp_oid before = area.interfaces().oid;
   TraceLog trace;
   area.refer(other);
-  area.expect_failure(22);
+  area.expect_failure(KELP_ERR_INVALID);
   EXPECT_TRUE(trace.empty());
   EXPECT_TRUE(area.interfaces().oid == before);
   EXPECT_EQ(table.references(), 1);
@@ -270,7 +242,7 @@ TEST(SetByRef, ATargetInsideAnotherObjectIsNotPermitted) {
   table.get()->header.obj_flags |= OBJ_NESTED;
   TraceLog trace;
   area.refer(table);
-  area.expect_failure(1);
+  area.expect_failure(KELP_ERR_PERMISSION);
   EXPECT_EQ(trace.texts(),
             (Names{"ospf_area interfaces set by ref: Cannot set reference to this object"}));
   EXPECT_TRUE(trace.has(3, trace.texts().front()));
@@ -394,7 +366,7 @@ TEST(SetByRef, ATargetThatGetsNoOidFailsAfterTheOldReferenceHasGone) {
   kelp_database_fail_after(area.store.database(), KELP_FAULT_OID_MAPPING, 0);
   TraceLog trace;
   area.refer(second);
-  area.expect_failure(12);
+  area.expect_failure(KELP_ERR_NO_MEMORY);
   EXPECT_EQ(trace.texts(), (Names{std::string("ospf_area interfaces set by ref: Handle to oid "
                                               "failed with error code ") +
                                   std::strerror(12)}));
@@ -496,12 +468,12 @@ TEST(SetByRef, AnObjectBelowTheFloorMovesUpWhereTheDomainLetsIt) {
   store.set_variant("ospf_area", 0);
   ospf_area *area = ospf_area_create(store, 0);
   Table table(store, _tbl_area_scope_lsas_table_type_info_internal);
-  ospf_area_area_scope_lsas_set_by_ref(store, 0, area, table, &store.err);
+  store(ospf_area_area_scope_lsas_set_by_ref, area, table);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
   EXPECT_EQ(table.references(), -1);
   store.err = 0;
   kelp_handle_clear_variant(store, "ospf_area");
-  ospf_area_area_scope_lsas_set_by_ref(store, 0, area, table, &store.err);
+  store(ospf_area_area_scope_lsas_set_by_ref, area, table);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(table.references(), 1);
   ospf_area_destroy(store, 0, area);
@@ -536,7 +508,7 @@ std::uint32_t count_of(Store &store, Object *(*create)(kelp_handle *, std::uint3
                                               std::uint32_t *),
                        void (*destroy)(kelp_handle *, std::uint32_t, Object *)) {
   Object *object = create(store, 0);
-  const std::uint32_t result = count(store, 0, object, &store.err);
+  const std::uint32_t result = store(count, object);
   EXPECT_EQ(store.err, 0u);
   destroy(store, 0, object);
   return result;
@@ -566,23 +538,23 @@ TEST(GetOidCount, TracesAnErrorThatStandsAndANullObject) {
   TraceLog trace;
   kelp_store_err(area.store, 5);
   area.store.err = 5;
-  EXPECT_EQ(ospf_area_get_oid_count(area.store, 0, area.object, &area.store.err), 0u);
+  EXPECT_EQ(area(ospf_area_get_oid_count), 0u);
   EXPECT_TRUE(trace.has(3, "Error already present in call to get object oid count"));
   area.expect_failure(5);
   trace.clear();
   area.store.err = 0;
-  EXPECT_EQ(ospf_area_get_oid_count(area.store, 0, nullptr, &area.store.err), 0u);
+  EXPECT_EQ(area.store(ospf_area_get_oid_count, nullptr), 0u);
   EXPECT_EQ(trace.texts(), (Names{"Invalid object passed in to get object oid count"}));
   EXPECT_TRUE(trace.has(3, trace.texts().front()));
-  area.expect_failure(22);
+  area.expect_failure(KELP_ERR_INVALID);
 }
 
 TEST(GetOidCount, KeepsTheHandlesLastError) {
   Area area;
   kelp_store_err(area.store, 5);
-  EXPECT_EQ(ospf_area_get_oid_count(area.store, 0, area.object, &area.store.err), 2u);
+  EXPECT_EQ(area(ospf_area_get_oid_count), 2u);
   void *references[2];
-  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  area(ospf_area_get_object_references, references, 2);
   EXPECT_EQ(area.store.last_error(), 5);
   EXPECT_EQ(area.store.err, 0u);
 }
@@ -594,28 +566,27 @@ TEST(GetObjectReferences, GivesOneTableForEachFieldInOrder) {
   void *references[2] = {&area, &area};
   area.refer(interfaces);
   // The size is not looked at.
-  ospf_area_get_object_references(area.store, 0, area.object, references, 0, &area.store.err);
+  area(ospf_area_get_object_references, references, 0);
   EXPECT_EQ(references[0], interfaces.get());
   EXPECT_EQ(references[1], nullptr);
-  ospf_area_area_scope_lsas_set_by_ref(area.store, 0, area.object, lsas, &area.store.err);
-  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  area(ospf_area_area_scope_lsas_set_by_ref, lsas);
+  area(ospf_area_get_object_references, references, 2);
   EXPECT_EQ(references[0], interfaces.get());
   EXPECT_EQ(references[1], lsas.get());
   EXPECT_EQ(area.store.err, 0u);
   area.refer(nullptr);
-  ospf_area_area_scope_lsas_set_by_ref(area.store, 0, area.object, nullptr, &area.store.err);
+  area(ospf_area_area_scope_lsas_set_by_ref, nullptr);
 }
 
 TEST(GetObjectReferences, ReadsTheFieldsOfLaterVariantsToo) {
   Store store;
   store.set_variant("ospf_area", 0);
-  ospf_area *area = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, area);
   void *references[2] = {&store, &store};
-  ospf_area_get_object_references(store, 0, area, references, 2, &store.err);
+  store(ospf_area_get_object_references, area, references, 2);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(references[0], nullptr);
   EXPECT_EQ(references[1], nullptr);
-  ospf_area_destroy(store, 0, area);
 }
 
 TEST(GetObjectReferences, AnOidWordBelow256IsNotResolved) {
@@ -624,7 +595,7 @@ TEST(GetObjectReferences, AnOidWordBelow256IsNotResolved) {
   area.interfaces().oid.handle_word = 255;
   void *references[2] = {&area, &area};
   CallLog calls;
-  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  area(ospf_area_get_object_references, references, 2);
   EXPECT_EQ(area.store.err, 0u);
   EXPECT_EQ(calls.count("kelp_oid_to_handle"), 0u);
   EXPECT_EQ(references[0], nullptr);
@@ -636,8 +607,8 @@ TEST(GetObjectReferences, AnUnresolvedOidLeavesItsOutputAndTheLaterOnesAlone) {
   area.refer_to_nothing_known();
   void *references[2] = {&area, &area};
   TraceLog trace;
-  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
-  area.expect_failure(2);
+  area(ospf_area_get_object_references, references, 2);
+  area.expect_failure(KELP_ERR_NOT_FOUND);
   EXPECT_EQ(trace.texts(), (Names{"Failed to obtain resolve existing oid reference from object"}));
   EXPECT_TRUE(trace.has(3, trace.texts().front()));
   EXPECT_EQ(references[0], &area);
@@ -651,30 +622,29 @@ TEST(GetObjectReferences, TracesAnErrorThatStandsAndANullObject) {
   TraceLog trace;
   kelp_store_err(area.store, 5);
   area.store.err = 5;
-  ospf_area_get_object_references(area.store, 0, area.object, references, 2, &area.store.err);
+  area(ospf_area_get_object_references, references, 2);
   EXPECT_EQ(trace.texts(), (Names{"Error present in call to get table references from object"}));
   EXPECT_TRUE(trace.has(3, trace.texts().front()));
   area.expect_failure(5);
   trace.clear();
   area.store.err = 0;
-  ospf_area_get_object_references(area.store, 0, nullptr, references, 2, &area.store.err);
+  area.store(ospf_area_get_object_references, nullptr, references, 2);
   EXPECT_EQ(trace.texts(), (Names{"Cannot get table references. Invalid object passed on"}));
   EXPECT_TRUE(trace.has(3, trace.texts().front()));
-  area.expect_failure(22);
+  area.expect_failure(KELP_ERR_INVALID);
   EXPECT_EQ(references[0], &area);
 }
 
 TEST(GetObjectReferences, ATypeWithoutReferencesOnlyTestsItsEntry) {
   Store store;
-  ospfv2_link_tlv *tlv = ospfv2_link_tlv_create(store, 0);
+  OWNED(store, ospfv2_link_tlv, tlv);
   TraceLog trace;
-  ospfv2_link_tlv_get_object_references(store, 0, tlv, nullptr, 0, &store.err);
+  store(ospfv2_link_tlv_get_object_references, tlv, nullptr, 0);
   EXPECT_EQ(store.err, 0u);
   EXPECT_TRUE(trace.empty());
-  ospfv2_link_tlv_get_object_references(store, 0, nullptr, nullptr, 0, &store.err);
+  store(ospfv2_link_tlv_get_object_references, nullptr, nullptr, 0);
   EXPECT_EQ(store.err, KELP_ERR_INVALID);
   EXPECT_FALSE(trace.empty());
-  ospfv2_link_tlv_destroy(store, 0, tlv);
 }
 
 // --- destroy ------------------------------------------------------------------------------------
@@ -683,7 +653,7 @@ TEST(ByRefDestroy, AnObjectThatIsReferredToStaysWithAllItsFields) {
   Area area;
   Table table(area.store, _tbl_ospf_interface_table_type_info_internal);
   area.refer(table);
-  kelp_handle_to_oid(area.store, 0, area.object, KELP_OID_KIND_OBJECT, 1, &area.store.err);
+  area(kelp_handle_to_oid, KELP_OID_KIND_OBJECT, 1);
   ASSERT_EQ(area.store.err, 0u);
   const kelp_oid before = area.interfaces().oid;
   TraceLog trace;
@@ -693,8 +663,7 @@ TEST(ByRefDestroy, AnObjectThatIsReferredToStaysWithAllItsFields) {
                         "of them are released"));
   EXPECT_TRUE(area.interfaces().oid == before);
   EXPECT_EQ(table.references(), 1);
-  kelplib_lookup_and_update_oid_ref_count(area.store, 0, area.object, KELP_OID_DECREMENT,
-                                          &area.store.err);
+  area(kelplib_lookup_and_update_oid_ref_count, KELP_OID_DECREMENT);
   EXPECT_EQ(area.store.err, 0u);
 }
 
@@ -702,7 +671,7 @@ TEST(ByRefDestroy, ReleasesTheReferenceOfEachField) {
   Store store;
   Table table(store, _tbl_ospf_interface_table_type_info_internal);
   ospf_area *area = ospf_area_create(store, 0);
-  ospf_area_interfaces_set_by_ref(store, 0, area, table, &store.err);
+  store(ospf_area_interfaces_set_by_ref, area, table);
   EXPECT_EQ(table.references(), 1);
   ospf_area_destroy(store, 0, area);
   EXPECT_EQ(table.references(), 0);

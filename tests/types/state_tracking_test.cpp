@@ -11,67 +11,53 @@ constexpr char not_tracked[] = "The object is not state tracked";
 constexpr char non_tracked[] = "The object is non state tracked";
 
 // An area made under a tracking handle.
-class Area {
+class Area : public Single<ospf_area> {
  public:
   explicit Area(std::uint32_t tracking = KELP_TRACKING_ON)
-      : store({.tracking = tracking}), object(ospf_area_create(store, 0)) {}
-  ~Area() { ospf_area_destroy(store, 0, object); }
+      : Single(ospf_area_create, ospf_area_destroy, {.tracking = tracking}) {}
   std::uint8_t *states() { return area(object, types::ospf_area); }
-
-  Store store;
-  ospf_area *object;
 };
 
 // A network with three routers, made under a tracking handle.
-class Network {
+class Network : public Single<ospfv2_network> {
  public:
   explicit Network(std::uint32_t tracking = KELP_TRACKING_ON)
-      : store({.tracking = tracking}), object(ospfv2_network_create(store, 0)) {
+      : Single(ospfv2_network_create, ospfv2_network_destroy, {.tracking = tracking}) {
     const std::uint32_t routers[] = {1, 2, 3};
-    ospfv2_network_attached_router_set_mem(store, 0, object, routers, 3, &store.err);
+    store(ospfv2_network_attached_router_set_mem, object, routers, 3);
   }
-  ~Network() { ospfv2_network_destroy(store, 0, object); }
   std::uint8_t *states() { return area(object, types::ospfv2_network); }
   std::uint8_t *element_states() { return at<std::uint8_t *>(states(), 8); }
-
-  Store store;
-  ospfv2_network *object;
 };
 
 TEST(StateFlag, AFreshObjectIsUnwrittenAndASetterMarksItsFieldAlone) {
   Area area;
   Store &store = area.store;
-  EXPECT_EQ(ospf_area_area_id_state_flag_get(store, 0, area.object, &store.err), 0);
-  EXPECT_EQ(ospf_area_interfaces_state_flag_get(store, 0, area.object, &store.err), 0);
-  ospf_area_area_id_set_value(store, 0, area.object, 5, &store.err);
-  EXPECT_EQ(ospf_area_area_id_state_flag_get(store, 0, area.object, &store.err), 2);
-  EXPECT_EQ(ospf_area_interfaces_state_flag_get(store, 0, area.object, &store.err), 0);
-  EXPECT_EQ(ospf_area_area_scope_lsas_state_flag_get(store, 0, area.object, &store.err), 0);
+  EXPECT_EQ(area(ospf_area_area_id_state_flag_get), 0);
+  EXPECT_EQ(area(ospf_area_interfaces_state_flag_get), 0);
+  area(ospf_area_area_id_set_value, 5);
+  EXPECT_EQ(area(ospf_area_area_id_state_flag_get), 2);
+  EXPECT_EQ(area(ospf_area_interfaces_state_flag_get), 0);
+  EXPECT_EQ(area(ospf_area_area_scope_lsas_state_flag_get), 0);
   EXPECT_EQ(store.err, 0u);
 }
 
 TEST(StateFlag, TheLowEightBitsAreStoredAnnounced) {
   Area area;
   WriteWatch watch(area.store);
-  ospf_area_area_scope_lsas_state_flag_set(area.store, 0, area.object, 0x1234, &area.store.err);
+  area(ospf_area_area_scope_lsas_state_flag_set, 0x1234);
   EXPECT_EQ(area.states()[2], 0x34);
   EXPECT_EQ(ranges_in(watch, area.object), (Ranges{{130, 1}}));
   EXPECT_EQ(area.store.err, 0u);
 }
 
-TEST(StateFlag, AnEarlierFailureStandsAndTheLastErrorIsNeverCleared) {
+TEST(StateFlag, TheLastErrorIsNeverCleared) {
   Area area;
   area.states()[0] = 7;
   CallLog log(area.store);
-  EXPECT_EQ(ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err), 7);
+  EXPECT_EQ(area(ospf_area_area_id_state_flag_get), 7);
   EXPECT_TRUE(log.calls().empty());
-  area.store.err = KELP_ERR_NO_ROOM;
-  EXPECT_EQ(ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err), 0);
-  ospf_area_area_id_state_flag_set(area.store, 0, area.object, 1, &area.store.err);
-  EXPECT_TRUE(log.calls().empty());
-  EXPECT_EQ(area.states()[0], 7);
-  area.store.err = 0;
-  ospf_area_area_id_state_flag_set(area.store, 0, area.object, 1, &area.store.err);
+  area(ospf_area_area_id_state_flag_set, 1);
   EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
 }
 
@@ -123,13 +109,13 @@ TEST(StateFlag, ACorruptedHandleEndsTheProcess) {
   EXPECT_FATAL(
       {
         area.store.handle()->sttr->sttr_mode = 0xEEEF;
-        ospf_area_area_id_state_flag_get(area.store, 0, area.object, &area.store.err);
+        area(ospf_area_area_id_state_flag_get);
       },
       "Corrupted KELP Handle");
   EXPECT_FATAL(
       {
         area.store.handle()->sttr->sttr_mode = 0xEEEF;
-        ospf_area_area_id_state_flag_set(area.store, 0, area.object, 1, &area.store.err);
+        area(ospf_area_area_id_state_flag_set, 1);
       },
       "Corrupted KELP Handle");
 }
@@ -137,34 +123,32 @@ TEST(StateFlag, ACorruptedHandleEndsTheProcess) {
 TEST(StateFlag, ReadingTestsNoVariantAndWritingDoes) {
   Store store({.tracking = KELP_TRACKING_ON});
   store.set_variant("ospf_area", 0);
-  ospf_area *object = ospf_area_create(store, 0);
-  EXPECT_EQ(ospf_area_area_scope_lsas_state_flag_get(store, 0, object, &store.err), 0);
+  OWNED(store, ospf_area, object);
+  EXPECT_EQ(store(ospf_area_area_scope_lsas_state_flag_get, object), 0);
   EXPECT_EQ(store.err, 0u);
-  ospf_area_area_scope_lsas_state_flag_set(store, 0, object, 6, &store.err);
+  store(ospf_area_area_scope_lsas_state_flag_set, object, 6);
   EXPECT_EQ(store.err, KELP_ERR_EPOCH);
-  EXPECT_EQ(area(object, types::ospf_area)[2], 0);
+  EXPECT_EQ(area(object.get(), types::ospf_area)[2], 0);
   store.err = 0;
   store.set_variant("ospf_area", 1);
-  ospf_area_area_scope_lsas_state_flag_set(store, 0, object, 6, &store.err);
+  store(ospf_area_area_scope_lsas_state_flag_set, object, 6);
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(header(object).variant, 1);
-  EXPECT_EQ(area(object, types::ospf_area)[2], 6);
-  ospf_area_destroy(store, 0, object);
+  EXPECT_EQ(header(object.get()).variant, 1);
+  EXPECT_EQ(area(object.get(), types::ospf_area)[2], 6);
 }
 
 TEST(StateFlag, ANestedObjectsBytesLieInTheOutermostParent) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_interface *object = ospf_interface_create(store, 0);
+  OWNED(store, ospf_interface, object);
   auto *settings = static_cast<ttl_security *>(
-      place(object, types::ospf_interface, fields::ospf_interface::ttl_security_val));
-  ttl_security_hops_set_value(store, 0, settings, 5, &store.err);
-  EXPECT_EQ(area(object, types::ospf_interface)[24], 2);
-  EXPECT_EQ(area(object, types::ospf_interface)[22], 0);
-  ttl_security_enabled_state_flag_set(store, 0, settings, 9, &store.err);
-  EXPECT_EQ(area(object, types::ospf_interface)[23], 9);
-  EXPECT_EQ(ttl_security_hops_state_flag_get(store, 0, settings, &store.err), 2);
+      place(object.get(), types::ospf_interface, fields::ospf_interface::ttl_security_val));
+  store(ttl_security_hops_set_value, settings, 5);
+  EXPECT_EQ(area(object.get(), types::ospf_interface)[24], 2);
+  EXPECT_EQ(area(object.get(), types::ospf_interface)[22], 0);
+  store(ttl_security_enabled_state_flag_set, settings, 9);
+  EXPECT_EQ(area(object.get(), types::ospf_interface)[23], 9);
+  EXPECT_EQ(store(ttl_security_hops_state_flag_get, settings), 2);
   EXPECT_EQ(store.err, 0u);
-  ospf_interface_destroy(store, 0, object);
 }
 
 // --- arrays -------------------------------------------------------------------------------------
@@ -172,9 +156,8 @@ TEST(StateFlag, ANestedObjectsBytesLieInTheOutermostParent) {
 TEST(ArrayStateFlag, TheWholeHasAByteOfItsOwn) {
   Network network;
   Store &store = network.store;
-  EXPECT_EQ(
-      ospfv2_network_attached_router_state_flag_whole_get(store, 0, network.object, &store.err), 2);
-  ospfv2_network_attached_router_state_flag_whole_set(store, 0, network.object, 0x105, &store.err);
+  EXPECT_EQ(network(ospfv2_network_attached_router_state_flag_whole_get), 2);
+  network(ospfv2_network_attached_router_state_flag_whole_set, 0x105);
   EXPECT_EQ(network.states()[1], 5);
   EXPECT_EQ(network.element_states()[0], 0);
   EXPECT_EQ(store.err, 0u);
@@ -184,27 +167,22 @@ TEST(ArrayStateFlag, AnElementsByteIsStoredAnnounced) {
   Network network;
   Store &store = network.store;
   WriteWatch watch(store);
-  ospfv2_network_attached_router_state_flag_set(store, 0, network.object, 2, 0x107, &store.err);
+  network(ospfv2_network_attached_router_state_flag_set, 2, 0x107);
   ASSERT_EQ(watch.writes().size(), 1u);
   EXPECT_EQ(watch.writes()[0].address, network.element_states() + 2);
   EXPECT_EQ(watch.writes()[0].length, 1u);
-  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 2, &store.err),
-            7);
-  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 1, &store.err),
-            0);
+  EXPECT_EQ(network(ospfv2_network_attached_router_state_flag_get, 2), 7);
+  EXPECT_EQ(network(ospfv2_network_attached_router_state_flag_get, 1), 0);
   EXPECT_EQ(store.err, 0u);
 }
 
 TEST(ArrayStateFlag, AnIndexAtTheCountIsRefused) {
   Network network;
   Store &store = network.store;
-  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 3, &store.err),
-            0);
-  EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-  EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
-  store.err = 0;
+  EXPECT_EQ(network(ospfv2_network_attached_router_state_flag_get, 3), 0);
+  store.expect_failure(KELP_ERR_NOT_FOUND);
   CallLog log(store);
-  ospfv2_network_attached_router_state_flag_set(store, 0, network.object, 3, 1, &store.err);
+  network(ospfv2_network_attached_router_state_flag_set, 3, 1);
   EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
   EXPECT_EQ(log.calls(), (Names{"kelp_store_err"}));
 }
@@ -212,8 +190,7 @@ TEST(ArrayStateFlag, AnIndexAtTheCountIsRefused) {
 TEST(ArrayStateFlag, TheElementsBytesAreHandedOutInPlace) {
   Network network;
   std::uint64_t address = 0;
-  ospfv2_network_attached_router_state_flag_get_arr(network.store, 0, network.object, &address,
-                                                    &network.store.err);
+  network(ospfv2_network_attached_router_state_flag_get_arr, &address);
   EXPECT_EQ(address, reinterpret_cast<std::uintptr_t>(network.element_states()));
   EXPECT_EQ(network.store.err, 0u);
 }
@@ -225,8 +202,7 @@ TEST(ArrayStateFlag, BytesForTheElementsGoToTheBeginningOfTheObjectsArea) {
   network.element_states()[1] = 6;
   std::uint8_t *const elements = network.element_states();
   WriteWatch watch(store);
-  ospfv2_network_attached_router_state_flag_set_arr(store, 0, network.object, source, 3,
-                                                    &store.err);
+  network(ospfv2_network_attached_router_state_flag_set_arr, source, 3);
   EXPECT_EQ(store.err, 0u);
   EXPECT_TRUE(watch.writes().empty());
   EXPECT_EQ(std::memcmp(network.states(), source, 3), 0);
@@ -241,10 +217,8 @@ TEST(ArrayStateFlag, AnotherCountThanTheArraysIsRefused) {
   const std::uint8_t source[] = {11, 12, 13, 14};
   for (const std::uint32_t count : {2u, 4u}) {
     store.err = 0;
-    ospfv2_network_attached_router_state_flag_set_arr(store, 0, network.object, source, count,
-                                                      &store.err);
-    EXPECT_EQ(store.err, KELP_ERR_NOT_FOUND);
-    EXPECT_EQ(store.last_error(), KELP_ERR_NOT_FOUND);
+    network(ospfv2_network_attached_router_state_flag_set_arr, source, count);
+    store.expect_failure(KELP_ERR_NOT_FOUND);
     EXPECT_EQ(network.states()[0], 0);
   }
 }
@@ -288,11 +262,11 @@ TEST(ArrayStateFlag, EachPlaceHasAMessageOfItsOwn) {
   Store &store = network.store;
   std::uint64_t out = 0;
   TraceLog trace;
-  ospfv2_network_attached_router_state_flag_whole_get(store, 0, network.object, &store.err);
+  network(ospfv2_network_attached_router_state_flag_whole_get);
   store.err = 0;
-  ospfv2_network_attached_router_state_flag_get(store, 0, network.object, 0, &store.err);
+  network(ospfv2_network_attached_router_state_flag_get, 0);
   store.err = 0;
-  ospfv2_network_attached_router_state_flag_get_arr(store, 0, network.object, &out, &store.err);
+  network(ospfv2_network_attached_router_state_flag_get_arr, &out);
   ASSERT_EQ(trace.messages().size(), 3u);
   EXPECT_EQ(trace.messages()[1].index, trace.messages()[0].index + 1);
   EXPECT_EQ(trace.messages()[2].index, trace.messages()[0].index + 2);
@@ -302,41 +276,38 @@ TEST(ArrayStateFlag, EachPlaceHasAMessageOfItsOwn) {
 
 TEST(AllStateFlags, EveryByteIsFilledUnannouncedNestedBlocksIncluded) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_interface *object = ospf_interface_create(store, 0);
+  OWNED(store, ospf_interface, object);
   CallLog log(store);
   ospf_interface_set_all_state_tracking_flag(store, 0, object, 0x103);
   EXPECT_TRUE(log.calls().empty());
   const std::vector<std::uint8_t> filled(42, 3);
-  EXPECT_EQ(std::memcmp(area(object, types::ospf_interface), filled.data(), filled.size()), 0);
-  ospf_interface_destroy(store, 0, object);
+  EXPECT_EQ(std::memcmp(area(object.get(), types::ospf_interface), filled.data(), filled.size()),
+            0);
 }
 
 TEST(AllStateFlags, EmptyArraysAreLeftWithThePatternInTheirPointers) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospfv2_link_tlv *object = ospfv2_link_tlv_create(store, 0);
+  OWNED(store, ospfv2_link_tlv, object);
   ospfv2_link_tlv_set_all_state_tracking_flag(store, 0, object, 2);
-  std::uint8_t *states = area(object, types::ospfv2_link_tlv);
+  std::uint8_t *states = area(object.get(), types::ospfv2_link_tlv);
   EXPECT_EQ(at<std::uint64_t>(states, 8), 0x0202020202020202u);
   EXPECT_EQ(at<std::uint64_t>(states, 24), 0x0202020202020202u);
   EXPECT_EQ(states[39], 2);
-  EXPECT_EQ(ospfv2_link_tlv_local_if_ipv4_addr_state_flag_whole_get(store, 0, object, &store.err),
-            2);
+  EXPECT_EQ(store(ospfv2_link_tlv_local_if_ipv4_addr_state_flag_whole_get, object), 2);
   // No valid pointer is left there, so that destroy must not meet it.
   at<std::uint64_t>(states, 8) = 0;
   at<std::uint64_t>(states, 24) = 0;
-  ospfv2_link_tlv_destroy(store, 0, object);
 }
 
 TEST(AllStateFlags, ANestedObjectFillsItsBlockAlone) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_interface *object = ospf_interface_create(store, 0);
+  OWNED(store, ospf_interface, object);
   auto *settings = static_cast<fast_reroute *>(
-      place(object, types::ospf_interface, fields::ospf_interface::fast_reroute_val));
+      place(object.get(), types::ospf_interface, fields::ospf_interface::fast_reroute_val));
   fast_reroute_set_all_state_tracking_flag(store, 0, settings, 7);
-  const std::uint8_t *states = area(object, types::ospf_interface);
+  const std::uint8_t *states = area(object.get(), types::ospf_interface);
   const std::uint8_t around[] = {0, 7, 7, 7, 0};
   EXPECT_EQ(std::memcmp(states + 9, around, sizeof around), 0);
-  ospf_interface_destroy(store, 0, object);
 }
 
 TEST(AllStateFlags, OnlyATrackingHandleAndATrackedObjectDoAnything) {

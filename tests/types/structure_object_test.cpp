@@ -211,24 +211,12 @@ ospf_area *zeroed_area() {
   return reinterpret_cast<ospf_area *>(memory);
 }
 
-TEST(StructureInitialize, AnEarlierFailureStands) {
-  Store store;
-  ospf_area *area = zeroed_area();
-  std::uint32_t err = KELP_ERR_NO_ROOM;
-  CallLog log(store);
-  ospf_area_initialize(store, 0, area, &_ospf_area_type_info_internal, 1, 0, 0, nullptr, &err);
-  EXPECT_TRUE(log.calls().empty());
-  EXPECT_EQ(err, KELP_ERR_NO_ROOM);
-  EXPECT_EQ(header(area).tinfo, nullptr);
-}
-
 TEST(StructureInitialize, WithoutNotifyNothingIsAnnounced) {
   Store store;
   std::memset(memory, 0, sizeof memory);
   WriteWatch watch(store);
   auto *object = reinterpret_cast<ospf_interface *>(memory);
-  ospf_interface_initialize(store, 0, object, &_ospf_interface_type_info_internal, 0, 1, 0, nullptr,
-                            &store.err);
+  store(ospf_interface_initialize, object, &_ospf_interface_type_info_internal, 0, 1, 0, nullptr);
   EXPECT_TRUE(watch.writes().empty());
   EXPECT_EQ(header(object).tinfo, &_ospf_interface_type_info_internal);
   EXPECT_EQ(store.err, 0u);
@@ -240,8 +228,7 @@ TEST(StructureInitialize, SkippedStatisticsLeaveOutCountsAndStateForChildrenToo)
   const Counts before = counts(_ospfv2_network_type_info_internal, 0);
   CallLog log(store);
   auto *object = reinterpret_cast<ospfv2_lsa *>(memory);
-  ospfv2_lsa_initialize(store, 0, object, &_ospfv2_lsa_type_info_internal, 1, 1, OBJ_NESTED,
-                        nullptr, &store.err);
+  store(ospfv2_lsa_initialize, object, &_ospfv2_lsa_type_info_internal, 1, 1, OBJ_NESTED, nullptr);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(flags_of(object), OBJ_NESTED | OBJ_STATE_TRACKED);
   EXPECT_EQ(counts(_ospfv2_network_type_info_internal, 0), before);
@@ -253,10 +240,8 @@ TEST(StructureInitialize, ANestedObjectWithoutABaseFailsUnderATrackingHandle) {
   Store store({.tracking = KELP_TRACKING_ON});
   ospf_area *area = zeroed_area();
   TraceLog trace;
-  ospf_area_initialize(store, 0, area, &_ospf_area_type_info_internal, 1, 0, OBJ_NESTED, nullptr,
-                       &store.err);
-  EXPECT_EQ(store.err, KELP_ERR_INVALID);
-  EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
+  store(ospf_area_initialize, area, &_ospf_area_type_info_internal, 1, 0, OBJ_NESTED, nullptr);
+  store.expect_failure(KELP_ERR_INVALID);
   EXPECT_EQ(flags_of(area), OBJ_NESTED | OBJ_STATE_TRACKED);
   ASSERT_EQ(trace.messages().size(), 1u);
   EXPECT_TRUE(trace.has(3,
@@ -269,8 +254,8 @@ TEST(StructureInitialize, ANestedObjectInItsParentsAreaTellsNoDistances) {
   std::memset(memory, 0, sizeof memory);
   auto *object = reinterpret_cast<ospfv3_nssa *>(memory);
   CallLog log(store);
-  ospfv3_nssa_initialize(store, 0, object, &_ospfv3_nssa_type_info_internal, 1, 0, OBJ_NESTED,
-                         memory + 2048, &store.err);
+  store(ospfv3_nssa_initialize, object, &_ospfv3_nssa_type_info_internal, 1, 0, OBJ_NESTED,
+        memory + 2048);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(log.count("kelplib_update_sttr_offset"), 0u);
 }
@@ -283,9 +268,8 @@ TEST(StructureInitialize, TheVariantIsLimitedToTheTypesHighest) {
   EXPECT_EQ(header(area).variant, 1);
   EXPECT_EQ(header(area).created_variant, 1);
   end(store, area);
-  ospfv2_topology *topology = ospfv2_topology_create(store, 0);
-  EXPECT_EQ(header(topology).variant, 0);
-  ospfv2_topology_destroy(store, 0, topology);
+  OWNED(store, ospfv2_topology, topology);
+  EXPECT_EQ(header(topology.get()).variant, 0);
 }
 
 // A record of ospf_area whose variants the test chooses.
@@ -303,13 +287,13 @@ TEST(StructureInitialize, AVariantAboveThoseOfTheRecordIsToldAndCountedAllTheSam
   own.info.n_variants = 0;
   TraceLog trace;
   ospf_area *area = zeroed_area();
-  ospf_area_initialize(store, 0, area, &own.record, 1, 0, 0, nullptr, &store.err);
+  store(ospf_area_initialize, area, &own.record, 1, 0, 0, nullptr);
   EXPECT_TRUE(trace.has(6, "variant 1 requested only 0 variants present"));
   EXPECT_EQ(own.entries[1].create_count, 1u);
   trace.clear();
   own.info.n_variants = 1;
   area = zeroed_area();
-  ospf_area_initialize(store, 0, area, &own.record, 1, 0, 0, nullptr, &store.err);
+  store(ospf_area_initialize, area, &own.record, 1, 0, 0, nullptr);
   EXPECT_TRUE(trace.empty());
 }
 
@@ -317,19 +301,18 @@ TEST(StructureInitialize, ARecordWithoutVariantInfoEndsTheProcess) {
   Store store;
   OwnRecord own;
   own.record.varinfo = nullptr;
-  EXPECT_FATAL(
-      ospf_area_initialize(store, 0, zeroed_area(), &own.record, 1, 0, 0, nullptr, &store.err),
-      "varinfo is NULL");
+  EXPECT_FATAL(store(ospf_area_initialize, zeroed_area(), &own.record, 1, 0, 0, nullptr),
+               "varinfo is NULL");
 }
 
 TEST(StructureInitialize, ChildrenAreNestedAndFindTheirBlocksInTheParentsArea) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_interface *object = ospf_interface_create(store, 0);
+  OWNED(store, ospf_interface, object);
   const auto block_of = [&](const model::Field &field) {
-    void *child = place(object, types::ospf_interface, field);
+    void *child = place(object.get(), types::ospf_interface, field);
     EXPECT_EQ(flags_of(child), OBJ_NESTED | OBJ_STATE_TRACKED | OBJ_STTR_RELOCATED) << field.name;
     return static_cast<std::uint8_t *>(child) + kelplib_get_sttr_offset(store, 0, child) -
-           area(object, types::ospf_interface);
+           area(object.get(), types::ospf_interface);
   };
   using namespace fields::ospf_interface;
   for (const model::Field *field :
@@ -337,17 +320,16 @@ TEST(StructureInitialize, ChildrenAreNestedAndFindTheirBlocksInTheParentsArea) {
     EXPECT_EQ(block_of(*field), model::state_block_place(types::ospf_interface, *field))
         << field->name;
   }
-  EXPECT_EQ(flags_of(object), OBJ_STATE_TRACKED);
+  EXPECT_EQ(flags_of(object.get()), OBJ_STATE_TRACKED);
   // Enumerations and addresses have no state bytes of their own.
-  EXPECT_EQ(flags_of(place(object, types::ospf_interface, network_type)), OBJ_NESTED);
-  EXPECT_EQ(flags_of(place(object, types::ospf_interface, dr)), OBJ_NESTED);
-  ospf_interface_destroy(store, 0, object);
+  EXPECT_EQ(flags_of(place(object.get(), types::ospf_interface, network_type)), OBJ_NESTED);
+  EXPECT_EQ(flags_of(place(object.get(), types::ospf_interface, dr)), OBJ_NESTED);
 }
 
 TEST(StructureInitialize, BlocksAreFoundAtAnyDepth) {
   Store store({.tracking = KELP_TRACKING_ON});
-  link_scope_lsa *object = link_scope_lsa_create(store, 0);
-  void *lsa = place(object, types::link_scope_lsa, fields::link_scope_lsa::ospfv3_lsa_val);
+  OWNED(store, link_scope_lsa, object);
+  void *lsa = place(object.get(), types::link_scope_lsa, fields::link_scope_lsa::ospfv3_lsa_val);
   void *body = place(lsa, types::ospfv3_lsa, fields::ospfv3_lsa::lsa_body);
   void *nssa = place(body, types::ospfv3_lsa_body, fields::ospfv3_lsa_body::nssa);
   void *external = place(nssa, types::ospfv3_nssa, fields::ospfv3_nssa::lsa_nssa_external);
@@ -359,18 +341,17 @@ TEST(StructureInitialize, BlocksAreFoundAtAnyDepth) {
       model::state_block_place(types::ospfv3_nssa, fields::ospfv3_nssa::lsa_nssa_external) +
       model::state_block_place(types::ospfv3_lsa_external, fields::ospfv3_lsa_external::flags_val);
   const auto *found = static_cast<std::uint8_t *>(flags) + kelplib_get_sttr_offset(store, 0, flags);
-  EXPECT_EQ(found, area(object, types::link_scope_lsa) + expected);
-  link_scope_lsa_destroy(store, 0, object);
+  EXPECT_EQ(found, area(object.get(), types::link_scope_lsa) + expected);
 }
 
 TEST(StructureInitialize, WithoutTrackingChildrenAreOnlyNested) {
   Store store({.tracking = KELP_TRACKING_OFF});
   CallLog log(store);
-  ospf_interface *object = ospf_interface_create(store, 0);
-  EXPECT_EQ(flags_of(place(object, types::ospf_interface, fields::ospf_interface::multi_area_val)),
-            OBJ_NESTED);
+  OWNED(store, ospf_interface, object);
+  EXPECT_EQ(
+      flags_of(place(object.get(), types::ospf_interface, fields::ospf_interface::multi_area_val)),
+      OBJ_NESTED);
   EXPECT_EQ(log.count("kelplib_update_sttr_offset"), 0u);
-  ospf_interface_destroy(store, 0, object);
 }
 
 // --- set_instance_embedded ----------------------------------------------------------------------
@@ -420,7 +401,7 @@ TEST(StructureEmbedded, EveryTypeWithoutEmbeddedStructuresIsMarkedBeforeItsChild
 
 TEST(StructureEmbedded, StructuresAreMarkedBeforeTheirOwner) {
   Store store;
-  ospfv2_lsa_body *object = ospfv2_lsa_body_create(store, 0);
+  OWNED(store, ospfv2_lsa_body, object);
   WriteWatch watch(store);
   ospfv2_lsa_body_set_instance_embedded(store, 0, object);
   using namespace fields::ospfv2_lsa_body;
@@ -437,9 +418,9 @@ TEST(StructureEmbedded, StructuresAreMarkedBeforeTheirOwner) {
                                               {flags_at(external_mask), 1},
                                               {flags_at(body_flag_options), 1},
                                               {10, 1}}));
-  EXPECT_EQ(flags_of(object), OBJ_EMBEDDED);
-  EXPECT_EQ(flags_of(place(object, types::ospfv2_lsa_body, network)), OBJ_NESTED | OBJ_EMBEDDED);
-  ospfv2_lsa_body_destroy(store, 0, object);
+  EXPECT_EQ(flags_of(object.get()), OBJ_EMBEDDED);
+  EXPECT_EQ(flags_of(place(object.get(), types::ospfv2_lsa_body, network)),
+            OBJ_NESTED | OBJ_EMBEDDED);
 }
 
 // --- destroy ------------------------------------------------------------------------------------
@@ -558,7 +539,7 @@ TEST(StructureDestroy, AVariantAboveThoseOfTheRecordIsTold) {
 TEST(StructureDestroy, AReferencedObjectStaysUntilTheReferenceGoes) {
   Store store;
   void *area = area_of_space(store);
-  kelp_handle_to_oid(store, 0, area, KELP_OID_KIND_OBJECT, 1, &store.err);
+  store(kelp_handle_to_oid, area, KELP_OID_KIND_OBJECT, 1);
   ASSERT_EQ(store.err, 0u);
   const Counts before = counts(_ospf_area_type_info_internal, 1);
   std::vector<char> image(128);
@@ -573,7 +554,7 @@ TEST(StructureDestroy, AReferencedObjectStaysUntilTheReferenceGoes) {
   }
   EXPECT_EQ(std::memcmp(image.data(), area, image.size()), 0);
   EXPECT_EQ(counts(_ospf_area_type_info_internal, 1), before);
-  kelplib_lookup_and_update_oid_ref_count(store, 0, area, KELP_OID_DECREMENT, &store.err);
+  store(kelplib_lookup_and_update_oid_ref_count, area, KELP_OID_DECREMENT);
   TraceLog trace;
   end(store, area);
   EXPECT_EQ(trace.texts(), (Names{"ospf_area destroy: Successfully removed OID mapping"}));
@@ -615,7 +596,7 @@ TEST(StructureDestroy, ReferencesOfFieldsAreReleased) {
   void *target = area_of_space(store);
   auto &interfaces =
       at<kelp_reference>(area, model::offset(types::ospf_area, fields::ospf_area::interfaces));
-  interfaces.oid = kelp_handle_to_oid(store, 0, target, KELP_OID_KIND_OBJECT, 1, &store.err);
+  interfaces.oid = store(kelp_handle_to_oid, target, KELP_OID_KIND_OBJECT, 1);
   EXPECT_EQ(kelp_handle_oid_references(store, target), 1);
   end(store, area);
   EXPECT_EQ(kelp_handle_oid_references(store, target), 0);
@@ -659,7 +640,7 @@ TEST(StructureDestroy, ReferencesThatATextHoldsAreDroppedAndAFailureIsPassedOver
   Store store;
   multi_topology *object = multi_topology_create(store, 0);
   void *target = area_of_space(store);
-  kelp_handle_to_oid(store, 0, target, KELP_OID_KIND_OBJECT, 1, &store.err);
+  store(kelp_handle_to_oid, target, KELP_OID_KIND_OBJECT, 1);
   referenced[0] = target;
   referenced[1] = object;
   {
@@ -678,7 +659,7 @@ TEST(StructureDestroy, ReferencesThatATextHoldsAreDroppedAndAFailureIsPassedOver
 
 TEST(StructureDestroy, ReferencesThatATextDoesNotGiveKeepTheObject) {
   Store store;
-  multi_topology *object = multi_topology_create(store, 0);
+  OWNED(store, multi_topology, object);
   {
     ReplacedCall count("kelp_vstring_get_oid_count", two_references);
     ReplacedCall give(
@@ -694,7 +675,6 @@ TEST(StructureDestroy, ReferencesThatATextDoesNotGiveKeepTheObject) {
                      failed_code_text}));
     EXPECT_TRUE(log.calls().empty());
   }
-  multi_topology_destroy(store, 0, object);
 }
 
 TEST(StructureDestroy, TextsGiveBackTheirStorage) {
@@ -702,7 +682,7 @@ TEST(StructureDestroy, TextsGiveBackTheirStorage) {
   ospf_interface *object = ospf_interface_create(store, 0);
   auto *name = static_cast<kelp_vstring *>(
       place(object, types::ospf_interface, fields::ospf_interface::name));
-  kelp_vstring_assign(store, 0, name, "eth0", 4, &store.err);
+  store(kelp_vstring_assign, name, "eth0", 4);
   EXPECT_EQ(store.live_allocations(), 2u);
   ospf_interface_destroy(store, 0, object);
   EXPECT_EQ(store.live_allocations(), 0u);
@@ -710,9 +690,9 @@ TEST(StructureDestroy, TextsGiveBackTheirStorage) {
 
 TEST(StructureDestroy, ElementStatesAreClearedUnannouncedAfterTheArray) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospfv2_network *object = ospfv2_network_create(store, 0);
+  OWNED(store, ospfv2_network, object);
   const std::uint32_t routers[] = {1, 2, 3};
-  ospfv2_network_attached_router_set_mem(store, 0, object, routers, 3, &store.err);
+  store(ospfv2_network_attached_router_set_mem, object, routers, 3);
   EXPECT_EQ(store.live_allocations(), 3u);
   using namespace fields::ospfv2_network;
   const auto count_at =
@@ -724,10 +704,9 @@ TEST(StructureDestroy, ElementStatesAreClearedUnannouncedAfterTheArray) {
     ospfv2_network_destroy_internal(store, 0, object, 0);
     EXPECT_EQ(ranges_in(watch, object), (Ranges{{store_at, 8}, {count_at, 4}}));
   }
-  EXPECT_EQ(at<void *>(area(object, types::ospfv2_network), 8), nullptr);
-  EXPECT_EQ(area(object, types::ospfv2_network)[1], 2);
+  EXPECT_EQ(at<void *>(area(object.get(), types::ospfv2_network), 8), nullptr);
+  EXPECT_EQ(area(object.get(), types::ospfv2_network)[1], 2);
   EXPECT_EQ(store.live_allocations(), 1u);
-  ospfv2_network_destroy(store, 0, object);
 }
 
 TEST(StructureDestroy, AddressesOfAnArrayEndInPlaceBeforeTheirBlockGoes) {
@@ -735,7 +714,7 @@ TEST(StructureDestroy, AddressesOfAnArrayEndInPlaceBeforeTheirBlockGoes) {
   ospfv2_link_tlv *object = ospfv2_link_tlv_create(store, 0);
   ip_address address = ip_address_make_ipv4(0x0a000001);
   for (std::uint32_t index = 0; index < 2; ++index) {
-    ospfv2_link_tlv_local_if_ipv4_addr_set(store, 0, object, index, &address, &store.err);
+    store(ospfv2_link_tlv_local_if_ipv4_addr_set, object, index, &address);
   }
   CallLog log(store);
   ospfv2_link_tlv_destroy(store, 0, object);
@@ -746,15 +725,15 @@ TEST(StructureDestroy, AddressesOfAnArrayEndInPlaceBeforeTheirBlockGoes) {
 
 TEST(StructureDestroy, ArmsEndInFieldOrderWhetherSelectedOrNot) {
   Store store;
-  ospf_authentication *object = ospf_authentication_create(store, 0);
+  OWNED(store, ospf_authentication, object);
   using namespace fields::ospf_authentication;
   const auto arm_at = [](const model::Field &field) {
     return static_cast<std::ptrdiff_t>(model::offset(types::ospf_authentication, field));
   };
-  ospf_authentication_sa_set(store, 0, object, kelp_vstring_create(store, 0), &store.err);
-  ospf_authentication_crypto_algorithm_val_set(store, 0, object,
-                                               ospf_crypto_algorithm_create(store, 0), &store.err);
-  ospf_authentication_no_auth_set(store, 0, object, u_int32_create(store, 0), &store.err);
+  store(ospf_authentication_sa_set, object, kelp_vstring_create(store, 0));
+  store(ospf_authentication_crypto_algorithm_val_set, object,
+        ospf_crypto_algorithm_create(store, 0));
+  store(ospf_authentication_no_auth_set, object, u_int32_create(store, 0));
   ASSERT_EQ(store.err, 0u);
   {
     WriteWatch watch(store);
@@ -773,10 +752,9 @@ TEST(StructureDestroy, ArmsEndInFieldOrderWhetherSelectedOrNot) {
   }
   for (const model::Field *field : types::ospf_authentication.fields) {
     if (field->kind != model::Kind::arm) continue;
-    EXPECT_EQ(at<void *>(object, model::offset(types::ospf_authentication, *field)), nullptr);
+    EXPECT_EQ(at<void *>(object.get(), model::offset(types::ospf_authentication, *field)), nullptr);
   }
   EXPECT_EQ(store.live_allocations(), 1u);
-  ospf_authentication_destroy(store, 0, object);
 }
 
 TEST(StructureDestroy, DistancesOfChildrenAreForgotten) {

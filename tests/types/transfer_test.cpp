@@ -25,8 +25,8 @@ class SubTlvs {
         to(ospfv2_unknown_sub_tlv_create(store, 0)),
         from(ospfv2_unknown_sub_tlv_create(store, 0)) {
     const std::uint8_t octets[] = {1, 2, 3};
-    ospfv2_unknown_sub_tlv_type_set_value(store, 0, from, 4, &store.err);
-    ospfv2_unknown_sub_tlv_value_set_mem(store, 0, from, octets, 3, &store.err);
+    store(ospfv2_unknown_sub_tlv_type_set_value, from, 4);
+    store(ospfv2_unknown_sub_tlv_value_set_mem, from, octets, 3);
     EXPECT_EQ(store.err, 0u);
   }
   ~SubTlvs() {
@@ -54,12 +54,12 @@ TEST(TransferSet, AnArrayMovesByItsPointer) {
   SubTlvs tlvs;
   void *octets = SubTlvs::octets(tlvs.from);
   WriteWatch watch(tlvs.store);
-  ospfv2_unknown_sub_tlv_set(tlvs.store, 0, tlvs.to, tlvs.from, &tlvs.store.err);
+  tlvs.store(ospfv2_unknown_sub_tlv_set, tlvs.to, tlvs.from);
   EXPECT_EQ(SubTlvs::octets(tlvs.to), octets);
   EXPECT_EQ(SubTlvs::count(tlvs.to), 3u);
   EXPECT_EQ(SubTlvs::octets(tlvs.from), nullptr);
   EXPECT_EQ(SubTlvs::count(tlvs.from), 0u);
-  EXPECT_EQ(ospfv2_unknown_sub_tlv_type_get_value(tlvs.store, 0, tlvs.from, &tlvs.store.err), 4);
+  EXPECT_EQ(tlvs.store(ospfv2_unknown_sub_tlv_type_get_value, tlvs.from), 4);
   using namespace fields::ospfv2_unknown_sub_tlv;
   ASSERT_EQ(watch.writes().size(), 3u);
   EXPECT_EQ(watch.writes()[0].offset_in(tlvs.to), 0);
@@ -74,23 +74,22 @@ TEST(TransferSet, AnArrayMovesByItsPointer) {
 
 TEST(TransferSet, OntoItselfOnlyTheVariantIsAdjusted) {
   Store store;
-  ospfv2_topology *object = ospfv2_topology_create(store, 0);
+  OWNED(store, ospfv2_topology, object);
   CallLog log(store);
-  ospfv2_topology_set(store, 0, object, object, &store.err);
+  store(ospfv2_topology_set, object, object);
   EXPECT_EQ(log.only({"kelplib_adjust_variant", "write_notify"}),
             (Names{"kelplib_adjust_variant"}));
   EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
   log.clear();
-  ospfv2_topology_set(store, 0, nullptr, nullptr, &store.err);
+  store(ospfv2_topology_set, nullptr, nullptr);
   EXPECT_EQ(log.calls(), (Names{"kelplib_adjust_variant"}));
-  ospfv2_topology_destroy(store, 0, object);
 }
 
 TEST(TransferSet, ASetErrorWordStopsNothing) {
   SubTlvs tlvs;
   tlvs.store.err = KELP_ERR_NO_ROOM;
   CallLog log(tlvs.store);
-  ospfv2_unknown_sub_tlv_set(tlvs.store, 0, tlvs.to, tlvs.from, &tlvs.store.err);
+  tlvs.store(ospfv2_unknown_sub_tlv_set, tlvs.to, tlvs.from);
   EXPECT_EQ(log.count("kelp_clear_last_error"), 0u);
   EXPECT_EQ(SubTlvs::count(tlvs.to), 3u);
   EXPECT_EQ(SubTlvs::count(tlvs.from), 0u);
@@ -100,41 +99,36 @@ TEST(TransferSet, ASetErrorWordStopsNothing) {
 TEST(TransferSet, TheHeaderComesAlong) {
   Store store;
   store.set_variant("ospf_area", 0);
-  ospf_area *from = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, from);
   store.set_variant("ospf_area", 1);
-  ospf_area *to = ospf_area_create(store, 0);
-  header(from).obj_flags = OBJ_RA_DATA;
-  ospf_area_set(store, 0, to, from, &store.err);
-  EXPECT_EQ(header(to).variant, 0);
-  EXPECT_EQ(header(to).created_variant, 0);
-  EXPECT_EQ(header(to).obj_flags, OBJ_RA_DATA);
-  ospf_area_destroy(store, 0, to);
-  ospf_area_destroy(store, 0, from);
+  OWNED(store, ospf_area, to);
+  header(from.get()).obj_flags = OBJ_RA_DATA;
+  store(ospf_area_set, to, from);
+  EXPECT_EQ(header(to.get()).variant, 0);
+  EXPECT_EQ(header(to.get()).created_variant, 0);
+  EXPECT_EQ(header(to.get()).obj_flags, OBJ_RA_DATA);
 }
 
 TEST(TransferSet, OidsAreCopiedAndNoCountMoves) {
   Store store;
-  ospf_area *from = ospf_area_create(store, 0);
-  ospf_area *to = ospf_area_create(store, 0);
-  ospf_area *target = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, target);
+  OWNED(store, ospf_area, from);
+  OWNED(store, ospf_area, to);
   const auto oid = [](ospf_area *area) -> kelp_oid & {
     return at<kelp_reference>(area, model::offset(types::ospf_area, fields::ospf_area::interfaces))
         .oid;
   };
-  oid(from) = kelp_handle_to_oid(store, 0, target, KELP_OID_KIND_OBJECT, 1, &store.err);
-  ospf_area_set(store, 0, to, from, &store.err);
+  oid(from) = store(kelp_handle_to_oid, target, KELP_OID_KIND_OBJECT, 1);
+  store(ospf_area_set, to, from);
   EXPECT_EQ(kelp_handle_oid_references(store, target), 1);
   EXPECT_EQ(std::memcmp(&oid(to), &oid(from), sizeof(kelp_oid)), 0);
   EXPECT_EQ(kelp_oid_id_is_zero(oid(from).id), 0u);
-  ospf_area_destroy(store, 0, to);
-  ospf_area_destroy(store, 0, from);
-  ospf_area_destroy(store, 0, target);
 }
 
 TEST(TransferSet, TextsAndNestedArraysMoveToo) {
   Store store;
   ospfv2_lsa *from = ospfv2_lsa_create(store, 0);
-  ospfv2_lsa *to = ospfv2_lsa_create(store, 0);
+  OWNED(store, ospfv2_lsa, to);
   const auto checksum = [](ospfv2_lsa *object) {
     return static_cast<kelp_vstring *>(
         place(place(object, types::ospfv2_lsa, fields::ospfv2_lsa::header), types::ospfv2_header,
@@ -145,31 +139,30 @@ TEST(TransferSet, TextsAndNestedArraysMoveToo) {
         place(place(object, types::ospfv2_lsa, fields::ospfv2_lsa::lsa_body),
               types::ospfv2_lsa_body, fields::ospfv2_lsa_body::network));
   };
-  kelp_vstring_assign(store, 0, checksum(from), "0xbeef", 6, &store.err);
-  ospfv2_network_attached_router_set_value(store, 0, network(from), 0, 5, &store.err);
-  ospfv2_lsa_set(store, 0, to, from, &store.err);
+  store(kelp_vstring_assign, checksum(from), "0xbeef", 6);
+  store(ospfv2_network_attached_router_set_value, network(from), 0, 5);
+  store(ospfv2_lsa_set, to, from);
   EXPECT_EQ(store.err, 0u);
   EXPECT_STREQ(kelp_vstring_text(checksum(to)), "0xbeef");
   EXPECT_STREQ(kelp_vstring_text(checksum(from)), "");
-  EXPECT_EQ(ospfv2_network_attached_router_get_value(store, 0, network(to), 0, &store.err), 5u);
-  EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network(from), &store.err), 0u);
+  EXPECT_EQ(store(ospfv2_network_attached_router_get_value, network(to), 0), 5u);
+  EXPECT_EQ(store(ospfv2_network_attached_router_num_get_value, network(from)), 0u);
   ospfv2_lsa_destroy(store, 0, from);
   EXPECT_EQ(store.live_allocations(), 3u);
-  ospfv2_lsa_destroy(store, 0, to);
 }
 
 TEST(TransferSet, ArmsMoveAndTheSourcesAreClearedAnnounced) {
   Store store;
-  ospf_authentication *from = ospf_authentication_create(store, 0);
-  ospf_authentication *to = ospf_authentication_create(store, 0);
+  OWNED(store, ospf_authentication, from);
+  OWNED(store, ospf_authentication, to);
   kelp_vstring *text = kelp_vstring_create(store, 0);
-  ospf_authentication_key_chain_set(store, 0, from, text, &store.err);
+  store(ospf_authentication_key_chain_set, from, text);
   WriteWatch watch(store);
-  ospf_authentication_set(store, 0, to, from, &store.err);
+  store(ospf_authentication_set, to, from);
   using namespace fields::ospf_authentication;
-  EXPECT_EQ(at<void *>(to, model::offset(types::ospf_authentication, key_chain)), text);
-  EXPECT_EQ(at<void *>(from, model::offset(types::ospf_authentication, key_chain)), nullptr);
-  EXPECT_EQ(ospf_authentication_auth_type_selection_get_value(store, 0, from, &store.err), 1u);
+  EXPECT_EQ(at<void *>(to.get(), model::offset(types::ospf_authentication, key_chain)), text);
+  EXPECT_EQ(at<void *>(from.get(), model::offset(types::ospf_authentication, key_chain)), nullptr);
+  EXPECT_EQ(store(ospf_authentication_auth_type_selection_get_value, from), 1u);
   Ranges cleared = ranges_in(watch, from);
   ASSERT_EQ(cleared.size(), 6u);
   cleared.erase(cleared.begin());
@@ -178,8 +171,6 @@ TEST(TransferSet, ArmsMoveAndTheSourcesAreClearedAnnounced) {
   };
   EXPECT_EQ(cleared, (Ranges{arm(sa), arm(key_chain), arm(key_string), arm(crypto_algorithm_val),
                              arm(no_auth)}));
-  ospf_authentication_destroy(store, 0, from);
-  ospf_authentication_destroy(store, 0, to);
 }
 
 // --- under state tracking -----------------------------------------------------------------------
@@ -187,15 +178,15 @@ TEST(TransferSet, ArmsMoveAndTheSourcesAreClearedAnnounced) {
 TEST(TransferState, ElementStatesMoveByTheirPointer) {
   SubTlvs tlvs({.tracking = KELP_TRACKING_ON});
   Store &store = tlvs.store;
-  ospfv2_unknown_sub_tlv_value_state_flag_set(store, 0, tlvs.from, 1, 9, &store.err);
+  store(ospfv2_unknown_sub_tlv_value_state_flag_set, tlvs.from, 1, 9);
   std::uint8_t *states = SubTlvs::element_states(tlvs.from);
   WriteWatch watch(store);
-  ospfv2_unknown_sub_tlv_set(store, 0, tlvs.to, tlvs.from, &store.err);
+  store(ospfv2_unknown_sub_tlv_set, tlvs.to, tlvs.from);
   EXPECT_EQ(store.err, 0u);
   EXPECT_EQ(SubTlvs::element_states(tlvs.to), states);
   EXPECT_EQ(SubTlvs::element_states(tlvs.from), nullptr);
-  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_state_flag_get(store, 0, tlvs.to, 1, &store.err), 9);
-  EXPECT_EQ(ospfv2_unknown_sub_tlv_value_state_flag_whole_get(store, 0, tlvs.to, &store.err), 2);
+  EXPECT_EQ(store(ospfv2_unknown_sub_tlv_value_state_flag_get, tlvs.to, 1), 9);
+  EXPECT_EQ(store(ospfv2_unknown_sub_tlv_value_state_flag_whole_get, tlvs.to), 2);
   ASSERT_GE(watch.writes().size(), 3u);
   EXPECT_EQ(watch.writes()[1].offset_in(tlvs.to), 40);
   EXPECT_EQ(watch.writes()[1].length, 16u);
@@ -206,9 +197,9 @@ TEST(TransferState, ElementStatesMoveByTheirPointer) {
 TEST(TransferState, AnUntrackedSourceFailsAfterTheCopy) {
   Store store;
   kelp_handle *tracking = store.another_handle({.tracking = KELP_TRACKING_ON});
-  ospf_area *from = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, from);
   ospf_area *to = ospf_area_create(tracking, 0);
-  ospf_area_area_id_set_value(store, 0, from, 77, &store.err);
+  store(ospf_area_area_id_set_value, from, 77);
   area(to, types::ospf_area)[0] = 5;
   TraceLog trace;
   ospf_area_set(tracking, 0, to, from, &store.err);
@@ -219,7 +210,6 @@ TEST(TransferState, AnUntrackedSourceFailsAfterTheCopy) {
   EXPECT_EQ(at<std::uint32_t>(to, model::offset(types::ospf_area, fields::ospf_area::area_id)),
             77u);
   EXPECT_EQ(area(to, types::ospf_area)[0], 5);
-  ospf_area_destroy(store, 0, from);
   ospf_area_destroy(store, 0, to);
 }
 
@@ -236,21 +226,19 @@ TEST(TransferState, AnUntrackedSourceKeepsItsPointersSoThatBothHoldThem) {
 
 TEST(TransferState, SwitchedOffTrackingMovesNoStateButKeepsThePlace) {
   Store store({.tracking = KELP_TRACKING_OFF});
-  ospf_area *from = ospf_area_create(store, 0);
-  ospf_area *to = ospf_area_create(store, 0);
-  header(to).obj_flags = OBJ_STTR_RELOCATED;
-  header(from).obj_flags = OBJ_RA_DATA;
+  OWNED(store, ospf_area, from);
+  OWNED(store, ospf_area, to);
+  header(to.get()).obj_flags = OBJ_STTR_RELOCATED;
+  header(from.get()).obj_flags = OBJ_RA_DATA;
   WriteWatch watch(store);
-  ospf_area_set(store, 0, to, from, &store.err);
+  store(ospf_area_set, to, from);
   EXPECT_EQ(store.err, 0u);
-  EXPECT_EQ(flags_of(to), OBJ_RA_DATA | OBJ_STTR_RELOCATED);
+  EXPECT_EQ(flags_of(to.get()), OBJ_RA_DATA | OBJ_STTR_RELOCATED);
   EXPECT_EQ(ranges_in(watch, to), (Ranges{{0, 128}}));
-  header(from).obj_flags = OBJ_STTR_RELOCATED;
-  header(to).obj_flags = 0;
-  ospf_area_set(store, 0, to, from, &store.err);
-  EXPECT_EQ(flags_of(to), 0);
-  ospf_area_destroy(store, 0, from);
-  ospf_area_destroy(store, 0, to);
+  header(from.get()).obj_flags = OBJ_STTR_RELOCATED;
+  header(to.get()).obj_flags = 0;
+  store(ospf_area_set, to, from);
+  EXPECT_EQ(flags_of(to.get()), 0);
 }
 
 TEST(TransferState, WhatMemoryThereIsForStateStaysTheDestinationsOwn) {
@@ -263,7 +251,7 @@ TEST(TransferState, WhatMemoryThereIsForStateStaysTheDestinationsOwn) {
       for (const std::uint8_t own : {0, 8, 64, 72}) {
         header(from).obj_flags = static_cast<std::uint8_t>(theirs | OBJ_RA_DATA);
         header(to).obj_flags = static_cast<std::uint8_t>(own | OBJ_EMBEDDED);
-        ospf_area_set(store, 0, to, from, &store.err);
+        store(ospf_area_set, to, from);
         EXPECT_EQ(flags_of(to) & bits, own);
         EXPECT_EQ(flags_of(to) & ~bits, OBJ_RA_DATA);
       }
@@ -374,8 +362,7 @@ TEST(TransferState, ElementStatesOfTheDestinationGoWhereNoneCome) {
   };
   const auto states = [&](ospfv2_lsa_body *object) {
     std::uint64_t address = 1;
-    ospfv2_network_attached_router_state_flag_get_arr(store, 0, network(object), &address,
-                                                      &store.err);
+    store(ospfv2_network_attached_router_state_flag_get_arr, network(object), &address);
     return address;
   };
   for (const bool tracking : {false, true}) {
@@ -386,7 +373,7 @@ TEST(TransferState, ElementStatesOfTheDestinationGoWhereNoneCome) {
       ospfv2_lsa_body *from = ospfv2_lsa_body_create(tracked_source ? store : plain, 0);
       ospfv2_lsa_body *to = ospfv2_lsa_body_create(store, 0);
       ospfv2_network_attached_router_set_value(plain, 0, network(from), 60, 5, &store.err);
-      ospfv2_network_attached_router_set_value(store, 0, network(to), 1, 5, &store.err);
+      store(ospfv2_network_attached_router_set_value, network(to), 1, 5);
       void *forgotten =
           at<void *>(network(to),
                      model::offset(types::ospfv2_network, fields::ospfv2_network::attached_router));
@@ -395,10 +382,8 @@ TEST(TransferState, ElementStatesOfTheDestinationGoWhereNoneCome) {
       EXPECT_EQ(store.err, tracking ? 22u : 0u);
       store.err = 0;
       EXPECT_EQ(states(to), 0u);
-      EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network(to), &store.err),
-                61u);
-      EXPECT_EQ(
-          ospfv2_network_attached_router_state_flag_get(store, 0, network(to), 60, &store.err), 0);
+      EXPECT_EQ(store(ospfv2_network_attached_router_num_get_value, network(to)), 61u);
+      EXPECT_EQ(store(ospfv2_network_attached_router_state_flag_get, network(to), 60), 0);
       EXPECT_EQ(store.err, 0u);
       plain->obj_free(plain->obj_pool, 0, forgotten);
       if (tracking) {
@@ -417,47 +402,43 @@ TEST(TransferState, ElementStatesOfTheDestinationGoWhereNoneCome) {
 
 TEST(TransferState, ACorruptedHandleEndsTheProcess) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_area *from = ospf_area_create(store, 0);
-  ospf_area *to = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, from);
+  OWNED(store, ospf_area, to);
   EXPECT_FATAL(
       {
         store.handle()->sttr->sttr_mode = 0;
-        ospf_area_set(store, 0, to, from, &store.err);
+        store(ospf_area_set, to, from);
       },
       "Corrupted KELP Handle");
-  ospf_area_destroy(store, 0, from);
-  ospf_area_destroy(store, 0, to);
 }
 
 TEST(TransferState, ANestedObjectsStateGoesToItsBlockInTheOwner) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_interface *owner = ospf_interface_create(store, 0);
-  multi_area *source = multi_area_create(store, 0);
-  multi_area_cost_set_value(store, 0, source, 8, &store.err);
-  ospf_interface_multi_area_val_set(store, 0, owner, source, &store.err);
+  OWNED(store, ospf_interface, owner);
+  OWNED(store, multi_area, source);
+  store(multi_area_cost_set_value, source, 8);
+  store(ospf_interface_multi_area_val_set, owner, source);
   EXPECT_EQ(store.err, 0u);
-  const std::uint8_t *states = area(owner, types::ospf_interface);
+  const std::uint8_t *states = area(owner.get(), types::ospf_interface);
   EXPECT_EQ(states[4], 2);
   EXPECT_EQ(states[5], 0);
   EXPECT_EQ(states[6], 2);
-  void *nested = place(owner, types::ospf_interface, fields::ospf_interface::multi_area_val);
+  void *nested = place(owner.get(), types::ospf_interface, fields::ospf_interface::multi_area_val);
   EXPECT_EQ(flags_of(nested), OBJ_STATE_TRACKED | OBJ_STTR_RELOCATED);
-  multi_area_destroy(store, 0, source);
-  ospf_interface_destroy(store, 0, owner);
 }
 
 TEST(TransferState, ChildrenFindTheirBlocksInTheDestinationsArea) {
   Store store({.tracking = KELP_TRACKING_ON});
-  link_scope_lsa *from = link_scope_lsa_create(store, 0);
-  link_scope_lsa *to = link_scope_lsa_create(store, 0);
+  OWNED(store, link_scope_lsa, from);
+  OWNED(store, link_scope_lsa, to);
   const auto network = [](link_scope_lsa *object) {
     void *lsa = place(object, types::link_scope_lsa, fields::link_scope_lsa::ospfv2_lsa_val);
     void *body = place(lsa, types::ospfv2_lsa, fields::ospfv2_lsa::lsa_body);
     return static_cast<ospfv2_network *>(
         place(body, types::ospfv2_lsa_body, fields::ospfv2_lsa_body::network));
   };
-  ospfv2_network_attached_router_set_value(store, 0, network(from), 1, 5, &store.err);
-  link_scope_lsa_set(store, 0, to, from, &store.err);
+  store(ospfv2_network_attached_router_set_value, network(from), 1, 5);
+  store(link_scope_lsa_set, to, from);
   ASSERT_EQ(store.err, 0u);
   const std::size_t block =
       model::state_block_place(types::link_scope_lsa, fields::link_scope_lsa::ospfv2_lsa_val) +
@@ -465,12 +446,10 @@ TEST(TransferState, ChildrenFindTheirBlocksInTheDestinationsArea) {
       model::state_block_place(types::ospfv2_lsa_body, fields::ospfv2_lsa_body::network);
   const auto *found = static_cast<const std::uint8_t *>(static_cast<void *>(network(to))) +
                       kelplib_get_sttr_offset(store, 0, network(to));
-  EXPECT_EQ(found, area(to, types::link_scope_lsa) + block);
-  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network(to), 1, &store.err), 2);
-  EXPECT_EQ(ospfv2_network_attached_router_state_flag_get(store, 0, network(to), 0, &store.err), 0);
-  EXPECT_EQ(ospfv2_network_attached_router_num_get_value(store, 0, network(from), &store.err), 0u);
-  link_scope_lsa_destroy(store, 0, from);
-  link_scope_lsa_destroy(store, 0, to);
+  EXPECT_EQ(found, area(to.get(), types::link_scope_lsa) + block);
+  EXPECT_EQ(store(ospfv2_network_attached_router_state_flag_get, network(to), 1), 2);
+  EXPECT_EQ(store(ospfv2_network_attached_router_state_flag_get, network(to), 0), 0);
+  EXPECT_EQ(store(ospfv2_network_attached_router_num_get_value, network(from)), 0u);
 }
 
 TEST(TransferState, TheDestinationsDistancesAreToldAnew) {
@@ -502,45 +481,40 @@ TEST(TransferState, TheDestinationsDistancesAreToldAnew) {
 
 TEST(TransferCleanup, ATypeThatOwnsNothingIsLeftAlone) {
   Store store;
-  ospfv2_topology *a = ospfv2_topology_create(store, 0);
-  ospfv2_topology *b = ospfv2_topology_create(store, 0);
+  OWNED(store, ospfv2_topology, a);
+  OWNED(store, ospfv2_topology, b);
   CallLog log(store);
-  ospfv2_topology_post_copyout_cleanup(store, 0, a, b, &store.err);
+  store(ospfv2_topology_post_copyout_cleanup, a, b);
   EXPECT_TRUE(log.calls().empty());
-  ospfv2_topology_destroy(store, 0, a);
-  ospfv2_topology_destroy(store, 0, b);
 }
 
 TEST(TransferCleanup, ChildrenAreSetInFieldOrder) {
   Store store;
-  ospfv3_lsa_external *a = ospfv3_lsa_external_create(store, 0);
-  ospfv3_lsa_external *b = ospfv3_lsa_external_create(store, 0);
+  OWNED(store, ospfv3_lsa_external, a);
+  OWNED(store, ospfv3_lsa_external, b);
   CallLog log(store);
-  ospfv3_lsa_external_post_copyout_cleanup(store, 0, a, b, &store.err);
+  store(ospfv3_lsa_external_post_copyout_cleanup, a, b);
   EXPECT_EQ(
       log.only({"kelplib_adjust_variant", "kelp_vstring_set", "ip_address_set"}),
       (Names{"kelplib_adjust_variant", "kelp_vstring_set", "kelp_vstring_set", "ip_address_set"}));
-  ospfv3_lsa_external_destroy(store, 0, a);
-  ospfv3_lsa_external_destroy(store, 0, b);
 }
 
 TEST(TransferOffsets, TypesWithoutBlocksHaveEmptyOperations) {
   Store store;
-  ospf_area *object = ospf_area_create(store, 0);
+  OWNED(store, ospf_area, object);
   CallLog log(store);
-  ospf_area_offset_update(store, 0, object, area(object, types::ospf_area));
-  ospf_area_offset_remove(store, 0, object, &store.err);
+  ospf_area_offset_update(store, 0, object, area(object.get(), types::ospf_area));
+  store(ospf_area_offset_remove, object);
   EXPECT_TRUE(log.calls().empty());
-  ospf_area_destroy(store, 0, object);
 }
 
 TEST(TransferOffsets, ABaseThatHasMovedIsToldAtAnyDepthAndForgottenAgain) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospfv3_lsa_body *object = ospfv3_lsa_body_create(store, 0);
-  void *network = place(object, types::ospfv3_lsa_body, fields::ospfv3_lsa_body::network);
+  OWNED(store, ospfv3_lsa_body, object);
+  void *network = place(object.get(), types::ospfv3_lsa_body, fields::ospfv3_lsa_body::network);
   void *options = place(network, types::ospfv3_network, fields::ospfv3_network::lsa_net_options);
   const std::uint32_t before = kelplib_get_sttr_offset(store, 0, options);
-  std::uint8_t *moved = area(object, types::ospfv3_lsa_body) + 4096;
+  std::uint8_t *moved = area(object.get(), types::ospfv3_lsa_body) + 4096;
   CallLog log(store);
   ospfv3_lsa_body_offset_update(store, 0, object, moved);
   // Nine children, and within them four sets of options and the flags, the external LSA and again
@@ -548,17 +522,16 @@ TEST(TransferOffsets, ABaseThatHasMovedIsToldAtAnyDepthAndForgottenAgain) {
   EXPECT_EQ(log.count("kelplib_update_sttr_offset"), 15u);
   EXPECT_EQ(kelplib_get_sttr_offset(store, 0, options), before + 4096);
   log.clear();
-  ospfv3_lsa_body_offset_remove(store, 0, object, &store.err);
+  store(ospfv3_lsa_body_offset_remove, object);
   EXPECT_EQ(log.count("kelp_hd_mapping_destroy"), 15u);
   EXPECT_EQ(kelplib_get_sttr_offset(store, 0, options), 0u);
-  ospfv3_lsa_body_offset_update(store, 0, object, area(object, types::ospfv3_lsa_body));
-  ospfv3_lsa_body_destroy(store, 0, object);
+  ospfv3_lsa_body_offset_update(store, 0, object, area(object.get(), types::ospfv3_lsa_body));
 }
 
 TEST(TransferOffsets, TheErrorWordIsPassedThrough) {
   Store store({.tracking = KELP_TRACKING_ON});
-  ospf_neighbor *object = ospf_neighbor_create(store, 0);
-  void *stats = place(object, types::ospf_neighbor, fields::ospf_neighbor::stats);
+  OWNED(store, ospf_neighbor, object);
+  void *stats = place(object.get(), types::ospf_neighbor, fields::ospf_neighbor::stats);
   const std::uint32_t distance = kelplib_get_sttr_offset(store, 0, stats);
   std::uint32_t err = KELP_ERR_NO_ROOM;
   CallLog log(store);
@@ -566,7 +539,6 @@ TEST(TransferOffsets, TheErrorWordIsPassedThrough) {
   EXPECT_EQ(log.calls(), (Names{"kelp_hd_mapping_destroy"}));
   EXPECT_EQ(kelplib_get_sttr_offset(store, 0, stats), distance);
   EXPECT_EQ(err, KELP_ERR_NO_ROOM);
-  ospf_neighbor_destroy(store, 0, object);
 }
 
 TEST(TransferOffsets, ExactlyTheTypesWithEmbeddedStructuresGiveDistances) {

@@ -51,19 +51,18 @@ TEST(GetLuid, GivesTheRecordsIdentity) {
 
 TEST(GetLuid, HandsOnTheFailure) {
   harness::Store store;
-  EXPECT_EQ(address_family_get_luid(store, 7, nullptr, &store.err), nullptr);
+  EXPECT_EQ(store(address_family_get_luid, nullptr), nullptr);
   EXPECT_EQ(store.err, KELP_ERR_INVALID);
 }
 
 TEST(AdjustVariant, BringsTheObjectUpToTheDomain) {
   harness::Store store;
   store.set_variant("ospf_auth_type", 0);
-  ospf_auth_type *object = ospf_auth_type_create(store, 7);
-  ASSERT_EQ(light::header(object)->variant, 0);
+  OWNED(store, ospf_auth_type, object);
+  ASSERT_EQ(light::header(object.get())->variant, 0);
   store.set_variant("ospf_auth_type", 1);
-  ospf_auth_type_adjust_variant(store, 7, object, &store.err);
-  EXPECT_EQ(light::header(object)->variant, 1);
-  ospf_auth_type_destroy(store, 7, object);
+  store(ospf_auth_type_adjust_variant, object);
+  EXPECT_EQ(light::header(object.get())->variant, 1);
 }
 
 TEST(AdjustVariant, StopsAtTheHighestVariantOfTheType) {
@@ -83,7 +82,7 @@ TEST(AdjustVariant, StopsAtTheHighestVariantOfTheType) {
 TEST(AdjustVariant, PassesOverANullObject) {
   harness::Store store;
   harness::CallLog calls;
-  lsa_flag_options_adjust_variant(store, 7, nullptr, &store.err);
+  store(lsa_flag_options_adjust_variant, nullptr);
   EXPECT_EQ(calls.calls(), std::vector<std::string>{"kelplib_adjust_variant"});
   EXPECT_EQ(store.err, 0u);
 }
@@ -137,8 +136,7 @@ TEST(ReferenceQuestions, ANullObjectIsToldAndFails) {
     EXPECT_EQ(store.err, KELP_ERR_INVALID);
     store.err = 0;
     family.get_object_references(store, 7, nullptr, nullptr, 0, &store.err);
-    EXPECT_EQ(store.err, KELP_ERR_INVALID);
-    EXPECT_EQ(store.last_error(), KELP_ERR_INVALID);
+    store.expect_failure(KELP_ERR_INVALID);
     EXPECT_EQ(calls.calls(), (std::vector<std::string>{"kelp_store_err", "kelp_store_err"}));
     EXPECT_TRUE(traced.has(3, "Invalid object passed in to get object oid count"));
     EXPECT_TRUE(traced.has(3, "Cannot get table references. Invalid object passed on"));

@@ -360,7 +360,7 @@ TEST(ElementStates, NoNeighboursBytesStandInTheImage) {
 TEST(ElementStates, NoNeighboursBytesAreOverwritten) {
   Handles handles;
   kelp_handle *handle = handles.tracking;
-  ospfv2_unknown_sub_tlv *object = ospfv2_unknown_sub_tlv_create(handle, space);
+  OWNED(handle, ospfv2_unknown_sub_tlv, object);
   std::uint32_t err = 0;
   ospfv2_unknown_sub_tlv_value_set_value(handle, space, object, 1, 1, &err);
   std::vector<std::uint8_t *> blocks;
@@ -383,7 +383,6 @@ TEST(ElementStates, NoNeighboursBytesAreOverwritten) {
     ASSERT_EQ(ospfv2_unknown_sub_tlv_value_state_flag_get(handle, space, object, index, &err), 0);
     ASSERT_EQ(ospfv2_unknown_sub_tlv_value_get_value(handle, space, object, index, &err), 8);
   }
-  ospfv2_unknown_sub_tlv_destroy(handle, space, object);
 }
 
 // --- the direct write of state bytes ------------------------------------------------------------

@@ -229,8 +229,7 @@ TEST(ErrorWords, SayWhichArmOfAnInterfaceIsNotThere) {
   harness::Store store;
   Object object(store, "ospf_interface");
   std::uint8_t image[4096];
-  ospf_interface_marshal(store, space, image, static_cast<ospf_interface *>(object.get()),
-                         sizeof image, &store.err);
+  store(ospf_interface_marshal, image, static_cast<ospf_interface *>(object.get()), sizeof image);
   EXPECT_EQ(store.err, static_cast<std::uint32_t>(KELP_ERR_NOT_FOUND));
   EXPECT_TRUE(words_of(store, KELP_ERR_NOT_FOUND)
                   .starts_with("ospf_authentication.sa: marshal: found no object in this arm, "
@@ -284,7 +283,7 @@ TEST(ErrorWords, NameTheTable) {
 TEST(ErrorWords, AreForgottenWithTheirFailure) {
   harness::Store store;
   Object object(store, "ospf_area");
-  ospf_area_area_id_set_value(store, space, nullptr, 1, &store.err);
+  store(ospf_area_area_id_set_value, nullptr, 1);
   EXPECT_TRUE(words_of(store, store.err).starts_with("ospf_area.area_id: "));
   kelp_store_err(store, KELP_ERR_PERMISSION);
   EXPECT_EQ(words_of(store, KELP_ERR_PERMISSION).find("ospf_area"), std::string::npos);

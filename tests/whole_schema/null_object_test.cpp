@@ -3,11 +3,8 @@
 #include <kelp/table.h>
 
 #include <algorithm>
-#include <cstring>
-#include <sstream>
 
-#include "composition.hpp"
-#include "whole_schema/erased.hpp"
+#include "whole_schema/composed_call.hpp"
 
 namespace whole_schema {
 
@@ -20,37 +17,6 @@ struct NullThing {
     return std::all_of(memory, memory + size, [](std::uint8_t byte) { return byte == 0; });
   }
 };
-
-bool ends_with(const std::string &name, const std::string &tail) {
-  return name.size() >= tail.size() &&
-         name.compare(name.size() - tail.size(), tail.size(), tail) == 0;
-}
-
-// Calls a _cr function with the null thing wherever it takes one of that C type, and with zeroed
-// memory behind every other pointer.
-void call_with(kelp_handle *handle, const emit::Function &function, const std::string &c_type,
-               const NullThing &thing, std::vector<std::uint8_t> &memory) {
-  std::uint64_t words[8] = {};
-  std::size_t next = 0;
-  std::istringstream parameters(function.arguments);
-  for (std::string parameter; std::getline(parameters, parameter, ',');) {
-    ASSERT_LT(next, std::size(words)) << function.name;
-    parameter.erase(0, parameter.find_first_not_of(' '));
-    if (parameter.starts_with("const ")) parameter.erase(0, 6);
-    if (parameter.starts_with("kelp_handle *")) {
-      words[next] = reinterpret_cast<std::uint64_t>(handle);
-    } else if (parameter.starts_with(c_type + " *")) {
-      words[next] = reinterpret_cast<std::uint64_t>(thing.memory);
-    } else if (parameter.find('*') != std::string::npos) {
-      words[next] = reinterpret_cast<std::uint64_t>(memory.data());
-    } else {
-      words[next] = 1;
-    }
-    ++next;
-  }
-  call<std::uint64_t>(function.name, words[0], words[1], words[2], words[3], words[4], words[5],
-                      words[6], words[7]);
-}
 
 // The create fails; then every other _cr operation of the unit runs on what it gave.
 void expect_chain_ends(harness::Store &store, const emit::Unit &unit, const std::string &create,
@@ -69,8 +35,15 @@ void expect_chain_ends(harness::Store &store, const emit::Unit &unit, const std:
   std::size_t tried = 0;
   for (const emit::Function &function : unit.functions) {
     // A record create does not look at cr_err, and what it gives is a record again.
-    if (!ends_with(function.name, "_cr") || ends_with(function.name, "_record_create_cr")) continue;
-    call_with(handle, function, c_type, thing, memory);
+    if (!function.name.ends_with("_cr") || function.name.ends_with("_record_create_cr")) continue;
+    // The null thing stands wherever the function takes one of its C type.
+    call_composed(function, [&](const std::string &parameter) {
+      if (parameter.starts_with("kelp_handle *")) return word_of(handle);
+      if (parameter.starts_with(c_type + " *") || parameter.starts_with("const " + c_type + " *")) {
+        return word_of(given);
+      }
+      return parameter.find('*') == std::string::npos ? 1 : word_of(memory.data());
+    });
     EXPECT_TRUE(thing.is_zero()) << function.name;
     EXPECT_EQ(handle->cr_err, KELP_ERR_NO_MEMORY) << function.name;
     ++tried;

@@ -133,7 +133,7 @@ TEST(OneFailure, NoMemoryForAnArmIsStoredOnce) {
       SCOPED_TRACE("selector " + std::to_string(selector) + ", arm " + std::to_string(n));
       harness::Store store;
       encodings::Object<ospf_authentication> source(store, type);
-      ospf_authentication_auth_type_selection_set_value(store, space, source, selector, &store.err);
+      store(ospf_authentication_auth_type_selection_set_value, source, selector);
       const std::string text = encodings::xml_of(store, source, &store.err);
       EXPECT_EQ(store.err, 0u);
       const encodings::Document document(text);
