@@ -13,7 +13,7 @@ import weakref
 from collections import deque
 
 from ._errors import BadValue, Closed, Error, Gone, LockNeeded, NoSuchKey, WrongThread
-from ._library import (DatabaseOptions, HandleOptions, I32, KelpError, MemoryStatistics, Pointer,
+from ._library import (CollectorReport, DatabaseOptions, HandleOptions, I32, KelpError, MemoryStatistics, Pointer,
                        StoreOptions, Text, U16, U32, checked, function)
 from ._values import encoded, number_of
 
@@ -81,6 +81,8 @@ class Handle:
         self._depth = 0
         self._error = U32()
         self._err = ctypes.byref(self._error)
+        # What is found in a store under this handle's lock.
+        self._lives = weakref.WeakValueDictionary() if database.is_store else database._lives
         create = function('kelp_handle_create', Pointer, Pointer, Pointer, Pointer)
         before = current_tenant()  # which making a handle changes
         self._pointer, _ = checked(create, database._open_pointer(), ctypes.byref(options))
@@ -98,6 +100,8 @@ class Handle:
         if getattr(self, '_pointer', None) is not None:
             pointer, self._pointer = self._pointer, None
             if self.database._pointer is not None:
+                if self._lock and self.database.is_store:  # of a thread that ended with it
+                    self._forget(LEFT_UNDER_A_LOCK)
                 _destroy_handle(pointer)
 
     def read(self):
@@ -140,13 +144,19 @@ class Handle:
         give_up = _rollback if undo and database.is_store and self._lock == WRITE else _unlock
         self._lock = 0
         if database.is_store:
-            database._forget(LEFT_UNDER_A_LOCK)
+            self._forget(LEFT_UNDER_A_LOCK)
         error = KelpError()
         give_up(self._pointer, ctypes.byref(error))
         if self._tenant_before is not None:
             _set_tenant(self._tenant_before)
         if error.code:
             raise Error(error.code, error.text.decode(errors='replace'))
+
+    def _forget(self, why):
+        """Says of all that was found through the handle that it is gone."""
+        for life in list(self._lives.values()):
+            life.end(why)
+        self._lives.clear()
 
     def _leave(self):
         """Ends a call that `Database._enter` began."""
@@ -226,7 +236,7 @@ class Database:
         self._pointer = None
         self._local = threading.local()
         self._handles = weakref.WeakSet()
-        self._lives = weakref.WeakValueDictionary()  # records and tables by address
+        self._lives = weakref.WeakValueDictionary()  # records and tables of a private one by address
         self._unplaced = weakref.WeakSet()           # objects that nothing in the database owns
         self._abandoned = deque()
         for option, number in (('reserve', reserve), ('wait_ms', wait_ms),
@@ -290,8 +300,8 @@ class Database:
                 raise Error(16, f'{self!r}: found a lock that is held, expected none')
         if not self.is_store:
             with self.write():
-                self._forget('its database has been closed', unplaced=True)
-        self._forget('its database has been closed')
+                self._local.handle._forget('its database has been closed')
+                self._end_unplaced(self._local.handle, 'its database has been closed')
         for handle in list(self._handles):
             handle._destroy()
         _, error = checked(function('kelp_database_close', I32, Pointer, Pointer),
@@ -323,6 +333,18 @@ class Database:
             function('kelp_database_memory', None, Pointer, Pointer)(self._pointer,
                                                                    ctypes.byref(numbers))
             return {name: getattr(numbers, name) for name, _ in MemoryStatistics._fields_}
+        finally:
+            handle._leave()
+
+    def collect(self):
+        """Finishes what was put off: ends rows and tables that were marked for it, of tables that
+        are marked for replication. Gives how many."""
+        handle = self._enter(WRITE)
+        try:
+            report = CollectorReport()
+            checked(function('kelp_collector_run', I32, Pointer, Pointer, Pointer),
+                    handle._pointer, ctypes.byref(report))
+            return {name: getattr(report, name) for name, _ in report._fields_}
         finally:
             handle._leave()
 
@@ -411,13 +433,14 @@ class Database:
 
     def _life_of(self, address):
         """The life of the record or table at an address, made when it is new."""
-        life = self._lives.get(address)
+        lives = self._local.handle._lives
+        life = lives.get(address)
         if life is None:
-            life = self._lives[address] = Life(self, address)
+            life = lives[address] = Life(self, address)
         return life
 
     def _end_life(self, address, why='it has been ended'):
-        life = self._lives.pop(address, None)
+        life = self._local.handle._lives.pop(address, None)
         if life is not None:
             life.end(why)
 
@@ -426,14 +449,6 @@ class Database:
         life = Life(self, address, destroy)
         self._unplaced.add(life)
         return life
-
-    def _forget(self, why, unplaced=False):
-        """Says of all that was found in the database that it is gone."""
-        for life in list(self._lives.values()):
-            life.end(why)
-        self._lives.clear()
-        if unplaced:
-            self._end_unplaced(self._local.handle, why)
 
     def _end_unplaced(self, handle, why=LEFT_UNDER_A_LOCK):
         for life in list(self._unplaced):

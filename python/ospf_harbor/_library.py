@@ -89,6 +89,11 @@ class MemoryStatistics(ctypes.Structure):
         'limit_bytes', 'total_allocations', 'failed_allocations')]
 
 
+class CollectorReport(ctypes.Structure):
+    _fields_ = [(name, U32) for name in ('records_ended', 'records_waiting', 'tables_freed',
+                                         'tables_waiting', 'objects_ended')]
+
+
 class Address(ctypes.Structure):
     """ip_address, its header first."""
     _fields_ = [('header', U8 * 16), ('family', U8), ('prefix_length', U8), ('has_prefix', U8),

@@ -474,6 +474,43 @@ class Table(collections.abc.MutableMapping):
         """Ends the row of that key, with what is below it."""
         self[key].end()
 
+    _ASKED_FOR = object()
+
+    def pop(self, key, default=_ASKED_FOR):
+        """Ends the row of that key and gives what its fields were."""
+        handle = self._begin(WRITE)
+        try:
+            if default is not self._ASKED_FOR and key not in self:
+                return default
+            row = self[key]
+            fields = row.to_dict()
+            self._end_row(handle, row)
+            return fields
+        finally:
+            handle._leave()
+
+    def popitem(self):
+        """Ends the row with the lowest key; gives the key and what its fields were."""
+        handle = self._begin(WRITE)
+        try:
+            row = self.first()
+            if row is None:
+                raise NoSuchKey('found no row', self._name)
+            key = self._key_of(row)
+            return key, self.pop(key)
+        finally:
+            handle._leave()
+
+    def setdefault(self, key, default=None):
+        """The row of that key, made of these fields when it is not there."""
+        handle = self._begin(WRITE)
+        try:
+            if key not in self:
+                self[key] = {} if default is None else default
+            return self[key]
+        finally:
+            handle._leave()
+
     def clear(self):
         """Ends all rows that a walk shows, with what is below them."""
         handle = self._begin(WRITE)

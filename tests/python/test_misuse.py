@@ -11,6 +11,7 @@ import weakref
 
 import ospf_harbor
 import samples
+from ospf_harbor._library import I32, Pointer, U32, function
 from ospf_harbor import (BadType, BadValue, Closed, Error, Foreign, Gone, LockNeeded, NoSuchKey,
                          WrongThread)
 
@@ -29,6 +30,23 @@ def calls_on(thing):
         else:
             calls.append((name, lambda name=name: getattr(thing, name)))
     return calls
+
+
+def in_thread(call):
+    """Makes the call in another thread; what it raises is raised here."""
+    caught = []
+
+    def run():
+        try:
+            call()
+        except Exception as failure:
+            caught.append(failure)
+
+    thread = threading.Thread(target=run)
+    thread.start()
+    thread.join()
+    if caught:
+        raise caught[0]
 
 
 class Ended(samples.Mixin, unittest.TestCase):
@@ -80,6 +98,24 @@ class Ended(samples.Mixin, unittest.TestCase):
             for row in list(table.values()):
                 row.end()
             self.assertEqual(len(table), 0)
+
+    def test_tables_that_are_marked_for_replication(self):
+        mark = function('kelp_table_enable_cursors', I32, Pointer, Pointer, U32, Pointer)
+        for kind in samples.tables():
+            table = samples.filled(self.database, kind)
+            with self.database.handle().write():
+                mark(self.database._local.handle._pointer, table._address, 1, None)
+            row = table.first()
+            row.end()
+            self.everything_raises(row, Gone)
+            self.assertEqual(list(table), [samples.key_of(kind, 1)])
+            self.assertEqual(self.database.collect()['records_ended'], 1)
+            table.clear()
+            self.assertEqual(self.database.collect()['records_ended'], 1)
+            table.free()
+            self.refused(Gone, len, table)
+            self.database.collect()
+        self.assertEqual(self.database.tables(), [])
 
     def test_an_arm_that_gave_way(self):
         for kind in samples.structures():
@@ -220,34 +256,19 @@ class Locks(samples.Mixin, unittest.TestCase):
         handle.close()
         self.refused(Closed, handle.read().__enter__)
 
-    def in_thread(self, call):
-        caught = []
-
-        def run():
-            try:
-                call()
-            except Exception as failure:
-                caught.append(failure)
-
-        thread = threading.Thread(target=run)
-        thread.start()
-        thread.join()
-        if caught:
-            raise caught[0]
-
     def test_other_threads_have_their_own(self):
         handle = self.database.handle()
-        self.refused(WrongThread, self.in_thread, handle.read().__enter__)
-        self.refused(WrongThread, self.in_thread, handle.close)
+        self.refused(WrongThread, in_thread, handle.read().__enter__)
+        self.refused(WrongThread, in_thread, handle.close)
         with self.database.read() as _:
             pass
         lock = self.database.write()
         lock.__enter__()
-        self.refused(WrongThread, self.in_thread, lambda: lock.__exit__(None, None, None))
-        self.refused(Error, self.in_thread, self.database.close, code=16)
+        self.refused(WrongThread, in_thread, lambda: lock.__exit__(None, None, None))
+        self.refused(Error, in_thread, self.database.close, code=16)
         lock.__exit__(None, None, None)
         area = ospf_harbor.OspfArea(self.database, area_id=5)
-        self.in_thread(lambda: setattr(area, 'area_id', 6))
+        in_thread(lambda: setattr(area, 'area_id', 6))
         self.assertEqual(area.area_id, 6)
 
     def test_many_threads_at_once(self):
@@ -306,6 +327,32 @@ class Stores(samples.Mixin, unittest.TestCase):
                 self.assertEqual(len(found.to_dicts()), 2)
                 self.assertIn(samples.key_of(kind, 1), found)
                 self.refused(LockNeeded, samples.add, found, 2)
+
+    def test_a_reader_does_not_end_what_another_found(self):
+        with self.store.write():
+            samples.filled(self.store, ospf_harbor.OspfAreaTable)
+        with self.store.read():
+            table = self.store.table('ospf_area', 'filled')
+
+            def read():
+                with self.store.read():
+                    self.assertEqual(len(self.store.table('ospf_area', 'filled')), 2)
+
+            in_thread(read)
+            self.assertEqual(len(table), 2)
+
+    def test_a_thread_that_ends_with_its_lock(self):
+        found = []
+
+        def leave():
+            self.store.write().__enter__()
+            found.append(samples.filled(self.store, ospf_harbor.OspfAreaTable))
+
+        in_thread(leave)
+        gc.collect()
+        with self.store.read():
+            self.assertEqual(self.store.tables(), [])  # it was never committed
+            self.refused(Gone, len, found[0])
 
     def test_a_block_that_raises_is_undone(self):
         for kind in samples.tables():

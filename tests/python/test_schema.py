@@ -1,5 +1,7 @@
 """All types, fields and tables of the model through Python, in loops over the model."""
 import copy
+import copy
+import ctypes
 import json
 import pathlib
 import unittest
@@ -25,6 +27,17 @@ class Types(samples.Mixin, unittest.TestCase):
         for kind, field in samples.fields():
             self.assertIs(getattr(kind, field.name), field)
             self.assertTrue(field.__doc__, field.full_name)
+
+    def test_a_library_of_another_model_is_refused(self):
+        for at in range(len(MODEL.rows['structures'])):
+            rows = copy.deepcopy(MODEL.rows)
+            rows['structures'][at]['used'][0] += 1
+            with self.assertRaises(ImportError):
+                type(MODEL)(rows)
+
+    def test_no_field_hides_what_rows_can_do(self):
+        for kind, field in samples.fields():
+            self.assertFalse(hasattr(ospf_harbor.Row, field.name), field.full_name)
 
     def test_every_field_takes_each_value_and_gives_it_back(self):
         for kind in samples.structures():
@@ -69,6 +82,15 @@ class Types(samples.Mixin, unittest.TestCase):
                         self.assertFalse(each < made)
                     self.assertIn(f'@{kind._name}', made.to_text())
                     self.assertEqual(json.loads(made.to_json()), plain(made.to_dict()))
+
+    def test_addresses_keep_their_header(self):
+        for kind, field in samples.fields():
+            if field.form == 'scalar' and field.type == 'ip_address':
+                made = kind(self.database)
+                header = ctypes.string_at(made._address + field.place, 16)
+                self.assertTrue(any(header))
+                setattr(made, field.name, '10.0.0.1')
+                self.assertEqual(ctypes.string_at(made._address + field.place, 16), header)
 
     def test_counters_follow_their_arrays(self):
         for kind, field in samples.fields():
@@ -298,9 +320,17 @@ class Tables(samples.Mixin, unittest.TestCase):
                     kind._data_class, 1).items() if name != kind._data_key}
                 table[first] = other
                 self.assertEqual({**table[first].to_dict(), **other}, table[first].to_dict())
+                fields = table[first].to_dict()
+                self.assertEqual(table.pop(first), fields)
+                self.assertEqual(table.pop(first, 5), 5)
+                self.refused(ospf_harbor.NoSuchKey, table.pop, first)
+                self.assertEqual(table.setdefault(first, fields).to_dict(), fields)
+                self.assertEqual(table.setdefault(first).to_dict(), fields)
+                self.assertEqual(table.popitem(), (first, fields))
                 self.refused(Error, table.free, code=16)
                 table.clear()
                 self.assertEqual(list(table), [])
+                self.refused(ospf_harbor.NoSuchKey, table.popitem)
                 table.free()
                 self.refused(ospf_harbor.NoSuchKey, self.database.table, kind, 'filled')
                 self.refused(ospf_harbor.Gone, len, table)
