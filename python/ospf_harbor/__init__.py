@@ -17,7 +17,8 @@ from ._errors import (BadImage, BadType, BadValue, Closed, Error, Foreign, Gone,
                       NoSuchKey, WrongThread)
 from ._model import MODEL
 from ._objects import Structure
-from ._tables import Row, Table
+from ._row import Row
+from ._tables import Table
 from ._tool import check, diff, load_capture, load_frr, routes
 from ._types import *
 from ._values import Enumeration, Flags

@@ -13,8 +13,8 @@ import weakref
 from collections import deque
 
 from ._errors import BadValue, Closed, Error, Gone, LockNeeded, NoSuchKey, WrongThread
-from ._library import (CollectorReport, DatabaseOptions, HandleOptions, I32, KelpError, MemoryStatistics, Pointer,
-                       StoreOptions, Text, U16, U32, checked, function)
+from ._library import (CollectorReport, DatabaseOptions, HandleOptions, I32, KelpError,
+                       MemoryStatistics, Pointer, StoreOptions, Text, U16, U32, checked, function)
 from ._values import encoded, number_of
 
 READ, WRITE = 1, 2
@@ -37,29 +37,49 @@ def current_tenant():
     return tenant.value
 
 
+class Findings:
+    """What was found in a private database, or under one lock of a store: why it is gone, all at
+    once."""
+    __slots__ = ('gone',)
+
+    def __init__(self):
+        self.gone = None
+
+
 class Life:
     """What is known of one object, record or table: whether it is still there. Everything that
     Python has of it shares one of these."""
-    __slots__ = ('database', 'address', 'gone', 'destroy', 'table', 'rearranged', 'index',
-                 '__weakref__')
+    __slots__ = ('database', 'address', 'findings', 'gone', 'destroy', 'table', 'rearranged',
+                 'index', '__weakref__')
 
-    def __init__(self, database, address, destroy=None):
+    def __init__(self, database, address, findings, destroy=None):
         self.database = database
         self.address = address
+        self.findings = findings
         self.gone = None       # why it is no longer there
         self.destroy = destroy  # of an object that nothing in the database owns
         self.table = None      # the life of the table that a record is in
         self.rearranged = 0    # rises when what an object points at is replaced
         self.index = None      # of a table: records by key
 
-    def end(self, why):
-        self.gone = why
-        self.table = None
-
     def __del__(self):
         # Whoever changes the database next ends it; this may be any thread, within any call.
         if self.destroy is not None and self.gone is None:
             self.database._abandoned.append((self.destroy, self.address))
+
+
+class Call:
+    """The length of a call, as a context that gives the handle; they may be within each other."""
+    __slots__ = ('handle',)
+
+    def __init__(self, handle):
+        self.handle = handle
+
+    def __enter__(self):
+        return self.handle
+
+    def __exit__(self, *_):
+        self.handle._leave()
 
 
 class Handle:
@@ -81,8 +101,9 @@ class Handle:
         self._depth = 0
         self._error = U32()
         self._err = ctypes.byref(self._error)
-        # What is found in a store under this handle's lock.
+        # Of a store: what is found under the lock that the handle holds.
         self._lives = weakref.WeakValueDictionary() if database.is_store else database._lives
+        self._findings = Findings() if database.is_store else database._findings
         create = function('kelp_handle_create', Pointer, Pointer, Pointer, Pointer)
         before = current_tenant()  # which making a handle changes
         self._pointer, _ = checked(create, database._open_pointer(), ctypes.byref(options))
@@ -101,7 +122,7 @@ class Handle:
             pointer, self._pointer = self._pointer, None
             if self.database._pointer is not None:
                 if self._lock and self.database.is_store:  # of a thread that ended with it
-                    self._forget(LEFT_UNDER_A_LOCK)
+                    self._findings.gone = LEFT_UNDER_A_LOCK
                 _destroy_handle(pointer)
 
     def read(self):
@@ -144,19 +165,15 @@ class Handle:
         give_up = _rollback if undo and database.is_store and self._lock == WRITE else _unlock
         self._lock = 0
         if database.is_store:
-            self._forget(LEFT_UNDER_A_LOCK)
+            self._findings.gone = LEFT_UNDER_A_LOCK
+            self._findings = Findings()
+            self._lives.clear()
         error = KelpError()
         give_up(self._pointer, ctypes.byref(error))
         if self._tenant_before is not None:
             _set_tenant(self._tenant_before)
         if error.code:
             raise Error(error.code, error.text.decode(errors='replace'))
-
-    def _forget(self, why):
-        """Says of all that was found through the handle that it is gone."""
-        for life in list(self._lives.values()):
-            life.end(why)
-        self._lives.clear()
 
     def _leave(self):
         """Ends a call that `Database._enter` began."""
@@ -197,7 +214,7 @@ class Lock:
         if self._asked is not None:
             database._local.handle = self._asked
         try:
-            self._handle = database._enter(self._mode, True)
+            self._handle = database._enter(self._mode, True).handle
         except BaseException:
             self._restore()
             raise
@@ -236,7 +253,8 @@ class Database:
         self._pointer = None
         self._local = threading.local()
         self._handles = weakref.WeakSet()
-        self._lives = weakref.WeakValueDictionary()  # records and tables of a private one by address
+        self._lives = weakref.WeakValueDictionary()  # of a private one: records, tables by address
+        self._findings = Findings()
         self._unplaced = weakref.WeakSet()           # objects that nothing in the database owns
         self._abandoned = deque()
         for option, number in (('reserve', reserve), ('wait_ms', wait_ms),
@@ -300,8 +318,8 @@ class Database:
                 raise Error(16, f'{self!r}: found a lock that is held, expected none')
         if not self.is_store:
             with self.write():
-                self._local.handle._forget('its database has been closed')
-                self._end_unplaced(self._local.handle, 'its database has been closed')
+                self._end_unplaced(self._local.handle)
+        self._findings.gone = 'its database has been closed'
         for handle in list(self._handles):
             handle._destroy()
         _, error = checked(function('kelp_database_close', I32, Pointer, Pointer),
@@ -322,31 +340,26 @@ class Database:
 
     def write(self):
         """The write lock of this thread, as a context. In a store the block is a transaction,
-        which is committed at its end and undone when it raises. A private database is not undone."""
+        which is committed at its end and undone when it raises. A private database is not
+        undone."""
         return Lock(self, WRITE)
 
     def memory(self):
         """What the objects take: a dictionary of numbers."""
-        handle = self._enter(READ, True)
-        try:
+        with self._enter(READ, True) as handle:
             numbers = MemoryStatistics()
             function('kelp_database_memory', None, Pointer, Pointer)(self._pointer,
                                                                    ctypes.byref(numbers))
             return {name: getattr(numbers, name) for name, _ in MemoryStatistics._fields_}
-        finally:
-            handle._leave()
 
     def collect(self):
         """Finishes what was put off: ends rows and tables that were marked for it, of tables that
         are marked for replication. Gives how many."""
-        handle = self._enter(WRITE)
-        try:
+        with self._enter(WRITE) as handle:
             report = CollectorReport()
             checked(function('kelp_collector_run', I32, Pointer, Pointer, Pointer),
                     handle._pointer, ctypes.byref(report))
             return {name: getattr(report, name) for name, _ in report._fields_}
-        finally:
-            handle._leave()
 
     # --- tables ---
 
@@ -361,8 +374,7 @@ class Database:
 
     def tables(self):
         """All tables of the database, named or not."""
-        handle = self._enter(READ)
-        try:
+        with self._enter(READ) as handle:
             following = function('kelp_database_next_table', Pointer, Pointer, Pointer)
             found = []
             address = following(self._pointer, None)
@@ -370,31 +382,23 @@ class Database:
                 found.append(self._model().table_at(self, address))
                 address = following(self._pointer, address)
             return found
-        finally:
-            handle._leave()
 
     @property
     def instances(self):
         """The instances of the tree that the command line tool loads and stores, by family and
         router ID: `database.instances[4, "10.0.0.1"].areas[0]`."""
-        handle = self._enter(READ)
-        try:
+        with self._enter(READ) as handle:
             root = self.table('ospf_rev1', TREE).first()
             table = None if root is None else root.instance
             if table is None:
                 raise NoSuchKey('found no tree of instances in the database')
             return table
-        finally:
-            handle._leave()
 
     def make_tree(self):
         """Makes the tree's root row with an empty table of instances, which it gives; 17 when
         there is a root row."""
-        handle = self._enter(WRITE)
-        try:
+        with self._enter(WRITE) as handle:
             return self.table('ospf_rev1', TREE, create=True).add().add_table('instance')
-        finally:
-            handle._leave()
 
     @staticmethod
     def _model():
@@ -409,8 +413,7 @@ class Database:
         return self._pointer
 
     def _enter(self, mode, explicit=False):
-        """Begins a call of this thread under that lock at least, and gives its handle, on which
-        `_leave` ends the call."""
+        """Begins a call of this thread under that lock at least, and gives it."""
         if self._pointer is None:
             raise Closed(repr(self))
         try:
@@ -429,31 +432,32 @@ class Database:
                 raise Closed('the handle')
             handle._take(mode)
         handle._depth += 1
-        return handle
+        return Call(handle)
 
     def _life_of(self, address):
         """The life of the record or table at an address, made when it is new."""
-        lives = self._local.handle._lives
-        life = lives.get(address)
+        handle = self._local.handle
+        life = handle._lives.get(address)
         if life is None:
-            life = lives[address] = Life(self, address)
+            life = handle._lives[address] = Life(self, address, handle._findings)
         return life
 
     def _end_life(self, address, why='it has been ended'):
         life = self._local.handle._lives.pop(address, None)
         if life is not None:
-            life.end(why)
+            life.gone = why
 
     def _own(self, address, destroy):
         """The life of a new object that nothing in the database owns yet."""
-        life = Life(self, address, destroy)
+        life = Life(self, address, self._local.handle._findings, destroy)
         self._unplaced.add(life)
         return life
 
-    def _end_unplaced(self, handle, why=LEFT_UNDER_A_LOCK):
+    def _end_unplaced(self, handle):
+        """Ends the objects that nothing in the database owns: nobody can reach them any more."""
         for life in list(self._unplaced):
             if life.destroy is not None and life.gone is None:
-                life.gone = why
+                life.gone = LEFT_UNDER_A_LOCK if self.is_store else 'its database has been closed'
                 life.destroy(handle._pointer, 0, life.address)
         self._unplaced.clear()
         self._end_abandoned(handle)
@@ -465,9 +469,10 @@ class Database:
 
 
 def begin(life, mode):
-    """Begins a call on what has that life; gives the handle."""
-    handle = life.database._enter(mode)
-    if life.gone is not None:
-        handle._leave()
-        raise Gone('the object', life.gone)
-    return handle
+    """Begins a call on what has that life, and gives it."""
+    call = life.database._enter(mode)
+    gone = life.gone or life.findings.gone
+    if gone is not None:
+        call.handle._leave()
+        raise Gone('the object', gone)
+    return call

@@ -2,9 +2,11 @@
 import json
 
 from ._errors import BadValue
+from ._fields import FLAGS_KIND, KINDS, MEMBER_KIND, OBJECT_KIND, field_of
 from ._library import PACKAGE, TableShell, TypeRecord, oper
-from ._objects import FLAGS_KIND, KINDS, MEMBER_KIND, OBJECT_KIND, Structure, field_of
-from ._tables import Row, Table
+from ._objects import Structure
+from ._row import Row
+from ._tables import Table
 from ._values import Enumeration, Flags, address_value
 
 

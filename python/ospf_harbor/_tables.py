@@ -1,4 +1,4 @@
-"""Tables as mappings by key, and their rows.
+"""Tables as mappings by key.
 
 A table of the library has no look-up by key: it is a tree that is walked in the order of its keys.
 The first look-up of a table here walks it once and keeps where each key is. In a private database
@@ -12,100 +12,15 @@ import json
 from . import _rows
 from ._database import READ, WRITE, begin, current_tenant
 from ._errors import BadType, BadValue, Error, Gone, NoSuchKey
-from ._library import I32, Pointer, RecordShell, TableShell, Text, U32, function
-from ._objects import CHECK_RECORD, Document, Structure, checked_image, document_failure
+from ._library import I32, Pointer, TableShell, Text, U32, function
+from ._images import CHECK_RECORD, Document, checked_image, document_failure
+from ._objects import Structure
 from ._values import decoded, encoded, number_of, plain
 
 DEFAULT_SOURCE, SHADOW_SOURCE = 1, 255
 _are_cursors_enabled = function('kelpdb_table_are_cursors_enabled', U32, Pointer, U32, Pointer,
                                 Pointer)
 _references = function('kelp_handle_oid_references', ctypes.c_int64, Pointer, Pointer)
-
-
-class Row(Structure):
-    """A row: the object that it holds, with its fields, and the key by which its table has it."""
-    __slots__ = ()
-    _table = None  # the class of its table
-
-    def __init__(self, *_, **__):
-        raise BadType(self._table._name, self, 'a row made by add() of its table')
-
-    @property
-    def key(self):
-        """The key: a value, or in a table whose rows have a key object that object."""
-        table = self._table
-        if table._key_class is None:
-            return getattr(self, self._key)
-        handle = self._begin(READ)
-        try:
-            address = table._get_key(handle._pointer, 0, self._life.address)
-            if not address:
-                raise Gone(f'the key of a row of {table._name}', 'the row has none')
-            return table._key_class._at(self._life, address, True)
-        finally:
-            handle._leave()
-
-    @property
-    def table(self):
-        """The table that the row is in."""
-        handle = self._begin(READ)
-        try:
-            return self._table._of(self._life.table)
-        finally:
-            handle._leave()
-
-    @property
-    def source(self):
-        """The source that the row came from: 1 is the default, 255 marks a shadow row."""
-        handle = self._begin(READ)
-        try:
-            return RecordShell.from_address(self._life.address).src
-        finally:
-            handle._leave()
-
-    def add_table(self, field):
-        """Makes a table for a reference of the row to point at, which has none yet; gives it."""
-        reference = self._fields.get(field)
-        if reference is None or reference.form != 'reference':
-            raise BadValue(self._name, field, 'a field that refers to a table')
-        handle = self._begin(WRITE)
-        try:
-            if reference.get(self) is not None:
-                raise Error(17, 'found a table there, expected none', reference.full_name)
-            table = reference._model.tables[reference.type].make(self.database)
-            try:
-                reference.set(self, table)
-            except BaseException:
-                table.free()
-                raise
-            return table
-        finally:
-            handle._leave()
-
-    def end(self):
-        """Takes the row out of its table and ends it, and with it the tables that nothing else
-        refers to, with their rows."""
-        handle = self._begin(WRITE)
-        try:
-            self._table._of(self._life.table)._end_row(handle, self)
-        finally:
-            handle._leave()
-
-    def to_record_image(self):
-        """The image of the row as a whole, with its key and the identity of its table."""
-        table = self._table
-        return self._written(
-            table._operation('table_record_marshal', U32, Pointer, Pointer, I32, Pointer),
-            lambda call, handle, buffer, room: call(handle._pointer, 0, buffer, self._life.address,
-                                                    room, handle._err))
-
-    def to_record_xml(self):
-        """The row as an XML element named after its table."""
-        table = self._table
-        return decoded(self._written(
-            table._operation('table_record_to_xml', U32, Pointer, Pointer, I32, Pointer),
-            lambda call, handle, buffer, room: call(handle._pointer, 0, buffer, self._life.address,
-                                                    room, handle._err)))
 
 
 class Table(collections.abc.MutableMapping):
@@ -159,8 +74,7 @@ class Table(collections.abc.MutableMapping):
         octets = encoded(name, cls._name)
         if not octets or b'\0' in octets:
             raise BadValue(cls._name, name, 'a name')
-        handle = database._enter(WRITE if create else READ)
-        try:
+        with database._enter(WRITE if create else READ) as handle:
             opened = cls._operation('table_open', Pointer, Text, U32, Pointer)(
                 handle._pointer, 0, octets, 0 if create else 1, handle._err)
             if handle._error.value not in (0, 2):
@@ -171,21 +85,16 @@ class Table(collections.abc.MutableMapping):
                     handle._fail(cls._name, 'making a table')
                 raise NoSuchKey(f'found no table named {name!r}', cls._name)
             return cls._of(database._life_of(opened))
-        finally:
-            handle._leave()
 
     @classmethod
     def make(cls, database):
         """A new table without a name, for a row to refer to."""
-        handle = database._enter(WRITE)
-        try:
+        with database._enter(WRITE) as handle:
             made = cls._operation('table_open_auto_id', Pointer, U32, Pointer)(
                 handle._pointer, 0, 0, handle._err)
             if not made or handle._error.value:
                 handle._fail(cls._name, 'making a table')
             return cls._of(database._life_of(made))
-        finally:
-            handle._leave()
 
     def _begin(self, mode):
         return begin(self._life, mode)
@@ -198,12 +107,9 @@ class Table(collections.abc.MutableMapping):
     @property
     def name(self):
         """The name that the table was opened by, without its identity; "" of one without a name."""
-        handle = self._begin(READ)
-        try:
+        with self._begin(READ) as handle:
             path = TableShell.from_address(self._address).tbl_name
             return decoded(path.rsplit(b'/', 1)[0])
-        finally:
-            handle._leave()
 
     def __repr__(self):
         try:
@@ -214,11 +120,8 @@ class Table(collections.abc.MutableMapping):
     # --- reading ---
 
     def __len__(self):
-        handle = self._begin(READ)
-        try:
+        with self._begin(READ) as handle:
             return self._count(handle._pointer, 0, self._address)
-        finally:
-            handle._leave()
 
     def __bool__(self):
         return len(self) > 0
@@ -229,13 +132,10 @@ class Table(collections.abc.MutableMapping):
         source = self._source(source)
         row = None
         while True:
-            handle = self._begin(READ)
-            try:
-                if row is not None and row._life.gone is not None:
+            with self._begin(READ) as handle:
+                if row is not None and (row._life.gone or row._life.findings.gone):
                     raise Gone(f'a walk of {self._name}', 'the row where it stands has been ended')
                 row = self._step(handle, row, source)
-            finally:
-                handle._leave()
             if row is None:
                 return
             yield row
@@ -327,14 +227,11 @@ class Table(collections.abc.MutableMapping):
 
     def __getitem__(self, key):
         wanted = self._wanted(key)
-        handle = self._begin(READ)
-        try:
+        with self._begin(READ) as handle:
             record = self._index(handle).get(wanted)
             if record is None:
                 raise NoSuchKey(f'found no row with the key {key!r}', self._name)
             return self._row(handle, record)
-        finally:
-            handle._leave()
 
     def __contains__(self, key):
         try:
@@ -356,15 +253,12 @@ class Table(collections.abc.MutableMapping):
         """The rows as dictionaries, in their order; a key object as "key". With `tables` each
         reference has the rows of its table. Reads the objects at their places, without a call for
         each field."""
-        handle = self._begin(READ)
-        try:
+        with self._begin(READ) as handle:
             records = [] if tables else None
             rows = self._read(handle, self._data_class._plan(), records)
             for record, fields in zip(records or (), rows):
                 self._add_tables(self._row(handle, record), fields)
             return rows
-        finally:
-            handle._leave()
 
     @staticmethod
     def _add_tables(row, fields):
@@ -402,8 +296,7 @@ class Table(collections.abc.MutableMapping):
             raise BadValue(self._name, key, 'a key for a table whose rows have a key object, and '
                            'no other')
         source = self._source(source)
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             record = self._operation('create_record_w_src', Pointer, U32, Pointer)(
                 handle._pointer, 0, source, handle._err)
             if not record:
@@ -414,8 +307,6 @@ class Table(collections.abc.MutableMapping):
             except BaseException:
                 self._destroy_record(handle, record)
                 raise
-        finally:
-            handle._leave()
 
     def _fill(self, handle, record, fields, key, more):
         if self._key_class is not None:
@@ -457,8 +348,7 @@ class Table(collections.abc.MutableMapping):
     def __setitem__(self, key, fields):
         """Gives the row of that key these fields, or adds one."""
         wanted = self._wanted(key)
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             if wanted in self._index(handle):
                 self[key].assign(fields)
             elif self._key_class is not None:
@@ -467,8 +357,6 @@ class Table(collections.abc.MutableMapping):
                 if isinstance(fields, Structure):
                     fields = fields._to_assign()
                 self.add({**fields, self._data_key: wanted})
-        finally:
-            handle._leave()
 
     def __delitem__(self, key):
         """Ends the row of that key, with what is below it."""
@@ -478,53 +366,40 @@ class Table(collections.abc.MutableMapping):
 
     def pop(self, key, default=_ASKED_FOR):
         """Ends the row of that key and gives what its fields were."""
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             if default is not self._ASKED_FOR and key not in self:
                 return default
             row = self[key]
             fields = row.to_dict()
             self._end_row(handle, row)
             return fields
-        finally:
-            handle._leave()
 
     def popitem(self):
         """Ends the row with the lowest key; gives the key and what its fields were."""
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             row = self.first()
             if row is None:
                 raise NoSuchKey('found no row', self._name)
             key = self._key_of(row)
             return key, self.pop(key)
-        finally:
-            handle._leave()
 
     def setdefault(self, key, default=None):
         """The row of that key, made of these fields when it is not there."""
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             if key not in self:
                 self[key] = {} if default is None else default
             return self[key]
-        finally:
-            handle._leave()
 
     def clear(self):
         """Ends all rows that a walk shows, with what is below them."""
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             for row in list(self.rows(0)):
                 if row._life.gone is None:
                     self._end_row(handle, row)
-        finally:
-            handle._leave()
 
     def free(self):
         """Ends the table, which is empty (16 when it is not); 11 when a row refers to it."""
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             if len(self):
                 raise Error(16, f'found {len(self)} rows, expected none: clear() it first',
                             self._name)
@@ -534,8 +409,6 @@ class Table(collections.abc.MutableMapping):
             if handle._error.value:
                 handle._fail(self._name, 'freeing a table')
             self.database._end_life(self._address)
-        finally:
-            handle._leave()
 
     def _has_cursors(self, handle):
         return bool(_are_cursors_enabled(handle._pointer, 0, self._address, handle._err))
@@ -579,26 +452,20 @@ class Table(collections.abc.MutableMapping):
         references arrive empty."""
         image = checked_image(CHECK_RECORD, self._name, image, self._data_class._has_references)
         read = self._operation('table_record_unmarshal', U32, Pointer, Pointer, I32, U32, Pointer)
-        handle = self._begin(WRITE)
-        try:
+        with self._begin(WRITE) as handle:
             record = Pointer()
             read(handle._pointer, 0, ctypes.byref(record), image, len(image), 0, handle._err)
             return self._enter_read(handle, record.value, lambda: handle._fail(self._name))
-        finally:
-            handle._leave()
 
     def add_xml(self, text):
         """Reads a row's XML (to_record_xml), which is checked first, and enters the row."""
         read = self._operation('table_record_from_xml', Pointer, Pointer, Pointer, Pointer, I32)
         with Document(CHECK_RECORD, self._name, text) as document:
-            handle = self._begin(WRITE)
-            try:
+            with self._begin(WRITE) as handle:
                 message = ctypes.create_string_buffer(512)
                 record = read(handle._pointer, 0, document, handle._err, message, 512)
                 return self._enter_read(handle, record,
                                         lambda: document_failure(handle, self._name, message))
-            finally:
-                handle._leave()
 
     def _enter_read(self, handle, record, fail):
         try:

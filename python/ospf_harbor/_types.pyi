@@ -4,7 +4,8 @@ from ipaddress import (IPv4Address, IPv4Interface, IPv4Network, IPv6Address, IPv
 from typing import Any, Iterable, Iterator, Mapping, Union
 
 from ._objects import Structure
-from ._tables import Row, Table
+from ._row import Row
+from ._tables import Table
 from ._values import Enumeration, Flags
 
 Address = Union[IPv4Address, IPv6Address, IPv4Interface, IPv6Interface]

@@ -6,7 +6,7 @@ import ipaddress
 import struct
 
 from ._errors import BadType, BadValue
-from ._library import Address, I32, Text, TextField, Pointer, U32, function
+from ._library import Address, Pointer, Text, TextField, U32, function
 
 ADDRESS_SIZE = ctypes.sizeof(Address)
 # Behind the header: family, prefix length, whether it has one, octets, zone.

@@ -19,7 +19,7 @@ def values(field, index=0):
         lists = [element[:3], element[1:2], []]
         return [bytes(each) for each in lists] if kind == 'uint8_t' else lists
     if field.form == 'embedded' or kind in MODEL.structures:
-        return [fields_of(MODEL.structures[kind], index), fields_of(MODEL.structures[kind], index + 1)]
+        return [fields_of(MODEL.structures[kind], each) for each in (index, index + 1)]
     if kind in MODEL.light_types:
         members = MODEL.light_types[kind]
         if field.form == 'enumeration':
@@ -39,8 +39,13 @@ def values_of_type(kind, index=0):
     if kind == 'ip_address':
         return ADDRESSES[index % 6:] + ADDRESSES[:index % 6]
     if kind == 'kelp_vstring':
-        return [f'text {index}', '', 'ü<&>"\n\t', 'x' * 3000, b'\xff\0\x01'.decode(errors='surrogateescape')]
+        return [f'text {index}', '', 'ü<&>"\n\t', 'x' * 3000, '\udcff\0\x01']
     raise AssertionError(f'no values for {kind}')
+
+
+def as_read(value):
+    """What a field gave, as to_dict has it."""
+    return value.to_dict() if isinstance(value, ospf_harbor.Structure) else value
 
 
 def settable(kind):

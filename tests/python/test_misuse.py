@@ -11,9 +11,9 @@ import weakref
 
 import ospf_harbor
 import samples
-from ospf_harbor._library import I32, Pointer, U32, function
-from ospf_harbor import (BadType, BadValue, Closed, Error, Foreign, Gone, LockNeeded, NoSuchKey,
+from ospf_harbor import (BadType, BadValue, Closed, Error, Foreign, Gone, LockNeeded,
                          WrongThread)
+from ospf_harbor._library import I32, Pointer, U32, function
 
 
 def calls_on(thing):
@@ -24,8 +24,8 @@ def calls_on(thing):
             continue
         member = getattr(type(thing), name)
         if callable(member) and not isinstance(member, type):
-            if name in ('end', 'free', 'clear', 'to_dict', 'to_json', 'to_image', 'to_text', 'to_xml',
-                        'to_record_image', 'to_record_xml', 'to_dicts', 'first', 'copy'):
+            if name in ('end', 'free', 'clear', 'to_dict', 'to_json', 'to_image', 'to_text',
+                        'to_xml', 'to_record_image', 'to_record_xml', 'to_dicts', 'first', 'copy'):
                 calls.append((name, getattr(thing, name)))
         else:
             calls.append((name, lambda name=name: getattr(thing, name)))
@@ -380,7 +380,8 @@ class Stores(samples.Mixin, unittest.TestCase):
         with self.store.write():
             samples.filled(self.store, ospf_harbor.OspfAreaTable, 3)
         program = ('import ospf_harbor, sys\n'
-                   'with ospf_harbor.Database(sys.argv[1], read_only=True) as store, store.read():\n'
+                   'store = ospf_harbor.Database(sys.argv[1], read_only=True)\n'
+                   'with store, store.read():\n'
                    '    print(list(store.table("ospf_area", "filled")))\n'
                    '    try: store.write().__enter__()\n'
                    '    except ospf_harbor.LockNeeded as failure: print(failure.code)\n')

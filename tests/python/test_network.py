@@ -56,8 +56,7 @@ class Network(samples.Mixin, unittest.TestCase):
                     fields.pop('key', None)
                     shown = {field.name: getattr(row, field.name)
                              for field in samples.settable(type(row)) if field.name in fields}
-                    shown = {name: value.to_dict() if isinstance(value, ospf_harbor.Structure)
-                             else value for name, value in shown.items()}
+                    shown = {name: samples.as_read(value) for name, value in shown.items()}
                     self.assertEqual(shown, fields)
                     count += 1
                 self.assertEqual(len(rows), len(table))
@@ -89,7 +88,8 @@ class Network(samples.Mixin, unittest.TestCase):
         instances = self.database.make_tree()
         self.refused(ospf_harbor.Error, self.database.make_tree, code=17)
         row = instances.add(key=(6, '10.0.0.9'))
-        row.add_table('area').add(area_id='0.0.0.1').add_table('interfaces').add(name='eth0', cost=3)
+        area = row.add_table('area').add(area_id='0.0.0.1')
+        area.add_table('interfaces').add(name='eth0', cost=3)
         self.assertEqual(self.database.instances[6, '10.0.0.9'].areas[1].interfaces['eth0'].cost, 3)
         self.database.table('ospf_rev1', 'ospf').clear()
         self.assertEqual(len(self.database.tables()), 1)
@@ -98,7 +98,8 @@ class Network(samples.Mixin, unittest.TestCase):
         table = samples.filled(self.database, ospf_harbor.AreaScopeLsaTable)
         made = []
         stand_in = types.ModuleType('pandas')
-        stand_in.DataFrame = types.SimpleNamespace(from_records=lambda rows: made.append(rows) or 'frame')
+        stand_in.DataFrame = types.SimpleNamespace(
+            from_records=lambda rows: made.append(rows) or 'frame')
         there = sys.modules.get('pandas')
         try:
             sys.modules['pandas'] = stand_in
@@ -112,4 +113,5 @@ class Network(samples.Mixin, unittest.TestCase):
         rows = table.to_dicts()
         self.assertEqual([each['key.lsa_id'] for each in made[0]],
                          [each['key']['lsa_id'] for each in rows])
-        self.assertFalse(any(isinstance(value, dict) for each in made[0] for value in each.values()))
+        values = [value for each in made[0] for value in each.values()]
+        self.assertFalse(any(isinstance(value, dict) for value in values))

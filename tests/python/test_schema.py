@@ -47,8 +47,7 @@ class Types(samples.Mixin, unittest.TestCase):
                     with self.subTest(field=field.full_name, value=value):
                         setattr(made, field.name, value)
                         read = getattr(made, field.name)
-                        if isinstance(read, ospf_harbor.Structure):
-                            read = read.to_dict()
+                        read = samples.as_read(read)
                         self.assertEqual(read, value)
                         self.assertIs(type(read), type(value))
 
@@ -61,8 +60,7 @@ class Types(samples.Mixin, unittest.TestCase):
                     self.assertEqual(made.to_dict(), fields)
                     shown = {field.name: getattr(made, field.name)
                              for field in samples.settable(kind) if field.name in fields}
-                    shown = {name: each.to_dict() if isinstance(each, ospf_harbor.Structure) else each
-                             for name, each in shown.items()}
+                    shown = {name: samples.as_read(each) for name, each in shown.items()}
                     self.assertEqual(shown, fields)
                     self.assertTrue(repr(made).startswith(kind.__name__ + '('))
 
