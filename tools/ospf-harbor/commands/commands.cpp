@@ -264,8 +264,8 @@ int print_help(const std::vector<std::string> &words) {
   return 0;
 }
 
-void with_parser(const std::function<void(CLI::App &program)> &act) {
-  Program program;
+void with_parser(const std::function<void(CLI::App &program)> &act, Stands here) {
+  Program program(here);
   act(program.app);
 }
 

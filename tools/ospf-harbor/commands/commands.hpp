@@ -27,8 +27,10 @@ int run_line(ospf_tables::Session &session, std::vector<std::string> words);
 // Prints the help of the command that the words name, or of all. Throws UsageError.
 int print_help(const std::vector<std::string> &words);
 
-// The parser of the command line, for what is made of it. Hidden commands have the group "".
-void with_parser(const std::function<void(CLI::App &program)> &act);
+// The parser of the command line, or of the shell, for what is made of it. Hidden commands have the
+// group "".
+void with_parser(const std::function<void(CLI::App &program)> &act,
+                 Stands here = Stands::on_the_command_line);
 
 // The parser of the command or group that the words name. Throws UsageError.
 CLI::App &command_named(CLI::App &program, const std::vector<std::string> &words);

@@ -1,5 +1,6 @@
 // `graph`: the topology of a network as a picture, or how it differs from another.
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <memory>
 #include <set>
@@ -117,16 +118,32 @@ int draw_network(ospf_tables::Session &session, const GraphOptions &options) {
   });
 }
 
-int draw_difference(const GraphOptions &options) {
+// The two sides of a difference: each with a time of its own, or one capture until a time and until
+// its end. Two times stand in lines of one text.
+std::array<SourceChoice, 2> sides_of(const GraphOptions &options) {
   if (options.what_if.is_asked() || !options.source.sources.empty()) {
     throw UsageError("graph", "--diff", "it beside --from or a what-if", "one of them");
   }
+  const std::string &times = options.source.at;
+  const std::size_t line = times.find('\n');
+  if (!times.empty() && line == times.npos && options.difference[0] != options.difference[1]) {
+    throw UsageError("graph", "--at", "one time for two sources", "none, or one for each");
+  }
+  std::array<SourceChoice, 2> sides{options.source, options.source};
+  for (const std::size_t side : {0u, 1u}) sides.at(side).sources = {options.difference.at(side)};
+  sides[0].at = times.substr(0, line);
+  sides[1].at = line == times.npos ? "" : times.substr(line + 1);
+  return sides;
+}
+
+int draw_difference(const GraphOptions &options) {
+  const std::array<SourceChoice, 2> sides = sides_of(options);
   Network networks[2];
   int status = 0;
   std::set<InstanceName> instances;
   for (const std::size_t side : {0u, 1u}) {
     ospf_tables::Session session;
-    status = std::max(status, load_sources(session, {options.difference.at(side)}));
+    status = std::max(status, sides.at(side).load(session, "graph"));
     networks[side].read(session, options);
     instances.merge(instances_of(networks[side].databases));
   }
@@ -149,10 +166,11 @@ int draw_graph(ospf_tables::Session &session, const GraphOptions &options) {
 Run set_up_graph(CLI::App &app) {
   const auto options = std::make_shared<GraphOptions>();
   options->source.add_to(app);
+  app.get_option("--at")->multi_option_policy(CLI::MultiOptionPolicy::Join);
   options->picture.add_to(app)->require_option(1);
   app.add_option("--diff", options->difference,
-                 "In place of --from two sources: what came, went and changed from the first to "
-                 "the second")
+                 "In place of --from two sources, or one twice with one or two of --at: what came, "
+                 "went and changed from the first to the second")
       ->type_name("A B")
       ->expected(2);
   app.add_flag("--stubs", options->stubs, "Stub networks and prefixes of links as well");

@@ -621,6 +621,15 @@ TEST_F(GraphCommand, DrawsHowTwoSourcesDiffer) {
   const json data = data_of(content_of(folder_ / "a"));
   for (const json &lsa : data[0]["lsas"]) changes.insert(lsa["change"]);
   EXPECT_TRUE(changes.contains("went"));
+  // Two times of one capture, and one and the end.
+  EXPECT_EQ(run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+0.5"}), 0);
+  EXPECT_NE(content_of(folder_ / "a").find("</B> <I>"), std::string::npos);
+  EXPECT_EQ(run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+0.5", "--at",
+                 "+0.5"}),
+            0);
+  EXPECT_EQ(content_of(folder_ / "a").find("</B> <I>"), std::string::npos);
+  EXPECT_THROW(run({"--dot", "--diff", before, recording + "all.pcap", "--at", "+1"}),
+               tool::UsageError);
   EXPECT_THROW(run({"--dot", "--diff", before}), tool::UsageError);
   EXPECT_THROW(run({"--dot", "--diff", before, before, "--from", before}), tool::UsageError);
   EXPECT_THROW(run({"--dot", "--diff", before, before, "--without-router", "10.244.0.8"}),

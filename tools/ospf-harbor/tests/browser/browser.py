@@ -10,7 +10,7 @@ import tempfile
 
 class Browser:
     def __init__(self, width=1300, height=800):
-        self.folder = tempfile.TemporaryDirectory()
+        self.folder = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
         commands, to_browser = os.pipe()
         from_browser, answers = os.pipe()
 
