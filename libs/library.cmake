@@ -1,0 +1,70 @@
+# What every library here is: its sources in src/, its headers in include/, its tests and fuzz targets
+# beside them. A library that needs none of the others can be configured by itself too; its
+# CMakeLists.txt then names the project.
+if(CMAKE_SOURCE_DIR STREQUAL CMAKE_CURRENT_SOURCE_DIR)
+  set(CMAKE_CXX_STANDARD 20)
+  set(CMAKE_CXX_STANDARD_REQUIRED ON)
+  set(CMAKE_CXX_EXTENSIONS OFF)
+  if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo)
+  endif()
+  add_compile_options(-Wall -Wextra -Wpedantic -Werror)
+  option(HARBOR_TESTS "Build the tests" ON)
+  option(HARBOR_FUZZ "Build the fuzz targets (clang)" OFF)
+  enable_testing()
+endif()
+
+# harbor_library(<target> [SHARED] [ONE_BY_ONE]): ONE_BY_ONE where sources do not stand in one unit.
+function(harbor_library target)
+  cmake_parse_arguments(arg "SHARED;ONE_BY_ONE" "" "" ${ARGN})
+  set(kind STATIC)
+  if(arg_SHARED)
+    set(kind SHARED)
+  endif()
+  file(GLOB sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} src/*.cpp)
+  add_library(${target} ${kind} ${sources})
+  if(NOT arg_ONE_BY_ONE)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD "${HARBOR_UNITS}" UNITY_BUILD_BATCH_SIZE 0)
+  endif()
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+endfunction()
+
+# The tests and fuzz targets of the library; behind its target, which they link.
+macro(harbor_library_tests)
+  if(HARBOR_TESTS)
+    find_package(GTest REQUIRED)
+    include(GoogleTest)
+    if(NOT TARGET test_support)
+      add_subdirectory(../../tests/support support)
+    endif()
+    add_subdirectory(tests)
+  endif()
+  if(HARBOR_FUZZ AND EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/fuzz)
+    if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+      message(FATAL_ERROR "fuzz targets need clang")
+    endif()
+    add_subdirectory(fuzz)
+  endif()
+endmacro()
+
+# A test program with the libraries that it links.
+function(harbor_library_test target)
+  file(GLOB sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} *_test.cpp)
+  add_executable(${target} ${sources})
+  target_link_libraries(${target} PRIVATE ${ARGN} test_support GTest::gtest GTest::gtest_main)
+  if(COMMAND harbor_discover_suites)
+    harbor_discover_suites(${target})
+  else()
+    gtest_discover_tests(${target})
+  endif()
+endfunction()
+
+# A fuzz target of one source.
+function(harbor_fuzz target source)
+  add_executable(${target} ${source})
+  target_link_options(${target} PRIVATE -fsanitize=fuzzer)
+  target_link_libraries(${target} PRIVATE ${ARGN})
+endfunction()
