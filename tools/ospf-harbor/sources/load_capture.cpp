@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -223,9 +224,23 @@ std::string summary(const LoadedInstance &instance) {
          counted(instance.lsas, "LSA", "LSAs");
 }
 
-}  // namespace
+// "NAME: packets, and how many of OSPF with how many LSAs".
+std::string summary(const Source &source) {
+  return in_one_line(source.name) + ": " + counted(source.decoder.frames(), "packet", "packets") +
+         ", " + std::to_string(source.decoder.ospf_packets()) + " of OSPF with " +
+         counted(source.decoder.lsas(), "LSA", "LSAs");
+}
 
-namespace {
+// Opens a file or an interface; null, with a complaint, where that fails.
+std::unique_ptr<Source> open_source(const char *command, const std::string &name, bool live,
+                                    std::uint32_t number, decode::Network &network) {
+  auto source = std::make_unique<Source>(name, number, network);
+  if (live ? source->reader.open_live(name) : source->reader.open_file(name)) return source;
+  complain(command, InputError(name, "", source->reader.error(),
+                               live ? "an interface to listen on" : "a capture (pcap or pcapng)")
+                        .what());
+  return nullptr;
+}
 
 // What hears the packets: a plain network, or one that follows what happens.
 decode::Network &listener(const CaptureOptions &options, decode::Network &plain) {
@@ -240,59 +255,55 @@ decode::Network &listener(const CaptureOptions &options, decode::Network &plain)
   return *heard.timeline;
 }
 
+// All that the options name and that can be opened.
+Sources open_sources(const CaptureOptions &options, decode::Network &network) {
+  const bool live = !options.interface.empty();
+  Sources sources;
+  std::uint32_t number = 0;
+  for (const std::string &name : live ? std::vector{options.interface} : options.files) {
+    auto source = open_source(load_name, name, live, number++, network);
+    if (source != nullptr) sources.push_back(std::move(source));
+  }
+  return sources;
+}
+
+// Decodes all packets. Gives the time up to which was read, none for all.
+std::optional<decode::Time> hear(Sources &sources, const CaptureOptions &options,
+                                 Progress &progress) {
+  if (options.interface.empty()) return read_files(sources, options, progress);
+  for (const auto &source : sources) {
+    listen(*source, options.seconds, [&] { progress.packets(source->decoder.frames()); });
+  }
+  return std::nullopt;
+}
+
+// Fills the tables and says what was read and what they got.
+void fill_tables(Session &session, const decode::Network &network, decode::Time now,
+                 const Sources &sources, Progress &progress, std::FILE *report) {
+  progress.lsas(network.lsdb().size());
+  std::vector<LoadedInstance> loaded;
+  session.changing([&] { loaded = load_network(session, network, now); });
+  progress.clear();
+  if (report == nullptr) return;
+  for (const auto &source : sources) std::fprintf(report, "read %s\n", summary(*source).c_str());
+  for (const LoadedInstance &instance : loaded) {
+    std::fprintf(report, "loaded %s\n", summary(instance).c_str());
+  }
+}
+
 }  // namespace
 
 int load_capture(Session &session, const CaptureOptions &options, std::FILE *report) {
   decode::Network plain;
   decode::Network &network = listener(options, plain);
-  Sources sources;
-  std::optional<decode::Time> end;
-  bool failed = false;
+  Sources sources = open_sources(options, network);
+  bool failed = sources.size() < (options.interface.empty() ? options.files.size() : 1);
   Progress progress;
-  std::uint32_t number = 0;
-  const auto open = [&](const std::string &name, bool live) {
-    auto source = std::make_unique<Source>(name, number++, network);
-    const bool opened = live ? source->reader.open_live(name) : source->reader.open_file(name);
-    if (opened) {
-      sources.push_back(std::move(source));
-      return;
-    }
-    failed = true;
-    complain(load_name,
-             InputError(name, "", source->reader.error(),
-                        live ? "an interface to listen on" : "a capture (pcap or pcapng)")
-                 .what());
-  };
-  if (!options.interface.empty()) {
-    open(options.interface, true);
-    if (!sources.empty()) {
-      const Source &source = *sources.front();
-      listen(*sources.front(), options.seconds, [&] { progress.packets(source.decoder.frames()); });
-    }
-  } else {
-    for (const std::string &file : options.files) open(file, false);
-    end = read_files(sources, options, progress);
-  }
+  const std::optional<decode::Time> end = hear(sources, options, progress);
   if (options.heard != nullptr) options.heard->timeline->finish(end);
-  std::uint64_t packets = 0;
-  for (const auto &source : sources) packets += source->decoder.ospf_packets();
-  if (packets != 0) {
-    progress.lsas(network.lsdb().size());
-    std::vector<LoadedInstance> loaded;
-    session.changing(
-        [&] { loaded = load_network(session, network, end.value_or(network.last_time())); });
-    progress.clear();
-    for (const auto &source : sources) {
-      if (report == nullptr) break;
-      std::fprintf(report, "read %s: %s, %s of OSPF with %s\n", in_one_line(source->name).c_str(),
-                   counted(source->decoder.frames(), "packet", "packets").c_str(),
-                   std::to_string(source->decoder.ospf_packets()).c_str(),
-                   counted(source->decoder.lsas(), "LSA", "LSAs").c_str());
-    }
-    for (const LoadedInstance &instance : loaded) {
-      if (report == nullptr) break;
-      std::fprintf(report, "loaded %s\n", summary(instance).c_str());
-    }
+  const auto has_ospf = [](const auto &source) { return source->decoder.ospf_packets() != 0; };
+  if (std::ranges::any_of(sources, has_ospf)) {
+    fill_tables(session, network, end.value_or(network.last_time()), sources, progress, report);
   }
   progress.clear();
   if (report != nullptr) std::fflush(report);
@@ -368,23 +379,15 @@ class Collector {
 
 int collect_capture(Session &session, const CaptureOptions &options) {
   decode::Network network;
-  Source source(options.interface, 0, network);
-  if (!source.reader.open_live(options.interface)) {
-    complain(collect_name,
-             InputError(options.interface, "", source.reader.error(), "an interface to listen on")
-                 .what());
-    return 1;
-  }
+  const auto source = open_source(collect_name, options.interface, true, 0, network);
+  if (source == nullptr) return 1;
   std::fprintf(stderr, "listening on %s\n", in_one_line(options.interface).c_str());
   Collector collector(session, network);
-  listen(source, options.seconds, [&] { collector.turn(); });
+  listen(*source, options.seconds, [&] { collector.turn(); });
   collector.commit();
-  std::printf("collected %s: %s, %s of OSPF with %s, in %s\n", in_one_line(source.name).c_str(),
-              counted(source.decoder.frames(), "packet", "packets").c_str(),
-              std::to_string(source.decoder.ospf_packets()).c_str(),
-              counted(source.decoder.lsas(), "LSA", "LSAs").c_str(),
+  std::printf("collected %s, in %s\n", summary(*source).c_str(),
               counted(collector.commits(), "commit", "commits").c_str());
-  return complain_of(collect_name, source) ? 1 : 0;
+  return complain_of(collect_name, *source) ? 1 : 0;
 }
 
 }  // namespace tool
