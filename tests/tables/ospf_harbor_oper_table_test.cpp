@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 
 #include "tables/table_fixture.hpp"
 
@@ -43,8 +44,6 @@ TEST(Vft, LookupGivesThePlaceInTheOrderOfLuids) {
     EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(luid_from(luids[at]).data()),
               static_cast<std::int32_t>(at));
   }
-  EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(table_tbl_area_scope_lsas_luid), 0);
-  EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(table_tbl_ospfv3_prefix_list_luid), 20);
 }
 
 TEST(Vft, LookupComparesTheSecondHalf) {
@@ -69,12 +68,12 @@ TEST(Vft, LookupComparesTheFirstHalfOutsideTheSelector) {
 // The five bits behind the 35th lowest of the first eight bytes, big-endian.
 std::uint32_t selector_of(const Luid &luid) { return ((luid[3] & 3u) << 3) | (luid[4] >> 5); }
 
-TEST(Vft, ThirteenSelectorsHaveNoTable) {
+TEST(Vft, ASelectorWithoutATableFindsNone) {
   std::vector<std::uint32_t> used;
   for (const std::string &text : luids_in_order()) used.push_back(selector_of(luid_from(text)));
   std::sort(used.begin(), used.end());
   used.erase(std::unique(used.begin(), used.end()), used.end());
-  EXPECT_EQ(used.size(), 19u);
+  EXPECT_LT(used.size(), 32u);
   for (std::uint32_t selector = 0; selector < 32; ++selector) {
     if (std::find(used.begin(), used.end(), selector) != used.end()) continue;
     Luid luid{};
@@ -85,23 +84,26 @@ TEST(Vft, ThirteenSelectorsHaveNoTable) {
   }
 }
 
-TEST(Vft, TablesThatShareASelectorAreBothFound) {
-  const auto place = [](const std::uint8_t *luid) {
-    Luid copy;
-    std::memcpy(copy.data(), luid, copy.size());
-    return std::pair(selector_of(copy), ospf_harbor_oper_table_mrst_lookup(luid));
-  };
-  using Place = std::pair<std::uint32_t, std::int32_t>;
-  EXPECT_EQ(place(table_tbl_ospfv2_unknown_sub_tlv_luid), (Place{12, 2}));
-  EXPECT_EQ(place(table_tbl_ospfv3_ia_prefix_list_luid), (Place{12, 10}));
-  EXPECT_EQ(place(table_tbl_ospf_instance_rev1_luid), (Place{17, 12}));
-  EXPECT_EQ(place(table_tbl_ospfv2_link_luid), (Place{17, 14}));
+TEST(Vft, TablesThatShareASelectorAreAllFound) {
+  const std::vector<std::string> luids = luids_in_order();
+  std::map<std::uint32_t, std::size_t> tables;
+  for (const std::string &luid : luids) ++tables[selector_of(luid_from(luid))];
+  std::size_t sharing = 0;
+  for (std::size_t at = 0; at < luids.size(); ++at) {
+    const Luid luid = luid_from(luids[at]);
+    if (tables[selector_of(luid)] < 2) continue;
+    EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(luid.data()), static_cast<std::int32_t>(at));
+    ++sharing;
+  }
+  EXPECT_GE(sharing, 4u);
 }
 
 TEST(Vft, LookupTakesALuidAtAnyAddress) {
   std::uint8_t bytes[17];
   std::memcpy(bytes + 1, table_tbl_ospf_area_luid, 16);
-  EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(bytes + 1), 11);
+  EXPECT_EQ(ospf_harbor_oper_table_mrst_lookup(bytes + 1),
+            ospf_harbor_oper_table_mrst_lookup(table_tbl_ospf_area_luid));
+  EXPECT_GE(ospf_harbor_oper_table_mrst_lookup(bytes + 1), 0);
 }
 
 TEST(Vft, GetWithAnErrorPresentLeavesTheOutputAndTellsAtDebug) {
@@ -149,7 +151,7 @@ TEST(Vft, GetHandsOutTheCopyAndClearsTheLastError) {
   }
 }
 
-// What each of the 48 words of a vft holds, behind "tbl_<t>_"; two are no functions, one is null.
+// What each word of a vft holds, behind "tbl_<t>_"; two are no functions, one is null.
 constexpr const char *slot_names[] = {
     "luid",
     "name",
@@ -202,7 +204,8 @@ constexpr const char *slot_names[] = {
 };
 
 TEST(Vft, EverySlotOfEveryTableAndItsCopyHoldsTheFunctionOfItsName) {
-  static_assert(std::size(slot_names) == 48 && sizeof(kelp_table_vft) == 48 * sizeof(void *));
+  static_assert(std::size(slot_names) == KELP_VFT_WORDS &&
+                sizeof(kelp_table_vft) == KELP_VFT_WORDS * sizeof(void *));
   ospf_harbor_oper_table_vft_init();
   for (const auto *table : harbor::model::all_tables) {
     const std::string name = "tbl_" + std::string(table->name);
@@ -247,6 +250,10 @@ TEST(Vft, TheFirstInitCopiesAndTellsAndTheSecondDoesNeither) {
       testing::ExitedWithCode(0), "");
 }
 
+const kelp_table_vft *place_of_area() {
+  return &ospf_harbor_oper_table_lut[ospf_harbor_oper_table_mrst_lookup(table_tbl_ospf_area_luid)];
+}
+
 TEST(Vft, AFailedCopyIsNotTriedAgainAndStillHandsOutAVft) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
@@ -257,8 +264,8 @@ TEST(Vft, AFailedCopyIsNotTriedAgainAndStillHandsOutAVft) {
           const harness::Failing failing("table_vft_cpy", 22);
           store(ospf_harbor_oper_table_get_vft, table_tbl_ospf_area_luid, &vft);
         }
-        const bool first = store.err == 22 && store.last_error() == 22 &&
-                           vft == &ospf_harbor_oper_table_lut[11] && vft->name == nullptr;
+        const bool first = store.err == 22 && store.last_error() == 22 && vft == place_of_area() &&
+                           vft->name == nullptr;
         store.err = 0;
         store(ospf_harbor_oper_table_get_vft, table_tbl_ospf_area_luid, &vft);
         const bool second = store.err == 0 && vft->name == nullptr &&
