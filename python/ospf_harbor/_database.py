@@ -346,7 +346,7 @@ class Database:
 
     def memory(self):
         """What the objects take: a dictionary of numbers."""
-        with self._enter(READ, True) as handle:
+        with self._enter(READ, True):
             numbers = MemoryStatistics()
             function('kelp_database_memory', None, Pointer, Pointer)(self._pointer,
                                                                    ctypes.byref(numbers))
@@ -359,6 +359,7 @@ class Database:
             report = CollectorReport()
             checked(function('kelp_collector_run', I32, Pointer, Pointer, Pointer),
                     handle._pointer, ctypes.byref(report))
+            self._end_uncollected()
             return {name: getattr(report, name) for name, _ in report._fields_}
 
     # --- tables ---
@@ -374,20 +375,21 @@ class Database:
 
     def tables(self):
         """All tables of the database, named or not."""
-        with self._enter(READ) as handle:
-            following = function('kelp_database_next_table', Pointer, Pointer, Pointer)
-            found = []
-            address = following(self._pointer, None)
-            while address:
-                found.append(self._model().table_at(self, address))
-                address = following(self._pointer, address)
-            return found
+        with self._enter(READ):
+            return [self._model().table_at(self, address) for address in self._table_addresses()]
+
+    def _table_addresses(self):
+        following = function('kelp_database_next_table', Pointer, Pointer, Pointer)
+        addresses = []
+        while address := following(self._pointer, addresses[-1] if addresses else None):
+            addresses.append(address)
+        return addresses
 
     @property
     def instances(self):
         """The instances of the tree that the command line tool loads and stores, by family and
         router ID: `database.instances[4, "10.0.0.1"].areas[0]`."""
-        with self._enter(READ) as handle:
+        with self._enter(READ):
             root = self.table('ospf_rev1', TREE).first()
             table = None if root is None else root.instance
             if table is None:
@@ -397,7 +399,7 @@ class Database:
     def make_tree(self):
         """Makes the tree's root row with an empty table of instances, which it gives; 17 when
         there is a root row."""
-        with self._enter(WRITE) as handle:
+        with self._enter(WRITE):
             return self.table('ospf_rev1', TREE, create=True).add().add_table('instance')
 
     @staticmethod
@@ -446,6 +448,15 @@ class Database:
         life = self._local.handle._lives.pop(address, None)
         if life is not None:
             life.gone = why
+
+    def _end_uncollected(self):
+        """Says of tables that are no longer in the database, and of their rows, that they are
+        gone."""
+        there = set(self._table_addresses())
+        for life in list(self._local.handle._lives.values()):
+            table = life.table or life
+            if table.address not in there:
+                self._end_life(life.address, 'the collector has ended its table')
 
     def _own(self, address, destroy):
         """The life of a new object that nothing in the database owns yet."""

@@ -154,7 +154,7 @@ class InPlace(Field):
 
 class TextValue(InPlace):
     def get(self, owner):
-        with owner._begin(READ) as handle:
+        with owner._begin(READ):
             return text_at(self._call(owner, READ, self._get))
 
     def set(self, owner, value):
@@ -176,7 +176,7 @@ class TextValue(InPlace):
 
 class AddressValue(InPlace):
     def get(self, owner):
-        with owner._begin(READ) as handle:
+        with owner._begin(READ):
             return address_value(ctypes.string_at(self._call(owner, READ, self._get), ADDRESS_SIZE))
 
     def set(self, owner, value):
@@ -225,7 +225,7 @@ class Array(Field):
             self._set_all = self._function('set_mem', None, Pointer, U32)
 
     def get(self, owner):
-        with owner._begin(READ) as handle:
+        with owner._begin(READ):
             count = self._call(owner, READ, self._count)
             if self._of_addresses:
                 return [address_value(ctypes.string_at(self._call(owner, READ, self._place, at),
@@ -270,7 +270,7 @@ class Arm(Field):
         self._detach = self._function('get_detach', Pointer)
 
     def get(self, owner):
-        with owner._begin(READ) as handle:
+        with owner._begin(READ):
             address = self._call(owner, READ, self._get)
             if not address or int(getattr(owner, owner._selector)) != self.selector:
                 return None
@@ -365,7 +365,7 @@ class Reference(Field):
         self._set = self._function('set_by_ref', None, Pointer)
 
     def get(self, owner):
-        with owner._begin(READ) as handle:
+        with owner._begin(READ):
             address = self._call(owner, READ, self._get)
             return None if not address else self._model.table_at(owner.database, address)
 
@@ -377,7 +377,7 @@ class Reference(Field):
             raise BadType(self.full_name, value, f'a table {self.type} or None')
         if value.database is not owner.database:
             raise Foreign(f'{self.full_name}: the table')
-        with value._begin(WRITE) as handle:
+        with value._begin(WRITE):
             self._call(owner, WRITE, self._set, value._address)
 
 

@@ -135,8 +135,8 @@ class RecordShell(ctypes.Structure):
 
 
 class TableShell(ctypes.Structure):
-    """A table, as far as its name."""
-    _fields_ = [('header', Header), ('tbl_name', ctypes.c_char * 208)]
+    """A table, as far as the number of its records, those of all tenants and sources."""
+    _fields_ = [('header', Header), ('tbl_name', ctypes.c_char * 208), ('record_count', U32)]
 
 
 class CheckResult(ctypes.Structure):

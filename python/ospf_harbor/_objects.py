@@ -80,7 +80,7 @@ class Structure:
             fields = fields._to_assign()
         elif not hasattr(fields, 'items'):
             raise BadType(self._name, fields, 'a mapping of fields, or an object')
-        with self._begin(WRITE) as handle:
+        with self._begin(WRITE):
             for name, value in fields.items():
                 field = self._fields.get(name)
                 if field is None:
@@ -106,7 +106,7 @@ class Structure:
     def _read(self, value_of):
         """What value_of gives of each field that the object's variant holds and, in a choice, that
         is selected."""
-        with self._begin(READ) as handle:
+        with self._begin(READ):
             variant = self.variant
             chosen = None if self._selector is None else int(getattr(self, self._selector))
             read = {}
@@ -127,7 +127,7 @@ class Structure:
     def to_dict(self):
         """The fields that the object's variant holds, embedded objects as dictionaries; of a choice
         what is selected. References, and the counts of arrays, are left out."""
-        with self._begin(READ) as handle:
+        with self._begin(READ):
             return _rows.read(self._plan(), self._address) if self._address else {}
 
     def to_json(self, **options):
@@ -155,7 +155,7 @@ class Structure:
     @property
     def variant(self):
         """Which variant of its type the object has."""
-        with self._begin(READ) as handle:
+        with self._begin(READ):
             return Header.from_address(self._address).variant
 
     def __repr__(self):
@@ -182,8 +182,8 @@ class Structure:
         return isinstance(other, Structure) and other._fields is self._fields
 
     def _compare(self, other):
-        with self._begin(READ) as mine:
-            with other._begin(READ) as theirs:
+        with self._begin(READ):
+            with other._begin(READ):
                 return function(f'{self._name}_compare', I32, Pointer, Pointer)(
                     self._address, other._address)
 

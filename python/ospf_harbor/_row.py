@@ -29,13 +29,13 @@ class Row(Structure):
     @property
     def table(self):
         """The table that the row is in."""
-        with self._begin(READ) as handle:
+        with self._begin(READ):
             return self._table._of(self._life.table)
 
     @property
     def source(self):
         """The source that the row came from: 1 is the default, 255 marks a shadow row."""
-        with self._begin(READ) as handle:
+        with self._begin(READ):
             return RecordShell.from_address(self._life.address).src
 
     def add_table(self, field):
@@ -43,7 +43,7 @@ class Row(Structure):
         reference = self._fields.get(field)
         if reference is None or reference.form != 'reference':
             raise BadValue(self._name, field, 'a field that refers to a table')
-        with self._begin(WRITE) as handle:
+        with self._begin(WRITE):
             if reference.get(self) is not None:
                 raise Error(17, 'found a table there, expected none', reference.full_name)
             table = reference._model.tables[reference.type].make(self.database)

@@ -107,7 +107,7 @@ class Table(collections.abc.MutableMapping):
     @property
     def name(self):
         """The name that the table was opened by, without its identity; "" of one without a name."""
-        with self._begin(READ) as handle:
+        with self._begin(READ):
             path = TableShell.from_address(self._address).tbl_name
             return decoded(path.rsplit(b'/', 1)[0])
 
@@ -376,7 +376,7 @@ class Table(collections.abc.MutableMapping):
 
     def popitem(self):
         """Ends the row with the lowest key; gives the key and what its fields were."""
-        with self._begin(WRITE) as handle:
+        with self._begin(WRITE):
             row = self.first()
             if row is None:
                 raise NoSuchKey('found no row', self._name)
@@ -385,7 +385,7 @@ class Table(collections.abc.MutableMapping):
 
     def setdefault(self, key, default=None):
         """The row of that key, made of these fields when it is not there."""
-        with self._begin(WRITE) as handle:
+        with self._begin(WRITE):
             if key not in self:
                 self[key] = {} if default is None else default
             return self[key]
@@ -400,15 +400,18 @@ class Table(collections.abc.MutableMapping):
     def free(self):
         """Ends the table, which is empty (16 when it is not); 11 when a row refers to it."""
         with self._begin(WRITE) as handle:
-            if len(self):
-                raise Error(16, f'found {len(self)} rows, expected none: clear() it first',
-                            self._name)
+            if self._holds():
+                raise Error(16, f'found {self._holds()} rows, expected none, of whatever tenant and '
+                            'source: clear() it first', self._name)
             name = 'request_table_free' if self._has_cursors(handle) else 'table_free'
             self._operation(name, None, Pointer, Pointer)(handle._pointer, 0, self._address,
                                                           handle._err)
             if handle._error.value:
                 handle._fail(self._name, 'freeing a table')
             self.database._end_life(self._address)
+
+    def _holds(self):
+        return TableShell.from_address(self._address).record_count
 
     def _has_cursors(self, handle):
         return bool(_are_cursors_enabled(handle._pointer, 0, self._address, handle._err))
@@ -442,7 +445,7 @@ class Table(collections.abc.MutableMapping):
         if last:
             table.clear()
         field.set(row, None)
-        if last and not len(table):
+        if last and not table._holds():
             table.free()
 
     # --- images and XML ---

@@ -88,6 +88,18 @@ class Ended(samples.Mixin, unittest.TestCase):
             self.refused(Gone, next, again.rows())
             self.refused(Gone, again.__getitem__, samples.key_of(kind, 0))
 
+    def test_rows_of_other_tenants_keep_their_table(self):
+        table = self.database.table('ospf_area', 'x', create=True)
+        theirs, mine = self.database.handle(tenant=5), self.database.handle(tenant=6)
+        with theirs.write():
+            row = samples.add(table, 1)
+        with mine.write():
+            self.assertEqual(len(table), 0)
+            self.refused(Error, table.free, code=16)
+        self.assertEqual(row.area_id, 1)
+        with theirs.write():
+            table.clear()
+
     def test_a_walk_over_a_row_that_is_ended(self):
         for kind in samples.tables():
             table = samples.filled(self.database, kind)
@@ -115,6 +127,21 @@ class Ended(samples.Mixin, unittest.TestCase):
             table.free()
             self.refused(Gone, len, table)
             self.database.collect()
+            above = self.database.new_table('ospf_area').add(area_id=1)
+            below = above.add_table('interfaces')
+            with self.database.write():
+                mark(self.database._local.handle._pointer, below._address, 1, None)
+                row = below.add(name='x')
+                row.end()
+                self.database.collect()
+                below.free()
+                again = above.interfaces
+                above.interfaces = None
+                self.database.collect()
+            for thing in (below, again, row):
+                self.refused(Gone, thing.to_dicts if thing is not row else thing.to_dict)
+            above.table.clear()
+            self.database.tables()[0].free()
         self.assertEqual(self.database.tables(), [])
 
     def test_an_arm_that_gave_way(self):
@@ -305,6 +332,21 @@ class Stores(samples.Mixin, unittest.TestCase):
         self.path = os.path.join(folder.name, 'store')
         self.store = ospf_harbor.Database(self.path)
         self.addCleanup(self.store.close)
+
+    def test_a_forked_child(self):
+        """Has private databases as they were, and of stores nothing."""
+        table = samples.filled(self.database, ospf_harbor.OspfAreaTable)
+        child = os.fork()
+        if child == 0:
+            status = 1
+            try:
+                samples.add(table, 5)
+                self.refused(Error, self.store.read().__enter__, code=1)
+                status = 0 if len(table) == 3 else 2
+            finally:
+                os._exit(status)
+        self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), 0)
+        self.assertEqual(len(table), 2)
 
     def test_a_store_needs_a_lock(self):
         for call in (self.store.tables, lambda: self.store.table('ospf_area', 'x'),

@@ -415,14 +415,15 @@ class Stubs(unittest.TestCase):
         """The emitted stubs are Python, and have each class with each of its fields."""
         import ast
         path = pathlib.Path(ospf_harbor.__file__).parent / '_types.pyi'
-        classes = {node.name: {part.name if isinstance(part, ast.FunctionDef) else part.target.id
-                               for part in node.body
-                               if isinstance(part, (ast.FunctionDef, ast.AnnAssign))}
+        classes = {node.name: {part.name for part in node.body if isinstance(part, ast.FunctionDef)
+                               and 'property' in map(ast.unparse, part.decorator_list)}
                    | {target.id for part in node.body if isinstance(part, ast.Assign)
                       for target in part.targets}
                    for node in ast.parse(path.read_text()).body if isinstance(node, ast.ClassDef)}
         self.assertEqual(set(classes), set(MODEL.classes))
         for kind in samples.structures():
-            self.assertLessEqual(set(kind._fields), classes[kind.__name__])
+            plurals = {name for name, each in vars(kind).items()
+                       if getattr(each, 'form', '') == 'reference'}
+            self.assertEqual(set(kind._fields) | plurals, classes[kind.__name__])
         for members in MODEL.light_types.values():
             self.assertEqual(set(members.__members__), classes[members.__name__])
