@@ -2,13 +2,15 @@
 import contextlib
 import inspect
 import io
+import os
 import pathlib
 import re
+import tempfile
 import unittest
 
 import ospf_harbor
 
-GUIDE = pathlib.Path(__file__).parents[2] / 'docs' / 'python.md'
+PROJECT = pathlib.Path(__file__).parents[2]
 
 
 class Examples(unittest.TestCase):
@@ -18,13 +20,28 @@ class Examples(unittest.TestCase):
             exec(compile(code, 'example', 'exec'), {})
         return out.getvalue()
 
-    def test_of_the_guide(self):
-        blocks = re.findall(r'```python\n(.*?)```', GUIDE.read_text(), re.DOTALL)
+    def of(self, document):
+        """What the examples of a document print; they run in a folder with the project's."""
+        blocks = re.findall(r'```python\n(.*?)```', (PROJECT / document).read_text(), re.DOTALL)
         self.assertTrue(blocks)
-        for block in blocks:
-            printed = self.printed(block)
-            for said in re.findall(r'print\(.*\) +# (.*)', block):
-                self.assertIn(said + '\n', printed)
+        before = os.getcwd()
+        with tempfile.TemporaryDirectory() as folder:
+            os.symlink(PROJECT / 'examples', os.path.join(folder, 'examples'))
+            os.chdir(folder)
+            try:
+                for block in blocks:
+                    printed = self.printed(block)
+                    for said in re.findall(r'print\(.*\) +# (.*)', block):
+                        self.assertIn(said + '\n', printed)
+            finally:
+                os.chdir(before)
+        return printed
+
+    def test_of_the_guide(self):
+        self.assertIn('"area_id": 51', self.of('docs/python.md'))
+
+    def test_of_the_readme(self):
+        self.assertIn('0 core 10 10.255.0.2 10.255.0.3\n', self.of('README.md'))
 
     def test_of_the_package(self):
         text = inspect.getdoc(ospf_harbor)
