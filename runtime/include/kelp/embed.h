@@ -84,6 +84,12 @@ KELP_API void kelp_store_options_init(kelp_store_options *options);
  * - What lies in the store is changed under the write lock, or the process ends.
  * - The file is mapped at the same addresses in every process. An object's address holds in all, as
  *   long as the reader has the lock under which it was found.
+ * - Programs of several editions of a schema may use it at once: a newer one adjusts an older one's
+ *   objects, an older one reads newer ones as far as it knows. What they cannot share is refused with
+ *   22 where it is met: types whose objects are laid out otherwise, and tables of them, are those of
+ *   the edition that came first; objects that track state are those of one edition. A transaction is
+ *   refused with 43 that would move a newer object as a whole, or end one whose later fields own
+ *   something.
  * - The feeds of tables that are marked for replication, their cursors and the records that wait
  * for the collector are shared: a cursor hears of what every process commits, and goes with the
  *   process that opened it.
@@ -144,6 +150,20 @@ typedef void (*kelp_check_finding)(void *context, const char *text);
  * something is wrong, 22 for a private database, 12. */
 KELP_API int32_t kelp_database_check(kelp_database *database, kelp_check_finding finding,
                                      void *context, kelp_error *error);
+
+/* Bytes that a store's file takes on the disk. */
+typedef struct kelp_compaction {
+  uint64_t before;
+  uint64_t after;
+} kelp_compaction;
+
+/* Gives the disk back what a store does not use: pieces of 64 KiB without any live block, those at
+ * the end by cutting the file, the others by holes in it. Others may have the store open and wait as
+ * for any writer. Rows stay where they are, so that addresses, OIDs, feeds and cursors hold. A
+ * process that dies in it leaves the store whole. result may be null. The handle holds no lock. 22
+ * for a private database, and what kelp_lock_write and kelp_unlock give. */
+KELP_API int32_t kelp_database_compact(kelp_handle *handle, kelp_compaction *result,
+                                       kelp_error *error);
 
 /* The table after the given one in the database's list, the first for null; null at the end. */
 KELP_API kelp_table *kelp_database_next_table(const kelp_database *database,

@@ -173,6 +173,7 @@ Span *Heap::take_run(std::uint32_t spans) {
       for (std::uint32_t at = head_->bins[bin]; at != kNoSpan; at = span(at)->next) {
         Span *found = span(at);
         if (found->run < spans) continue;
+        if (!ground_->back_again(at, spans)) return nullptr;
         const std::uint32_t run = found->run;
         save_span(found);
         unlink(head_->bins[bin], found);
@@ -358,6 +359,29 @@ void Heap::save_range(const void *address, std::size_t length) {
   }
   const std::uint32_t saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
   if (saved != ground_->stamp()) ground_->save(address, length);
+}
+
+void Heap::trim() {
+  for (std::uint64_t number = 0; number < head_->spans; ++number) {
+    Span *each = span(number);
+    if (each->kind != SpanKind::slots || each->live != 0) continue;
+    save_span(each);
+    unlink(head_->classes[each->class_index], each);
+    release_run(number, 1);
+  }
+  while (head_->spans != 0) {
+    Span *last = span(head_->spans - 1);
+    if (last->kind == SpanKind::free) {
+      const std::uint64_t first = head_->spans - last->run;
+      save_span(span(first));
+      unlink(head_->bins[bin_of(last->run)], span(first));
+      head_->spans = first;
+    } else if (last->kind == SpanKind::table) {
+      --head_->spans;
+    } else {
+      return;
+    }
+  }
 }
 
 void Heap::forget_stamps() {

@@ -22,6 +22,9 @@ class Ground {
   virtual void mark(const void *address, std::size_t length) = 0;
   // Has the file back that many spans; false with the reason kept.
   virtual bool back(std::uint64_t spans) = 0;
+  // Has the file back these spans again, if they were given back to the disk; false with the reason
+  // kept.
+  virtual bool back_again(std::uint64_t first, std::uint64_t spans) = 0;
   virtual std::uint32_t stamp() const = 0;
 
  protected:
@@ -63,6 +66,16 @@ class Heap {
   Saved save_block(const void *address);
   // Saves these bytes; small blocks are saved as a whole.
   void save_range(const void *address, std::size_t length);
+
+  // Spans without a live block become free runs, and the file needs none behind the last other one.
+  void trim();
+  // Calls visit with the first and the number of the spans of each free run.
+  template <typename Visit>
+  void each_free_run(const Visit &visit) const {
+    for (const std::uint32_t first : head_->bins) {
+      for (std::uint32_t at = first; at != kNoSpan; at = span(at)->next) visit(at, span(at)->run);
+    }
+  }
 
   // After the stamp has come round: no block may look as if it were saved.
   void forget_stamps();

@@ -133,7 +133,8 @@ struct Header {
   std::uint8_t boot[16];  // the run of the machine in which it was opened for writing last
   std::uint32_t clean;    // everything was synced when the last process closed it
   std::uint32_t stamp;    // of the transaction that runs or ran last
-  std::uint64_t unused_words[5];
+  std::uint64_t was_compacted;  // free spans may have no room on the disk
+  std::uint64_t unused_words[4];
   Head head;
 };
 static_assert(offsetof(Header, boot) == 128);

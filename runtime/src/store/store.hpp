@@ -100,6 +100,13 @@ class Store final : public Memory, public CursorPlaces, private Ground {
            kTypesBytes;
   }
 
+  // For the writer: from now on free spans may have no room on the disk, which is where trim's go.
+  std::int32_t trim(kelp_error *error);
+  // For the next writer, once that is committed: gives the disk what no span of the heap needs.
+  void give_back();
+  // Bytes that the file takes on the disk.
+  std::uint64_t bytes_on_disk() const;
+
   // The file as it is mapped, for check.
   View view() const;
 
@@ -156,6 +163,7 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   void save(const void *address, std::size_t length) override;
   void mark(const void *address, std::size_t length) override;
   bool back(std::uint64_t spans) override;
+  bool back_again(std::uint64_t first, std::uint64_t spans) override;
   std::uint32_t stamp() const override { return stamp_; }
 
   std::string path_;
