@@ -1,7 +1,6 @@
 // The hooks behind a handle's function pointers.
 #include "database/hooks.hpp"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -46,21 +45,6 @@ void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
   return memory;
 }
 
-// The objects of a record go with it: what ends them stores into them before it says so.
-void save_with_objects(store::Store &store, const void *address) {
-  if (store.heap().save_block(address) != store::Heap::Saved::now) return;
-  store::Block block;
-  if (!store.heap().find(address, &block) || block.asked < sizeof(kelp_record)) return;
-  const auto *record = reinterpret_cast<const kelp_record *>(block.start);
-  const kelp_type_record *type = record->header.tinfo;
-  if (!store.in_types(type) || std::strcmp(type->kind, "table_record") != 0) return;
-  const std::size_t objects = (block.asked - offsetof(kelp_record, objects)) / sizeof(void *);
-  constexpr std::size_t kMost = 2;
-  for (std::size_t i = 0; i < std::min(objects, kMost); ++i) {
-    if (store.holds(record->objects[i])) store.heap().save_block(record->objects[i]);
-  }
-}
-
 void hear_write(Pool *pool, const void *address, std::size_t length) {
   store::Store &store = *pool->database->store;
   if (!store.holds(address)) return;
@@ -68,7 +52,7 @@ void hear_write(Pool *pool, const void *address, std::size_t length) {
     store.touch_types(address, length);
   } else if (pool->handle->db_lock_state == static_cast<std::uint32_t>(LockMode::write)) {
     pool->database->editions.hear_write(store, address, length);
-    save_with_objects(store, address);
+    store.heap().save_block(address);
   } else {
     bassert("what lies in a store is changed under the store's write lock", __FILE__, __LINE__);
   }

@@ -333,16 +333,14 @@ bool Heap::is_in_new_span(const void *address) const {
   return there->kind == SpanKind::slots && is_new(there);
 }
 
-Heap::Saved Heap::save_block(const void *address) {
-  if (is_in_new_span(address)) return Saved::before;
+void Heap::save_block(const void *address) {
   Block block;
-  if (!find(address, &block)) return Saved::no_block;
+  if (is_in_new_span(address) || !find(address, &block)) return;
   std::uint32_t &saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
   const std::uint32_t stamp = ground_->stamp();
-  if (saved == stamp) return Saved::before;
+  if (saved == stamp) return;
   ground_->save(block.start, block.asked);
   saved = stamp;
-  return Saved::now;
 }
 
 void Heap::save_range(const void *address, std::size_t length) {

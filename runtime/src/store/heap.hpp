@@ -62,8 +62,7 @@ class Heap {
   void release(const Block &block);
 
   // Saves the block that holds the address, once in a transaction.
-  enum class Saved { no_block, before, now };
-  Saved save_block(const void *address);
+  void save_block(const void *address);
   // Saves these bytes; small blocks are saved as a whole.
   void save_range(const void *address, std::size_t length);
 

@@ -336,8 +336,8 @@ void Store::touch_types(const void *address, std::size_t length) {
   if (length == 0) return;
   const std::size_t first =
       static_cast<std::size_t>(static_cast<const std::byte *>(address) - base_) - kTypesOffset;
-  // A counter is announced with the length 1, and may reach into the next page.
-  const std::size_t last = std::min(first + std::max<std::size_t>(length, 8) - 1, kTypesBytes - 1);
+  // A counter is announced with the length 1; it lies at a multiple of 8, within a page.
+  const std::size_t last = std::min(first + length - 1, kTypesBytes - 1);
   for (std::size_t page = first / kPageBytes; page <= last / kPageBytes; ++page) {
     types_pages_.set(page);
   }
