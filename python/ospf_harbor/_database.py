@@ -62,10 +62,14 @@ class Life:
         self.rearranged = 0    # rises when what an object points at is replaced
         self.index = None      # of a table: records by key
 
+    def why_gone(self):
+        """Why it is no longer there, None while it is."""
+        return self.gone or self.findings.gone
+
     def __del__(self):
         # Whoever changes the database next ends it; this may be any thread, within any call.
         if self.destroy is not None and self.gone is None:
-            self.database._abandoned.append((self.destroy, self.address))
+            self.database._abandoned.append((self.findings, self.destroy, self.address))
 
 
 class Call:
@@ -467,7 +471,7 @@ class Database:
     def _end_unplaced(self, handle):
         """Ends the objects that nothing in the database owns: nobody can reach them any more."""
         for life in list(self._unplaced):
-            if life.destroy is not None and life.gone is None:
+            if life.destroy is not None and life.why_gone() is None:
                 life.gone = LEFT_UNDER_A_LOCK if self.is_store else 'its database has been closed'
                 life.destroy(handle._pointer, 0, life.address)
         self._unplaced.clear()
@@ -475,14 +479,15 @@ class Database:
 
     def _end_abandoned(self, handle):
         while self._abandoned:
-            destroy, address = self._abandoned.popleft()
-            destroy(handle._pointer, 0, address)
+            findings, destroy, address = self._abandoned.popleft()
+            if findings.gone is None:  # else it was undone
+                destroy(handle._pointer, 0, address)
 
 
 def begin(life, mode):
     """Begins a call on what has that life, and gives it."""
     call = life.database._enter(mode)
-    gone = life.gone or life.findings.gone
+    gone = life.why_gone()
     if gone is not None:
         call.handle._leave()
         raise Gone('the object', gone)

@@ -12,12 +12,12 @@ import json
 from . import _rows
 from ._database import READ, WRITE, begin, current_tenant
 from ._errors import BadType, BadValue, Error, Gone, NoSuchKey
-from ._library import I32, Pointer, TableShell, Text, U32, function
 from ._images import CHECK_RECORD, Document, checked_image, document_failure
+from ._library import I32, Pointer, TableShell, Text, U32, function
 from ._objects import Structure
 from ._values import decoded, encoded, number_of, plain
 
-DEFAULT_SOURCE, SHADOW_SOURCE = 1, 255
+DEFAULT_SOURCE = 1
 _are_cursors_enabled = function('kelpdb_table_are_cursors_enabled', U32, Pointer, U32, Pointer,
                                 Pointer)
 _references = function('kelp_handle_oid_references', ctypes.c_int64, Pointer, Pointer)
@@ -133,7 +133,7 @@ class Table(collections.abc.MutableMapping):
         row = None
         while True:
             with self._begin(READ) as handle:
-                if row is not None and (row._life.gone or row._life.findings.gone):
+                if row is not None and row._life.why_gone() is not None:
                     raise Gone(f'a walk of {self._name}', 'the row where it stands has been ended')
                 row = self._step(handle, row, source)
             if row is None:

@@ -388,13 +388,20 @@ class Stores(samples.Mixin, unittest.TestCase):
 
         def leave():
             self.store.write().__enter__()
+            ospf_harbor.OspfInterface(self.store, name='let go within the transaction')
+            found.append(ospf_harbor.OspfInterface(self.store, name='let go behind it'))
             found.append(samples.filled(self.store, ospf_harbor.OspfAreaTable))
 
         in_thread(leave)
         gc.collect()
         with self.store.read():
             self.assertEqual(self.store.tables(), [])  # it was never committed
-            self.refused(Gone, len, found[0])
+            self.refused(Gone, len, found.pop())
+            loose = found.pop()
+        with self.store.write():
+            samples.filled(self.store, ospf_harbor.OspfAreaTable)
+        with self.store.read():
+            self.refused(Gone, loose.to_dict)
 
     def test_a_block_that_raises_is_undone(self):
         for kind in samples.tables():
