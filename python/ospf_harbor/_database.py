@@ -26,6 +26,7 @@ _lock = {READ: function('kelp_lock_read', I32, Pointer, Pointer),
 _unlock = function('kelp_unlock', I32, Pointer, Pointer)
 _rollback = function('kelp_rollback', I32, Pointer, Pointer)
 _last_error = function('kelp_handle_last_error', I32, Pointer, Pointer)
+_clear_last_error = function('kelp_clear_last_error', None, Pointer)
 _destroy_handle = function('kelp_handle_destroy', None, Pointer)
 _set_tenant = function('kelp_tenant_set', None, U16)
 _get_tenant = function('mt_get_tenant_id', None, Pointer)
@@ -184,6 +185,15 @@ class Handle:
         self._depth -= 1
         if self._depth == 0:
             self._give_up(False)
+
+    def _new(self, field, what, call, *arguments):
+        """Calls what makes something, and has no error word: what it leaves in the handle says why
+        it gave none, so nothing older may stand there."""
+        _clear_last_error(self._pointer)
+        made = call(self._pointer, 0, *arguments)
+        if not made:
+            self._fail(field, what)
+        return made
 
     def _fail(self, field=None, what='a call'):
         """Raises what the last call left in the error word or in the handle."""

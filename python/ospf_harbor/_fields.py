@@ -322,28 +322,24 @@ class Arm(Field):
         self._destroy(handle, address)
 
     def _make(self, handle, value, owner):
-        if self.type == 'kelp_vstring':
-            octets = encoded(value, self.full_name)
-            address = _new_text(handle._pointer, 0)
-            if address:
-                _assign_text(handle._pointer, 0, address, octets, len(octets), handle._err)
-                if handle._error.value:
-                    _end_text(handle._pointer, 0, address, 1)
-                    handle._fail(self.full_name)
-        elif self.type in NUMBERS:
-            number = number_of(value, self.full_name, 0xFFFFFFFF)
-            address = _new_number(handle._pointer, 0)
-            if address:
-                function('u_int32_set_value', None, Pointer, U32, Pointer, U32, Pointer)(
-                    handle._pointer, 0, address, number, handle._err)
-        else:
+        if self.type in self._model.structures:
             made = self._model.structures[self.type](owner.database)
             made.assign(value)
             made._life.destroy = None  # the choice owns it
             made._life.gone = 'it is an arm'
-            address = made._address
-        if not address:
-            handle._fail(self.full_name, 'making the arm')
+            return made._address
+        if self.type in NUMBERS:
+            number = number_of(value, self.full_name, 0xFFFFFFFF)
+            address = handle._new(self.full_name, 'making the arm', _new_number)
+            function('u_int32_set_value', None, Pointer, U32, Pointer, U32, Pointer)(
+                handle._pointer, 0, address, number, handle._err)
+            return address
+        octets = encoded(value, self.full_name)
+        address = handle._new(self.full_name, 'making the arm', _new_text)
+        _assign_text(handle._pointer, 0, address, octets, len(octets), handle._err)
+        if handle._error.value:
+            _end_text(handle._pointer, 0, address, 1)
+            handle._fail(self.full_name)
         return address
 
     def _destroy(self, handle, address):

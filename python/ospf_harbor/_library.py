@@ -8,7 +8,8 @@ from ._errors import Error
 
 Pointer = ctypes.c_void_p
 U8, U16, U32, U64 = ctypes.c_uint8, ctypes.c_uint16, ctypes.c_uint32, ctypes.c_uint64
-I32, F64, Text, Size = ctypes.c_int32, ctypes.c_double, ctypes.c_char_p, ctypes.c_size_t
+I32, I64 = ctypes.c_int32, ctypes.c_int64
+F64, Text, Size = ctypes.c_double, ctypes.c_char_p, ctypes.c_size_t
 
 PACKAGE = pathlib.Path(__file__).absolute().parent
 

@@ -41,9 +41,8 @@ class Structure:
     @classmethod
     def _make(cls, handle):
         name = cls._name
-        address = function(f'{name}_create', Pointer, Pointer, U32)(handle._pointer, 0)
-        if not address:
-            handle._fail(name, 'making an object')
+        create = function(f'{name}_create', Pointer, Pointer, U32)
+        address = handle._new(name, 'making an object', create)
         return address, function(f'{name}_destroy', None, Pointer, U32, Pointer)
 
     def _bind(self, life, address, is_key=False, rearranged=None):

@@ -13,14 +13,14 @@ from . import _rows
 from ._database import READ, WRITE, begin, current_tenant
 from ._errors import BadType, BadValue, Error, Gone, NoSuchKey
 from ._images import CHECK_RECORD, Document, checked_image, document_failure
-from ._library import I32, Pointer, TableShell, Text, U32, function
+from ._library import I32, I64, Pointer, TableShell, Text, U32, function
 from ._objects import Structure
 from ._values import decoded, encoded, number_of, plain
 
 DEFAULT_SOURCE = 1
 _are_cursors_enabled = function('kelpdb_table_are_cursors_enabled', U32, Pointer, U32, Pointer,
                                 Pointer)
-_references = function('kelp_handle_oid_references', ctypes.c_int64, Pointer, Pointer)
+_references = function('kelp_handle_oid_references', I64, Pointer, Pointer)
 
 
 class Table(collections.abc.MutableMapping):
@@ -297,10 +297,8 @@ class Table(collections.abc.MutableMapping):
                            'no other')
         source = self._source(source)
         with self._begin(WRITE) as handle:
-            record = self._operation('create_record_w_src', Pointer, U32, Pointer)(
-                handle._pointer, 0, source, handle._err)
-            if not record:
-                handle._fail(self._name, 'making a row')
+            create = self._operation('create_record_w_src', Pointer, U32, Pointer)
+            record = handle._new(self._name, 'making a row', create, source, handle._err)
             try:
                 self._fill(handle, record, fields, key, more)
                 return self._enter_record(handle, record)

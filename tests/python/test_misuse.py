@@ -13,7 +13,7 @@ import ospf_harbor
 import samples
 from ospf_harbor import (BadType, BadValue, Closed, Error, Foreign, Gone, LockNeeded,
                          WrongThread)
-from ospf_harbor._library import I32, Pointer, U32, function
+from ospf_harbor._library import I32, I64, Pointer, U32, function
 
 
 def calls_on(thing):
@@ -245,6 +245,51 @@ class Others(samples.Mixin, unittest.TestCase):
         table.clear()
         table.free()
         self.assertEqual(small.close(), '')
+
+
+class Allocations(samples.Mixin, unittest.TestCase):
+    """Every allocation fails once: the call says so, changes nothing, and leaves nothing behind."""
+
+    def failing(self, call):
+        """Makes the call with each of its allocations failing, until it is done."""
+        fail_after = function('kelp_database_fail_allocation_after', None, Pointer, I64)
+        for count in range(100):
+            fail_after(self.database._pointer, count)
+            try:
+                call()
+                return count
+            except Error as failure:
+                self.assertEqual(failure.code, 12, str(failure))
+            finally:
+                fail_after(self.database._pointer, -1)
+        raise AssertionError('it never ends')
+
+    def test_of_objects(self):
+        for kind in samples.structures():
+            fields = samples.fields_of(kind, 1)
+            made = []
+            self.assertGreater(self.failing(lambda: made.append(kind(self.database, **fields))), 0)
+            self.assertEqual(made[0].to_dict(), fields)
+            image, document = made[0].to_image(), made[0].to_xml()
+            self.failing(lambda: kind.from_image(image, self.database))
+            self.failing(lambda: kind.from_xml(document, self.database))
+
+    def test_of_rows(self):
+        for kind in samples.tables():
+            table = samples.filled(self.database, kind, 1)
+            before = table.to_dicts()
+            self.assertGreater(self.failing(lambda: samples.add(table, 1)), 0)
+            self.assertEqual(len(table), 2)
+            self.assertEqual(table.to_dicts()[:1], before)
+            image = table[samples.key_of(kind, 1)].to_record_image()
+            del table[samples.key_of(kind, 1)]
+            self.failing(lambda: table.add_image(image))
+            self.assertEqual(len(table), 2)
+            row = table.first()
+            for field in row._fields.values():
+                if field.form == 'reference':
+                    self.failing(lambda: row.add_table(field.name))
+                    self.assertEqual(len(getattr(row, field.name)), 0)
 
 
 class Locks(samples.Mixin, unittest.TestCase):
