@@ -1,8 +1,7 @@
 // Looks through a store: each thing that is wrong is a line.
 #include <cstdio>
-#include <memory>
 
-#include "commands/command.hpp"
+#include "commands/store_file.hpp"
 
 namespace tool {
 
@@ -20,11 +19,7 @@ int check_store(const std::string &file) {
   return 0;
 }
 
-Run set_up_store_check(CLI::App &app) {
-  const auto file = std::make_shared<std::string>();
-  app.add_option("FILE", *file, "The store")->required();
-  return [file](Session *) { return check_store(*file); };
-}
+Run set_up_store_check(CLI::App &app) { return run_on_store_file(app, check_store); }
 
 }  // namespace
 

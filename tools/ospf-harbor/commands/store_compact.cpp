@@ -1,9 +1,8 @@
 // Gives the disk back what a store does not use.
 #include <cinttypes>
 #include <cstdio>
-#include <memory>
 
-#include "commands/command.hpp"
+#include "commands/store_file.hpp"
 
 namespace tool {
 
@@ -23,11 +22,7 @@ int compact_store(const std::string &file) {
   return 0;
 }
 
-Run set_up_store_compact(CLI::App &app) {
-  const auto file = std::make_shared<std::string>();
-  app.add_option("FILE", *file, "The store")->required();
-  return [file](Session *) { return compact_store(*file); };
-}
+Run set_up_store_compact(CLI::App &app) { return run_on_store_file(app, compact_store); }
 
 }  // namespace
 

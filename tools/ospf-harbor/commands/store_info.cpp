@@ -2,9 +2,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
-#include <memory>
 
-#include "commands/command.hpp"
+#include "commands/store_file.hpp"
 #include "ospf_tables/tree.hpp"
 
 namespace tool {
@@ -52,11 +51,7 @@ int print_info(const std::string &file) {
   return 0;
 }
 
-Run set_up_store_info(CLI::App &app) {
-  const auto file = std::make_shared<std::string>();
-  app.add_option("FILE", *file, "The store")->required();
-  return [file](Session *) { return print_info(*file); };
-}
+Run set_up_store_info(CLI::App &app) { return run_on_store_file(app, print_info); }
 
 }  // namespace
 
