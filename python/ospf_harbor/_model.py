@@ -29,6 +29,7 @@ class Model:
 
     def __init__(self, rows):
         self.rows = rows
+        self._check_library()
         self.light_types = {}
         self.structures = {}
         self.tables = {}
@@ -43,7 +44,6 @@ class Model:
             self._add_structure(row)
         for row in rows['tables']:
             self._add_table(row)
-        self._check_library()
 
     def _publish(self, made):
         made.__module__ = 'ospf_harbor'
@@ -119,7 +119,11 @@ class Model:
     def _check_library(self):
         """What is read at its place has to lie there: a library of another model is refused."""
         for row in self.rows['structures']:
-            info = TypeRecord.in_dll(oper, f'_{row["name"]}_type_info_internal').varinfo.contents
+            try:
+                record = TypeRecord.in_dll(oper, f'_{row["name"]}_type_info_internal')
+            except ValueError as why:
+                raise ImportError(f'{why}: it is not the library of this package') from None
+            info = record.varinfo.contents
             used = [info.entries[at].used_length for at in range(info.n_variants)]
             if used[:row['variants']] != row['used']:  # a newer one has more behind
                 raise ImportError(f'found {used} bytes of {row["name"]} in the library, expected '

@@ -34,6 +34,9 @@ class Types(samples.Mixin, unittest.TestCase):
             rows['structures'][at]['used'][0] += 1
             with self.assertRaises(ImportError):
                 type(MODEL)(rows)
+            rows['structures'][at]['name'] = 'no_such_type'
+            with self.assertRaises(ImportError):
+                type(MODEL)(rows)
 
     def test_no_field_hides_what_rows_can_do(self):
         for kind, field in samples.fields():
