@@ -135,6 +135,22 @@ TEST_F(EditionsOnAStore, EachReadsTheRowsOfAllAsFarAsItKnows) {
                                               "0 " + none + " - -" + runs + "43 - - -");
 }
 
+TEST_F(EditionsOnAStore, ANewerOneReadsBeforeAnyWrites) {
+  EXPECT_EQ(older.commit(neighbors,
+                         {"add ospf_neighbor.neighbor_id 0a000001", "value ospf_neighbor.state 3"}),
+            "ok");
+  for (Program *program : {&current, &newer}) {
+    const std::string shown = program->look(neighbors, 0, "show");
+    EXPECT_EQ(shown.find("ospf_neighbor. variant 0; ospf_neighbor.neighbor_id 0 0a000001"), 0u);
+    EXPECT_NE(shown.find("ospf_neighbor.state 0 3 "), std::string::npos) << shown;
+    EXPECT_NE(shown.find("ospf_neighbor.stats 43 - "), std::string::npos) << shown;
+    program->act({"lock read", neighbors, "row 0"});
+    EXPECT_EQ(program->ask("compare 0"), "0 same");
+    EXPECT_EQ(program->ask("image"), older.look(neighbors, 0, "image"));
+    program->act({"unlock"});
+  }
+}
+
 TEST_F(EditionsOnAStore, ANewerOneAdjustsAnOlderOnesRowByWritingANewerField) {
   EXPECT_EQ(older.commit(areas, {"add ospf_area.area_id 1"}), "ok");
   EXPECT_EQ(newer.commit(areas, {"row 0", "value ospf_area.spf_runs 9",
