@@ -7,6 +7,7 @@
 #include <set>
 #include <tuple>
 
+#include "ospf_tables/input_error.hpp"
 #include "ospf_tables/observed.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "views/dot_text.hpp"
