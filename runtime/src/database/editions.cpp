@@ -36,10 +36,10 @@ bool is_tracking(const kelp_handle &handle) {
 }
 
 // The copy that came to the store first: the types area gives out its memory in order.
-const kelp_type_record_copy *first_namesake(
-    const kelp_type_record &own, const std::vector<const kelp_type_record_copy *> &copies) {
-  const kelp_type_record_copy *first = nullptr;
-  for (const kelp_type_record_copy *copy : copies) {
+kelp_type_record_copy *first_namesake(const kelp_type_record &own,
+                                      const std::vector<kelp_type_record_copy *> &copies) {
+  kelp_type_record_copy *first = nullptr;
+  for (kelp_type_record_copy *copy : copies) {
     if ((first == nullptr || copy < first) && have_same_names(own, copy->record)) first = copy;
   }
   return first;
@@ -80,11 +80,10 @@ void Editions::refuse(const kelp_type_record &own, const kelp_type_record_copy &
   });
 }
 
-void Editions::note(kelp_type_record &own,
-                    const std::vector<const kelp_type_record_copy *> &copies) {
+void Editions::note(kelp_type_record &own, const std::vector<kelp_type_record_copy *> &copies) {
   const std::uint32_t size = object_bytes(own);
   if (size == 0 || is_table(own)) return;
-  const kelp_type_record_copy *copy = first_namesake(own, copies);
+  kelp_type_record_copy *copy = first_namesake(own, copies);
   std::uint64_t room = room_of(own);
   if (copy != nullptr) {
     const int more = variants_of(copy->record) - variants_of(own);
@@ -108,8 +107,8 @@ void Editions::look(const TypeTable &types, const store::Head &head) {
   if (seen_.load() == now) return;
   const std::lock_guard lock(mutex_);
   if (seen_.load() == now) return;
-  std::vector<const kelp_type_record_copy *> copies;
-  types.each([&](const kelp_type_record_copy &copy) { copies.push_back(&copy); });
+  std::vector<kelp_type_record_copy *> copies;
+  types.each([&](kelp_type_record_copy &copy) { copies.push_back(&copy); });
   clear();
   each_own_record([&](kelp_type_record &own) {
     note(own, copies);
@@ -155,8 +154,7 @@ std::int32_t Editions::join(kelp_handle *handle, kelp_error *error) {
   if (!database.store->is_writing() || !ahead_) return 0;
   for (const Known &known : known_) {
     if (variants_of(*known.own) <= variants_of(known.copy->record)) continue;
-    kelp_update_variant_info(handle, KELP_SPACE_RUNTIME,
-                             const_cast<kelp_type_record_copy *>(known.copy), known.own, 0);
+    kelp_update_variant_info(handle, KELP_SPACE_RUNTIME, known.copy, known.own, 0);
   }
   head.editions += store::kOneJoined;
   look(database.types, head);

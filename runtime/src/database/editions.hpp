@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "kelp/embed.h"
-#include "kelp/table.h"
 #include "parts/type_table.hpp"
 #include "store/store.hpp"
 
@@ -62,7 +61,7 @@ class Editions {
 
   struct Known {
     kelp_type_record *own;
-    const kelp_type_record_copy *copy;
+    kelp_type_record_copy *copy;
   };
   struct Refused {
     std::uint8_t md5[16];
@@ -75,7 +74,7 @@ class Editions {
   };
 
   void clear();
-  void note(kelp_type_record &own, const std::vector<const kelp_type_record_copy *> &copies);
+  void note(kelp_type_record &own, const std::vector<kelp_type_record_copy *> &copies);
   void refuse(const kelp_type_record &own, const kelp_type_record_copy &copy);
   const Newer *newer(const void *address) const;
   bool owns_unknown(const store::Store &store, const store::Block &block) const;
