@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "messages/emission.hpp"
-#include "messages/stated_forms.hpp"
+#include "support/stated_forms.hpp"
 #include "messages/stored_messages.hpp"
 
 namespace messages {

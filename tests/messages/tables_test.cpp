@@ -7,6 +7,7 @@
 
 #include "messages/setting.hpp"
 #include "messages/table_drivers.hpp"
+#include "support/agreed_schema.hpp"
 
 namespace messages {
 
@@ -15,8 +16,8 @@ namespace {
 using harbor::model::Table;
 
 std::uint32_t base_of(const Table &table) {
-  for (const BlockBase &base : stated_bases()) {
-    if (base.table == table.name) return base.base;
+  for (const agreed::Table &agreed : agreed::tables) {
+    if (agreed.name == "tbl_" + std::string(table.name)) return agreed.base;
   }
   ADD_FAILURE() << table.name << " has no base";
   return 0;

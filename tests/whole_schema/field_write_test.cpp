@@ -250,7 +250,7 @@ TEST_P(FieldWrite, AFieldAboveTheObjectsVariantIsRefusedByGettersAndGivenBySette
       std::uint32_t err = 0;
       set_value(store_, type, field, object.get(), some_value(field), &err);
       EXPECT_EQ(err, KELP_ERR_EPOCH) << "the domain does not hold the field";
-      store_.set_variant(std::string(type.name).c_str(), 1);
+      store_.set_variant(std::string(type.name).c_str(), field.since);
       err = 0;
       set_value(store_, type, field, object.get(), some_value(field), &err);
       EXPECT_EQ(err, 0u);

@@ -1,4 +1,4 @@
-#include "messages/stated_forms.hpp"
+#include "support/stated_forms.hpp"
 
 #include <array>
 
@@ -187,30 +187,6 @@ constexpr std::array<BlockMessage, 65> block{{
     {64, "Error present in call to %s pkey unmarshal: %s", debug},
 }};
 
-constexpr std::array<BlockBase, 21> bases{{
-    {"ospfv2_unknown_sub_tlv", 0},
-    {"ospfv2_unknown_tlv", 65},
-    {"ospfv2_external", 130},
-    {"ospfv2_topology", 195},
-    {"ospfv2_link", 260},
-    {"ospfv3_link", 328},
-    {"ospfv3_prefix_list", 396},
-    {"ospfv3_ia_prefix_list", 461},
-    {"multi_topology", 526},
-    {"link_scope_lsa", 591},
-    {"area_scope_lsa", 659},
-    {"area_scope_lsas", 727},
-    {"link_scope_lsas", 792},
-    {"ospf_static_neighbor", 857},
-    {"ospf_neighbor", 922},
-    {"ospf_interface", 987},
-    {"ospf_area", 1052},
-    {"ospf_instance", 1117},
-    {"ospf", 1182},
-    {"ospf_instance_rev1", 1247},
-    {"ospf_rev1", 1315},
-}};
-
 bool is_name_character(char c) {
   return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
 }
@@ -220,7 +196,6 @@ bool is_name_character(char c) {
 std::span<const StatedForm> stated_type_forms() { return type_forms; }
 std::span<const StatedForm> stated_table_forms() { return table_forms; }
 std::span<const BlockMessage> stated_block() { return block; }
-std::span<const BlockBase> stated_bases() { return bases; }
 
 std::string signature_of(std::string_view text) {
   std::string digits;

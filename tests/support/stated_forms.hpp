@@ -39,13 +39,6 @@ struct BlockMessage {
 inline void PrintTo(const BlockMessage &message, std::ostream *out) { *out << message.text; }
 std::span<const BlockMessage> stated_block();
 
-// The first index of each table's block.
-struct BlockBase {
-  std::string_view table;
-  std::uint32_t base;
-};
-std::span<const BlockBase> stated_bases();
-
 // The two messages behind the last block.
 inline constexpr BlockMessage vft_initializing{1380, "Initializing table vft for %s", debug};
 inline constexpr BlockMessage vft_error_present{
