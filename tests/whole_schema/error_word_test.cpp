@@ -63,11 +63,15 @@ std::uint64_t result_mask(const std::string &type) {
   return type == "uint8_t" ? 0xFF : 0;
 }
 
-// A word that is set before all calls, and what they must leave alone: zeroed memory stands behind
-// every pointer that is none to a handle or to the word.
+// A word that is set before all calls, and what they must leave alone: behind every pointer that is
+// none to a handle or to the word stands memory full of ones, so that what is read shows. It begins
+// with a null pointer, which _clone stores whatever the word says.
 class SetWord {
  public:
-  explicit SetWord(std::uint32_t tracking) : store({.tracking = tracking}) {}
+  explicit SetWord(std::uint32_t tracking) : store({.tracking = tracking}) {
+    std::fill(untouched_.begin() + sizeof(void *), untouched_.end(), 1);
+    memory_ = untouched_;
+  }
 
   std::uint64_t call(const emit::Function &function) {
     const std::uint64_t result = call_composed(function, [&](const std::string &parameter) {
@@ -85,7 +89,7 @@ class SetWord {
 
  private:
   std::array<std::uint8_t, 8192> untouched_{};
-  std::array<std::uint8_t, 8192> memory_{};
+  std::array<std::uint8_t, 8192> memory_;
 };
 
 }  // namespace
