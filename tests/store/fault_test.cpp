@@ -56,6 +56,7 @@ extern "C" int fallocate(int file, int mode, off_t offset, off_t length) {
     errno = ENOSPC;
     return -1;
   }
+  if (store_test::before_room) store_test::before_room();
   static const auto real = next<int (*)(int, int, off_t, off_t)>("fallocate");
   return real(file, mode, offset, length);
 }
@@ -99,6 +100,7 @@ extern "C" int fsync(int file) { return synced(file, "fsync"); }
 namespace store_test {
 
 std::function<void(int)> after_sync;
+std::function<void()> before_room;
 
 void fail_syncs_from(long n, long count) {
   sync_fails = n;

@@ -1,6 +1,8 @@
-// Writers that are killed: at any instruction of a commit, of a rollback, of what undoes a dead
-// writer, and at random times. Each kill is followed by a look through the store and at its rows:
-// they are those of the last commit that was acknowledged, or of the one that was being made.
+// Processes that are killed: at any instruction of a commit, of a rollback, of growth, of what
+// undoes a dead writer; at random times while a store is made, opened, closed, and made anew after
+// a restart; and anywhere in a writer's life. Each kill is followed by a look through the store and
+// at its rows: they are those of the last commit that was acknowledged, or of the one that was
+// being made.
 //
 // HARBOR_STORE_KILLS says how many kills there are; without it 300.
 #include <signal.h>
@@ -9,12 +11,16 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <iterator>
 #include <random>
 
 #include "rows.hpp"
+#include "syncs.hpp"
 
 namespace store_test {
 
@@ -112,43 +118,100 @@ int rows_in_feed(const std::string &path) {
   });
 }
 
-enum class Step { commit, rollback, mend, lock };
+// Said by the process that is to be killed: a step begins, and when it is over, it has ended.
+void mark() { raise(SIGSTOP); }
 
-// Runs a writer until it is about to take the step, then instruction by instruction, and kills it
-// behind so many of them. How many it took; less when the step was over before.
-long run_and_kill(const std::string &path, Step step, std::uint64_t number, long instructions) {
-  const pid_t writer = start([&] {
-    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) return 1;
-    Rows rows(path);
-    if (step == Step::lock || step == Step::mend) raise(SIGSTOP);
-    if (rows.lock_write() != 0) return 2;
-    if (step == Step::lock || step == Step::mend) {
-      raise(SIGSTOP);
-      return 0;
-    }
-    if (write_changes(rows, transaction(number)) != 0) return 3;
-    if (step == Step::commit || step == Step::rollback) raise(SIGSTOP);
-    if (step == Step::rollback) {
-      rows.rollback();
-    } else if (rows.unlock() != 0) {
-      return 4;
-    }
-    if (step == Step::commit || step == Step::rollback) raise(SIGSTOP);
-    return 0;
-  });
+bool stands_still(pid_t process) {
   int status = 0;
-  waitpid(writer, &status, 0);
-  if (!WIFSTOPPED(status)) return -1;
+  waitpid(process, &status, 0);
+  return WIFSTOPPED(status);
+}
+
+pid_t start_traced(const std::function<int()> &work) {
+  return start([&] {
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) return 1;
+    return work();
+  });
+}
+
+void end_traced(pid_t process) {
+  kill(process, SIGKILL);
+  wait_for(process);
+}
+
+// Steps on, at most so often and not beyond the next mark. How many instructions that were.
+long step_on(pid_t process, long instructions) {
   long done = 0;
+  int status = 0;
   while (done < instructions) {
-    if (ptrace(PTRACE_SINGLESTEP, writer, nullptr, nullptr) != 0) break;
-    waitpid(writer, &status, 0);
+    if (ptrace(PTRACE_SINGLESTEP, process, nullptr, nullptr) != 0) break;
+    waitpid(process, &status, 0);
     if (!WIFSTOPPED(status) || WSTOPSIG(status) == SIGSTOP) break;
     ++done;
   }
-  kill(writer, SIGKILL);
-  waitpid(writer, &status, 0);
   return done;
+}
+
+// Runs work to its first mark, then instruction by instruction, and kills it behind so many of
+// them. How many it took, less when the step was over before; -1 when it never came to the mark.
+long run_and_kill(const std::function<int()> &work, long instructions) {
+  const pid_t process = start_traced(work);
+  if (!stands_still(process)) return -1;
+  const long done = step_on(process, instructions);
+  end_traced(process);
+  return done;
+}
+
+// For steps of more instructions than can be stepped through: runs on from the first mark for a
+// while, and then for a few instructions more.
+bool run_on_and_kill(const std::function<int()> &work, std::chrono::nanoseconds time,
+                     long instructions) {
+  using Clock = std::chrono::steady_clock;
+  const pid_t process = start_traced(work);
+  if (!stands_still(process)) return false;
+  ptrace(PTRACE_CONT, process, nullptr, nullptr);
+  for (const auto end = Clock::now() + time; Clock::now() < end;) {
+  }
+  kill(process, SIGSTOP);
+  if (stands_still(process)) step_on(process, instructions);
+  end_traced(process);
+  return true;
+}
+
+// From one mark to the next, running freely.
+std::chrono::nanoseconds time_of(const std::function<int()> &work) {
+  const pid_t process = start_traced(work);
+  EXPECT_TRUE(stands_still(process));
+  const auto begin = std::chrono::steady_clock::now();
+  ptrace(PTRACE_CONT, process, nullptr, nullptr);
+  EXPECT_TRUE(stands_still(process));
+  const auto time = std::chrono::steady_clock::now() - begin;
+  end_traced(process);
+  return time;
+}
+
+enum class Step { commit, rollback, mend, lock };
+
+// A writer that takes the step between two marks.
+int take_step(const std::string &path, Step step, std::uint64_t number) {
+  Rows rows(path);
+  // The first lock of a process looks through the types, which is not what is killed.
+  if (step == Step::lock && (rows.lock_read() != 0 || rows.unlock() != 0)) return 2;
+  if (step == Step::lock || step == Step::mend) mark();
+  if (rows.lock_write() != 0) return 2;
+  if (step == Step::lock || step == Step::mend) {
+    mark();
+    return 0;
+  }
+  if (write_changes(rows, transaction(number)) != 0) return 3;
+  mark();
+  if (step == Step::rollback) {
+    rows.rollback();
+  } else if (rows.unlock() != 0) {
+    return 4;
+  }
+  mark();
+  return 0;
 }
 
 long kills() {
@@ -164,7 +227,7 @@ void torture_step(Step step, bool ends_in_commit, long share, std::uint64_t firs
   Model model;
   prepare(path, model, 1);
   if (first >= kFollowed) follow(path);
-  const long length = run_and_kill(path, step, first, 100000000);
+  const long length = run_and_kill([&] { return take_step(path, step, first); }, 100000000);
   ASSERT_GT(length, 0);
   std::string wrong = verify(path, {model});
   if (!wrong.empty() && ends_in_commit) {
@@ -176,7 +239,7 @@ void torture_step(Step step, bool ends_in_commit, long share, std::uint64_t firs
   for (long i = 0; i < share; ++i) {
     const std::uint64_t number = first + 8 + static_cast<std::uint64_t>(i);
     const long at = static_cast<long>(random() % static_cast<std::uint64_t>(length + 1));
-    ASSERT_GE(run_and_kill(path, step, number, at), 0);
+    ASSERT_GE(run_and_kill([&] { return take_step(path, step, number); }, at), 0);
     Model after = model;
     replay(after, transaction(number));
     // Either, and which of the two it is stays so.
@@ -202,6 +265,17 @@ TEST(StoreKill, WithinACommit) { torture_step(Step::commit, true, kills() / 15);
 TEST(StoreKill, WithinARollback) { torture_step(Step::rollback, false, kills() / 30); }
 TEST(StoreKill, WithinALock) { torture_step(Step::lock, false, kills() / 30); }
 
+void leave_a_dead_writer(const std::string &path, std::uint64_t number) {
+  ASSERT_EQ(run([&] {
+              Rows rows(path);
+              rows.lock_write();
+              write_changes(rows, transaction(number));
+              kill(getpid(), SIGKILL);
+              return 0;
+            }),
+            1000 + SIGKILL);
+}
+
 // A writer dies, and so does who comes next, anywhere while undoing it, several times over.
 TEST(StoreKill, WithinWhatUndoesADeadWriter) {
   std::mt19937_64 random(77);
@@ -211,18 +285,141 @@ TEST(StoreKill, WithinWhatUndoesADeadWriter) {
   prepare(path, model, 1);
   for (long turn = 0; turn < kills() / 30; ++turn) {
     const auto number = 100 + static_cast<std::uint64_t>(turn);
-    const pid_t dead = start([&] {
-      Rows rows(path);
-      rows.lock_write();
-      write_changes(rows, transaction(number));
-      kill(getpid(), SIGKILL);
-      return 0;
-    });
-    ASSERT_EQ(wait_for(dead), 1000 + SIGKILL);
+    leave_a_dead_writer(path, number);
     for (int again = 0; again < 3; ++again) {
-      ASSERT_GE(run_and_kill(path, Step::mend, number, static_cast<long>(random() % 20000)), 0);
+      ASSERT_GE(run_and_kill([&] { return take_step(path, Step::mend, number); },
+                             static_cast<long>(random() % 20000)),
+                0);
     }
     ASSERT_EQ(verify(path, {model}), "") << "turn " << turn;
+  }
+}
+
+// The store and its journal grow, each from where it asks the system for room.
+TEST(StoreKill, WithinGrowth) {
+  std::mt19937_64 random(78);
+  const Folder folder(Folder::in_memory());
+  const std::string path = folder.file();
+  Model model;
+  prepare(path, model, 1);
+  for (long turn = 0; turn < kills() / 30; ++turn) {
+    auto asked = static_cast<int>(random() % 4);
+    const auto grow = [&] {
+      Rows rows(path);
+      if (rows.lock_write() != 0) return 1;
+      before_room = [&] {
+        if (asked-- == 0) mark();
+      };
+      // Of what was there, so that the journal grows too, and of what is new.
+      for (const auto &[key, bytes] : model) rows.put(key, bytes + "longer");
+      for (std::uint16_t key = 100; key < 250; ++key) rows.put(key, some_bytes(key, 40000));
+      return 0;
+    };
+    ASSERT_GE(run_and_kill(grow, static_cast<long>(random() % 6000)), 0) << asked;
+    ASSERT_EQ(verify(path, {model}), "") << "turn " << turn;
+  }
+}
+
+// The rest of what happens to a store takes more instructions: there the kills come at random
+// times. Each finds the store as prepare leaves it, and leaves what is in model.
+void torture_at_times(const std::function<void()> &prepare_turn, const std::function<int()> &work,
+                      const std::string &path, const Model &model, long share) {
+  std::mt19937_64 random(79);
+  prepare_turn();
+  auto longest = time_of(work);
+  for (long turn = 0; turn < share; ++turn) {
+    prepare_turn();
+    const auto part = static_cast<double>(random() % 1100) / 1000;
+    ASSERT_TRUE(
+        run_on_and_kill(work, std::chrono::duration_cast<std::chrono::nanoseconds>(longest * part),
+                        static_cast<long>(random() % 400)));
+    ASSERT_EQ(verify(path, {model}), "") << "turn " << turn << ", at " << part;
+  }
+}
+
+// Opens a store and takes its first lock.
+int open_and_lock(const std::string &path, std::uint32_t durability = KELP_DURABILITY_PROCESS) {
+  kelp_store_options options;
+  kelp_store_options_init(&options);
+  options.durability = durability;
+  mark();
+  Rows rows(path, &options);
+  if (!rows.is_open() || rows.lock_write() != 0) return 1;
+  mark();
+  return 0;
+}
+
+TEST(StoreKill, WhileItIsMade) {
+  for (const std::uint32_t durability : {KELP_DURABILITY_PROCESS, KELP_DURABILITY_POWER}) {
+    const Folder folder(Folder::in_memory());
+    const auto remove_all = [&] {
+      for (const auto &each : std::filesystem::directory_iterator(folder.path())) {
+        std::filesystem::remove(each);
+      }
+    };
+    torture_at_times(
+        remove_all, [&] { return open_and_lock(folder.file(), durability); }, folder.file(), {},
+        kills() / 60);
+  }
+}
+
+TEST(StoreKill, WhileItIsOpened) {
+  const Folder folder(Folder::in_memory());
+  const std::string path = folder.file();
+  Model model;
+  prepare(path, model, 1);
+  std::uint64_t number = 1;
+  // Every second time there is something to undo.
+  const auto prepare_turn = [&] {
+    if (++number % 2 == 0) leave_a_dead_writer(path, number);
+  };
+  torture_at_times(
+      prepare_turn, [&] { return open_and_lock(path); }, path, model, kills() / 30);
+}
+
+TEST(StoreKill, WhileItIsClosed) {
+  for (const std::uint32_t durability : {KELP_DURABILITY_PROCESS, KELP_DURABILITY_POWER}) {
+    const Folder folder(Folder::in_memory());
+    const std::string path = folder.file();
+    const Model model = {{1, "row"}};
+    const auto close = [&] {
+      kelp_store_options options;
+      kelp_store_options_init(&options);
+      options.durability = durability;
+      {
+        Rows rows(path, &options);
+        if (rows.commit(model) != 0) return 1;
+        mark();
+      }
+      mark();
+      return 0;
+    };
+    torture_at_times([] {}, close, path, model, kills() / 60);
+  }
+}
+
+// Of a store that was in use when the machine stopped: the file is looked through, or made anew
+// from the log of commits.
+TEST(StoreKill, WhileItIsOpenedAfterARestart) {
+  for (const std::uint32_t durability : {KELP_DURABILITY_PROCESS, KELP_DURABILITY_POWER}) {
+    const Folder folder(Folder::in_memory());
+    const std::string path = folder.file();
+    const Model model = {{1, "row"}, {2, some_bytes(2, 100000)}};
+    const auto stop_machine = [&] {
+      ASSERT_EQ(run([&] {
+                  kelp_store_options options;
+                  kelp_store_options_init(&options);
+                  options.durability = durability;
+                  Rows rows(path, &options);
+                  if (rows.commit(model) != 0) return 1;
+                  kill(getpid(), SIGKILL);
+                  return 0;
+                }),
+                1000 + SIGKILL);
+      forget_run_of_machine(path);
+    };
+    torture_at_times(
+        stop_machine, [&] { return open_and_lock(path, durability); }, path, model, kills() / 60);
   }
 }
 

@@ -243,18 +243,12 @@ int commit_one(const std::string &path, std::uint16_t key) {
   });
 }
 
-void lose(const std::string &path) {
-  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-  file.seekp(128);
-  file.write("another run ....", 16);
-}
-
 TEST(StorePower, AnImageThatIsMissingOrAnotherStoresIsNamed) {
   const Folder folder(Folder::in_memory());
   const Folder other(Folder::in_memory());
   ASSERT_EQ(commit_one(folder.file(), 1), 0);
   ASSERT_EQ(commit_one(other.file(), 2), 0);
-  lose(folder.file());
+  forget_run_of_machine(folder.file());
   const auto refused = [&](const char *words) {
     return run([&] {
       Rows rows(folder.file());
@@ -295,7 +289,7 @@ TEST(StorePower, ACommitThatCannotBeSyncedIsUndone) {
               return same ? 0 : 4;
             }),
             0);
-  lose(folder.file());
+  forget_run_of_machine(folder.file());
   EXPECT_EQ(verify(folder.file(), {Model{{1, "row"}}}), "");
 }
 
@@ -313,10 +307,10 @@ TEST(StorePower, ARecordOfADeadWriterCountsNoMoreOnceItWasUndone) {
             }),
             9);
   EXPECT_EQ(verify(folder.file(), {Model{{1, "row"}}}), "");
-  lose(folder.file());
+  forget_run_of_machine(folder.file());
   EXPECT_EQ(verify(folder.file(), {Model{{1, "row"}}}), "");
   ASSERT_EQ(commit_one(folder.file(), 3), 0);
-  lose(folder.file());
+  forget_run_of_machine(folder.file());
   EXPECT_EQ(verify(folder.file(), {Model{{1, "row"}, {3, "row"}}}), "");
 }
 
@@ -326,7 +320,7 @@ TEST(StorePower, MakingItAnewCanBeKilled) {
   ASSERT_EQ(commit_one(folder.file(), 1), 0);
   ASSERT_EQ(commit_one(folder.file(), 2), 0);
   for (int after = 0; after < 4; ++after) {
-    lose(folder.file());
+    forget_run_of_machine(folder.file());
     const int status = run([&] {
       int left = after;
       after_sync = [&](int) {
@@ -350,7 +344,7 @@ TEST(StorePower, ABlockOfManySpansIsThereAfterALoss) {
               return rows.commit({{1, expected.at(1)}});
             }),
             0);
-  lose(folder.file());
+  forget_run_of_machine(folder.file());
   EXPECT_EQ(verify(folder.file(), {expected}), "");
 }
 
@@ -363,7 +357,7 @@ TEST(StorePower, AFileKeepsTheDurabilityThatItWasMadeWith) {
               return rows.unlock();
             }),
             0);
-  lose(folder.file());
+  forget_run_of_machine(folder.file());
   EXPECT_EQ(verify(folder.file(), {Model{{1, "row"}, {2, "row"}}}), "");
   EXPECT_EQ(run([&] {
               kelp_store_options options;

@@ -91,6 +91,9 @@ class Signal {
 // are not as expected. Empty when all is well.
 std::string verify(const std::string &path, const std::vector<Model> &expected);
 
+// Has the store look as if it was opened last before the machine was started again.
+void forget_run_of_machine(const std::string &path);
+
 std::string some_bytes(std::uint64_t seed, std::size_t length);
 
 }  // namespace store_test
