@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -162,32 +161,30 @@ long run_and_kill(const std::function<int()> &work, long instructions) {
   return done;
 }
 
-// For steps of more instructions than can be stepped through: runs on from the first mark for a
-// while, and then for a few instructions more.
-bool run_on_and_kill(const std::function<int()> &work, std::chrono::nanoseconds time,
-                     long instructions) {
-  using Clock = std::chrono::steady_clock;
-  const pid_t process = start_traced(work);
-  if (!stands_still(process)) return false;
-  ptrace(PTRACE_CONT, process, nullptr, nullptr);
-  for (const auto end = Clock::now() + time; Clock::now() < end;) {
+// Runs on to the next mark, or to where the process has asked the system so many times, at which it
+// stands still before and after. How often that was.
+long run_on(pid_t process, long calls) {
+  long done = 0;
+  int status = 0;
+  while (done < calls) {
+    if (ptrace(PTRACE_SYSCALL, process, nullptr, nullptr) != 0) break;
+    waitpid(process, &status, 0);
+    if (!WIFSTOPPED(status) || WSTOPSIG(status) == SIGSTOP) break;
+    ++done;
   }
-  kill(process, SIGSTOP);
-  if (stands_still(process)) step_on(process, instructions);
-  end_traced(process);
-  return true;
+  return done;
 }
 
-// From one mark to the next, running freely.
-std::chrono::nanoseconds time_of(const std::function<int()> &work) {
+// For work of more instructions than can be stepped through: from the first mark on to a call of
+// the system, and then by so many instructions. How many calls it took; -1 when it never came to
+// the mark.
+long run_on_and_kill(const std::function<int()> &work, long calls, long instructions) {
   const pid_t process = start_traced(work);
-  EXPECT_TRUE(stands_still(process));
-  const auto begin = std::chrono::steady_clock::now();
-  ptrace(PTRACE_CONT, process, nullptr, nullptr);
-  EXPECT_TRUE(stands_still(process));
-  const auto time = std::chrono::steady_clock::now() - begin;
+  if (!stands_still(process)) return -1;
+  const long done = run_on(process, calls);
+  if (done == calls) step_on(process, instructions);
   end_traced(process);
-  return time;
+  return done;
 }
 
 enum class Step { commit, rollback, mend, lock };
@@ -320,20 +317,23 @@ TEST(StoreKill, WithinGrowth) {
   }
 }
 
-// The rest of what happens to a store takes more instructions: there the kills come at random
-// times. Each finds the store as prepare leaves it, and leaves what is in model.
-void torture_at_times(const std::function<void()> &prepare_turn, const std::function<int()> &work,
-                      const std::string &path, const Model &model, long share) {
+// The rest of what happens to a store takes more instructions than can be stepped through: it is
+// killed around its calls of the system. Each turn finds the store as prepare_turn leaves it, and
+// leaves what is in model.
+void torture_around_calls(const std::function<void()> &prepare_turn,
+                          const std::function<int()> &work, const std::string &path,
+                          const Model &model, long share) {
   std::mt19937_64 random(79);
   prepare_turn();
-  auto longest = time_of(work);
+  const long most = run_on_and_kill(work, 1000000, 0);
+  ASSERT_GT(most, 4);
   for (long turn = 0; turn < share; ++turn) {
     prepare_turn();
-    const auto part = static_cast<double>(random() % 1100) / 1000;
-    ASSERT_TRUE(
-        run_on_and_kill(work, std::chrono::duration_cast<std::chrono::nanoseconds>(longest * part),
-                        static_cast<long>(random() % 400)));
-    ASSERT_EQ(verify(path, {model}), "") << "turn " << turn << ", at " << part;
+    const long calls = static_cast<long>(random() % static_cast<std::uint64_t>(most + 1));
+    const long instructions = random() % 2 == 0 ? 0 : static_cast<long>(random() % 2000);
+    ASSERT_GE(run_on_and_kill(work, calls, instructions), 0);
+    ASSERT_EQ(verify(path, {model}), "") << "turn " << turn << ", killed " << instructions
+                                         << " instructions behind call " << calls << " of " << most;
   }
 }
 
@@ -357,9 +357,9 @@ TEST(StoreKill, WhileItIsMade) {
         std::filesystem::remove(each);
       }
     };
-    torture_at_times(
+    torture_around_calls(
         remove_all, [&] { return open_and_lock(folder.file(), durability); }, folder.file(), {},
-        kills() / 60);
+        kills() / 20);
   }
 }
 
@@ -373,8 +373,8 @@ TEST(StoreKill, WhileItIsOpened) {
   const auto prepare_turn = [&] {
     if (++number % 2 == 0) leave_a_dead_writer(path, number);
   };
-  torture_at_times(
-      prepare_turn, [&] { return open_and_lock(path); }, path, model, kills() / 30);
+  torture_around_calls(
+      prepare_turn, [&] { return open_and_lock(path); }, path, model, kills() / 15);
 }
 
 TEST(StoreKill, WhileItIsClosed) {
@@ -394,7 +394,7 @@ TEST(StoreKill, WhileItIsClosed) {
       mark();
       return 0;
     };
-    torture_at_times([] {}, close, path, model, kills() / 60);
+    torture_around_calls([] {}, close, path, model, kills() / 20);
   }
 }
 
@@ -418,8 +418,8 @@ TEST(StoreKill, WhileItIsOpenedAfterARestart) {
                 1000 + SIGKILL);
       forget_run_of_machine(path);
     };
-    torture_at_times(
-        stop_machine, [&] { return open_and_lock(path, durability); }, path, model, kills() / 60);
+    torture_around_calls(
+        stop_machine, [&] { return open_and_lock(path, durability); }, path, model, kills() / 20);
   }
 }
 
