@@ -30,8 +30,9 @@ constexpr std::size_t lsas_of_update = 24;
 // links, and a network LSA or an intra-area prefix LSA with its prefix.
 constexpr std::uint32_t mix = 20;
 
-Octets lsa_v2(std::uint32_t number) {
+Octets lsa_v2(std::uint32_t number, std::uint32_t sequence = LsaParts().sequence) {
   LsaParts parts;
+  parts.sequence = sequence;
   parts.router = 0x0aff0000 + number % 1000;
   parts.id = 0x0a000000 + number;
   switch (number % mix) {
@@ -260,6 +261,40 @@ void FillAStoreFromDatabases(benchmark::State &state) {
   state.counters["x private"] = least / least_private;
 }
 BENCHMARK(FillAStoreFromDatabases)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+// A store that has all of them, and one that is heard anew: looked for, changed and committed, as
+// `collect` does.
+void FollowOneLsaInAStore(benchmark::State &state) {
+  Network heard;
+  decode_file(heard);
+  FrameDecoder decoder(heard);
+  const TemporaryFolder folder;
+  ospf_tables::Session session(folder.file("store"), ospf_tables::Session::Missing::is_made);
+  capture_rows::FollowedNetwork followed(session, heard);
+  followed.has_changed(heard.last_time());
+  session.changing([&] { followed.update(); });
+  std::uint32_t sequence = LsaParts().sequence;
+  std::uint64_t number = lsa_count;
+  double locked = 0;
+  for (auto _ : state) {
+    PacketParts parts;
+    parts.type = 4;
+    const Octets update = Writer().u32(1).bytes(lsa_v2(19, ++sequence)).get();
+    const Octets octets = make_ethernet(0x0800, make_ipv4({}, make_packet_v2(parts, update)));
+    decoder.decode({1, heard.last_time() + 2 * second, ++number,
+                    static_cast<std::uint32_t>(octets.size()), octets});
+    timed(state, [&] {
+      if (!followed.has_changed(heard.last_time())) std::abort();
+      const double start = processor_seconds(RUSAGE_SELF);
+      session.changing([&] {
+        if (followed.update() != 1) std::abort();
+      });
+      locked += processor_seconds(RUSAGE_SELF) - start;
+    });
+  }
+  state.counters["locked_ms"] = 1e3 * locked / static_cast<double>(state.iterations());
+}
+BENCHMARK(FollowOneLsaInAStore)->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
 
 void CaptureIntoTables(benchmark::State &state) {
   double total = 0;

@@ -63,10 +63,10 @@ class RowFiller {
   void fill(const LsaV2 &lsa);
   void fill(const LsaV3 &lsa, bool holds_ipv4);
 
-  void insert_into(typename Ops::Table *table, bool complete) {
+  typename Ops::Record *insert_into(typename Ops::Table *table, bool complete) {
     set(Row::set_completed, object_, complete && kept_ ? 1u : 0u);
     session_.check(Ops::name);
-    record_.insert_into(table);
+    return record_.insert_into(table);
   }
 
  private:
@@ -603,28 +603,28 @@ void RowFiller<Ops>::fill(const LsaV3 &lsa, bool holds_ipv4) {
 }
 
 template <typename Ops, typename Lsa, typename... More>
-void add_row(Session &session, typename Ops::Table *table, const Lsa &lsa, More... more) {
+typename Ops::Record *add_row(Session &session, typename Ops::Table *table, const Lsa &lsa, More... more) {
   RowFiller<Ops> filler(session, lsa.header, lsa.raw);
   filler.fill(lsa, more...);
-  filler.insert_into(table, lsa.complete);
+  return filler.insert_into(table, lsa.complete);
 }
 
 }  // namespace
 
-void add_lsa(Session &session, tbl_area_scope_lsa_table *table, const LsaV2 &lsa) {
-  add_row<area_scope_lsa_ops>(session, table, lsa);
+tbl_area_scope_lsa_record *add_lsa(Session &session, tbl_area_scope_lsa_table *table, const LsaV2 &lsa) {
+  return add_row<area_scope_lsa_ops>(session, table, lsa);
 }
 
-void add_lsa(Session &session, tbl_link_scope_lsa_table *table, const LsaV2 &lsa) {
-  add_row<link_scope_lsa_ops>(session, table, lsa);
+tbl_link_scope_lsa_record *add_lsa(Session &session, tbl_link_scope_lsa_table *table, const LsaV2 &lsa) {
+  return add_row<link_scope_lsa_ops>(session, table, lsa);
 }
 
-void add_lsa(Session &session, tbl_area_scope_lsa_table *table, const LsaV3 &lsa, bool holds_ipv4) {
-  add_row<area_scope_lsa_ops>(session, table, lsa, holds_ipv4);
+tbl_area_scope_lsa_record *add_lsa(Session &session, tbl_area_scope_lsa_table *table, const LsaV3 &lsa, bool holds_ipv4) {
+  return add_row<area_scope_lsa_ops>(session, table, lsa, holds_ipv4);
 }
 
-void add_lsa(Session &session, tbl_link_scope_lsa_table *table, const LsaV3 &lsa, bool holds_ipv4) {
-  add_row<link_scope_lsa_ops>(session, table, lsa, holds_ipv4);
+tbl_link_scope_lsa_record *add_lsa(Session &session, tbl_link_scope_lsa_table *table, const LsaV3 &lsa, bool holds_ipv4) {
+  return add_row<link_scope_lsa_ops>(session, table, lsa, holds_ipv4);
 }
 
 }  // namespace capture_rows

@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 #include <optional>
+#include <ranges>
 #include <set>
 #include <string>
 #include <utility>
@@ -143,39 +144,75 @@ static_assert(static_cast<std::uint32_t>(decode::NeighborState::down) == NBR_STA
 // One instance on its way into the tables.
 struct Heard {
   std::map<std::uint32_t, Area> areas;
-  std::unique_ptr<DatabaseRows> databases;  // none without an LSA
   LoadedInstance counts;
 };
 
-class Loader {
- public:
-  Loader(Session &session, const decode::Network &network, decode::Time now)
-      : session_(session), network_(network), now_(now) {}
+using AllDatabases = std::map<InstanceName, std::unique_ptr<DatabaseRows>>;
 
-  std::vector<LoadedInstance> load() {
+// A network at one time: its areas, interfaces and neighbours, and where LSAs belong among them.
+class Gathered {
+ public:
+  Gathered(Session &session, const decode::Network &network, decode::Time now)
+      : session_(session), network_(network), now_(now) {
     gather();
-    fill_databases();
-    std::vector<std::unique_ptr<NewInstance>> rows;
-    std::vector<LoadedInstance> counts;
+  }
+
+  // Whether routers hold the LSA.
+  bool holds(const decode::LsdbEntry &entry) const {
+    return !entry.gone_at(now_) && !network_.grace_over(entry, now_);
+  }
+
+  // Each LSA was decoded when its packet was read, to see what is wrong with it, and is decoded
+  // here once more: most of what is heard is refreshed or flushed before the end, and its octets
+  // are a tenth of what its typed fields take. What is wrong with it was counted then.
+  LsaRow add(const decode::LsdbEntry &entry, AllDatabases &databases) {
+    decode::ErrorCounts counted_before;
+    const decode::Report report(counted_before, entry.packet);
+    if (entry.key.version == 2) {
+      decode_lsa_v2(entry.raw, lsa_v2_, report);
+      return add(entry.key, lsa_v2_, databases);
+    }
+    decode_lsa_v3(entry.raw, lsa_v3_, report);
+    return add(entry.key, lsa_v3_, databases);
+  }
+
+  // The instances that the tree is to have, of which those with databases have these.
+  std::map<InstanceName, std::unique_ptr<NewInstance>> instances(const AllDatabases &databases) {
+    for (const auto &[name, rows] : databases) {
+      for (const auto &[id, table] : rows->databases().of_areas) area(name, id);
+    }
+    std::map<InstanceName, std::unique_ptr<NewInstance>> rows;
     for (auto &[name, heard] : heard_) {
       Instance instance{};
       instance.family = routes_ipv4(name) ? Family::ipv4 : Family::ipv6;
       instance.router_id = observer_id(name);
       for (auto &[id, area] : heard.areas) instance.areas.push_back(std::move(area));
-      rows.push_back(
-          heard.databases == nullptr
-              ? std::make_unique<NewInstance>(session_, instance)
-              : std::make_unique<NewInstance>(session_, instance, heard.databases->databases()));
-      counts.push_back(heard.counts);
+      const auto of = databases.find(name);
+      rows[name] = of == databases.end()
+                       ? std::make_unique<NewInstance>(session_, instance)
+                       : std::make_unique<NewInstance>(session_, instance, of->second->databases());
     }
-    add_instances(session_, rows);
-    return counts;
+    return rows;
+  }
+
+  std::vector<LoadedInstance> counts() const {
+    std::vector<LoadedInstance> all;
+    for (const auto &[name, heard] : heard_) all.push_back(heard.counts);
+    return all;
+  }
+
+  // Whether the LSAs that had a place at that time have the same one now.
+  bool has_places_of(const Gathered &earlier) const {
+    return std::ranges::equal(earlier.places_, std::views::take(places_, earlier.places_.size())) &&
+           std::ranges::includes(first_of_area_, earlier.first_of_area_) &&
+           std::ranges::includes(first_of_link_, earlier.first_of_link_);
   }
 
  private:
   struct Place {
     std::uint32_t area = 0;
     std::string name;
+    bool operator==(const Place &) const = default;
   };
 
   Heard &heard(InstanceName name) {
@@ -229,51 +266,28 @@ class Loader {
     }
   }
 
-  void fill_databases() {
-    for (const decode::LsdbEntry *entry : network_.lsdb().sorted()) {
-      if (entry->gone_at(now_) || network_.grace_over(*entry, now_)) continue;
-      // Each LSA was decoded when its packet was read, to see what is wrong with it, and is decoded
-      // here once more: most of what is heard is refreshed or flushed before the end, and its
-      // octets are a tenth of what its typed fields take. What is wrong with it was counted then.
-      decode::ErrorCounts counted_before;
-      const decode::Report report(counted_before, entry->packet);
-      if (entry->key.version == 2) {
-        decode_lsa_v2(entry->raw, lsa_v2_, report);
-        add(entry->key, lsa_v2_);
-      } else {
-        decode_lsa_v3(entry->raw, lsa_v3_, report);
-        add(entry->key, lsa_v3_);
-      }
-    }
-  }
-
   template <typename Lsa>
-  void add(const decode::LsdbKey &key, const Lsa &lsa) {
+  LsaRow add(const decode::LsdbKey &key, const Lsa &lsa, AllDatabases &databases) {
     const InstanceName name{key.version, key.instance_id};
-    Heard &of = heard(name);
-    ++of.counts.lsas;
-    if (of.databases == nullptr) {
-      of.databases = std::make_unique<DatabaseRows>(session_, routes_ipv4(name));
-    }
+    ++heard(name).counts.lsas;
+    auto &rows = databases[name];
+    if (rows == nullptr) rows = std::make_unique<DatabaseRows>(session_, routes_ipv4(name));
     const auto add_at = [&](std::uint32_t index) {
-      of.databases->add_to_interface(places_[index].area, places_[index].name, lsa);
+      return rows->add_to_interface(places_[index].area, places_[index].name, lsa);
     };
     switch (key.scope) {
       case decode::Scope::as:
-        of.databases->add_to_as(lsa);
-        return;
+        return rows->add_to_as(lsa);
       case decode::Scope::link:
-        add_at(first_of_link_.at({name, key.domain}));
-        return;
+        return add_at(first_of_link_.at({name, key.domain}));
       case decode::Scope::area:
         break;
     }
     area(name, key.domain);
     if (key.version == 2 && key.type == decode::lsa2_opaque_area) {
-      add_at(first_of_area_.at({name, key.domain}));
-    } else {
-      of.databases->add_to_area(key.domain, lsa);
+      return add_at(first_of_area_.at({name, key.domain}));
     }
+    return rows->add_to_area(key.domain, lsa);
   }
 
   Session &session_;
@@ -287,6 +301,12 @@ class Loader {
   decode::LsaV3 lsa_v3_;
 };
 
+void put_into_tree(Session &session, std::map<InstanceName, std::unique_ptr<NewInstance>> made) {
+  std::vector<std::unique_ptr<NewInstance>> rows;
+  for (auto &[name, instance] : made) rows.push_back(std::move(instance));
+  add_instances(session, rows);
+}
+
 }  // namespace
 
 std::vector<LoadedInstance> load_network(Session &session, const decode::Network &network) {
@@ -295,7 +315,136 @@ std::vector<LoadedInstance> load_network(Session &session, const decode::Network
 
 std::vector<LoadedInstance> load_network(Session &session, const decode::Network &network,
                                          decode::Time now) {
-  return Loader(session, network, now).load();
+  Gathered gathered(session, network, now);
+  AllDatabases databases;
+  for (const decode::LsdbEntry *entry : network.lsdb().sorted()) {
+    if (gathered.holds(*entry)) gathered.add(*entry, databases);
+  }
+  put_into_tree(session, gathered.instances(databases));
+  return gathered.counts();
 }
+
+class FollowedNetwork::Rows {
+ public:
+  Rows(Session &session, const decode::Network &network) : session_(session), network_(network) {}
+
+  bool has_changed(decode::Time now) {
+    present_ = std::make_unique<Gathered>(session_, network_, now);
+    fresh_.clear();
+    gone_.clear();
+    network_.lsdb().for_each([&](const decode::LsdbEntry &entry) {
+      if (!present_->holds(entry)) {
+        if (rows_.contains(entry.key)) gone_.push_back(entry.key);
+      } else if (entry.packet > last_packet_) {
+        fresh_.push_back(&entry);
+      }
+    });
+    std::vector<std::uint64_t> words = words_of_others(now);
+    const bool others_changed = words != words_;
+    words_ = std::move(words);
+    return !fresh_.empty() || !gone_.empty() || others_changed;
+  }
+
+  std::size_t update() {
+    try {
+      return change_tree();
+    } catch (...) {
+      forget();
+      throw;
+    }
+  }
+
+ private:
+  std::size_t change_tree() {
+    const bool is_known =
+        earlier_ != nullptr && is_untouched() && present_->has_places_of(*earlier_);
+    if (is_known) {
+      for (const auto &[name, databases] : databases_) databases->take_back(records_.at(name));
+      for (const decode::LsdbKey &key : gone_) remove(key);
+    } else {
+      forget();
+      fresh_.clear();
+      for (const decode::LsdbEntry *entry : network_.lsdb().sorted()) {
+        if (present_->holds(*entry)) fresh_.push_back(entry);
+      }
+    }
+    for (const decode::LsdbEntry *entry : fresh_) {
+      if (is_known) remove(entry->key);
+      rows_[entry->key] = present_->add(*entry, databases_);
+      last_packet_ = std::max(last_packet_, entry->packet);
+    }
+    auto instances = present_->instances(databases_);
+    for (const auto &[name, instance] : instances) records_[name] = instance->record();
+    put_into_tree(session_, std::move(instances));
+    earlier_ = std::move(present_);
+    kelp_database_memory(session_.database(), &memory_);
+    return fresh_.size() + gone_.size();
+  }
+
+  // As if nothing had been loaded.
+  void forget() {
+    earlier_ = nullptr;
+    databases_.clear();
+    records_.clear();
+    rows_.clear();
+    last_packet_ = 0;
+  }
+
+  void remove(const decode::LsdbKey &key) {
+    const auto place = rows_.find(key);
+    if (place == rows_.end()) return;
+    databases_.at({key.version, key.instance_id})->remove(place->second);
+    rows_.erase(place);
+  }
+
+  // Whoever makes or ends an object changes one of these numbers, and nobody else does.
+  bool is_untouched() const {
+    kelp_memory_statistics now{};
+    kelp_database_memory(session_.database(), &now);
+    return now.total_allocations == memory_.total_allocations &&
+           now.live_allocations == memory_.live_allocations;
+  }
+
+  // What is told of neighbours and interfaces, without timers.
+  std::vector<std::uint64_t> words_of_others(decode::Time now) const {
+    std::vector<std::uint64_t> words;
+    const auto add = [&](std::uint32_t high, std::uint32_t low) {
+      words.push_back(std::uint64_t{high} << 32 | low);
+    };
+    for (const decode::Neighbor &neighbor : network_.neighbors(now)) {
+      add(neighbor.router_id, static_cast<std::uint32_t>(neighbor.state));
+      add(neighbor.designated_router, neighbor.backup_designated_router);
+    }
+    for (std::uint32_t at = 0; at < network_.interfaces().size(); ++at) {
+      const decode::Hello &hello = network_.interfaces()[at].hello;
+      add(hello.designated_router, hello.backup_designated_router);
+      add(hello.hello_interval, hello.dead_interval);
+      add(network_.interface_cost(at).value_or(0), hello.priority);
+      add(static_cast<std::uint32_t>(network_.interface_state(at)),
+          static_cast<std::uint32_t>(network_.network_type(at)));
+    }
+    return words;
+  }
+
+  Session &session_;
+  const decode::Network &network_;
+  std::unique_ptr<Gathered> present_;
+  std::vector<const decode::LsdbEntry *> fresh_;  // to be added, in the place of what was there
+  std::vector<decode::LsdbKey> gone_;
+  std::vector<std::uint64_t> words_;
+  // As of the last update.
+  std::unique_ptr<Gathered> earlier_;
+  AllDatabases databases_;
+  std::map<InstanceName, tbl_ospf_instance_rev1_record *> records_;
+  std::map<decode::LsdbKey, LsaRow> rows_;
+  std::uint64_t last_packet_ = 0;
+  kelp_memory_statistics memory_{};
+};
+
+FollowedNetwork::FollowedNetwork(Session &session, const decode::Network &network)
+    : rows_(std::make_unique<Rows>(session, network)) {}
+FollowedNetwork::~FollowedNetwork() = default;
+bool FollowedNetwork::has_changed(decode::Time now) { return rows_->has_changed(now); }
+std::size_t FollowedNetwork::update() { return rows_->update(); }
 
 }  // namespace capture_rows

@@ -14,6 +14,12 @@ namespace {
 
 // The texts of sequence numbers and checksums in one form, whoever produced them.
 std::string hexadecimal(const std::string &text, int digits) {
+  // As most are already.
+  const auto is_plain = [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); };
+  if (text.size() == static_cast<std::size_t>(digits) + 2 && text.starts_with("0x") &&
+      std::all_of(text.begin() + 2, text.end(), is_plain)) {
+    return text;
+  }
   std::string_view number = text;
   if (number.starts_with("0x") || number.starts_with("0X")) number.remove_prefix(2);
   std::uint32_t value = 0;
@@ -299,8 +305,9 @@ LsaBodyView read_body_v3(const LsaReader &read, Row *row, ospfv3_lsa *lsa, const
   return OtherView{read.unknown_tlvs(row)};
 }
 
+// What stands in front of the LSA's body, which is left out.
 template <typename Fields, typename Ops>
-LsaView read_record(Session &session, typename Ops::Record *record) {
+LsaView read_front(Session &session, typename Ops::Record *record) {
   const LsaReader read{{session}};
   LsaView view;
   auto *row = Ops::get(session.handle(), space, record);
@@ -311,14 +318,9 @@ LsaView read_record(Session &session, typename Ops::Record *record) {
   } else {
     view.link_state_id = read.value(key, area_scope_lsa_key_lsa_id_get_value);
   }
-  view.decoded_completed = read.flag(row, Fields::decoded);
-  view.raw_data = read.elements<std::uint8_t>(row, Fields::raw_data_len, Fields::raw_data);
-
-  ospfv2_lsa *v2 = read.value(row, Fields::v2);
-  ospfv2_header *header2 = read.value(v2, ospfv2_lsa_header_get);
-  ospfv3_lsa *v3 = read.value(row, Fields::v3);
-  lsa_header *header3 =
-      read.value(read.value(v3, ospfv3_lsa_header_get), ospfv3_header_lsa_header_val_get);
+  ospfv2_header *header2 = read.value(read.value(row, Fields::v2), ospfv2_lsa_header_get);
+  lsa_header *header3 = read.value(read.value(read.value(row, Fields::v3), ospfv3_lsa_header_get),
+                                   ospfv3_header_lsa_header_val_get);
   // Rows of one kind do not say their version: then the header that was filled does.
   view.version = read.version(row);
   if (view.version != 2 && view.version != 3) {
@@ -331,8 +333,6 @@ LsaView read_record(Session &session, typename Ops::Record *record) {
     view.sequence = hexadecimal(read.text(header2, ospfv2_header_seq_num_get), 8);
     view.checksum = hexadecimal(read.text(header2, ospfv2_header_checksum_get), 4);
     view.length = read.value(header2, ospfv2_header_length_get_value);
-    view.options = read.options(read.value(header2, ospfv2_header_options_get));
-    view.body = read_body_v2<Fields>(read, row, v2, view);
   } else {
     view.type = read.value(header3, lsa_header_type_get_value);
     view.adv_router = read.value(header3, lsa_header_adv_router_get_value);
@@ -340,7 +340,25 @@ LsaView read_record(Session &session, typename Ops::Record *record) {
     view.sequence = hexadecimal(read.text(header3, lsa_header_seq_num_get), 8);
     view.checksum = hexadecimal(read.text(header3, lsa_header_checksum_get), 4);
     view.length = read.value(header3, lsa_header_length_get_value);
-    view.body = read_body_v3<Fields>(read, row, v3, view);
+  }
+  session.check("reading the header of an LSA");
+  return view;
+}
+
+template <typename Fields, typename Ops>
+LsaView read_record(Session &session, typename Ops::Record *record) {
+  const LsaReader read{{session}};
+  LsaView view = read_front<Fields, Ops>(session, record);
+  auto *row = Ops::get(session.handle(), space, record);
+  view.decoded_completed = read.flag(row, Fields::decoded);
+  view.raw_data = read.elements<std::uint8_t>(row, Fields::raw_data_len, Fields::raw_data);
+  if (view.version == 2) {
+    ospfv2_lsa *v2 = read.value(row, Fields::v2);
+    view.options =
+        read.options(read.value(read.value(v2, ospfv2_lsa_header_get), ospfv2_header_options_get));
+    view.body = read_body_v2<Fields>(read, row, v2, view);
+  } else {
+    view.body = read_body_v3<Fields>(read, row, read.value(row, Fields::v3), view);
   }
   session.check("reading an LSA");
   return view;
@@ -359,6 +377,13 @@ std::uint16_t RouterLinkViewV2::metric() const {
   const auto base = std::find_if(metrics.begin(), metrics.end(),
                                  [](const TopologyMetricView &each) { return each.mt_id == 0; });
   return base == metrics.end() ? 0 : base->metric;
+}
+
+LsaView read_lsa_front(Session &session, tbl_link_scope_lsa_record *record) {
+  return read_front<link_scope_lsa_fields, link_scope_lsa_ops>(session, record);
+}
+LsaView read_lsa_front(Session &session, tbl_area_scope_lsa_record *record) {
+  return read_front<area_scope_lsa_fields, area_scope_lsa_ops>(session, record);
 }
 
 LsaView read_lsa(Session &session, tbl_link_scope_lsa_record *record) {

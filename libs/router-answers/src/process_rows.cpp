@@ -50,7 +50,10 @@ class Filler {
 
   template <typename Lsa>
   void put(const Place &place, const Lsa &lsa) {
-    if (place.scope == Scope::as) return rows_.add_to_as(lsa);
+    if (place.scope == Scope::as) {
+      rows_.add_to_as(lsa);
+      return;
+    }
     const ospf_tables::Area *of = area(place.area);
     const bool has_interface = of != nullptr && !of->interfaces.empty();
     if (place.scope == Scope::link && has_interface) {

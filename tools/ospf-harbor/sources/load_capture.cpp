@@ -313,33 +313,6 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
 
 namespace {
 
-// What of the network is committed when it changes: all but ages and timers.
-struct Standing {
-  std::vector<std::uint64_t> words;
-  bool operator==(const Standing &) const = default;
-};
-
-Standing standing_of(const decode::Network &network, decode::Time now) {
-  Standing standing;
-  for (const decode::LsdbEntry *entry : network.lsdb().sorted()) {
-    standing.words.push_back(std::uint64_t{entry->packet} << 1 | (entry->gone_at(now) ? 1 : 0));
-  }
-  for (const decode::Neighbor &neighbor : network.neighbors(now)) {
-    standing.words.push_back(std::uint64_t{neighbor.router_id} << 8 |
-                             static_cast<std::uint64_t>(neighbor.state));
-    standing.words.push_back(std::uint64_t{neighbor.designated_router} << 32 |
-                             neighbor.backup_designated_router);
-  }
-  for (std::uint32_t at = 0; at < network.interfaces().size(); ++at) {
-    const decode::Hello &hello = network.interfaces()[at].hello;
-    standing.words.push_back(std::uint64_t{hello.designated_router} << 32 |
-                             hello.backup_designated_router);
-    standing.words.push_back(static_cast<std::uint64_t>(network.interface_state(at)) << 8 |
-                             static_cast<std::uint64_t>(network.network_type(at)));
-  }
-  return standing;
-}
-
 decode::Time wall_clock() {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
   return static_cast<decode::Time>(
@@ -350,7 +323,7 @@ decode::Time wall_clock() {
 class Collector {
  public:
   Collector(Session &session, const decode::Network &network)
-      : session_(session), network_(network) {}
+      : session_(session), network_(network), rows_(session, network) {}
 
   void turn() {
     if (Clock::now() < next_) return;
@@ -358,11 +331,8 @@ class Collector {
     commit();
   }
   void commit() {
-    const decode::Time now = std::max(network_.last_time(), wall_clock());
-    Standing standing = standing_of(network_, now);
-    if (standing == committed_) return;
-    session_.changing([&] { load_network(session_, network_, now); });
-    committed_ = std::move(standing);
+    if (!rows_.has_changed(std::max(network_.last_time(), wall_clock()))) return;
+    session_.changing([&] { rows_.update(); });
     ++commits_;
   }
   std::uint64_t commits() const { return commits_; }
@@ -370,7 +340,7 @@ class Collector {
  private:
   Session &session_;
   const decode::Network &network_;
-  Standing committed_;
+  FollowedNetwork rows_;
   Clock::time_point next_ = Clock::now();
   std::uint64_t commits_ = 0;
 };

@@ -3,10 +3,12 @@
 #include <chrono>
 #include <ctime>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "ospf_tables/input_error.hpp"
 #include "ospf_tables/lsa_view.hpp"
 #include "ospf_tables/row_keys.hpp"
+#include "ospf_tables/rows.hpp"
 #include "ospf_tables/tree.hpp"
 #include "views/lsa_names.hpp"
 #include "views/show.hpp"
@@ -27,17 +29,8 @@ std::string neighbor_state(std::int32_t state) {
   return known ? neighbor_states[state] : std::to_string(state);
 }
 
-// Gives what is watched of a row; false for one that is not.
+// Gives what is watched of a row.
 struct Facts : FieldReader {
-  template <typename Record>
-  bool of_lsa(Record *record, WatchedRow &to) const {
-    const LsaView lsa = read_lsa(session, record);
-    to.is_lsa = true;
-    to.facts = {{"type", "type_name", type_name(lsa.version, lsa.type)},
-                {"sequence", "seq_num", lsa.sequence},
-                {"checksum", "checksum", lsa.checksum}};
-    return (lsa.age & 0x7fff) < max_age;
-  }
   void of_interface(ospf_interface *interface, WatchedRow &to) const {
     to.facts = {{"state", "state", text(interface, ospf_interface_state_get)},
                 {"dr", "dr", key_word(value(interface, ospf_interface_dr_get))},
@@ -111,30 +104,123 @@ class Changes {
   std::size_t count_ = 0;
 };
 
+// Nothing for one that is none any more.
+template <typename Ops>
+std::optional<WatchedLsa> lsa_of(Session &session, typename Ops::Record *record) {
+  const LsaView lsa = read_lsa_front(session, record);
+  if ((lsa.age & 0x7fff) >= max_age) return {};
+  WatchedLsa watched{.id = lsa.link_state_id,
+                     .version = static_cast<std::uint8_t>(lsa.version),
+                     .type = lsa.type,
+                     .sequence = lsa.sequence,
+                     .checksum = lsa.checksum};
+  auto *key = Ops::get_key(session.handle(), space, record);
+  const FieldReader read{session};
+  if constexpr (std::is_same_v<Ops, link_scope_lsa_ops>) {
+    watched.router = *read.value(key, link_scope_lsa_key_adv_router_get);
+  } else {
+    watched.router = *read.value(key, area_scope_lsa_key_adv_router_get);
+  }
+  return watched;
+}
+
+WatchedRow row_of(const char *kind, const WatchedLsa &lsa) {
+  return {kind,
+          {{"type", "type_name", type_name(lsa.version, lsa.type)},
+           {"sequence", "seq_num", lsa.sequence},
+           {"checksum", "checksum", lsa.checksum}},
+          true};
+}
+
+template <typename Ops>
+void watch_lsas(Session &session, typename Ops::Table *table, WatchedLsas &to) {
+  to.kind = Ops::kind;
+  if (table == nullptr) return;
+  for_each_record<Ops>(session, table, [&](typename Ops::Record *record) {
+    if (auto lsa = lsa_of<Ops>(session, record)) to.list.push_back(*std::move(lsa));
+  });
+}
+
+// The table of LSAs below a row, if it is one with such a table.
+template <typename AboveOps>
+bool watch_below(Session &session, const RowView &row, WatchedRows &rows) {
+  auto *record = record_of<AboveOps>(row);
+  if (record == nullptr) return false;
+  const auto &reference = std::get<0>(references<AboveOps>);
+  using Ops = typename std::remove_cvref_t<decltype(reference)>::Child;
+  watch_lsas<Ops>(session,
+                  table_below(session, reference, AboveOps::get(session.handle(), space, record)),
+                  rows.lsas[row.path]);
+  return true;
+}
+
+template <typename Ops>
+bool watch_one(Session &session, const RowView &row, WatchedRows &rows) {
+  auto *record = record_of<Ops>(row);
+  if (record == nullptr) return false;
+  if (const auto lsa = lsa_of<Ops>(session, record)) {
+    rows.rows.emplace(row.path, row_of(Ops::kind, *lsa));
+  }
+  return true;
+}
+
+// Negative, 0 or positive, as the keys of two LSAs of a table are ordered.
+int order_of(const WatchedLsa &a, const WatchedLsa &b) {
+  if (a.id != b.id) return a.id < b.id ? -1 : 1;
+  return ip_address_compare(&a.router, &b.router);
+}
+
+// Puts those that one of two lists has and the other has not, or has otherwise, to the rows of
+// each.
+void spread_changes(const std::string &above, const WatchedLsas &before, const WatchedLsas &now,
+                    std::map<std::string, WatchedRow> &old_rows,
+                    std::map<std::string, WatchedRow> &new_rows) {
+  const auto put = [&](std::map<std::string, WatchedRow> &rows, const char *kind,
+                       const WatchedLsa &lsa) {
+    const std::string key = dotted(lsa.id) + "," + key_word(&lsa.router);
+    rows.emplace(above + "/" + kind + "/" + key, row_of(kind, lsa));
+  };
+  auto old_one = before.list.begin();
+  auto new_one = now.list.begin();
+  while (old_one != before.list.end() || new_one != now.list.end()) {
+    const int order = old_one == before.list.end() ? 1
+                      : new_one == now.list.end()  ? -1
+                                                   : order_of(*old_one, *new_one);
+    const bool same = order == 0 && old_one->sequence == new_one->sequence &&
+                      old_one->checksum == new_one->checksum && old_one->type == new_one->type;
+    if (order <= 0 && !same) put(old_rows, before.kind, *old_one);
+    if (order >= 0 && !same) put(new_rows, now.kind, *new_one);
+    if (order <= 0) ++old_one;
+    if (order >= 0) ++new_one;
+  }
+}
+
 }  // namespace
+
+std::size_t WatchedRows::size() const {
+  std::size_t count = rows.size();
+  for (const auto &[above, each] : lsas) count += each.list.size();
+  return count;
+}
 
 WatchedRows watched_rows(Session &session, const std::string &path) {
   WatchedRows rows;
   visit_path(session, path, [&](const RowView &row) {
     if (row.path.empty()) return true;
+    if (watch_one<link_scope_lsa_ops>(session, row, rows) ||
+        watch_one<area_scope_lsa_ops>(session, row, rows)) {
+      return false;
+    }
     WatchedRow watched{std::string(row.kind), {}};
     const Facts facts{{session}};
-    bool is_there = true;
-    bool is_lsa = true;
-    if (auto *lsa = record_of<link_scope_lsa_ops>(row)) {
-      is_there = facts.of_lsa(lsa, watched);
-    } else if (auto *area_lsa = record_of<area_scope_lsa_ops>(row)) {
-      is_there = facts.of_lsa(area_lsa, watched);
-    } else {
-      is_lsa = false;
-    }
     if (auto *record = record_of<ospf_interface_ops>(row)) {
       facts.of_interface(ospf_interface_ops::get(session.handle(), space, record), watched);
     } else if (auto *neighbor = record_of<ospf_neighbor_ops>(row)) {
       facts.of_neighbor(ospf_neighbor_ops::get(session.handle(), space, neighbor), watched);
     }
-    if (is_there) rows.emplace(row.path, std::move(watched));
-    return !is_lsa;
+    rows.rows.emplace(row.path, std::move(watched));
+    return !watch_below<link_scope_lsas_ops>(session, row, rows) &&
+           !watch_below<area_scope_lsas_ops>(session, row, rows);
   });
   session.check("reading rows");
   return rows;
@@ -143,13 +229,23 @@ WatchedRows watched_rows(Session &session, const std::string &path) {
 std::size_t print_changes(const WatchedRows &before, const WatchedRows &now, bool json,
                           std::FILE *out) {
   Changes changes(json, out);
-  auto old_one = before.begin();
-  auto new_one = now.begin();
-  while (old_one != before.end() || new_one != now.end()) {
+  std::map<std::string, WatchedRow> old_rows = before.rows;
+  std::map<std::string, WatchedRow> new_rows = now.rows;
+  static const WatchedLsas none;
+  for (const auto &[above, lsas] : before.lsas) {
+    const auto place = now.lsas.find(above);
+    spread_changes(above, lsas, place == now.lsas.end() ? none : place->second, old_rows, new_rows);
+  }
+  for (const auto &[above, lsas] : now.lsas) {
+    if (!before.lsas.contains(above)) spread_changes(above, none, lsas, old_rows, new_rows);
+  }
+  auto old_one = old_rows.begin();
+  auto new_one = new_rows.begin();
+  while (old_one != old_rows.end() || new_one != new_rows.end()) {
     const bool only_old =
-        new_one == now.end() || (old_one != before.end() && old_one->first < new_one->first);
+        new_one == new_rows.end() || (old_one != old_rows.end() && old_one->first < new_one->first);
     const bool only_new =
-        old_one == before.end() || (new_one != now.end() && new_one->first < old_one->first);
+        old_one == old_rows.end() || (new_one != new_rows.end() && new_one->first < old_one->first);
     if (only_old) {
       changes.went(old_one->first, old_one->second);
     } else if (only_new) {

@@ -4,6 +4,9 @@
 // there.
 #pragma once
 
+#include <kelp/primitives.h>
+
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -26,8 +29,28 @@ struct WatchedRow {
   bool is_lsa = false;
 };
 
-// Rows by their paths.
-using WatchedRows = std::map<std::string, WatchedRow>;
+// An LSA as few words, of which a large database has many: what is told of it is made when it has
+// changed.
+struct WatchedLsa {
+  std::uint32_t id = 0;  // with the router the key of its row
+  ip_address router{};
+  std::uint8_t version = 0;
+  std::uint16_t type = 0;
+  std::string sequence;
+  std::string checksum;
+};
+
+struct WatchedLsas {
+  const char *kind = "";
+  std::vector<WatchedLsa> list;  // in the order of the table
+};
+
+struct WatchedRows {
+  std::map<std::string, WatchedRow> rows;   // by their paths
+  std::map<std::string, WatchedLsas> lsas;  // by the paths of the rows above them
+
+  std::size_t size() const;
+};
 
 // The rows at a path, as show has it, and those below. An LSA that has reached MaxAge is none any
 // more.

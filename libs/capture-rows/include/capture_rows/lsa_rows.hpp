@@ -20,16 +20,16 @@
 
 namespace capture_rows {
 
-// Each inserts a row; the key must not be in the table yet. Throws LibraryFailure.
-void add_lsa(ospf_tables::Session &session, tbl_area_scope_lsa_table *table,
-             const ospf_decode::LsaV2 &lsa);
-void add_lsa(ospf_tables::Session &session, tbl_link_scope_lsa_table *table,
-             const ospf_decode::LsaV2 &lsa);
+// Each inserts a row and gives it; the key must not be in the table yet. Throws LibraryFailure.
+tbl_area_scope_lsa_record *add_lsa(ospf_tables::Session &session, tbl_area_scope_lsa_table *table,
+                                   const ospf_decode::LsaV2 &lsa);
+tbl_link_scope_lsa_record *add_lsa(ospf_tables::Session &session, tbl_link_scope_lsa_table *table,
+                                   const ospf_decode::LsaV2 &lsa);
 
 // holds_ipv4: the instance routes IPv4 (RFC 5838), whose addresses fill the front of the IPv6 ones.
-void add_lsa(ospf_tables::Session &session, tbl_area_scope_lsa_table *table,
-             const ospf_decode::LsaV3 &lsa, bool holds_ipv4);
-void add_lsa(ospf_tables::Session &session, tbl_link_scope_lsa_table *table,
-             const ospf_decode::LsaV3 &lsa, bool holds_ipv4);
+tbl_area_scope_lsa_record *add_lsa(ospf_tables::Session &session, tbl_area_scope_lsa_table *table,
+                                   const ospf_decode::LsaV3 &lsa, bool holds_ipv4);
+tbl_link_scope_lsa_record *add_lsa(ospf_tables::Session &session, tbl_link_scope_lsa_table *table,
+                                   const ospf_decode::LsaV3 &lsa, bool holds_ipv4);
 
 }  // namespace capture_rows

@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "ospf_decode/network.hpp"
@@ -40,5 +41,25 @@ std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
 std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
                                          const ospf_decode::Network &network,
                                          ospf_decode::Time now);
+
+// What was heard, in a store that is kept up with it. An update touches the LSAs that changed and
+// the few rows of areas, interfaces and neighbours; if anybody else made or ended objects of the
+// store since the last one, all is loaded anew.
+class FollowedNetwork {
+ public:
+  FollowedNetwork(ospf_tables::Session &session, const ospf_decode::Network &network);
+  ~FollowedNetwork();
+  FollowedNetwork(const FollowedNetwork &) = delete;
+  FollowedNetwork &operator=(const FollowedNetwork &) = delete;
+
+  // Whether anything but ages and timers is other than at the last update. Needs no lock.
+  bool has_changed(ospf_decode::Time now);
+  // Within Session::changing, behind has_changed at the same time. How many LSAs it touched.
+  std::size_t update();
+
+ private:
+  class Rows;
+  std::unique_ptr<Rows> rows_;
+};
 
 }  // namespace capture_rows

@@ -60,6 +60,11 @@ class Lsdb {
   const LsdbEntry *find(const LsdbKey &key) const;
   std::size_t size() const { return entries_.size(); }
   bool empty() const { return entries_.empty(); }
+  // In no order.
+  template <typename Act>
+  void for_each(Act act) const {
+    for (const auto &[key, entry] : entries_) act(entry);
+  }
   // All entries in the order of keys; valid until the next offer.
   std::vector<const LsdbEntry *> sorted() const;
 

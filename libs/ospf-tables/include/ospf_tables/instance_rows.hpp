@@ -30,6 +30,8 @@ class NewInstance {
   // Throws LibraryFailure. What `databases` has for rows that the instance lacks is dropped.
   NewInstance(Session &session, const Instance &instance, const Databases &databases = {});
 
+  tbl_ospf_instance_rev1_record *record() const { return record_.get(); }
+
  private:
   friend void add_instances(Session &, const std::vector<std::unique_ptr<NewInstance>> &);
 

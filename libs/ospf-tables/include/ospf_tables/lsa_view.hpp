@@ -183,6 +183,9 @@ struct LsaView {
 // Reads one row. Throws LibraryFailure.
 LsaView read_lsa(Session &session, tbl_link_scope_lsa_record *record);
 LsaView read_lsa(Session &session, tbl_area_scope_lsa_record *record);
+// The same without options, octets and body, for who looks at many.
+LsaView read_lsa_front(Session &session, tbl_link_scope_lsa_record *record);
+LsaView read_lsa_front(Session &session, tbl_area_scope_lsa_record *record);
 
 // Rows below an LSA's.
 RouterLinkViewV2 read_row(Session &session, tbl_ospfv2_link_record *record);

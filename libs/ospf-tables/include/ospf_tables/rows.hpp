@@ -177,6 +177,8 @@ class NewTable {
       : session_(session),
         table_(session.checked(Ops::open_auto_id(session.handle(), space, 0, session.err()),
                                Ops::name)) {}
+  // A table that nothing refers to any more.
+  NewTable(Session &session, typename Ops::Table *table) : session_(session), table_(table) {}
   ~NewTable() {
     if (table_ != nullptr) empty_and_free<Ops>(session_, table_);
   }
