@@ -279,7 +279,9 @@ void FollowOneLsaInAStore(benchmark::State &state) {
   for (auto _ : state) {
     PacketParts parts;
     parts.type = 4;
-    const Octets update = Writer().u32(1).bytes(lsa_v2(19, ++sequence)).get();
+    const Octets lsa = lsa_v2(19, ++sequence);
+    Writer update;
+    update.u32(1).bytes(lsa);
     const Octets octets = make_ethernet(0x0800, make_ipv4({}, make_packet_v2(parts, update)));
     decoder.decode({1, heard.last_time() + 2 * second, ++number,
                     static_cast<std::uint32_t>(octets.size()), octets});
