@@ -4,7 +4,6 @@
 // All times are processor time of one core, user and system, so that a busy machine does not
 // falsify ratios.
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -15,6 +14,7 @@
 #include "capture_rows/network_rows.hpp"
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
+#include "processor_time.hpp"
 #include "support/bytes.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -22,6 +22,7 @@ namespace {
 
 using namespace ospf_decode;
 using namespace ospf_decode::testing;
+using bench::processor_seconds;
 
 constexpr std::uint32_t lsa_count = 100'000;
 constexpr std::size_t lsas_of_update = 24;
@@ -142,15 +143,6 @@ class CaptureFile {
 const CaptureFile &file() {
   static const CaptureFile made;
   return made;
-}
-
-double processor_seconds(int who) {
-  rusage usage{};
-  getrusage(who, &usage);
-  const auto seconds = [](const timeval &time) {
-    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
 double others_rate = 0;  // LSAs a second of the other decoder
@@ -287,11 +279,11 @@ void FollowOneLsaInAStore(benchmark::State &state) {
         {1, heard.last_time(), ++number, static_cast<std::uint32_t>(octets.size()), octets});
     timed(state, [&] {
       if (!followed.has_changed(heard.last_time())) std::abort();
-      const double start = processor_seconds(RUSAGE_SELF);
+      const double start = processor_seconds();
       session.changing([&] {
         if (followed.update() != 1) std::abort();
       });
-      locked += processor_seconds(RUSAGE_SELF) - start;
+      locked += processor_seconds() - start;
     });
   }
   state.counters["locked_ms"] = 1e3 * locked / static_cast<double>(state.iterations());

@@ -6,7 +6,6 @@
 #include <benchmark/benchmark.h>
 #include <kelp/primitives.h>
 #include <lmdb.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,21 +14,14 @@
 #include <filesystem>
 
 #include "areas.hpp"
+#include "processor_time.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace {
 
 using bench::Areas;
+using bench::processor_seconds;
 using Clock = std::chrono::steady_clock;
-
-double processor_seconds() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval &time) {
-    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
 
 double seconds_since(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
