@@ -624,8 +624,8 @@ TEST_F(GraphCommand, DrawsHowTwoSourcesDiffer) {
   // Two times of one capture, and one and the end.
   EXPECT_EQ(run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+0.5"}), 0);
   EXPECT_NE(content_of(folder_ / "a").find("</B> <I>"), std::string::npos);
-  EXPECT_EQ(run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+0.5", "--at",
-                 "+0.5"}),
+  EXPECT_EQ(run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+6", "--at",
+                 "+6"}),
             0);
   EXPECT_EQ(content_of(folder_ / "a").find("</B> <I>"), std::string::npos);
   EXPECT_THROW(run({"--dot", "--diff", before, recording + "all.pcap", "--at", "+1"}),
