@@ -36,7 +36,7 @@ std::uint32_t write_image(const FlagSetFacts &facts, kelp_handle *handle, std::u
   const auto head = static_cast<std::int32_t>(light_image::marshal_variant(
       handle, space_id, buffer, object, facts.type->variants, length, err));
   std::int32_t jump = 0;
-  std::int32_t total = head + static_cast<std::int32_t>(_kelp_variant_jump_marshal(
+  std::int32_t total = head + static_cast<std::int32_t>(kelp::quick::variant_jump_marshal(
                                   handle, space_id, buffer + head, &jump, length - head, err));
   if (*err == 0) {
     if (total >= length) {
@@ -47,7 +47,7 @@ std::uint32_t write_image(const FlagSetFacts &facts, kelp_handle *handle, std::u
     }
   }
   jump = total - head;
-  _kelp_variant_jump_marshal(handle, space_id, buffer + head, &jump, 4, err);
+  kelp::quick::variant_jump_marshal(handle, space_id, buffer + head, &jump, 4, err);
   return static_cast<std::uint32_t>(total);
 }
 
@@ -60,7 +60,7 @@ std::uint32_t read_image(const FlagSetFacts &facts, kelp_handle *handle, std::ui
   const auto head = static_cast<std::int32_t>(light_image::unmarshal_variant(
       handle, space_id, buffer, variant, facts.type->variants, length, err));
   std::int32_t jump = 0;
-  std::int32_t total = head + static_cast<std::int32_t>(_kelp_variant_jump_unmarshal(
+  std::int32_t total = head + static_cast<std::int32_t>(kelp::quick::variant_jump_unmarshal(
                                   handle, space_id, buffer + head, &jump, length - head, err));
   light_image::take_header(handle, space_id, header_of(object), variant, facts.record);
   object->flags = buffer[total++];
@@ -109,10 +109,11 @@ void read_element(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t 
         handle, document, path, facts.type->members[bit].name, err, message, message_size);
     if (found == light_text::Found::failed) return;
     if (found == light_text::Found::no) continue;
-    kelp_clear_last_error(handle);
-    kelplib_adjust_variant(handle, space_id, object, object == nullptr ? nullptr : object->tinfo,
-                           facts.type->variants - 1, err);
-    kelp_get_instance_variant(object, 0, 1);
+    kelp::quick::clear_last_error(handle);
+    kelp::quick::adjust_variant(handle, space_id, object,
+                                object == nullptr ? nullptr : object->tinfo,
+                                facts.type->variants - 1, err);
+    kelp::quick::get_instance_variant(handle, object, 0, 1);
     if (object != nullptr) flag_set::store_bit(handle, space_id, object, bit, true);
   }
   if (*err == KELP_ERR_NOT_FOUND) *err = 0;

@@ -25,10 +25,9 @@ namespace {
 // A variant above the domain's is refused and lowered; the writer goes on.
 std::int8_t written_variant(Writing &image, const void *object, std::uint32_t strict,
                             std::uint8_t variants) {
-  std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
-  const kelp_type_record *record = kelp_get_manifested_type_info(object);
-  const std::int8_t of_domain =
-      kelp_domain_lookup_variant(image.handle, &image.handle->domain, record, image.err);
+  std::int8_t variant = kelp::quick::get_instance_variant(image.handle, object, 1, 0);
+  const kelp_type_record *record = kelp::quick::get_manifested_type_info(image.handle, object);
+  const std::int8_t of_domain = kelp::quick::domain_lookup_variant(image.handle, record, image.err);
   if (strict != 0 && variant > of_domain) {
     fail_variant(
         image.handle, image.err, About(record->type_name, "marshal"),
@@ -45,9 +44,9 @@ bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint
   if (!light_image::begin_image(facts.record->type_name, image.handle, image.length, image.err))
     return false;
   image.variant = written_variant(image, object, strict, facts.variants);
-  image.position = static_cast<std::int32_t>(_kelp_instance_variant_marshal(
+  image.position = static_cast<std::int32_t>(kelp::quick::instance_variant_marshal(
       image.handle, image.space_id, image.buffer, &image.variant, image.length, image.err));
-  std::uint8_t flags = kelp_get_instance_obj_flag(object, 1, 0);
+  std::uint8_t flags = kelp::quick::get_instance_obj_flag(image.handle, object, 1, 0);
   if (tracking_of(image.handle, facts.corrupted_in_writer) == Tracking::on) {
     image.carries_state = true;
     if ((flags & OBJ_STATE_TRACKED) != 0) {
@@ -59,8 +58,8 @@ bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint
     flags &= static_cast<std::uint8_t>(~OBJ_STATE_TRACKED);
   }
   flags &= wire_flags;
-  image.position += _kelp_instance_obj_flag_marshal(image.handle, image.space_id, image.here(),
-                                                    &flags, image.remaining(), image.err);
+  image.position += kelp::quick::instance_obj_flag_marshal(
+      image.handle, image.space_id, image.here(), &flags, image.remaining(), image.err);
   if ((flags & OBJ_RA_DATA) != 0) {
     const std::uint64_t word = 0;
     const std::uint8_t byte = 0;
@@ -69,8 +68,8 @@ bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint
   }
   image.jump_at = image.position;
   const std::int32_t unknown = 0;
-  image.position += _kelp_variant_jump_marshal(image.handle, image.space_id, image.here(), &unknown,
-                                               image.remaining(), image.err);
+  image.position += kelp::quick::variant_jump_marshal(image.handle, image.space_id, image.here(),
+                                                      &unknown, image.remaining(), image.err);
   // A null object has failed with 22 above; there are no fields to write.
   if (object == nullptr) image.variant = -1;
   return true;
@@ -79,8 +78,8 @@ bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint
 // Required: the patch is given 4 bytes of room, also when the jump word itself found less.
 std::uint32_t close(Writing &image) {
   const std::int32_t jump = image.position - image.jump_at;
-  _kelp_variant_jump_marshal(image.handle, image.space_id, image.buffer + image.jump_at, &jump,
-                             KELP_WIRE_JUMP_SIZE, image.err);
+  kelp::quick::variant_jump_marshal(image.handle, image.space_id, image.buffer + image.jump_at,
+                                    &jump, KELP_WIRE_JUMP_SIZE, image.err);
   return static_cast<std::uint32_t>(image.position);
 }
 
@@ -147,10 +146,10 @@ bool open(const ImageFacts &facts, Reading &image, void *object) {
          "found a null object, expected one");
     return false;
   }
-  image.position = static_cast<std::int32_t>(_kelp_instance_variant_unmarshal(
+  image.position = static_cast<std::int32_t>(kelp::quick::instance_variant_unmarshal(
       image.handle, image.space_id, image.buffer, &image.variant, image.length, image.err));
-  image.position += _kelp_instance_obj_flag_unmarshal(image.handle, image.space_id, image.here(),
-                                                      &image.flags, image.remaining(), image.err);
+  image.position += kelp::quick::instance_obj_flag_unmarshal(
+      image.handle, image.space_id, image.here(), &image.flags, image.remaining(), image.err);
   image.flags &= wire_flags;
   if ((image.flags & OBJ_RA_DATA) != 0) {
     std::uint64_t word = 0;
@@ -160,8 +159,8 @@ bool open(const ImageFacts &facts, Reading &image, void *object) {
   }
   image.variant = type_record_access::capped_variant(image.variant, facts.variants);
   image.jump_at = image.position;
-  image.position += _kelp_variant_jump_unmarshal(image.handle, image.space_id, image.here(),
-                                                 &image.jump, image.remaining(), image.err);
+  image.position += kelp::quick::variant_jump_unmarshal(image.handle, image.space_id, image.here(),
+                                                        &image.jump, image.remaining(), image.err);
   settle_states(facts, image, object);
   return true;
 }
@@ -177,7 +176,7 @@ std::uint32_t close(const ImageFacts &facts, Reading &image, void *object) {
   kelp_object_header *header = header_of(object);
   header->variant = image.variant;
   header->obj_flags |= image.flags;
-  *kelp_get_manifested_type_info_ptr_mem(object) =
+  *kelp::quick::get_manifested_type_info_ptr_mem(image.handle, object) =
       type_record_access::record_for(image.handle, image.space_id, facts.record);
   return static_cast<std::uint32_t>(image.position);
 }

@@ -239,8 +239,8 @@ void write_field(Writing &image, const void *object) {
       image.position += light_encodings::marshal<light_encodings::type_of<F>()>(
           image.handle, image.space_id, image.here(), place, image.remaining(), image.err);
     } else if constexpr (F.kind == Kind::reference) {
-      image.position += kelplib_oid_marshal(image.handle, image.space_id, image.here(), &place->oid,
-                                            image.remaining(), image.err);
+      image.position += kelp::quick::oid_marshal(image.handle, image.space_id, image.here(),
+                                                 &place->oid, image.remaining(), image.err);
     } else {
       image.position += Primitive<F.kind>::marshal(image.handle, image.space_id, image.here(),
                                                    place, image.remaining(), image.err);
@@ -253,13 +253,47 @@ void write_field(Writing &image, const void *object) {
   }
 }
 
+// The bytes of a run of numbers in an image without state.
+template <const Structure &T, std::uint8_t floor, std::size_t first, std::size_t end>
+inline constexpr std::int32_t run_length = [] {
+  std::int32_t length = 0;
+  field_walk::every_field_of<T, floor, first, end>([&]<const Field & F>() {
+    length += static_cast<std::int32_t>(Primitive<F.kind>::rule::kImageSize);
+    return true;
+  });
+  return length;
+}();
+
+// A run of numbers for which there is room, and of which nothing is to be said: one test for all.
+template <const Structure &T, std::uint8_t floor, std::size_t first, std::size_t end>
+bool write_run(Writing &image, const void *object) {
+  constexpr std::int32_t length = run_length<T, floor, first, end>;
+  if (kelp::quick::of(image.handle) == nullptr || image.carries_state || *image.err != 0 ||
+      image.remaining() < length) {
+    return false;
+  }
+  std::uint8_t *at = image.here();
+  image.position += length;
+  return field_walk::every_field_of<T, floor, first, end>([&]<const Field & F>() {
+    using Rule = typename Primitive<F.kind>::rule;
+    Rule::encode(*place_of<T, F>(object), at);
+    at += Rule::kImageSize;
+    return true;
+  });
+}
+
 template <const Structure &T, std::uint8_t floor>
 void write_fields(Writing &image, const void *object) {
-  field_walk::for_each_field<T, floor>([&]<const Field & F>() {
-    write_field<T, F>(image, object);
-    if (*image.err != 0) [[unlikely]]
-      name_failure(image.handle, About(F));
-  });
+  field_walk::every_run<T, floor>(
+      [&]<std::size_t first, std::size_t end>() {
+        return write_run<T, floor, first, end>(image, object);
+      },
+      [&]<const Field & F>() {
+        write_field<T, F>(image, object);
+        if (*image.err != 0) [[unlikely]]
+          name_failure(image.handle, About(F));
+        return true;
+      });
 }
 
 // No failure in the middle stops the writer: what is called under a set error word adds nothing,
@@ -389,8 +423,8 @@ bool read_field(Reading &image, void *object) {
           image.err);
     } else if constexpr (F.kind == Kind::reference) {
       image.position +=
-          kelplib_oid_unmarshal(image.handle, image.space_id, image.here(), &place->oid,
-                                image.remaining(), image.reuse, image.err);
+          kelp::quick::oid_unmarshal(image.handle, image.space_id, image.here(), &place->oid,
+                                     image.remaining(), image.reuse, image.err);
     } else {
       image.position +=
           Primitive<F.kind>::unmarshal(image.handle, image.space_id, image.here(), place,
@@ -405,14 +439,51 @@ bool read_field(Reading &image, void *object) {
   }
 }
 
+// As write_run; all of the run is values that a writer writes.
+template <const Structure &T, std::uint8_t floor, std::size_t first, std::size_t end>
+bool read_run(Reading &image, void *object) {
+  constexpr std::int32_t length = run_length<T, floor, first, end>;
+  std::uint64_t *writes = kelp::quick::unheard_writes(image.handle);
+  if (writes == nullptr || image.states != States::none || *image.err != 0 ||
+      image.remaining() < length) {
+    return false;
+  }
+  const std::uint8_t *at = image.here();
+  const bool is_known = field_walk::every_field_of<T, floor, first, end>([&]<const Field & F>() {
+    using Rule = typename Primitive<F.kind>::rule;
+    typename Rule::Value value{};
+    const bool decoded = Rule::decode(at, &value);
+    at += Rule::kImageSize;
+    return decoded;
+  });
+  if (!is_known) return false;
+  at = image.here();
+  image.position += length;
+  *writes += end - first;
+  return field_walk::every_field_of<T, floor, first, end>([&]<const Field & F>() {
+    using Rule = typename Primitive<F.kind>::rule;
+    auto *place = place_of<T, F>(object);
+    if constexpr (F.kind == Kind::counter) image.held_elements = *place;
+    typename Rule::Value value{};
+    Rule::decode(at, &value);
+    *place = Rule::stored(value);
+    at += Rule::kImageSize;
+    return true;
+  });
+}
+
 template <const Structure &T, std::uint8_t floor>
 bool read_fields(Reading &image, void *object) {
-  return field_walk::every_field<T, floor>([&]<const Field & F>() {
-    const bool goes_on = read_field<T, F>(image, object);
-    if (*image.err != 0) [[unlikely]]
-      name_failure(image.handle, About(F));
-    return goes_on;
-  });
+  return field_walk::every_run<T, floor>(
+      [&]<std::size_t first, std::size_t end>() {
+        return read_run<T, floor, first, end>(image, object);
+      },
+      [&]<const Field & F>() {
+        const bool goes_on = read_field<T, F>(image, object);
+        if (*image.err != 0) [[unlikely]]
+          name_failure(image.handle, About(F));
+        return goes_on;
+      });
 }
 
 // A choice, which creates objects of its own as it reads, registers the trace first.
@@ -494,7 +565,7 @@ std::uint32_t states_len(const void *object) {
 template <const Structure &T>
 std::uint32_t len(kelp_handle *handle, std::uint32_t space_id, const void *object) {
   using enum state_tracking::Tracking;
-  const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
+  const std::int8_t variant = kelp::quick::get_instance_variant(handle, object, 1, 0);
   std::uint32_t total = frame_length;
   for_each_floor<T>(variant, [&]<std::uint8_t floor>() {
     total += fields_len<T, floor>(handle, space_id, object);

@@ -19,9 +19,9 @@ bool begin_image(const char *type, kelp_handle *handle, std::int32_t length, std
 std::uint32_t marshal_variant(kelp_handle *handle, std::uint32_t space_id, void *buffer,
                               const void *object, std::uint8_t variants, std::int32_t length,
                               std::uint32_t *err) {
-  std::int8_t variant = kelp_get_instance_variant(object, 0, 1);
+  std::int8_t variant = kelp::quick::get_instance_variant(handle, object, 0, 1);
   const kelp_type_record *record = object == nullptr ? nullptr : header_of(object)->tinfo;
-  const std::int8_t domain = kelp_domain_lookup_variant(handle, &handle->domain, record, err);
+  const std::int8_t domain = kelp::quick::domain_lookup_variant(handle, record, err);
   if (variant > domain) {
     fail_variant(
         handle, err, About(record == nullptr ? "a null object" : record->type_name),
@@ -30,7 +30,7 @@ std::uint32_t marshal_variant(kelp_handle *handle, std::uint32_t space_id, void 
     variant = domain;
   }
   variant = type_record_access::capped_variant(variant, variants);
-  return _kelp_instance_variant_marshal(handle, space_id, buffer, &variant, length, err);
+  return kelp::quick::instance_variant_marshal(handle, space_id, buffer, &variant, length, err);
 }
 
 std::uint32_t unmarshal_variant(kelp_handle *handle, std::uint32_t space_id, const void *buffer,
@@ -38,7 +38,7 @@ std::uint32_t unmarshal_variant(kelp_handle *handle, std::uint32_t space_id, con
                                 std::uint32_t *err) {
   std::int8_t read = 0;
   const std::uint32_t used =
-      _kelp_instance_variant_unmarshal(handle, space_id, buffer, &read, length, err);
+      kelp::quick::instance_variant_unmarshal(handle, space_id, buffer, &read, length, err);
   variant = type_record_access::capped_variant(read, variants);
   return used;
 }

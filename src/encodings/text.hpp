@@ -150,7 +150,7 @@ template <const Structure &T>
 std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
                     const char *label, const void *object, std::uint32_t size, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
-  const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
+  const std::int8_t variant = kelp::quick::get_instance_variant(handle, object, 1, 0);
   Text text{handle, space_id, buffer, indent, light_text::space_of(size), err};
   open_block(text, label, T.name.data());
   for_each_floor<T>(variant, [&]<std::uint8_t floor>() { print_fields<T, floor>(text, object); });

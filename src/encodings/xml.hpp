@@ -175,7 +175,7 @@ std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *ta
                      std::uint32_t *err) {
   using enum state_tracking::Tracking;
   if (!begin(handle, err)) return 0;
-  const std::int8_t variant = kelp_get_instance_variant(object, 1, 0);
+  const std::int8_t variant = kelp::quick::get_instance_variant(handle, object, 1, 0);
   constexpr std::uint32_t corrupted = messages::corrupted_at(T, messages::StructureSite::to_xml);
   const bool tracks_state = state_tracking::tracking_of(handle, corrupted) == on;
   Element element{handle, space_id, buffer, light_text::space_of(size), err, tracks_state};

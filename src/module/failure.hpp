@@ -5,6 +5,7 @@
 #include <kelp/core.h>
 
 #include <cstdint>
+#include <kelp/quick.hpp>
 #include <string_view>
 
 #include "model/schema.hpp"
@@ -46,7 +47,7 @@ struct About {
 // The opening of every operation that may fail: false when an earlier failure stands.
 inline bool begin(kelp_handle *handle, const std::uint32_t *err) {
   if (*err != 0) return false;
-  kelp_clear_last_error(handle);
+  kelp::quick::clear_last_error(handle);
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <kelp/quick.hpp>
 #include <utility>
 
 #include "model/layout.hpp"
@@ -60,7 +61,7 @@ inline const kelp_object_header *header_of(const void *object) {
 // Tells the store behind the handle which bytes are about to change.
 inline void announce(kelp_handle *handle, std::uint32_t space_id, const void *address,
                      std::size_t length) {
-  handle->write_notify(handle->obj_pool, address, length, space_id);
+  kelp::quick::write_notify(handle, address, length, space_id);
 }
 
 // Announces and stores one value.

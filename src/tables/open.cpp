@@ -321,7 +321,7 @@ bool leave_toc(const TableFacts &facts, kelp_handle *handle, std::uint32_t space
 // False when references to the table remain or are not known.
 bool drop_mapping(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                   kelp_table *table, std::uint32_t *err) {
-  kelp_clear_last_error(handle);
+  kelp::quick::clear_last_error(handle);
   const std::uint32_t removed = kelp_request_oid_mapping_destroy(handle, space_id, table, err);
   if (failed(facts, handle, TableForm::mapping_not_removed, err)) return false;
   if (removed == 0) {

@@ -104,7 +104,7 @@ void get(kelp_handle *handle, std::uint32_t, const std::uint8_t *luid,
     trace_form(TableForm::vft_error_present, messages::of_module(TableForm::vft_error_present));
     return;
   }
-  kelp_clear_last_error(handle);
+  kelp::quick::clear_last_error(handle);
   *err = init();
   if (*err != 0) {
     store_failure(handle, *err, About("ospf_harbor_oper", "table_get_vft"), "filling in the vfts");

@@ -134,7 +134,7 @@ std::uint32_t marshal(const TableFacts &facts, const RecordEncodings &encodings,
     report(facts, TableForm::marshal_error_present, strerror(static_cast<int>(*err)));
     return 0;
   }
-  kelp_clear_last_error(handle);
+  kelp::quick::clear_last_error(handle);
   std::uint8_t *header = nullptr;
   std::int32_t total = 0;
   if (length < header_length) {
@@ -196,7 +196,7 @@ std::uint32_t unmarshal(const TableFacts &facts, const RecordEncodings &encoding
     report(facts, TableForm::unmarshal_error_present, facts.name, strerror(static_cast<int>(*err)));
     return 0;
   }
-  kelp_clear_last_error(handle);
+  kelp::quick::clear_last_error(handle);
   void *filled =
       reuse != 0 ? *record : record::create(facts, handle, space_id, KELP_SRC_DEFAULT, err);
   const std::uint32_t failure = reuse != 0 ? KELP_ERR_NOT_FOUND : KELP_ERR_NO_MEMORY;
@@ -248,7 +248,7 @@ std::uint32_t pkey_marshal(const TableFacts &facts, const RecordEncodings &encod
     report(facts, TableForm::pkey_marshal_error_present, strerror(static_cast<int>(*err)));
     return 0;
   }
-  kelp_clear_last_error(handle);
+  kelp::quick::clear_last_error(handle);
   const void *holder = object_in(record, 0);
   if (static_cast<std::int32_t>(encodings.key.len(handle, space_id, holder)) > length) {
     fail(handle, KELP_ERR_NO_ROOM, err, About(facts.name),
@@ -267,7 +267,7 @@ std::uint32_t pkey_unmarshal(const TableFacts &facts, const RecordEncodings &enc
            strerror(static_cast<int>(*err)));
     return 0;
   }
-  kelp_clear_last_error(handle);
+  kelp::quick::clear_last_error(handle);
   if (pkey == nullptr) {
     fail(handle, KELP_ERR_BAD_ADDRESS, err, About(facts.name),
          "found a null place for the key object, expected one");

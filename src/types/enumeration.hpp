@@ -156,7 +156,7 @@ template <const model::Enumeration &E>
 bool accepts(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t value,
              std::uint32_t *err) {
   type_record_access::adjust_variant<E>(handle, space_id, object, err);
-  if (!refuses<E>(value, kelp_get_instance_variant(object, 0, 1))) return true;
+  if (!refuses<E>(value, kelp::quick::get_instance_variant(handle, object, 0, 1))) return true;
   fail_variant(handle, err, About(E.name),
                "found the value %u, expected one that the object's variant has", value);
   return false;
@@ -191,7 +191,7 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
 template <const model::Enumeration &E>
 std::uint32_t is_valid_cr(kelp_handle *handle, std::int32_t value) {
   const std::int8_t variant =
-      kelp_domain_lookup_variant(handle, &handle->domain, type_record<E>, &handle->cr_err);
+      kelp::quick::domain_lookup_variant(handle, type_record<E>, &handle->cr_err);
   return value < 0 || !refuses<E>(static_cast<std::uint32_t>(value), variant) ? 1 : 0;
 }
 

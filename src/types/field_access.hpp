@@ -17,7 +17,8 @@ namespace harbor::field_access {
 // A variant below the field's floor refuses the access with 43.
 template <const Field &F>
 inline bool has_field(kelp_handle *handle, const void *object, std::uint32_t *err) {
-  if (kelp_get_instance_variant(object, 1, plain_valued(F.kind)) >= F.since) return true;
+  if (kelp::quick::get_instance_variant(handle, object, 1, plain_valued(F.kind)) >= F.since)
+    return true;
   refuse_variant(F, handle, object, err);
   return false;
 }

@@ -179,8 +179,8 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, std::u
                std::uint32_t on, std::uint32_t *err) {
   if (!begin(handle, err)) return;
   type_record_access::adjust_variant<S>(handle, space_id, object, err);
-  if (bit >= S.limits[0] &&
-      type_record_access::refuses_member<S>(bit, kelp_get_instance_variant(object, 0, 1))) {
+  if (bit >= S.limits[0] && type_record_access::refuses_member<S>(
+                                bit, kelp::quick::get_instance_variant(handle, object, 0, 1))) {
     return fail_variant(handle, err, About(S.name),
                         "found the bit %u, expected one that the object's variant has", bit);
   }
@@ -197,7 +197,7 @@ std::uint32_t set_cr(kelp_handle *handle, void *object, std::uint32_t bit, std::
 template <const model::FlagSet &S>
 std::uint32_t is_valid_cr(kelp_handle *handle, std::uint32_t bit) {
   const std::int8_t variant =
-      kelp_domain_lookup_variant(handle, &handle->domain, type_record<S>, &handle->cr_err);
+      kelp::quick::domain_lookup_variant(handle, type_record<S>, &handle->cr_err);
   return type_record_access::refuses_member<S>(bit, variant) ? 0 : 1;
 }
 

@@ -26,8 +26,7 @@ void *create(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_i
   const creation::ChainGoesOn chain(handle);
   kelp_object_header *object = header_of(memory);
   std::uint32_t err = 0;
-  const std::int8_t variant =
-      kelp_domain_lookup_variant(handle, &handle->domain, facts.record, &err);
+  const std::int8_t variant = kelp::quick::domain_lookup_variant(handle, facts.record, &err);
   store_variants(handle, space_id, object, variant);
   announce(handle, space_id, &object->tinfo, sizeof(object->tinfo));
   object->tinfo = type_record_access::record_for(handle, space_id, facts.record);
@@ -46,7 +45,7 @@ void *create(const LightFacts &facts, kelp_handle *handle, std::uint32_t space_i
 // not limited.
 void prepare(kelp_handle *handle, std::uint32_t space_id, kelp_object_header *object,
              kelp_type_record *record, bool notify, std::uint8_t flags, std::uint32_t *err) {
-  const std::int8_t variant = kelp_domain_lookup_variant(handle, &handle->domain, record, err);
+  const std::int8_t variant = kelp::quick::domain_lookup_variant(handle, record, err);
   if (notify) {
     store_variants(handle, space_id, object, variant);
     announce(handle, space_id, &object->tinfo, sizeof(object->tinfo));

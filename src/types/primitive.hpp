@@ -12,20 +12,62 @@ namespace harbor {
 template <Kind kind>
 struct Primitive;
 
-#define HARBOR_PRIMITIVE_COMMON(family)                  \
-  static constexpr auto get = &family##_get;             \
-  static constexpr auto set = &family##_set;             \
-  static constexpr auto hash = &family##_hash;           \
-  static constexpr auto len = &family##_len;             \
-  static constexpr auto marshal = &family##_marshal;     \
-  static constexpr auto unmarshal = &family##_unmarshal; \
-  static constexpr auto print = &family##_print;         \
-  static constexpr auto to_xml = &family##_to_xml;       \
+#define HARBOR_PRIMITIVE_COMMON(family)            \
+  static constexpr auto set = &family##_set;       \
+  static constexpr auto hash = &family##_hash;     \
+  static constexpr auto print = &family##_print;   \
+  static constexpr auto to_xml = &family##_to_xml; \
   static constexpr auto from_xml = &family##_from_xml
 
-#define HARBOR_PRIMITIVE_VALUE(family)                   \
-  static constexpr auto get_value = &family##_get_value; \
-  static constexpr auto set_value = &family##_set_value
+#define HARBOR_PRIMITIVE_CALLED(family)              \
+  static constexpr auto get = &family##_get;         \
+  static constexpr auto len = &family##_len;         \
+  static constexpr auto marshal = &family##_marshal; \
+  static constexpr auto unmarshal = &family##_unmarshal
+
+// The functions of a number, each done inline where that is allowed and there is nothing to say.
+#define HARBOR_PRIMITIVE_VALUE(family, its_rule)                                                   \
+  using rule = kelp::quick::its_rule;                                                              \
+  static value_type *get(kelp_handle *handle, std::uint32_t space_id, const value_type *address,   \
+                         std::uint32_t *err) {                                                     \
+    if (kelp::quick::of(handle) != nullptr && *err == 0) return const_cast<value_type *>(address); \
+    return family##_get(handle, space_id, address, err);                                           \
+  }                                                                                                \
+  static value_type get_value(kelp_handle *handle, std::uint32_t space_id,                         \
+                              const value_type *address, std::uint32_t *err) {                     \
+    if (kelp::quick::of(handle) != nullptr && *err == 0 && address != nullptr) return *address;    \
+    return family##_get_value(handle, space_id, address, err);                                     \
+  }                                                                                                \
+  static void set_value(kelp_handle *handle, std::uint32_t space_id, value_type *address,          \
+                        value_type value, std::uint32_t *err) {                                    \
+    if (kelp::quick::of(handle) == nullptr ||                                                      \
+        !kelp::quick::put_value<rule>(handle, space_id, address, value, err)) {                    \
+      family##_set_value(handle, space_id, address, value, err);                                   \
+    }                                                                                              \
+  }                                                                                                \
+  static std::uint32_t len(kelp_handle *handle, std::uint32_t space_id,                            \
+                           const value_type *address) {                                            \
+    return kelp::quick::of(handle) != nullptr ? rule::kImageSize                                   \
+                                              : family##_len(handle, space_id, address);           \
+  }                                                                                                \
+  static std::uint32_t marshal(kelp_handle *handle, std::uint32_t space_id, void *buffer,          \
+                               const value_type *address, std::int32_t length,                     \
+                               std::uint32_t *err) {                                               \
+    if (kelp::quick::of(handle) != nullptr &&                                                      \
+        kelp::quick::put_image<rule>(buffer, address, length, err)) {                              \
+      return rule::kImageSize;                                                                     \
+    }                                                                                              \
+    return family##_marshal(handle, space_id, buffer, address, length, err);                       \
+  }                                                                                                \
+  static std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void *buffer,  \
+                                 value_type *address, std::int32_t length, std::uint32_t reuse,    \
+                                 std::uint32_t *err) {                                             \
+    if (kelp::quick::of(handle) != nullptr &&                                                      \
+        kelp::quick::take_image<rule>(handle, space_id, buffer, address, length, err)) {           \
+      return rule::kImageSize;                                                                     \
+    }                                                                                              \
+    return family##_unmarshal(handle, space_id, buffer, address, length, reuse, err);              \
+  }
 
 #define HARBOR_PRIMITIVE_OBJECT(family)                                          \
   static constexpr auto compare = &family##_compare;                             \
@@ -37,7 +79,7 @@ template <>
 struct Primitive<Kind::u8> {
   using value_type = std::uint8_t;
   HARBOR_PRIMITIVE_COMMON(u_int8);
-  HARBOR_PRIMITIVE_VALUE(u_int8);
+  HARBOR_PRIMITIVE_VALUE(u_int8, UnsignedRule<std::uint8_t>)
   static constexpr auto create = &u_int8_create;
   static constexpr auto destroy = &u_int8_destroy;
   static constexpr auto size = &u_int8_sizeof;
@@ -46,13 +88,13 @@ template <>
 struct Primitive<Kind::u16> {
   using value_type = std::uint16_t;
   HARBOR_PRIMITIVE_COMMON(u_int16);
-  HARBOR_PRIMITIVE_VALUE(u_int16);
+  HARBOR_PRIMITIVE_VALUE(u_int16, UnsignedRule<std::uint16_t>)
 };
 template <>
 struct Primitive<Kind::u32> {
   using value_type = std::uint32_t;
   HARBOR_PRIMITIVE_COMMON(u_int32);
-  HARBOR_PRIMITIVE_VALUE(u_int32);
+  HARBOR_PRIMITIVE_VALUE(u_int32, UnsignedRule<std::uint32_t>)
   static constexpr auto create = &u_int32_create;
   static constexpr auto destroy = &u_int32_destroy;
   static constexpr auto destroy_internal = &u_int32_destroy_internal;
@@ -64,19 +106,20 @@ template <>
 struct Primitive<Kind::real> {
   using value_type = double;
   HARBOR_PRIMITIVE_COMMON(double);
-  HARBOR_PRIMITIVE_VALUE(double);
+  HARBOR_PRIMITIVE_VALUE(double, DoubleRule)
 };
 template <>
 struct Primitive<Kind::boolean> {
   using value_type = kelp_boolean;
   HARBOR_PRIMITIVE_COMMON(kelp_boolean);
-  HARBOR_PRIMITIVE_VALUE(kelp_boolean);
+  HARBOR_PRIMITIVE_VALUE(kelp_boolean, BooleanRule)
   HARBOR_PRIMITIVE_OBJECT(kelp_boolean);
 };
 template <>
 struct Primitive<Kind::address> {
   using value_type = ip_address;
   HARBOR_PRIMITIVE_COMMON(ip_address);
+  HARBOR_PRIMITIVE_CALLED(ip_address);
   HARBOR_PRIMITIVE_OBJECT(ip_address);
   static constexpr auto create = &ip_address_create;
   static constexpr auto destroy = &ip_address_destroy;
@@ -89,6 +132,7 @@ template <>
 struct Primitive<Kind::text> {
   using value_type = kelp_vstring;
   HARBOR_PRIMITIVE_COMMON(kelp_vstring);
+  HARBOR_PRIMITIVE_CALLED(kelp_vstring);
   HARBOR_PRIMITIVE_OBJECT(kelp_vstring);
   static constexpr auto create = &kelp_vstring_create;
   static constexpr auto destroy_internal = &kelp_vstring_destroy_internal;
@@ -97,6 +141,7 @@ struct Primitive<Kind::text> {
 };
 
 #undef HARBOR_PRIMITIVE_COMMON
+#undef HARBOR_PRIMITIVE_CALLED
 #undef HARBOR_PRIMITIVE_VALUE
 #undef HARBOR_PRIMITIVE_OBJECT
 

@@ -12,6 +12,7 @@
 #include "types/array_field.hpp"
 #include "types/creation.hpp"
 #include "types/light_object.hpp"
+#include "types/structure_template.hpp"
 #include "types/type_record_access.hpp"
 
 namespace harbor {
@@ -57,6 +58,7 @@ struct StructureFacts {
   std::uint32_t object_size;
   std::uint32_t state_size;
   std::span<const FieldFacts> fields;
+  structure_template::Kept *kept;
   StructureMessages messages;
 };
 
@@ -120,6 +122,9 @@ constexpr StructureMessages messages_of_structure() {
 }
 
 template <const Structure &T>
+inline constinit structure_template::Kept kept_template{nullptr};
+
+template <const Structure &T>
 inline constexpr StructureFacts structure_facts{
     .record = type_record<T>,
     .null_object = creation::null_object<T>,
@@ -127,6 +132,7 @@ inline constexpr StructureFacts structure_facts{
     .object_size = model::object_size(T),
     .state_size = model::state_size(T),
     .fields = facts_of_fields<T>,
+    .kept = &kept_template<T>,
     .messages = messages_of_structure<T>(),
 };
 

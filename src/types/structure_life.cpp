@@ -223,13 +223,21 @@ void *create_cr(const StructureFacts &facts, kelp_handle *handle) {
 // Required: an object that cannot be prepared yields null in all forms, and leaves cr_err alone.
 void *create_internal(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id) {
   if (creation::is_failed_chain(handle)) return facts.null_object;
-  void *object = handle->obj_alloc(handle->obj_pool, space_id, size(facts, handle));
+  void *object = nullptr;
+  if (structure_template::create(facts, handle, space_id, &object)) {
+    return object != nullptr ? object : creation::without_memory(handle, facts.null_object);
+  }
+  const auto before = structure_template::Announced::through(handle);
+  object = handle->obj_alloc(handle->obj_pool, space_id, size(facts, handle));
   if (object == nullptr) return creation::without_memory(handle, facts.null_object);
   std::memset(object, 0, size(facts, handle));
   const creation::ChainGoesOn chain(handle);
   std::uint32_t err = 0;
   initialize(facts, handle, space_id, object, facts.record, true, 0, 0, nullptr, &err);
-  if (err == 0) return object;
+  if (err == 0) {
+    structure_template::keep(facts, handle, object, before);
+    return object;
+  }
   trace(type_source, Level::error, facts.messages.create_failed, std::strerror(err));
   handle->obj_free(handle->obj_pool, space_id, object);
   return nullptr;
@@ -241,7 +249,7 @@ void initialize(const StructureFacts &facts, kelp_handle *handle, std::uint32_t 
   if (!begin(handle, err)) return;
   const Notifier changing{handle, space_id, notify};
   const std::int8_t variant = type_record_access::capped_variant(
-      kelp_domain_lookup_variant(handle, &handle->domain, record, err), facts.variants);
+      kelp::quick::domain_lookup_variant(handle, record, err), facts.variants);
 
   for (const FieldFacts &field : facts.fields) {
     if (field.kind != Kind::reference) continue;
@@ -253,7 +261,7 @@ void initialize(const StructureFacts &facts, kelp_handle *handle, std::uint32_t 
   kelp_object_header *header = header_of(object);
   changing.put(&header->created_variant, variant);
   changing.put(&header->variant, variant);
-  kelp_type_record **tinfo = kelp_get_manifested_type_info_ptr_mem(object);
+  kelp_type_record **tinfo = kelp::quick::get_manifested_type_info_ptr_mem(handle, object);
   changing(tinfo, sizeof *tinfo);
   *tinfo = type_record_access::record_for(handle, space_id, record);
   changing.put(&header->obj_flags, static_cast<std::uint8_t>(header->obj_flags | flags));
@@ -265,7 +273,7 @@ void initialize(const StructureFacts &facts, kelp_handle *handle, std::uint32_t 
   if (skip_stats == 0) {
     kelp_variant_entry &entry =
         type_record_access::entry_of(*tinfo, variant, facts.variants, facts.messages.creation);
-    kelplib_type_stats_create_object(handle, space_id, *tinfo, &entry.create_count, err);
+    kelp::quick::type_stats_create_object(handle, space_id, *tinfo, &entry.create_count, err);
     if (tracking_of(handle, facts.messages.corrupted_at_state) == Tracking::on &&
         !place_state(facts, handle, space_id, object, sttr_base, err)) {
       return;
@@ -333,6 +341,7 @@ void set_instance_embedded(const StructureFacts &facts, kelp_handle *handle, std
 void destroy_internal(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                       void *object, bool free_it) {
   if (object == nullptr || object == facts.null_object) return;
+  if (free_it && structure_template::destroy(facts, handle, space_id, object)) return;
   kelp_object_header *header = header_of(object);
   std::uint32_t err = 0;
   if ((header->obj_flags & OBJ_OID_MAPPED) != 0 &&
@@ -344,12 +353,13 @@ void destroy_internal(const StructureFacts &facts, kelp_handle *handle, std::uin
   }
   end_element_states(facts, handle, space_id, object);
 
-  kelp_type_record *tinfo = kelp_get_manifested_type_info(object);
+  kelp_type_record *tinfo = kelp::quick::get_manifested_type_info(handle, object);
   type_record_access::require_record(tinfo, facts.messages.destruction);
-  kelp_variant_entry &entry = type_record_access::entry_of(
-      tinfo, kelp_get_instance_variant(object, 1, 0), facts.variants, facts.messages.destruction);
+  kelp_variant_entry &entry =
+      type_record_access::entry_of(tinfo, kelp::quick::get_instance_variant(handle, object, 1, 0),
+                                   facts.variants, facts.messages.destruction);
   // Required: the runtime is given the create counter here too and finds the other beside it.
-  kelplib_type_stats_destroy_object(handle, space_id, tinfo, &entry.create_count, &err);
+  kelp::quick::type_stats_destroy_object(handle, space_id, tinfo, &entry.create_count, &err);
 
   if ((header->obj_flags & (OBJ_RA_DATA | OBJ_STTR_RELOCATED)) != 0 && handle != nullptr &&
       handle->hd_mapped != 0) {

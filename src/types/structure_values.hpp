@@ -223,7 +223,7 @@ std::uint32_t hash(const void *object, std::uint32_t seed) {
 template <const Structure &T>
 std::uint32_t is_valid_cr(kelp_handle *handle, const void *, std::uint32_t field_number) {
   const std::int8_t variant =
-      kelp_domain_lookup_variant(handle, &handle->domain, type_record<T>, &handle->cr_err);
+      kelp::quick::domain_lookup_variant(handle, type_record<T>, &handle->cr_err);
   std::int8_t needed = 0;
   for (std::uint8_t bound = 0; bound < T.variants; ++bound) {
     if (field_number >= T.valid_bounds[bound]) needed = static_cast<std::int8_t>(bound + 1);
@@ -258,10 +258,10 @@ constexpr bool has_floor_in_bulk(const Structure &type, std::uint8_t floor, bool
 // Calls act<F>() for the fields of the bulk form, one floor after the other. The variant is tested
 // once for each floor that has fields; a floor that it does not reach is passed over in silence.
 template <const Structure &T, bool written, typename Act>
-void for_each_in_bulk(const void *object, Act act) {
+void for_each_in_bulk(const kelp_handle *handle, const void *object, Act act) {
   const auto visit = [&]<std::uint8_t floor>() {
     if constexpr (has_floor_in_bulk(T, floor, written)) {
-      if (kelp_get_instance_variant(object, 1, 0) < floor) return;
+      if (kelp::quick::get_instance_variant(handle, object, 1, 0) < floor) return;
       for_each_field<T>([&]<const Field & F>() {
         if constexpr (F.since == floor && is_in_bulk(T, F, written)) {
           act.template operator()<F>();
@@ -293,7 +293,7 @@ void get_all(kelp_handle *handle, std::uint32_t space_id, const void *object,
   const std::tuple<Arguments *...> places{arguments...};
   std::uint32_t *err = std::get<sizeof...(Arguments) - 1>(places);
   if (!begin(handle, err)) return;
-  for_each_in_bulk<T, false>(object, [&]<const Field & F>() {
+  for_each_in_bulk<T, false>(handle, object, [&]<const Field & F>() {
     *std::get<bulk_place(T, F, false)>(places) = read<T, F>(handle, space_id, object, err);
   });
 }
@@ -306,7 +306,7 @@ void set_all(kelp_handle *handle, std::uint32_t space_id, void *object, Argument
   std::uint32_t *err = std::get<sizeof...(Arguments) - 1>(values);
   if (!begin(handle, err)) return;
   type_record_access::adjust_variant<T>(handle, space_id, object, err);
-  for_each_in_bulk<T, true>(object, [&]<const Field & F>() {
+  for_each_in_bulk<T, true>(handle, object, [&]<const Field & F>() {
     const auto value = std::get<bulk_place(T, F, true)>(values);
     auto *place = place_of<T, F>(object);
     if constexpr (F.kind == Kind::enumeration) {

@@ -82,7 +82,7 @@ void set(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_i
          void *destination, void *source, std::uint32_t *err) {
   kelplib_adjust_variant(
       handle, space_id, destination,
-      destination == nullptr ? nullptr : kelp_get_manifested_type_info(destination),
+      destination == nullptr ? nullptr : kelp::quick::get_manifested_type_info(handle, destination),
       facts.variants - 1, err);
   if (destination == source) return;
   announce(handle, space_id, destination, facts.object_size);

@@ -1,7 +1,5 @@
 #include "types/type_record_access.hpp"
 
-#include <atomic>
-
 #include "module/failure.hpp"
 
 namespace harbor::type_record_access {
@@ -27,17 +25,12 @@ kelp_variant_entry &entry_of(const kelp_type_record *record, std::int32_t varian
 }
 
 void add_one(const kelp_type_record *record, std::uint64_t &counter) {
-  if (record->plain_counters != 0) {
-    ++counter;
-  } else {
-    std::atomic_ref(counter).fetch_add(1, std::memory_order_relaxed);
-  }
+  kelp::quick::add_to_counter(record, &counter);
 }
 
 void announce_and_add_one(kelp_handle *handle, std::uint32_t space_id,
                           const kelp_type_record *record, std::uint64_t &counter) {
-  handle->counter_notify(handle->obj_pool, &counter, 1, space_id);
-  add_one(record, counter);
+  kelp::quick::count(handle, space_id, record, &counter);
 }
 
 bool may_ask(std::string_view type, kelp_handle *handle, const void *object,

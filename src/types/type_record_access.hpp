@@ -159,10 +159,10 @@ const std::uint8_t *get_luid(kelp_handle *handle, std::uint32_t space_id, const 
 // The record that an object points at, null for a null object. Structures may hold it in a block of
 // their own; the light types never do.
 template <const auto &T>
-const kelp_type_record *record_of(const void *object) {
+const kelp_type_record *record_of(const kelp_handle *handle, const void *object) {
   if (object == nullptr) return nullptr;
   if constexpr (is_structure<T>) {
-    return kelp_get_manifested_type_info(object);
+    return kelp::quick::get_manifested_type_info(handle, object);
   } else {
     return header_of(object)->tinfo;
   }
@@ -170,7 +170,8 @@ const kelp_type_record *record_of(const void *object) {
 
 template <const auto &T>
 void adjust_variant(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  kelplib_adjust_variant(handle, space_id, object, record_of<T>(object), T.variants - 1, err);
+  kelp::quick::adjust_variant(handle, space_id, object, record_of<T>(handle, object),
+                              T.variants - 1, err);
 }
 
 // The entry tests of the two operations that ask an object for its references. They are traced,

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "harness/harness.hpp"
+#include "harness/seen_calls.hpp"
 
 namespace harness {
 
@@ -94,6 +95,7 @@ struct Call {
 }  // namespace
 
 CallLog::CallLog(kelp_handle *handle) : handle_(handle) {
+  begin_seeing_calls();
   log().clear();
   noted = &log();
   if (handle == nullptr) return;
@@ -106,6 +108,7 @@ CallLog::CallLog(kelp_handle *handle) : handle_(handle) {
 
 CallLog::~CallLog() {
   noted = nullptr;
+  end_seeing_calls();
   if (handle_ == nullptr) return;
   handle_->obj_alloc = hooks.obj_alloc;
   handle_->obj_free = hooks.obj_free;
@@ -130,11 +133,15 @@ std::vector<std::string> CallLog::only(const std::vector<std::string> &names) co
 void CallLog::clear() { log().clear(); }
 
 Failing::Failing(std::string name, std::uint32_t code) {
+  begin_seeing_calls();
   failing_name = std::move(name);
   failing_code = code;
 }
 
-Failing::~Failing() { failing_name.clear(); }
+Failing::~Failing() {
+  failing_name.clear();
+  end_seeing_calls();
+}
 
 }  // namespace harness
 

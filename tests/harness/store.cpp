@@ -1,5 +1,6 @@
 // The database and handle of a test.
 #include "harness/harness.hpp"
+#include "harness/seen_calls.hpp"
 
 namespace harness {
 
@@ -15,6 +16,7 @@ kelp_handle *make_handle(kelp_database *database, const StoreOptions &options) {
   kelp_error error{};
   kelp_handle *handle = kelp_handle_create(database, &handle_options, &error);
   EXPECT_NE(handle, nullptr) << error.text;
+  enter_handle(handle);
   return handle;
 }
 
@@ -33,8 +35,11 @@ Store::Store(StoreOptions options) : options_(options) {
 
 Store::~Store() {
   EXPECT_LE(live_allocations(), options_.may_leave) << "allocations left behind";
-  for (kelp_handle *handle : others_) kelp_handle_destroy(handle);
-  kelp_handle_destroy(handle_);
+  others_.push_back(handle_);
+  for (kelp_handle *handle : others_) {
+    forget_handle(handle);
+    kelp_handle_destroy(handle);
+  }
   kelp_error error{};
   EXPECT_EQ(kelp_database_close(database_, &error), 0) << error.text;
 }

@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "harness/seen_calls.hpp"
+
 namespace harness {
 
 class ReplacedCall {
@@ -22,11 +24,13 @@ class ReplacedCall {
   template <typename Function>
   ReplacedCall(const char *name, Function *replacement)
       : name_(name), replacement_(reinterpret_cast<std::uintptr_t>(replacement)) {
+    begin_seeing_calls();
     dl_iterate_phdr(visit, this);
     EXPECT_FALSE(links_.empty()) << "the library does not call " << name;
   }
   ~ReplacedCall() {
     for (const auto &[place, original] : links_) write(place, original);
+    end_seeing_calls();
   }
   ReplacedCall(const ReplacedCall &) = delete;
   ReplacedCall &operator=(const ReplacedCall &) = delete;

@@ -442,6 +442,10 @@ KELP_API void kelp_handle_set_write_observer(kelp_handle *handle, kelp_write_obs
 /* How many writes of an origin were announced through the handle since it was made. */
 KELP_API uint64_t kelp_handle_write_count(const kelp_handle *handle, uint32_t origin);
 
+/* Has modules do the runtime's small work of this handle themselves (non-zero), as they do where no
+ * function of the runtime is replaced in the process, or call the runtime for each piece of it (0). */
+KELP_API void kelp_handle_set_inline(kelp_handle *handle, uint32_t on);
+
 /* What can be made to fail. */
 enum kelp_fault {
   KELP_FAULT_ALLOCATION = 0,  /* obj_alloc and type_alloc give null */

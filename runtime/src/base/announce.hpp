@@ -5,14 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "kelp/handle.h"
+#include "kelp/quick.hpp"
 
 namespace kelp {
 
 // Announces a store into an object's own bytes through the handle's hook.
 inline void announce(kelp_handle *handle, const void *address, std::size_t length,
                      std::uint32_t space_id) {
-  handle->write_notify(handle->obj_pool, address, length, space_id);
+  quick::write_notify(handle, address, length, space_id);
 }
 
 // Whose memory a store goes to.

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "kelp/embed.h"
+#include "kelp/quick.hpp"
 #include "kelp/tree.h"
 
 namespace kelp {
@@ -22,10 +23,7 @@ struct Pool {
   const kelp_handle *handle = nullptr;
   kelp_write_observer observer = nullptr;
   void *observer_context = nullptr;
-  std::uint64_t counts[4] = {};
-  bool refused = false;  // an allocation since the handle last forgot its error
-
-  bool refused_link = false;  // the last link was refused for want of memory
+  kelp_quick *quick = nullptr;
 
   // What the database has to do when a tree changes: before a node is linked, where false keeps it
   // out, and after one was taken out. Null for none.
@@ -36,7 +34,7 @@ struct Pool {
 
   void announce(const void *address, std::size_t length, std::uint32_t space_id,
                 kelp_write_origin origin) {
-    ++counts[origin];
+    ++quick->write_counts[origin];
     if (observer != nullptr) observer(observer_context, address, length, space_id, origin);
     if (hear != nullptr) hear(this, address, length);
   }

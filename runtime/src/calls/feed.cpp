@@ -46,7 +46,7 @@ bool enter_feed(kelp_handle *handle, kelp_table *table, kelp_record *record,
 
 // Whether the cursor's database is still there.
 bool is_usable(const kelp_feed_cursor *cursor) {
-  return cursor != nullptr && database_is_open(cursor->database);
+  return cursor != nullptr && open_database(cursor->database) != nullptr;
 }
 
 // What there is for whoever waits: 0 for a change, 11 for none yet, or the code that error got.

@@ -9,6 +9,7 @@
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
 #include "database/hooks.hpp"
+#include "database/quick.hpp"
 #include "database/transaction.hpp"
 #include "kelp/core.h"
 
@@ -39,6 +40,9 @@ void fill_in(kelp_handle_state &state, kelp_database *database,
   handle.quiet_insert = options.quiet_insert;
   handle.peer_stamp = options.peer_stamp;
   handle.state = &state;
+  state.quick.database = database->serial;
+  if (are_own_functions()) handle.quick = &state.quick;
+  settle_quick(state);
   std::uint8_t number[16];
   make_identity(number);
   std::memcpy(&state.author.handle, number, sizeof state.author.handle);
@@ -146,9 +150,14 @@ extern "C" void kelp_handle_set_write_observer(kelp_handle *handle, kelp_write_o
   if (handle == nullptr) return;
   handle->state->pool.observer = observer;
   handle->state->pool.observer_context = context;
+  kelp::settle_quick(*handle->state);
+}
+
+extern "C" void kelp_handle_set_inline(kelp_handle *handle, uint32_t on) {
+  if (handle != nullptr) handle->quick = on != 0 ? &handle->state->quick : nullptr;
 }
 
 extern "C" uint64_t kelp_handle_write_count(const kelp_handle *handle, uint32_t origin) {
   if (handle == nullptr || origin > KELP_WRITE_RANGE) return 0;
-  return handle->state->pool.counts[origin];
+  return handle->state->quick.write_counts[origin];
 }

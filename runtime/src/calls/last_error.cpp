@@ -16,23 +16,19 @@ namespace {
 std::int32_t last_code(const kelp_handle *handle) {
   if (handle == nullptr) return 0;
   const kelp_handle_state &state = *handle->state;
-  if (state.last_error == 0 && state.pool.refused) return KELP_ERR_NO_MEMORY;
-  return static_cast<std::int32_t>(state.last_error);
+  if (state.quick.last_error == 0 && state.quick.refused) return KELP_ERR_NO_MEMORY;
+  return static_cast<std::int32_t>(state.quick.last_error);
 }
 
 }  // namespace
 
 extern "C" void kelp_clear_last_error(kelp_handle *handle) {
-  if (handle == nullptr) return;
-  handle->state->last_error = 0;
-  handle->state->pool.refused_link = false;
-  handle->state->pool.refused = false;
-  kelp::set_current_database(handle->state->database);
+  if (handle != nullptr) kelp::quick::forget_error(handle->state->quick);
 }
 
 extern "C" void kelp_store_err(kelp_handle *handle, uint32_t code) {
   if (handle == nullptr) return;
-  handle->state->last_error = code;
+  handle->state->quick.last_error = code;
   handle->state->error_subject[0] = '\0';
   handle->state->error_text[0] = '\0';
   if (handle->cr_create != 0 && handle->cr_err == 0) handle->cr_err = code;
@@ -68,7 +64,7 @@ std::int32_t explain(const kelp_handle *handle, std::int32_t code, kelp_error *e
         "holds a lower variant than the field or value needs",
         database->name.c_str());
   }
-  if (code == KELP_ERR_EXISTS && handle->state->pool.refused_link) {
+  if (code == KELP_ERR_EXISTS && handle->state->quick.refused_link) {
     return kelp::fail(
         error, code,
         "handle on database '%s': no memory to follow the record in its table: it was "
@@ -126,7 +122,7 @@ extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error 
   if (code == 0) return kelp::succeed(error);
   explain(handle, code, error);
   const kelp_handle_state &state = *handle->state;
-  const bool is_told = state.last_error != 0;
+  const bool is_told = state.quick.last_error != 0;
   if (error != nullptr && is_told) put_before(error, state.error_subject, state.error_text);
   return code;
 }

@@ -1,6 +1,5 @@
 // What modules ask about one object: its variant and flags, its type record, its type's identity,
 // whether it may be taken hold of, and its counters.
-#include <cstddef>
 #include <cstring>
 
 #include "base/failure.hpp"
@@ -8,20 +7,6 @@
 #include "kelp/core.h"
 
 namespace {
-
-const kelp_object_header *header_of(const void *object) {
-  return static_cast<const kelp_object_header *>(object);
-}
-
-void count(kelp_handle *handle, uint32_t space_id, const kelp_type_record *record,
-           uint64_t *counter) {
-  handle->counter_notify(handle->obj_pool, counter, 1, space_id);
-  if (record->plain_counters != 0) {
-    ++*counter;
-  } else {
-    __atomic_fetch_add(counter, 1, __ATOMIC_RELAXED);
-  }
-}
 
 // What both counting calls ask of their arguments.
 bool can_count(kelp_handle *handle, const kelp_type_record *record, const uint64_t *counter,
@@ -35,18 +20,15 @@ bool can_count(kelp_handle *handle, const kelp_type_record *record, const uint64
 }  // namespace
 
 extern "C" int8_t kelp_get_instance_variant(const void *object, int32_t, int32_t) {
-  return object == nullptr ? int8_t{0} : header_of(object)->variant;
+  return kelp::quick::variant_of(object);
 }
 
 extern "C" uint8_t kelp_get_instance_obj_flag(const void *object, int32_t, int32_t) {
-  return object == nullptr ? uint8_t{0} : header_of(object)->obj_flags;
+  return kelp::quick::flags_of(object);
 }
 
 extern "C" kelp_type_record **kelp_get_manifested_type_info_ptr_mem(void *object) {
-  auto *header = static_cast<kelp_object_header *>(object);
-  if ((header->obj_flags & OBJ_TINFO_BLOCK) == 0 || header->tinfo == nullptr) return &header->tinfo;
-  void *block = header->tinfo;
-  return &static_cast<kelp_tinfo_block *>(block)->tinfo;
+  return kelp::quick::record_place(object);
 }
 
 extern "C" kelp_type_record *kelp_get_manifested_type_info(const void *object) {
@@ -69,7 +51,7 @@ extern "C" const uint8_t *kelp_get_luid(kelp_handle *handle, uint32_t space_id, 
 extern "C" uint32_t kelplib_validate_object_flags(const void *object, int32_t refuse_embedded,
                                                   int32_t refuse_nested) {
   if (object == nullptr) return KELP_ERR_INVALID;
-  const uint8_t flags = header_of(object)->obj_flags;
+  const uint8_t flags = kelp::quick::flags_of(object);
   const bool refused = (refuse_embedded != 0 && (flags & OBJ_EMBEDDED) != 0) ||
                        (refuse_nested != 0 && (flags & OBJ_NESTED) != 0);
   return refused ? KELP_ERR_PERMISSION : 0;
@@ -78,16 +60,16 @@ extern "C" uint32_t kelplib_validate_object_flags(const void *object, int32_t re
 extern "C" void kelplib_type_stats_create_object(kelp_handle *handle, uint32_t space_id,
                                                  const kelp_type_record *record,
                                                  uint64_t *create_count, uint32_t *err) {
-  if (can_count(handle, record, create_count, err)) count(handle, space_id, record, create_count);
+  if (can_count(handle, record, create_count, err)) {
+    kelp::quick::count(handle, space_id, record, create_count);
+  }
 }
 
 extern "C" void kelplib_type_stats_destroy_object(kelp_handle *handle, uint32_t space_id,
                                                   const kelp_type_record *record,
                                                   uint64_t *create_count, uint32_t *err) {
   if (!can_count(handle, record, create_count, err)) return;
-  constexpr std::size_t kApart =
-      offsetof(kelp_variant_entry, destroy_count) - offsetof(kelp_variant_entry, create_count);
-  count(handle, space_id, record, create_count + kApart / sizeof(uint64_t));
+  kelp::quick::count(handle, space_id, record, kelp::quick::destroy_count_beside(create_count));
 }
 
 extern "C" uint8_t kelplib_type_header_get_state_tracking_flag(const void *image) {

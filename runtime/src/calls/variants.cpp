@@ -6,6 +6,7 @@
 #include "base/failure.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
+#include "database/quick.hpp"
 #include "parts/finishers.hpp"
 #include "parts/kinship.hpp"
 
@@ -60,6 +61,7 @@ extern "C" int32_t kelp_handle_set_variant(kelp_handle *handle, const char *type
     fixed.has_variant = true;
     fixed.variant = static_cast<int8_t>(variant);
   });
+  kelp::settle_quick(*handle->state);
   if (!done) return kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
   return kelp::succeed(error);
 }
@@ -70,6 +72,7 @@ extern "C" void kelp_handle_clear_variant(kelp_handle *handle, const char *type_
     handle->state->domain.entry(type_name).has_variant = false;
     handle->state->domain.drop_empty();
   });
+  kelp::settle_quick(*handle->state);
 }
 
 extern "C" int32_t kelp_handle_fail_variant(kelp_handle *handle, const char *type_name,
@@ -80,6 +83,7 @@ extern "C" int32_t kelp_handle_fail_variant(kelp_handle *handle, const char *typ
     handle->state->domain.entry(type_name).failure = code;
     handle->state->domain.drop_empty();
   });
+  kelp::settle_quick(*handle->state);
   if (!done) return kelp::fail(error, KELP_ERR_NO_MEMORY, "%s: no memory", kFunction);
   return kelp::succeed(error);
 }
@@ -94,7 +98,7 @@ extern "C" int8_t kelp_domain_lookup_variant(kelp_handle *handle, const kelp_dom
     }
     return 0;
   }
-  const auto highest = static_cast<int8_t>(record->varinfo->n_variants - 1);
+  const int8_t highest = kelp::quick::highest_variant(record);
   auto *variants = domain == nullptr ? nullptr : static_cast<kelp::Domain *>(domain->variants);
   const kelp::Domain::Fixed *fixed = variants == nullptr ? nullptr : variants->find(record);
   if (fixed == nullptr) return highest;

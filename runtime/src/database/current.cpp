@@ -2,25 +2,23 @@
 #include "database/current.hpp"
 
 #include "database/database.hpp"
+#include "kelp/quick.hpp"
+
+// Set with nearly every operation, so it must be reached without a call.
+__thread std::uint64_t kelp_thread_database = 0;
 
 namespace kelp {
 
 namespace {
 
-// Set with nearly every operation, so it must be reached without a call.
-__attribute__((tls_model("initial-exec"))) thread_local kelp_database *t_database = nullptr;
-__attribute__((tls_model("initial-exec"))) thread_local std::uint64_t t_serial = 0;
 thread_local std::uint16_t t_tenant = 0;
 
 }  // namespace
 
-kelp_database *current_database() {
-  return t_database != nullptr && database_is_open(t_serial) ? t_database : nullptr;
-}
+kelp_database *current_database() { return open_database(kelp_thread_database); }
 
 void set_current_database(kelp_database *database) {
-  t_database = database;
-  t_serial = database == nullptr ? 0 : database->serial;
+  kelp_thread_database = database == nullptr ? 0 : database->serial;
 }
 
 std::uint16_t current_tenant() { return t_tenant; }

@@ -3,6 +3,7 @@
 
 #include <pthread.h>
 
+#include <atomic>
 #include <cstring>
 #include <map>
 #include <new>
@@ -19,6 +20,7 @@ struct OpenDatabases {
   std::mutex mutex;
   std::map<std::uint64_t, kelp_database *> databases;
   std::uint64_t last = 0;
+  std::atomic<std::uint64_t> closed{0};  // how many were closed
 };
 
 OpenDatabases &open_databases() { return undying<OpenDatabases>(); }
@@ -159,12 +161,24 @@ void leave_open_databases(const kelp_database &database) {
   OpenDatabases &open = open_databases();
   const std::lock_guard lock(open.mutex);
   open.databases.erase(database.serial);
+  open.closed.fetch_add(1);
 }
 
-bool database_is_open(std::uint64_t serial) {
+// What a thread found last holds as long as none was closed since.
+kelp_database *open_database(std::uint64_t serial) {
+  struct Known {
+    std::uint64_t serial = 0;
+    std::uint64_t closed = 0;
+    kelp_database *database = nullptr;
+  };
+  static thread_local Known known;
   OpenDatabases &open = open_databases();
+  if (serial == 0) return nullptr;
+  if (known.serial == serial && known.closed == open.closed.load()) return known.database;
   const std::lock_guard lock(open.mutex);
-  return open.databases.count(serial) != 0;
+  const auto found = open.databases.find(serial);
+  known = {serial, open.closed.load(), found == open.databases.end() ? nullptr : found->second};
+  return known.database;
 }
 
 }  // namespace kelp

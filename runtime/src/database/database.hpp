@@ -89,7 +89,7 @@ void watch_freed_blocks(kelp_database &database);
 void enter_open_database(kelp_database &database);
 void leave_open_databases(const kelp_database &database);
 
-// Whether the database with this serial is still open.
-bool database_is_open(std::uint64_t serial);
+// The open database with this serial, null when there is none.
+kelp_database *open_database(std::uint64_t serial);
 
 }  // namespace kelp

@@ -8,17 +8,20 @@
 
 #include "base/pool.hpp"
 #include "kelp/embed.h"
+#include "kelp/quick.hpp"
 #include "parts/domain.hpp"
 #include "parts/feed.hpp"
 
 struct kelp_handle_state {
   kelp_handle handle = {};
   kelp_database *database = nullptr;
+  kelp_quick quick = {};
   kelp::Pool pool;
   kelp::Domain domain;
+  decltype(kelp_handle::write_notify) own_write_notify = nullptr;
+  decltype(kelp_handle::counter_notify) own_counter_notify = nullptr;
   kelp_sttr sttr = {};
-  std::uint32_t last_error = 0;
-  // Words about it; empty for none.
+  // Words about the last error; empty for none.
   char error_subject[128] = "";
   char error_text[256] = "";
   std::int32_t tenant = KELP_TENANT_UNCHANGED;

@@ -30,7 +30,7 @@ void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
     // Whoever asked clears what it knows of.
     if (block != nullptr) std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
   }
-  pool->refused |= block == nullptr;
+  pool->quick->refused |= block == nullptr;
   return block;
 }
 
@@ -41,7 +41,7 @@ void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
   void *memory =
       database.faults.strikes(KELP_FAULT_ALLOCATION) ? nullptr : take_type_memory(database, size);
   if (memory == nullptr) database.objects.note_refusal(size);
-  pool->refused |= memory == nullptr;
+  pool->quick->refused |= memory == nullptr;
   return memory;
 }
 
@@ -124,7 +124,7 @@ bool before_link(Pool &pool, const e_avl_root *root, e_avl_node *node) {
     database.objects.watch(record);
     database.feeds.expect(feed, record, author_of(pool));
   });
-  pool.refused_link = !done;
+  pool.quick->refused_link = !done;
   if (done) database.feeds.record_linked(record);
   return done;
 }
@@ -141,6 +141,7 @@ void after_unlink(Pool &pool, const e_avl_root *root, e_avl_node *node) {
 void set_hooks(kelp_handle_state &state, kelp_database *database) {
   kelp_handle &handle = state.handle;
   state.pool.database = database;
+  state.pool.quick = &state.quick;
   state.pool.handle = &handle;
   state.pool.before_link = before_link;
   state.pool.after_unlink = after_unlink;
@@ -148,8 +149,8 @@ void set_hooks(kelp_handle_state &state, kelp_database *database) {
   handle.type_alloc = type_alloc;
   handle.obj_alloc = obj_alloc;
   handle.obj_free = obj_free;
-  handle.write_notify = write_notify;
-  handle.counter_notify = counter_notify;
+  handle.write_notify = state.own_write_notify = write_notify;
+  handle.counter_notify = state.own_counter_notify = counter_notify;
   handle.type_table_insert = type_table_insert;
   handle.type_table_lookup = type_table_lookup;
   handle.obj_pool = &state.pool;

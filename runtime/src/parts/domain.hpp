@@ -27,6 +27,8 @@ class Domain {
     return fixed_.empty() ? nullptr : find_among(record);
   }
 
+  bool is_empty() const { return fixed_.empty(); }
+
   // The entry of a type, made when it is missing. Throws bad_alloc.
   Fixed &entry(std::string_view type_name);
 

@@ -1,28 +1,20 @@
 // kelp_boolean: a 32-bit word in memory, one byte in an image. It has no header, so the operations
 // that other embedded objects do on theirs do nothing here.
+#include "kelp/quick.hpp"
 #include "primitives/super_fast_hash.hpp"
 #include "primitives/type_record.hpp"
 #include "primitives/value_family.hpp"
 
 namespace {
 
-struct Boolean {
-  using Value = kelp_boolean;
+struct Boolean : kelp::quick::BooleanRule {
   static constexpr std::string_view kName = "kelp_boolean";
   static constexpr char kExpected[] = "true, false, 1 or 0";
-  static constexpr uint32_t kImageSize = 1;
   static constexpr size_t kTextSize = 5;
 
   static uint32_t hash(kelp_boolean value, uint32_t seed) {
     const kelp_boolean truth = value != 0;
     return kelp::hash_bytes(&truth, sizeof truth, seed);
-  }
-
-  static void encode(kelp_boolean value, uint8_t *image) { *image = value != 0; }
-
-  static bool decode(const uint8_t *image, kelp_boolean *value) {
-    *value = *image;
-    return *image <= 1;
   }
 
   static size_t format(kelp_boolean value, char *text) {
@@ -32,10 +24,6 @@ struct Boolean {
   static bool parse(std::string_view text, kelp_boolean *value) {
     *value = text == "true" || text == "1";
     return *value != 0 || text == "false" || text == "0";
-  }
-
-  static void store(kelp::Writer writer, kelp_boolean *address, kelp_boolean value) {
-    writer.store(address, kelp_boolean{value != 0});
   }
 };
 

@@ -5,8 +5,8 @@
 // A Rule has: Value (the type in memory), kName, kImageSize, kTextSize (enough for any text),
 // kExpected (what from_xml takes, in words), and the functions hash(value, seed), encode(value,
 // image), decode(image, &value) and parse(text, &value), which are false for what is no value,
-// format(value, text) with the length as its result, and store(writer, address, value), which
-// announces.
+// format(value, text) with the length as its result; for a number stored(value), what is kept of
+// it, and for anything else store(writer, address, value), which announces.
 #pragma once
 
 #include <new>
@@ -26,6 +26,14 @@ template <class Rule>
 struct ValueFamily {
   using Value = typename Rule::Value;
 
+  static void store(Writer writer, Value *address, const Value &value) {
+    if constexpr (requires { Rule::stored(value); }) {
+      writer.store(address, Rule::stored(value));
+    } else {
+      Rule::store(writer, address, value);
+    }
+  }
+
   static Value *get(const Value *address, const uint32_t *err) {
     return *err != 0 ? nullptr : const_cast<Value *>(address);
   }
@@ -41,7 +49,7 @@ struct ValueFamily {
     if (*err != 0) return;
     if (address == nullptr || source == nullptr)
       return raise(writer.handle, err, KELP_ERR_INVALID, "found a null value");
-    Rule::store(writer, address, *source);
+    store(writer, address, *source);
   }
 
   static uint32_t hash(const Value *address, uint32_t seed) {
@@ -64,7 +72,7 @@ struct ValueFamily {
       raise(writer.handle, err, KELP_ERR_INVALID);
       return 0;
     }
-    Rule::store(writer, address, value);
+    store(writer, address, value);
     return Rule::kImageSize;
   }
 
@@ -97,7 +105,7 @@ struct ValueFamily {
       if (!Rule::parse(trimmed(text.view()), &value)) {
         return refuse_text(source, element, text.view(), Rule::kExpected);
       }
-      Rule::store(writer, address, value);
+      store(writer, address, value);
     } catch (const std::bad_alloc &) {
       raise(writer.handle, source.err, KELP_ERR_NO_MEMORY);
     }

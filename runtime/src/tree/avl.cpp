@@ -147,12 +147,24 @@ bool is_linked(const e_avl_root *root, const e_avl_node *node) {
          root->top == node;
 }
 
+// Asks for a node, and for what lies around it in the thing that it links, before it is known
+// whether the descent goes there: the wait for one level so runs beside the comparison of the one
+// above.
+void fetch_ahead(const e_avl_node *node) {
+  if (node == nullptr) return;
+  const char *at = reinterpret_cast<const char *>(node);
+  __builtin_prefetch(at - 32);
+  __builtin_prefetch(at + 32);
+}
+
 // The nearest node on the side of direction of a position that is not in the tree.
 const e_avl_node *nearest(const e_avl_root *root, const e_avl_node *position, int32_t direction,
                           e_avl_comparator compare) {
   const Order passed_by = direction > 0 ? kBefore : kAfter;
   const e_avl_node *best = nullptr;
   for (const e_avl_node *node = root->top; node != nullptr;) {
+    fetch_ahead(node->left);
+    fetch_ahead(node->right);
     // The node is wanted when the position sorts on its other side.
     const bool beyond = compare(position, node) == passed_by;
     if (beyond) best = node;
@@ -172,20 +184,6 @@ const e_avl_node *neighbour(const e_avl_root *root, const e_avl_node *node, int3
   if (inward != nullptr) return outermost(inward, -direction);
   while (node->parent != nullptr && side_of(node->parent, node) == direction) node = node->parent;
   return node->parent;
-}
-
-}  // namespace
-
-namespace {
-
-// Asks for a node, and for what lies around it in the thing that it links, before it is known
-// whether the descent goes there: the wait for one level so runs beside the comparison of the one
-// above.
-void fetch_ahead(const e_avl_node *node) {
-  if (node == nullptr) return;
-  const char *at = reinterpret_cast<const char *>(node);
-  __builtin_prefetch(at - 32);
-  __builtin_prefetch(at + 32);
 }
 
 }  // namespace

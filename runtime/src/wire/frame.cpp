@@ -14,17 +14,17 @@ namespace {
 template <class T>
 uint32_t write_piece(kelp_handle *handle, void *buffer, const T *item, int32_t remaining,
                      uint32_t *err) {
-  if (!piece_fits(handle, buffer, item, sizeof(T), remaining, err)) return 0;
-  store_big_endian(static_cast<uint8_t *>(buffer), *item);
-  return sizeof(T);
+  if (quick::put_piece(buffer, item, remaining)) return sizeof(T);
+  piece_fits(handle, buffer, item, sizeof(T), remaining, err);
+  return 0;
 }
 
 template <class T>
 uint32_t read_piece(kelp_handle *handle, const void *buffer, T *item, int32_t remaining,
                     uint32_t *err) {
-  if (*err != 0 || !piece_fits(handle, buffer, item, sizeof(T), remaining, err)) return 0;
-  *item = load_big_endian<T>(static_cast<const uint8_t *>(buffer));
-  return sizeof(T);
+  if (quick::take_piece(buffer, item, remaining, err)) return sizeof(T);
+  if (*err == 0) piece_fits(handle, buffer, item, sizeof(T), remaining, err);
+  return 0;
 }
 
 }  // namespace
@@ -81,15 +81,11 @@ uint32_t _kelp_variant_jump_marshal(kelp_handle *handle, uint32_t, void *buffer,
 
 uint32_t _kelp_variant_jump_unmarshal(kelp_handle *handle, uint32_t, const void *buffer,
                                       int32_t *jump, int32_t remaining, uint32_t *err) {
-  uint32_t word = 0;
-  const void *destination = jump;
   if (jump != nullptr) *jump = 0;
-  if (*err != 0 || !kelp::piece_fits(handle, buffer, destination, sizeof word, remaining, err)) {
-    return 0;
-  }
-  word = kelp::load_big_endian<uint32_t>(static_cast<const uint8_t *>(buffer));
+  if (kelp::quick::take_jump(buffer, jump, remaining, err)) return sizeof *jump;
+  if (*err != 0 || !kelp::piece_fits(handle, buffer, jump, sizeof *jump, remaining, err)) return 0;
   // A reader goes on at the word's own place plus the word, untested: it must lie in the buffer.
-  if (!kelp::piece_fits(handle, buffer, destination, word, remaining, err)) return 0;
-  *jump = static_cast<int32_t>(word);
-  return sizeof word;
+  const auto word = kelp::load_big_endian<uint32_t>(static_cast<const uint8_t *>(buffer));
+  kelp::piece_fits(handle, buffer, jump, word, remaining, err);
+  return 0;
 }

@@ -53,6 +53,34 @@ TEST_F(CacheTest, EachRecordStandsOnceAtItsLatestPlace) {
   EXPECT_EQ(content(), "1x1 0x2 ");
 }
 
+TEST_F(CacheTest, AReaderGoesOnWhereItWasWhateverHasGoneSince) {
+  for (std::size_t i = 0; i < 3; ++i) enter(i);
+  std::uint64_t position = 0;
+  kelp_cache_entry entry;
+  ASSERT_NE(kelp_replication_cache_next(handle, &position, &entry), 0);
+  EXPECT_EQ(entry.record, records[0]);
+  release(records[0]);
+  release(records[1]);
+  ASSERT_NE(kelp_replication_cache_next(handle, &position, &entry), 0);
+  EXPECT_EQ(entry.record, records[2]);
+  release(records[2]);
+  records.clear();
+  // What was read last has gone too, and its place is another's.
+  enter(0);
+  position = 0;
+  ASSERT_NE(kelp_replication_cache_next(handle, &position, &entry), 0);
+  EXPECT_EQ(entry.record, records[0]);
+  EXPECT_EQ(kelp_replication_cache_next(handle, &position, &entry), 0);
+  release(records[0]);
+  records.clear();
+  position = 0;
+  EXPECT_EQ(kelp_replication_cache_next(handle, &position, &entry), 0);
+  record(1);
+  enter(0);
+  enter(1);
+  EXPECT_EQ(content(), "0x1 1x1 ");
+}
+
 TEST_F(CacheTest, OldestGivesWay) {
   for (std::size_t i = 0; i < 5; ++i) enter(i);
   EXPECT_EQ(content(), "2x1 3x1 4x1 ");
