@@ -1,170 +1,233 @@
-// A table of a million areas beside std::map and Boost's intrusive avl_set on the same keys: made
-// and inserted, walked, destroyed. Keys come in one seeded shuffled order.
+// A table of areas beside std::map and Boost's intrusive avl_set on the same keys: made and
+// inserted, found, walked by steps, taken out and ended. Making a row is part of inserting it on
+// every side, and ending it part of erasing it. Keys come in one seeded shuffled order.
 #include <benchmark/benchmark.h>
+#include <ospf_harbor_oper.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <boost/intrusive/avl_set.hpp>
+#include <cstdio>
 #include <map>
+#include <memory>
+#include <numeric>
+#include <random>
 #include <vector>
 
-#include "areas.hpp"
+#include "store.hpp"
 
 namespace {
 
-using bench::Areas;
-using bench::keys;
-constexpr std::size_t count = bench::area_count;
-
-// --- our table: a record and an object for each key
-// -----------------------------------------------
-
-void insert_ospf_area(benchmark::State &state) {
-  for (auto _ : state) {
-    state.PauseTiming();
-    Areas areas;
-    areas.make();
-    const auto before = areas.store.memory().total_allocations;
-    state.ResumeTiming();
-    areas.insert();
-    state.PauseTiming();
-    const auto memory = areas.store.memory();
-    state.counters["allocations_per_insert"] =
-        static_cast<double>(memory.total_allocations - before) / count;
-    state.counters["bytes_per_row"] = static_cast<double>(memory.used_bytes) / count;
-    areas.destroy();
-    state.ResumeTiming();
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(insert_ospf_area)->Unit(benchmark::kMillisecond)->Iterations(2);
-
-void walk_ospf_area(benchmark::State &state) {
-  Areas areas;
-  areas.make();
-  areas.insert();
-  for (auto _ : state) {
-    if (areas.walk() != count) state.SkipWithError("the walk missed records");
-  }
-  areas.destroy();
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(walk_ospf_area)->Unit(benchmark::kMillisecond)->Iterations(2);
-
-void destroy_ospf_area(benchmark::State &state) {
-  for (auto _ : state) {
-    state.PauseTiming();
-    Areas areas;
-    areas.make();
-    areas.insert();
-    state.ResumeTiming();
-    areas.destroy();
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(destroy_ospf_area)->Unit(benchmark::kMillisecond)->Iterations(2);
-
-// --- std::map
-// ---------------------------------------------------------------------------------------
-
-struct Value {
-  std::uint8_t bytes[128];
-};
-
-void insert_std_map(benchmark::State &state) {
-  for (auto _ : state) {
-    std::map<std::uint32_t, Value> map;
-    for (std::uint32_t key : keys()) map.try_emplace(key);
-    state.PauseTiming();
-    map.clear();
-    state.ResumeTiming();
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(insert_std_map)->Unit(benchmark::kMillisecond)->Iterations(2);
-
-void walk_std_map(benchmark::State &state) {
-  std::map<std::uint32_t, Value> map;
-  for (std::uint32_t key : keys()) map.try_emplace(key);
-  for (auto _ : state) {
-    for (auto &entry : map) benchmark::DoNotOptimize(&entry);
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(walk_std_map)->Unit(benchmark::kMillisecond)->Iterations(2);
-
-void destroy_std_map(benchmark::State &state) {
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::map<std::uint32_t, Value> map;
-    for (std::uint32_t key : keys()) map.try_emplace(key);
-    state.ResumeTiming();
-    for (std::uint32_t key : keys()) map.erase(key);
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(destroy_std_map)->Unit(benchmark::kMillisecond)->Iterations(2);
-
-// --- Boost's intrusive AVL tree
-// ---------------------------------------------------------------------
-
-struct Node : boost::intrusive::avl_set_base_hook<> {
-  std::uint32_t key;
-  Value value;
-  friend bool operator<(const Node &a, const Node &b) { return a.key < b.key; }
-};
-
-std::vector<Node *> nodes() {
-  std::vector<Node *> list;
-  list.reserve(count);
-  for (std::uint32_t key : keys()) {
-    list.push_back(new Node);
-    list.back()->key = key;
-  }
+std::vector<std::uint32_t> keys(std::size_t count) {
+  std::vector<std::uint32_t> list(count);
+  std::iota(list.begin(), list.end(), 1u);
+  std::shuffle(list.begin(), list.end(), std::mt19937(20));
   return list;
 }
 
-void insert_boost_avl_set(benchmark::State &state) {
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::vector<Node *> list = nodes();
-    boost::intrusive::avl_set<Node> set;
-    state.ResumeTiming();
-    for (Node *node : list) set.insert(*node);
-    state.PauseTiming();
-    set.clear();
-    for (Node *node : list) delete node;
-    state.ResumeTiming();
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(insert_boost_avl_set)->Unit(benchmark::kMillisecond)->Iterations(2);
+// --- the three, with the same operations --------------------------------------------------------
 
-void walk_boost_avl_set(benchmark::State &state) {
-  std::vector<Node *> list = nodes();
-  boost::intrusive::avl_set<Node> set;
-  for (Node *node : list) set.insert(*node);
-  for (auto _ : state) {
-    for (Node &node : set) benchmark::DoNotOptimize(&node);
+// A record and an object for each key. Found is the record behind a position, which is how a table
+// is asked for a key.
+class Areas {
+ public:
+  using Row = tbl_ospf_area_record;
+  Areas() : table_(tbl_ospf_area_table_open(store, 0, "areas", 0, &err)), position_(make(0)) {}
+  ~Areas() {
+    tbl_ospf_area_destroy_record(store, 0, position_, &err);
+    tbl_ospf_area_table_free(store, 0, table_, &err);
+    bench::require(err);
   }
-  set.clear();
-  for (Node *node : list) delete node;
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
-}
-BENCHMARK(walk_boost_avl_set)->Unit(benchmark::kMillisecond)->Iterations(2);
+  Row *insert(std::uint32_t key) {
+    Row *row = make(key);
+    tbl_ospf_area_insert(store, 0, table_, row, &err);
+    return row;
+  }
+  void *get(std::uint32_t key) {
+    ospf_area *area = tbl_ospf_area_ospf_area_get_field(store, 0, position_);
+    ospf_area_area_id_set_value(store, 0, area, key - 1, &err);
+    return next(position_);
+  }
+  Row *first() { return tbl_ospf_area_ospf_area_area_id_get_first(store, 0, table_, &err); }
+  Row *next(Row *row) {
+    return tbl_ospf_area_ospf_area_area_id_get_next(store, 0, table_, row, &err);
+  }
+  void erase(Row *row) { tbl_ospf_area_destroy_record(store, 0, row, &err); }
 
-void destroy_boost_avl_set(benchmark::State &state) {
+  bench::Store store;
+  std::uint32_t err = 0;
+
+ private:
+  Row *make(std::uint32_t key) {
+    Row *row = tbl_ospf_area_create_record(store, 0, &err);
+    ospf_area *area = ospf_area_create(store, 0);
+    ospf_area_area_id_set_value(store, 0, area, key, &err);
+    tbl_ospf_area_ospf_area_set_field(store, 0, row, area);
+    return row;
+  }
+
+  tbl_ospf_area_table *table_;
+  Row *position_;
+};
+
+// As much as an area's object holds.
+struct Value {
+  std::uint8_t bytes[112];
+};
+
+class Map {
+ public:
+  using Row = std::pair<const std::uint32_t, Value>;
+  Row *insert(std::uint32_t key) { return &*map_.try_emplace(key).first; }
+  void *get(std::uint32_t key) { return &*map_.find(key); }
+  Row *first() {
+    at_ = map_.begin();
+    return here();
+  }
+  Row *next(Row *) {
+    ++at_;
+    return here();
+  }
+  void erase(Row *row) { map_.erase(row->first); }
+
+ private:
+  Row *here() { return at_ == map_.end() ? nullptr : &*at_; }
+  std::map<std::uint32_t, Value> map_;
+  std::map<std::uint32_t, Value>::iterator at_;
+};
+
+class AvlSet {
+ public:
+  struct Row : boost::intrusive::avl_set_base_hook<> {
+    explicit Row(std::uint32_t its_key) : key(its_key) {}
+    std::uint32_t key;
+    std::unique_ptr<Value> value = std::make_unique<Value>();
+    friend bool operator<(const Row &a, const Row &b) { return a.key < b.key; }
+  };
+  Row *insert(std::uint32_t key) {
+    auto *row = new Row(key);
+    set_.insert(*row);
+    return row;
+  }
+  void *get(std::uint32_t key) {
+    return &*set_.find(key, [](const auto &a, const auto &b) { return of(a) < of(b); });
+  }
+  Row *first() { return set_.empty() ? nullptr : &*set_.begin(); }
+  Row *next(Row *row) {
+    const auto following = std::next(set_.iterator_to(*row));
+    return following == set_.end() ? nullptr : &*following;
+  }
+  void erase(Row *row) {
+    set_.erase(set_.iterator_to(*row));
+    delete row;
+  }
+
+ private:
+  static std::uint32_t of(std::uint32_t key) { return key; }
+  static std::uint32_t of(const Row &row) { return row.key; }
+  boost::intrusive::avl_set<Row> set_;
+};
+
+// --- the operations -----------------------------------------------------------------------------
+
+double resident_bytes() {
+  long pages = 0;
+  long resident = 0;
+  if (std::FILE *file = std::fopen("/proc/self/statm", "r")) {
+    if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) resident = 0;
+    std::fclose(file);
+  }
+  return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+template <typename Rows>
+class Filled {
+ public:
+  explicit Filled(benchmark::State &state) : all(keys(static_cast<std::size_t>(state.range(0)))) {
+    rows.reserve(all.size());
+  }
+  void insert() {
+    for (const std::uint32_t key : all) rows.push_back(table.insert(key));
+  }
+  void erase() {
+    for (auto *row : rows) table.erase(row);
+    rows.clear();
+  }
+  std::vector<std::uint32_t> all;
+  std::vector<typename Rows::Row *> rows;
+  Rows table;
+};
+
+void count_rows(benchmark::State &state) {
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+template <typename Rows>
+void insert(benchmark::State &state) {
   for (auto _ : state) {
     state.PauseTiming();
-    std::vector<Node *> list = nodes();
-    boost::intrusive::avl_set<Node> set;
-    for (Node *node : list) set.insert(*node);
+    Filled<Rows> filled(state);
+    const double before = resident_bytes();
     state.ResumeTiming();
-    for (Node *node : list) {
-      set.erase(set.iterator_to(*node));
-      delete node;
+    filled.insert();
+    state.PauseTiming();
+    state.counters["resident_per_row"] =
+        (resident_bytes() - before) / static_cast<double>(filled.all.size());
+    if constexpr (requires { filled.table.store.memory(); }) {
+      state.counters["counted_per_row"] =
+          static_cast<double>(filled.table.store.memory().used_bytes) /
+          static_cast<double>(filled.all.size());
     }
+    filled.erase();
+    state.ResumeTiming();
   }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
+  count_rows(state);
 }
-BENCHMARK(destroy_boost_avl_set)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+template <typename Rows>
+void get(benchmark::State &state) {
+  Filled<Rows> filled(state);
+  filled.insert();
+  for (auto _ : state) {
+    for (const std::uint32_t key : filled.all) benchmark::DoNotOptimize(filled.table.get(key));
+  }
+  filled.erase();
+  count_rows(state);
+}
+
+template <typename Rows>
+void walk(benchmark::State &state) {
+  Filled<Rows> filled(state);
+  filled.insert();
+  for (auto _ : state) {
+    std::size_t steps = 0;
+    for (auto *row = filled.table.first(); row != nullptr; row = filled.table.next(row)) ++steps;
+    if (steps != filled.all.size()) state.SkipWithError("the walk missed rows");
+  }
+  filled.erase();
+  count_rows(state);
+}
+
+template <typename Rows>
+void erase(benchmark::State &state) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    Filled<Rows> filled(state);
+    filled.insert();
+    state.ResumeTiming();
+    filled.erase();
+  }
+  count_rows(state);
+}
+
+#define ROWS(operation)                                                                            \
+  BENCHMARK_TEMPLATE(operation, Areas)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);  \
+  BENCHMARK_TEMPLATE(operation, AvlSet)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond); \
+  BENCHMARK_TEMPLATE(operation, Map)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)
+ROWS(insert);
+ROWS(get);
+ROWS(walk);
+ROWS(erase);
+#undef ROWS
 
 }  // namespace
