@@ -50,6 +50,7 @@ void FrameDecoder::decode(const Frame &frame) {
   switch (decode_link_layer(frame.link_type, frame.data, link)) {
     case LinkResult::decoded:
       vlan_ = link.vlan;
+      hardware_ = link.hardware;
       decode_ether(link.ether_type, link.payload, 0, report);
       break;
     case LinkResult::foreign:
@@ -106,6 +107,8 @@ void FrameDecoder::decode_ip(Bytes data, int depth, const Report &report) {
       datagram.time = frame_.time;
       datagram.number = frame_.number;
       datagram.vlan = vlan_;
+      // Behind a tunnel the port is another.
+      if (depth == 0) datagram.hardware = hardware_;
       datagram.source = ip.source;
       datagram.destination = ip.destination;
       datagram.ttl = ip.ttl;

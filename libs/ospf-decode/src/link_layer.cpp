@@ -40,6 +40,13 @@ LinkResult null_header(Cursor cursor, LinkFrame &out) {
   return LinkResult::decoded;
 }
 
+// Addresses of another length tell no port here.
+std::uint64_t hardware_address(Cursor &cursor, std::size_t length) {
+  std::uint64_t address = 0;
+  for (std::size_t at = 0; at < 6; ++at) address = address << 8 | cursor.u8();
+  return length == 6 ? address : 0;
+}
+
 }  // namespace
 
 LinkResult strip_vlan_tags(Cursor cursor, std::uint16_t ether_type, LinkFrame &out) {
@@ -77,18 +84,25 @@ LinkResult decode_link_layer(int link_type, Bytes frame, LinkFrame &out) {
   Cursor cursor(frame);
   switch (link_type) {
     case link_ethernet: {
-      cursor.skip(12);
+      cursor.skip(6);
+      out.hardware = hardware_address(cursor, 6);
       const std::uint16_t ether_type = cursor.u16();
       return strip_vlan_tags(cursor, ether_type, out);
     }
     case link_linux_cooked: {
-      cursor.skip(14);
+      cursor.skip(4);
+      const std::uint16_t length = cursor.u16();
+      out.hardware = hardware_address(cursor, length);
+      cursor.skip(2);
       const std::uint16_t ether_type = cursor.u16();
       return strip_vlan_tags(cursor, ether_type, out);
     }
     case link_linux_cooked_2: {
       const std::uint16_t ether_type = cursor.u16();
-      cursor.skip(18);
+      cursor.skip(9);
+      const std::uint8_t length = cursor.u8();
+      out.hardware = hardware_address(cursor, length);
+      cursor.skip(2);
       return strip_vlan_tags(cursor, ether_type, out);
     }
     case link_null:

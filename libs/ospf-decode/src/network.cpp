@@ -87,6 +87,8 @@ std::uint32_t Network::add_interface(const Packet &packet) {
   added.router_id = packet.router_id;
   added.area_id = packet.area_id;
   added.vlan = packet.datagram.vlan;
+  added.hardware = packet.datagram.hardware;
+  added.capture = capture_;
   added.address = packet.datagram.source;
   by_source_[source_of(packet)].push_back(index);
   by_address_[added.address].push_back(index);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <set>
 
 namespace ospf_events {
@@ -23,6 +22,10 @@ bool lists(const Interface &of, const Interface &with) {
 // Whether an interface has said the same for so long that it has found whom it can hear.
 bool is_settled(const Interface &of, Time now) {
   return now - of.steady_since > of.hello.dead_interval * second;
+}
+
+bool is_alone(const Interface &of, Time now) {
+  return of.listed_since.empty() && is_settled(of, now);
 }
 
 bool is_by_key(const Interface &of) {
@@ -109,6 +112,7 @@ const char *name_of(Difference difference) {
                                    "mtu",
                                    "router_id",
                                    "address",
+                                   "instance_id",
                                    "one_way",
                                    "unheard"};
   static_assert(std::size(names) == difference_count);
@@ -139,8 +143,9 @@ DifferenceSet differences(const Network &network, std::uint32_t one, std::uint32
   const Interface &a = network.interfaces()[one];
   const Interface &b = network.interfaces()[other];
   DifferenceSet found;
-  if (a.version != b.version || a.instance_id != b.instance_id || !is_alive(a, now) ||
-      !is_alive(b, now)) {
+  if (a.version != b.version || !is_alive(a, now) || !is_alive(b, now)) return found;
+  if (a.instance_id != b.instance_id) {
+    if (is_alone(a, now) && is_alone(b, now)) found.add(Difference::instance);
     return found;
   }
   const bool one_link = network.link_of(one) == network.link_of(other);
@@ -149,9 +154,12 @@ DifferenceSet differences(const Network &network, std::uint32_t one, std::uint32
       a.router_id != b.router_id) {
     found.add(Difference::address);
   }
-  if (!one_link && !two_masks) return found;
+  if (a.version == 2 && !one_link && !two_masks) return found;
+  // Those that find neighbours elsewhere are on another link, whatever speaks for this one.
+  if (!one_link && a.version == 3 && !is_alone(a, now) && !is_alone(b, now)) return found;
   if (a.router_id == b.router_id) {
-    if (a.address != b.address) found.add(Difference::router_id);
+    // Without an ID: routers that have just started say 0.
+    if (a.address != b.address && a.router_id != 0) found.add(Difference::router_id);
     return found;
   }
   if (a.hello.hello_interval != b.hello.hello_interval) found.add(Difference::hello_interval);
@@ -207,6 +215,8 @@ std::string value_text(const Interface &of, Difference difference) {
       return std::to_string(of.mtu.value_or(0));
     case Difference::router_id:
       return ipv4_text(of.router_id);
+    case Difference::instance:
+      return std::to_string(of.instance_id);
     case Difference::address:
       return ip_text(of.address);
     default:
@@ -219,35 +229,78 @@ std::string name_of(const Interface &of) {
          (of.is_virtual ? ">" + ip_text(of.virtual_peer) : "");
 }
 
-std::vector<std::pair<std::uint32_t, std::uint32_t>> facing(const Network &network) {
-  std::set<std::pair<std::uint32_t, std::uint32_t>> pairs;
-  const auto add = [&](std::uint32_t a, std::uint32_t b) {
-    if (a != b) pairs.emplace(std::min(a, b), std::max(a, b));
-  };
-  for (const auto &[link, members] : network.links()) {
-    for (const std::uint32_t a : members) {
-      for (const std::uint32_t b : members) add(a, b);
+Facing::Facing(const Network &network) : all_(network.interfaces()), links_(network.links()) {
+  link_of_.resize(all_.size());
+  for (const auto &[link, members] : links_) {
+    for (const std::uint32_t index : members) link_of_[index] = link;
+  }
+  // Routers by where they were heard: a second interface of one shows that a capture is of several
+  // links.
+  std::set<std::tuple<std::uint32_t, std::uint32_t, std::uint8_t, std::uint8_t, std::uint32_t>>
+      heard;
+  std::set<std::pair<std::uint32_t, std::uint32_t>> several;
+  for (std::uint32_t index = 0; index < all_.size(); ++index) {
+    const Interface &of = all_[index];
+    if (of.is_virtual || of.hello_count == 0) continue;
+    if (of.version == 2) by_address_[of.address.as_v4()].push_back(index);
+    if (of.hardware != 0) ports_[of.version - 2][{of.vlan, of.hardware}].push_back(index);
+    if (of.version == 3) captures_[{of.capture, of.vlan}].push_back(index);
+    if (!heard.emplace(of.capture, of.vlan, of.version, of.instance_id, of.router_id).second) {
+      several.emplace(of.capture, of.vlan);
     }
   }
-  const std::vector<Interface> &all = network.interfaces();
-  std::map<std::uint32_t, std::vector<std::uint32_t>> by_address;
-  for (std::uint32_t index = 0; index < all.size(); ++index) {
-    if (all[index].version == 2 && !all[index].is_virtual) {
-      by_address[all[index].address.as_v4()].push_back(index);
+  for (const auto &place : several) captures_.erase(place);
+}
+
+void Facing::add_by_subnet(std::uint32_t interface, std::vector<std::uint32_t> &to) const {
+  const Interface &of = all_[interface];
+  // Without a mask it is alone with its address.
+  const std::uint32_t mask = of.hello.network_mask == 0 ? ~0u : of.hello.network_mask;
+  const std::uint32_t first = of.address.as_v4() & mask;
+  for (auto at = by_address_.lower_bound(first);
+       at != by_address_.end() && at->first <= (first | ~mask); ++at) {
+    to.insert(to.end(), at->second.begin(), at->second.end());
+  }
+}
+
+void Facing::add_by_port(std::uint32_t interface, std::vector<std::uint32_t> &to) const {
+  const Interface &of = all_[interface];
+  const auto port = ports_[0].find({of.vlan, of.hardware});
+  // One hardware address may serve several subnets, and tells nothing then.
+  if (port == ports_[0].end() || port->second.size() != 1) return;
+  for (const std::uint32_t beside : on_link_of(port->second.front())) {
+    const auto peer = ports_[1].find({of.vlan, all_[beside].hardware});
+    if (peer != ports_[1].end()) to.insert(to.end(), peer->second.begin(), peer->second.end());
+  }
+}
+
+std::vector<std::uint32_t> Facing::with(std::uint32_t interface) const {
+  const Interface &of = all_[interface];
+  std::vector<std::uint32_t> found = on_link_of(interface);
+  if (!of.is_virtual && of.hello_count != 0) {
+    if (of.version == 2) {
+      add_by_subnet(interface, found);
+    } else {
+      add_by_port(interface, found);
+      const auto capture = captures_.find({of.capture, of.vlan});
+      if (capture != captures_.end()) {
+        found.insert(found.end(), capture->second.begin(), capture->second.end());
+      }
     }
   }
-  for (std::uint32_t index = 0; index < all.size(); ++index) {
-    const Interface &of = all[index];
-    if (of.version != 2 || of.is_virtual || of.hello_count == 0) continue;
-    // Without a mask it is alone with its address.
-    const std::uint32_t mask = of.hello.network_mask == 0 ? ~0u : of.hello.network_mask;
-    const std::uint32_t first = of.address.as_v4() & mask;
-    for (auto at = by_address.lower_bound(first);
-         at != by_address.end() && at->first <= (first | ~mask); ++at) {
-      for (const std::uint32_t other : at->second) add(index, other);
-    }
+  std::ranges::sort(found);
+  const auto rest = std::ranges::unique(found);
+  found.erase(rest.begin(), rest.end());
+  std::erase(found, interface);
+  return found;
+}
+
+std::vector<std::pair<std::uint32_t, std::uint32_t>> Facing::pairs() const {
+  std::set<std::pair<std::uint32_t, std::uint32_t>> found;
+  for (std::uint32_t index = 0; index < all_.size(); ++index) {
+    for (const std::uint32_t other : with(index)) found.insert(std::minmax(index, other));
   }
-  return {pairs.begin(), pairs.end()};
+  return {found.begin(), found.end()};
 }
 
 }  // namespace ospf_events

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "evidence.hpp"
+#include "mismatch.hpp"
 
 namespace ospf_findings {
 
@@ -18,57 +19,11 @@ namespace {
 constexpr std::uint32_t flaps = 6;
 constexpr std::size_t packets_shown = 8;
 
-Severity severity_of(Difference difference) {
-  switch (difference) {
-    case Difference::authentication_key:
-    case Difference::one_way:
-    case Difference::unheard:
-      return Severity::warning;
-    default:
-      return Severity::error;
-  }
-}
-
-Kind kind_of(Difference difference) {
-  switch (difference) {
-    case Difference::router_id:
-      return Kind::duplicate_router_id;
-    case Difference::address:
-      return Kind::duplicate_address;
-    case Difference::one_way:
-    case Difference::unheard:
-      return Kind::hello_one_way;
-    default:
-      return Kind::interface_mismatch;
-  }
-}
-
-std::string text_of(const ospf_decode::Interface &a, const ospf_decode::Interface &b,
-                    Difference difference) {
-  const std::string value = value_text(a, difference);
-  const std::string other = value_text(b, difference);
-  switch (difference) {
-    case Difference::one_way: {
-      const bool first = a.listed_since.contains(b.router_id);
-      return ospf_events::name_of(first ? a : b) + " hears " + ospf_events::name_of(first ? b : a) +
-             " and is not heard";
-    }
-    case Difference::unheard:
-      return "neither hears the other, though their hellos agree";
-    case Difference::router_id:
-    case Difference::address:
-      return "both have " + value;
-    default:
-      if (value == other) return "both have " + value + ", and neither takes the other's";
-      return value + " at " + ospf_events::name_of(a) + ", " + other + " at " +
-             ospf_events::name_of(b);
-  }
-}
-
 // Who hears whom is told by router IDs: nothing is told of it where two routers have one.
-std::set<std::uint32_t> links_of_two_with_one_id(const Timeline &timeline) {
+std::set<std::uint32_t> links_of_two_with_one_id(
+    const Timeline &timeline, const std::vector<std::pair<std::uint32_t, std::uint32_t>> &pairs) {
   std::set<std::uint32_t> links;
-  for (const auto &[one, other] : facing(timeline)) {
+  for (const auto &[one, other] : pairs) {
     if (differences(timeline, one, other, timeline.now()).has(Difference::router_id)) {
       links.insert(timeline.link_of(one));
     }
@@ -78,7 +33,8 @@ std::set<std::uint32_t> links_of_two_with_one_id(const Timeline &timeline) {
 
 void find_mismatches(const Timeline &timeline, const std::vector<Event> &events,
                      std::vector<Finding> &findings) {
-  const std::set<std::uint32_t> unclear = links_of_two_with_one_id(timeline);
+  const auto pairs = Facing(timeline).pairs();
+  const std::set<std::uint32_t> unclear = links_of_two_with_one_id(timeline, pairs);
   // The packet that first showed it.
   std::map<std::pair<std::string, std::string>, PacketName> shown;
   for (const Event &event : events) {
@@ -86,21 +42,20 @@ void find_mismatches(const Timeline &timeline, const std::vector<Event> &events,
       shown.try_emplace({event.where, event.why}, event.packet);
     }
   }
-  for (const auto &[one, other] : facing(timeline)) {
+  for (const auto &[one, other] : pairs) {
     const ospf_decode::Interface &a = timeline.interfaces()[one];
     const ospf_decode::Interface &b = timeline.interfaces()[other];
     for (const Difference each : differences(timeline, one, other, timeline.now()).list()) {
       if (kind_of(each) == Kind::hello_one_way && unclear.contains(timeline.link_of(one))) continue;
-      Finding found;
-      found.severity = severity_of(each);
-      found.kind = kind_of(each);
+      const MismatchEnd first{a.router_id, ospf_events::name_of(a), value_text(a, each)};
+      const MismatchEnd second{b.router_id, ospf_events::name_of(b), value_text(b, each)};
+      Finding found = mismatch(each, first, second);
+      if (each == Difference::one_way && !a.listed_since.contains(b.router_id)) {
+        found.what = mismatch(each, second, first).what;
+      }
       found.version = a.version;
       found.instance = a.instance_id;
       found.area = a.area_id;
-      found.routers = {a.router_id, b.router_id};
-      found.where = ospf_events::name_of(a) + " - " + ospf_events::name_of(b);
-      found.field = ospf_events::name_of(each);
-      found.what = text_of(a, b, each);
       for (const std::string &where :
            {found.where, ospf_events::name_of(b) + " - " + ospf_events::name_of(a)}) {
         const auto at = shown.find({where, ospf_events::name_of(each)});

@@ -20,8 +20,6 @@ namespace {
 constexpr std::uint32_t last_sequence = 0x7fffffff;
 constexpr std::uint32_t few_left = 0x10000;
 
-// Seconds that routers may take to tell each other of an LSA, and whoever asks them to ask all.
-constexpr std::uint16_t on_its_way = 300;
 constexpr std::uint16_t age_mask = 0x7fff;  // without the DoNotAge bit
 
 Finding finding_of(Severity severity, Kind kind, const LsdbEntry &entry) {
@@ -81,7 +79,6 @@ void compare_copies(const std::vector<LsdbEntry> &lsas, std::vector<Finding> &fi
       instances.insert(entry->lsa.sequence + " " + entry->lsa.checksum);
     }
     if (lacking.empty() && instances.size() == 1) continue;
-    // What is young may still be on its way.
     const bool is_old = std::ranges::all_of(
         those, [](const LsdbEntry *entry) { return (entry->lsa.age & age_mask) >= on_its_way; });
     Finding found = finding_of(is_old ? Severity::warning : Severity::notice,

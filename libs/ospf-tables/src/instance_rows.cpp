@@ -151,6 +151,9 @@ ToldOfInstance told_of(const Instance &instance) {
     for (const Interface &interface : area.interfaces) {
       ToldOfInterface &to = told.interfaces[{area.id, interface.name}];
       to.address = interface.address;
+      to.prefix = interface.prefix;
+      to.mtu = interface.mtu;
+      to.authentication = interface.authentication_known;
       to.type = interface.told_type;
       to.silent = interface.silent;
       if (interface.cost_known) to.cost = interface.cost;

@@ -88,7 +88,12 @@ class InterfaceReader {
     interface.name = heading.words[name_at];
     interface.network_type = is_virtual ? POINT_TO_POINT : BROADCAST;
     if (is_virtual) interface.told_type = "virtual";
+    interface.authentication_known = false;
     // "(10.0.0.0/24)" of OSPFv2, "(IID 64)" of OSPFv3.
+    if (const std::size_t at = heading.text.find('('); at != std::string::npos && !is_virtual) {
+      const std::string within = heading.text.substr(at + 1, heading.text.find(')', at) - at - 1);
+      if (within.find('/') != std::string::npos) interface.prefix = within;
+    }
     if (const std::size_t at = heading.text.find("(IID "); at != std::string::npos) {
       const std::string number = heading.text.substr(at + 5, heading.text.find(')', at) - at - 5);
       process_.version = 3;

@@ -141,6 +141,11 @@ std::string optional_address(const JsonView &view, const std::string &key) {
   return view.has(key) ? address(view.member(key, ""), "an address") : std::string();
 }
 
+std::optional<std::uint32_t> optional_mtu(const JsonView &view, const std::string &key) {
+  if (!view.has(key)) return std::nullopt;
+  return static_cast<std::uint32_t>(view.member(key, "").number(UINT32_MAX, "octets"));
+}
+
 void read_interface_v4(Instance &instance, const std::string &name, const JsonView &view) {
   if (!view.has("area") && view.has("ospfRunning") &&
       !view.member("ospfRunning", "").boolean("true or false")) {
@@ -154,6 +159,12 @@ void read_interface_v4(Instance &instance, const std::string &name, const JsonVi
   interface.name = name;
   if (view.has("ipAddress"))
     interface.address = address(view.member("ipAddress", ""), "an address");
+  if (view.has("ipAddress") && view.has("ipAddressPrefixlen")) {
+    interface.prefix =
+        interface.address + '/' +
+        std::to_string(view.member("ipAddressPrefixlen", "").number(32, "a prefix length"));
+  }
+  interface.mtu = optional_mtu(view, "mtuBytes");
   const JsonView type = view.member("networkType", "a network type");
   interface.network_type =
       named(type, type.text("a network type"), network_types, "a network type");
@@ -186,7 +197,7 @@ void read_interface_v4(Instance &instance, const std::string &name, const JsonVi
                                    ? Authentication::message_digest
                                    : Authentication::key;
   }
-  view.pass_over_all_but({"area", "ipAddress", "networkType", "ospfEnabled", "timerPassiveIface",
+  view.pass_over_all_but({"area", "ipAddress", "ipAddressPrefixlen", "mtuBytes", "networkType", "ospfEnabled", "timerPassiveIface",
                           "cost", "timerMsecs", "timerDeadSecs", "timerRetransmitSecs",
                           "transmitDelaySecs", "state", "timerHelloInMsecs", "timerWaitSecs",
                           "drAddress", "bdrAddress", "priority", "authentication"});
@@ -290,6 +301,7 @@ void read_interface_v6(Instance &instance, const std::string &name, const JsonVi
   Interface interface {};
   interface.name = name;
   interface.address = link_local_address(view);
+  interface.mtu = optional_mtu(view, "interfaceMtu");
   const JsonView type =
       view.member(view.has("operatingAsType") ? "operatingAsType" : "type", "a network type");
   interface.network_type =
@@ -319,7 +331,7 @@ void read_interface_v6(Instance &instance, const std::string &name, const JsonVi
                                    : Authentication::key;
     authentication.pass_over_all_but({"authType"});
   }
-  view.pass_over_all_but({"attachedToArea", "areaId", "internetAddress", "type", "operatingAsType",
+  view.pass_over_all_but({"attachedToArea", "areaId", "internetAddress", "interfaceMtu", "type", "operatingAsType",
                           "cost", "timerIntervalsConfigHello", "timerIntervalsConfigDead",
                           "timerIntervalsConfigRetransmit", "transmitDelaySec",
                           "ospf6InterfaceState", "dr", "bdr", "priority", "mtuMismatchDetection",

@@ -65,9 +65,16 @@ class Merger {
       holders_[{key.place.scope, key.place.area}].insert(&router.name);
     }
     router_ids_[&router.name] = process.instance.router_id;
+    names_[process.instance.router_id].insert(router.name);
   }
 
-  Process merged(std::vector<std::string> &differences) {
+  Process merged(Network &network) {
+    for (const auto &[id, names] : names_) {
+      // A process that has no ID yet says 0.
+      if (names.size() < 2 || id == 0) continue;
+      network.shared_ids.push_back(
+          {process_.version, process_.instance_id, id, {names.begin(), names.end()}});
+    }
     for (const auto &[key, copies] : copies_) {
       const Copy *best = &copies.front();
       for (const Copy &copy : copies) {
@@ -77,7 +84,7 @@ class Merger {
       if (place.scope == Scope::link) {
         place.interface = interface_names_[{router_ids_[best->router], best->place->interface}];
       }
-      if (!is_gone(*best->lsa)) tell(key, copies, *best, differences);
+      if (!is_gone(*best->lsa)) tell(key, copies, *best, network.differences);
       process_.database.lsas.emplace(LsaKey{place, key.name}, *best->lsa);
     }
     for (auto &[id, area] : areas_) process_.instance.areas.push_back(std::move(area));
@@ -106,22 +113,27 @@ class Merger {
   }
 
   void tell(const LsaKey &key, const std::vector<Copy> &copies, const Copy &best,
-            std::vector<std::string> &differences) {
+            std::vector<Difference> &differences) {
     const std::string newest = hex(best.lsa->header.sequence, 8) + " (checksum " +
                                hex(best.lsa->header.checksum, 4) + ") of " + *best.router;
     std::set<const std::string *> lacking;
     // On whose links an LSA of link scope should be is not known.
     if (key.place.scope != Scope::link) lacking = holders_[{key.place.scope, key.place.area}];
+    std::uint16_t age = max_age;
+    for (const Copy &copy : copies) age = std::min(age, copy.lsa->header.age_seconds());
+    const auto add = [&](const std::string &text) {
+      differences.push_back({process_.version, process_.instance_id, age, text});
+    };
     for (const Copy &copy : copies) {
       lacking.erase(copy.router);
       if (same_instance(*copy.lsa, *best.lsa)) continue;
-      differences.push_back(name_of(key, process_.version) + ": " + *copy.router + " has " +
+      add(name_of(key, process_.version) + ": " + *copy.router + " has " +
                             hex(copy.lsa->header.sequence, 8) + " (checksum " +
                             hex(copy.lsa->header.checksum, 4) + "), the newest is " + newest);
     }
     for (const std::string *router : lacking) {
-      differences.push_back(name_of(key, process_.version) + ": " + *router + " lacks it, " +
-                            *best.router + " has " + hex(best.lsa->header.sequence, 8));
+      add(name_of(key, process_.version) + ": " + *router + " lacks it, " + *best.router + " has " +
+          hex(best.lsa->header.sequence, 8));
     }
   }
 
@@ -130,6 +142,7 @@ class Merger {
   std::set<std::pair<std::uint32_t, std::string>> taken_;
   std::map<std::pair<std::uint32_t, std::string>, std::string> interface_names_;
   std::map<const std::string *, std::uint32_t> router_ids_;
+  std::map<std::uint32_t, std::set<std::string>> names_;  // by router ID
   std::map<LsaKey, std::vector<Copy>> copies_;
   std::map<std::pair<Scope, std::uint32_t>, std::set<const std::string *>> holders_;
 };
@@ -146,7 +159,7 @@ Network one_network(const std::vector<Router> &routers) {
   }
   Network network;
   for (auto &[name, merger] : mergers) {
-    network.processes.push_back(merger.merged(network.differences));
+    network.processes.push_back(merger.merged(network));
   }
   return network;
 }

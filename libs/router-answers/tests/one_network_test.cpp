@@ -67,10 +67,10 @@ TEST(OneNetwork, TheNewestStaysAndTheOthersAreTold) {
   const Network network = one_network(routers);
   EXPECT_EQ(network.processes[0].database.lsas.at(key_of_one).header.sequence, 0x80000003u);
   ASSERT_EQ(network.differences.size(), 2u);
-  EXPECT_EQ(network.differences[0],
+  EXPECT_EQ(network.differences[0].text,
             "OSPFv2 area 0.0.0.0, LSA of type 0x1, ID 0.0.0.1, of 0.0.0.1: r1 has 0x80000002 "
             "(checksum 0x1234), the newest is 0x80000003 (checksum 0x1234) of r2");
-  EXPECT_EQ(network.differences[1],
+  EXPECT_EQ(network.differences[1].text,
             "OSPFv2 area 0.0.0.0, LSA of type 0x1, ID 0.0.0.1, of 0.0.0.1: r3 lacks it, r2 has "
             "0x80000003");
 }

@@ -115,7 +115,9 @@ TEST_P(Recording, ExactBytesAreThoseOfThePackets) {
       }
     }
   }
-  EXPECT_GT(compared, 10u);
+  // Where no adjacency comes up no LSA is on any wire.
+  const bool is_silent = GetParam() == "strangers";
+  EXPECT_EQ(compared > 10, !is_silent) << compared;
 }
 
 // What is not exact is what the daemons leave out, and nothing else.
@@ -177,9 +179,9 @@ TEST_P(SettledRecording, OneNetworkIsTheDatabaseOfTheCapture) {
     const std::string name = "ID " + ospf_decode::ipv4_text(std::get<4>(key)) + ", of " +
                              ospf_decode::ipv4_text(std::get<5>(key)) + ": ";
     EXPECT_TRUE(std::any_of(network.differences.begin(), network.differences.end(),
-                            [&](const std::string &difference) {
-                              return difference.find(name) != std::string::npos &&
-                                     difference.find(" lacks it") != std::string::npos;
+                            [&](const router_answers::Difference &difference) {
+                              return difference.text.find(name) != std::string::npos &&
+                                     difference.text.find(" lacks it") != std::string::npos;
                             }))
         << "flushed: OSPFv" << std::get<0>(key) << " type " << std::hex << std::get<3>(key) << ' '
         << name;

@@ -2,15 +2,19 @@
 // sent.
 #include <array>
 #include <cstdio>
+#include <map>
 #include <memory>
+#include <tuple>
 
 #include "commands/route_options.hpp"
 #include "commands/source_choice.hpp"
 #include "ospf_findings/databases.hpp"
 #include "ospf_findings/heard.hpp"
+#include "ospf_findings/interfaces.hpp"
 #include "ospf_routes/read_databases.hpp"
 #include "ospf_tables/lsdb_view.hpp"
 #include "views/finding_list.hpp"
+#include "views/network_lists.hpp"
 #include "views/text_forms.hpp"
 
 namespace tool {
@@ -40,40 +44,108 @@ void append(std::vector<Finding> &to, std::vector<Finding> from) {
   std::move(from.begin(), from.end(), std::back_inserter(to));
 }
 
-// What routers' answers differ in is one finding, as it may be many lines of one reason.
-void add_differences(const Heard &heard, std::vector<Finding> &findings) {
-  if (heard.differences.empty()) return;
-  Finding found;
-  found.severity = Severity::notice;
-  found.kind = ospf_findings::Kind::databases_differ;
-  found.version = 2;
-  found.what = heard.differences.front();
-  if (heard.differences.size() > 1) {
-    found.what +=
-        "; and " + counted(heard.differences.size() - 1, "difference", "differences") + " more";
-  }
-  findings.push_back(std::move(found));
+std::string name_of(const InterfaceLine &line) {
+  if (line.is_observed) return line.name.substr(0, line.name.find('%'));
+  return ospf_routes::dotted(line.router) + " " + line.name;
 }
 
-bool is_chosen(const Finding &finding, const std::vector<ospf_routes::Database> &databases) {
-  return std::any_of(databases.begin(), databases.end(), [&](const auto &database) {
-    return database.version == finding.version && database.instance == finding.instance;
-  });
+// What people call an interface of one that was observed has its address in it.
+std::string address_of(const InterfaceLine &line) {
+  if (!line.address.empty() || !line.is_observed) return line.address;
+  const std::string behind = line.name.substr(line.name.find('@') + 1);
+  return behind.substr(0, behind.find_first_of("%>+"));
+}
+
+ospf_findings::InterfaceFacts facts_of(const InterfaceLine &line) {
+  const auto family = line.instance.version == 2 ? ospf_routes::Family::ipv4
+                                                 : ospf_routes::Family::ipv6;
+  ospf_findings::InterfaceFacts facts;
+  facts.version = line.instance.version;
+  facts.instance = line.instance.instance_id;
+  facts.area = line.area;
+  facts.router = line.router;
+  facts.name = name_of(line);
+  facts.address = ospf_routes::parse_address(address_of(line), family);
+  const auto prefix = ospf_routes::parse_prefix(line.prefix, family);
+  if (prefix && prefix->length < ospf_routes::width(family)) facts.prefixes = {*prefix};
+  if (!line.type.empty()) {
+    facts.elects = line.type == "broadcast" || line.type == "non-broadcast";
+  }
+  facts.hello_interval = line.hello_interval;
+  facts.dead_interval = line.dead_interval;
+  if (!line.mtu_ignored) facts.mtu = line.mtu;
+  facts.authentication = line.authentication;
+  for (const NeighborLine &neighbor : line.neighbors) {
+    facts.neighbors.push_back({neighbor.router_id,
+                               ospf_routes::parse_address(neighbor.address, family),
+                               neighbor.state >= NBR_STATE_INIT,
+                               neighbor.state >= NBR_STATE_TWO_WAY, neighbor.is_full()});
+  }
+  return facts;
+}
+
+// Prefixes of OSPFv3 links, by the row of the interface that announces them: its area, its name and
+// its router.
+using LinkPrefixes = std::map<std::tuple<std::uint32_t, std::string, std::uint32_t>,
+                              std::vector<ospf_routes::Prefix>>;
+
+LinkPrefixes link_prefixes(const std::vector<ospf_tables::LsdbEntry> &lsas) {
+  LinkPrefixes prefixes;
+  for (const ospf_tables::LsdbEntry &entry : lsas) {
+    const auto *link = std::get_if<ospf_tables::LinkViewV3>(&entry.lsa.body);
+    if (link == nullptr || !entry.interface) continue;
+    auto &its = prefixes[{entry.area.value_or(0), *entry.interface, entry.lsa.adv_router}];
+    for (const ospf_tables::PrefixView &each : link->prefixes) {
+      const auto prefix = ospf_routes::parse_prefix(each.prefix, ospf_routes::Family::ipv6);
+      if (prefix) its.push_back(*prefix);
+    }
+  }
+  return prefixes;
+}
+
+// Virtual links have no link of their own, and an interface without neighbours has nobody to differ
+// from.
+bool takes_part(const InterfaceLine &line) {
+  return !line.silent && !line.passive && line.type != "virtual" && line.type != "loopback" &&
+         line.state != "Down" && line.state != "Loopback";
+}
+
+std::vector<Finding> between_interfaces(ospf_tables::Session &session,
+                                        const std::vector<ospf_tables::LsdbEntry> &lsas,
+                                        const std::vector<ospf_routes::Database> &databases) {
+  NetworkFilter all;
+  all.all = true;
+  const LinkPrefixes prefixes = link_prefixes(lsas);
+  std::vector<ospf_findings::InterfaceFacts> interfaces;
+  for (const InterfaceLine &line : read_network(session, all).interfaces) {
+    if (!takes_part(line)) continue;
+    interfaces.push_back(facts_of(line));
+    const auto its = prefixes.find({line.area, line.name, line.router});
+    if (its != prefixes.end()) interfaces.back().prefixes = its->second;
+  }
+  return ospf_findings::findings_of(std::move(interfaces), databases);
 }
 
 std::vector<Finding> all_findings(ospf_tables::Session &session, const CheckOptions &options,
                                   const Heard &heard) {
   const std::vector<ospf_tables::LsdbEntry> lsas = ospf_tables::read_lsdb(session);
-  std::vector<ospf_routes::Database> databases = chosen_databases(session, options.choice, "check");
+  // Routers that do not become neighbours send hellos alone, and those show why.
+  const bool hellos_alone = lsas.empty() && heard.timeline != nullptr;
+  std::vector<ospf_routes::Database> databases;
+  if (!hellos_alone) databases = chosen_databases(session, options.choice, "check");
   std::vector<Finding> findings;
   // What has been heard says nothing of a network that is not.
   if (!options.what_if.is_asked()) {
     append(findings, ospf_findings::findings_of(lsas));
     if (heard.timeline != nullptr) {
       append(findings, ospf_findings::findings_of(*heard.timeline, heard.events));
+    } else {
+      append(findings, between_interfaces(session, lsas, databases));
     }
-    add_differences(heard, findings);
-    std::erase_if(findings, [&](const Finding &each) { return !is_chosen(each, databases); });
+    append(findings, heard.between_routers);
+    std::erase_if(findings, [&](const Finding &each) {
+      return !options.choice.meets(each.version, each.instance);
+    });
   }
   options.what_if.replace(databases, {});
   for (const ospf_routes::Database &database : databases) {
@@ -142,7 +214,10 @@ without a transit area, areas that are split or without backbone, forwarding
 addresses that are out of reach, externals of two routers at one cost,
 ranges that are unused or overlap, LSAs that flap, sequence numbers that
 end, wrong checksums. Of a router's configuration frr.conf beside its
-answers ranges and virtual links are read.
+answers ranges and virtual links are read. Without packets the interfaces of
+neighbours are compared by what routers said of themselves; trees and stores
+hold no MTU, masks as far as LSAs show them, and of authentication only that
+there is one.
 
 An error makes routes wrong or missing; a warning does harm or will; a
 notice is sound and yet worth a look. With a what-if the databases of the

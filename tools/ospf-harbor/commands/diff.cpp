@@ -209,7 +209,14 @@ int tell_differences(const DiffOptions &options) {
   listing.add_lsas(before, after);
   for (const auto &[one, other] : paired(before, after)) {
     listing.add_facts(one, other);
-    if (router) listing.add_routes(one, other, *router);
+    if (!router) continue;
+    listing.add_routes(one, other, *router);
+    std::vector<std::string> lacks = Calculator(one).lacks();
+    const Calculator second(other);
+    for (const std::string &each : second.lacks()) {
+      if (std::ranges::find(lacks, each) == lacks.end()) lacks.push_back(each);
+    }
+    tell_lacks("diff", one, lacks);
   }
   return listing.any() ? 1 : 0;
 }

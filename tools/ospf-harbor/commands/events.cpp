@@ -155,7 +155,8 @@ changed, refreshed, flushed or aged out, storms of flushes, restarts,
 sequence numbers that began anew, LSAs that were sent again, wrong
 checksums. A line has the time (UTC), the number of the packet, or - where a
 timer ended, the version of OSPF and the kind of event. Of several captures
-the number of the capture stands before that of the packet.
+the number of the capture stands before that of the packet. With -i all is
+told when it happens, that a timer ends too.
 
 A line of --json has the keys time, kind, file, packet, version, instance,
 area, routers (the one that it is of first), where, why, what and lsa, with

@@ -1,13 +1,12 @@
 // `failures`: what every link and every router, failing alone, would cut off or lengthen.
 #include "ospf_routes/failures.hpp"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <memory>
 #include <nlohmann/json.hpp>
 
 #include "commands/route_options.hpp"
+#include "views/progress.hpp"
 #include "views/route_list.hpp"
 
 namespace tool {
@@ -78,24 +77,19 @@ void print_failures(const Database &database, const std::vector<Failure> &found,
   }
 }
 
-// On a terminal alone, and only when it lasts.
-void show_progress(std::size_t done, std::size_t all) {
-  constexpr std::size_t step = 256;
-  if (isatty(STDERR_FILENO) == 0 || all < 2 * step) return;
-  if (done == all) {
-    std::fprintf(stderr, "\r\033[K");
-  } else if (done % step == 0) {
-    std::fprintf(stderr, "\r%zu of %zu failures", done, all);
-  }
-}
-
 int tell_failures(ospf_tables::Session &session, const FailuresOptions &options) {
   std::vector<Database> databases = chosen_databases(session, options.choice, "failures");
   options.what_if.replace(databases, {});
   bool any = false;
   for (const Database &database : databases) {
     const Calculator calculator(database);
-    const std::vector<Failure> found = all_failures(calculator, show_progress);
+    Progress progress;
+    const std::vector<Failure> found =
+        all_failures(calculator, [&](std::size_t done, std::size_t all) {
+          if (!progress.is_due()) return;
+          progress.show(std::to_string(done) + " of " + std::to_string(all) + " failures");
+        });
+    progress.clear();
     // All that cut something off, and of the others those that add most.
     std::size_t count = 0;
     while (count < found.size() && (options.all || found[count].cut_off > 0 ||

@@ -111,6 +111,9 @@ int draw_network(ospf_tables::Session &session, const GraphOptions &options) {
   const std::set<InstanceName> instances = instances_of(network.databases);
   if (!instances.empty() && !options.picture.takes_all()) network.databases.resize(1);
   options.what_if.replace(network.databases, {});
+  for (const Database &database : network.databases) {
+    tell_lacks("graph", database, ospf_routes::Calculator(database).lacks());
+  }
   return draw_instances(instances, options, [&](const InstanceName &instance) {
     return PagePicture{picture_of(network.topology(instance),
                                   {options.stubs, options.picture.shows_addresses(), {}}),

@@ -186,10 +186,13 @@ class PathReport {
 };
 
 [[noreturn]] void fail_on_end(const char *which, const std::string &text,
-                              const std::vector<Calculator> &calculators) {
-  if (parse_dotted(text)) router_named(which, text, calculators);
+                              const std::vector<Calculator> &calculators,
+                              const std::vector<Database> &databases) {
+  const std::string near = nearest_prefixes(text, calculators, databases);
+  if (near.empty() && parse_dotted(text)) router_named(which, text, calculators);
   throw InputError(which, "", "\"" + text + "\"",
-                   "a router ID, an address or a prefix that routers of these databases have");
+                   "a router ID, an address or a prefix that routers of these databases have" +
+                       (near.empty() ? "" : "; the nearest are " + near));
 }
 
 // Pictures of networks with the ways in them.
@@ -254,18 +257,23 @@ int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
     const auto to = end_named(options.to, databases[at], calculators[at], paths);
     from_found |= from && !from->routers.empty();
     to_found |= to.has_value();
+    tell_lacks("path", databases[at], calculators[at].lacks());
     if (!from || !to || from->routers.empty()) continue;
     if (options.picture.is_asked()) {
       any |= pictures.add(databases[at], paths, *from, *to);
       continue;
     }
     any |= PathReport(options, databases[at], paths).tell(*from, *to);
-    tell_lacks("path", databases[at], calculators[at].lacks());
   }
-  if (!from_found) fail_on_end("FROM", options.from, calculators);
-  if (!to_found) fail_on_end("TO", options.to, calculators);
+  if (!from_found) fail_on_end("FROM", options.from, calculators, databases);
+  if (!to_found) fail_on_end("TO", options.to, calculators, databases);
   pictures.put();
-  return any ? 0 : 1;
+  if (any) return 0;
+  const std::string near = nearest_prefixes(options.to, calculators, databases);
+  std::fflush(stdout);
+  std::fprintf(stderr, "ospf-harbor: path: no way from %s to %s%s\n", options.from.c_str(),
+               options.to.c_str(), near.empty() ? "" : ("; prefixes near it: " + near).c_str());
+  return 1;
 }
 
 Run set_up_path(CLI::App &app) {

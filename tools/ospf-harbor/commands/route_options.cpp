@@ -1,6 +1,7 @@
 #include "commands/route_options.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstdio>
 #include <set>
@@ -33,6 +34,11 @@ std::string list_of(const std::set<std::string> &names) {
 }
 
 }  // namespace
+
+bool InstanceChoice::meets(std::uint8_t of_version, std::uint8_t of_instance) const {
+  const auto wanted = parse_instance(instance);
+  return (v2 == v3 || of_version == (v2 ? 2 : 3)) && (!wanted || of_instance == *wanted);
+}
 
 void add_instance_options(CLI::App &command, InstanceChoice &choice) {
   CLI::Option *v2 = command.add_flag("--v2", choice.v2, "Only OSPFv2");
@@ -108,13 +114,11 @@ void WhatIf::replace(std::vector<Database> &databases, Rules rules) const {
 
 std::vector<Database> chosen_databases(ospf_tables::Session &session, const InstanceChoice &choice,
                                        const char *command) {
-  const auto instance = parse_instance(choice.instance);
   std::vector<Database> databases = read_databases(ospf_tables::read_lsdb(session));
   std::set<std::string> there;
   for (const Database &database : databases) there.insert(instance_name(database));
   std::erase_if(databases, [&](const Database &database) {
-    if (choice.v2 != choice.v3 && database.version != (choice.v2 ? 2 : 3)) return true;
-    return instance && database.instance != *instance;
+    return !choice.meets(database.version, database.instance);
   });
   if (!databases.empty()) return databases;
   if (there.empty()) throw InputError(command, "no LSAs are loaded, and routes follow from them");
@@ -123,7 +127,7 @@ std::vector<Database> chosen_databases(ospf_tables::Session &session, const Inst
                        (choice.v3   ? "3"
                         : choice.v2 ? "2"
                                     : "2 or 3") +
-                       (instance ? ", instance " + choice.instance : ""),
+                       (choice.instance.empty() ? "" : ", instance " + choice.instance),
                    "one of what is loaded: " + list_of(there));
 }
 
@@ -188,6 +192,32 @@ bool PrefixChoice::meets(const Prefix &prefix, Family family) const {
 bool PrefixChoice::is_near(const Prefix &prefix, Family family) const {
   const auto wanted = parse_prefix(text, family);
   return wanted && (covers(*wanted, prefix) || covers(prefix, *wanted));
+}
+
+std::string nearest_prefixes(const std::string &text, const std::vector<Calculator> &calculators,
+                             const std::vector<Database> &databases) {
+  constexpr std::size_t most = 3;
+  std::set<std::pair<int, std::string>> near;  // the bits that are not shared, and the prefix
+  for (std::size_t at = 0; at < databases.size(); ++at) {
+    const Family family = databases[at].family;
+    const auto wanted = parse_prefix(text, family);
+    if (!wanted) continue;
+    for (const RouterId router : calculators[at].routers()) {
+      for (const Route &route : calculators[at].table(router).routes) {
+        const Address &address = route.prefix.address;
+        const int high = std::countl_zero(address.high ^ wanted->address.high);
+        const int low = high < 64 ? 0 : std::countl_zero(address.low ^ wanted->address.low);
+        if (route.prefix.length != 0) near.emplace(-high - low, text_of(route.prefix, family));
+      }
+    }
+  }
+  std::string list;
+  std::size_t count = 0;
+  for (const auto &[shared, prefix] : near) {
+    if (count++ == most) break;
+    list += (list.empty() ? "" : ", ") + prefix;
+  }
+  return list;
 }
 
 void tell_lacks(const char *command, const Database &database,

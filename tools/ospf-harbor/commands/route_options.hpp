@@ -18,6 +18,9 @@ struct InstanceChoice {
   bool v2 = false;
   bool v3 = false;
   std::string instance;  // a number of 8 bits
+
+  // Throws InputError when the text is none.
+  bool meets(std::uint8_t of_version, std::uint8_t of_instance) const;
 };
 
 void add_instance_options(CLI::App &command, InstanceChoice &choice);
@@ -65,6 +68,12 @@ struct PrefixChoice {
   // Does not meet it, but covers what was asked for or is within it, or is of the same address.
   bool is_near(const ospf_routes::Prefix &prefix, ospf_routes::Family family) const;
 };
+
+// Of all routes the prefixes that share most bits with an address or a prefix, as "10.0.0.0/8, ...";
+// empty when the text is neither, or there are none.
+std::string nearest_prefixes(const std::string &text,
+                             const std::vector<ospf_routes::Calculator> &calculators,
+                             const std::vector<ospf_routes::Database> &databases);
 
 // To standard error, a line each; of many the first ones and how many more there are.
 void tell_lacks(const char *command, const ospf_routes::Database &database,

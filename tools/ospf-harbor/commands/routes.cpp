@@ -2,12 +2,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <set>
 
 #include "commands/route_options.hpp"
+#include "views/progress.hpp"
 #include "views/route_list.hpp"
 
 namespace tool {
@@ -106,36 +106,6 @@ void tell_rest(const RoutesOptions &options, const Database &database, const Cal
   }
 }
 
-// How far it is, on a terminal alone, and only when it lasts.
-class RouterProgress {
- public:
-  RouterProgress(std::size_t all, bool to_terminal)
-      : all_(all), on_(isatty(STDERR_FILENO) == 1 && !to_terminal) {}
-  ~RouterProgress() {
-    if (shown_) std::fprintf(stderr, "\r\033[K");
-  }
-  RouterProgress(const RouterProgress &) = delete;
-  RouterProgress &operator=(const RouterProgress &) = delete;
-
-  void one_more() {
-    const auto now = std::chrono::steady_clock::now();
-    ++done_;
-    if (!on_ || now < next_) return;
-    std::fprintf(stderr, "\r%zu of %zu routers", done_, all_);
-    std::fflush(stderr);
-    shown_ = true;
-    next_ = now + std::chrono::milliseconds(100);
-  }
-
- private:
-  std::size_t all_;
-  bool on_;
-  bool shown_ = false;
-  std::size_t done_ = 0;
-  std::chrono::steady_clock::time_point next_ =
-      std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
-};
-
 int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
   RouteListing listing(options);
   const std::vector<Database> databases = chosen_databases(session, options.choice, "routes");
@@ -152,10 +122,14 @@ int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
     if (changes[at]) after.emplace(*changes[at], rules);
     std::vector<std::string> lacks = before.lacks();
     // Lines that scroll by on the same terminal are progress enough.
-    RouterProgress progress(before.routers().size(), isatty(STDOUT_FILENO) == 1);
+    Progress progress(isatty(STDOUT_FILENO) == 0);
+    std::size_t done = 0;
     for (const RouterId router : before.routers()) {
       if (one && router != *one) continue;
-      progress.one_more();
+      if (++done; progress.is_due()) {
+        progress.show(std::to_string(done) + " of " + std::to_string(before.routers().size()) +
+                      " routers");
+      }
       RoutingTable table = before.table(router);
       if (one) lacks.insert(lacks.end(), table.lacks.begin(), table.lacks.end());
       if (after) {

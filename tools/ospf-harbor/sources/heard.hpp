@@ -19,7 +19,7 @@ struct Heard {
   std::vector<ospf_events::Event> events;                   // as they came
   std::function<void(const ospf_events::Event &)> at_once;  // may be empty
   std::optional<ospf_decode::Time> first;                   // of the first packet
-  std::vector<std::string> differences;                     // between the databases of routers
+  std::vector<ospf_findings::Finding> between_routers;      // what their answers differ in
   std::vector<ospf_findings::Configuration> configurations;
 };
 

@@ -1,7 +1,5 @@
 #include "sources/load_capture.hpp"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -14,6 +12,7 @@
 #include "ospf_decode/network.hpp"
 #include "ospf_tables/input_error.hpp"
 #include "sources/time_point.hpp"
+#include "views/progress.hpp"
 #include "views/text_forms.hpp"
 
 namespace tool {
@@ -26,38 +25,9 @@ namespace {
 namespace decode = ospf_decode;
 using Clock = std::chrono::steady_clock;
 
-// How far the reading is, on a terminal only.
-class Progress {
- public:
-  Progress() : on_(isatty(STDERR_FILENO) == 1) {}
-  ~Progress() { clear(); }
-  Progress(const Progress &) = delete;
-  Progress &operator=(const Progress &) = delete;
-
-  void packets(std::uint64_t count) {
-    if (!on_ || Clock::now() < next_) return;
-    show(counted(count, "packet", "packets") + " read");
-  }
-  void lsas(std::size_t count) {
-    if (on_) show(counted(count, "LSA", "LSAs") + " heard, filling the tables");
-  }
-  void clear() {
-    if (shown_) std::fprintf(stderr, "\r\033[K");
-    shown_ = false;
-  }
-
- private:
-  void show(const std::string &text) {
-    std::fprintf(stderr, "\r%s\033[K", text.c_str());
-    std::fflush(stderr);
-    shown_ = true;
-    next_ = Clock::now() + std::chrono::milliseconds(100);
-  }
-
-  bool on_;
-  bool shown_ = false;
-  Clock::time_point next_ = Clock::now() + std::chrono::milliseconds(500);
-};
+void show_packets(std::uint64_t count, Progress &progress) {
+  if (progress.is_due()) progress.show(counted(count, "packet", "packets") + " read");
+}
 
 // One file or interface with the decoder of its packets, whose numbers are those of the file.
 struct Source {
@@ -96,6 +66,12 @@ struct Source {
 
 using Sources = std::vector<std::unique_ptr<Source>>;
 
+decode::Time wall_clock() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return static_cast<decode::Time>(
+      std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
+}
+
 // The time that is asked for, when the first packet has told what day it is.
 std::optional<decode::Time> end_of(const CaptureOptions &options, decode::Time first) {
   if (options.at.empty()) return std::nullopt;
@@ -130,11 +106,11 @@ std::optional<decode::Time> read_files(Sources &sources, const CaptureOptions &o
     last = std::max(last, earliest->frame.time);
     if (options.heard != nullptr) {
       if (!options.heard->first) options.heard->first = earliest->frame.time;
-      options.heard->timeline->set_source(earliest->number);
+      options.heard->timeline->set_capture(earliest->number);
     }
     earliest->decoder.decode(earliest->frame);
     earliest->advance();
-    if (++packets % 1024 == 0) progress.packets(packets);
+    if (++packets % 1024 == 0) show_packets(packets, progress);
   }
 }
 
@@ -267,20 +243,31 @@ Sources open_sources(const CaptureOptions &options, decode::Network &network) {
   return sources;
 }
 
-// Decodes all packets. Gives the time up to which was read, none for all.
+// Decodes all packets and tells what happened. Gives the time up to which was read, none for all.
 std::optional<decode::Time> hear(Sources &sources, const CaptureOptions &options,
                                  Progress &progress) {
-  if (options.interface.empty()) return read_files(sources, options, progress);
-  for (const auto &source : sources) {
-    listen(*source, options.seconds, [&] { progress.packets(source->decoder.frames()); });
+  ospf_events::Timeline *timeline =
+      options.heard == nullptr ? nullptr : options.heard->timeline.get();
+  if (options.interface.empty()) {
+    const std::optional<decode::Time> end = read_files(sources, options, progress);
+    if (timeline != nullptr) timeline->finish(end);
+    return end;
   }
+  for (const auto &source : sources) {
+    listen(*source, options.seconds, [&] {
+      // When none is there, no packet can come any more that is of an earlier time.
+      if (!source->has_frame && timeline != nullptr) timeline->pass(wall_clock());
+      show_packets(source->decoder.frames(), progress);
+    });
+  }
+  if (timeline != nullptr) timeline->finish(wall_clock());
   return std::nullopt;
 }
 
 // Fills the tables and says what was read and what they got.
 void fill_tables(Session &session, const decode::Network &network, decode::Time now,
                  const Sources &sources, Progress &progress, std::FILE *report) {
-  progress.lsas(network.lsdb().size());
+  progress.show(counted(network.lsdb().size(), "LSA", "LSAs") + " heard, filling the tables");
   std::vector<LoadedInstance> loaded;
   session.changing([&] { loaded = load_network(session, network, now); });
   progress.clear();
@@ -300,7 +287,6 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
   bool failed = sources.size() < (options.interface.empty() ? options.files.size() : 1);
   Progress progress;
   const std::optional<decode::Time> end = hear(sources, options, progress);
-  if (options.heard != nullptr) options.heard->timeline->finish(end);
   const auto has_ospf = [](const auto &source) { return source->decoder.ospf_packets() != 0; };
   if (std::ranges::any_of(sources, has_ospf)) {
     fill_tables(session, network, end.value_or(network.last_time()), sources, progress, report);
@@ -312,12 +298,6 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
 }
 
 namespace {
-
-decode::Time wall_clock() {
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return static_cast<decode::Time>(
-      std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
-}
 
 // Commits what changed, at most twice a second.
 class Collector {

@@ -3,9 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
+#include <cstring>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <set>
 #include <sstream>
 
+#include "ospf_findings/finding.hpp"
 #include "recording_test.hpp"
 
 namespace {
@@ -62,6 +67,14 @@ TEST_F(Check, NeighboursThatDifferAreToldWithWhatTheyDifferIn) {
           {"warning", "interface_mismatch", "authentication_key", 2, "10.245.0.9@10.98.9.2"},
           {"error", "interface_mismatch", "network_type", 2, "10.245.0.12@10.98.12.2"},
           {"error", "interface_mismatch", "network_type", 3, "elects none at 10.245.0.1@fe80"},
+          {"error", "interface_mismatch", "hello_interval", 3, "3 s at 10.245.0.2@fe80"},
+          {"error", "interface_mismatch", "dead_interval", 3, "12 s at 10.245.0.3@fe80"},
+          {"error", "interface_mismatch", "mtu", 3, "1400 at 10.245.0.5@fe80"},
+          {"error", "interface_mismatch", "area", 3, "0.0.0.6 at 10.245.0.6@fe80"},
+          {"error", "interface_mismatch", "area_type", 3, "stub area at 10.245.0.7@fe80"},
+          {"error", "interface_mismatch", "authentication", 3, "none at 10.245.0.8@fe80"},
+          {"warning", "interface_mismatch", "authentication_key", 3, "10.245.0.9@fe80"},
+          {"error", "duplicate_router_id", "router_id", 3, "802|both have 10.245.0.1"},
           {"error", "duplicate_router_id", "router_id", 2, "10.245.0.1@10.98.10.2"},
           {"error", "duplicate_address", "address", 2, "both have 10.98.11.1"},
           {"warning", "hello_one_way", "one_way", 2, "10.245.0.13@10.98.13.2 hears 10.245.0.1@"},
@@ -78,7 +91,155 @@ TEST_F(Check, NeighboursThatDifferAreToldWithWhatTheyDifferIn) {
   }
 }
 
+// Those that each end says of itself, where no packet was heard.
+const std::vector<Expected> told_by_routers = {
+    {"error", "interface_mismatch", "hello_interval", 2, "3 s at 10.245.0.2@10.98.2.2"},
+    {"error", "interface_mismatch", "dead_interval", 2, "12 s at 10.245.0.3@10.98.3.2"},
+    {"error", "interface_mismatch", "network_mask", 2, "/25 at 10.245.0.4@10.98.4.2"},
+    {"error", "interface_mismatch", "mtu", 2, "1400 at 10.245.0.5@10.98.5.2"},
+    {"error", "interface_mismatch", "area", 2, "0.0.0.6 at 10.245.0.6@10.98.6.2"},
+    {"error", "interface_mismatch", "area_type", 2, "takes none at 10.245.0.7@10.98.7.2"},
+    {"error", "interface_mismatch", "authentication", 2, "MD5 at 10.245.0.1@10.98.8.1, none"},
+    {"error", "duplicate_router_id", "router_id", 2, "10.245.0.1@10.98.10.2"},
+    {"error", "duplicate_router_id", "", 2, "r1 and r10 have this router ID"},
+    {"error", "duplicate_address", "address", 2, "both have 10.98.11.1"},
+    {"error", "interface_mismatch", "network_type", 2, "10.245.0.12@10.98.12.2"},
+    {"warning", "hello_one_way", "one_way", 2, "10.245.0.13@10.98.13.2 hears 10.245.0.1@"},
+    {"error", "interface_mismatch", "hello_interval", 3, "3 s at 10.245.0.2@fe80"},
+    {"error", "interface_mismatch", "dead_interval", 3, "12 s at 10.245.0.3@fe80"},
+    {"error", "interface_mismatch", "mtu", 3, "1400 at 10.245.0.5@fe80"},
+    {"error", "interface_mismatch", "area", 3, "0.0.0.6 at 10.245.0.6@fe80"},
+    {"error", "interface_mismatch", "area_type", 3, "takes none at 10.245.0.7@fe80"},
+    {"error", "interface_mismatch", "authentication", 3, "key at 10.245.0.1@fe80"},
+    {"error", "interface_mismatch", "network_type", 3, "10.245.0.12@fe80"},
+    {"warning", "hello_one_way", "one_way", 3, "10.245.0.13@fe80"},
+};
+
+TEST_F(Check, WhatRoutersSayOfThemselvesIsComparedToo) {
+  const auto all = found("", recording("mismatch") + "/routers");
+  expect_all(all, told_by_routers);
+  // Each once, and nothing of the links that are right at the end.
+  std::size_t between = 0;
+  for (const ordered_json &finding : all) {
+    between += finding["field"].is_null() ? 0 : 1;
+    for (const char *right : {"10.98.9.", "10.98.14.", "10.98.15.", "10.98.16."}) {
+      EXPECT_EQ(finding.dump().find(right), std::string::npos) << finding;
+    }
+  }
+  EXPECT_EQ(between, told_by_routers.size() - 1);  // all but that of the two folders
+}
+
+// Neither a tree nor a store has the MTU; of a capture they have who faces whom in OSPFv2.
+TEST_F(Check, TreesAndStoresAreComparedAsFarAsTheyGo) {
+  const auto of_hellos = [](const std::vector<ordered_json> &all) {
+    std::set<std::string> fields;
+    for (const ordered_json &finding : all) {
+      if (finding["field"].is_null()) continue;
+      fields.insert(finding["field"].get<std::string>() + finding["version"].dump());
+    }
+    return fields;
+  };
+  const std::set<std::string> of_capture = {"hello_interval2", "dead_interval2", "area2",
+                                            "network_type2",   "network_type3",  "router_id2",
+                                            "address2",        "one_way2",       "one_way3"};
+  std::set<std::string> of_answers = of_capture;
+  // LSAs have masks.
+  of_answers.insert({"hello_interval3", "dead_interval3", "network_mask2", "area3", "area_type2",
+                     "area_type3"});
+  for (const auto &[source, expected] : {std::pair(capture_of("mismatch"), of_capture),
+                                         {recording("mismatch") + "/routers", of_answers}}) {
+    const std::string name = std::to_string(expected.size());
+    ask("export --image " + file(name + ".tree") + " --xml " + file(name + ".xml"), source);
+    for (const char *form : {".tree", ".xml"}) {
+      EXPECT_EQ(of_hellos(found("", file(name + form))), expected) << source << form;
+    }
+    run({"import", "--image", file(name + ".tree"), "--store", file(name + ".store")});
+    const Said said = run({"check", "--json", "--store", file(name + ".store")});
+    EXPECT_EQ(of_hellos(lines(said.out)), expected) << source << said.err;
+  }
+}
+
+// The records of a capture whose frames `wanted` takes.
+std::string part_of(const std::string &capture, const std::function<bool(const char *)> &wanted) {
+  const std::string bytes = content_of(capture);
+  std::string part = bytes.substr(0, 24);
+  for (std::size_t at = 24; at + 16 <= bytes.size();) {
+    std::uint32_t length = 0;
+    std::memcpy(&length, bytes.data() + at + 8, sizeof length);
+    if (wanted(bytes.data() + at + 16)) part += bytes.substr(at, 16 + length);
+    at += 16 + length;
+  }
+  return part;
+}
+
+// Without OSPFv2 on the same ports only that one link was captured shows who faces whom.
+TEST_F(Check, ACaptureOfOneLinkShowsWhoFacesWhomInOspfv3) {
+  const auto of_link = [&](int number) {
+    const std::string name = "link" + std::to_string(number) + ".pcap";
+    put(name, part_of(capture_of("mismatch"), [&](const char *frame) {
+          return frame[10] == number && frame[12] == '\x86' && frame[13] == '\xdd';
+        }));
+    return found("", file(name));
+  };
+  expect_all(of_link(0), {{"error", "interface_mismatch", "hello_interval", 3, "10.245.0.2@fe80"}});
+  expect_all(of_link(1), {{"error", "interface_mismatch", "dead_interval", 3, "10.245.0.3@fe80"}});
+  expect_all(of_link(4), {{"error", "interface_mismatch", "area", 3, "10.245.0.6@fe80"}});
+  expect_all(of_link(5), {{"error", "interface_mismatch", "area_type", 3, "10.245.0.7@fe80"}});
+  for (const ordered_json &finding : of_link(14)) {  // they are neighbours
+    EXPECT_TRUE(finding["field"].is_null()) << finding;
+  }
+  // Of all links together nothing shows it.
+  put("all.pcap", part_of(capture_of("mismatch"), [](const char *frame) {
+        return frame[12] == '\x86' && frame[13] == '\xdd';
+      }));
+  for (const ordered_json &finding : found("", file("all.pcap"))) {
+    EXPECT_NE(finding["field"], "hello_interval") << finding;
+  }
+  const auto strangers = found("", capture_of("strangers"));
+  ASSERT_EQ(strangers.size(), 1u);
+  expect_all(strangers, {{"warning", "interface_mismatch", "instance_id", 3,
+                          "0 at 10.241.0.1@fe80::ff:fe01:1, 1 at 10.241.0.2@fe80::ff:fe01:2"}});
+}
+
+// Which recording, or a part of it, shows a kind.
+TEST_F(Check, EachKindIsInARecording) {
+  const std::map<std::string, std::string> shown = {
+      {"one_way_link", "mismatch/all.pcap"},
+      {"interface_mismatch", "mismatch/all.pcap"},
+      {"hello_one_way", "mismatch/all.pcap"},
+      {"duplicate_router_id", "sameid/all.pcap"},
+      {"duplicate_address", "mismatch/all.pcap"},
+      {"databases_differ", "domain/routers"},
+      {"virtual_link_without_transit", "domain/routers"},
+      {"split_area", "domain/all.pcap"},
+      {"area_without_backbone", "domain/all.pcap"},
+      {"unreachable_forwarding_address", "domain/all.pcap"},
+      {"equal_externals", "domain/all.pcap"},
+      {"unused_range", "domain/routers"},
+      {"overlapping_ranges", "domain/all.pcap"},
+      {"flapping_lsa", "domain/all.pcap"},
+      {"sequence_near_end", "forged/all.pcap --at 05:27:00"},
+      {"wrong_checksum", "forged/all.pcap"},
+      {"max_age_storm", "domain/all.pcap"},
+      {"incomplete_database", "dr-change/late.pcap"}};
+  std::map<std::string, std::set<std::string>> kinds;  // by source
+  for (std::size_t at = 0; at < ospf_findings::kind_count; ++at) {
+    const std::string kind = ospf_findings::name_of(static_cast<ospf_findings::Kind>(at));
+    ASSERT_TRUE(shown.contains(kind)) << kind;
+    const std::string &source = shown.at(kind);
+    if (!kinds.contains(source)) {
+      std::istringstream in("check --json --from " + places::recordings() + "/" + source);
+      const Said said = run({std::istream_iterator<std::string>(in), {}});
+      for (const ordered_json &finding : lines(said.out)) kinds[source].insert(finding["kind"]);
+    }
+    EXPECT_TRUE(kinds[source].contains(kind)) << kind << " in " << source;
+  }
+}
+
 TEST_F(Check, ARouterIdThatTwoDistantRoutersHaveIsTold) {
+  expect_all(found("", recording("sameid") + "/routers"),
+             {{"error", "duplicate_router_id", "", 2, "10.243.0.14|r1 and r4 have this router ID"},
+              {"error", "duplicate_router_id", "", 3, "10.243.0.14|r1 and r4 have this router ID"}});
   expect_all(found("", capture_of("sameid")),
              {{"error", "duplicate_router_id", "", 2, "10.243.0.14|"},
               {"error", "duplicate_router_id", "router_id", 3, "both have 10.243.0.14"}});
@@ -102,7 +263,7 @@ TEST_F(Check, AreasExternalsRangesAndFlapsAreTold) {
   expect_all(
       told,
       {
-          {"notice", "databases_differ", "", 2, "r6 has"},
+          {"notice", "databases_differ", "", 2, " lacks it, "},
           {"notice", "unused_range", "", 2, "10.99.0.0/16"},
           {"notice", "overlapping_ranges", "", 2, "10.244.0.2 is told to summarise 10.45.128.0/17"},
           {"warning", "virtual_link_without_transit", "", 2, "10.244.0.1 - 10.244.0.6"},
@@ -137,6 +298,10 @@ TEST_F(Check, NothingIsToWarnOfWhereAllIsWell) {
     const Said said = ask("check --least warning", capture_of(name));
     EXPECT_EQ(said.status, 0) << name;
     EXPECT_EQ(said.out.rfind("0 errors, 0 warnings, ", 0), 0u) << name << ": " << said.out;
+    // r2 of dr-change holds LSAs that all others have flushed.
+    if (std::string(name) == "dr-change") continue;
+    const Said routers = ask("check --least warning", recording(name) + "/routers");
+    EXPECT_EQ(routers.out.rfind("0 errors, 0 warnings, ", 0), 0u) << name << ": " << routers.out;
   }
 }
 

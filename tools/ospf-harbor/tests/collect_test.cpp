@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "support/bytes.hpp"
 #include "support/processes.hpp"
 
 namespace {
@@ -46,6 +47,9 @@ class OwnNetwork {
 
   bool is_up() const { return is_up_; }
 
+  void send_frame(const ospf_decode::testing::Octets &frame) {
+    EXPECT_EQ(send(sender_, frame.data(), frame.size(), 0), static_cast<ssize_t>(frame.size()));
+  }
   // Sends the frames of a capture from one of them to another, in groups, so that nothing is lost.
   void replay(const std::string &capture, std::size_t from, std::size_t to) {
     const std::string bytes = content_of(capture);
@@ -160,6 +164,51 @@ TEST_F(CollectingAsRoot, KeepsAStoreUpWithWhatIsHeardAndOthersWatch) {
   EXPECT_EQ(neighbors.out().find("/area-lsa/"), std::string::npos);
   const Said check = run({"store", "check", store_});
   EXPECT_EQ(check.status, 0) << check.out;
+}
+
+// A hello of 192.0.2.N, router 10.0.0.N, with a hello interval of one second and a dead interval of
+// two, that lists the other of two.
+ospf_decode::testing::Octets hello_of(std::uint32_t number) {
+  using namespace ospf_decode::testing;
+  const Writer body = Writer()
+                          .u32(0xffffff00)
+                          .u16(1)
+                          .u8(2)
+                          .u8(1)
+                          .u32(2)
+                          .u32(0)
+                          .u32(0)
+                          .u32(0x0a000000 + (3 - number));
+  PacketParts parts;
+  parts.router = 0x0a000000 + number;
+  Ip4Parts ip;
+  ip.source = 0xc0000200 + number;
+  return make_ethernet(0x0800, make_ipv4(ip, make_packet_v2(parts, body)));
+}
+
+TEST_F(Collecting, EventsAreToldAsTheyHappenAndTimersWhenTheyEnd) {
+  OwnNetwork network;
+  ASSERT_TRUE(network.is_up());
+  ToolProcess events(folder_, "events", {"events", "-i", "lo", "--json"});
+  const auto says = [&](const char *text) { return events.out().find(text) != std::string::npos; };
+  // Neighbours that have heard each other for a dead interval are taken to be Full.
+  ASSERT_TRUE(wait_until([&] {
+    for (const std::uint32_t number : {1u, 2u}) network.send_frame(hello_of(number));
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    return says("\"neighbor_up\"");
+  })) << events.out() << events.err();
+  const std::string last = events.out();
+  EXPECT_EQ(last.find("neighbor_down"), std::string::npos) << last;
+  // Now both are silent, and nothing comes that could tell.
+  ASSERT_TRUE(wait_until([&] { return says("\"dead_timer\""); })) << events.out();
+  const auto down = nlohmann::json::parse(events.out().substr(last.size()));
+  EXPECT_EQ(down["kind"], "neighbor_down");
+  EXPECT_TRUE(down["packet"].is_null());
+  // What real daemons sent, as far as it does not hang on times.
+  network.replay(places::recordings() + "/mismatch/all.pcap", 0, 400);
+  EXPECT_TRUE(wait_until([&] { return says("\"lsa_new\"") && says("\"hello_interval\""); }));
+  kill(events.id(), SIGINT);
+  EXPECT_EQ(events.wait(), 0) << events.err();
 }
 
 TEST_F(Collecting, TellsInstancesThatComeAndGo) {

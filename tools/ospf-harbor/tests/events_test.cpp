@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "ospf_events/timeline.hpp"
 #include "recording_test.hpp"
@@ -84,6 +86,63 @@ TEST_F(Events, WhatNeighboursDifferInIsToldOnce) {
   }
   EXPECT_NE(event_of(all, "mismatch", "router_id", {"10.245.0.1", "10.245.0.1"}), nullptr);
   EXPECT_EQ(all.size(), expected.size() + 1);
+}
+
+TEST_F(Events, NeighboursOfOspfv3DifferTooThoughTheyTakeNothingFromEachOther) {
+  const auto all = told("--kind mismatch --v3", "mismatch");
+  const std::vector<std::pair<const char *, const char *>> expected = {
+      {"hello_interval", "10.245.0.2"}, {"dead_interval", "10.245.0.3"},
+      {"mtu", "10.245.0.5"},            {"area", "10.245.0.6"},
+      {"area_type", "10.245.0.7"},      {"authentication", "10.245.0.8"},
+      {"authentication_key", "10.245.0.9"}, {"network_type", "10.245.0.12"},
+      {"one_way", "10.245.0.13"}};
+  for (const auto &[field, router] : expected) {
+    EXPECT_NE(event_of(all, "mismatch", field, {"10.245.0.1", router}), nullptr) << field;
+  }
+  EXPECT_NE(event_of(all, "mismatch", "router_id", {"10.245.0.1", "10.245.0.1"}), nullptr);
+  const auto strangers = told("--kind mismatch", "strangers");
+  ASSERT_EQ(strangers.size(), 1u);
+  EXPECT_EQ(strangers[0]["why"], "instance_id");
+  EXPECT_EQ(strangers[0]["what"], "0 and 1");
+  // Before a router has an ID it says 0, which is none.
+  EXPECT_TRUE(told("--kind mismatch", "domain").empty());
+}
+
+// An LSA that nobody refreshes for an hour is in Timeline below; restarts that are over end LSAs too.
+TEST_F(Events, EachKindIsInARecording) {
+  const std::map<std::string, std::string> shown = {{"neighbor_up", "forged"},
+                                                    {"neighbor_down", "forged"},
+                                                    {"mismatch", "strangers"},
+                                                    {"dr_change", "instances"},
+                                                    {"lsa_new", "forged"},
+                                                    {"lsa_changed", "forged"},
+                                                    {"lsa_refreshed", "refresh"},
+                                                    {"lsa_flushed", "forged"},
+                                                    {"lsa_aged_out", "campus"},
+                                                    {"max_age_storm", "dr-change"},
+                                                    {"restart", "forged"},
+                                                    {"graceful_restart", "forged"},
+                                                    {"sequence_wrap", "forged"},
+                                                    {"retransmission", "instances"},
+                                                    {"bad_checksum", "forged"}};
+  std::map<std::string, std::set<std::string>> kinds;  // by recording
+  for (std::size_t at = 0; at < ospf_events::event_kind_count; ++at) {
+    const std::string kind = ospf_events::name_of(static_cast<ospf_events::EventKind>(at));
+    ASSERT_TRUE(shown.contains(kind)) << kind;
+    const std::string &name = shown.at(kind);
+    if (!kinds.contains(name)) {
+      for (const ordered_json &event : told("", name)) kinds[name].insert(event["kind"]);
+    }
+    EXPECT_TRUE(kinds[name].contains(kind)) << kind << " in " << name;
+  }
+}
+
+// Each way to go down has its reason.
+TEST_F(Events, ANeighbourThatBeginsTheExchangeAnewIsDown) {
+  const auto all = told("--kind neighbor_down --v2", "campus");
+  EXPECT_TRUE(std::any_of(all.begin(), all.end(), [](const ordered_json &event) {
+    return event["why"] == "exchange_again";
+  }));
 }
 
 TEST_F(Events, TheNextDesignatedRouterIsToldWhenTheFirstDies) {

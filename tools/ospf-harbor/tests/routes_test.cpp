@@ -62,6 +62,81 @@ TEST_F(Routes, WhatIsNotThereIsToldWithTheNearest) {
       << instance.err;
 }
 
+// Every command that takes what-ifs refuses what cannot be, by the words that were said.
+TEST_F(Routes, WhatIfsThatCannotBeAreRefusedByEveryCommand) {
+  struct Refused {
+    const char *what_if;
+    int status;
+    const char *why;
+  };
+  const Refused all[] = {
+      {"--without-router 10.252.0.99", 1,
+       "\"10.252.0.99\": there is no router-LSA of 10.252.0.99; the nearest are 10.252.0.8, "},
+      {"--without 10.252.0.1--10.252.0.6", 1,
+       "there is no link between the two; 10.252.0.1 has those to 10.252.0.2\n"},
+      {"--cost 10.252.0.1>10.252.0.6=3", 1, "the first has no link to the second; "},
+      {"--with 10.252.0.1--10.252.0.8=3", 1, "the two have no area in common"},
+      {"--with 10.252.0.1--10.252.0.77=3", 1, "there is no router-LSA of 10.252.0.77; the nearest"},
+      {"--cost 10.252.0.1>10.252.0.2=-3", 2, "\"-3\" is no cost, which is a number from 1 to 65535"},
+      {"--cost 10.252.0.1>10.252.0.2=99999999999999", 2, "\"99999999999999\" is no cost"},
+      {"--with 10.252.0.1--10.252.0.2=0", 2, "\"0\" is no cost"},
+      {"--with 10.252.0.1--10.252.0.1=3", 2, "the two are one router"},
+      {"--without r1--r2", 2, "\"r1\" is no router ID such as 10.0.0.1"},
+      {"--without 10.252.0.1--10.252.0.2 --cost 10.252.0.1>10.252.0.2=3", 1,
+       "\"10.252.0.1--10.252.0.2\" and \"10.252.0.1>10.252.0.2=3\": the link is gone"},
+      {"--without-router 10.252.0.2 --with 10.252.0.1--10.252.0.2=3", 1, "the router is gone"},
+      {"--cost 10.252.0.1>10.252.0.2=3 --cost 10.252.0.1>10.252.0.2=4", 1,
+       "the cost is given twice"}};
+  for (const char *command : {"routes --router all", "path 10.252.0.1 10.252.0.6", "graph --dot",
+                              "check", "failures"}) {
+    for (const Refused &each : all) {
+      const Said said = ask(std::string(command) + " --v2 " + each.what_if, "virtual");
+      EXPECT_EQ(said.status, each.status) << command << " " << each.what_if;
+      EXPECT_EQ(said.out, "") << command << " " << each.what_if;
+      EXPECT_NE(said.err.find(each.why), std::string::npos) << command << ": " << said.err;
+    }
+  }
+}
+
+TEST_F(Routes, EndsThatAreNotThereAreToldWithTheNearest) {
+  const Said from = ask("path 203.0.113.77 10.252.0.1 --v2", "virtual");
+  EXPECT_EQ(from.status, 1);
+  EXPECT_EQ(from.err.rfind("ospf-harbor: FROM: found \"203.0.113.77\", expected a router ID, an "
+                           "address or a prefix that routers of these databases have; the nearest "
+                           "are ",
+                           0),
+            0u)
+      << from.err;
+  const Said to = ask("path 10.252.0.1 192.0.3.1 --v2", "virtual");
+  EXPECT_EQ(to.status, 1);
+  EXPECT_EQ(to.err,
+            "ospf-harbor: path: no way from 10.252.0.1 to 192.0.3.1; prefixes near it: "
+            "192.0.2.0/24, 198.51.100.0/24, 10.252.0.1/32\n");
+  const Said word = ask("path r1 10.252.0.1 --v2", "virtual");
+  EXPECT_EQ(word.status, 1);
+  EXPECT_NE(word.err.find("found \"r1\", expected a router ID"), std::string::npos) << word.err;
+}
+
+// A capture that begins when all is up: what it lacks is told, whatever is asked.
+TEST_F(Routes, WhatACaptureThatBeginsLateLacksIsTold) {
+  const std::string late = recording("dr-change") + "/late.pcap";
+  const std::string lacks =
+      "incomplete: OSPFv2: area 0.0.0.2: no router-LSA of 10.246.0.5, which that of 10.246.0.6 names";
+  for (const char *command :
+       {"routes --router 10.246.0.6", "path 10.246.0.6 10.96.56.0/30", "failures", "graph --dot"}) {
+    const Said said = RecordingTest::ask(std::string(command) + " --v2", late);
+    EXPECT_EQ(said.status, 0) << command;
+    EXPECT_NE(said.err.find(lacks), std::string::npos) << command << ": " << said.err;
+  }
+  // What is behind the router that is missing is not guessed.
+  const Said behind = RecordingTest::ask("path 10.246.0.6 10.246.0.1 --v2", late);
+  EXPECT_EQ(behind.status, 1);
+  EXPECT_NE(behind.err.find("incomplete: "), std::string::npos) << behind.err;
+  const Said diff = run({"diff", late, late, "--v2", "--router", "10.246.0.6"});
+  EXPECT_EQ(diff.status, 0);
+  EXPECT_NE(diff.err.find(lacks), std::string::npos) << diff.err;
+}
+
 TEST_F(Routes, WhatIfTellsWhichRoutesChange) {
   const Said said =
       ask("routes --router 10.251.0.3 --v2 --json --without 10.251.0.4--10.251.0.1", "nssa");

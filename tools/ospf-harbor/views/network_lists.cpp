@@ -169,6 +169,9 @@ class TreeReader : public TreeVisitor {
     if (line.is_observed && line.name.find('>') != std::string::npos) line.type = "virtual";
     const std::uint16_t cost = read_.value(object, ospf_interface_cost_get_value);
     if (cost != 0) line.cost = cost;
+    line.mtu_ignored = read_.flag(object, ospf_interface_mtu_ignore_get_value);
+    line.authentication =
+        authentication_of(read_.value(object, ospf_interface_authentication_val_get));
     take_told(line);
     const std::uint16_t hello = read_.value(object, ospf_interface_hello_interval_get_value);
     const std::uint16_t dead = read_.value(object, ospf_interface_dead_interval_get_value);
@@ -181,10 +184,32 @@ class TreeReader : public TreeVisitor {
     interfaces.push_back(std::move(line));
   }
 
+  std::string authentication_of(ospf_authentication *object) const {
+    if (read_.value(object, ospf_authentication_auth_type_selection_get_value) !=
+        OSPF_AUTH_TRAILER_KEY) {
+      return "none";
+    }
+    auto *algorithm = read_.value(object, ospf_authentication_crypto_algorithm_val_get);
+    if (algorithm == nullptr) return "key";
+    if (read_.flag(algorithm, ospf_crypto_algorithm_md5_get_value)) return "MD5";
+    if (read_.flag(algorithm, ospf_crypto_algorithm_hmac_sha_1_get_value)) return "HMAC-SHA-1";
+    if (read_.flag(algorithm, ospf_crypto_algorithm_hmac_sha_256_get_value)) return "HMAC-SHA-256";
+    if (read_.flag(algorithm, ospf_crypto_algorithm_hmac_sha_384_get_value)) return "HMAC-SHA-384";
+    if (read_.flag(algorithm, ospf_crypto_algorithm_hmac_sha_512_get_value)) return "HMAC-SHA-512";
+    return "key";
+  }
+
   void take_told(InterfaceLine &line) const {
-    if (told_ == nullptr) return;
+    const auto no_told = [&] {
+      // That there is none may only mean that nobody told.
+      if (line.authentication == "none") line.authentication.clear();
+    };
+    if (told_ == nullptr) return no_told();
     const auto told = told_->interfaces.find({line.area, line.name});
-    if (told == told_->interfaces.end()) return;
+    if (told == told_->interfaces.end()) return no_told();
+    if (!told->second.authentication) no_told();
+    line.prefix = told->second.prefix;
+    line.mtu = told->second.mtu;
     line.address = told->second.address;
     line.cost = told->second.cost;
     line.silent = told->second.silent;

@@ -39,7 +39,11 @@ struct InterfaceLine {
   std::uint32_t router = 0;
   std::string name;     // of the row
   std::string address;  // empty where nobody tells it
-  std::string type;     // empty if not known
+  std::string prefix;   // of its link, the same
+  std::optional<std::uint32_t> mtu;
+  bool mtu_ignored = false;
+  std::string authentication;  // "none", "key" or an algorithm; empty if not known
+  std::string type;            // empty if not known
   std::string state;
   std::optional<std::uint32_t> cost;
   std::optional<std::uint16_t> hello_interval;

@@ -47,6 +47,7 @@ class FrameDecoder {
   Reassembler fragments_;
   Frame frame_;
   std::uint32_t vlan_ = 0;
+  std::uint64_t hardware_ = 0;
   bool cut_reported_ = false;
   std::uint64_t frames_ = 0;
   std::uint64_t other_frames_ = 0;

@@ -30,7 +30,8 @@ enum LinkType : int {
 
 struct LinkFrame {
   std::uint16_t ether_type = 0;
-  std::uint32_t vlan = 0;  // stacked VLAN numbers, 12 bits each, innermost lowest; 0 without
+  std::uint32_t vlan = 0;      // stacked VLAN numbers, 12 bits each, innermost lowest; 0 without
+  std::uint64_t hardware = 0;  // the sender's address of 48 bits; 0 where there is none
   Bytes payload;
 };
 

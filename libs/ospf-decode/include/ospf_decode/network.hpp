@@ -102,6 +102,8 @@ struct Interface {
   std::uint32_t router_id = 0;
   std::uint32_t area_id = 0;
   std::uint32_t vlan = 0;
+  std::uint64_t hardware = 0;  // of its port; 0 where captures do not have it
+  std::uint32_t capture = 0;   // which had it first
   IpAddress address;
   IpAddress virtual_peer;  // zero unless a virtual link
   bool is_virtual = false;
@@ -166,6 +168,9 @@ class Network : public Visitor {
   // Time of the last packet; ages and states are told for it unless another is asked for.
   Time last_time() const { return last_time_; }
 
+  // Of which capture the next packets are.
+  void set_capture(std::uint32_t capture) { capture_ = capture; }
+
   // The number of the link that an interface stands on, as in the keys of link-scope LSAs.
   std::uint32_t link_of(std::uint32_t interface) const;
   // Interfaces by link.
@@ -199,6 +204,7 @@ class Network : public Visitor {
   virtual void on_offered(const Packet &, const LsdbKey &, const LsaHeader &, Lsdb::Outcome) {}
   // The interface that sent the packet at hand.
   std::uint32_t sending_interface() const { return sender_; }
+  std::uint32_t capture() const { return capture_; }
   // Whether an interface on the sender's link has asked for an LSA that has not come yet.
   bool is_requested(const LsaName &name) const;
   // Changes whenever links() may.
@@ -251,6 +257,7 @@ class Network : public Visitor {
   std::map<AreaKey, Area> areas_;
   std::set<std::uint32_t> requesting_;  // interfaces whose requests are not all answered
   std::uint32_t sender_ = 0;            // of the packet at hand
+  std::uint32_t capture_ = 0;
   std::uint64_t link_changes_ = 0;
   Time last_time_ = 0;
 };

@@ -55,6 +55,7 @@ struct Datagram {
   Time time = 0;
   std::uint64_t number = 0;  // of the packet in the capture, from 1
   std::uint32_t vlan = 0;
+  std::uint64_t hardware = 0;  // the sender's on the link; 0 where it is not known
   IpAddress source;
   IpAddress destination;
   std::uint8_t ttl = 0;

@@ -43,8 +43,9 @@ class Timeline : public ospf_decode::Network {
 
   explicit Timeline(Sink sink) : sink_(std::move(sink)) {}
 
-  // Of which capture the next packets are.
-  void set_source(std::uint32_t source) { source_ = source; }
+  // Tells what ends by time alone, up to a time at which no earlier packet can come any more: where
+  // packets are heard as they are sent, whenever none is there.
+  void pass(ospf_decode::Time now);
   // To be called behind the last packet, with the time that things stand at if it is later.
   void finish(std::optional<ospf_decode::Time> now = std::nullopt);
   // That time, or the last packet's.
@@ -108,7 +109,7 @@ class Timeline : public ospf_decode::Network {
                  const ospf_decode::LsaHeader &header) const;
   void tell(const Event &event) { sink_(event); }
 
-  const std::vector<std::uint32_t> &on_link(std::uint32_t interface);
+  const Facing &facing();
   void advance(ospf_decode::Time now);
   void review(const ospf_decode::Packet &packet, bool begins_exchange = false);
   void review(const ospf_decode::Packet &packet, std::uint32_t with, bool only_two,
@@ -123,6 +124,7 @@ class Timeline : public ospf_decode::Network {
   void see_election(const ospf_decode::Packet &packet, const ospf_decode::Hello &before);
   void see_restart(const ospf_decode::Packet &packet, const ospf_decode::LsaHeader &own);
   void see_flush(const Event &flush);
+  void end_storm_before(ospf_decode::Time now);
   void end_storm();
   void end_packet();
   void see_sending(const ospf_decode::Packet &packet, const ospf_decode::LsdbKey &key,
@@ -132,7 +134,6 @@ class Timeline : public ospf_decode::Network {
   void bad_lsa(const ospf_decode::Packet &packet, const ospf_decode::LsaHeader &header);
 
   Sink sink_;
-  std::uint32_t source_ = 0;
   ospf_decode::Time now_ = 0;
   std::map<Pair, PairState> pairs_;
   std::set<std::uint32_t> unsettled_;  // interfaces that have a neighbour on its way up
@@ -150,9 +151,8 @@ class Timeline : public ospf_decode::Network {
   std::vector<Event> storm_;
   std::vector<Event> sent_again_;  // of the packet at hand
 
-  std::uint64_t generation_ = ~std::uint64_t{0};
-  std::map<std::uint32_t, std::vector<std::uint32_t>> links_;
-  std::map<std::uint32_t, std::vector<std::uint32_t>> by_address_;  // of OSPFv2
+  std::uint64_t generation_ = 0;
+  std::optional<Facing> facing_;
 };
 
 }  // namespace ospf_events

@@ -38,6 +38,8 @@ enum class Authentication {
 struct Interface {
   std::string name;
   std::string address;         // its own, where the source tells it; no table has a field for it
+  std::string prefix = "";     // "192.0.2.1/24" or "192.0.2.0/24", as the source has it
+  std::optional<std::uint32_t> mtu = std::nullopt;
   std::string told_type;       // "virtual" or "loopback", which the model has no values for
   bool cost_known = true;
   bool silent = false;  // it was heard, but no more
@@ -47,6 +49,7 @@ struct Interface {
   bool mtu_ignored = false;
   bool demand_circuit = false;
   bool lls = false;
+  bool authentication_known = true;
   Authentication authentication = Authentication::none;
   std::uint16_t cost = 0;
   std::uint16_t hello_interval = 0;       // seconds

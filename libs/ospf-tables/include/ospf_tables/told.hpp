@@ -19,6 +19,9 @@ struct ToldOfNeighbor {
 
 struct ToldOfInterface {
   std::string address;
+  std::string prefix;
+  std::optional<std::uint32_t> mtu;
+  bool authentication = false;  // what the table has of it is what the source says
   std::string type;  // where the model has none like it: "virtual", "loopback"
   std::optional<std::uint32_t> cost;
   bool silent = false;  // it was heard, but no more

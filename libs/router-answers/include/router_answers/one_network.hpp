@@ -15,9 +15,26 @@
 
 namespace router_answers {
 
+// What the databases of routers differ in.
+struct Difference {
+  std::uint8_t version = 0;
+  std::uint8_t instance_id = 0;
+  std::uint16_t age = 0;  // of the youngest copy: what is young may still be on its way
+  std::string text;       // a sentence
+};
+
+// Two routers that call themselves the same.
+struct SharedId {
+  std::uint8_t version = 0;
+  std::uint8_t instance_id = 0;
+  std::uint32_t router_id = 0;
+  std::vector<std::string> names;
+};
+
 struct Network {
   std::vector<Process> processes;
-  std::vector<std::string> differences;  // a sentence each
+  std::vector<Difference> differences;
+  std::vector<SharedId> shared_ids;
 };
 
 Network one_network(const std::vector<Router> &routers);
