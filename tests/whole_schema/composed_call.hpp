@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <tuple>
 
 #include "composition.hpp"
 #include "whole_schema/erased.hpp"
@@ -37,10 +38,8 @@ std::uint64_t call_composed(const emit::Function &function, Word word) {
     const bool is_pointer = parameter.find('*') != std::string::npos;
     if (is_pointer || !parameter.starts_with("double ")) words.at(next++) = word(parameter);
   }
-  return [&]<std::size_t... at>(std::index_sequence<at...>) {
-    return call<std::uint64_t>(function.name, words[at]...);
-  }
-  (std::make_index_sequence<words.size()>());
+  return std::apply(
+      [&](auto... each) { return call<std::uint64_t>(function.name, each...); }, words);
 }
 
 inline std::uint64_t word_of(const void *pointer) {
