@@ -89,7 +89,7 @@ class SetWord {
 
  private:
   std::array<std::uint8_t, 8192> untouched_{};
-  std::array<std::uint8_t, 8192> memory_;
+  alignas(16) std::array<std::uint8_t, 8192> memory_;
 };
 
 }  // namespace
