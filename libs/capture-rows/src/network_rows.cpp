@@ -152,8 +152,8 @@ using AllDatabases = std::map<InstanceName, std::unique_ptr<DatabaseRows>>;
 // A network at one time: its areas, interfaces and neighbours, and where LSAs belong among them.
 class Gathered {
  public:
-  Gathered(Session &session, const decode::Network &network, decode::Time now)
-      : session_(session), network_(network), now_(now) {
+  Gathered(Session &session, const decode::Network &network, decode::Time now, bool ages_as_heard)
+      : session_(session), network_(network), now_(now), ages_as_heard_(ages_as_heard) {
     gather();
   }
 
@@ -170,10 +170,10 @@ class Gathered {
     const decode::Report report(counted_before, entry.packet);
     if (entry.key.version == 2) {
       decode_lsa_v2(entry.raw, lsa_v2_, report);
-      return add(entry.key, lsa_v2_, databases);
+      return add(entry, lsa_v2_, databases);
     }
     decode_lsa_v3(entry.raw, lsa_v3_, report);
-    return add(entry.key, lsa_v3_, databases);
+    return add(entry, lsa_v3_, databases);
   }
 
   // The instances that the tree is to have, of which those with databases have these.
@@ -186,6 +186,7 @@ class Gathered {
       Instance instance{};
       instance.family = routes_ipv4(name) ? Family::ipv4 : Family::ipv6;
       instance.router_id = observer_id(name);
+      instance.ages = ospf_tables::Ages{ages_as_heard_, now_};
       for (auto &[id, area] : heard.areas) instance.areas.push_back(std::move(area));
       const auto of = databases.find(name);
       rows[name] = of == databases.end()
@@ -267,7 +268,9 @@ class Gathered {
   }
 
   template <typename Lsa>
-  LsaRow add(const decode::LsdbKey &key, const Lsa &lsa, AllDatabases &databases) {
+  LsaRow add(const decode::LsdbEntry &entry, Lsa &lsa, AllDatabases &databases) {
+    if (!ages_as_heard_ && !lsa.header.do_not_age()) lsa.header.age = entry.age_at(now_);
+    const decode::LsdbKey &key = entry.key;
     const InstanceName name{key.version, key.instance_id};
     ++heard(name).counts.lsas;
     auto &rows = databases[name];
@@ -293,6 +296,7 @@ class Gathered {
   Session &session_;
   const decode::Network &network_;
   decode::Time now_;
+  bool ages_as_heard_;
   std::map<InstanceName, Heard> heard_;
   std::vector<Place> places_;  // by interface
   std::map<std::pair<InstanceName, std::uint32_t>, std::uint32_t> first_of_area_;
@@ -314,8 +318,8 @@ std::vector<LoadedInstance> load_network(Session &session, const decode::Network
 }
 
 std::vector<LoadedInstance> load_network(Session &session, const decode::Network &network,
-                                         decode::Time now) {
-  Gathered gathered(session, network, now);
+                                         decode::Time now, bool ages_as_heard) {
+  Gathered gathered(session, network, now, ages_as_heard);
   AllDatabases databases;
   for (const decode::LsdbEntry *entry : network.lsdb().sorted()) {
     if (gathered.holds(*entry)) gathered.add(*entry, databases);
@@ -329,7 +333,8 @@ class FollowedNetwork::Rows {
   Rows(Session &session, const decode::Network &network) : session_(session), network_(network) {}
 
   bool has_changed(decode::Time now) {
-    present_ = std::make_unique<Gathered>(session_, network_, now);
+    // Rows stay while others come and go, so that no time is that of all ages.
+    present_ = std::make_unique<Gathered>(session_, network_, now, true);
     fresh_.clear();
     gone_.clear();
     network_.lsdb().for_each([&](const decode::LsdbEntry &entry) {

@@ -13,7 +13,7 @@ namespace library_sections {
 std::vector<std::uint8_t> read_file(const std::string &path, const PieceCheck &check) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(path.c_str(), "rbe"),
                                                               &std::fclose);
-  if (file == nullptr) throw Error(path, std::strerror(errno), "a file that can be read");
+  if (file == nullptr) throw Error("cannot open " + path + ": " + std::strerror(errno));
   std::vector<std::uint8_t> bytes;
   std::uint8_t piece[64 * 1024];
   while (const std::size_t got = std::fread(piece, 1, sizeof piece, file.get())) {
@@ -21,7 +21,7 @@ std::vector<std::uint8_t> read_file(const std::string &path, const PieceCheck &c
     if (check) check(bytes);
   }
   if (std::ferror(file.get()) != 0) {
-    throw Error(path, std::strerror(errno), "a file that can be read");
+    throw Error("cannot read " + path + ": " + std::strerror(errno));
   }
   return bytes;
 }

@@ -421,7 +421,8 @@ Neighbor Network::neighbor(std::uint32_t interface, std::uint32_t peer, bool onl
 
 // Of equal links between two routers packets may not tell which ends are one link's; when all of
 // them list the other router, each pair hears each other, whichever they are.
-bool Network::hear_each_other(std::uint32_t interface, std::uint32_t router) const {
+bool Network::hear_each_other(const std::map<std::uint32_t, std::vector<std::uint32_t>> &links,
+                              std::uint32_t interface, std::uint32_t router) const {
   const Interface &of = interfaces_[interface];
   const auto there = by_router_.find(router);
   const NetworkType type = network_type(interface);
@@ -436,7 +437,7 @@ bool Network::hear_each_other(std::uint32_t interface, std::uint32_t router) con
         with.instance_id != of.instance_id || with.is_virtual != of.is_virtual) {
       continue;
     }
-    const bool paired = links().at(link_of(index)).size() > 1;
+    const bool paired = links.at(link_of(index)).size() > 1;
     if (paired) continue;
     if (!with.listed_since.contains(of.router_id)) return false;
     any = true;
@@ -446,7 +447,8 @@ bool Network::hear_each_other(std::uint32_t interface, std::uint32_t router) con
 
 std::vector<Neighbor> Network::neighbors(Time now) const {
   std::vector<Neighbor> out;
-  for (const auto &[link, members] : links()) {
+  const std::map<std::uint32_t, std::vector<std::uint32_t>> by_link = links();
+  for (const auto &[link, members] : by_link) {
     for (const std::uint32_t interface : members) {
       const Interface &of = interfaces_[interface];
       if (of.hello_count == 0) continue;
@@ -463,7 +465,7 @@ std::vector<Neighbor> Network::neighbors(Time now) const {
         heard.interface = interface;
         heard.router_id = router;
         heard.state = NeighborState::init;
-        if (!hear_each_other(interface, router)) continue;
+        if (!hear_each_other(by_link, interface, router)) continue;
         const bool has_lasted = now - since > of.hello.dead_interval * second;
         heard.state = has_lasted ? NeighborState::full : NeighborState::two_way;
         if (has_lasted) heard.evidence = Evidence::lasting;

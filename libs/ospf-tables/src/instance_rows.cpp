@@ -146,6 +146,7 @@ void add_area(Session &session, tbl_ospf_area_table *table, const Area &area,
 
 ToldOfInstance told_of(const Instance &instance) {
   ToldOfInstance told;
+  told.ages = instance.ages;
   for (const Area &area : instance.areas) {
     if (!area.kind.empty()) told.area_kinds[area.id] = area.kind;
     for (const Interface &interface : area.interfaces) {

@@ -6,6 +6,7 @@
 
 #include "ospf_tables/field_reader.hpp"
 #include "ospf_tables/row_keys.hpp"
+#include "lsa_octets.hpp"
 #include "ospf_tables/rows.hpp"
 
 namespace ospf_tables {
@@ -200,7 +201,11 @@ struct LsaReader : FieldReader {
     result.prefix = {text(external, ospfv3_lsa_external_external_prefix_get),
                      text(external, ospfv3_lsa_external_external_prefix_options_get)};
     result.forwarding_address = address(external, ospfv3_lsa_external_forwarding_address_get);
-    result.route_tag = value(external, ospfv3_lsa_external_external_route_tag_get_value);
+    if (const std::uint32_t tag =
+            value(external, ospfv3_lsa_external_external_route_tag_get_value);
+        tag != 0) {
+      result.route_tag = tag;
+    }
     result.referenced_link_state_id =
         value(external, ospfv3_lsa_external_referenced_link_state_id_get_value);
     return result;
@@ -361,6 +366,7 @@ LsaView read_record(Session &session, typename Ops::Record *record) {
     view.body = read_body_v3<Fields>(read, row, read.value(row, Fields::v3), view);
   }
   session.check("reading an LSA");
+  add_from_octets(view);
   return view;
 }
 
@@ -373,7 +379,7 @@ struct RowReader : FieldReader {
 
 }  // namespace
 
-std::uint16_t RouterLinkViewV2::metric() const {
+std::uint32_t RouterLinkViewV2::metric() const {
   const auto base = std::find_if(metrics.begin(), metrics.end(),
                                  [](const TopologyMetricView &each) { return each.mt_id == 0; });
   return base == metrics.end() ? 0 : base->metric;

@@ -26,6 +26,8 @@ class LsdbReader : public TreeVisitor {
       place.router_id =
           read.value(ospf_instance_rev1_ops::get_key(session_.handle(), space, record),
                      ospf_instance_rev1_key_router_id_get_value);
+      const auto told = session_.told().find(row.key);
+      if (told != session_.told().end()) place.ages = told->second.ages;
     } else if (auto *area = record_of<ospf_area_ops>(row)) {
       place.area = read.value(ospf_area_ops::get(session_.handle(), space, area),
                               ospf_area_area_id_get_value);
@@ -44,6 +46,7 @@ class LsdbReader : public TreeVisitor {
     std::uint32_t router_id = 0;
     std::optional<std::uint32_t> area;
     std::optional<std::string> interface;
+    std::optional<Ages> ages;
   };
 
   template <typename Record>
@@ -51,7 +54,7 @@ class LsdbReader : public TreeVisitor {
     const Place &place = places_.back();
     LsdbEntry entry{std::string(row.kind),     row.path,   place.instance,
                     place.router_id,           place.area, std::nullopt,
-                    read_lsa(session_, record)};
+                    place.ages,                read_lsa(session_, record)};
     // The place of a row is where the model has room for it: a traffic-engineering LSA of an area,
     // say, stands below an interface. What it belongs to is its scope's.
     if (entry.lsa.scope() == Scope::as) entry.area.reset();

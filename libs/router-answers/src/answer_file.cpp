@@ -5,10 +5,9 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 
-#include "ospf_tables/input_error.hpp"
+#include "ospf_tables/system_error.hpp"
 
 namespace router_answers {
 
@@ -37,8 +36,7 @@ std::string read_answer(const std::string &path) {
   errno = 0;
   const std::unique_ptr<gzFile_s, int (*)(gzFile)> file(gzopen(path.c_str(), "rb"), gzclose_r);
   if (file == nullptr) {
-    throw InputError(path, "", "no readable file (" + std::string(std::strerror(errno)) + ")",
-                     expected);
+    throw ospf_tables::cannot("open", path, errno);
   }
   std::string text;
   std::array<char, 65536> piece{};

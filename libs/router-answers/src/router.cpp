@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <sstream>
+#include <string_view>
 
 #include "ospf_decode/lsa_header.hpp"
 #include "ospf_tables/input_error.hpp"
@@ -32,6 +34,29 @@ void add_areas(Process &process) {
 bool is_router(const std::string &folder) {
   return has_frr_process(folder) || has_frr_v2(folder) || has_frr_v3(folder) ||
          !bird_protocols(folder).empty();
+}
+
+std::string host_name(const std::string &folder) {
+  struct Place {
+    const char *file;
+    const char *before;
+  };
+  constexpr Place places[] = {{"frr.conf", "hostname "},
+                              {"running-config.txt", "hostname "},
+                              {"bird.conf", "hostname "},
+                              {"status.txt", "Hostname is "}};
+  for (const Place &place : places) {
+    const auto file = find_answer(folder, place.file);
+    if (!file) continue;
+    std::istringstream in(read_answer(*file));
+    for (std::string line; std::getline(in, line);) {
+      if (!line.starts_with(place.before)) continue;
+      line.erase(0, std::string_view(place.before).size());
+      std::erase(line, '"');
+      return in_one_line(line.substr(0, line.find_first_of("; \t\r")));
+    }
+  }
+  return "";
 }
 
 Router read_router(const std::string &folder, PassedOver &passed_over) {

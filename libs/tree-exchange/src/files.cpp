@@ -7,10 +7,9 @@
 #include <cerrno>
 #include <charconv>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 
-#include "ospf_tables/input_error.hpp"
+#include "ospf_tables/system_error.hpp"
 #include "piece_size.hpp"
 #include "tree_exchange/file_descriptor.hpp"
 
@@ -22,20 +21,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const std::string &path, const char *expected) {
-  throw InputError(path, "", std::strerror(errno), expected);
+[[noreturn]] void fail(const char *act, const std::string &path) {
+  throw cannot(act, path, errno);
 }
 
 // Gives pieces until `take` says that it has enough.
 void read_until(const std::string &path, const std::function<bool(ByteView)> &take) {
-  constexpr char expected[] = "a file that can be read";
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file.is_open()) fail(path, expected);
+  if (!file.is_open()) fail("open", path);
   Bytes piece(piece_size);
   while (true) {
     const ssize_t got = read(file.get(), piece.data(), piece.size());
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) fail(path, expected);
+    if (got < 0) fail("read", path);
     if (got == 0 || !take(ByteView(piece).first(static_cast<std::size_t>(got)))) return;
   }
 }
@@ -44,7 +42,7 @@ void write_all(int file, const std::string &path, ByteView bytes) {
   while (!bytes.empty()) {
     const ssize_t put = write(file, bytes.data(), bytes.size());
     if (put < 0 && errno == EINTR) continue;
-    if (put < 0) fail(path, "a file that can be written");
+    if (put < 0) fail("write", path);
     bytes = bytes.subspan(static_cast<std::size_t>(put));
   }
 }
@@ -73,7 +71,7 @@ class Replacement {
     clear_left_behind(path_);
     unlink(aside_.c_str());
     file_ = FileDescriptor(open(aside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (!file_.is_open()) fail(path_, "a folder that can be written to");
+    if (!file_.is_open()) fail("write", path_);
   }
   ~Replacement() {
     if (!placed_) unlink(aside_.c_str());
@@ -84,15 +82,14 @@ class Replacement {
 
   // On the disk with all that it holds when this returns.
   void take_place(mode_t mode) {
-    constexpr char expected[] = "a file that can be written";
     if (fchmod(file_.get(), mode) != 0 || fsync(file_.get()) != 0 || file_.close() != 0 ||
         rename(aside_.c_str(), path_.c_str()) != 0) {
-      fail(path_, expected);
+      fail("write", path_);
     }
     placed_ = true;
     const FileDescriptor folder(
         open(path_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.is_open() || fsync(folder.get()) != 0) fail(path_, expected);
+    if (!folder.is_open() || fsync(folder.get()) != 0) fail("write", path_);
   }
 
  private:
@@ -115,7 +112,7 @@ fs::path target_of(const std::string &path) {
     if (!fs::is_symlink(target, error)) return target;
     if (links == most_links) {
       errno = ELOOP;
-      fail(path, "a file that can be written");
+      fail("write", path);
     }
     target = target.parent_path() / fs::read_symlink(target);
   }
@@ -167,7 +164,7 @@ void write_file(const std::string &path,
   const fs::path target = target_of(path);
   if (target.empty() || (exists && !S_ISREG(there.st_mode))) {
     const FileDescriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
-    if (!file.is_open()) fail(path, "a file that can be written");
+    if (!file.is_open()) fail("write", path);
     write([&](ByteView bytes) { write_all(file.get(), path, bytes); });
     return;
   }

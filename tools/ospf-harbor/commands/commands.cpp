@@ -10,7 +10,9 @@
 #include <memory>
 #include <optional>
 
+#include "commands/help_texts.hpp"
 #include "commands/source_choice.hpp"
+#include "ospf_tables/system_error.hpp"
 #include "traces/trace_file.hpp"
 
 namespace tool {
@@ -53,6 +55,16 @@ struct Chosen {
   SourceChoice choice;
 
   int operator()(Session *session) const {
+    if (!help_text(command->name).statuses.one_is_an_answer) return load_and_run(session);
+    try {
+      return load_and_run(session);
+    } catch (const InputError &error) {
+      throw UsageError(error.what());
+    }
+  }
+
+ private:
+  int load_and_run(Session *session) const {
     if (command->needs != Needs::tree) return run(session);
     int status = choice.load(*session, command->name);
     session->reading([&] { status = std::max(status, run(session)); });
@@ -94,6 +106,7 @@ void add_commands(CLI::App &app, Stands here, Chosen *chosen) {
     own->fallthrough();
     own->set_help_all_flag();
     if (command->hidden) own->group("");
+    own->footer(footer_of(name));
     const Run run = command->set_up(*own);
     const auto choice = std::make_shared<SourceChoice>();
     if (command->needs == Needs::tree) choice->add_to(*own);
@@ -119,6 +132,11 @@ std::string names_below(CLI::App &app) {
   return names;
 }
 
+[[noreturn]] void unknown_command(CLI::App &app, CLI::App &group, const std::string &word) {
+  const std::string name = (&group == &app ? "" : group.get_name() + " ") + word;
+  throw UsageError("unknown command \"" + name + "\"; there are " + names_below(group));
+}
+
 // The command that a line does not have, told before the parser tells of what is behind it.
 void check_name(CLI::App &app, const std::vector<std::string> &words) {
   if (words.empty() && !commands_of(app).empty())
@@ -128,10 +146,7 @@ void check_name(CLI::App &app, const std::vector<std::string> &words) {
     if (commands_of(*at).empty()) return;
     if (word.starts_with("-")) return;
     CLI::App *below = named(*at, word);
-    if (below == nullptr) {
-      throw UsageError(at == &app ? "command" : at->get_name(), "", "\"" + word + "\"",
-                       "one of " + names_below(*at));
-    }
+    if (below == nullptr) unknown_command(app, *at, word);
     at = below;
   }
 }
@@ -143,11 +158,22 @@ bool parse(CLI::App &app, std::vector<std::string> words) {
     std::reverse(words.begin(), words.end());
     app.parse(std::move(words));
     return true;
+  } catch (const CLI::CallForHelp &) {
+    std::cout << wrapped(app.help());
+    return false;
+  } catch (const CLI::CallForAllHelp &) {
+    std::cout << wrapped(app.help("", CLI::AppFormatMode::All));
+    return false;
   } catch (const CLI::Success &asked) {
     app.exit(asked, std::cout, std::cerr);
     return false;
   } catch (const CLI::ParseError &error) {
     const std::string name = parsed_name(app);
+    // Behind options of the program, which may come first.
+    const std::vector<std::string> left = app.remaining();
+    if (name.empty() && !left.empty() && !left.front().starts_with("-")) {
+      unknown_command(app, app, left.front());
+    }
     throw UsageError((name.empty() ? "" : name + ": ") + error.what() + "; \"ospf-harbor help" +
                      (name.empty() ? "" : " " + name) + "\" tells more");
   }
@@ -163,6 +189,7 @@ struct Program {
 
   explicit Program(Stands here = Stands::on_the_command_line) {
     app.set_help_all_flag("--help-all", "Help of all commands");
+    app.footer(footer_of(""));
     app.set_version_flag("--version", "ospf-harbor " HARBOR_VERSION);
     app.add_option("--store", store,
                    "A file that holds the tables, shared with other processes; commands that load "
@@ -212,9 +239,8 @@ int written(int status) {
   if (flushed && std::cout.good() && std::ferror(stdout) == 0) return status;
   std::cout.clear();
   std::clearerr(stdout);
-  throw InputError("standard output", "",
-                   reason == 0 ? "a place that takes nothing" : std::strerror(reason),
-                   "one that takes what is printed");
+  throw cannot("write to", "standard output",
+               reason == 0 ? "it takes nothing" : std::strerror(reason));
 }
 
 template <typename Act>
@@ -260,8 +286,13 @@ int print_help(const std::vector<std::string> &words) {
   CLI::App &app = command_named(all.app, words);
   std::string before = words.empty() ? "" : all.app.get_name();
   for (std::size_t at = 0; at + 1 < words.size(); ++at) before += " " + words[at];
-  std::cout << app.help(before);
+  std::cout << wrapped(app.help(before));
   return 0;
+}
+
+void check_words(const std::vector<std::string> &words) {
+  Program program;
+  parse(program.app, words);
 }
 
 void with_parser(const std::function<void(CLI::App &program)> &act, Stands here) {

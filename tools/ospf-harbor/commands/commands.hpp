@@ -27,6 +27,9 @@ int run_line(ospf_tables::Session &session, std::vector<std::string> words);
 // Prints the help of the command that the words name, or of all. Throws UsageError.
 int print_help(const std::vector<std::string> &words);
 
+// Parses the words of a command line and runs nothing. Throws UsageError.
+void check_words(const std::vector<std::string> &words);
+
 // The parser of the command line, or of the shell, for what is made of it. Hidden commands have the
 // group "".
 void with_parser(const std::function<void(CLI::App &program)> &act,

@@ -9,6 +9,7 @@
 #include "tree_exchange/tree_writer.hpp"
 #include "tree_exchange/tree_xml.hpp"
 #include "views/notes.hpp"
+#include "views/progress.hpp"
 #include "views/show.hpp"
 
 namespace tool {
@@ -43,10 +44,12 @@ std::string text_of_tree(Session &session, std::uint64_t &rows) {
 void write_tree_file(Session &session, TreeForm form, const std::string &file) {
   std::uint64_t rows = 0;
   std::uint64_t size = 0;
+  Progress progress;
   write_file(file, [&](const std::function<void(ByteView)> &write) {
     const auto put = [&](ByteView bytes) {
       size += bytes.size();
       write(bytes);
+      if (progress.is_due()) progress.show(file + ": " + size_text(size) + " written");
     };
     switch (form) {
       case TreeForm::image:
@@ -60,6 +63,7 @@ void write_tree_file(Session &session, TreeForm form, const std::string &file) {
         return;
     }
   });
+  progress.clear();
   note("exported " + rows_text(rows) + " to " + file);
   const std::string warning = too_many_bytes(form, file, size);
   if (!warning.empty()) note("ospf-harbor: export: " + warning);

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "commands/show_after.hpp"
+#include "commands/source_choice.hpp"
 
 namespace tool {
 
@@ -22,6 +23,9 @@ Run set_up_load_capture(CLI::App &app) {
   app.add_option("--seconds", options->heard.seconds,
                  "How long to listen; until a signal without it")
       ->needs(interface);
+  add_ages_option(app, options->heard.as_heard);
+  app.add_flag("--json", options->heard.json,
+               "What was read and loaded as one JSON object a line");
   options->show.add_to(app);
   return [options](ospf_tables::Session *session) {
     return options->show.run(*session, load_capture(*session, options->heard));

@@ -30,12 +30,13 @@ int list_lsas(Session &session, const LsdbOptions &options) {
                                    .c_str());
     return 1;
   }
+  const RouterNames names = router_names(session, all);
   if (options.json) {
-    for (const LsdbEntry &entry : entries) std::printf("%s\n", json_line(entry).c_str());
+    for (const LsdbEntry &entry : entries) std::printf("%s\n", json_line(entry, names).c_str());
   } else if (options.detail) {
-    print_lsa_details(entries, stdout);
+    print_lsa_details(entries, names, stdout);
   } else {
-    print_lsa_table(entries, stdout);
+    print_lsa_table(entries, names, stdout);
   }
   return 0;
 }
@@ -48,9 +49,23 @@ Run set_up_lsdb(CLI::App &app) {
   return [options](Session *session) { return list_lsas(*session, *options); };
 }
 
+constexpr char lsdb_description[] =
+    R"(Lists the LSAs of each instance, area and link. Of a capture these are the
+databases as they stand at the last packet, or at --at.
+
+A line of --json has the keys kind, path, instance, router_id, area,
+interface, age_as (what the age is as of: "of" a time, or heard; null where a
+router tells it), adv_router_name, version, scope, type, type_name, lsa_id,
+adv_router, age, seq_num, checksum, length, options, decoded_completed, body
+and raw_data. The body has the fields of its type, opaque LSAs with what
+their TLVs say: type, name, length, unit, says, octets and sub_tlvs.
+)";
+
 }  // namespace
 
 extern const Command lsdb_command;
-const Command lsdb_command{"lsdb", "List the link-state databases", Needs::tree, set_up_lsdb};
+const Command lsdb_command{"lsdb",      "List the link-state databases", Needs::tree,
+                           set_up_lsdb, Stands::everywhere,              false,
+                           lsdb_description};
 
 }  // namespace tool

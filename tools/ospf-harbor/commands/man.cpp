@@ -1,10 +1,12 @@
 // Man pages, made of the list of commands: one of the program, or one of a command.
 #include <algorithm>
+#include <cctype>
 #include <iostream>
 #include <memory>
 #include <sstream>
 
 #include "commands/commands.hpp"
+#include "commands/help_texts.hpp"
 
 namespace tool {
 
@@ -51,11 +53,29 @@ void print_lines(const std::string &text) {
   }
 }
 
-// What a command says of itself beyond its options.
-void print_more(const std::vector<std::string> &words) {
+std::string name_of(const std::vector<std::string> &words) {
   std::string name;
   for (const std::string &word : words) name += (name.empty() ? "" : " ") + word;
-  const Command *command = find_command(name);
+  return name;
+}
+
+std::string as_sentence(std::string text) {
+  text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+  return text + ".";
+}
+
+void print_statuses(const std::vector<std::string> &words) {
+  const Statuses &statuses = help_text(name_of(words)).statuses;
+  std::cout << ".SH EXIT STATUS\n";
+  int number = 0;
+  for (const char *meaning : {statuses.zero, statuses.one, statuses.two}) {
+    std::cout << ".TP\n.B " << number++ << '\n' << plain_roff(as_sentence(meaning)) << '\n';
+  }
+}
+
+// What a command says of itself beyond its options.
+void print_more(const std::vector<std::string> &words) {
+  const Command *command = find_command(name_of(words));
   if (command == nullptr) return;
   if (command->description != nullptr) {
     std::cout << ".SH DESCRIPTION\n";
@@ -95,8 +115,7 @@ void print_page(CLI::App &program, const std::vector<std::string> &words) {
     print_command(app, name);
   }
   print_more(words);
-  std::cout << ".SH EXIT STATUS\n.TP\n.B 0\nAll went well.\n.TP\n.B 1\nSomething is wrong with the "
-               "data, which standard error tells.\n.TP\n.B 2\nThe command line is wrong.\n";
+  print_statuses(words);
 }
 
 Run set_up_man(CLI::App &app) {

@@ -38,16 +38,64 @@ Run set_up_list(CLI::App &app) {
   };
 }
 
+constexpr char neighbors_description[] =
+    R"(Lists what each router says of its neighbours, or what packets show of them.
+A star behind a state marks one that is inferred from something else than
+the conversation itself.
+
+A line of --json has the keys version, instance, area, router, router_name,
+interface, neighbor_id, neighbor_name, address, priority, state (such as Full
+or 2-Way), role (DR, Backup or DROther), dr and bdr as the neighbour declares
+them, and evidence (answer, hello, exchange, database, flooding, role or
+lasting). What nobody tells is null.
+)";
+
+constexpr char interfaces_description[] =
+    R"(Lists the interfaces of each router. Those of captures are named by router
+and address.
+
+A line of --json has the keys version, instance, area, router, router_name,
+interface, address, type, state, cost, hello_interval, dead_interval,
+priority, dr, bdr, passive, neighbors and full, which are counts. What nobody
+tells is null.
+)";
+
+constexpr char areas_description[] =
+    R"(Lists the areas, with what router LSAs say of their kind.
+
+A line of --json has the keys version, instance, area, kind (normal, stub,
+totally stubby, NSSA or totally NSSA), routers (their IDs), border_routers,
+as_boundary_routers, interfaces, neighbors, full and lsas, which are counts.
+)";
+
+constexpr char routers_description[] =
+    R"(Lists the routers that have LSAs, interfaces or neighbours.
+
+A line of --json has the keys version, instance, router, router_name,
+has_router_lsa, border, as_boundary, areas (their IDs), interfaces,
+neighbors, full and lsas, which are counts.
+)";
+
+constexpr Command list_command(const char *name, const char *sentence,
+                               Run (*set_up)(CLI::App &app), const char *description) {
+  return {name,  sentence, Needs::tree, set_up, Stands::everywhere,
+          false, description};
+}
+
 }  // namespace
 
 extern const Command neighbors_command, interfaces_command, areas_command, routers_command;
-const Command neighbors_command{"neighbors", "List neighbours and their states", Needs::tree,
-                                set_up_list<print_neighbors, print_neighbors_json>};
-const Command interfaces_command{"interfaces", "List interfaces and their states", Needs::tree,
-                                 set_up_list<print_interfaces, print_interfaces_json>};
-const Command areas_command{"areas", "List areas, their kinds and what is in them", Needs::tree,
-                            set_up_list<print_areas, print_areas_json>};
-const Command routers_command{"routers", "List routers and what they are", Needs::tree,
-                              set_up_list<print_routers, print_routers_json>};
+const Command neighbors_command =
+    list_command("neighbors", "List neighbours and their states",
+                 set_up_list<print_neighbors, print_neighbors_json>, neighbors_description);
+const Command interfaces_command =
+    list_command("interfaces", "List interfaces and their states",
+                 set_up_list<print_interfaces, print_interfaces_json>, interfaces_description);
+const Command areas_command =
+    list_command("areas", "List areas, their kinds and what is in them",
+                 set_up_list<print_areas, print_areas_json>, areas_description);
+const Command routers_command =
+    list_command("routers", "List routers and what they are",
+                 set_up_list<print_routers, print_routers_json>, routers_description);
 
 }  // namespace tool

@@ -10,6 +10,7 @@
 #include "ospf_routes/changes.hpp"
 #include "ospf_routes/routes.hpp"
 #include "ospf_tables/session.hpp"
+#include "views/prefix_choice.hpp"
 
 namespace tool {
 
@@ -55,19 +56,6 @@ std::vector<ospf_routes::Database> chosen_databases(ospf_tables::Session &sessio
 // The routers of these that have a database. Throws InputError with the nearest that exist.
 ospf_routes::RouterId router_named(const std::string &option, const std::string &text,
                                    const std::vector<ospf_routes::Calculator> &calculators);
-
-// "10.0.0.0/8" alone, with "+" also what is within it, with "@" what covers it.
-struct PrefixChoice {
-  enum class Match { all, exact, longer, covering };
-  Match match = Match::all;
-  std::string text;  // without the sign
-
-  // Throws InputError when no family has such a prefix.
-  static PrefixChoice parse(const std::string &text);
-  bool meets(const ospf_routes::Prefix &prefix, ospf_routes::Family family) const;
-  // Does not meet it, but covers what was asked for or is within it, or is of the same address.
-  bool is_near(const ospf_routes::Prefix &prefix, ospf_routes::Family family) const;
-};
 
 // Of all routes the prefixes that share most bits with an address or a prefix, as "10.0.0.0/8, ...";
 // empty when the text is neither, or there are none.

@@ -5,19 +5,30 @@
 #include <vector>
 
 #include "commands/command.hpp"
+#include "sources/name_list.hpp"
 #include "sources/sources.hpp"
 
 namespace tool {
 
+inline void add_ages_option(CLI::App &app, bool &as_heard) {
+  app.add_flag("--as-heard", as_heard,
+               "Ages of captured LSAs as each was heard, not as of the last packet");
+}
+
 struct SourceChoice {
   std::vector<std::string> sources;
   std::string at;
+  bool as_heard = false;
+  std::string names;
 
   void add_to(CLI::App &app) {
     app.add_option("--from", sources, source_help);
     app.add_option("--at", at,
                    "Captures only up to this time: 2026-11-22T08:30:00.5Z, 08:30:00, or +12.5 for "
                    "seconds behind the first packet");
+    add_ages_option(app, as_heard);
+    app.add_option("--names", names,
+                   "A list of names to show beside router IDs: lines such as \"10.0.0.1 core1\"");
   }
 
   // Throws UsageError for what cannot be: sources beside a store, a time without sources.
@@ -34,7 +45,9 @@ struct SourceChoice {
   // Into the session. 0 when all was sound, 1 when something was not and the rest is loaded.
   int load(ospf_tables::Session &session, const char *command, Heard *heard = nullptr) const {
     check(command, session.is_store());
-    return sources.empty() ? 0 : load_sources(session, sources, {at, heard});
+    const int status = sources.empty() ? 0 : load_sources(session, sources, {at, heard, as_heard});
+    if (!names.empty()) read_names(names, session.names());
+    return status;
   }
 };
 

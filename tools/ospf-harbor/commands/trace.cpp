@@ -14,12 +14,18 @@ Run set_up_trace(CLI::App &app) {
       ->required();
   app.add_option("--library", options->shared_object,
                  "The library whose messages they are; the one of this program without it");
-  app.add_option("--level", options->level,
-                 "Print this level and worse: fatal, error, information or debug");
+  options->level = "information";
+  CLI::Option *level =
+      app.add_option("--level", options->level,
+                     "Print this level and worse: fatal, error, information (without it) or debug, "
+                     "which has what is routine");
   app.add_flag("--follow", options->follow, "Wait for more records, until interrupted");
   app.add_option("--seconds", options->seconds, "End following after so long")
       ->check(CLI::PositiveNumber);
-  return [options](ospf_tables::Session *) { return print_trace(*options, std::cout, std::cerr); };
+  return [options, level](ospf_tables::Session *) {
+    options->tells_hidden = level->count() == 0;
+    return print_trace(*options, std::cout, std::cerr);
+  };
 }
 
 }  // namespace

@@ -103,6 +103,14 @@ void load_routers(ospf_tables::Session &session, const std::vector<std::string> 
   PassedOver passed_over;
   std::vector<Router> routers;
   for (const std::string &folder : folders) routers.push_back(read_router(folder, passed_over));
+  for (std::size_t at = 0; at < routers.size(); ++at) {
+    const std::string name = host_name(folders[at]);
+    for (const Process &process : routers[at].processes) {
+      if (!name.empty() && process.instance.router_id != 0) {
+        session.names()[process.instance.router_id] = name;
+      }
+    }
+  }
   Network network;
   if (routers.size() == 1) {
     network.processes = own_processes(std::move(routers.front()));

@@ -1,16 +1,19 @@
 #include "sources/load_capture.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "capture_rows/network_rows.hpp"
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
-#include "ospf_tables/input_error.hpp"
+#include "ospf_tables/system_error.hpp"
 #include "sources/time_point.hpp"
 #include "views/progress.hpp"
 #include "views/text_forms.hpp"
@@ -212,9 +215,11 @@ std::unique_ptr<Source> open_source(const char *command, const std::string &name
                                     std::uint32_t number, decode::Network &network) {
   auto source = std::make_unique<Source>(name, number, network);
   if (live ? source->reader.open_live(name) : source->reader.open_file(name)) return source;
-  complain(command, InputError(name, "", source->reader.error(),
-                               live ? "an interface to listen on" : "a capture (pcap or pcapng)")
-                        .what());
+  std::string why = source->reader.error();
+  // The library names the file in some of its words itself.
+  if (why.starts_with(name + ": ")) why.erase(0, name.size() + 2);
+  if (!live && why != std::strerror(ENOENT)) why += "; a capture is pcap or pcapng";
+  complain(command, cannot(live ? "listen on" : "open", name, why).what());
   return nullptr;
 }
 
@@ -264,14 +269,56 @@ std::optional<decode::Time> hear(Sources &sources, const CaptureOptions &options
   return std::nullopt;
 }
 
+using Json = nlohmann::ordered_json;
+
+Json json_of(const Source &source) {
+  Json errors = Json::array();
+  for (std::size_t at = 0; at < decode::error_kind_count; ++at) {
+    const auto kind = static_cast<decode::ErrorKind>(at);
+    const decode::ErrorCounts::Entry &entry = source.decoder.errors()[kind];
+    if (entry.count == 0) continue;
+    errors.push_back({{"kind", decode::error_name(kind)},
+                      {"count", entry.count},
+                      {"first_packet", entry.first_packet}});
+  }
+  return {{"kind", "source"},
+          {"name", source.name},
+          {"packets", source.decoder.frames()},
+          {"ospf_packets", source.decoder.ospf_packets()},
+          {"lsas", source.decoder.lsas()},
+          {"lost", source.reader.dropped()},
+          {"errors", errors}};
+}
+
+Json json_of(const LoadedInstance &instance) {
+  return {{"kind", "instance"},
+          {"version", instance.version},
+          {"instance", instance.instance_id},
+          {"areas", instance.areas},
+          {"interfaces", instance.interfaces},
+          {"neighbors", instance.neighbors},
+          {"lsas", instance.lsas}};
+}
+
+void report_as_json(const Sources &sources, const std::vector<LoadedInstance> &loaded,
+                    std::FILE *report) {
+  const auto print = [&](const Json &line) {
+    std::fprintf(report, "%s\n", line.dump(-1, ' ', true, Json::error_handler_t::replace).c_str());
+  };
+  for (const auto &source : sources) print(json_of(*source));
+  for (const LoadedInstance &instance : loaded) print(json_of(instance));
+}
+
 // Fills the tables and says what was read and what they got.
 void fill_tables(Session &session, const decode::Network &network, decode::Time now,
-                 const Sources &sources, Progress &progress, std::FILE *report) {
+                 const CaptureOptions &options, const Sources &sources, Progress &progress,
+                 std::FILE *report) {
   progress.show(counted(network.lsdb().size(), "LSA", "LSAs") + " heard, filling the tables");
   std::vector<LoadedInstance> loaded;
-  session.changing([&] { loaded = load_network(session, network, now); });
+  session.changing([&] { loaded = load_network(session, network, now, options.as_heard); });
   progress.clear();
   if (report == nullptr) return;
+  if (options.json) return report_as_json(sources, loaded, report);
   for (const auto &source : sources) std::fprintf(report, "read %s\n", summary(*source).c_str());
   for (const LoadedInstance &instance : loaded) {
     std::fprintf(report, "loaded %s\n", summary(instance).c_str());
@@ -289,7 +336,8 @@ int load_capture(Session &session, const CaptureOptions &options, std::FILE *rep
   const std::optional<decode::Time> end = hear(sources, options, progress);
   const auto has_ospf = [](const auto &source) { return source->decoder.ospf_packets() != 0; };
   if (std::ranges::any_of(sources, has_ospf)) {
-    fill_tables(session, network, end.value_or(network.last_time()), sources, progress, report);
+    fill_tables(session, network, end.value_or(network.last_time()), options, sources, progress,
+                report);
   }
   progress.clear();
   if (report != nullptr) std::fflush(report);

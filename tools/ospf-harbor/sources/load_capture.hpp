@@ -19,6 +19,8 @@ struct CaptureOptions {
   unsigned seconds = 0;            // how long; 0 is until SIGINT or SIGTERM
   std::string at{};                // only what was heard until then, see time_point.hpp
   Heard *heard = nullptr;          // takes what happened meanwhile
+  bool json = false;               // the report as one JSON object a line
+  bool as_heard = false;           // the ages of LSAs, not as of the end
 };
 
 // Says what was loaded on `report`, unless that is null, and what was wrong to standard error, by
@@ -28,8 +30,8 @@ int load_capture(ospf_tables::Session &session, const CaptureOptions &options,
                  std::FILE *report = stdout);
 
 // Listens on the interface, and within a second of a change has it committed to the store: an LSA,
-// an adjacency, an interface, a router that fell silent. Timers and ages are told as of the last
-// commit. Says how much on standard output when it ends. 0 when all was sound, else as
+// an adjacency, an interface, a router that fell silent. Timers are told as of the last commit, ages as
+// LSAs were heard. Says how much on standard output when it ends. 0 when all was sound, else as
 // load_capture.
 int collect_capture(ospf_tables::Session &session, const CaptureOptions &options);
 

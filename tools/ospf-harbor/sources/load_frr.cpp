@@ -5,6 +5,7 @@
 #include "ospf_tables/instance_rows.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "router_answers/frr_reader.hpp"
+#include "router_answers/router.hpp"
 #include "views/text_forms.hpp"
 
 namespace tool {
@@ -33,7 +34,9 @@ void load_frr(Session &session, const std::vector<std::string> &folders, std::FI
   PassedOver passed_over;
   std::vector<Instance> instances;
   for (const std::string &folder : folders) {
+    const std::string name = host_name(folder);
     for (Instance &instance : read_frr(folder, passed_over)) {
+      if (!name.empty()) session.names()[instance.router_id] = name;
       instances.push_back(std::move(instance));
     }
   }

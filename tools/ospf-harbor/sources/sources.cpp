@@ -120,7 +120,7 @@ int load_sources(Session &session, const std::vector<std::string> &sources,
   tell_replaced(session);
   if (captures.empty()) return 0;
   const int status =
-      load_capture(session, {captures, "", 0, options.at, options.heard}, nullptr);
+      load_capture(session, {captures, "", 0, options.at, options.heard, false, options.as_heard}, nullptr);
   tell_replaced(session);
   return status;
 }

@@ -17,6 +17,7 @@ inline constexpr char source_help[] =
 struct SourceOptions {
   std::string at{};        // of captures only what was heard until then, see time_point.hpp
   Heard *heard = nullptr;  // takes what the tables have no room for
+  bool as_heard = false;   // the ages of captured LSAs, not as of the last packet
 };
 
 // Captures are read together. Reports on what was loaded are left out, so that the output of a

@@ -4,6 +4,7 @@
 #include "tree_exchange/tree_reader.hpp"
 #include "tree_exchange/tree_xml.hpp"
 #include "views/notes.hpp"
+#include "views/progress.hpp"
 
 namespace tool {
 
@@ -14,12 +15,20 @@ namespace {
 
 std::uint64_t read_stream(Session &session, const std::string &file) {
   TreeReader reader(session, file);
-  read_pieces(file, largest_stream, [&](ByteView piece) { reader.feed(piece); });
+  Progress progress;
+  std::uint64_t size = 0;
+  read_pieces(file, largest_stream, [&](ByteView piece) {
+    reader.feed(piece);
+    size += piece.size();
+    if (progress.is_due()) progress.show(file + ": " + size_text(size) + " read");
+  });
   return reader.finish();
 }
 
 std::uint64_t read_xml(Session &session, const std::string &file) {
   const Bytes bytes = read_file(file, largest_stream);
+  Progress progress;
+  progress.show(file + ": " + size_text(bytes.size()) + " read, filling the tables");
   return read_tree_xml(session, file, {reinterpret_cast<const char *>(bytes.data()), bytes.size()});
 }
 

@@ -235,7 +235,7 @@ TEST_F(Collecting, TellsInstancesThatComeAndGo) {
 TEST_F(Collecting, NeedsAStoreAndAnInterface) {
   expect_wrong_words({"watch"}, {"watch: --store: found nothing"});
   expect_wrong_words({"collect", "-i", "lo"}, {"collect: --store: found nothing"});
-  expect_refused(on_store({"collect", "-i", "none0"}), {"collect: none0: found"});
+  expect_refused(on_store({"collect", "-i", "none0"}), {"collect: cannot listen on none0: "});
 }
 
 }  // namespace

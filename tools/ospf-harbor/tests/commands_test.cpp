@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <map>
+#include <sstream>
 
 #include "support/processes.hpp"
 
@@ -121,8 +122,8 @@ class Commands : public tool_tests::ProcessTest {
        {"model ospf_area", "model ospf_aera",
         "found \"ospf_aera\", expected a type or a table; the nearest are ospf_area, "}},
       {"shell", {"shell", "shell now", "not expected", 0, false}},
-      {"help", {"help load frr", "help lode", "found \"lode\""}},
-      {"man", {"man lsdb", "man lode", "found \"lode\"", 0, false}},
+      {"help", {"help load frr", "help lode", "unknown command \"lode\""}},
+      {"man", {"man lsdb", "man lode", "unknown command \"lode\"", 0, false}},
       {"completion", {"completion bash", "completion fish", "fish", 0, false}},
   };
 };
@@ -162,6 +163,34 @@ TEST_F(Commands, DoAndSayTheSameOnTheCommandLineAndInTheShell) {
   }
 }
 
+// How many examples a help has; each is taken by the command line, and no line is too long.
+std::size_t examples_taken(const std::string &help) {
+  std::size_t count = 0;
+  std::istringstream in(help);
+  for (std::string line; std::getline(in, line);) {
+    EXPECT_LE(line.size(), 80u) << line;
+    const std::string prompt = "  ospf-harbor ";
+    if (!line.starts_with(prompt)) continue;
+    std::istringstream typed(line.substr(prompt.size(), line.find_first_of("<>") - prompt.size()));
+    Words words;
+    for (std::string word; typed >> word;) words.push_back(word);
+    EXPECT_NO_THROW(tool::check_words(words)) << line;
+    ++count;
+  }
+  return count;
+}
+
+// 1 says that something was found, so what cannot be read has 2.
+TEST_F(Commands, WhoseStatusIsAnAnswerHaveTwoForTrouble) {
+  const Said said = run({"diff", "no.pcap", "no.pcap"});
+  EXPECT_EQ(said.status, 2);
+  EXPECT_EQ(said.err, "ospf-harbor: cannot open no.pcap: No such file or directory\n");
+  EXPECT_EQ(run({"lsdb", "--from", "no.pcap"}).status, 1);
+  EXPECT_NE(run({"man", "diff"}).out.find(".B 1\nThey differ.\n"), std::string::npos);
+  EXPECT_NE(run({"man", "lsdb"}).out.find(".B 1\nSomething is wrong with the data"),
+            std::string::npos);
+}
+
 TEST_F(Commands, HaveEachTheirHelp) {
   for (const std::string &name : all_names()) {
     SCOPED_TRACE(name);
@@ -171,6 +200,9 @@ TEST_F(Commands, HaveEachTheirHelp) {
     EXPECT_EQ(asked.status, 0);
     EXPECT_NE(asked.out.find("Usage: ospf-harbor " + name + " [OPTIONS]"), std::string::npos)
         << asked.out;
+    EXPECT_NE(asked.out.find("\nExit status:\n  0  "), std::string::npos) << asked.out;
+    const bool is_in_the_shell_alone = name == "exit" || name == "quit";
+    EXPECT_EQ(examples_taken(asked.out) == 0, is_in_the_shell_alone) << asked.out;
     Words named = words_of(name);
     named.insert(named.begin(), "help");
     EXPECT_EQ(run(named).out, asked.out);
@@ -184,10 +216,11 @@ TEST_F(Commands, HaveEachTheirHelp) {
 TEST_F(Commands, OfTheProgramItself) {
   EXPECT_TRUE(run({"--version"}).out.starts_with("ospf-harbor 1."));
   const std::string help = run({"--help"}).out;
-  EXPECT_TRUE(run({"help"}).out.starts_with(help.substr(0, help.size() - 1)));
+  EXPECT_TRUE(run({"help"}).out.starts_with(help.substr(0, help.find("\n\nExit status:"))));
   expect_wrong_words({}, {"a command is needed"});
-  expect_wrong_words({"lode"}, {"found \"lode\", expected one of load, collect, show, "});
-  expect_wrong_words({"load", "fry"}, {"load: found \"fry\", expected one of frr, capture"});
+  expect_wrong_words({"lode"}, {"unknown command \"lode\"; there are load, collect, show, "});
+  expect_wrong_words({"load", "fry"}, {"unknown command \"load fry\"; there are frr, capture"});
+  expect_wrong_words({"--store", file("s"), "lode"}, {"unknown command \"lode\""});
   expect_wrong_words({"show", "area"}, {"show: --from: found nothing"});
   // Options of the program may stand behind a command.
   expect_done({"load", "frr", sample_, "--trace-file", file("trace")});

@@ -2,7 +2,8 @@
 """compare_lists.py PROGRAM DATA [NETWORK...]
 
 For each recorded network in DATA: what `neighbors --json` and `interfaces --json` make of each
-router's answers, of all routers' answers and of the packets, against what the routers said. Every
+router's answers, of all routers' answers and of the packets, against what the routers said; and the
+ages that LSAs have by the packets when the routers were asked for theirs. Every
 difference must stand in list_differences.txt beside this script, with its reason, and every line
 there must be met."""
 
@@ -227,9 +228,39 @@ def compared(program, network):
                 yield source, len(theirs), what, differences_of(what, ours, theirs, False)
 
 
+def database(program, *words):
+    """The ages of LSAs by what tells one instance of one LSA from others."""
+    run = subprocess.run([program, "lsdb", "--json", *words], stdout=subprocess.PIPE,
+                         stderr=subprocess.DEVNULL, text=True, check=False)
+    return {tuple(lsa[key] for key in ("version", "type_name", "lsa_id", "adv_router", "seq_num",
+                                       "checksum")): lsa["age"]
+            for lsa in map(json.loads, run.stdout.splitlines())}
+
+
+# Each hop adds a second, and what was lost is sent again after five.
+AGE_SLACK = 8
+
+
+def compared_ages(program, network):
+    """How many LSAs were compared, and each whose age is none that the router could have told."""
+    events = (network / "events.txt").read_text().splitlines()
+    asked, answered = (float(line.split()[0]) for line in events[-2:])
+    heard = database(program, "--at", f"{asked:.6f}", "--from", network / "all.pcap")
+    count, texts = 0, []
+    for folder in sorted((network / "routers").iterdir()):
+        for lsa, age in database(program, "--from", folder).items():
+            if lsa not in heard:
+                continue
+            count += 1
+            if not -AGE_SLACK <= age - heard[lsa] <= answered - asked + AGE_SLACK:
+                texts.append(f"ages {folder.name} {' '.join(map(str, lsa))} age {age} there, "
+                             f"{heard[lsa]} here")
+    return count, texts
+
+
 def differences_in(program, network):
     """How many lines were compared, and the text of each difference."""
-    lines, texts = 0, []
+    lines, texts = compared_ages(program, network)
     for source, count, what, differences in compared(program, network):
         lines += count
         texts += [f"{source} {what} {' '.join(map(str, key))} {how}" for key, how in differences]

@@ -51,7 +51,7 @@ class FollowingARecording : public testing::Test {
     if (!followed_.has_changed(network_.last_time())) return 0;
     session_.changing([&] { touched = followed_.update(); });
     Session fresh;
-    capture_rows::load_network(fresh, network_);
+    capture_rows::load_network(fresh, network_, network_.last_time(), true);
     EXPECT_EQ(Texts(session_).found, Texts(fresh).found);
     kelp_error error{};
     session_.reading([&] { kelp_database_check(session_.database(), nullptr, nullptr, &error); });

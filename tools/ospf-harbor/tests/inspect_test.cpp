@@ -140,7 +140,7 @@ TEST(InspectTest, JsonIsOneObjectALine) {
 
 TEST(InspectTest, ForeignFilesAreNamed) {
   EXPECT_EQ(refusal("/nonexistent.so"),
-            "/nonexistent.so: found No such file or directory, expected a file that can be read");
+            "cannot open /nonexistent.so: No such file or directory");
   const TemporaryFile file("foreign.so");
   const std::string text = "just text";
   file.write({reinterpret_cast<const std::uint8_t *>(text.data()), text.size()});

@@ -651,7 +651,8 @@ class BadCapture : public ::testing::Test {
     const Outcome outcome = load(session_, {file});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
-    EXPECT_TRUE(outcome.err.starts_with("ospf-harbor: load capture: " + file + ": "))
+    EXPECT_TRUE(outcome.err.starts_with("ospf-harbor: load capture: " + file + ": ") ||
+                outcome.err.starts_with("ospf-harbor: load capture: cannot open " + file + ": "))
         << outcome.err;
     for (const std::string &part : parts) {
       EXPECT_NE(outcome.err.find(part), std::string::npos) << part << " is not in: " << outcome.err;
@@ -666,22 +667,28 @@ class BadCapture : public ::testing::Test {
   ospf_tables::Session session_;
 };
 
+// A part of a packet has no sum to check.
+TEST_F(BadCapture, WithPacketsThatTheSnapLengthCut) {
+  const std::string file = places::recordings() + "/dr-change/cut.pcap";
+  expect_complaint(file, {"cut_frame: 11, first in packet 76"}, 0);
+}
+
 const Octets fine = make_lsa_v2({.type = 2, .id = 9}, Writer().u32(0xff000000).u32(1));
 
 TEST_F(BadCapture, ThatIsNotThere) {
-  expect_complaint("/nowhere/no.pcap", {"No such file", "expected a capture"}, 1);
+  expect_complaint("/nowhere/no.pcap", {"cannot open /nowhere/no.pcap: No such file or directory"}, 1);
 }
 
 TEST_F(BadCapture, ThatIsEmpty) {
   CaptureFile file;
   file.replace({});
-  expect_complaint(file.path(), {"found ", "expected a capture"}, 1);
+  expect_complaint(file.path(), {"cannot open ", "a capture is pcap or pcapng"}, 1);
 }
 
 TEST_F(BadCapture, ThatIsNoCapture) {
   CaptureFile file;
   file.replace(Octets(100, 'x'));
-  expect_complaint(file.path(), {"unknown file format", "expected a capture"}, 1);
+  expect_complaint(file.path(), {"unknown file format", "a capture is pcap or pcapng"}, 1);
 }
 
 TEST_F(BadCapture, WithoutPackets) {
@@ -803,8 +810,7 @@ TEST_F(BadCapture, OfAnInterfaceThatIsNotThere) {
   ::testing::internal::CaptureStderr();
   EXPECT_EQ(tool::load_capture(session_, {{}, "no-such-if0", 1}), 1);
   const std::string err = ::testing::internal::GetCapturedStderr();
-  EXPECT_NE(err.find("no-such-if0: found "), std::string::npos) << err;
-  EXPECT_NE(err.find("expected an interface to listen on"), std::string::npos) << err;
+  EXPECT_NE(err.find("cannot listen on no-such-if0: "), std::string::npos) << err;
 }
 
 // Whether one may listen there or not, nothing is heard and it ends in time.

@@ -111,9 +111,11 @@ Database printed_database(const std::string &table) {
     std::string type, id, router, age, sequence, checksum, length;
     if (line.starts_with("OSPFv") && line.find(", ") == 6) {
       version = line.substr(5, 1);
-      place = line.ends_with("autonomous system")         ? "as"
-              : line.find(", link ") != std::string::npos ? "link"
-                                                          : line.substr(line.rfind(' ') + 1);
+      const std::string title = line.substr(0, line.find(", ages as of "));
+      EXPECT_LT(title.size(), line.size()) << line;
+      place = title.ends_with("autonomous system")         ? "as"
+              : title.find(", link ") != std::string::npos ? "link"
+                                                           : title.substr(title.rfind(' ') + 1);
     } else if (line.starts_with("  ") && !line.starts_with("  Type")) {
       words >> type >> id >> router >> age >> sequence >> checksum >> length;
       EXPECT_EQ(sequence.size(), 10u) << line;
@@ -183,6 +185,7 @@ TEST_P(RecordedListing, JsonHoldsTheSameLsasAndTheSameKeysInEveryLine) {
     EXPECT_EQ(keys,
               (std::set<std::string>{
                   "kind",    "path",    "instance", "router_id", "area",    "interface",
+                  "age_as",  "adv_router_name",
                   "version", "scope",   "type",     "type_name", "lsa_id",  "adv_router",
                   "age",     "seq_num", "checksum", "length",    "options", "decoded_completed",
                   "body",    "raw_data"}));
@@ -218,12 +221,12 @@ TEST_P(RecordedListing, DetailHasEveryLsaWithItsHeader) {
 
 TEST(LsdbTable, AShortListing) {
   EXPECT_EQ(lsdb(recorded("campus"), {"--area", "2", "--v2", "--type", "router"}).out,
-            "OSPFv2, area 0.0.0.2\n"
+            "OSPFv2, area 0.0.0.2, ages as of 2026-11-21T04:27:04Z\n"
             "  Type          Link-state ID    Adv. router           Age  Sequence    Checksum  "
             "Length\n"
-            "  Router        10.255.0.3       10.255.0.3              1  0x80000009  0x8d1e    "
+            "  Router        10.255.0.3       10.255.0.3             31  0x80000009  0x8d1e    "
             "    48\n"
-            "  Router        10.255.0.6       10.255.0.6              1  0x8000000a  0xcf27    "
+            "  Router        10.255.0.6       10.255.0.6             31  0x8000000a  0xcf27    "
             "    72\n"
             "\n"
             "OSPFv2: 2 LSAs (2 Router)\n");
@@ -244,11 +247,11 @@ std::string detail(const std::vector<std::string> &words) {
 TEST(LsdbDetail, OfEachTypeOfVersion2InTheWordsOfTheField) {
   EXPECT_EQ(detail({"--v2", "--area", "0", "--type", "router"}),
             "flags B; 4 links\n"
+            "stub network 10.255.0.1/32, metric 0\n"
             "transit network, designated router's address 10.0.0.1, own address 10.0.0.1, metric "
             "10\n"
-            "stub network 10.0.12.0/30, metric 20\n"
-            "stub network 10.255.0.1/32, metric 0\n"
-            "point-to-point to router 10.255.0.2, own address 10.0.12.1, metric 20\n");
+            "point-to-point to router 10.255.0.2, own address 10.0.12.1, metric 20\n"
+            "stub network 10.0.12.0/30, metric 20\n");
   EXPECT_EQ(detail({"--v2", "--area", "0", "--type", "network"}),
             "network 10.0.0.0/24\n"
             "attached router 10.255.0.1\n"
@@ -263,15 +266,21 @@ TEST(LsdbDetail, OfEachTypeOfVersion2InTheWordsOfTheField) {
             "metric 100 of type 1, tag 0\n");
   EXPECT_EQ(detail({"--area", "1", "--type", "opaque-area"}),
             "opaque type 1 (traffic engineering), opaque ID 2\n"
-            "router address 10.255.0.4\n"
-            "link: point-to-point, link ID 10.255.0.1\n"
-            "  local address 10.1.14.2\n"
-            "  remote address 10.1.14.1\n"
-            "  metric 300, administrative group 0x80000005\n"
-            "  bandwidth 1250000000, reservable 1000000000, unreserved 1000000000 octets/s\n");
+            "router address: 10.255.0.4\n"
+            "link\n"
+            "  link type: point-to-point\n"
+            "  link ID: 10.255.0.1\n"
+            "  local address: 10.1.14.2\n"
+            "  remote address: 10.1.14.1\n"
+            "  metric: 300\n"
+            "  bandwidth: 1250000000 octets/s\n"
+            "  reservable bandwidth: 1000000000 octets/s\n"
+            "  unreserved bandwidth by priority: 1000000000, 1000000000, 1000000000, 1000000000, "
+            "1000000000, 1000000000, 1000000000, 1000000000 octets/s\n"
+            "  administrative group: 0x80000005\n");
   EXPECT_EQ(detail({"--area", "0", "--type", "opaque-area", "--adv-router", "10.255.0.2"}),
             "opaque type 4 (router information), opaque ID 0\n"
-            "informational capabilities: 0x10000000\n");
+            "capabilities: traffic engineering\n");
 }
 
 TEST(LsdbDetail, OfEachTypeOfVersion3InTheWordsOfTheField) {
@@ -293,10 +302,10 @@ TEST(LsdbDetail, OfEachTypeOfVersion3InTheWordsOfTheField) {
   EXPECT_EQ(detail({"--type", "intra-prefix", "--area", "2"}),
             "refers to Router 0.0.0.0 of router 10.255.0.3\n"
             "1 prefix:\n"
-            "  2001:db8:2:36::/64\n");
+            "  2001:db8:2:36::/64, metric 5\n");
   EXPECT_EQ(detail({"--type", "as-ext", "--adv-router", "10.255.0.2"}),
             "prefix ::/0\n"
-            "metric 100 of type 1, tag 0\n");
+            "metric 100 of type 1\n");
 }
 
 TEST(LsdbDetail, OfNssaLsas) {
@@ -359,7 +368,7 @@ TEST(LsdbDetail, OctetsOfAHostNameThatAreNoTextDoNotReachTheTerminal) {
   body.opaque_type = 4;
   body.tlvs.push_back({7, 4, {'r', 0x1b, '[', '1'}, "", {}, {}});
   lsa.body = body;
-  EXPECT_NE(tool::detail_of(lsa).find("host name: r.[1\n"), std::string::npos);
+  EXPECT_NE(tool::detail_of(lsa).find("host name: r\\x1b[1\n"), std::string::npos);
 }
 
 TEST(LsdbJson, BodiesHaveTheFieldsOfTheModel) {
@@ -368,7 +377,7 @@ TEST(LsdbJson, BodiesHaveTheFieldsOfTheModel) {
     all.push_back("--json");
     return json_lines(lsdb(recorded("campus"), all).out).at(0)["body"];
   };
-  EXPECT_EQ(body({"--v2", "--area", "0", "--type", "1"})["links"][0],
+  EXPECT_EQ(body({"--v2", "--area", "0", "--type", "1"})["links"][1],
             (json{{"type", 2},
                   {"type_name", "transit"},
                   {"link_id", "10.0.0.1"},
@@ -388,6 +397,46 @@ TEST(LsdbJson, BodiesHaveTheFieldsOfTheModel) {
   EXPECT_EQ(opaque["router_address"], "10.255.0.1");
   EXPECT_EQ(opaque["tlv"]["local_if_ipv4_addr"], json({"10.0.0.1"}));
   EXPECT_EQ(opaque["unknown_sub_tlv"][0]["length"], 32);
+}
+
+TEST(LsdbJson, BodiesHaveWhatOctetsSayBeyondTheModel) {
+  const auto all = json_lines(lsdb(recorded("campus"), {"--json"}).out);
+  std::set<json> options;
+  for (const json &lsa : all) {
+    if (lsa["type_name"] == "Opaque-area") options.insert(lsa["options"]);
+    if (lsa["type_name"] != "AS-Ext") continue;
+    EXPECT_TRUE(lsa["body"]["referenced_link_state_id"].is_null());
+    const int flags = std::stoi(lsa["raw_data"].get<std::string>().substr(40, 2), nullptr, 16);
+    EXPECT_EQ(lsa["body"]["external_route_tag"].is_null(), (flags & 1) == 0) << lsa;
+  }
+  EXPECT_EQ(options, (std::set<json>{json::array({"E", "O"})}));
+}
+
+// Two links of one ID and one address, of which the rows hold one, and a metric of 24 bits.
+TEST(LsdbJson, LinksThatAreEqualAndMetricsOf24BitsAreAllThere) {
+  synthetic::Network network;
+  auto &router = network.router(0, "10.0.0.1", 0, {{1, "10.0.0.2", "0.0.0.7", 5},
+                                                   {1, "10.0.0.2", "0.0.0.7", 6}});
+  const std::vector<std::uint8_t> links = {0, 1, 0, 1, 10, 0, 0, 1, 10, 0, 0, 1, 128, 0, 0, 1, 0, 0, 0, 48, 0, 0, 0, 2,
+                                           10, 0, 0, 2, 0, 0, 0, 7, 1, 0, 0, 5,
+                                           10, 0, 0, 2, 0, 0, 0, 7, 1, 0, 0, 6};
+  router.raw = links;
+  ospf_decode::LsaV2 summary;
+  summary.header = {12, 0, 3, synthetic::address("10.9.0.0"), synthetic::address("10.0.0.1")};
+  summary.summary.mask = synthetic::address("255.255.0.0");
+  summary.summary.metrics = {{0, 0xffffff}};
+  const std::vector<std::uint8_t> infinity = {0, 12, 0, 3, 10, 9, 0, 0, 10, 0, 0, 1, 128, 0, 0, 1,
+                                              0, 0, 0, 28, 255, 255, 0, 0, 0, 255, 255, 255};
+  summary.raw = infinity;
+  network.add(0, summary);
+  ospf_tables::Session session;
+  network.load(session);
+  const auto lines = json_lines(lsdb(session, {"--json"}).out);
+  ASSERT_EQ(lines.size(), 2u);
+  std::vector<int> metrics;
+  for (const json &link : lines[0]["body"]["links"]) metrics.push_back(link["metric"]);
+  EXPECT_EQ(metrics, (std::vector<int>{5, 6}));
+  EXPECT_EQ(lines[1]["body"]["summary"][0]["metric"], 16777215);
 }
 
 TEST(ShowJson, EveryRowIsAnObjectWithKindPathAndFields) {
@@ -467,11 +516,32 @@ TEST(LsdbFilter, EachOptionNarrowsTheListing) {
   EXPECT_FALSE(te.empty());
   EXPECT_LT(te.size(), lines({"--type", "opaque"}).size());
   for (const json &lsa : te) EXPECT_EQ(lsa["body"]["opaque_type"], 1);
+  // Who originates it: the network itself, what is within it, what covers it.
+  const auto who = [&](const std::string &prefix) {
+    std::set<std::string> found;
+    for (const json &lsa : lines({"--prefix", prefix})) {
+      found.insert(lsa["type_name"].get<std::string>() + " " + lsa["lsa_id"].get<std::string>() +
+                   " " + lsa["adv_router"].get<std::string>());
+    }
+    return found;
+  };
+  using Found = std::set<std::string>;
+  EXPECT_EQ(who("172.16.8.0/30"), (Found{"External 172.16.8.0 10.255.0.3"}));
+  EXPECT_EQ(who("172.16.8.0/24"), Found{});
+  EXPECT_EQ(who("172.16.8.0/24+"),
+            (Found{"External 172.16.8.0 10.255.0.3", "External 172.16.8.128 10.255.0.3"}));
+  EXPECT_EQ(who("172.16.5.1@"), (Found{"External 0.0.0.0 10.255.0.2", "External 172.16.4.0 10.255.0.3",
+                                       "Summary 0.0.0.0 10.255.0.3"}));
+  EXPECT_EQ(who("10.1.45.0/24"), (Found{"Network 10.1.45.4 10.255.0.4"}));
+  EXPECT_EQ(who("10.255.0.4/32"),
+            (Found{"Router 10.255.0.4 10.255.0.4", "Summary 10.255.0.4 10.255.0.1",
+                   "Summary 10.255.0.4 10.255.0.2", "Summary 10.255.0.4 10.255.0.3"}));
+  EXPECT_FALSE(who("2001:db8::/32+").empty());
   for (const json &lsa : lines({"--ls-id", "10.255.0.3"})) EXPECT_EQ(lsa["lsa_id"], "10.255.0.3");
-  const std::vector<json> young = lines({"--newer-than", "10"});
+  const std::vector<json> young = lines({"--newer-than", "40"});
   EXPECT_FALSE(young.empty());
   EXPECT_LT(young.size(), all);
-  for (const json &lsa : young) EXPECT_LT(lsa["age"].get<int>() & 0x7fff, 10);
+  for (const json &lsa : young) EXPECT_LT(lsa["age"].get<int>() & 0x7fff, 40);
 }
 
 TEST(LsdbFilter, InstancesAreCountedAndChosenEachAlone) {
@@ -508,6 +578,7 @@ TEST(LsdbFilter, WhatNoLsaCanMeetIsRefused) {
   refused({"--instance", "256"}, "expected a number from 0 to 255");
   refused({"--newer-than", "4000"}, "expected seconds, at most 3600");
   refused({"--family", "ipx"}, "expected ipv4 or ipv6");
+  refused({"--prefix", "10.0.0.0/33"}, "expected a prefix such as");
   refused({"--v2", "--v3"}, "lsdb: --v2 excludes --v3");
   refused({"--detail", "--json"}, "lsdb: --detail excludes --json");
   refused({"--colour"}, "lsdb: The following argument was not expected: --colour");

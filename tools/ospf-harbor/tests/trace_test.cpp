@@ -285,7 +285,7 @@ TEST_F(TraceCommandTest, CutAndForeignBytesArePassedOverAndCounted) {
   trace_.write(good);
   options_.file = "/nonexistent/trace";
   EXPECT_EQ(print(options_).refusal,
-            "/nonexistent/trace: found No such file or directory, expected a trace file");
+            "cannot open /nonexistent/trace: No such file or directory");
   options_.file = trace_.path();
   options_.shared_object = trace_.path();
   EXPECT_EQ(print(options_).refusal,
@@ -380,7 +380,7 @@ TEST_F(TraceCommandTest, FollowingShowsRecordsAsTheyArrive) {
   const TemporaryFolder folder;
   tool_tests::ToolProcess process(
       folder.path(), "follower",
-      {"trace", trace_.path(), "--library", library_.path(), "--follow"});
+      {"trace", trace_.path(), "--library", library_.path(), "--level", "debug", "--follow"});
   EXPECT_EQ(without_time(process.line(0)), "error       sample error in thing create No such file");
   trace_.append({good.data() + 64 + 24, 24 + 64});
   EXPECT_EQ(without_time(process.line(1)), "debug       sample Corrupted Handle");
@@ -446,14 +446,21 @@ Said load_with(std::vector<std::string> options) {
 
 TEST_F(TraceCommandTest, RunOfTheToolIsTracedIntoAFile) {
   ASSERT_EQ(load_with({"--trace-file", trace_.path()}).status, 0);
-  const Said once = run_tool({"trace", trace_.path()});
+  const Said hidden = run_tool({"trace", trace_.path()});
+  EXPECT_EQ(hidden.status, 0);
+  EXPECT_EQ(hidden.out, "");
+  EXPECT_NE(hidden.err.find(" routine records are not shown; --level debug shows all\n"),
+            std::string::npos)
+      << hidden.err;
+  const Said once = run_tool({"trace", trace_.path(), "--level", "debug"});
   EXPECT_EQ(once.status, 0) << once.err;
+  EXPECT_EQ(once.err, "");
   EXPECT_NE(once.out.find("debug       ospf_harbor_oper tbl_ospf_area table free: Successfully "
                           "removed OID mapping for tbl_ospf_area\n"),
             std::string::npos)
       << once.out;
   ASSERT_EQ(load_with({"--trace-file", trace_.path()}).status, 0);
-  const Said twice = run_tool({"trace", trace_.path()});
+  const Said twice = run_tool({"trace", trace_.path(), "--level", "debug"});
   EXPECT_EQ(twice.status, 0) << twice.err;
   EXPECT_EQ(std::ranges::count(twice.out, '\n'), 2 * std::ranges::count(once.out, '\n'));
   std::remove(trace_.path().c_str());

@@ -32,7 +32,7 @@ class LibraryFile {
       return library_sections::read_library(path);
     } catch (const library_sections::Error &error) {
       const std::string text = error.what();
-      throw ospf_tables::InputError(text.starts_with(path) ? text : path + ": " + text);
+      throw ospf_tables::InputError(text.find(path) != text.npos ? text : path + ": " + text);
     }
   }
 

@@ -52,8 +52,8 @@ std::string TraceFile::losses() {
   const int reason = kelp_trace_open_file(nullptr, nullptr);
   if (reason != 0 && lost_++ == 0) reason_ = reason;
   if (lost_ == 0) return "";
-  return path_ + ": found " + std::strerror(reason_) + ", expected room for " +
-         std::to_string(lost_) + " more of the trace's records";
+  return "cannot write " + path_ + ": " + std::strerror(reason_) + "; " + std::to_string(lost_) +
+         " of the trace's records are lost";
 }
 
 void TraceFile::close() {

@@ -11,11 +11,12 @@
 #include <memory>
 #include <thread>
 
-#include "ospf_tables/input_error.hpp"
+#include "ospf_tables/system_error.hpp"
 #include "traces/library_file.hpp"
 #include "traces/own_library.hpp"
 #include "traces/trace_reader.hpp"
 #include "traces/trace_texts.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -32,7 +33,7 @@ class TraceFileReader {
  public:
   explicit TraceFileReader(const std::string &path)
       : path_(path), descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (descriptor_ < 0) throw InputError(path, "", std::strerror(errno), "a trace file");
+    if (descriptor_ < 0) throw cannot("open", path, errno);
   }
   ~TraceFileReader() { close(descriptor_); }
   TraceFileReader(const TraceFileReader &) = delete;
@@ -44,7 +45,7 @@ class TraceFileReader {
     for (;;) {
       const ssize_t got = read(descriptor_, piece, sizeof piece);
       if (got < 0 && errno == EINTR) continue;
-      if (got < 0) throw InputError(path_, "", std::strerror(errno), "a trace file");
+      if (got < 0) throw cannot("read", path_, errno);
       if (got == 0) return;
       read_ += static_cast<std::uint64_t>(got);
       reader.add({piece, static_cast<std::size_t>(got)});
@@ -74,8 +75,12 @@ int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &co
   const auto texts = library.read([&] { return TraceTexts(library.path(), library.bytes()); });
 
   int status = 0;
+  std::uint64_t hidden = 0;
   TraceReader reader(options.file, [&](const kelp_trace_event &event, std::uint64_t offset) {
-    if (event.level > level) return;
+    if (event.level > level) {
+      ++hidden;
+      return;
+    }
     std::string complaint;
     out << texts.line(event, &complaint) << '\n';
     if (complaint.empty()) return;
@@ -86,6 +91,11 @@ int print_trace(const TraceOptions &options, std::ostream &out, std::ostream &co
   TraceFileReader file(options.file);
   const auto finish = [&] {
     reader.end();
+    if (options.tells_hidden && hidden != 0) {
+      complaints << "ospf-harbor: trace: "
+                 << counted(hidden, "routine record is", "routine records are")
+                 << " not shown; --level debug shows all\n";
+    }
     const std::string passed_over = reader.passed_over();
     if (passed_over.empty()) return status;
     complaints << "ospf-harbor: " << in_one_line(passed_over) << '\n';

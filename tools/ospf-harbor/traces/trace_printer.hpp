@@ -11,6 +11,7 @@ struct TraceOptions {
   std::string file;
   std::string shared_object;  // empty: the one that this program runs with
   std::string level = "debug";
+  bool tells_hidden = false;  // says how many records were of a lower level
   bool follow = false;
   double seconds = 0;  // how long to follow, 0 for ever
 };

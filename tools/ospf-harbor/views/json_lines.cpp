@@ -5,6 +5,7 @@
 #include "ospf_tables/field_reader.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "views/lsa_names.hpp"
+#include "views/tlv_words.hpp"
 
 namespace tool {
 
@@ -48,7 +49,9 @@ Json json_of(const RouterLinkViewV3 &link) {
 }
 
 Json json_of(const PrefixView &prefix) {
-  return {{"prefix", prefix.prefix}, {"prefix_options", prefix.options}};
+  return {{"prefix", prefix.prefix},
+          {"prefix_options", prefix.options},
+          {"metric", prefix.metric ? Json(*prefix.metric) : Json(nullptr)}};
 }
 
 Json json_of(const ExternalEntryViewV2 &entry) {
@@ -143,8 +146,10 @@ struct BodyJson {
             {"external_prefix", body.prefix.prefix},
             {"external_prefix_options", body.prefix.options},
             {"forwarding_address", or_null(body.forwarding_address)},
-            {"external_route_tag", body.route_tag},
-            {"referenced_link_state_id", dotted(body.referenced_link_state_id)}};
+            {"external_route_tag", body.route_tag ? Json(*body.route_tag) : Json(nullptr)},
+            {"referenced_link_state_id", body.referenced_ls_type == 0
+                                             ? Json(nullptr)
+                                             : Json(dotted(body.referenced_link_state_id))}};
   }
   Json operator()(const LinkViewV3 &body) const {
     return {{"rtr_priority", body.priority},
@@ -163,6 +168,11 @@ struct BodyJson {
 };
 
 Json json_of(const LsaView &lsa) {
+  Json body = std::visit(BodyJson{}, lsa.body);
+  if (std::holds_alternative<OpaqueViewV2>(lsa.body) ||
+      std::holds_alternative<OtherView>(lsa.body)) {
+    body["tlvs"] = json_of(tlv_words(lsa));
+  }
   return {{"version", lsa.version},
           {"scope", scope_name(lsa.scope())},
           {"type", lsa.type},
@@ -175,7 +185,7 @@ Json json_of(const LsaView &lsa) {
           {"length", lsa.length},
           {"options", lsa.options},
           {"decoded_completed", lsa.decoded_completed},
-          {"body", std::visit(BodyJson{}, lsa.body)},
+          {"body", std::move(body)},
           {"raw_data", hex_text(lsa.raw_data)}};
 }
 
@@ -365,13 +375,17 @@ void add_fields_of_any(Session &session, const RowView &row, Json &line, std::tu
 
 }  // namespace
 
-std::string json_line(const LsdbEntry &entry) {
+std::string json_line(const LsdbEntry &entry, const RouterNames &names) {
   Json line = {{"kind", entry.kind},
                {"path", entry.path},
                {"instance", entry.instance},
                {"router_id", dotted(entry.router_id)},
                {"area", entry.area ? Json(dotted(*entry.area)) : Json(nullptr)},
                {"interface", entry.interface ? Json(*entry.interface) : Json(nullptr)}};
+  const std::string ages = ages_text(entry);
+  const auto name = names.find(entry.lsa.adv_router);
+  line["age_as"] = or_null(ages);
+  line["adv_router_name"] = or_null(name == names.end() ? "" : name->second);
   line.update(json_of(entry.lsa));
   return line_of(line);
 }

@@ -8,11 +8,12 @@
 
 #include "ospf_tables/lsdb_view.hpp"
 #include "ospf_tables/tree.hpp"
+#include "views/router_names.hpp"
 
 namespace tool {
 
 // An LSA of a database with its place in it.
-std::string json_line(const ospf_tables::LsdbEntry &entry);
+std::string json_line(const ospf_tables::LsdbEntry &entry, const RouterNames &names = {});
 
 // Any row of the tree: its kind, its path and its fields. An LSA holds the rows below it.
 std::string json_line(ospf_tables::Session &session, const ospf_tables::RowView &row);

@@ -117,7 +117,8 @@ std::vector<FieldChange> field_changes(const LsdbEntry &before, const LsdbEntry 
   Json other = Json::parse(json_line(after));
   for (Json *each : {&one, &other}) {
     for (const char *place :
-         {"kind", "path", "instance", "router_id", "interface", "decoded_completed", "raw_data"}) {
+         {"kind", "path", "instance", "router_id", "interface", "age_as", "decoded_completed",
+          "raw_data"}) {
       each->erase(place);
     }
     if (every_field) continue;

@@ -16,6 +16,12 @@ using namespace ospf_tables;
 
 namespace {
 
+// ", ages as of 2026-11-21T04:27:36Z"
+std::string ages_part(const LsdbEntry &entry) {
+  const std::string text = ages_text(entry);
+  return text.empty() ? "" : ", ages as " + text;
+}
+
 std::string heading(const LsdbEntry &entry) {
   std::string text = "OSPFv" + std::to_string(entry.lsa.version);
   if (is_observed(entry.router_id)) {
@@ -23,9 +29,10 @@ std::string heading(const LsdbEntry &entry) {
   } else {
     text += " of router " + dotted(entry.router_id);
   }
-  if (!entry.area) return text + ", autonomous system";
+  if (!entry.area) return text + ", autonomous system" + ages_part(entry);
   text += ", area " + dotted(*entry.area);
-  return entry.interface ? text + ", link " + in_one_line(*entry.interface) : text;
+  if (entry.interface) text += ", link " + in_one_line(*entry.interface);
+  return text + ages_part(entry);
 }
 
 // Calls act(first, last) for each run of entries under one heading, with the heading printed.
@@ -62,15 +69,21 @@ void print_counts(const std::vector<LsdbEntry> &entries, std::FILE *out) {
 
 }  // namespace
 
-void print_lsa_table(const std::vector<LsdbEntry> &entries, std::FILE *out) {
+void print_lsa_table(const std::vector<LsdbEntry> &entries, const RouterNames &names,
+                     std::FILE *out) {
+  std::size_t width = 15;
+  for (const LsdbEntry &entry : entries) {
+    width = std::max(width, labelled(entry.lsa.adv_router, names).size());
+  }
+  const int column = static_cast<int>(width);
   by_heading(entries, out, [&](auto first, auto last) {
-    std::fprintf(out, "  %-12s  %-15s  %-15s  %8s  %-10s  %-8s  %6s\n", "Type", "Link-state ID",
-                 "Adv. router", "Age", "Sequence", "Checksum", "Length");
+    std::fprintf(out, "  %-12s  %-15s  %-*s  %8s  %-10s  %-8s  %6s\n", "Type", "Link-state ID",
+                 column, "Adv. router", "Age", "Sequence", "Checksum", "Length");
     for (; first != last; ++first) {
       const LsaView &lsa = first->lsa;
-      std::fprintf(out, "  %-12s  %-15s  %-15s  %8s  %-10s  %-8s  %6u\n",
+      std::fprintf(out, "  %-12s  %-15s  %-*s  %8s  %-10s  %-8s  %6u\n",
                    type_name(lsa.version, lsa.type).c_str(), dotted(lsa.link_state_id).c_str(),
-                   dotted(lsa.adv_router).c_str(), age_text(lsa.age).c_str(),
+                   column, labelled(lsa.adv_router, names).c_str(), age_text(lsa.age).c_str(),
                    in_one_line(lsa.sequence).c_str(), in_one_line(lsa.checksum).c_str(),
                    lsa.length);
     }
@@ -78,10 +91,11 @@ void print_lsa_table(const std::vector<LsdbEntry> &entries, std::FILE *out) {
   print_counts(entries, out);
 }
 
-void print_lsa_details(const std::vector<LsdbEntry> &entries, std::FILE *out) {
+void print_lsa_details(const std::vector<LsdbEntry> &entries, const RouterNames &names,
+                       std::FILE *out) {
   by_heading(entries, out, [&](auto first, auto last) {
     for (; first != last; ++first)
-      std::fprintf(out, "\n%s", in_lines(detail_of(first->lsa)).c_str());
+      std::fprintf(out, "\n%s", in_lines(detail_of(first->lsa, names)).c_str());
   });
   print_counts(entries, out);
 }

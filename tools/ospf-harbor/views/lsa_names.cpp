@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "ospf_tables/row_keys.hpp"
+#include "sources/time_point.hpp"
 
 namespace tool {
 
@@ -37,6 +38,13 @@ const char *link_type_name(std::uint8_t type) {
 std::string opaque_type_name(std::uint8_t opaque_type) {
   const char *name = name_of(opaque_types, opaque_type);
   return name == nullptr ? "type " + std::to_string(opaque_type) : name;
+}
+
+std::string ages_text(const LsdbEntry &entry) {
+  if (!entry.ages) return "";
+  if (entry.ages->as_heard) return "heard";
+  const std::string time = time_text(entry.ages->time);
+  return "of " + time.substr(0, time.find('.')) + "Z";
 }
 
 std::string age_text(std::uint16_t age) {

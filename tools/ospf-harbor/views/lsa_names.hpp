@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "ospf_tables/lsa_view.hpp"
+#include "ospf_tables/lsdb_view.hpp"
 
 namespace tool {
 
@@ -14,6 +14,9 @@ std::string type_name(std::uint32_t version, std::uint16_t ls_type);
 std::string list_of_type_names();
 const char *link_type_name(std::uint8_t type);
 std::string opaque_type_name(std::uint8_t opaque_type);
+
+// What an LSA's age is as of: "of 2026-11-21T04:27:36Z" or "heard"; empty where nobody tells it.
+std::string ages_text(const ospf_tables::LsdbEntry &entry);
 
 // In seconds, "DNA 12" for one that does not age.
 std::string age_text(std::uint16_t age);

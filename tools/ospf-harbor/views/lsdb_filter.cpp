@@ -10,6 +10,7 @@
 #include "ospf_tables/row_keys.hpp"
 #include "usage_error.hpp"
 #include "views/lsa_names.hpp"
+#include "views/prefix_choice.hpp"
 
 namespace tool {
 
@@ -94,6 +95,52 @@ TypeWanted parse_type(const std::string &text) {
                    "one of " + list_of_aliases() + ", " + names + ", or an LS type of 16 bits such as 0x2001");
 }
 
+// The prefixes that an LSA tells of, as texts.
+struct PrefixesOf {
+  const LsaView &lsa;
+
+  using Texts = std::vector<std::string>;
+
+  Texts own(const std::string &mask) const { return {prefix_text(lsa.link_state_id, mask)}; }
+  static Texts all(const std::vector<PrefixView> &prefixes) {
+    Texts texts;
+    for (const PrefixView &each : prefixes) texts.push_back(each.prefix);
+    return texts;
+  }
+
+  Texts operator()(const RouterViewV2 &body) const {
+    Texts texts;
+    for (const RouterLinkViewV2 &link : body.links) {
+      if (link.type != router_link_stub) continue;
+      texts.push_back(prefix_text(link.link_id, dotted(link.link_data)));
+    }
+    return texts;
+  }
+  Texts operator()(const NetworkViewV2 &body) const { return own(body.mask); }
+  Texts operator()(const SummaryViewV2 &body) const {
+    return lsa.type == lsa2_summary ? own(body.mask) : Texts();
+  }
+  Texts operator()(const ExternalViewV2 &body) const { return own(body.mask); }
+  Texts operator()(const InterAreaPrefixView &body) const { return {body.prefix.prefix}; }
+  Texts operator()(const ExternalViewV3 &body) const { return {body.prefix.prefix}; }
+  Texts operator()(const LinkViewV3 &body) const { return all(body.prefixes); }
+  Texts operator()(const IntraAreaPrefixView &body) const { return all(body.prefixes); }
+  template <typename Body>
+  Texts operator()(const Body &) const {
+    return {};
+  }
+};
+
+bool has_prefix(const LsaView &lsa, const PrefixChoice &wanted) {
+  if (wanted.match == PrefixChoice::Match::all) return true;
+  return std::ranges::any_of(std::visit(PrefixesOf{lsa}, lsa.body), [&](const std::string &text) {
+    const auto family =
+        text.find(':') == text.npos ? ospf_routes::Family::ipv4 : ospf_routes::Family::ipv6;
+    const auto prefix = ospf_routes::parse_prefix(text, family);
+    return prefix && wanted.meets(*prefix, family);
+  });
+}
+
 }  // namespace
 
 std::uint32_t parse_area(const std::string &text) {
@@ -112,6 +159,7 @@ void add_filter_options(CLI::App &command, LsdbFilter &filter) {
       ->take_all()
       ->allow_extra_args(false);
   command.add_option("--ls-id", filter.ls_id, "Only LSAs of this link-state ID");
+  command.add_option("--prefix", filter.prefix, prefix_help);
   command.add_option("--newer-than", filter.newer_than, "Only LSAs younger than so many seconds");
   command.add_option("--adv-router", filter.adv_router, "Only LSAs of this advertising router");
   command.add_option("--instance", filter.instance, "Only this instance ID, such as 64");
@@ -125,6 +173,7 @@ std::vector<LsdbEntry> filtered(std::vector<LsdbEntry> entries, const LsdbFilter
   if (!filter.area.empty()) area = parse_area(filter.area);
   std::vector<TypeWanted> types;
   for (const std::string &type : filter.types) types.push_back(parse_type(type));
+  const PrefixChoice prefix = PrefixChoice::parse(filter.prefix);
   const auto number = [](const char *option, const std::string &text, std::uint32_t highest,
                          const char *expected) -> std::optional<std::uint32_t> {
     if (text.empty()) return std::nullopt;
@@ -160,7 +209,7 @@ std::vector<LsdbEntry> filtered(std::vector<LsdbEntry> entries, const LsdbFilter
     const bool is_meant = types.empty() || std::ranges::any_of(types, [&](const TypeWanted &type) {
                             return type.meets(entry.lsa);
                           });
-    if (!is_meant) return true;
+    if (!is_meant || !has_prefix(entry.lsa, prefix)) return true;
     return router && entry.lsa.adv_router != *router;
   });
   return entries;

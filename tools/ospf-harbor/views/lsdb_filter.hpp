@@ -19,6 +19,7 @@ struct LsdbFilter {
   std::string instance;    // a number of 8 bits
   std::string ls_id;       // a dotted quad or a number
   std::string newer_than;  // seconds
+  std::string prefix;      // as PrefixChoice has it
   bool v2 = false;
   bool v3 = false;
 };

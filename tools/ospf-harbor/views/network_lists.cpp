@@ -470,7 +470,7 @@ NetworkLists read_network(Session &session, const NetworkFilter &filter) {
   const std::vector<LsdbEntry> entries = read_lsdb(session);
   for (const LsdbEntry &entry : entries) gatherer.add(entry);
   gatherer.finish(lists);
-  lists.names = announced_names(entries);
+  lists.names = router_names(session, entries);
   return lists;
 }
 

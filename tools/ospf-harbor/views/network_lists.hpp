@@ -16,6 +16,7 @@
 namespace tool {
 
 using ospf_tables::InstanceName;
+using ospf_tables::RouterNames;
 
 struct NeighborLine {
   std::uint32_t router_id = 0;
@@ -86,9 +87,6 @@ struct RouterLine {
   std::size_t full = 0;
   std::size_t lsas = 0;  // that it originated
 };
-
-// Names of routers by their ID.
-using RouterNames = std::map<std::uint32_t, std::string>;
 
 struct NetworkLists {
   std::vector<AreaLine> areas;

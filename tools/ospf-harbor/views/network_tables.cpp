@@ -5,6 +5,7 @@
 
 #include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
+#include "views/router_names.hpp"
 #include "views/table.hpp"
 #include "views/text_forms.hpp"
 
@@ -13,12 +14,6 @@ namespace tool {
 using namespace ospf_tables;
 
 namespace {
-
-// "10.0.0.1", with the name of the router where there is one.
-std::string labelled(std::uint32_t router, const RouterNames &names) {
-  const auto name = names.find(router);
-  return dotted(router) + (name == names.end() ? "" : " " + name->second);
-}
 
 template <typename Number>
 std::string or_dash(const std::optional<Number> &number) {

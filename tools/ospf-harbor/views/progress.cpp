@@ -21,4 +21,10 @@ void Progress::clear() {
   shown_ = false;
 }
 
+std::string size_text(std::uint64_t bytes) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f MB", static_cast<double>(bytes) / 1e6);
+  return text;
+}
+
 }  // namespace tool

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 namespace tool {
@@ -27,5 +28,8 @@ class Progress {
   bool shown_ = false;
   Clock::time_point next_ = Clock::now() + std::chrono::milliseconds(500);
 };
+
+// "3.2 MB"
+std::string size_text(std::uint64_t bytes);
 
 }  // namespace tool

@@ -1,6 +1,7 @@
 #include "views/router_names.hpp"
 
 #include "ospf_tables/input_error.hpp"
+#include "ospf_tables/row_keys.hpp"
 
 namespace tool {
 
@@ -17,8 +18,8 @@ void take_name(const LsaView &lsa, const std::vector<TlvView> &tlvs, RouterNames
 
 }  // namespace
 
-RouterNames announced_names(const std::vector<LsdbEntry> &entries) {
-  RouterNames names;
+RouterNames router_names(Session &session, const std::vector<LsdbEntry> &entries) {
+  RouterNames names = session.names();
   for (const LsdbEntry &entry : entries) {
     const LsaView &lsa = entry.lsa;
     if (const auto *opaque = std::get_if<OpaqueViewV2>(&lsa.body)) {
@@ -30,6 +31,13 @@ RouterNames announced_names(const std::vector<LsdbEntry> &entries) {
     }
   }
   return names;
+}
+
+RouterNames router_names(Session &session) { return router_names(session, read_lsdb(session)); }
+
+std::string labelled(std::uint32_t router, const RouterNames &names) {
+  const auto name = names.find(router);
+  return dotted(router) + (name == names.end() ? "" : " " + name->second);
 }
 
 }  // namespace tool

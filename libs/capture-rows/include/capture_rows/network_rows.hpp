@@ -37,10 +37,11 @@ struct LoadedInstance {
 // LibraryFailure, the tree is as it was. Returns what was added, in the order of the instances.
 std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
                                          const ospf_decode::Network &network);
-// The same as it stands at another time than that of the last packet.
+// The same as it stands at another time than that of the last packet. LSAs have the ages that they
+// have reached then, or those with which each was heard first.
 std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
                                          const ospf_decode::Network &network,
-                                         ospf_decode::Time now);
+                                         ospf_decode::Time now, bool ages_as_heard = false);
 
 // What was heard, in a store that is kept up with it. An update touches the LSAs that changed and
 // the few rows of areas, interfaces and neighbours; if anybody else made or ended objects of the

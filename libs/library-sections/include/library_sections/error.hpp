@@ -15,6 +15,8 @@ class Error : public std::runtime_error {
         const std::string &found, const std::string &expected)
       : std::runtime_error(where + ", byte " + std::to_string(offset) + ": " + what + ": found " +
                            found + ", expected " + expected) {}
+  // For a whole sentence.
+  explicit Error(const std::string &sentence) : std::runtime_error(sentence) {}
   // For what has no place, such as a section that is missing.
   Error(const std::string &where, const std::string &found, const std::string &expected)
       : std::runtime_error(where + ": found " + found + ", expected " + expected) {}

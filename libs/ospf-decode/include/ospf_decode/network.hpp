@@ -244,7 +244,9 @@ class Network : public Visitor {
   std::vector<const LsdbEntry *> router_lsas(const Interface &interface, Time now) const;
   // When the database first said that `of` is Full with `with`; none if it does not say so.
   std::optional<Time> full_since(const Interface &of, const Interface &with, Time now) const;
-  bool hear_each_other(std::uint32_t interface, std::uint32_t router) const;
+  // links: what links() gives, which is made anew with each call.
+  bool hear_each_other(const std::map<std::uint32_t, std::vector<std::uint32_t>> &links,
+                       std::uint32_t interface, std::uint32_t router) const;
   bool wants_adjacency(std::uint32_t interface, std::uint32_t peer) const;
   bool in_transit_network(const Interface &interface, Time now) const;
 

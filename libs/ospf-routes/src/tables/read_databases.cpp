@@ -16,36 +16,12 @@ using namespace ospf_tables;
 
 constexpr std::uint16_t age_mask = 0x7fff;  // without the DoNotAge bit
 constexpr std::uint16_t max_age = 3600;
-constexpr std::size_t header_length = 20;
 constexpr std::uint16_t highest_short_metric = 0xffff;
 
 bool has(const BitNames &names, const char *name) {
   return std::any_of(names.begin(), names.end(),
                      [&](const char *each) { return std::strcmp(each, name) == 0; });
 }
-
-// Octets of an LSA, read only as far as they go.
-class Octets {
- public:
-  explicit Octets(const std::vector<std::uint8_t> &octets) : octets_(octets) {}
-
-  bool reach(std::size_t end) const { return end <= octets_.size(); }
-  std::uint32_t number(std::size_t at, std::size_t count) const {
-    std::uint32_t number = 0;
-    for (std::size_t each = 0; each < count; ++each) number = number << 8 | octets_.at(at + each);
-    return number;
-  }
-  Address address(std::size_t at, std::size_t count) const {
-    std::uint64_t halves[2] = {};
-    for (std::size_t each = 0; each < 16; ++each) {
-      halves[each / 8] = halves[each / 8] << 8 | (each < count ? octets_.at(at + each) : 0u);
-    }
-    return {halves[0], halves[1]};
-  }
-
- private:
-  const std::vector<std::uint8_t> &octets_;
-};
 
 std::int32_t sequence_of(const LsaView &lsa) {
   std::uint32_t number = 0;
@@ -144,32 +120,13 @@ class DatabaseReader {
                   .virtual_end = has(body.flags, "V"),
                   .takes_externals = has(lsa_->options, "E"),
                   .links = {}};
-    // Rows hold one link of a link ID and its data; the octets hold all.
-    if (!lsa_->decoded_completed && add_raw_links(lsa)) {
-      area_->routers.push_back(std::move(lsa));
-      return;
+    if (!lsa_->decoded_completed && body.links.size() < body.num_of_links) {
+      lack("not all of its links are known");
     }
-    if (!lsa_->decoded_completed) lack("not all of its links are known");
     for (const RouterLinkViewV2 &link : body.links) {
       add_link(lsa, link.type, link.link_id, link.link_data, link.metric());
     }
     area_->routers.push_back(std::move(lsa));
-  }
-
-  bool add_raw_links(RouterLsa &lsa) {
-    const Octets raw(lsa_->raw_data);
-    constexpr std::size_t link_length = 12;
-    constexpr std::size_t tos_length = 4;
-    std::size_t at = header_length + 4;
-    if (!raw.reach(at)) return false;
-    for (std::uint32_t left = raw.number(at - 2, 2); left > 0; --left) {
-      if (!raw.reach(at + link_length)) break;
-      add_link(lsa, static_cast<std::uint8_t>(raw.number(at + 8, 1)), raw.number(at, 4),
-               raw.number(at + 4, 4), raw.number(at + 10, 2));
-      at += link_length + tos_length * raw.number(at + 9, 1);
-      if (left > 1 && !raw.reach(at + link_length)) lack("its octets end within its links");
-    }
-    return true;
   }
 
   void add_link(RouterLsa &lsa, std::uint8_t type, std::uint32_t id, std::uint32_t data,
@@ -241,13 +198,13 @@ class DatabaseReader {
     area_->networks.push_back({lsa_->adv_router, lsa_->link_state_id, 0, body.attached_routers});
   }
 
-  // The model's metrics of summaries have 16 of the 24 bits.
+  // Fields hold 16 of the 24 bits; the octets, where they are there, all.
   std::uint32_t metric_of(const SummaryViewV2 &body) {
-    const Octets raw(lsa_->raw_data);
-    if (raw.reach(header_length + 8)) return raw.number(header_length + 5, 3);
     for (const TopologyMetricView &each : body.metrics) {
       if (each.mt_id != 0) continue;
-      if (each.metric == highest_short_metric) lack("its metric is 65535 or more");
+      if (each.metric == highest_short_metric && lsa_->raw_data.empty()) {
+        lack("its metric is 65535 or more");
+      }
       return each.metric;
     }
     lack("its metric is not known");
@@ -290,7 +247,7 @@ class DatabaseReader {
     if (!network) return;
     const std::uint8_t options = options_of(body.prefix);
     list.push_back({lsa_->adv_router, *network, body.metric, body.type_2,
-                    forwarding(body.forwarding_address), body.route_tag, options,
+                    forwarding(body.forwarding_address), body.route_tag.value_or(0), options,
                     (options & prefix_propagate) != 0});
   }
 
@@ -319,36 +276,15 @@ class DatabaseReader {
                            *router,
                            body.referenced_link_state_id,
                            {}};
-    if (!add_raw_prefixes(lsa)) {
-      lack("the metrics of its prefixes are not known and taken to be 0");
-      for (const PrefixView &each : body.prefixes) {
-        if (const auto found = prefix(each.prefix)) {
-          lsa.prefixes.push_back({*found, options_of(each), 0});
-        }
+    bool has_metrics = true;
+    for (const PrefixView &each : body.prefixes) {
+      has_metrics &= each.metric.has_value();
+      if (const auto found = prefix(each.prefix)) {
+        lsa.prefixes.push_back({*found, options_of(each), each.metric.value_or(0)});
       }
     }
+    if (!has_metrics) lack("the metrics of its prefixes are not known and taken to be 0");
     area_->prefix_lsas.push_back(std::move(lsa));
-  }
-
-  // The model has no metrics of these prefixes: each is length, options, metric and the address in
-  // words of 32 bits.
-  bool add_raw_prefixes(IntraAreaPrefixLsa &lsa) {
-    const Octets raw(lsa_->raw_data);
-    std::size_t at = header_length + 12;
-    if (!raw.reach(at)) return false;
-    for (std::uint32_t left = raw.number(header_length, 2); left > 0; --left) {
-      const std::uint32_t length = raw.reach(at + 4) ? raw.number(at, 1) : 0;
-      const std::size_t octets = (length + 31) / 32 * 4;
-      if (!raw.reach(at + 4 + octets) || length > width(database_.family)) {
-        lack("its octets end within its prefixes");
-        return true;
-      }
-      lsa.prefixes.push_back({make_prefix(raw.address(at + 4, octets), length),
-                              static_cast<std::uint8_t>(raw.number(at + 1, 1)),
-                              raw.number(at + 2, 2)});
-      at += 4 + octets;
-    }
-    return true;
   }
 
   Database &database_;

@@ -23,7 +23,7 @@ using BitNames = std::vector<const char *>;
 
 struct TopologyMetricView {
   std::uint32_t mt_id = 0;
-  std::uint16_t metric = 0;
+  std::uint32_t metric = 0;
 };
 
 struct RouterLinkViewV2 {
@@ -32,7 +32,7 @@ struct RouterLinkViewV2 {
   std::uint32_t link_data = 0;
   std::vector<TopologyMetricView> metrics;
 
-  std::uint16_t metric() const;  // of the base topology, 0 without one
+  std::uint32_t metric() const;  // of the base topology, 0 without one
 };
 
 struct RouterLinkViewV3 {
@@ -46,6 +46,7 @@ struct RouterLinkViewV3 {
 struct PrefixView {
   std::string prefix;
   std::string options;
+  std::optional<std::uint32_t> metric{};  // of intra-area prefixes
 };
 
 struct ExternalEntryViewV2 {
@@ -85,8 +86,8 @@ struct TlvView {
   std::vector<SubTlvView> sub_tlvs;
 };
 
-// What the rows of each type keep, which is less than what was heard: fields that the model lacks
-// are in raw_data alone. The last one stands for LS types without typed fields.
+// What the rows of each type keep, with what the octets say beyond the fields of the model. The last
+// one stands for LS types without typed fields.
 struct RouterViewV2 {
   BitNames flags;
   std::uint16_t num_of_links = 0;
@@ -136,7 +137,7 @@ struct ExternalViewV3 {  // AS-external and NSSA
   std::uint16_t referenced_ls_type = 0;
   PrefixView prefix;
   std::string forwarding_address;
-  std::uint32_t route_tag = 0;
+  std::optional<std::uint32_t> route_tag;
   std::uint32_t referenced_link_state_id = 0;
 };
 struct LinkViewV3 {

@@ -17,6 +17,7 @@ struct LsdbEntry {
   std::uint32_t router_id = 0;
   std::optional<std::uint32_t> area;     // empty for LSAs of the whole AS
   std::optional<std::string> interface;  // of LSAs of one link
+  std::optional<Ages> ages;              // what the LSA's age is as of, where that is told
   LsaView lsa;
 };
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "ospf_tables/told.hpp"
+
 namespace ospf_tables {
 
 enum class Family { ipv4, ipv6 };
@@ -77,6 +79,7 @@ struct Instance {
   Family family;
   std::uint32_t router_id;
   std::vector<Area> areas;
+  std::optional<Ages> ages = std::nullopt;  // of the databases' LSAs
 };
 
 }  // namespace ospf_tables

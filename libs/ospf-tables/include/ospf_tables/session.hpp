@@ -42,6 +42,8 @@ class Session {
 
   // Beside the tables; always empty on a store, which others change too.
   Told &told() { return told_; }
+  // Beside the tables too: names that the user gave, or routers told in their answers.
+  RouterNames &names() { return names_; }
   // Keys of instances that gave way to others since this was last asked for.
   std::vector<std::string> take_replaced() { return std::exchange(replaced_, {}); }
   void note_replaced(const std::string &key) { replaced_.push_back(key); }
@@ -72,6 +74,7 @@ class Session {
   kelp_handle *handle_ = nullptr;
   std::uint32_t err_ = 0;
   Told told_;
+  RouterNames names_;
   std::vector<std::string> replaced_;
   bool is_store_ = false;
   bool is_locked_ = false;

@@ -12,6 +12,13 @@
 
 namespace ospf_tables {
 
+// What the ages of LSAs are as of.
+struct Ages {
+  bool as_heard = false;  // each as its LSA was heard
+  std::int64_t time = 0;  // else all as of this time, in nanoseconds since 1970
+  bool operator==(const Ages &) const = default;
+};
+
 struct ToldOfNeighbor {
   std::optional<std::uint8_t> priority;
   std::string evidence;  // what the state rests on
@@ -27,8 +34,12 @@ struct ToldOfInterface {
   bool silent = false;  // it was heard, but no more
 };
 
+// Names of routers by their ID.
+using RouterNames = std::map<std::uint32_t, std::string>;
+
 // By area ID; interfaces by their name too, neighbours by that and their router ID.
 struct ToldOfInstance {
+  std::optional<Ages> ages;  // of LSAs; empty where routers told them
   std::map<std::uint32_t, std::string> area_kinds;
   std::map<std::pair<std::uint32_t, std::string>, ToldOfInterface> interfaces;
   std::map<std::tuple<std::uint32_t, std::string, std::string>, ToldOfNeighbor> neighbors;
