@@ -19,9 +19,10 @@ A line without a mark is a file, that of all mutations up to the next such line;
 are those of the mutations that name none. `-` is the text that is there and `+` what stands in its
 place: a whole expression, or whole statements with their semicolons (`+` alone: nothing). The text
 must stand in the file once; `@` is a text before it, from which on it is looked for. `?` names a
-test program of the dev build and the tests in it of which one must fail. Rules of headers that a test has compiled
-into itself are tried with the test's source in place of a program (with + between several), which
-is then compiled with the mutations. One line more says what is out of the ordinary:
+test program of the dev build and the tests in it of which one must fail; settings of its
+environment (NAME=value) may stand before it. Rules of headers that a test has compiled into itself are tried
+with the test's source in place of a program (with + between several), which is then compiled with
+the mutations. One line more says what is out of the ordinary:
 
     = why nobody can tell the two apart: nothing may fail then
     ! alone: the text is a declaration or is evaluated by the compiler
@@ -93,8 +94,8 @@ class Row:
             elif mark == '+':
                 self.new = text
             elif mark == '?':
-                program, _, names = text.partition(' ')
-                self.tests.append((program, names.strip() or '*'))
+                program, names = re.match(r'((?:\w+=\w+ )*\S+) *(.*)', text).groups()
+                self.tests.append((program, names or '*'))
             elif mark == '=':
                 self.equivalent = text
             elif mark == '!':
@@ -259,24 +260,26 @@ class Programs:
         mark.unlink(missing_ok=True)
         environment = {**os.environ, 'LD_LIBRARY_PATH': self.libraries,
                        'HARBOR_MUTATION': str(number), 'HARBOR_MUTATION_REACHED': str(mark)}
-        for program, names in tests or row.tests:
+        for command, names in tests or row.tests:
+            *settings, program = command.split(' ')
             if program not in self.places:
                 raise SystemExit(f'{row.place}: there is no test program {program} in the dev build')
             # A session of its own, so that it ends with the children of its tests.
             run = subprocess.Popen([self.places[program], f'--gtest_filter={names}',
-                                    '--gtest_fail_fast', '--gtest_brief=1'], env=environment,
+                                    '--gtest_fail_fast', '--gtest_brief=1'],
+                                   env=environment | dict(one.split('=') for one in settings),
                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                                    errors='replace', cwd=self.reached, start_new_session=True)
             begun = time.monotonic()
             try:
                 output, _ = run.communicate(
-                    timeout=60 + PATIENCE * self.seconds.get((program, names), 60))
+                    timeout=60 + PATIENCE * self.seconds.get((command, names), 60))
             except subprocess.TimeoutExpired:
                 os.killpg(run.pid, signal.SIGKILL)
                 run.communicate()
                 return 'no end'
             if number == 0:
-                self.seconds[(program, names)] = time.monotonic() - begun
+                self.seconds[(command, names)] = time.monotonic() - begun
             if run.returncode < 0:
                 return f'signal {-run.returncode}'
             failed = re.search(r'\[  FAILED  \] (\S+?),? ', output + ' ')
