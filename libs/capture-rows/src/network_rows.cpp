@@ -4,7 +4,6 @@
 #include <limits>
 #include <map>
 #include <optional>
-#include <ranges>
 #include <set>
 #include <string>
 #include <utility>
@@ -204,7 +203,8 @@ class Gathered {
 
   // Whether the LSAs that had a place at that time have the same one now.
   bool has_places_of(const Gathered &earlier) const {
-    return std::ranges::equal(earlier.places_, std::views::take(places_, earlier.places_.size())) &&
+    return earlier.places_.size() <= places_.size() &&
+           std::ranges::mismatch(earlier.places_, places_).in1 == earlier.places_.end() &&
            std::ranges::includes(first_of_area_, earlier.first_of_area_) &&
            std::ranges::includes(first_of_link_, earlier.first_of_link_);
   }

@@ -289,8 +289,7 @@ std::vector<std::uint32_t> Facing::with(std::uint32_t interface) const {
     }
   }
   std::ranges::sort(found);
-  const auto rest = std::ranges::unique(found);
-  found.erase(rest.begin(), rest.end());
+  found.erase(std::unique(found.begin(), found.end()), found.end());
   std::erase(found, interface);
   return found;
 }
