@@ -153,12 +153,14 @@ TEST(BytesTest, TextsAreMadeFitForATerminal) {
 }
 
 TEST(BytesTest, FilesThatCannotBeReadAreNamed) {
-  for (const char *path : {"/nonexistent/library", "/"}) {
+  for (const auto &[path, said] :
+       {std::pair("/nonexistent/library", "cannot open /nonexistent/library: "),
+        std::pair("/", "cannot read /: ")}) {
     try {
       library_sections::read_file(path);
       ADD_FAILURE() << path;
     } catch (const Error &error) {
-      EXPECT_EQ(std::string(error.what()).find(path), 0u) << error.what();
+      EXPECT_EQ(std::string(error.what()).find(said), 0u) << error.what();
     }
   }
 }
