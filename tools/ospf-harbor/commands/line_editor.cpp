@@ -12,6 +12,16 @@
 #include "commands/shell_words.hpp"
 #include "ospf_tables/input_error.hpp"
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#include <sanitizer/lsan_interface.h>
+#define KEEPS_WHAT_IT_IS_GIVEN() const __lsan::ScopedDisabler not_a_leak
+#endif
+#endif
+#ifndef KEEPS_WHAT_IT_IS_GIVEN
+#define KEEPS_WHAT_IT_IS_GIVEN()
+#endif
+
 namespace tool {
 
 struct LineEditor::State {
@@ -102,7 +112,9 @@ unsigned char abandon_line(EditLine *editor, int) {
 
 }  // namespace
 
-bool LineEditor::is_at_terminal() { return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1; }
+bool LineEditor::is_at_terminal() {
+  return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
+}
 
 LineEditor::LineEditor(Complete complete) : state_(std::make_unique<State>()) {
   state_->complete = std::move(complete);
@@ -122,13 +134,18 @@ LineEditor::LineEditor(Complete complete) : state_(std::make_unique<State>()) {
   el_set(editor, EL_EDITOR, "emacs");
   el_set(editor, EL_SIGNAL, 1);  // a terminal that changes its size, or hangs up
   el_set(editor, EL_HIST, history, state_->history);
-  el_set(editor, EL_ADDFN, "complete-word", "Complete the word",
-         +[](EditLine *own, int) -> unsigned char {
-           State *state = nullptr;
-           el_get(own, EL_CLIENTDATA, &state);
-           return complete_word(own, state->complete);
-         });
-  el_set(editor, EL_ADDFN, "abandon-line", "Begin a new line", abandon_line);
+  {
+    // Copies of these words, which the editor's end does not give back.
+    KEEPS_WHAT_IT_IS_GIVEN();
+    el_set(
+        editor, EL_ADDFN, "complete-word", "Complete the word",
+        +[](EditLine *own, int) -> unsigned char {
+          State *state = nullptr;
+          el_get(own, EL_CLIENTDATA, &state);
+          return complete_word(own, state->complete);
+        });
+    el_set(editor, EL_ADDFN, "abandon-line", "Begin a new line", abandon_line);
+  }
   el_set(editor, EL_BIND, "^I", "complete-word", nullptr);
   el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
   el_set(editor, EL_BIND, "^C", "abandon-line", nullptr);

@@ -3,6 +3,8 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <utility>
@@ -42,7 +44,15 @@ class Terminal {
   Terminal(const Terminal &) = delete;
   Terminal &operator=(const Terminal &) = delete;
 
+  // The prompt is shown before the terminal gives its keys one by one; until then it would take a
+  // control key as its own.
   void type(const std::string &keys) {
+    termios mode{};
+    for (int tries = 0; tries < 10'000; ++tries) {
+      if (tcgetattr(terminal_, &mode) == 0 && (mode.c_lflag & ICANON) == 0) break;
+      usleep(1000);
+    }
+    EXPECT_EQ(mode.c_lflag & ICANON, 0u) << "the shell reads no keys";
     EXPECT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
   }
 
