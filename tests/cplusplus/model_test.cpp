@@ -2,12 +2,12 @@
 // loops over the lists of the headers.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 #include <ospf_harbor.hpp>
 #include <ospf_harbor/receive.hpp>
 
 #include "model/lists.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace {
 
@@ -501,31 +501,27 @@ TEST_F(Sessions, AnInterfaceIsWholeFromTheStart) {
 }
 
 TEST_F(Sessions, AStoreGoesBackToWhereTheLastCommitLeftIt) {
-  char path[] = "/tmp/cplusplus-XXXXXX";
-  ASSERT_NE(mkdtemp(path), nullptr);
-  const std::string file = std::string(path) + "/store";
+  const TemporaryFolder temporary;
+  const std::string file = temporary.file("store");
+  auto store = ospf_harbor::database::in_file(file.c_str());
+  session in(store);
   {
-    auto store = ospf_harbor::database::in_file(file.c_str());
-    session in(store);
-    {
-      write_lock lock(in);
-      area_table::open(in, "areas").add(1);
-      lock.commit();
-    }
-    {
-      write_lock lock(in);
-      area_table::open(in, "areas").add(2);
-    }
-    {
-      const read_lock lock(in);
-      const auto areas = area_table::existing(in, "areas");
-      EXPECT_FALSE(area_table::existing(in, "others"));
-      EXPECT_EQ(areas.size(), 1u);
-      EXPECT_TRUE(areas.find(1));
-      EXPECT_THROW(write_lock{in}, failure);
-    }
+    write_lock lock(in);
+    area_table::open(in, "areas").add(1);
+    lock.commit();
   }
-  std::filesystem::remove_all(path);
+  {
+    write_lock lock(in);
+    area_table::open(in, "areas").add(2);
+  }
+  {
+    const read_lock lock(in);
+    const auto areas = area_table::existing(in, "areas");
+    EXPECT_FALSE(area_table::existing(in, "others"));
+    EXPECT_EQ(areas.size(), 1u);
+    EXPECT_TRUE(areas.find(1));
+    EXPECT_THROW(write_lock{in}, failure);
+  }
 }
 
 }  // namespace
