@@ -8,7 +8,7 @@ setup := tools/setup/install-packages.sh
 lists := tools/setup
 
 .PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes browser-test \
-	emit format reproducible install packages clean
+	emit format reproducible install packages deb package-test clean
 
 help:
 	@echo "make run      install what is missing, build, show a router, a captured database and its picture"
@@ -26,6 +26,7 @@ help:
 	@echo "make format   clang-format on all sources"
 	@echo "make reproducible   two release builds in two folders, compared byte by byte"
 	@echo "make install  PREFIX=/usr/local"
+	@echo "make deb      Debian packages, in build/packages; make package-test installs and uses them in a fresh root"
 
 packages:
 	@$(setup)
@@ -157,9 +158,28 @@ reproducible: packages
 PREFIX ?= /usr/local
 install: packages
 	@cmake --preset release -DCMAKE_INSTALL_PREFIX="$(PREFIX)" >/dev/null
-	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf_harbor_check ospf-harbor python_rows
+	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf_harbor_check ospf-harbor ospf-harbor-pages python_rows
 	@cmake --install build/release
 	@[ -n "$(DESTDIR)" ] || tools/setup/after-install.sh "$$(dirname "$$(grep '/libkelp\.so$$' build/release/install_manifest.txt)")"
+
+# The compiler cache stays the one of the user, whom debhelper gives another home.
+PACKAGES := build/packages
+deb: packages
+	@$(setup) $(lists)/packages-deb.txt
+	@debian/changelog.sh >debian/changelog
+	@dh_clean
+	@rm -rf $(PACKAGES) && mkdir -p $(PACKAGES)
+	@PACKAGES=$(PACKAGES) CCACHE_DIR="$${CCACHE_DIR-$$HOME/.cache/ccache}" \
+		dpkg-buildpackage -b --no-sign --no-pre-clean --jobs=$(JOBS) \
+		--buildinfo-file=$(PACKAGES)/ospf-harbor-oper.buildinfo --buildinfo-option=-u$(PACKAGES) \
+		--changes-file=$(PACKAGES)/ospf-harbor-oper.changes --changes-option=-u$(PACKAGES) \
+		>$(PACKAGES)/build.log 2>&1 || { tail -n 40 $(PACKAGES)/build.log; exit 1; }
+	@ls $(PACKAGES)/*.deb
+	@lintian --fail-on error,warning $(PACKAGES)/ospf-harbor-oper.changes
+
+# As root: a root is made in build/package-test, whose bare part stays for the next time.
+package-test: deb
+	@tests/packages/fresh_root.sh cmake $(PACKAGES) build/deb build/package-test
 
 clean:
 	@rm -rf build

@@ -36,3 +36,9 @@ foreach(library ${HARBOR_LIBRARIES})
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc
           DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()
+
+set(HARBOR_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ospf-harbor-doc)
+install(DIRECTORY examples/ DESTINATION ${HARBOR_DOC_DIR}/examples
+        FILES_MATCHING PATTERN "*.c" PATTERN "*.cpp" PATTERN "*.py" PATTERN "*_test.*" EXCLUDE
+                       PATTERN "data" EXCLUDE)
+install(DIRECTORY examples/data DESTINATION ${HARBOR_DOC_DIR}/examples)

@@ -13,6 +13,7 @@ kelp_database *opened_store(const std::string &path, Session::Missing missing) {
   kelp_store_options options{};
   kelp_store_options_init(&options);
   options.create = missing == Session::Missing::is_made ? 1 : 0;
+  options.file_mode = 0660;  // the group too, where the umask lets it
   kelp_error error{};
   kelp_database *database = kelp_database_open_file(path.c_str(), &options, &error);
   // Opened for writing also by who only reads, since then a dead writer can be undone.

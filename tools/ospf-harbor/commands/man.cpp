@@ -1,6 +1,7 @@
 // Man pages, made of the list of commands: one of the program, or one of a command.
 #include <algorithm>
 #include <cctype>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <sstream>
@@ -29,27 +30,27 @@ std::string plain_roff(const std::string &text) {
   return result.starts_with(".") ? "\\&" + result : result;
 }
 
-void print_options(const CLI::App &app) {
+void print_options(std::ostream &out, const CLI::App &app) {
   for (const CLI::Option *option : options_of(app)) {
-    std::cout << ".TP\n.B " << plain_roff(option->get_name(option->get_positional()));
-    if (!option->get_positional() && option->get_items_expected_max() > 0) std::cout << " VALUE";
-    std::cout << '\n' << plain_roff(option->get_description()) << '\n';
+    out << ".TP\n.B " << plain_roff(option->get_name(option->get_positional()));
+    if (!option->get_positional() && option->get_items_expected_max() > 0) out << " VALUE";
+    out << '\n' << plain_roff(option->get_description()) << '\n';
   }
 }
 
-void print_command(CLI::App &app, const std::string &name) {
+void print_command(std::ostream &out, CLI::App &app, const std::string &name) {
   if (const auto below = commands_of(app); !below.empty()) {
-    for (CLI::App *each : below) print_command(*each, name + " " + each->get_name());
+    for (CLI::App *each : below) print_command(out, *each, name + " " + each->get_name());
     return;
   }
-  std::cout << ".SS " << plain_roff(name) << '\n' << plain_roff(app.get_description()) << ".\n";
-  print_options(app);
+  out << ".SS " << plain_roff(name) << '\n' << plain_roff(app.get_description()) << ".\n";
+  print_options(out, app);
 }
 
-void print_lines(const std::string &text) {
+void print_lines(std::ostream &out, const std::string &text) {
   std::istringstream in(text);
   for (std::string line; std::getline(in, line);) {
-    std::cout << (line.empty() ? ".PP" : plain_roff(line)) << '\n';
+    out << (line.empty() ? ".PP" : plain_roff(line)) << '\n';
   }
 }
 
@@ -59,70 +60,96 @@ std::string name_of(const std::vector<std::string> &words) {
   return name;
 }
 
+std::string page_name(const std::vector<std::string> &words) {
+  std::string title = "ospf-harbor";
+  for (const std::string &word : words) title += "-" + word;
+  return title;
+}
+
 std::string as_sentence(std::string text) {
   text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
   return text + ".";
 }
 
-void print_statuses(const std::vector<std::string> &words) {
+void print_statuses(std::ostream &out, const std::vector<std::string> &words) {
   const Statuses &statuses = help_text(name_of(words)).statuses;
-  std::cout << ".SH EXIT STATUS\n";
+  out << ".SH EXIT STATUS\n";
   int number = 0;
   for (const char *meaning : {statuses.zero, statuses.one, statuses.two}) {
-    std::cout << ".TP\n.B " << number++ << '\n' << plain_roff(as_sentence(meaning)) << '\n';
+    out << ".TP\n.B " << number++ << '\n' << plain_roff(as_sentence(meaning)) << '\n';
   }
 }
 
 // What a command says of itself beyond its options.
-void print_more(const std::vector<std::string> &words) {
+void print_more(std::ostream &out, const std::vector<std::string> &words) {
   const Command *command = find_command(name_of(words));
   if (command == nullptr) return;
   if (command->description != nullptr) {
-    std::cout << ".SH DESCRIPTION\n";
-    print_lines(command->description);
+    out << ".SH DESCRIPTION\n";
+    print_lines(out, command->description);
   }
   if (command->example == nullptr) return;
-  std::cout << ".SH EXAMPLE\n.nf\n";
+  out << ".SH EXAMPLE\n.nf\n";
   std::istringstream in(command->example);
-  for (std::string line; std::getline(in, line);) std::cout << plain_roff(line) << '\n';
-  std::cout << ".fi\n";
+  for (std::string line; std::getline(in, line);) out << plain_roff(line) << '\n';
+  out << ".fi\n";
 }
 
-void print_page(CLI::App &program, const std::vector<std::string> &words) {
+void print_page(std::ostream &out, CLI::App &program, const std::vector<std::string> &words) {
   CLI::App &app = command_named(program, words);
-  std::string title = "ospf-harbor";
-  std::string name = title;
-  for (const std::string &word : words) {
-    title += "-" + word;
-    name += " " + word;
-  }
+  const std::string title = page_name(words);
+  const std::string name = "ospf-harbor" + (words.empty() ? "" : " " + name_of(words));
   std::string sentence = app.get_description();
   if (sentence.ends_with(".")) sentence.pop_back();
-  std::cout << ".TH " << title << " 1 \"\" \"ospf-harbor " HARBOR_VERSION "\"\n"
+  out << ".TH " << title << " 1 \"\" \"ospf-harbor " HARBOR_VERSION "\"\n"
             << ".SH NAME\n"
             << plain_roff(title) << " \\- " << plain_roff(sentence) << '\n'
             << ".SH SYNOPSIS\n.B " << plain_roff(name)
             << (commands_of(app).empty() ? "" : " COMMAND") << "\n[OPTION...] [ARGUMENT...]\n";
   if (commands_of(app).empty()) {
-    std::cout << ".SH OPTIONS\n";
-    print_options(app);
+    out << ".SH OPTIONS\n";
+    print_options(out, app);
   } else {
     if (&app == &program) {
-      std::cout << ".SH OPTIONS\nThey may stand before or behind a command.\n";
-      print_options(program);
+      out << ".SH OPTIONS\nThey may stand before or behind a command.\n";
+      print_options(out, program);
     }
-    std::cout << ".SH COMMANDS\n";
-    print_command(app, name);
+    out << ".SH COMMANDS\n";
+    print_command(out, app, name);
   }
-  print_more(words);
-  print_statuses(words);
+  print_more(out, words);
+  print_statuses(out, words);
+}
+
+// A file of its title for the program, each group and each command.
+void write_pages(const std::string &folder, CLI::App &program, CLI::App &app,
+                 std::vector<std::string> words) {
+  const std::string path = folder + "/" + page_name(words) + ".1";
+  std::ofstream out(path);
+  print_page(out, program, words);
+  if (!out.flush()) throw std::runtime_error("cannot write " + path);
+  for (CLI::App *below : commands_of(app)) {
+    words.push_back(below->get_name());
+    write_pages(folder, program, *below, words);
+    words.pop_back();
+  }
 }
 
 Run set_up_man(CLI::App &app) {
   const auto words = std::make_shared<std::vector<std::string>>();
-  app.add_option("COMMAND", *words, "The command; the page of the program without it");
-  return [words](ospf_tables::Session *) {
-    with_parser([&](CLI::App &program) { print_page(program, *words); });
+  const auto folder = std::make_shared<std::string>();
+  CLI::Option *one = app.add_option("COMMAND", *words,
+                                    "The command; the page of the program without it");
+  app.add_option("--folder", *folder, "Write all pages into this folder, as man finds them")
+      ->excludes(one);
+  return [words, folder](ospf_tables::Session *) {
+    with_parser([&](CLI::App &program) {
+      if (folder->empty()) {
+        print_page(std::cout, program, *words);
+      } else {
+        write_pages(*folder, program, program, {});
+      }
+    });
     return 0;
   };
 }

@@ -67,6 +67,12 @@ class Commands : public tool_tests::ProcessTest {
     for (std::string word; in >> word;) words.push_back(word);
     return words;
   }
+  // As it stands between single quotes.
+  static std::string shell_quoted(const std::string &text) {
+    std::string result;
+    for (const char c : text) result += c == '\'' ? "'\\''" : std::string(1, c);
+    return result;
+  }
   Said in_shell(const std::string &lines) {
     put("lines", lines + "\n");
     return run({"shell"}, file("lines"));
@@ -124,7 +130,7 @@ class Commands : public tool_tests::ProcessTest {
       {"shell", {"shell", "shell now", "not expected", 0, false}},
       {"help", {"help load frr", "help lode", "unknown command \"lode\""}},
       {"man", {"man lsdb", "man lode", "unknown command \"lode\"", 0, false}},
-      {"completion", {"completion bash", "completion fish", "fish", 0, false}},
+      {"completion", {"completion bash", "completion csh", "csh", 0, false}},
   };
 };
 
@@ -253,11 +259,46 @@ TEST_F(Commands, AreCompletedByBash) {
     return said.out;
   };
   EXPECT_EQ(completed("ospf-harbor lo"), "load\n");
-  EXPECT_EQ(completed("ospf-harbor load ''"), "frr capture --help\n");
+  EXPECT_EQ(completed("ospf-harbor load ''").find("frr capture --help --"), 0u);
+  EXPECT_EQ(completed("ospf-harbor load frr --sto"), "--store\n");
   EXPECT_EQ(completed("ospf-harbor load capture -i"), "-i\n");
   EXPECT_EQ(completed("ospf-harbor --trace-file x lsdb --ad"), "--adv-router\n");
   EXPECT_EQ(completed("ospf-harbor export --im"), "--image\n");
   EXPECT_EQ(completed("ospf-harbor load frr " + file("wo")), file("words") + "\n");
+}
+
+// Each shell's script names each command with its sentence, and each of its options: what the scripts
+// make of them is tried with the shells themselves, where packages are.
+TEST_F(Commands, AreDescribedToZshAndFish) {
+  const std::string zsh = run({"completion", "zsh"}).out;
+  const std::string fish = run({"completion", "fish"}).out;
+  EXPECT_EQ(zsh.find("#compdef ospf-harbor\n"), 0u);
+  tool::with_parser([&](CLI::App &program) {
+    for (CLI::App *command : tool::commands_of(program)) {
+      const std::string name = command->get_name();
+      const std::string sentence = shell_quoted(command->get_description());
+      EXPECT_NE(zsh.find("'" + name + ":" + sentence + "'"), std::string::npos) << name;
+      EXPECT_NE(fish.find(" -a " + name + " -d '" + sentence + "'\n"), std::string::npos) << name;
+      for (const CLI::Option *option : tool::options_of(*command)) {
+        for (const std::string &word : option->get_lnames()) {
+          EXPECT_NE(zsh.find("'--" + word + ":"), std::string::npos) << name << word;
+          EXPECT_NE(fish.find("__ospf_harbor_at '" + name + "'\" "), std::string::npos) << name;
+          EXPECT_NE(fish.find(" -l " + word + " "), std::string::npos) << name << word;
+        }
+      }
+    }
+  });
+}
+
+TEST_F(Commands, HaveAManPageEachInAFolder) {
+  std::filesystem::create_directory(file("pages"));
+  EXPECT_EQ(run({"man", "--folder", file("pages")}).status, 0);
+  EXPECT_EQ(content_of(file("pages") + "/ospf-harbor.1"), run({"man"}).out);
+  EXPECT_EQ(content_of(file("pages") + "/ospf-harbor-load-frr.1"), run({"man", "load", "frr"}).out);
+  const Said missing = run({"man", "--folder", file("none")});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_EQ(missing.err, "ospf-harbor: cannot write " + file("none") + "/ospf-harbor.1\n");
+  EXPECT_EQ(run({"man", "--folder", file("pages"), "lsdb"}).status, 2);
 }
 
 TEST_F(Commands, HaveManPagesThatGroffTakes) {
