@@ -101,11 +101,13 @@ mutate: packages
 		kelp_fault_tests store_tests
 	@tests/mutations/run.py -j $(JOBS) $(MUTATIONS)
 
+# Medians of five, and how far they spread.
+bench_medians := --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 bench: packages
 	@$(setup) $(lists)/packages-bench.txt
 	@cmake --preset bench >/dev/null
 	@cmake --build --preset bench -j $(JOBS)
-	@build/bench/bench/harbor_bench
+	@build/bench/bench/harbor_bench $(bench_medians)
 	@build/bench/bench/store_bench
 	@build/bench/bench/capture_bench
 	@build/bench/bench/routes_bench
@@ -114,7 +116,7 @@ bench-peers: packages
 	@$(setup) $(lists)/packages-bench.txt $(lists)/packages-peers.txt
 	@cmake --preset bench -DHARBOR_PEERS=ON >/dev/null
 	@cmake --build --preset bench -j $(JOBS) --target peer_bench
-	@build/bench/bench/peers/peer_bench
+	@build/bench/bench/peers/peer_bench $(bench_medians)
 
 FUZZ_SECONDS ?= 600
 FUZZ_TARGETS ?= ospf-decode/decode router-answers/answers tree-exchange/stream \

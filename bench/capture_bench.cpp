@@ -2,7 +2,8 @@
 // into tables; beside another decoder's JSON of the same file. The file is made at the start:
 // update packets as a router with a large database sends them to a new neighbour, each LSA once.
 // All times are processor time of one core, user and system, so that a busy machine does not
-// falsify ratios.
+// falsify ratios. HARBOR_BENCH_LSAS says of how many LSAs of each version; whatever their number,
+// all are heard within a tenth of the age at which the first would be gone.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -15,6 +16,7 @@
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
 #include "processor_time.hpp"
+#include "resident_bytes.hpp"
 #include "support/bytes.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -24,8 +26,16 @@ using namespace ospf_decode;
 using namespace ospf_decode::testing;
 using bench::processor_seconds;
 
-constexpr std::uint32_t lsa_count = 100'000;
 constexpr std::size_t lsas_of_update = 24;
+
+std::uint32_t lsa_count() {
+  static const std::uint32_t count = [] {
+    const char *asked = std::getenv("HARBOR_BENCH_LSAS");
+    return static_cast<std::uint32_t>(asked == nullptr ? 100'000
+                                                       : std::strtoul(asked, nullptr, 10));
+  }();
+  return count;
+}
 
 // Of 20 LSAs of each version: 12 externals, 4 prefixes of other areas, 2 router LSAs with four
 // links, and a network LSA or an intra-area prefix LSA with its prefix.
@@ -105,8 +115,11 @@ class CaptureFile {
   CaptureFile() {
     std::ofstream out(path_, std::ios::binary);
     write(out, make_pcap_header());
-    std::uint32_t time = 1'600'000'000;
-    for (std::uint32_t number = 0; number < lsa_count;) {
+    constexpr std::uint64_t start = UINT64_C(1'600'000'000'000'000);  // microseconds
+    constexpr std::uint64_t max_age = UINT64_C(3'600'000'000);
+    const std::uint64_t step = max_age / 10 * lsas_of_update / lsa_count();
+    std::uint64_t time = start;
+    for (std::uint32_t number = 0; number < lsa_count(); time += step) {
       Writer v2;
       Writer v3;
       for (std::size_t at = 0; at < lsas_of_update; ++at, ++number) {
@@ -116,7 +129,7 @@ class CaptureFile {
       PacketParts parts;
       parts.type = 4;
       packet(out, time, make_ethernet(0x0800, make_ipv4({}, make_packet_v2(parts, update(v2)))));
-      packet(out, time++, make_ethernet(0x86dd, make_ipv6(89, make_packet_v3(parts, update(v3)))));
+      packet(out, time, make_ethernet(0x86dd, make_ipv6(89, make_packet_v3(parts, update(v3)))));
       lsas_ += 2 * lsas_of_update;
     }
   }
@@ -131,8 +144,10 @@ class CaptureFile {
   static Octets update(const Octets &lsas) {
     return Writer().u32(lsas_of_update).bytes(lsas).get();
   }
-  static void packet(std::ofstream &out, std::uint32_t time, const Octets &frame) {
-    write(out, make_pcap_record(time, 0, frame));
+  static void packet(std::ofstream &out, std::uint64_t time, const Octets &frame) {
+    constexpr std::uint64_t second = 1'000'000;
+    write(out, make_pcap_record(static_cast<std::uint32_t>(time / second),
+                                static_cast<std::uint32_t>(time % second), frame));
   }
 
   TemporaryFolder folder_;
@@ -221,14 +236,26 @@ const Network &network() {
   return decoded;
 }
 
+// All of the capture, into tables. A row that does not arrive would make the rest look fast.
+void load(ospf_tables::Session &session, const Network &network) {
+  std::size_t rows = 0;
+  for (const auto &instance : capture_rows::load_network(session, network)) rows += instance.lsas;
+  if (rows == file().lsas()) return;
+  std::fprintf(stderr, "capture_bench: %zu of %zu LSAs arrived\n", rows, file().lsas());
+  std::abort();
+}
+
 double least_private = 1e9;  // seconds
 
 void FillTablesFromDatabases(benchmark::State &state) {
   network();
   double total = 0;
   for (auto _ : state) {
+    const double resident = bench::resident_bytes();
     ospf_tables::Session session;
-    const double took = timed(state, [&] { capture_rows::load_network(session, network()); });
+    const double took = timed(state, [&] { load(session, network()); });
+    state.counters["resident/LSA"] =
+        (bench::resident_bytes() - resident) / static_cast<double>(file().lsas());
     least_private = std::min(least_private, took);
     total += took;
   }
@@ -244,8 +271,7 @@ void FillAStoreFromDatabases(benchmark::State &state) {
   for (auto _ : state) {
     const TemporaryFolder folder;
     ospf_tables::Session session(folder.file("store"), ospf_tables::Session::Missing::is_made);
-    const double took = timed(
-        state, [&] { session.changing([&] { capture_rows::load_network(session, network()); }); });
+    const double took = timed(state, [&] { session.changing([&] { load(session, network()); }); });
     least = std::min(least, took);
     total += took;
   }
@@ -266,7 +292,7 @@ void FollowOneLsaInAStore(benchmark::State &state) {
   followed.has_changed(heard.last_time());
   session.changing([&] { followed.update(); });
   std::uint32_t sequence = LsaParts().sequence;
-  std::uint64_t number = lsa_count;
+  std::uint64_t number = lsa_count();
   double locked = 0;
   for (auto _ : state) {
     PacketParts parts;
@@ -299,12 +325,12 @@ void CaptureIntoTables(benchmark::State &state) {
     Network network;
     total += timed(state, [&] {
       decode_file(network);
-      capture_rows::load_network(session, network);
+      load(session, network);
     });
     kelp_memory_statistics after{};
     kelp_database_memory(session.database(), &after);
-    state.counters["bytes/LSA"] = static_cast<double>(after.used_bytes - before.used_bytes) /
-                                  static_cast<double>(file().lsas());
+    const auto lsas = static_cast<double>(file().lsas());
+    state.counters["bytes/LSA"] = static_cast<double>(after.used_bytes - before.used_bytes) / lsas;
   }
   report(state, total);
 }

@@ -3,17 +3,16 @@
 // every side, and ending it part of erasing it. Keys come in one seeded shuffled order.
 #include <benchmark/benchmark.h>
 #include <ospf_harbor_oper.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <boost/intrusive/avl_set.hpp>
-#include <cstdio>
 #include <map>
 #include <memory>
 #include <numeric>
 #include <random>
 #include <vector>
 
+#include "resident_bytes.hpp"
 #include "store.hpp"
 
 namespace {
@@ -130,16 +129,6 @@ class AvlSet {
 
 // --- the operations -----------------------------------------------------------------------------
 
-double resident_bytes() {
-  long pages = 0;
-  long resident = 0;
-  if (std::FILE *file = std::fopen("/proc/self/statm", "r")) {
-    if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) resident = 0;
-    std::fclose(file);
-  }
-  return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE));
-}
-
 template <typename Rows>
 class Filled {
  public:
@@ -167,12 +156,12 @@ void insert(benchmark::State &state) {
   for (auto _ : state) {
     state.PauseTiming();
     Filled<Rows> filled(state);
-    const double before = resident_bytes();
+    const double before = bench::resident_bytes();
     state.ResumeTiming();
     filled.insert();
     state.PauseTiming();
     state.counters["resident_per_row"] =
-        (resident_bytes() - before) / static_cast<double>(filled.all.size());
+        (bench::resident_bytes() - before) / static_cast<double>(filled.all.size());
     if constexpr (requires { filled.table.store.memory(); }) {
       state.counters["counted_per_row"] =
           static_cast<double>(filled.table.store.memory().used_bytes) /

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "model/layout.hpp"
 #include "model/lists.hpp"
 
 namespace {
@@ -611,30 +612,135 @@ class FillCapnp : public Fill {
   }
 };
 
-// Reads every field of a received message, as a program that takes it over would.
-void write_capnp_reader(std::ostream &out) {
-  for (const Structure *type : all_measured()) {
-    out << "inline std::uint64_t sum(peer_capnp::" << camel(type->name, true)
-        << "::Reader m) {\n  std::uint64_t total = 0;\n";
-    for (const Field *field : type->fields) {
-      if (!is_carried(*field)) continue;
-      const std::string get = "m.get" + camel(lower(field->name), true) + "()";
+// Reads every field of a record, as a program that takes it over would, in the words of one peer:
+// numbers by their values, texts by their lengths, addresses and octets by the last byte.
+// References are left out, and the arms of a choice that are not selected.
+class Sum {
+ public:
+  Sum(std::ostream &out) : out_(out) {}
+  virtual ~Sum() = default;
+
+  void record(const Structure &type) {
+    open(type);
+    for (const Field *field : type.fields) {
+      if (!is_carried(*field) || field->kind == Kind::reference) continue;
+      if (field->kind == Kind::arm && field->selector != selected_arm) continue;
       if (is_list(*field)) {
-        out << "  for (auto element : " << get
-            << ") total += " << (field->held == Kind::address ? "element.size()" : "element")
-            << ";\n";
-      } else if (is_byte_array(*field) || stored(*field) == Kind::address ||
-                 stored(*field) == Kind::text || stored(*field) == Kind::reference) {
-        out << "  total += " << get << ".size();\n";
-      } else if (stored(*field) == Kind::structure) {
-        out << "  total += sum(" << get << ");\n";
+        list(type, *field);
+      } else if (is_byte_array(*field)) {
+        octets(type, *field);
       } else {
-        out << "  total += static_cast<std::uint64_t>(" << get << ");\n";
+        out_ << "  total += " << value(type, *field) << ";\n";
       }
     }
-    out << "  return total;\n}\n";
+    close();
   }
-}
+
+ protected:
+  virtual void open(const Structure &) = 0;
+  virtual void list(const Structure &, const Field &) = 0;
+  virtual void octets(const Structure &type, const Field &field) {
+    out_ << "  total += " << value(type, field) << ";\n";
+  }
+  virtual std::string value(const Structure &, const Field &) = 0;
+  virtual void close() { out_ << "  return total;\n}\n"; }
+
+  std::ostream &out_;
+};
+
+class SumHarbor : public Sum {
+ public:
+  using Sum::Sum;
+
+ private:
+  void open(const Structure &type) override {
+    out_ << "inline std::uint64_t sum(kelp_handle *h, " << type.name
+         << " *m) {\n  std::uint64_t total = 0;\n  std::uint32_t err = 0;\n";
+  }
+  static std::string get(const Structure &type, const Field &field, const char *suffix,
+                         const std::string &more = "") {
+    return operation(type, field, suffix) + "(h, 0, m, " + more + "&err)";
+  }
+  void list(const Structure &type, const Field &field) override {
+    out_ << "  for (std::uint32_t i = 0, n = " << get(type, counter_of(type, field), "get_value")
+         << "; i < n; ++i) total += "
+         << (field.held == Kind::address ? get(type, field, "get", "i, ") + "->bytes[3]"
+                                         : get(type, field, "get_value", "i, "))
+         << ";\n";
+  }
+  void octets(const Structure &type, const Field &field) override {
+    out_ << "  {\n    std::uint8_t octets[256];\n    const std::uint32_t n = "
+         << get(type, counter_of(type, field), "get_value") << ";\n    "
+         << get(type, field, "get_mem", "octets, n, ") << ";\n    total += octets[n - 1];\n  }\n";
+  }
+  std::string value(const Structure &type, const Field &field) override {
+    switch (stored(field)) {
+      case Kind::text:
+        return get(type, field, "get") + "->length";
+      case Kind::address:
+        return get(type, field, "get") + "->bytes[3]";
+      case Kind::structure:
+        return "sum(h, " + get(type, field, "get") + ")";
+      default:
+        return "static_cast<std::uint64_t>(" + get(type, field, "get_value") + ")";
+    }
+  }
+  void close() override { out_ << "  bench::require(err);\n  return total;\n}\n"; }
+};
+
+class SumProtobuf : public Sum {
+ public:
+  using Sum::Sum;
+
+ private:
+  void open(const Structure &type) override {
+    out_ << "inline std::uint64_t sum(const peer_proto::" << type.name
+         << " &m) {\n  std::uint64_t total = 0;\n";
+  }
+  static std::string get(const Field &field, const char *suffix = "",
+                         const std::string &argument = "") {
+    return "m." + lower(field.name) + suffix + "(" + argument + ")";
+  }
+  void list(const Structure &, const Field &field) override {
+    out_ << "  for (int i = 0, n = " << get(field, "_size") << "; i < n; ++i) total += "
+         << (field.held == Kind::address
+                 ? "static_cast<std::uint8_t>(" + get(field, "", "i") + ".back())"
+                 : get(field, "", "i"))
+         << ";\n";
+  }
+  std::string value(const Structure &, const Field &field) override {
+    if (is_byte_array(field) || stored(field) == Kind::address) {
+      return "static_cast<std::uint8_t>(" + get(field) + ".back())";
+    }
+    if (stored(field) == Kind::text) return get(field) + ".size()";
+    if (stored(field) == Kind::structure) return "sum(" + get(field) + ")";
+    return "static_cast<std::uint64_t>(" + get(field) + ")";
+  }
+};
+
+class SumCapnp : public Sum {
+ public:
+  using Sum::Sum;
+
+ private:
+  void open(const Structure &type) override {
+    out_ << "inline std::uint64_t sum(peer_capnp::" << camel(type.name, true)
+         << "::Reader m) {\n  std::uint64_t total = 0;\n";
+  }
+  static std::string get(const Field &field) {
+    return "m.get" + camel(lower(field.name), true) + "()";
+  }
+  void list(const Structure &, const Field &field) override {
+    out_ << "  for (auto element : " << get(field)
+         << ") total += " << (field.held == Kind::address ? "element.back()" : "element") << ";\n";
+  }
+  std::string value(const Structure &, const Field &field) override {
+    if (is_byte_array(field) || stored(field) == Kind::address) return get(field) + ".back()";
+    if (stored(field) == Kind::text) return get(field) + ".size()";
+    if (stored(field) == Kind::structure) return "sum(" + get(field) + ")";
+    return "static_cast<std::uint64_t>(" + get(field) + ")";
+  }
+};
 
 }  // namespace
 
@@ -668,6 +774,14 @@ int main(int argc, char **argv) {
         fill->record(*type);
       }
     }
-    write_capnp_reader(out);
+    SumHarbor of_harbor(out);
+    SumProtobuf of_protobuf(out);
+    SumCapnp of_capnp(out);
+    for (const Structure *type : all_measured()) {
+      for (Sum *sum : {static_cast<Sum *>(&of_harbor), static_cast<Sum *>(&of_protobuf),
+                       static_cast<Sum *>(&of_capnp)}) {
+        sum->record(*type);
+      }
+    }
   });
 }

@@ -60,28 +60,28 @@ std::uint32_t read_image(const EnumerationFacts &facts, kelp_handle *handle, std
 
 // Required: the line of a value without a name stays open.
 std::uint32_t write_line(const EnumerationFacts &facts, kelp_handle *handle,
-                         light_text::Writer writer, std::uint32_t indent, const char *label,
+                         light_text::Writer writer, std::uint32_t indent, std::string_view label,
                          const EnumerationObject *object, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
-  writer.head(indent, label, facts.type->name.data());
+  writer.head(indent, label, facts.type->name);
   const std::size_t member = member_at(*facts.type, object->value);
   if (member == no_member) {
     writer.text("Enum value out of range");
   } else {
-    writer.line(facts.type->members[member].name.data());
+    writer.line(facts.type->members[member].name);
   }
-  return writer.written();
+  return writer.length;
 }
 
 std::uint32_t write_element(const EnumerationFacts &facts, kelp_handle *handle,
-                            light_text::Writer writer, const char *tag,
+                            light_text::Writer writer, std::string_view tag,
                             const EnumerationObject *object, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
-  writer.open(tag);
+  writer.open(tag, 0);
   const std::size_t member = member_at(*facts.type, object->value);
   writer.element(member == no_member ? facts.out_of_range : facts.members[member]);
   writer.close(tag);
-  return writer.written();
+  return writer.length;
 }
 
 // Required: the store is plain, neither announced nor put under the variant rule.

@@ -137,10 +137,10 @@ std::uint32_t read_image(const EnumerationFacts &facts, kelp_handle *handle, std
                          const std::uint8_t *buffer, EnumerationObject *object, std::int32_t length,
                          std::uint32_t reuse, std::uint32_t *err);
 std::uint32_t write_line(const EnumerationFacts &facts, kelp_handle *handle,
-                         light_text::Writer writer, std::uint32_t indent, const char *label,
+                         light_text::Writer writer, std::uint32_t indent, std::string_view label,
                          const EnumerationObject *object, std::uint32_t *err);
 std::uint32_t write_element(const EnumerationFacts &facts, kelp_handle *handle,
-                            light_text::Writer writer, const char *tag,
+                            light_text::Writer writer, std::string_view tag,
                             const EnumerationObject *object, std::uint32_t *err);
 void read_element(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                   const char *path, kelp_xml_document *document, EnumerationObject *object,

@@ -73,29 +73,29 @@ std::uint32_t read_image(const FlagSetFacts &facts, kelp_handle *handle, std::ui
 }
 
 std::uint32_t write_line(const FlagSetFacts &facts, kelp_handle *handle, light_text::Writer writer,
-                         std::uint32_t indent, const char *label, const FlagObject *object,
+                         std::uint32_t indent, std::string_view label, const FlagObject *object,
                          std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
-  writer.head(indent, label, facts.type->name.data());
+  writer.head(indent, label, facts.type->name);
   for_each_shown(
       handle, *facts.type, object,
-      [&](std::uint32_t bit) { writer.word(word_of(*facts.type, bit).data()); },
+      [&](std::uint32_t bit) { writer.word(word_of(*facts.type, bit)); },
       [&] { writer.word("ERR"); });
   writer.text("\n");
-  return writer.written();
+  return writer.length;
 }
 
 std::uint32_t write_element(const FlagSetFacts &facts, kelp_handle *handle,
-                            light_text::Writer writer, const char *tag, const FlagObject *object,
-                            std::uint32_t *err) {
+                            light_text::Writer writer, std::string_view tag,
+                            const FlagObject *object, std::uint32_t *err) {
   if (!begin(handle, err)) return 0;
-  writer.open(tag);
+  writer.open(tag, 0);
   for_each_shown(
       handle, *facts.type, object,
       [&](std::uint32_t bit) { writer.element(element_of(facts.members, bit)); },
       [&] { writer.element(error_element); });
   writer.close(tag);
-  return writer.written();
+  return writer.length;
 }
 
 // What the runtime leaves in the word when it adjusts the object is overwritten by the next

@@ -156,11 +156,11 @@ std::uint32_t read_image(const FlagSetFacts &facts, kelp_handle *handle, std::ui
                          const std::uint8_t *buffer, FlagObject *object, std::int32_t length,
                          std::uint32_t reuse, std::uint32_t *err);
 std::uint32_t write_line(const FlagSetFacts &facts, kelp_handle *handle, light_text::Writer writer,
-                         std::uint32_t indent, const char *label, const FlagObject *object,
+                         std::uint32_t indent, std::string_view label, const FlagObject *object,
                          std::uint32_t *err);
 std::uint32_t write_element(const FlagSetFacts &facts, kelp_handle *handle,
-                            light_text::Writer writer, const char *tag, const FlagObject *object,
-                            std::uint32_t *err);
+                            light_text::Writer writer, std::string_view tag,
+                            const FlagObject *object, std::uint32_t *err);
 void read_element(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                   const char *path, kelp_xml_document *document, FlagObject *object,
                   std::uint32_t *err, char *message, std::int32_t message_size);

@@ -47,39 +47,47 @@ std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void 
                     static_cast<ObjectOf<T> *>(object), length, reuse, err);
 }
 
+// The body behind the exported name, for fields of structures.
+template <const auto &T>
+std::uint32_t print(const light_text::Writer &writer, std::uint32_t indent, std::string_view label,
+                    const void *object) {
+  return write_line(facts_of<T>(), writer.handle, writer, indent, label,
+                    static_cast<const ObjectOf<T> *>(object), writer.err);
+}
+
 template <const auto &T>
 std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
                     const char *label, const void *object, std::int32_t size, std::uint32_t *err) {
-  return write_line(facts_of<T>(), handle, {handle, space_id, buffer, size, err}, indent, label,
-                    static_cast<const ObjectOf<T> *>(object), err);
+  return print<T>({handle, space_id, buffer, size, err}, indent, light_text::view_of(label),
+                  object);
 }
 
 template <const auto &T>
 std::uint32_t print_cr(kelp_handle *handle, const void *object, char *buffer, std::int32_t size) {
-  const std::uint32_t length = print<T>(handle, handle->cr_space_id, buffer, 0, T.name.data(),
-                                        object, size, &handle->cr_err);
+  const std::uint32_t length =
+      print<T>({handle, handle->cr_space_id, buffer, size, &handle->cr_err}, 0, T.name, object);
   return light_text::carried_result(handle, length);
 }
 
 // The body behind the exported name, for fields of structures.
 template <const auto &T>
-std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
-                     const void *object, std::int32_t size, std::uint32_t *err) {
-  return write_element(facts_of<T>(), handle, {handle, space_id, buffer, size, err}, tag,
-                       static_cast<const ObjectOf<T> *>(object), err);
+std::uint32_t to_xml(const light_text::Writer &writer, std::string_view tag, const void *object) {
+  return write_element(facts_of<T>(), writer.handle, writer, tag,
+                       static_cast<const ObjectOf<T> *>(object), writer.err);
 }
 
 // Required: the state byte is dropped.
 template <const auto &T>
 std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
                      const void *object, std::int32_t size, std::uint32_t, std::uint32_t *err) {
-  return to_xml<T>(handle, space_id, tag, buffer, object, size, err);
+  return to_xml<T>({handle, space_id, buffer, size, err}, light_text::view_of(tag), object);
 }
 
 template <const auto &T>
 std::uint32_t toxml_cr(kelp_handle *handle, const void *object, char *buffer, std::uint32_t size) {
-  const std::uint32_t length = to_xml<T>(handle, handle->cr_space_id, T.name.data(), buffer, object,
-                                         static_cast<std::int32_t>(size), &handle->cr_err);
+  const std::uint32_t length = to_xml<T>(
+      {handle, handle->cr_space_id, buffer, static_cast<std::int32_t>(size), &handle->cr_err},
+      T.name, object);
   return light_text::carried_result(handle, length);
 }
 

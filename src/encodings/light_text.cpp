@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "encodings/bounded_text.hpp"
+#include "module/bounded_text.hpp"
 #include "module/failure.hpp"
 
 namespace harbor::light_text {

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <kelp/quick_text.hpp>
 #include <string_view>
 
 namespace harbor::light_text {
@@ -49,55 +50,100 @@ constexpr std::uint32_t space_of(std::uint32_t size) {
   return static_cast<std::int32_t>(size) < 0 ? 0 : size;
 }
 
-// A buffer that fills up: each call writes behind the one before, with the space that is left.
-class Writer {
- public:
-  Writer(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::int32_t size,
-         std::uint32_t *err)
-      : handle_(handle),
-        space_id_(space_id),
-        buffer_(buffer),
-        size_(space_of(static_cast<std::uint32_t>(size))),
-        err_(err) {}
+// A buffer that fills up: each piece is written behind the one before, with the space that is left,
+// an unsigned difference. The runtime's writers stop at it and give back what they wrote.
+struct Output {
+  kelp_handle *handle;
+  std::uint32_t space_id;
+  char *buffer;
+  std::uint32_t size;
+  std::uint32_t *err;
+  std::uint32_t length = 0;
 
-  std::uint32_t written() const { return written_; }
+  char *here() const { return buffer + length; }
+  std::uint32_t space() const { return size - length; }
+  // What is behind the pieces.
+  Output rest() const { return {handle, space_id, here(), space(), err}; }
 
-  // The blanks, then "<label>@<type>:".
-  void head(std::uint32_t indent, const char *label, const char *type) {
-    written_ += kelp_print_space(handle_, space_id_, place(), indent, left(), err_);
-    written_ += kelp_snprintf(handle_, space_id_, place(), left(), err_, "%s@%s:", label, type);
+  // Whether a piece of so many bytes at most may be written without a call.
+  bool is_quick(std::uint64_t most) const {
+    return kelp::quick::of(handle) != nullptr && *err == 0 && most <= space();
   }
-  void text(const char *text) {
-    written_ += kelp_snprintf(handle_, space_id_, place(), left(), err_, "%s", text);
-  }
-  void word(const char *text) {
-    written_ += kelp_snprintf(handle_, space_id_, place(), left(), err_, "%s ", text);
-  }
-  void line(const char *text) {
-    written_ += kelp_snprintf(handle_, space_id_, place(), left(), err_, "%s\n", text);
+  // Lets write put such a piece into a sink. False where the call is to be made.
+  template <typename Write>
+  bool put(std::uint64_t most, Write write) {
+    if (!is_quick(most)) return false;
+    kelp::quick::StoringSink sink(here());
+    write(sink);
+    length += sink.used();
+    return true;
   }
 
-  void open(const char *tag) {
-    written_ += start_tag(handle_, space_id_, place(), tag, left(), 0, err_);
+  // A text as it is, with a blank or as a line.
+  void text(std::string_view text) { show(text, "", "%s"); }
+  void word(std::string_view text) { show(text, " ", "%s "); }
+  void line(std::string_view text) { show(text, "\n", "%s\n"); }
+
+  void open(std::string_view tag, std::uint32_t state_byte) {
+    const bool done = state_byte == 0 && !tag.empty() &&
+                      put(kelp::quick::most_of_element(tag, 0), [&](auto &sink) {
+                        kelp::quick::put_opening_tag(sink, tag);
+                        sink.end();
+                      });
+    if (!done) length += start_tag(handle, space_id, here(), tag.data(), space(), state_byte, err);
   }
-  void element(const Element &element) {
-    written_ +=
-        xml_enum_print(handle_, space_id_, place(), element.text, left(), element.length, err_);
-  }
-  void close(const char *tag) {
-    written_ += end_tag(handle_, space_id_, place(), tag, left(), err_);
+  void close(std::string_view tag) {
+    const bool done = !tag.empty() && put(kelp::quick::most_of_element(tag, 0), [&](auto &sink) {
+      kelp::quick::put_closing_tag(sink, tag);
+      sink.end();
+    });
+    if (!done) length += end_tag(handle, space_id, here(), tag.data(), space(), err);
   }
 
  private:
-  char *place() const { return buffer_ + written_; }
-  std::uint32_t left() const { return size_ - written_; }
+  // format: what shows text with end behind it.
+  void show(std::string_view text, std::string_view end, const char *format) {
+    const bool done = put(text.size() + end.size(), [&](auto &sink) {
+      sink.put(text);
+      sink.put(end);
+    });
+    if (!done) length += kelp_snprintf(handle, space_id, here(), space(), err, format, text.data());
+  }
+};
 
-  kelp_handle *handle_;
-  std::uint32_t space_id_;
-  char *buffer_;
-  std::uint32_t size_;
-  std::uint32_t *err_;
-  std::uint32_t written_ = 0;
+// Labels and tags as the exported operations take them: a null one stays null, for the runtime's
+// writers to say what becomes of it.
+inline std::string_view view_of(const char *text) {
+  return text == nullptr ? std::string_view() : std::string_view(text);
+}
+
+// The one line of an enumeration or a flag set, and its element.
+struct Writer : Output {
+  Writer(const Output &output) : Output(output) {}
+  Writer(kelp_handle *its_handle, std::uint32_t its_space_id, char *its_buffer,
+         std::int32_t its_size, std::uint32_t *its_err)
+      : Output{its_handle, its_space_id, its_buffer, space_of(static_cast<std::uint32_t>(its_size)),
+               its_err} {}
+
+  // The blanks, then "<label>@<type>:".
+  void head(std::uint32_t indent, std::string_view label, std::string_view type) {
+    const bool done = label.data() != nullptr &&
+                      put(kelp::quick::most_of_line(indent, label, type, 0), [&](auto &sink) {
+                        kelp::quick::put_line_head(sink, indent, label, type);
+                      });
+    if (done) return;
+    length += kelp_print_space(handle, space_id, here(), indent, space(), err);
+    length +=
+        kelp_snprintf(handle, space_id, here(), space(), err, "%s@%s:", label.data(), type.data());
+  }
+  void element(const Element &element) {
+    const bool done = put(element.length + 1, [&](auto &sink) {
+      sink.put(std::string_view(element.text, element.length));
+      sink.end();
+    });
+    if (done) return;
+    length += xml_enum_print(handle, space_id, here(), element.text, space(), element.length, err);
+  }
 };
 
 // What print_cr and toxml_cr give for a rendering of that length.

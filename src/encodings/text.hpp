@@ -12,7 +12,7 @@
 
 #include <kelp/text.h>
 
-#include "encodings/bounded_text.hpp"
+#include "module/bounded_text.hpp"
 #include "encodings/field_walk.hpp"
 #include "encodings/light_encodings.hpp"
 #include "module/failure.hpp"
@@ -53,48 +53,55 @@ inline constexpr Family family{"text", operations};
 
 // --- what does not depend on the fields ---------------------------------------------------------
 
-// A text while it is written. The space that is left is an unsigned difference: the writers called
-// stop at it and give back what they wrote.
-struct Text {
-  kelp_handle *handle;
-  std::uint32_t space_id;
-  char *buffer;
+// A text while it is written.
+struct Text : light_text::Output {
   std::uint32_t indent;
-  std::uint32_t size;
-  std::uint32_t *err;
-  std::uint32_t length = 0;
 
-  char *here() const { return buffer + length; }
-  std::uint32_t space() const { return size - length; }
+  std::uint32_t inner_indent() const { return indent + 2; }
 };
 
-inline constexpr std::uint32_t indent_step = 2;
-
-void open_block(Text &text, const char *label, const char *type_name);
+void open_block(Text &text, std::string_view label, std::string_view type_name);
 void close_block(Text &text);
 
 // The label of an array's element: "<array>[<index>]".
 using ElementLabel = BoundedText<80>;
-ElementLabel element_label(const char *name, std::uint32_t index);
+ElementLabel element_label(std::string_view name, std::uint32_t index);
 
 // --- the rules ----------------------------------------------------------------------------------
 
 template <const Structure &T>
-std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
-                    const char *label, const void *object, std::uint32_t size, std::uint32_t *err);
+std::uint32_t print_block(const light_text::Output &output, std::uint32_t indent,
+                          std::string_view label, const void *object);
 
-template <Kind kind>
-void print_primitive(Text &text, const char *label, const void *value) {
+// What a value is named by when a call is made for it, with a NUL behind.
+inline const char *called(std::string_view label) { return label.data(); }
+inline ElementLabel called(const kelp::quick::Indexed &element) {
+  return element_label(element.name, element.index);
+}
+inline const char *text_of(const char *label) { return label; }
+inline const char *text_of(const ElementLabel &label) { return label.data(); }
+
+// A label is a name or that of an array's element.
+template <Kind kind, typename Label>
+void print_primitive(Text &text, const Label &label, const void *held) {
   using Type = Primitive<kind>;
-  text.length +=
-      Type::print(text.handle, text.space_id, text.here(), text.indent + indent_step, label,
-                  static_cast<const typename Type::value_type *>(value), text.space(), text.err);
+  const auto *value = static_cast<const typename Type::value_type *>(held);
+  if constexpr (requires { typename Type::form; }) {
+    const std::uint32_t quick =
+        text.is_quick(0)
+            ? kelp::quick::put_line<typename Type::form>(
+                  text.here(), text.space(), text.inner_indent(), label, Type::name, *value)
+            : 0;
+    text.length += quick;
+    if (quick != 0) return;
+  }
+  text.length += Type::print(text.handle, text.space_id, text.here(), text.inner_indent(),
+                             text_of(called(label)), value, text.space(), text.err);
 }
 
 template <const Structure &T>
-void print_structure(Text &text, const char *label, const void *object) {
-  text.length += print<T>(text.handle, text.space_id, text.here(), text.indent + indent_step, label,
-                          object, text.space(), text.err);
+void print_structure(Text &text, std::string_view label, const void *object) {
+  text.length += print_block<T>(text.rest(), text.inner_indent(), label, object);
 }
 
 template <const Structure &T, const Field &F>
@@ -103,8 +110,7 @@ void print_array(Text &text, const void *object) {
   const std::uint32_t count = field_walk::count_of<T, F>(object);
   const auto *elements = field_walk::elements_of<T, F, Element>(object);
   for (std::uint32_t index = 0; index < count; ++index) {
-    const ElementLabel label = element_label(F.name.data(), index);
-    print_primitive<F.held>(text, label.data(), elements + index);
+    print_primitive<F.held>(text, kelp::quick::Indexed{F.name, index}, elements + index);
   }
 }
 
@@ -113,7 +119,7 @@ template <const Structure &T, const Field &F>
 void print_arm(Text &text, const void *object) {
   const void *held = *place_of<T, F>(object);
   if (!field_walk::is_selected<T, F>(object) || held == nullptr) return;
-  const char *label = field_walk::arm_name<T, F, '.'>.data();
+  constexpr std::string_view label = field_walk::arm_name<T, F, '.'>.data();
   if constexpr (F.held == Kind::structure) {
     print_structure<*F.structure>(text, label, held);
   } else {
@@ -123,19 +129,17 @@ void print_arm(Text &text, const void *object) {
 
 template <const Structure &T, const Field &F>
 void print_field(Text &text, const void *object) {
-  const char *label = F.name.data();
   if constexpr (F.kind == Kind::array) {
     print_array<T, F>(text, object);
   } else if constexpr (F.kind == Kind::arm) {
     print_arm<T, F>(text, object);
   } else if constexpr (F.kind == Kind::structure) {
-    print_structure<*F.structure>(text, label, place_of<T, F>(object));
+    print_structure<*F.structure>(text, F.name, place_of<T, F>(object));
   } else if constexpr (light_encodings::is_light(F.kind)) {
     text.length += light_encodings::print<light_encodings::type_of<F>()>(
-        text.handle, text.space_id, text.here(), text.indent + indent_step, label,
-        place_of<T, F>(object), text.space(), text.err);
+        text.rest(), text.inner_indent(), F.name, place_of<T, F>(object));
   } else if constexpr (F.kind != Kind::reference) {
-    print_primitive<F.kind>(text, label, place_of<T, F>(object));
+    print_primitive<F.kind>(text, F.name, place_of<T, F>(object));
   }
 }
 
@@ -147,15 +151,22 @@ void print_fields(Text &text, const void *object) {
 // Required: an object below its type's highest variant ends behind its last field, without a
 // closing line; what stands around it simply goes on.
 template <const Structure &T>
-std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
-                    const char *label, const void *object, std::uint32_t size, std::uint32_t *err) {
-  if (!begin(handle, err)) return 0;
-  const std::int8_t variant = kelp::quick::get_instance_variant(handle, object, 1, 0);
-  Text text{handle, space_id, buffer, indent, light_text::space_of(size), err};
-  open_block(text, label, T.name.data());
+std::uint32_t print_block(const light_text::Output &output, std::uint32_t indent,
+                          std::string_view label, const void *object) {
+  if (!begin(output.handle, output.err)) return 0;
+  const std::int8_t variant = kelp::quick::get_instance_variant(output.handle, object, 1, 0);
+  Text text{output, indent};
+  open_block(text, label, T.name);
   for_each_floor<T>(variant, [&]<std::uint8_t floor>() { print_fields<T, floor>(text, object); });
   if (variant >= T.variants - 1) close_block(text);
   return text.length;
+}
+
+template <const Structure &T>
+std::uint32_t print(kelp_handle *handle, std::uint32_t space_id, char *buffer, std::uint32_t indent,
+                    const char *label, const void *object, std::uint32_t size, std::uint32_t *err) {
+  return print_block<T>({handle, space_id, buffer, light_text::space_of(size), err}, indent,
+                        light_text::view_of(label), object);
 }
 
 template <const Structure &T>

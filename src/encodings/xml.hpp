@@ -11,9 +11,9 @@
 #include <kelp/xml.h>
 
 #include "encodings/arm_creation.hpp"
-#include "encodings/bounded_text.hpp"
 #include "encodings/field_walk.hpp"
 #include "encodings/light_encodings.hpp"
+#include "module/bounded_text.hpp"
 #include "module/operation.hpp"
 #include "types/array_field.hpp"
 #include "types/primitive.hpp"
@@ -70,23 +70,13 @@ inline constexpr Family family{"xml", operations};
 // --- writing ------------------------------------------------------------------------------------
 
 // An element while it is written.
-struct Element {
-  kelp_handle *handle;
-  std::uint32_t space_id;
-  char *buffer;
-  std::uint32_t size;
-  std::uint32_t *err;
+struct Element : light_text::Output {
   bool tracks_state;
-  std::uint32_t length = 0;
-
-  char *here() const { return buffer + length; }
-  std::uint32_t space() const { return size - length; }
 };
 
 template <const Structure &T>
-std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
-                     const void *object, std::uint32_t size, std::uint32_t state_byte,
-                     std::uint32_t *err);
+std::uint32_t write(const light_text::Output &output, std::string_view tag, const void *object,
+                    std::uint32_t state_byte);
 
 template <const Structure &T, const Field &F>
 std::uint8_t state_of(Element &element, const void *object) {
@@ -96,17 +86,26 @@ std::uint8_t state_of(Element &element, const void *object) {
 }
 
 template <Kind kind>
-void write_primitive(Element &element, const char *tag, const void *value, std::uint32_t state) {
+void write_primitive(Element &element, std::string_view tag, const void *held,
+                     std::uint32_t state) {
   using Type = Primitive<kind>;
-  element.length += Type::to_xml(element.handle, element.space_id, tag, element.here(),
-                                 static_cast<const typename Type::value_type *>(value),
-                                 element.space(), state, element.err);
+  const auto *value = static_cast<const typename Type::value_type *>(held);
+  if constexpr (requires { typename Type::form; }) {
+    const std::uint32_t quick = state == 0 && element.is_quick(0)
+                                    ? kelp::quick::put_element<typename Type::form>(
+                                          element.here(), element.space(), tag, *value)
+                                    : 0;
+    element.length += quick;
+    if (quick != 0) return;
+  }
+  element.length += Type::to_xml(element.handle, element.space_id, tag.data(), element.here(),
+                                 value, element.space(), state, element.err);
 }
 
 template <const Structure &T>
-void write_structure(Element &element, const char *tag, const void *object, std::uint32_t state) {
-  element.length += to_xml<T>(element.handle, element.space_id, tag, element.here(), object,
-                              element.space(), state, element.err);
+void write_structure(Element &element, std::string_view tag, const void *object,
+                     std::uint32_t state) {
+  element.length += write<T>(element.rest(), tag, object, state);
 }
 
 template <const Structure &T, const Field &F>
@@ -120,7 +119,7 @@ void write_array(Element &element, const void *object) {
       state = static_cast<std::uint8_t>(state_tracking::element_state_flag_get<T, F>(
           element.handle, element.space_id, const_cast<void *>(object), index, element.err));
     }
-    write_primitive<F.held>(element, F.name.data(), values + index, state);
+    write_primitive<F.held>(element, F.name, values + index, state);
   }
 }
 
@@ -128,7 +127,7 @@ template <const Structure &T, const Field &F>
 void write_arm(Element &element, const void *object) {
   const void *held = *place_of<T, F>(object);
   if (!field_walk::is_selected<T, F>(object) || held == nullptr) return;
-  const char *tag = field_walk::arm_name<T, F, '-'>.data();
+  constexpr std::string_view tag = field_walk::arm_name<T, F, '-'>.data();
   const std::uint8_t state = state_of<T, F>(element, object);
   if constexpr (F.held == Kind::structure) {
     write_structure<*F.structure>(element, tag, held, state);
@@ -142,7 +141,7 @@ void write_arm(Element &element, const void *object) {
 template <const Structure &T, const Field &F>
 void write_field(Element &element, const void *object) {
   if (*element.err != 0) return;
-  const char *tag = F.name.data();
+  constexpr std::string_view tag = F.name;
   if constexpr (F.kind == Kind::counter) {
     write_primitive<F.kind>(element, tag, place_of<T, F>(object), 0);
   } else if constexpr (F.kind == Kind::array) {
@@ -155,8 +154,7 @@ void write_field(Element &element, const void *object) {
       write_structure<*F.structure>(element, tag, place_of<T, F>(object), state);
     } else if constexpr (light_encodings::is_light(F.kind)) {
       element.length += light_encodings::to_xml<light_encodings::type_of<F>()>(
-          element.handle, element.space_id, tag, element.here(), place_of<T, F>(object),
-          element.space(), element.err);
+          element.rest(), tag, place_of<T, F>(object));
     } else {
       write_primitive<F.kind>(element, tag, place_of<T, F>(object), state);
     }
@@ -170,20 +168,27 @@ void write_fields(Element &element, const void *object) {
 }
 
 template <const Structure &T>
+std::uint32_t write(const light_text::Output &output, std::string_view tag, const void *object,
+                    std::uint32_t state_byte) {
+  using enum state_tracking::Tracking;
+  kelp_handle *handle = output.handle;
+  if (!begin(handle, output.err)) return 0;
+  const std::int8_t variant = kelp::quick::get_instance_variant(handle, object, 1, 0);
+  constexpr std::uint32_t corrupted = messages::corrupted_at(T, messages::StructureSite::to_xml);
+  Element element{output, state_tracking::tracking_of(handle, corrupted) == on};
+  element.open(tag, state_byte);
+  for_each_floor<T>(variant,
+                    [&]<std::uint8_t floor>() { write_fields<T, floor>(element, object); });
+  element.close(tag);
+  return element.length;
+}
+
+template <const Structure &T>
 std::uint32_t to_xml(kelp_handle *handle, std::uint32_t space_id, const char *tag, char *buffer,
                      const void *object, std::uint32_t size, std::uint32_t state_byte,
                      std::uint32_t *err) {
-  using enum state_tracking::Tracking;
-  if (!begin(handle, err)) return 0;
-  const std::int8_t variant = kelp::quick::get_instance_variant(handle, object, 1, 0);
-  constexpr std::uint32_t corrupted = messages::corrupted_at(T, messages::StructureSite::to_xml);
-  const bool tracks_state = state_tracking::tracking_of(handle, corrupted) == on;
-  Element element{handle, space_id, buffer, light_text::space_of(size), err, tracks_state};
-  element.length += start_tag(handle, space_id, buffer, tag, element.space(), state_byte, err);
-  for_each_floor<T>(variant,
-                    [&]<std::uint8_t floor>() { write_fields<T, floor>(element, object); });
-  element.length += end_tag(handle, space_id, element.here(), tag, element.space(), err);
-  return element.length;
+  return write<T>({handle, space_id, buffer, light_text::space_of(size), err},
+                  light_text::view_of(tag), object, state_byte);
 }
 
 template <const Structure &T>
@@ -241,12 +246,40 @@ void read_structure(const Source &source, const char *path, void *object) {
               source.message, source.message_size);
 }
 
+// Reads the elements of an array in one go where nobody can tell; gives how many, and 0 where they
+// are to be read one by one.
+template <const Structure &T, const Field &F>
+std::uint32_t read_at_once(const Source &source, void *object) {
+  using Type = Primitive<F.held>;
+  constexpr std::size_t longest_index = 12;
+  constexpr const auto &array = array_field::facts<T, F>;
+  if (!array_field::takes_at_once(array, source.handle, object)) return 0;
+  const Path path = child_path(source, F.name.data());
+  std::uint32_t count = 0;
+  if (!path.has_room(longest_index) ||
+      xml_get_element_nodecount(source.document, path.data(), &count) != 0 || count == 0) {
+    return 0;
+  }
+  array_field::NewStore store(array, source.handle, source.space_id, count, source.err);
+  auto *elements = static_cast<typename Type::value_type *>(store.elements());
+  if (elements == nullptr ||
+      Type::elements_from_xml(source.document, path.data(), elements, count) != count ||
+      !field_access::begin_write<T, F>(source.handle, source.space_id, object, source.err)) {
+    return 0;
+  }
+  store.give_to(object);
+  return count;
+}
+
 // The elements are read into a temporary one each, up to the first that the document does not have,
 // and enter the array by its own setter.
 template <const Structure &T, const Field &F>
 bool read_array(const Source &source, void *object) {
   using Type = Primitive<F.held>;
-  for (std::uint32_t index = 0;; ++index) {
+  std::uint32_t read = 0;
+  if constexpr (requires { Type::elements_from_xml; }) read = read_at_once<T, F>(source, object);
+  if (*source.err != 0) return goes_on(source);
+  for (std::uint32_t index = read;; ++index) {
     auto *value = Type::create(source.handle, source.space_id);
     if (value == nullptr) {
       fail_creation(source);

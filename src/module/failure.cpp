@@ -6,29 +6,29 @@
 #include <cstring>
 
 #include "model/lists.hpp"
+#include "module/bounded_text.hpp"
 
 namespace harbor {
 
 namespace {
 
-void describe(kelp_handle *handle, const About &about, const char *format, va_list arguments) {
-  constexpr std::size_t longest = 256;
-  char text[longest];
-  int length = std::snprintf(text, longest, "%s", about.rule);
-  if (format != nullptr) {
-    length += std::snprintf(text + length, longest - static_cast<std::size_t>(length), ": ");
-    std::vsnprintf(text + length, longest - static_cast<std::size_t>(length), format, arguments);
-  }
+using Words = BoundedText<256>;
+
+// The rule that failed, and behind it what was found, if anything.
+void describe(kelp_handle *handle, const About &about, const Words *found) {
+  Words words;
+  words.put(about.rule);
+  if (found != nullptr) words.put(": ").put(found->data());
   name_failure(handle, about);
-  kelp_describe_err(handle, nullptr, text);
+  kelp_describe_err(handle, nullptr, words.data());
 }
 
-[[gnu::format(printf, 3, 4)]] void describe(kelp_handle *handle, const About &about,
-                                            const char *format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  describe(handle, about, format, arguments);
-  va_end(arguments);
+void describe(kelp_handle *handle, const About &about, const char *format, va_list arguments) {
+  if (format == nullptr) return describe(handle, about, nullptr);
+  char text[256];
+  std::vsnprintf(text, sizeof text, format, arguments);
+  Words found;
+  describe(handle, about, &found.put(text));
 }
 
 }  // namespace
@@ -69,15 +69,15 @@ void fail_variant(kelp_handle *handle, std::uint32_t *err, const About &about, c
 
 void store_failure(kelp_handle *handle, std::uint32_t code, const About &about, const char *doing) {
   kelp_store_err(handle, code);
-  describe(handle, about, "%s: %s", doing, std::strerror(static_cast<int>(code)));
+  Words found;
+  describe(handle, about, &found.put(doing).put(": ").put(std::strerror(static_cast<int>(code))));
 }
 
 void name_failure(kelp_handle *handle, const About &about) {
-  char subject[128];
-  std::snprintf(subject, sizeof subject, "%.*s%s%.*s", static_cast<int>(about.type.size()),
-                about.type.data(), about.field.empty() ? "" : ".",
-                static_cast<int>(about.field.size()), about.field.data());
-  kelp_describe_err(handle, subject, nullptr);
+  BoundedText<128> subject;
+  subject.put(about.type);
+  if (!about.field.empty()) subject.put(".").put(about.field);
+  kelp_describe_err(handle, subject.data(), nullptr);
 }
 
 }  // namespace harbor

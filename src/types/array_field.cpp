@@ -2,6 +2,8 @@
 // of array_field.hpp once the error word and the variant have been looked at.
 #include "types/array_field.hpp"
 
+#include <utility>
+
 namespace harbor::array_field {
 
 namespace {
@@ -146,6 +148,34 @@ bool grow(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, 
   return state_tracking::require_tracked(handle, object, *array.field, array.growth.not_tracked,
                                          err) &&
          grow_element_states(array, handle, space_id, object, old_count, err);
+}
+
+bool takes_at_once(const ArrayFacts &array, kelp_handle *handle, void *object) {
+  return kelp::quick::of(handle) != nullptr && kelp::quick::unheard_writes(handle) != nullptr &&
+         store_of(array, object) == nullptr && *array.has_grown != 0 &&
+         !state_tracking::is_tracked(object) &&
+         tracking_of(handle, array.gate.corrupted) != Tracking::on;
+}
+
+NewStore::NewStore(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id,
+                   std::uint32_t count, std::uint32_t *err)
+    : array_(array),
+      handle_(handle),
+      space_id_(space_id),
+      count_(count),
+      block_(allocate(handle, space_id, array.element_width() * count)) {
+  if (block_ == nullptr) fail(handle, KELP_ERR_NO_MEMORY, err, About(*array.field));
+}
+
+NewStore::~NewStore() {
+  if (block_ != nullptr) release(handle_, space_id_, block_);
+}
+
+// Each element would be read into a temporary one, and be stored behind the block and the count.
+void NewStore::give_to(void *object) {
+  *kelp::quick::unheard_writes(handle_) += std::uint64_t{4} * count_;
+  store_of(array_, object) = std::exchange(block_, nullptr);
+  count_of(array_, object) = count_;
 }
 
 // Elements that came without state bytes have none; then the array as a whole is marked alone,

@@ -250,6 +250,31 @@ void drop_element_states(const ArrayFacts &array, kelp_handle *handle, std::uint
 void mark(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,
           std::uint32_t index, const TrackingMessages &messages, std::uint32_t *err);
 
+// Whether elements may enter the array in one go, rather than one by one behind each other: it has
+// none, its field has grown before, no state bytes are kept and nobody hears of the steps.
+bool takes_at_once(const ArrayFacts &array, kelp_handle *handle, void *object);
+
+// A block for the elements of such an array, given back unless an object gets it.
+class NewStore {
+ public:
+  // Fails with 12 without memory.
+  NewStore(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id,
+           std::uint32_t count, std::uint32_t *err);
+  ~NewStore();
+  NewStore(const NewStore &) = delete;
+  NewStore &operator=(const NewStore &) = delete;
+  void *elements() const { return block_; }
+  // As many writes are counted as the elements would have taken one by one.
+  void give_to(void *object);
+
+ private:
+  const ArrayFacts &array_;
+  kelp_handle *handle_;
+  std::uint32_t space_id_;
+  std::uint32_t count_;
+  void *block_;
+};
+
 void copy_out(const ArrayFacts &array, kelp_handle *handle, void *object, void *destination,
               std::uint32_t count, std::uint32_t *err);
 void replace(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id, void *object,

@@ -1,9 +1,12 @@
 // The runtime's primitive types by field kind: one name for each operation of the seven families,
 // so that a rule can be written once for all kinds. An operation that a primitive lacks is absent
-// here too.
+// here too. form is how a value is written inline as a text that needs no escape.
 #pragma once
 
 #include <kelp/primitives.h>
+
+#include <kelp/quick_text.hpp>
+#include <string_view>
 
 #include "module/object.hpp"
 
@@ -12,11 +15,12 @@ namespace harbor {
 template <Kind kind>
 struct Primitive;
 
-#define HARBOR_PRIMITIVE_COMMON(family)            \
-  static constexpr auto set = &family##_set;       \
-  static constexpr auto hash = &family##_hash;     \
-  static constexpr auto print = &family##_print;   \
-  static constexpr auto to_xml = &family##_to_xml; \
+#define HARBOR_PRIMITIVE_COMMON(family)             \
+  static constexpr std::string_view name = #family; \
+  static constexpr auto set = &family##_set;        \
+  static constexpr auto hash = &family##_hash;      \
+  static constexpr auto print = &family##_print;    \
+  static constexpr auto to_xml = &family##_to_xml;  \
   static constexpr auto from_xml = &family##_from_xml
 
 #define HARBOR_PRIMITIVE_CALLED(family)              \
@@ -28,6 +32,7 @@ struct Primitive;
 // The functions of a number, each done inline where that is allowed and there is nothing to say.
 #define HARBOR_PRIMITIVE_VALUE(family, its_rule)                                                   \
   using rule = kelp::quick::its_rule;                                                              \
+  using form = rule;                                                                               \
   static value_type *get(kelp_handle *handle, std::uint32_t space_id, const value_type *address,   \
                          std::uint32_t *err) {                                                     \
     if (kelp::quick::of(handle) != nullptr && *err == 0) return const_cast<value_type *>(address); \
@@ -81,6 +86,7 @@ struct Primitive<Kind::u8> {
   HARBOR_PRIMITIVE_COMMON(u_int8);
   HARBOR_PRIMITIVE_VALUE(u_int8, UnsignedRule<std::uint8_t>)
   static constexpr auto create = &u_int8_create;
+  static constexpr auto elements_from_xml = &u_int8_elements_from_xml;
   static constexpr auto destroy = &u_int8_destroy;
   static constexpr auto size = &u_int8_sizeof;
 };
@@ -96,6 +102,7 @@ struct Primitive<Kind::u32> {
   HARBOR_PRIMITIVE_COMMON(u_int32);
   HARBOR_PRIMITIVE_VALUE(u_int32, UnsignedRule<std::uint32_t>)
   static constexpr auto create = &u_int32_create;
+  static constexpr auto elements_from_xml = &u_int32_elements_from_xml;
   static constexpr auto destroy = &u_int32_destroy;
   static constexpr auto destroy_internal = &u_int32_destroy_internal;
   static constexpr auto size = &u_int32_sizeof;
@@ -118,6 +125,7 @@ struct Primitive<Kind::boolean> {
 template <>
 struct Primitive<Kind::address> {
   using value_type = ip_address;
+  using form = kelp::quick::AddressForm;
   HARBOR_PRIMITIVE_COMMON(ip_address);
   HARBOR_PRIMITIVE_CALLED(ip_address);
   HARBOR_PRIMITIVE_OBJECT(ip_address);

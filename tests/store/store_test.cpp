@@ -56,6 +56,37 @@ TEST(Store, ARollbackLeavesWhatWasCommitted) {
   EXPECT_EQ(verify(folder.file(), {Model{{1, "one"}, {2, "two"}}}), "");
 }
 
+// What one transaction has put by is put by again in the next, though it is the same object.
+TEST(Store, ARollbackTakesBackWritesToWhatTheCommitBeforeItWroteToo) {
+  const Folder folder;
+  EXPECT_EQ(run([&] {
+              Rows rows(folder.file());
+              std::uint32_t err = 0;
+              if (rows.lock_write() != 0) return 1;
+              auto *table = tbl_ospf_area_table_open(rows.handle, 0, "areas", 0, &err);
+              auto *record = tbl_ospf_area_create_record(rows.handle, 0, &err);
+              ospf_area *area = ospf_area_create(rows.handle, 0);
+              tbl_ospf_area_ospf_area_set_field(rows.handle, 0, record, area);
+              tbl_ospf_area_insert(rows.handle, 0, table, record, &err);
+              if (err != 0 || rows.unlock() != 0) return 2;
+              const auto write = [&](std::uint32_t id) {
+                ospf_area_area_id_set_value(rows.handle, 0, area, id, &err);
+                ospf_area_area_id_set_value(rows.handle, 0, area, id + 1, &err);
+              };
+              rows.lock_write();
+              write(10);
+              if (rows.unlock() != 0) return 3;
+              rows.lock_write();
+              write(20);
+              if (rows.rollback() != 0) return 4;
+              rows.lock_read();
+              const std::uint32_t id = ospf_area_area_id_get_value(rows.handle, 0, area, &err);
+              rows.unlock();
+              return err == 0 && id == 11 ? 0 : 5;
+            }),
+            0);
+}
+
 TEST(Store, AHandleThatIsDestroyedWithTheWriteLockUndoes) {
   const Folder folder;
   EXPECT_EQ(run([&] {

@@ -1,8 +1,9 @@
 /* The words that every header of the runtime's contract starts from: export marking, the error
  * codes that travel in error words, and the incomplete types that the other headers complete.
  *
- * Every header in this folder compiles on its own as C11 and as C++20, holds declarations only,
- * and never includes anything of the system that runs on the runtime. */
+ * Every header in this folder compiles on its own and never includes anything of the system that
+ * runs on the runtime. The .h are C11 and C++20 and hold declarations only; the .hpp are C++20 and
+ * hold what the runtime and its modules do inline. */
 #ifndef KELP_BASE_H
 #define KELP_BASE_H
 

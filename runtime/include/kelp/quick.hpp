@@ -12,9 +12,12 @@
 #include <kelp/wire.h>
 
 #include <bit>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <string_view>
 
 extern "C" {
 
@@ -28,6 +31,12 @@ struct kelp_quick {
   void *unheard_pool;
   decltype(kelp_handle::write_notify) unheard_write;
   decltype(kelp_handle::counter_notify) unheard_counter;
+  // The same two while a store alone hears of them, and memory of it that the running transaction
+  // has made or put by: a write there only counts.
+  void *store_pool;
+  decltype(kelp_handle::write_notify) store_write;
+  const void *put_by;
+  std::size_t put_by_size;
   void *free_variants;            // the handle's domain while it fixes nothing, else null
   std::uint64_t write_counts[4];  // by kelp_write_origin
 };
@@ -74,10 +83,21 @@ inline std::uint64_t *unheard_writes(const kelp_handle *handle) {
              : nullptr;
 }
 
+inline bool is_put_by(const kelp_handle *handle, const void *address) {
+  const kelp_quick *quick = handle->quick;
+  return quick != nullptr &&
+         reinterpret_cast<std::uintptr_t>(address) -
+                 reinterpret_cast<std::uintptr_t>(quick->put_by) <
+             quick->put_by_size &&
+         handle->write_notify == quick->store_write && handle->obj_pool == quick->store_pool;
+}
+
 inline void write_notify(kelp_handle *handle, const void *address, std::size_t length,
                          std::uint32_t space_id) {
   if (std::uint64_t *writes = unheard_writes(handle)) [[likely]] {
     ++*writes;
+  } else if (is_put_by(handle, address)) {
+    ++handle->quick->write_counts[kModuleWrite];
   } else {
     handle->write_notify(handle->obj_pool, address, length, space_id);
   }
@@ -231,23 +251,28 @@ T load_big_endian(const std::uint8_t *at) {
   return value;
 }
 
-// A rule says what is stored of a value, and how it stands in an image; decode is false for what no
-// writer writes.
+// A rule says what is stored of a value, and how it stands in an image and in a text; decode is
+// false for what no writer writes, and format gives the bytes of the text, at most kTextSize.
 template <class Unsigned>
 struct UnsignedRule {
   using Value = Unsigned;
   static constexpr std::uint32_t kImageSize = sizeof(Value);
+  static constexpr std::size_t kTextSize = std::numeric_limits<Value>::digits10 + 1;
   static Value stored(Value value) { return value; }
   static void encode(Value value, std::uint8_t *image) { store_big_endian(image, value); }
   static bool decode(const std::uint8_t *image, Value *value) {
     *value = load_big_endian<Value>(image);
     return true;
   }
+  static std::size_t format(Value value, char *text) {
+    return static_cast<std::size_t>(std::to_chars(text, text + kTextSize, value).ptr - text);
+  }
 };
 
 struct DoubleRule {
   using Value = double;
   static constexpr std::uint32_t kImageSize = sizeof(std::uint64_t);
+  static constexpr std::size_t kTextSize = 32;
   static Value stored(Value value) { return value; }
   static void encode(double value, std::uint8_t *image) {
     store_big_endian(image, std::bit_cast<std::uint64_t>(value));
@@ -256,17 +281,24 @@ struct DoubleRule {
     *value = std::bit_cast<double>(load_big_endian<std::uint64_t>(image));
     return true;
   }
+  static std::size_t format(double value, char *text) {
+    return static_cast<std::size_t>(std::to_chars(text, text + kTextSize, value).ptr - text);
+  }
 };
 
 // A 32-bit word in memory, one byte in an image.
 struct BooleanRule {
   using Value = kelp_boolean;
   static constexpr std::uint32_t kImageSize = 1;
+  static constexpr std::size_t kTextSize = 5;
   static Value stored(Value value) { return kelp_boolean{value != 0}; }
   static void encode(kelp_boolean value, std::uint8_t *image) { *image = value != 0; }
   static bool decode(const std::uint8_t *image, kelp_boolean *value) {
     *value = *image;
     return *image <= 1;
+  }
+  static std::size_t format(kelp_boolean value, char *text) {
+    return std::string_view(value != 0 ? "true" : "false").copy(text, kTextSize);
   }
 };
 
@@ -420,28 +452,35 @@ inline std::uint32_t oid_unmarshal(kelp_handle *handle, std::uint32_t space_id, 
 
 // The functions that the forms stand for. A process that has put one of its own in front of any of
 // them gets all the calls.
-#define KELP_QUICK_NUMBER(each, family)                                                   \
-  each(family##_get) each(family##_get_value) each(family##_set_value) each(family##_len) \
-      each(family##_marshal) each(family##_unmarshal)
-#define KELP_QUICK_FUNCTIONS(each)                                                                \
-  each(kelp_clear_last_error) each(kelp_get_instance_variant) each(kelp_get_instance_obj_flag)    \
-      each(kelp_get_manifested_type_info) each(kelp_get_manifested_type_info_ptr_mem)             \
-          each(kelp_domain_lookup_variant) each(kelplib_adjust_variant) each(                     \
-              kelplib_type_stats_create_object) each(kelplib_type_stats_destroy_object)           \
-              each(kelp_type_info_ptr_get) KELP_QUICK_NUMBER(each, u_int8) KELP_QUICK_NUMBER(     \
-                  each, u_int16) KELP_QUICK_NUMBER(each, u_int32) KELP_QUICK_NUMBER(each, double) \
-                  KELP_QUICK_NUMBER(each, kelp_boolean) each(kelp_boolean_initialize) each(       \
-                      ip_address_initialize) each(kelp_vstring_initialize) each(ip_address_get)   \
-                      each(kelp_vstring_get) each(ip_address_get_oid_count)                       \
-                          each(kelp_vstring_get_oid_count) each(ip_address_destroy_internal)      \
-                              each(kelp_vstring_destroy_internal)                                 \
-                                  each(kelplib_oid_release_internal)                              \
-                                      each(_kelp_instance_variant_marshal)                        \
-                                          each(_kelp_instance_variant_unmarshal)                  \
-                                              each(_kelp_instance_obj_flag_marshal)               \
-                                                  each(_kelp_instance_obj_flag_unmarshal)         \
-                                                      each(_kelp_variant_jump_marshal)            \
-                                                          each(_kelp_variant_jump_unmarshal)      \
-                                                              each(kelplib_oid_len)               \
-                                                                  each(kelplib_oid_marshal)       \
-                                                                      each(kelplib_oid_unmarshal)
+// clang-format off
+#define KELP_QUICK_NUMBER(each, family)                                                      \
+  each(family##_get) each(family##_get_value) each(family##_set_value) each(family##_len)    \
+  each(family##_marshal) each(family##_unmarshal) each(family##_print) each(family##_to_xml)
+// Of the numbers that arrays hold.
+#define KELP_QUICK_ELEMENT(each, family)                                                     \
+  each(family##_create) each(family##_destroy) each(family##_set) each(family##_from_xml)
+#define KELP_QUICK_FUNCTIONS(each)                                                           \
+  each(kelp_clear_last_error)                                                                \
+  each(kelp_get_instance_variant) each(kelp_get_instance_obj_flag)                           \
+  each(kelp_get_manifested_type_info) each(kelp_get_manifested_type_info_ptr_mem)            \
+  each(kelp_domain_lookup_variant) each(kelplib_adjust_variant)                              \
+  each(kelplib_type_stats_create_object) each(kelplib_type_stats_destroy_object)             \
+  each(kelp_type_info_ptr_get)                                                               \
+  KELP_QUICK_NUMBER(each, u_int8) KELP_QUICK_NUMBER(each, u_int16)                           \
+  KELP_QUICK_NUMBER(each, u_int32) KELP_QUICK_NUMBER(each, double)                           \
+  KELP_QUICK_NUMBER(each, kelp_boolean)                                                      \
+  KELP_QUICK_ELEMENT(each, u_int8) KELP_QUICK_ELEMENT(each, u_int32)                         \
+  each(kelp_boolean_initialize) each(ip_address_initialize) each(kelp_vstring_initialize)    \
+  each(ip_address_get) each(kelp_vstring_get)                                                \
+  each(ip_address_get_oid_count) each(kelp_vstring_get_oid_count)                            \
+  each(ip_address_destroy_internal) each(kelp_vstring_destroy_internal)                      \
+  each(ip_address_format) each(ip_address_print) each(ip_address_to_xml)                     \
+  each(kelplib_oid_release_internal)                                                         \
+  each(_kelp_instance_variant_marshal) each(_kelp_instance_variant_unmarshal)                \
+  each(_kelp_instance_obj_flag_marshal) each(_kelp_instance_obj_flag_unmarshal)              \
+  each(_kelp_variant_jump_marshal) each(_kelp_variant_jump_unmarshal)                        \
+  each(kelplib_oid_len) each(kelplib_oid_marshal) each(kelplib_oid_unmarshal)                \
+  each(kelp_print_space) each(kelp_snprintf)                                                 \
+  each(start_tag) each(end_tag) each(xml_enum_print)                                         \
+  each(__memset_to_buf) each(__memcpy_to_buf)
+// clang-format on

@@ -4,6 +4,8 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "text/writer.hpp"
+
 namespace kelp {
 
 std::int32_t fail(kelp_error *error, std::int32_t code, const char *format, ...) {
@@ -22,8 +24,11 @@ void raise(kelp_handle *handle, std::uint32_t *err, std::uint32_t code, const ch
   kelp_store_err(handle, code);
   if (handle == nullptr) return;
   char text[256];
-  std::snprintf(text, sizeof text, "%s%s%s", function, found == nullptr ? "" : ": ",
-                found == nullptr ? "" : found);
+  TextWriter words(text, sizeof text - 1);
+  words.put(function);
+  if (found != nullptr) words.put(": ");
+  if (found != nullptr) words.put(found);
+  text[words.used()] = '\0';
   kelp_describe_err(handle, nullptr, text);
 }
 

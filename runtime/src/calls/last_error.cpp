@@ -45,7 +45,10 @@ extern "C" void kelp_describe_err(kelp_handle *handle, const char *subject, cons
   if (handle == nullptr) return;
   kelp_handle_state &state = *handle->state;
   const auto add = [](char *words, std::size_t size, const char *more) {
-    if (*words == '\0' && more != nullptr) std::snprintf(words, size, "%s", more);
+    if (*words != '\0' || more == nullptr) return;
+    const std::size_t length = strnlen(more, size - 1);
+    std::memcpy(words, more, length);
+    words[length] = '\0';
   };
   add(state.error_subject, sizeof state.error_subject, subject);
   add(state.error_text, sizeof state.error_text, text);

@@ -50,6 +50,8 @@ class Editions {
   // A write of this process was announced. What it would lose of fields that it does not know, the
   // store is told to refuse.
   void hear_write(store::Store &store, const void *address, std::size_t length);
+  // Whether it needs to hear of any.
+  bool hears_writes() const { return !newer_.empty(); }
   // The same before a commit, of objects that were overwritten by others.
   void check_moved(store::Store &store);
 

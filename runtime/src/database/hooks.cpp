@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <span>
 
 #include "base/failure.hpp"
 #include "database/current.hpp"
@@ -51,8 +52,12 @@ void hear_write(Pool *pool, const void *address, std::size_t length) {
   if (store.in_types(address)) {
     store.touch_types(address, length);
   } else if (pool->handle->db_lock_state == static_cast<std::uint32_t>(LockMode::write)) {
-    pool->database->editions.hear_write(store, address, length);
-    store.heap().save_block(address);
+    Editions &editions = pool->database->editions;
+    editions.hear_write(store, address, length);
+    const std::span<const std::byte> put_by = store.heap().save_block(address);
+    if (editions.hears_writes()) return;
+    pool->quick->put_by = put_by.data();
+    pool->quick->put_by_size = put_by.size();
   } else {
     bassert("what lies in a store is changed under the store's write lock", __FILE__, __LINE__);
   }

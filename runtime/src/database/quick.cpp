@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "kelp/primitives.h"
+#include "kelp/quick_text.hpp"
 
 namespace kelp {
 
@@ -34,6 +34,9 @@ void settle_quick(kelp_handle_state &state) {
   quick.unheard_pool = heard ? nullptr : &state.pool;
   quick.unheard_write = heard ? nullptr : state.own_write_notify;
   quick.unheard_counter = heard ? nullptr : state.own_counter_notify;
+  const bool by_store = state.pool.observer == nullptr && state.pool.hear != nullptr;
+  quick.store_pool = by_store ? &state.pool : nullptr;
+  quick.store_write = by_store ? state.own_write_notify : nullptr;
   quick.free_variants = state.domain.is_empty() ? &state.domain : nullptr;
 }
 

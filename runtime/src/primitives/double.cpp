@@ -11,15 +11,10 @@ namespace {
 struct Double : kelp::quick::DoubleRule {
   static constexpr std::string_view kName = "double";
   static constexpr char kExpected[] = "a decimal number, inf or nan";
-  static constexpr size_t kTextSize = 32;
 
   static uint32_t hash(double value, uint32_t seed) {
     if (value == 0.0) value = 0.0;  // -0.0 compares equal to 0.0
     return kelp::hash_bytes(&value, sizeof value, seed);
-  }
-
-  static size_t format(double value, char *text) {
-    return static_cast<size_t>(std::to_chars(text, text + kTextSize, value).ptr - text);
   }
 
   static bool parse(std::string_view text, double *value) {

@@ -10,15 +10,10 @@ namespace {
 struct Boolean : kelp::quick::BooleanRule {
   static constexpr std::string_view kName = "kelp_boolean";
   static constexpr char kExpected[] = "true, false, 1 or 0";
-  static constexpr size_t kTextSize = 5;
 
   static uint32_t hash(kelp_boolean value, uint32_t seed) {
     const kelp_boolean truth = value != 0;
     return kelp::hash_bytes(&truth, sizeof truth, seed);
-  }
-
-  static size_t format(kelp_boolean value, char *text) {
-    return std::string_view(value != 0 ? "true" : "false").copy(text, kTextSize);
   }
 
   static bool parse(std::string_view text, kelp_boolean *value) {

@@ -13,6 +13,11 @@ struct U32 : kelp::UnsignedRule<uint32_t> {
 
 KELP_EXPORT_NUMBER_FAMILY(u_int32, U32)
 
+uint32_t u_int32_elements_from_xml(kelp_xml_document *document, const char *path, uint32_t *values,
+                                   uint32_t count) {
+  return kelp::ValueFamily<U32>::elements_from_xml(document, path, values, count);
+}
+
 uint32_t *u_int32_create(kelp_handle *handle, uint32_t space_id) {
   return kelp::create_zeroed<uint32_t>({handle, space_id});
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <charconv>
-#include <limits>
 
 #include "kelp/quick.hpp"
 #include "primitives/super_fast_hash.hpp"
@@ -13,14 +12,8 @@ namespace kelp {
 template <class Unsigned>
 struct UnsignedRule : quick::UnsignedRule<Unsigned> {
   using Value = Unsigned;
-  static constexpr size_t kTextSize = std::numeric_limits<Value>::digits10 + 1;
-
   static uint32_t hash(Value value, uint32_t seed) {
     return hash_bytes(&value, sizeof value, seed);
-  }
-
-  static size_t format(Value value, char *text) {
-    return static_cast<size_t>(std::to_chars(text, text + kTextSize, value).ptr - text);
   }
 
   static bool parse(std::string_view text, Value *value) {

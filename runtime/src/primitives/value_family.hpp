@@ -9,6 +9,7 @@
 // it, and for anything else store(writer, address, value), which announces.
 #pragma once
 
+#include <algorithm>
 #include <new>
 
 #include "base/announce.hpp"
@@ -109,6 +110,24 @@ struct ValueFamily {
     } catch (const std::bad_alloc &) {
       raise(writer.handle, source.err, KELP_ERR_NO_MEMORY);
     }
+  }
+
+  static uint32_t elements_from_xml(const kelp_xml_document *document, const char *path,
+                                    Value *values, uint32_t count) {
+    if (document == nullptr || path == nullptr || values == nullptr) return 0;
+    const ElementIndex::Nodes row = document->find(path).row;
+    const auto end = static_cast<uint32_t>(std::min<size_t>(row.size(), count));
+    uint32_t read = 0;
+    try {
+      while (read < end) {
+        const ElementText text{pugi::xml_node(row[read])};
+        if (!Rule::parse(trimmed(text.view()), &values[read])) break;
+        ++read;
+      }
+    } catch (const std::bad_alloc &) {
+      // What stands in several pieces is read alone.
+    }
+    return read;
   }
 };
 

@@ -333,14 +333,21 @@ bool Heap::is_in_new_span(const void *address) const {
   return there->kind == SpanKind::slots && is_new(there);
 }
 
-void Heap::save_block(const void *address) {
+std::span<const std::byte> Heap::save_block(const void *address) {
+  if (is_in_new_span(address)) {
+    const auto offset =
+        reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_);
+    return {static_cast<const std::byte *>(address) - offset % kSpanBytes, kSpanBytes};
+  }
   Block block;
-  if (is_in_new_span(address) || !find(address, &block)) return;
+  if (!find(address, &block)) return {};
   std::uint32_t &saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
   const std::uint32_t stamp = ground_->stamp();
-  if (saved == stamp) return;
-  ground_->save(block.start, block.asked);
-  saved = stamp;
+  if (saved != stamp) {
+    ground_->save(block.start, block.asked);
+    saved = stamp;
+  }
+  return {static_cast<const std::byte *>(block.start), block.asked};
 }
 
 void Heap::save_range(const void *address, std::size_t length) {

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "store/layout.hpp"
 
@@ -61,8 +62,9 @@ class Heap {
   // Gives back a block that find has shown as live.
   void release(const Block &block);
 
-  // Saves the block that holds the address, once in a transaction.
-  void save_block(const void *address);
+  // Saves the block that holds the address, once in a transaction. Gives memory around the address
+  // that the transaction needs no more saved: the block, or all of a span that it divided itself.
+  std::span<const std::byte> save_block(const void *address);
   // Saves these bytes; small blocks are saved as a whole.
   void save_range(const void *address, std::size_t length);
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "kelp/quick_text.hpp"
+
 namespace kelp {
 
 void TextWriter::put_blanks(uint32_t count) {
@@ -56,11 +58,8 @@ void TextWriter::put_escaped(std::string_view text) {
 }
 
 void open_line(TextWriter &writer, uint32_t indent, const char *label, std::string_view type) {
-  writer.put_blanks(indent);
-  writer.put(label == nullptr ? std::string_view() : std::string_view(label));
-  writer.put("@");
-  writer.put(type);
-  writer.put(":");
+  const std::string_view shown = label == nullptr ? std::string_view() : std::string_view(label);
+  quick::put_line_head(writer, indent, shown, type);
 }
 
 }  // namespace kelp

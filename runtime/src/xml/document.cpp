@@ -1,6 +1,6 @@
 // Parsing and paths. A path is walked part by part: "//name" through the index of names, then each
 // "/tag" or "/tag[n]" through the index of children. The fields of an object have one path but for
-// their last part, so each thread remembers where the front of the last one led.
+// their last part, so each thread remembers where the last ones led.
 #include "xml/document.hpp"
 
 #include <algorithm>
@@ -60,26 +60,57 @@ bool take_part(std::string_view *path, Part *part) {
   return true;
 }
 
-// Where the front of a path led, the last part without.
-struct Front {
-  static constexpr size_t kLongest = 256;
-  uint64_t document = 0;  // its serial
-  size_t length = 0;
-  pugi::xml_node_struct *node = nullptr;
-  char path[kLongest];
+// Where the last paths led: a path, and the elements at some of its fronts. What is asked for next
+// is mostly what stands next in the document, below one of these.
+class Trail {
+ public:
+  using Node = ElementIndex::Node;
 
-  bool is(uint64_t serial, std::string_view front) const {
-    return document == serial && std::string_view(path, length) == front;
+  // The element at front, null when the trail does not have it.
+  Node at(uint64_t document, std::string_view front) const {
+    if (document != document_) return nullptr;
+    for (size_t level = depth_; level-- > 0;) {
+      if (levels_[level].length != front.size()) continue;
+      return std::memcmp(path_, front.data(), front.size()) == 0 ? levels_[level].node : nullptr;
+    }
+    return nullptr;
   }
-  void keep(uint64_t serial, std::string_view front, pugi::xml_node_struct *found) {
-    if (front.size() > kLongest) return;
-    document = serial;
-    length = front.size();
-    node = found;
-    std::memcpy(path, front.data(), length);
+
+  // Goes on to found at path from above at its front, the first front_length bytes, 0 for none.
+  void go(uint64_t document, std::string_view path, size_t front_length, Node above, Node found) {
+    if (path.size() > kLongest) return;
+    if (front_length == 0 || at(document, path.substr(0, front_length)) == nullptr) {
+      depth_ = 0;
+      document_ = document;
+      if (front_length != 0) add(path.substr(0, front_length), 0, above);
+    }
+    while (depth_ > 0 && levels_[depth_ - 1].length > front_length) --depth_;
+    add(path, front_length, found);
   }
+
+  // The group that is likely to be asked for next.
+  uint32_t next_group = 0;
+
+ private:
+  static constexpr size_t kLongest = 256;
+  static constexpr size_t kDeepest = 8;
+  struct Level {
+    size_t length;
+    Node node;
+  };
+
+  void add(std::string_view path, size_t known, Node node) {
+    if (depth_ == kDeepest) return;
+    std::memcpy(path_ + known, path.data() + known, path.size() - known);
+    levels_[depth_++] = {path.size(), node};
+  }
+
+  uint64_t document_ = 0;  // its serial
+  size_t depth_ = 0;
+  Level levels_[kDeepest];
+  char path_[kLongest];
 };
-thread_local Front t_front;
+thread_local Trail t_trail;
 
 void describe(char *message, uint32_t size, const char *what, Position at) {
   if (message == nullptr || size == 0) return;
@@ -139,39 +170,50 @@ kelp::Position kelp_xml_document::position_of(pugi::xml_node node) const {
 }
 
 kelp::Found kelp_xml_document::find(std::string_view path) const {
-  constexpr kelp::Found kBadPath = {KELP_ERR_INVALID, nullptr, 0};
-  kelp::Part part;
-  kelp::Front &known = kelp::t_front;
-  const std::string_view front = path.substr(0, path.find_last_of('/'));
-  kelp::ElementIndex::Node above = nullptr;
-  kelp::ElementIndex::Named found;
-  if (known.is(serial, front)) {
-    above = known.node;
-    path.remove_prefix(front.size());
+  constexpr kelp::Found kBadPath = {KELP_ERR_INVALID, nullptr, 0, {}};
+  constexpr kelp::Found kNone = {KELP_ERR_NOT_FOUND, nullptr, 0, {}};
+  kelp::Trail &trail = kelp::t_trail;
+  const std::string_view whole = path;
+  const size_t slash = path.rfind('/');
+  const std::string_view front = path.substr(0, slash);
+  kelp::ElementIndex::Node above = trail.at(serial, front);
+  if (above != nullptr) {
+    const auto row = index.group(trail.next_group, above, path.substr(slash + 1));
+    if (!row.empty()) {
+      ++trail.next_group;
+      trail.go(serial, whole, slash, above, row.front());
+      return {0, row.front(), static_cast<uint32_t>(row.size()), row};
+    }
+    path.remove_prefix(slash);
   } else {
+    kelp::Part part;
     if (!path.starts_with("//")) return kBadPath;
     path.remove_prefix(2);
     if (!kelp::take_part(&path, &part) || part.index != 0) return kBadPath;
-    found = index.named(part.name);
+    const kelp::ElementIndex::Named named = index.named(part.name);
+    if (path.empty()) {
+      if (named.count == 0) return kNone;
+      trail.go(serial, whole, 0, nullptr, named.first);
+      return {0, named.first, named.count, {}};
+    }
+    above = named.first;
   }
-  while (!path.empty()) {
+  kelp::ElementIndex::Nodes row;
+  for (kelp::Part part; !path.empty();) {
     if (!path.starts_with('/')) return kBadPath;
     path.remove_prefix(1);
-    if (found.count != 0) above = found.first;
+    if (!row.empty()) above = row.front();
     if (!kelp::take_part(&path, &part)) return kBadPath;
     if (above == nullptr) continue;
-    if (path.empty()) known.keep(serial, front, above);
-    const kelp::ElementIndex::Nodes nodes = index.children(above, part.name);
-    const std::size_t first = part.index == 0 ? 0 : part.index - 1;
-    above = nullptr;
-    if (first >= nodes.size()) {
-      found = {};
-    } else {
-      found = {nodes[first], part.index == 0 ? static_cast<uint32_t>(nodes.size()) : 1};
+    row = index.children(above, part.name, &trail.next_group);
+    if (part.index != 0) {
+      row = part.index <= row.size() ? row.subspan(part.index - 1, 1) : kelp::ElementIndex::Nodes{};
     }
+    if (row.empty()) above = nullptr;
   }
-  if (found.count == 0) return {KELP_ERR_NOT_FOUND, nullptr, 0};
-  return {0, found.first, found.count};
+  if (row.empty()) return kNone;
+  trail.go(serial, whole, slash, above, row.front());
+  return {0, row.front(), static_cast<uint32_t>(row.size()), row};
 }
 
 kelp_xml_document *kelp_xml_parse(const char *data, size_t length, char *message,

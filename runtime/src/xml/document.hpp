@@ -29,9 +29,10 @@ class LineMap {
 
 // What a path leads to.
 struct Found {
-  uint32_t code = 0;  // 0, or 2 for no element, or 22 for a path of another form
+  uint32_t code = 0;                   // 0, or 2 for no element, or 22 for a path of another form
   ElementIndex::Node first = nullptr;  // when code is 0
   uint32_t count = 0;                  // how many there are, see xml_get_element_nodecount
+  ElementIndex::Nodes row;             // all of them, but for a name alone
 
   pugi::xml_node element() const { return pugi::xml_node(first); }
 };

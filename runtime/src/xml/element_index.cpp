@@ -18,19 +18,26 @@ std::uint64_t process_seed() {
   return seed;
 }
 
-// The node that follows in document order, with *depth kept right; null at the end.
-pugi::xml_node following(pugi::xml_node node, int *depth) {
-  if (pugi::xml_node child = node.first_child()) {
-    ++*depth;
-    return child;
+// Calls enter(element, parent, depth) with each element below tree, in document order, until it is
+// false.
+template <typename Enter>
+bool each_element(const pugi::xml_document &tree, const Enter &enter) {
+  std::vector<pugi::xml_node> parents{tree};
+  for (pugi::xml_node node = tree.first_child(); node;) {
+    pugi::xml_node next;
+    if (node.type() == pugi::node_element) {
+      if (!enter(node, parents.back(), static_cast<int>(parents.size()))) return false;
+      next = node.first_child();
+      if (next) parents.push_back(node);
+    }
+    if (!next) next = node.next_sibling();
+    while (!next && parents.size() > 1) {
+      next = parents.back().next_sibling();
+      parents.pop_back();
+    }
+    node = next;
   }
-  pugi::xml_node next = node.next_sibling();
-  while (!next && node) {
-    node = node.parent();
-    --*depth;
-    next = node.next_sibling();
-  }
-  return next;
+  return true;
 }
 
 }  // namespace
@@ -110,26 +117,26 @@ bool ElementIndex::build(const pugi::xml_document &tree, int max_depth, pugi::xm
   };
   seed_ = process_seed();
   std::vector<Element> elements;
-  Node parent = nullptr;  // of the element before, and its group
+  Node above = nullptr;  // of the element before, and its group
   std::uint32_t group = 0;
-  int depth = 1;
-  for (pugi::xml_node node = tree.first_child(); node; node = following(node, &depth)) {
-    if (node.type() != pugi::node_element) continue;
+  const auto enter = [&](pugi::xml_node node, pugi::xml_node parent, int depth) {
     if (depth > max_depth) {
       *too_deep = node;
       return false;
     }
     const std::string_view text = node.name();
-    const Node above = node.parent().internal_object();
-    if (elements.empty() || above != parent || text != names_[groups_[group].name].text) {
-      parent = above;
-      group = number_of_group(parent, number_of_name(text));
+    if (elements.empty() || parent.internal_object() != above ||
+        text != names_[groups_[group].name].text) {
+      above = parent.internal_object();
+      group = number_of_group(above, number_of_name(text));
     }
     Named &named = names_[groups_[group].name].elements;
     if (named.count++ == 0) named.first = node.internal_object();
     ++groups_[group].count;
     elements.push_back({node.internal_object(), group});
-  }
+    return true;
+  };
+  if (!each_element(tree, enter)) return false;
   std::uint32_t first = 0;
   for (Group &each : groups_) {
     each.first = first;
@@ -150,12 +157,14 @@ ElementIndex::Named ElementIndex::named(std::string_view name) const {
   return number == 0 ? Named{} : names_[number - 1].elements;
 }
 
-ElementIndex::Nodes ElementIndex::children(Node parent, std::string_view name) const {
+ElementIndex::Nodes ElementIndex::children(Node parent, std::string_view name,
+                                           std::uint32_t *next) const {
   if (names_.empty()) return {};
   const std::uint32_t number = name_slots_[slot_of_name(name, hash_of(name))];
   if (number == 0) return {};
   const std::uint32_t place = group_slots_[slot_of_group(parent, number - 1)];
   if (place == 0) return {};
+  *next = place;
   const Group &group = groups_[place - 1];
   return {nodes_.data() + group.first, group.count};
 }

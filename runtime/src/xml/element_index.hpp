@@ -30,8 +30,17 @@ class ElementIndex {
   };
   Named named(std::string_view name) const;
 
-  // The children of that name, in document order.
-  Nodes children(Node parent, std::string_view name) const;
+  // The children of that name, in document order. *next gets the number of the group that is likely
+  // to be asked for behind them.
+  Nodes children(Node parent, std::string_view name, std::uint32_t *next) const;
+
+  // The same when they are the group of that number, else none.
+  Nodes group(std::uint32_t number, Node parent, std::string_view name) const {
+    if (number >= groups_.size()) return {};
+    const Group &group = groups_[number];
+    if (group.parent != parent || names_[group.name].text != name) return {};
+    return {nodes_.data() + group.first, group.count};
+  }
 
  private:
   struct Name {

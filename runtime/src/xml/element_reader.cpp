@@ -27,7 +27,11 @@ pugi::xml_node find_element(const XmlSource &source) {
   const Found found = source.document->find(source.path);
   if (found.code == 0) return found.element();
   char text[200];
-  std::snprintf(text, sizeof text, "found no element %s in the document", source.path);
+  TextWriter words(text, sizeof text - 1);
+  words.put("found no element ");
+  words.put(source.path);
+  words.put(" in the document");
+  text[words.used()] = '\0';
   raise(source.handle, source.err, found.code,
         found.code == KELP_ERR_NOT_FOUND ? text : source.path);
   if (found.code == KELP_ERR_INVALID && has_message(source)) {

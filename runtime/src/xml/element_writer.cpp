@@ -1,5 +1,5 @@
-// The shape of each piece is written down once, as a function over a sink. Where the space is beyond
-// doubt it runs once, over a sink that stores; else over one that counts first.
+// The shape of each piece is written down once, as a function over a sink. Where the space is
+// beyond doubt it runs once, over a sink that stores; else over one that counts first.
 #include "xml/element_writer.hpp"
 
 #include <charconv>
@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "base/failure.hpp"
+#include "kelp/quick_text.hpp"
 #include "xml/characters.hpp"
 
 namespace kelp {
@@ -18,41 +19,24 @@ struct CountingSink {
   void put(std::string_view text) { count += text.size(); }
 };
 
-struct StoringSink {
-  char *at;
-  void put(std::string_view text) {
-    if (text.empty()) return;
-    std::memcpy(at, text.data(), text.size());
-    at += text.size();
-  }
-};
-
 template <class Sink>
 void put_opening_tag(Sink &sink, std::string_view tag, uint32_t state_byte, bool hexadecimal) {
-  sink.put("<");
-  sink.put(tag);
-  if (state_byte != 0) {
-    char digits[10];
-    const auto end = std::to_chars(digits, digits + sizeof digits, state_byte).ptr;
-    sink.put(" state=\"");
-    sink.put({digits, static_cast<size_t>(end - digits)});
-    sink.put("\"");
-  }
-  if (hexadecimal) {
-    sink.put(" ");
-    sink.put(kEncodingAttribute);
-    sink.put("=\"");
-    sink.put(kHexEncoding);
-    sink.put("\"");
-  }
-  sink.put(">");
-}
-
-template <class Sink>
-void put_closing_tag(Sink &sink, std::string_view tag) {
-  sink.put("</");
-  sink.put(tag);
-  sink.put(">");
+  quick::put_opening_tag(sink, tag, [&] {
+    if (state_byte != 0) {
+      char digits[10];
+      const auto end = std::to_chars(digits, digits + sizeof digits, state_byte).ptr;
+      sink.put(" state=\"");
+      sink.put(std::string_view(digits, static_cast<size_t>(end - digits)));
+      sink.put("\"");
+    }
+    if (hexadecimal) {
+      sink.put(" ");
+      sink.put(kEncodingAttribute);
+      sink.put("=\"");
+      sink.put(kHexEncoding);
+      sink.put("\"");
+    }
+  });
 }
 
 // What stands for a byte in a text, empty for itself. A return would come back as a newline, so it
@@ -91,7 +75,7 @@ void put_hexadecimal(Sink &sink, std::string_view text) {
   for (const char byte : text) {
     const auto value = static_cast<unsigned char>(byte);
     const char pair[2] = {kDigits[value >> 4], kDigits[value & 15]};
-    sink.put({pair, 2});
+    sink.put(std::string_view(pair, 2));
   }
 }
 
@@ -99,10 +83,10 @@ void put_hexadecimal(Sink &sink, std::string_view text) {
 template <class Shape>
 uint32_t write(const XmlTarget &target, uint64_t most, const Shape &shape) {
   if (most < target.size) {
-    StoringSink stored{target.buffer};
+    quick::StoringSink stored(target.buffer);
     shape(stored);
-    *stored.at = '\0';
-    return static_cast<uint32_t>(stored.at - target.buffer);
+    stored.end();
+    return stored.used();
   }
   CountingSink counted;
   shape(counted);
@@ -113,10 +97,10 @@ uint32_t write(const XmlTarget &target, uint64_t most, const Shape &shape) {
     raise(target.handle, target.err, KELP_ERR_NO_ROOM, found);
     return 0;
   }
-  StoringSink stored{target.buffer};
+  quick::StoringSink stored(target.buffer);
   shape(stored);
-  if (counted.count < target.size) *stored.at = '\0';
-  return static_cast<uint32_t>(counted.count);
+  if (counted.count < target.size) stored.end();
+  return stored.used();
 }
 
 // False with 22 in the error word for a tag that no element can have.
@@ -141,7 +125,8 @@ uint32_t write_opening_tag(const XmlTarget &target, const char *tag, uint32_t st
 uint32_t write_closing_tag(const XmlTarget &target, const char *tag) {
   if (*target.err != 0 || !tag_is_there(target, tag)) return 0;
   const std::string_view name(tag);
-  return write(target, name.size() + kFrame, [&](auto &sink) { put_closing_tag(sink, name); });
+  return write(target, name.size() + kFrame,
+               [&](auto &sink) { quick::put_closing_tag(sink, name); });
 }
 
 uint32_t write_raw(const XmlTarget &target, std::string_view text) {
@@ -162,7 +147,7 @@ uint32_t write_element(const XmlTarget &target, const XmlElement &element) {
     } else if (element.has_value) {
       put_escaped(sink, element.text);
     }
-    put_closing_tag(sink, name);
+    quick::put_closing_tag(sink, name);
   });
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 
 #include "xml/characters.hpp"
 
@@ -28,21 +29,48 @@ bool is_allowed_reference(std::string_view name) {
 // The longest reference is a character number; no look further than that keeps the pass linear.
 constexpr size_t kLongestReference = 16;
 
-// The bytes that stand for themselves wherever they are: of ASCII what is printed, and blanks.
+// The bytes that need no look, wherever they are: of ASCII what is printed, and blanks. Markup that
+// matters begins with "&", or has "!" or "?" behind its "<".
 constexpr auto kPlain = [] {
   std::array<bool, 256> plain{};
   for (unsigned byte = 0; byte < 0x80; ++byte) plain[byte] = xml_has_ascii(byte);
-  plain['<'] = plain['&'] = false;
+  plain['&'] = plain['!'] = plain['?'] = false;
   return plain;
 }();
 
-// What is forbidden at a "<" or an "&", null for nothing; *step gets the bytes to go on behind.
+// Whether all bytes of a word are printed ASCII and none of the three. A byte above 0x80 is told by
+// its own high bit, those that a subtraction finds by the borrow; a borrow from the byte below may
+// tell of one too many, never of one too few.
+bool is_plain_word(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = UINT64_C(0x0101010101010101);
+  constexpr std::uint64_t kHigh = 0x80 * kOnes;
+  const auto without = [word](char byte) {
+    return (word ^ kOnes * static_cast<unsigned char>(byte)) - kOnes;
+  };
+  return ((word | (word - 0x20 * kOnes) | without('&') | without('!') | without('?')) & kHigh) == 0;
+}
+
+// Where the first byte at or behind at is that needs a look.
+size_t end_of_plain(std::string_view text, size_t at) {
+  constexpr size_t kWord = sizeof(std::uint64_t);
+  for (;;) {
+    for (std::uint64_t word = 0; text.size() - at >= kWord; at += kWord) {
+      std::memcpy(&word, text.data() + at, kWord);
+      if (!is_plain_word(word)) break;
+    }
+    const size_t stop = std::min(text.size(), at + kWord);
+    while (at < stop && kPlain[static_cast<unsigned char>(text[at])]) ++at;
+    if (at < stop || at == text.size()) return at;
+  }
+}
+
+// What is forbidden at a "<!", a "<?" or an "&", null for nothing; *step gets the bytes to go on
+// behind.
 const char *forbidden_markup(std::string_view rest, size_t *step) {
   static constexpr struct {
     std::string_view start;
     std::string_view end;
   } kSections[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
-  *step = 1;
   if (rest[0] == '&') {
     const size_t end = rest.substr(0, kLongestReference).find(';');
     if (end == std::string_view::npos || !is_allowed_reference(rest.substr(1, end - 1))) {
@@ -51,7 +79,6 @@ const char *forbidden_markup(std::string_view rest, size_t *step) {
     *step = end;
     return nullptr;
   }
-  if (rest.size() < 2 || (rest[1] != '!' && rest[1] != '?')) return nullptr;
   for (const auto &section : kSections) {
     if (!rest.starts_with(section.start)) continue;
     const size_t end = rest.find(section.end, section.start.size());
@@ -59,7 +86,7 @@ const char *forbidden_markup(std::string_view rest, size_t *step) {
     *step = end + section.end.size();
     return nullptr;
   }
-  return rest[1] == '!' ? "a document type declaration" : nullptr;
+  return "a document type declaration";
 }
 
 }  // namespace
@@ -74,15 +101,17 @@ Refusal find_forbidden(std::string_view text) {
   };
   Refusal refused;
   for (size_t at = 0;;) {
-    while (at < text.size() && kPlain[static_cast<unsigned char>(text[at])]) ++at;
+    at = end_of_plain(text, at);
     if (at == text.size()) return {};
+    const bool declares = (text[at] == '!' || text[at] == '?') && at > 0 && text[at - 1] == '<';
+    if (declares) --at;
     size_t step = 0;
-    if (text[at] == '<' || text[at] == '&') {
+    if (declares || text[at] == '&') {
       const char *found = forbidden_markup(text.substr(at), &step);
       if (found != nullptr) {
         return carries(at, std::string_view::npos, &refused) ? Refusal{found, at} : refused;
       }
-      if (step > 1 && !carries(at, step, &refused)) return refused;
+      if (!carries(at, step, &refused)) return refused;
     } else {
       step = xml_character(text.substr(at));
       if (step == 0) return {"a byte that XML cannot carry", at};

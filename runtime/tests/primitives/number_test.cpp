@@ -489,4 +489,44 @@ TEST_F(PrimitiveNumberTest, TypeRecordsAreWhole) {
   EXPECT_STRNE(_ip_address_type_info_internal.md5_text, _kelp_vstring_type_info_internal.md5_text);
 }
 
+// Elements in one go: as many as can be read one by one, in front of the first that cannot.
+template <class Value>
+using ReadElements = uint32_t(kelp_xml_document *, const char *, Value *, uint32_t);
+
+template <class Value>
+std::vector<Value> elements_of(ReadElements<Value> *read, const std::string &text,
+                               const char *path = "//a/v", uint32_t room = 8) {
+  const Document document(text);
+  std::vector<Value> values(room);
+  values.resize(read(document, path, values.data(), room));
+  return values;
+}
+
+TEST(ElementsTest, AreReadInOrderUpToTheRoom) {
+  const std::string text = "<a><v>7</v><w>1</w><v> 200\n</v><v><!-- c -->2<!-- c -->5</v></a>";
+  EXPECT_EQ(elements_of(u_int8_elements_from_xml, text), (std::vector<uint8_t>{7, 200, 25}));
+  EXPECT_EQ(elements_of(u_int32_elements_from_xml, text), (std::vector<uint32_t>{7, 200, 25}));
+  EXPECT_EQ(elements_of(u_int8_elements_from_xml, text, "//a/v", 2),
+            (std::vector<uint8_t>{7, 200}));
+}
+
+TEST(ElementsTest, EndBeforeTheFirstThatIsNoNumberOfTheType) {
+  const std::string text = "<a><v>70</v><v>256</v><v>1</v><v/><v>2</v></a>";
+  EXPECT_EQ(elements_of(u_int8_elements_from_xml, text), (std::vector<uint8_t>{70}));
+  EXPECT_EQ(elements_of(u_int32_elements_from_xml, text), (std::vector<uint32_t>{70, 256, 1}));
+}
+
+TEST(ElementsTest, AreNoneForOtherPathsAndNullArguments) {
+  const std::string text = "<a><v>7</v></a>";
+  for (const char *path : {"//v", "//a/w", "//b/v", "a/v", "", "//a/v/"}) {
+    EXPECT_EQ(elements_of(u_int32_elements_from_xml, text, path), std::vector<uint32_t>{}) << path;
+  }
+  uint32_t value = 1;
+  const Document document(text);
+  EXPECT_EQ(u_int32_elements_from_xml(nullptr, "//a/v", &value, 1), 0u);
+  EXPECT_EQ(u_int32_elements_from_xml(document, nullptr, &value, 1), 0u);
+  EXPECT_EQ(u_int32_elements_from_xml(document, "//a/v", nullptr, 1), 0u);
+  EXPECT_EQ(value, 1u);
+}
+
 }  // namespace

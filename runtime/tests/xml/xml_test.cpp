@@ -225,6 +225,21 @@ TEST_F(XmlTest, DeclarationsAndReferencesInsideSectionsAreText) {
   EXPECT_EQ(value_at(document, "//a"), "<!DOCTYPE &x;");
 }
 
+TEST_F(XmlTest, WhatIsForbiddenIsFoundAtEveryPlaceInALine) {
+  for (const std::string_view forbidden : {"<!DOCTYPE r>", "&x;", "\x01", "\x1F", "\x80", "\xFF"}) {
+    for (std::size_t before = 0; before < 40; ++before) {
+      const std::string text = "<a>\n" + std::string(before, 'x');
+      const std::string whole = text + std::string(forbidden) + "yyyyyyyyyyyy</a>";
+      char message[200] = "";
+      EXPECT_EQ(kelp_xml_parse(whole.data(), whole.size(), message, sizeof message), nullptr);
+      const std::string place = "line 2, column " + std::to_string(before + 1);
+      EXPECT_NE(std::string(message).find(place), std::string::npos) << message;
+    }
+  }
+  const Document document("<a>wow! a<b/>? &amp;!\x7F caf\xC3\xA9</a>");
+  EXPECT_EQ(value_at(document, "//a"), "wow! a? &!\x7F caf\xC3\xA9");
+}
+
 TEST_F(XmlTest, BytesThatXmlCannotCarryAreRefused) {
   EXPECT_EQ(refusal("<a>\x01</a>"),
             "XML document: found a byte that XML cannot carry at line 1, column 4");

@@ -1,5 +1,5 @@
-// A short text put together in a place of fixed size: element paths and labels. What is beyond the
-// room is left out without a message, and a NUL stands behind the rest.
+// A short text put together in a place of fixed size: element paths, labels and words of failures.
+// What is beyond the room is left out without a message, and a NUL stands behind the rest.
 #pragma once
 
 #include <algorithm>
@@ -29,6 +29,8 @@ class BoundedText {
     return put({digits.data(), static_cast<std::size_t>(end - digits.data())});
   }
   const char *data() const { return bytes_.data(); }
+  // Whether so many bytes more fit.
+  bool has_room(std::size_t more) const { return more < size - used_; }
 
  private:
   std::array<char, size> bytes_;
