@@ -169,6 +169,12 @@ void Timeline::on_database_description(const Packet &packet, const DatabaseDescr
   for (const std::uint32_t with : facing().with(sending_interface())) compare(packet, with);
 }
 
+bool Timeline::asks_to_wait(const Interface &of) const {
+  return std::ranges::any_of(graces_, [&](const LsdbKey &key) {
+    return key.version == of.version && key.advertising_router == of.router_id;
+  });
+}
+
 void Timeline::review(const Packet &packet, bool begins_exchange) {
   const std::uint32_t sender = sending_interface();
   const std::vector<std::uint32_t> members = facing().on_link_of(sender);
@@ -194,10 +200,17 @@ void Timeline::review(const Packet &packet, std::uint32_t with, bool only_two,
     unsettled_.insert(with);
   }
   if (state.up) {
-    // Requests that follow do not end an adjacency.
-    if (low > NeighborState::init && !begins_exchange) return;
+    // Requests that follow do not end an adjacency, nor does a router that restarts and has asked its
+    // neighbours to wait.
+    if (!begins_exchange) {
+      if (low > NeighborState::init) return;
+      if (asks_to_wait(interfaces()[sender]) || asks_to_wait(interfaces()[with])) {
+        unsettled_.insert(sender);
+        return;
+      }
+    }
     state.up = false;
-    tell_down(packet, with, low > NeighborState::init);
+    tell_down(packet, with, begins_exchange);
     return;
   }
   if (low != NeighborState::full) return;
@@ -216,14 +229,14 @@ void Timeline::review(const Packet &packet, std::uint32_t with, bool only_two,
   watch(with, sender);
 }
 
-void Timeline::tell_down(const Packet &packet, std::uint32_t with, bool is_heard) {
+void Timeline::tell_down(const Packet &packet, std::uint32_t with, bool begins_exchange) {
   const std::uint32_t sender = sending_interface();
   const Interface &a = interfaces()[sender];
   const Interface &b = interfaces()[with];
   Event down = event(EventKind::neighbor_down, packet);
   down.routers = {a.router_id, b.router_id};
   down.where = ospf_events::name_of(a) + " - " + ospf_events::name_of(b);
-  if (is_heard) {
+  if (begins_exchange) {
     down.why = "exchange_again";
     down.text = ipv4_text(a.router_id) + " begins to exchange databases anew";
   } else {

@@ -95,7 +95,8 @@ class ExternalFinder {
     using Key = std::tuple<Prefix, bool, std::uint32_t>;
     std::map<Key, std::vector<const ExternalLsa *>> same;
     for (const ExternalLsa &lsa : lsas) {
-      if (lsa.metric < infinite_metric) {
+      // Those of a router that has no area for them are sent to nobody.
+      if (lsa.metric < infinite_metric && takers_.contains(lsa.router)) {
         same[{lsa.prefix, lsa.type_2, lsa.metric}].push_back(&lsa);
       }
     }

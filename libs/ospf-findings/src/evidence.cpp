@@ -10,9 +10,8 @@ using namespace ospf_routes;
 
 std::string lsa_name(std::uint32_t version, std::uint16_t type, std::uint32_t id,
                      std::uint32_t adv_router, std::optional<std::uint32_t> area) {
-  const lsa_vocabulary::LsaType *known = lsa_vocabulary::find_type(version, type);
-  std::string name = known != nullptr ? known->name : "type " + std::to_string(type);
-  name += " " + dotted(id) + " of " + dotted(adv_router);
+  std::string name =
+      lsa_vocabulary::type_name(version, type) + " " + dotted(id) + " of " + dotted(adv_router);
   if (area) name += " in area " + dotted(*area);
   return name;
 }

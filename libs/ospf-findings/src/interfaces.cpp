@@ -41,9 +41,16 @@ class Pairs {
  private:
   using Links = std::map<std::pair<std::uint8_t, Prefix>, std::vector<std::size_t>>;
 
+  bool hears_nobody(std::size_t at) const {
+    return std::ranges::none_of(all_[at].neighbors, &InterfaceFacts::Neighbor::is_heard);
+  }
+
+  // Two instances share a link and mean nothing to each other; where each end is alone in its own,
+  // one of them is wrong.
   bool may_face(std::size_t one, std::size_t other) const {
-    return one != other && all_[one].version == all_[other].version &&
-           all_[one].instance == all_[other].instance;
+    if (one == other || all_[one].version != all_[other].version) return false;
+    if (all_[one].instance == all_[other].instance) return true;
+    return all_[one].router != all_[other].router && hears_nobody(one) && hears_nobody(other);
   }
 
   void add(std::size_t one, std::size_t other) {
@@ -149,6 +156,10 @@ class Comparison {
       : types_(types), a_(a), b_(b), findings_(findings) {}
 
   void run() {
+    if (a_.instance != b_.instance) {
+      tell(Difference::instance, std::to_string(a_.instance), std::to_string(b_.instance));
+      return;
+    }
     if (a_.router == b_.router) {
       if (a_.address != b_.address) tell(Difference::router_id, dotted(a_.router), "");
       return;
@@ -227,7 +238,8 @@ class Comparison {
     tell(Difference::area_type, word(one->second), word(other->second));
   }
 
-  void compare_hearing(const InterfaceFacts::Neighbor *there, const InterfaceFacts::Neighbor *back) {
+  void compare_hearing(const InterfaceFacts::Neighbor *there,
+                       const InterfaceFacts::Neighbor *back) {
     const bool hears = there != nullptr && there->is_heard && !there->hears_us;
     const bool is_heard = back != nullptr && back->is_heard && !back->hears_us;
     if (hears && (back == nullptr || !back->is_heard)) tell(Difference::one_way, "", "");

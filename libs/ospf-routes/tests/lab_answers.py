@@ -119,12 +119,20 @@ class Router:
             yield (2, 0), frr_v2(load_json(v2))
         if v3.exists():
             installed = self.folder / "ipv6-route-ospf6.json.gz"
-            yield (3, 0), frr_v3(load_json(v3), load_json(installed) if installed.exists() else {})
+            yield (3, self.frr_instance()), frr_v3(
+                load_json(v3), load_json(installed) if installed.exists() else {})
         for name, instance in (("v2", (2, 0)), ("v3", (3, 0)), ("v3_ipv4", (3, 64)),
                                ("v3_second", (3, 1))):
             file = self.folder / f"ospf_{name}-route-all.txt"
             if file.exists():
                 yield instance, bird(file.read_text())
+
+    def frr_instance(self):
+        """That of its interfaces, which are all of one."""
+        file = self.folder / "ipv6-ospf6-interface.json.gz"
+        found = {each.get("instanceId", 0) for each in load_json(file).values()
+                 if each.get("attachedToArea")} if file.exists() else set()
+        return found.pop() if len(found) == 1 else 0
 
     def interface_names(self, interface):
         """Names that an interface of ours may have here; nothing when anything may do."""

@@ -197,9 +197,9 @@ void read_interface_v4(Instance &instance, const std::string &name, const JsonVi
                                    ? Authentication::message_digest
                                    : Authentication::key;
   }
-  view.pass_over_all_but({"area", "ipAddress", "ipAddressPrefixlen", "mtuBytes", "networkType", "ospfEnabled", "timerPassiveIface",
-                          "cost", "timerMsecs", "timerDeadSecs", "timerRetransmitSecs",
-                          "transmitDelaySecs", "state", "timerHelloInMsecs", "timerWaitSecs",
+  view.pass_over_all_but({"area", "ipAddress", "ipAddressPrefixlen", "mtuBytes", "networkType",
+                          "ospfEnabled", "timerPassiveIface", "cost", "timerMsecs",
+                          "timerDeadSecs", "timerRetransmitSecs", "transmitDelaySecs", "state", "timerHelloInMsecs", "timerWaitSecs",
                           "drAddress", "bdrAddress", "priority", "authentication"});
   area_of(instance, area, area_view).interfaces.push_back(std::move(interface));
 }
@@ -302,6 +302,10 @@ void read_interface_v6(Instance &instance, const std::string &name, const JsonVi
   interface.name = name;
   interface.address = link_local_address(view);
   interface.mtu = optional_mtu(view, "interfaceMtu");
+  if (view.has("instanceId")) {
+    interface.instance_id = static_cast<std::uint8_t>(
+        view.member("instanceId", "").number(UINT8_MAX, "an instance ID"));
+  }
   const JsonView type =
       view.member(view.has("operatingAsType") ? "operatingAsType" : "type", "a network type");
   interface.network_type =
@@ -331,8 +335,9 @@ void read_interface_v6(Instance &instance, const std::string &name, const JsonVi
                                    : Authentication::key;
     authentication.pass_over_all_but({"authType"});
   }
-  view.pass_over_all_but({"attachedToArea", "areaId", "internetAddress", "interfaceMtu", "type", "operatingAsType",
-                          "cost", "timerIntervalsConfigHello", "timerIntervalsConfigDead",
+  view.pass_over_all_but({"attachedToArea", "areaId", "internetAddress", "instanceId",
+                          "interfaceMtu", "type", "operatingAsType", "cost",
+                          "timerIntervalsConfigHello", "timerIntervalsConfigDead",
                           "timerIntervalsConfigRetransmit", "transmitDelaySec",
                           "ospf6InterfaceState", "dr", "bdr", "priority", "mtuMismatchDetection",
                           "authInfo"});

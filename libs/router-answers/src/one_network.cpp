@@ -1,5 +1,6 @@
 #include "router_answers/one_network.hpp"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <tuple>
@@ -28,8 +29,8 @@ std::string name_of(const LsaKey &key, std::uint8_t version) {
   if (key.place.scope == Scope::link && !key.place.interface.empty()) {
     text += " link of " + key.place.interface;
   }
-  return text + ", LSA of type " + hex(key.name.type, version == 2 ? 1 : 4) + ", ID " +
-         dotted(key.name.link_state_id) + ", of " + dotted(key.name.advertising_router);
+  return text + ", " + lsa_vocabulary::type_name(version, key.name.type) + " " +
+         dotted(key.name.link_state_id) + " of " + dotted(key.name.advertising_router);
 }
 
 // One copy of an LSA, and whose.
@@ -37,7 +38,17 @@ struct Copy {
   const std::string *router;
   const Place *place;
   const HeldLsa *lsa;
+  bool is_shared;  // the router floods it and is sent it
 };
+
+// A router whose areas are all stub areas or NSSAs holds no LSAs of the AS but its own, which it
+// sends to nobody.
+bool takes_externals(const Process &process) {
+  const auto &areas = process.instance.areas;
+  return areas.empty() || std::ranges::any_of(areas, [](const ospf_tables::Area &area) {
+           return area.kind != "stub" && area.kind != "nssa";
+         });
+}
 
 bool same_instance(const HeldLsa &a, const HeldLsa &b) {
   return a.header.sequence == b.header.sequence && a.header.checksum == b.header.checksum;
@@ -61,8 +72,9 @@ class Merger {
       // Routers name a link each by its own interface. An LSA of link scope is known by its
       // originator and ID, which in OSPFv3 is the originator's interface.
       shared.place.interface.clear();
-      copies_[shared].push_back({&router.name, &key.place, &lsa});
-      holders_[{key.place.scope, key.place.area}].insert(&router.name);
+      const bool is_shared = key.place.scope != Scope::as || takes_externals(process);
+      copies_[shared].push_back({&router.name, &key.place, &lsa, is_shared});
+      if (is_shared) holders_[{key.place.scope, key.place.area}].insert(&router.name);
     }
     router_ids_[&router.name] = process.instance.router_id;
     names_[process.instance.router_id].insert(router.name);
@@ -118,7 +130,10 @@ class Merger {
                                hex(best.lsa->header.checksum, 4) + ") of " + *best.router;
     std::set<const std::string *> lacking;
     // On whose links an LSA of link scope should be is not known.
-    if (key.place.scope != Scope::link) lacking = holders_[{key.place.scope, key.place.area}];
+    const bool is_shared = std::ranges::any_of(copies, &Copy::is_shared);
+    if (key.place.scope != Scope::link && is_shared) {
+      lacking = holders_[{key.place.scope, key.place.area}];
+    }
     std::uint16_t age = max_age;
     for (const Copy &copy : copies) age = std::min(age, copy.lsa->header.age_seconds());
     const auto add = [&](const std::string &text) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 #include <sstream>
 #include <string_view>
 
@@ -27,6 +28,49 @@ void add_areas(Process &process) {
                                    [&](const Area &area) { return area.id == place.area; });
     if (!known) areas.push_back({place.area, {}});
   }
+}
+
+// FRR's OSPFv3 has an instance ID for each interface, and one set of databases, which it sends by
+// all of them: a process for each ID has its interfaces, and the databases of their areas.
+std::vector<Process> by_instance_id(Process process) {
+  std::set<std::uint8_t> ids;
+  for (const Area &area : process.instance.areas) {
+    for (const Interface &interface : area.interfaces) ids.insert(interface.instance_id);
+  }
+  if (ids.size() < 2) {
+    if (!ids.empty()) process.instance_id = *ids.begin();
+    return {std::move(process)};
+  }
+  std::vector<Process> all;
+  for (const std::uint8_t id : ids) {
+    Process own = process;
+    own.instance_id = id;
+    std::set<std::pair<std::uint32_t, std::string>> interfaces;
+    for (Area &area : own.instance.areas) {
+      std::erase_if(area.interfaces, [&](const Interface &each) { return each.instance_id != id; });
+      for (const Interface &each : area.interfaces) interfaces.emplace(area.id, each.name);
+    }
+    std::erase_if(own.instance.areas, [](const Area &area) { return area.interfaces.empty(); });
+    std::erase_if(own.database.lsas, [&](const auto &entry) {
+      const Place &place = entry.first.place;
+      if (place.scope == ospf_decode::Scope::link && !place.interface.empty()) {
+        return !interfaces.contains({place.area, place.interface});
+      }
+      return place.scope != ospf_decode::Scope::as &&
+             std::ranges::none_of(own.instance.areas,
+                                  [&](const Area &area) { return area.id == place.area; });
+    });
+    all.push_back(std::move(own));
+  }
+  return all;
+}
+
+void separate_instances(Router &router) {
+  std::vector<Process> all;
+  for (Process &process : router.processes) {
+    for (Process &each : by_instance_id(std::move(process))) all.push_back(std::move(each));
+  }
+  router.processes = std::move(all);
 }
 
 }  // namespace
@@ -92,6 +136,7 @@ Router read_router(const std::string &folder, PassedOver &passed_over) {
     Process &process = process_of(3);
     read_frr_v3(folder, process.database);
   }
+  separate_instances(router);
   for (const std::string &protocol : bird_protocols(folder)) {
     router.processes.push_back(read_bird(folder, protocol));
   }

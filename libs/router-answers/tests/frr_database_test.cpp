@@ -155,6 +155,49 @@ TEST_F(FrrV3, ADumpIsRefusedByLine) {
   expect_refused({"line 1", "Area x"});
 }
 
+// The daemon has an instance ID for each interface, and one database that it sends by all of them.
+TEST_F(FrrV3, InstanceIdsOfInterfacesAreProcessesOfTheirOwn) {
+  const auto interface = [](const std::string &name, const char *area, int instance) {
+    return '"' + name + R"(":{"attachedToArea":true,"areaId":")" + area + R"(","instanceId":)" +
+           std::to_string(instance) +
+           R"(,"type":"BROADCAST","cost":10,"timerIntervalsConfigHello":10,)"
+           R"("timerIntervalsConfigDead":40,"timerIntervalsConfigRetransmit":5,)"
+           R"("transmitDelaySec":1,"ospf6InterfaceState":"DR","priority":1})";
+  };
+  const auto lsa = [](const char *type, const char *id) {
+    return std::string(R"({"lsa":[{"age":1,"type":")") + type + R"(","lsId":")" + id +
+           R"(","advRouter":"10.0.0.1","seqNum":2147483649}])";
+  };
+  write("ipv6-ospf6.json", R"({"routerId":"10.0.0.1","areas":{"0.0.0.0":{},"0.0.0.1":{}}})");
+  write("ipv6-ospf6-interface.json", '{' + interface("a", "0.0.0.0", 7) + '}');
+  EXPECT_EQ(read().processes.at(0).instance_id, 7);
+  write("ipv6-ospf6-interface.json", '{' + interface("a", "0.0.0.0", 0) + ',' +
+                                         interface("b", "0.0.0.0", 7) + ',' +
+                                         interface("c", "0.0.0.1", 7) + '}');
+  write("ipv6-ospf6-database.json",
+        R"({"interfaceScopedLinkStateDb":[)" + lsa("Lnk", "0.0.0.1") +
+            R"(,"areaId":"0.0.0.0","interface":"a"},)" + lsa("Lnk", "0.0.0.2") +
+            R"(,"areaId":"0.0.0.0","interface":"b"}],"areaScopedLinkStateDb":[)" +
+            lsa("Rtr", "0.0.0.0") + R"(,"areaId":"0.0.0.0"},)" + lsa("Rtr", "0.0.0.0") +
+            R"(,"areaId":"0.0.0.1"}],"asScopedLinkStateDb":[)" + lsa("ASE", "0.0.0.9") + "}]}");
+  const Router router = read();
+  ASSERT_EQ(router.processes.size(), 2u);
+  const auto shape = [](const Process &process) {
+    std::string text = std::to_string(process.instance_id);
+    for (const auto &area : process.instance.areas) {
+      text += " " + std::to_string(area.id) + ":";
+      for (const auto &each : area.interfaces) text += each.name;
+    }
+    for (const auto &[key, held] : process.database.lsas) {
+      text += " " + std::to_string(key.place.area) + key.place.interface + "/" +
+              std::to_string(key.name.link_state_id);
+    }
+    return text;
+  };
+  EXPECT_EQ(shape(router.processes[0]), "0 0:a 0a/1 0/0 0/9");
+  EXPECT_EQ(shape(router.processes[1]), "7 0:b 1:c 0b/2 0/0 1/0 0/9");
+}
+
 TEST_F(FrrV3, TypesWithoutANameArePassedOver) {
   write("ipv6-ospf6-database-detail.json",
         R"({"asScopedLinkStateDb":[{"lsa":[{"age":1,"type":"Unknown"}]}]})");

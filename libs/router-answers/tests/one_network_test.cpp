@@ -68,10 +68,10 @@ TEST(OneNetwork, TheNewestStaysAndTheOthersAreTold) {
   EXPECT_EQ(network.processes[0].database.lsas.at(key_of_one).header.sequence, 0x80000003u);
   ASSERT_EQ(network.differences.size(), 2u);
   EXPECT_EQ(network.differences[0].text,
-            "OSPFv2 area 0.0.0.0, LSA of type 0x1, ID 0.0.0.1, of 0.0.0.1: r1 has 0x80000002 "
+            "OSPFv2 area 0.0.0.0, Router 0.0.0.1 of 0.0.0.1: r1 has 0x80000002 "
             "(checksum 0x1234), the newest is 0x80000003 (checksum 0x1234) of r2");
   EXPECT_EQ(network.differences[1].text,
-            "OSPFv2 area 0.0.0.0, LSA of type 0x1, ID 0.0.0.1, of 0.0.0.1: r3 lacks it, r2 has "
+            "OSPFv2 area 0.0.0.0, Router 0.0.0.1 of 0.0.0.1: r3 lacks it, r2 has "
             "0x80000003");
 }
 
@@ -84,6 +84,23 @@ TEST(OneNetwork, ExactBytesAreTakenOfOneInstance) {
   EXPECT_TRUE(network.differences.empty());
 }
 
+// LSAs of the AS are not sent into stub areas and NSSAs, and those that a router there makes stay
+// with it.
+TEST(OneNetwork, RoutersThatTakeNoExternalsDoNotLackThem) {
+  std::vector<Router> routers = {router_of("r1", 1), router_of("r2", 2), router_of("r3", 3)};
+  const Place as{Scope::as, 0, ""};
+  routers[0].processes[0].database.add(as, lsa_of(1, 0x80000002));
+  routers[1].processes[0].database.add(as, lsa_of(1, 0x80000002));
+  routers[2].processes[0].database.add(as, lsa_of(3, 0x80000001));
+  EXPECT_EQ(one_network(routers).differences.size(), 3u);
+  for (const char *kind : {"nssa", "stub"}) {
+    routers[2].processes[0].instance.areas[0].kind = kind;
+    const Network network = one_network(routers);
+    EXPECT_TRUE(network.differences.empty()) << kind;
+    EXPECT_EQ(network.processes[0].database.lsas.size(), 2u);
+  }
+}
+
 // Of copies that differ in their age alone the one at MaxAge is the newer.
 TEST(OneNetwork, AFlushedLsaReplacesItsCopies) {
   std::vector<Router> routers = {router_of("r1", 1), router_of("r2", 2)};
@@ -93,7 +110,8 @@ TEST(OneNetwork, AFlushedLsaReplacesItsCopies) {
   EXPECT_EQ(network.processes[0].database.lsas.at(key_of_one).header.age, 3600);
 }
 
-// A flushed LSA is newer than what it flushes; that others have dropped it already is no difference.
+// A flushed LSA is newer than what it flushes; that others have dropped it already is no
+// difference.
 TEST(OneNetwork, AFlushedLsaIsNoDifference) {
   std::vector<Router> routers = {router_of("r1", 1), router_of("r2", 2)};
   routers[0].processes[0].database.add(backbone, lsa_of(1, 0x80000002, 3600));

@@ -176,15 +176,16 @@ TEST_P(SettledRecording, OneNetworkIsTheDatabaseOfTheCapture) {
   // A router may keep what all others flushed; then it is told that these lack it.
   for (const Key &key : gone) {
     if (!told.contains(key)) continue;
-    const std::string name = "ID " + ospf_decode::ipv4_text(std::get<4>(key)) + ", of " +
-                             ospf_decode::ipv4_text(std::get<5>(key)) + ": ";
+    const std::string name =
+        lsa_vocabulary::type_name(std::get<0>(key), std::get<3>(key)) + " " +
+        ospf_decode::ipv4_text(std::get<4>(key)) + " of " +
+        ospf_decode::ipv4_text(std::get<5>(key)) + ": ";
     EXPECT_TRUE(std::any_of(network.differences.begin(), network.differences.end(),
                             [&](const router_answers::Difference &difference) {
                               return difference.text.find(name) != std::string::npos &&
                                      difference.text.find(" lacks it") != std::string::npos;
                             }))
-        << "flushed: OSPFv" << std::get<0>(key) << " type " << std::hex << std::get<3>(key) << ' '
-        << name;
+        << "flushed: OSPFv" << std::get<0>(key) << ' ' << name;
   }
   for (const auto &[key, instance] : expected) {
     const auto found = told.find(key);

@@ -149,9 +149,7 @@ int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
 Run set_up_routes(CLI::App &app) {
   const auto options = std::make_shared<RoutesOptions>();
   app.add_option("--router", options->router, "Whose routes: a router ID, or all")->required();
-  app.add_option("--prefix", options->prefix,
-                 "Only routes to this prefix; with + behind it also to those within it, with @ to "
-                 "those that cover it");
+  app.add_option("--prefix", options->prefix, prefix_help);
   add_instance_options(app, options->choice);
   options->what_if.add_to(app);
   app.add_flag("--rfc1583", options->rfc1583,

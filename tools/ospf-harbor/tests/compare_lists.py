@@ -110,7 +110,8 @@ class Router:
             local = [address["address"].split("/")[0] for address in
                      each.get("internetAddress", []) if address["address"].startswith("fe80")]
             state = each["ospf6InterfaceState"]
-            self.add("interfaces", 3, 0, interface=name, address=local[0] if local else None,
+            self.add("interfaces", 3, each.get("instanceId", 0), interface=name,
+                     address=local[0] if local else None,
                      area=area_of(each["areaId"]), cost=each["cost"],
                      type=TYPES[each.get("operatingAsType", each["type"])],
                      state=INTERFACE_STATES.get(state, state),

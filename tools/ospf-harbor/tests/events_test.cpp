@@ -108,7 +108,8 @@ TEST_F(Events, NeighboursOfOspfv3DifferTooThoughTheyTakeNothingFromEachOther) {
   EXPECT_TRUE(told("--kind mismatch", "domain").empty());
 }
 
-// An LSA that nobody refreshes for an hour is in Timeline below; restarts that are over end LSAs too.
+// An LSA that nobody refreshes for an hour is in Timeline below; restarts that are over end LSAs
+// too.
 TEST_F(Events, EachKindIsInARecording) {
   const std::map<std::string, std::string> shown = {{"neighbor_up", "forged"},
                                                     {"neighbor_down", "forged"},
@@ -138,6 +139,25 @@ TEST_F(Events, EachKindIsInARecording) {
 }
 
 // Each way to go down has its reason.
+TEST_F(Events, NeighboursThatComeToDifferAreDownForThat) {
+  const auto all = told("--kind neighbor_down", "parting");
+  for (const char *router : {"10.238.0.6", "10.238.0.7", "10.238.0.8"}) {
+    for (const int version : {2, 3}) {
+      std::vector<ordered_json> its;
+      for (const ordered_json &event : all) {
+        const bool is_its = event["routers"].dump().find(router) != std::string::npos;
+        if (is_its && event["version"] == version) its.push_back(event);
+      }
+      ASSERT_EQ(its.size(), 1u) << router;
+      EXPECT_EQ(its[0]["why"], "mismatch");
+      const std::string field = router[9] == '6'   ? "hello_interval"
+                                : router[9] == '7' ? "area"
+                                                   : "authentication";
+      EXPECT_TRUE(its[0]["what"].get<std::string>().ends_with("they differ in " + field)) << its[0];
+    }
+  }
+}
+
 TEST_F(Events, ANeighbourThatBeginsTheExchangeAnewIsDown) {
   const auto all = told("--kind neighbor_down --v2", "campus");
   EXPECT_TRUE(std::any_of(all.begin(), all.end(), [](const ordered_json &event) {
@@ -208,8 +228,8 @@ TEST_F(Events, OneEventIsOneLine) {
             "its sequence numbers begin anew, behind the last one\n"
             "05:27:36.965    206 v2 neighbor_down    10.242.0.1@10.94.1.1 - 10.242.0.2@10.94.1.2: "
             "one_way: 10.242.0.1 no longer hears 10.242.0.2, nor anybody there\n"
-            "05:27:51.770    265 v2 neighbor_down    10.242.0.1@10.94.1.1 - 10.242.0.2@10.94.1.2: "
-            "one_way: 10.242.0.1 no longer hears 10.242.0.2, nor anybody there\n");
+            "05:27:53.655    268 v2 neighbor_down    10.242.0.1@10.94.1.1 - 10.242.0.2@10.94.1.2: "
+            "exchange_again: 10.242.0.1 begins to exchange databases anew\n");
   const auto all = told("--kind sequence_wrap", "forged");
   ASSERT_EQ(all.size(), 1u);
   std::string keys;

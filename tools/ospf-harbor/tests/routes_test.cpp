@@ -17,6 +17,14 @@ class Routes : public tool_tests::RecordingTest {
   Said ask(const std::string &line, const std::string &name) {
     return RecordingTest::ask(line, capture_of(name));
   }
+
+  void expect_refused(const std::string &line, const std::string &name, int status,
+                      const std::string &why) {
+    const Said said = ask(line, name);
+    EXPECT_EQ(said.status, status) << line;
+    EXPECT_EQ(said.out, "") << line;
+    EXPECT_NE(said.err.find(why), std::string::npos) << line << ": " << said.err;
+  }
 };
 
 TEST_F(Routes, OneRouteIsOneLineOfJson) {
@@ -45,21 +53,14 @@ TEST_F(Routes, PrefixesAreExactLongerOrCovering) {
 }
 
 TEST_F(Routes, WhatIsNotThereIsToldWithTheNearest) {
-  const Said router = ask("routes --router 10.251.0.33", "nssa");
-  EXPECT_EQ(router.status, 1);
-  EXPECT_EQ(
-      router.err,
-      "ospf-harbor: --router: found \"10.251.0.33\", expected a router with a router-LSA; the "
-      "nearest are 10.251.0.6, 10.251.0.5, 10.251.0.4\n");
-  const Said link = ask("routes --router all --without 10.251.0.4--10.251.0.3", "nssa");
-  EXPECT_EQ(link.status, 1);
-  EXPECT_EQ(link.err,
-            "ospf-harbor: what if: OSPFv2: \"10.251.0.4--10.251.0.3\": there is no link between "
-            "the two; 10.251.0.4 has those to 10.251.0.1, network 10.51.45.4\n");
-  const Said instance = ask("routes --router all --instance 9", "nssa");
-  EXPECT_EQ(instance.status, 1);
-  EXPECT_NE(instance.err.find("one of what is loaded: OSPFv2, OSPFv3"), std::string::npos)
-      << instance.err;
+  expect_refused("routes --router 10.251.0.33", "nssa", 1,
+                 "ospf-harbor: --router: found \"10.251.0.33\", expected a router with a "
+                 "router-LSA; the nearest are 10.251.0.6, 10.251.0.5, 10.251.0.4\n");
+  expect_refused("routes --router all --without 10.251.0.4--10.251.0.3", "nssa", 1,
+                 "ospf-harbor: what if: OSPFv2: \"10.251.0.4--10.251.0.3\": there is no link "
+                 "between the two; 10.251.0.4 has those to 10.251.0.1, network 10.51.45.4\n");
+  expect_refused("routes --router all --instance 9", "nssa", 1,
+                 "one of what is loaded: OSPFv2, OSPFv3");
 }
 
 // Every command that takes what-ifs refuses what cannot be, by the words that were said.
@@ -76,8 +77,9 @@ TEST_F(Routes, WhatIfsThatCannotBeAreRefusedByEveryCommand) {
        "there is no link between the two; 10.252.0.1 has those to 10.252.0.2\n"},
       {"--cost 10.252.0.1>10.252.0.6=3", 1, "the first has no link to the second; "},
       {"--with 10.252.0.1--10.252.0.8=3", 1, "the two have no area in common"},
-      {"--with 10.252.0.1--10.252.0.77=3", 1, "there is no router-LSA of 10.252.0.77; the nearest"},
-      {"--cost 10.252.0.1>10.252.0.2=-3", 2, "\"-3\" is no cost, which is a number from 1 to 65535"},
+      {"--with 10.252.0.1--10.252.0.77=3", 1, "no router-LSA of 10.252.0.77; the nearest"},
+      {"--cost 10.252.0.1>10.252.0.2=-3", 2,
+       "\"-3\" is no cost, which is a number from 1 to 65535"},
       {"--cost 10.252.0.1>10.252.0.2=99999999999999", 2, "\"99999999999999\" is no cost"},
       {"--with 10.252.0.1--10.252.0.2=0", 2, "\"0\" is no cost"},
       {"--with 10.252.0.1--10.252.0.1=3", 2, "the two are one router"},
@@ -90,38 +92,30 @@ TEST_F(Routes, WhatIfsThatCannotBeAreRefusedByEveryCommand) {
   for (const char *command : {"routes --router all", "path 10.252.0.1 10.252.0.6", "graph --dot",
                               "check", "failures"}) {
     for (const Refused &each : all) {
-      const Said said = ask(std::string(command) + " --v2 " + each.what_if, "virtual");
-      EXPECT_EQ(said.status, each.status) << command << " " << each.what_if;
-      EXPECT_EQ(said.out, "") << command << " " << each.what_if;
-      EXPECT_NE(said.err.find(each.why), std::string::npos) << command << ": " << said.err;
+      expect_refused(std::string(command) + " --v2 " + each.what_if, "virtual", each.status,
+                     each.why);
     }
   }
 }
 
 TEST_F(Routes, EndsThatAreNotThereAreToldWithTheNearest) {
-  const Said from = ask("path 203.0.113.77 10.252.0.1 --v2", "virtual");
-  EXPECT_EQ(from.status, 1);
-  EXPECT_EQ(from.err.rfind("ospf-harbor: FROM: found \"203.0.113.77\", expected a router ID, an "
-                           "address or a prefix that routers of these databases have; the nearest "
-                           "are ",
-                           0),
-            0u)
-      << from.err;
+  expect_refused("path 203.0.113.77 10.252.0.1 --v2", "virtual", 1,
+                 "ospf-harbor: FROM: found \"203.0.113.77\", expected a router ID, an address or a "
+                 "prefix that routers of these databases have; the nearest are ");
   const Said to = ask("path 10.252.0.1 192.0.3.1 --v2", "virtual");
   EXPECT_EQ(to.status, 1);
   EXPECT_EQ(to.err,
             "ospf-harbor: path: no way from 10.252.0.1 to 192.0.3.1; prefixes near it: "
             "192.0.2.0/24, 198.51.100.0/24, 10.252.0.1/32\n");
-  const Said word = ask("path r1 10.252.0.1 --v2", "virtual");
-  EXPECT_EQ(word.status, 1);
-  EXPECT_NE(word.err.find("found \"r1\", expected a router ID"), std::string::npos) << word.err;
+  expect_refused("path r1 10.252.0.1 --v2", "virtual", 1, "found \"r1\", expected a router ID");
 }
 
 // A capture that begins when all is up: what it lacks is told, whatever is asked.
 TEST_F(Routes, WhatACaptureThatBeginsLateLacksIsTold) {
   const std::string late = recording("dr-change") + "/late.pcap";
   const std::string lacks =
-      "incomplete: OSPFv2: area 0.0.0.2: no router-LSA of 10.246.0.5, which that of 10.246.0.6 names";
+      "incomplete: OSPFv2: area 0.0.0.2: no router-LSA of 10.246.0.5, "
+      "which that of 10.246.0.6 names";
   for (const char *command :
        {"routes --router 10.246.0.6", "path 10.246.0.6 10.96.56.0/30", "failures", "graph --dot"}) {
     const Said said = RecordingTest::ask(std::string(command) + " --v2", late);

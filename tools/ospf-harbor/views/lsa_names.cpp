@@ -13,13 +13,6 @@ namespace tool {
 
 using namespace ospf_tables;
 
-std::string type_name(std::uint32_t version, std::uint16_t ls_type) {
-  if (const LsaType *type = find_type(version, ls_type)) return type->name;
-  char text[8];
-  std::snprintf(text, sizeof text, "0x%04x", ls_type);
-  return text;
-}
-
 std::string list_of_type_names() {
   std::vector<std::string_view> names;
   for (const LsaType &type : lsa_types) {

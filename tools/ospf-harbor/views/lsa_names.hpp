@@ -4,12 +4,12 @@
 
 #include <string>
 
+#include "lsa_vocabulary/types.hpp"
 #include "ospf_tables/lsdb_view.hpp"
 
 namespace tool {
 
-// Short: "Router", "ASBR-Sum"; four hexadecimal digits for a type without a name.
-std::string type_name(std::uint32_t version, std::uint16_t ls_type);
+using lsa_vocabulary::type_name;
 // Every short name, for messages about wrong ones.
 std::string list_of_type_names();
 const char *link_type_name(std::uint8_t type);

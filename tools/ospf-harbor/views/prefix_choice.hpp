@@ -16,7 +16,7 @@ struct PrefixChoice {
   Match match = Match::all;
   std::string text;  // without the sign
 
-  // Throws InputError when no family has such a prefix.
+  // Throws UsageError when no family has such a prefix.
   static PrefixChoice parse(const std::string &text);
   bool meets(const ospf_routes::Prefix &prefix, ospf_routes::Family family) const;
   // Does not meet it, but covers what was asked for or is within it, or is of the same address.

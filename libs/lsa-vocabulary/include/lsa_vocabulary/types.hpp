@@ -6,7 +6,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <optional>
+#include <string>
 
 namespace lsa_vocabulary {
 
@@ -83,6 +85,14 @@ constexpr const LsaType *find_type(std::uint32_t version, std::uint16_t number) 
     if (type.version == version && type.number == number) return &type;
   }
   return nullptr;
+}
+
+// Short: "Router", "ASBR-Sum"; four hexadecimal digits for a type without a name.
+inline std::string type_name(std::uint32_t version, std::uint16_t number) {
+  if (const LsaType *type = find_type(version, number)) return type->name;
+  char text[8];
+  std::snprintf(text, sizeof text, "0x%04x", number);
+  return text;
 }
 
 // The flooding scope of an LS type, none for OSPFv2 types that mean nothing and for the OSPFv3

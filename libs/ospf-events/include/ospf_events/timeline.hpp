@@ -1,10 +1,12 @@
 // What happens in a network while packets are heard: a Network that tells each change at once.
 //
 // - An adjacency is up when each of its two routers has the other Full, as Network judges. It is
-//   down when one of them is silent for the other's dead interval, no longer lists it, or begins
-//   the exchange of databases anew. What both differ in is told once, when it is first seen.
+//   down when one of them is silent for the other's dead interval, no longer lists it (but while it
+//   asks to wait for its restart), or begins the exchange of databases anew. What both differ in is
+//   told once, when it is first seen.
 // - An LSA is new, changed (its content is another), refreshed (its content is the same), flushed
-//   or aged out, as grace-LSAs are when the restart is over. An LSA that is flushed and was not there before is nothing new.
+//   or aged out, as grace-LSAs are when the restart is over. An LSA that is flushed and was not
+//   there before is nothing new.
 // - A router has restarted when it tells of a router-LSA of its own that it made later than the one
 //   that the network has, with a lower sequence number.
 // - An LSA is sent again when a router sends the instance that it sent on that link before, and
@@ -114,7 +116,8 @@ class Timeline : public ospf_decode::Network {
   void review(const ospf_decode::Packet &packet, bool begins_exchange = false);
   void review(const ospf_decode::Packet &packet, std::uint32_t with, bool only_two,
               bool begins_exchange);
-  void tell_down(const ospf_decode::Packet &packet, std::uint32_t with, bool is_heard);
+  bool asks_to_wait(const ospf_decode::Interface &of) const;
+  void tell_down(const ospf_decode::Packet &packet, std::uint32_t with, bool begins_exchange);
   void compare(const ospf_decode::Packet &packet, std::uint32_t with);
   void watch(std::uint32_t of, std::uint32_t with);
   void lost_by_timer(const Deadline &deadline);

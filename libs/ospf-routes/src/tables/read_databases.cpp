@@ -68,7 +68,7 @@ class DatabaseReader {
 
   void lack(const std::string &what) {
     database_.lacks.push_back((area_ == nullptr ? "" : "area " + dotted(area_->id) + ": ") +
-                              "LSA " + std::to_string(lsa_->type) + " " +
+                              lsa_vocabulary::type_name(lsa_->version, lsa_->type) + " " +
                               dotted(lsa_->link_state_id) + " of " + dotted(lsa_->adv_router) +
                               ": " + what);
   }

@@ -64,6 +64,7 @@ struct Interface {
   std::string dr;
   std::string bdr;
   std::uint8_t priority = 0;
+  std::uint8_t instance_id = 0;  // of OSPFv3, where a process has several
   std::vector<Neighbor> neighbors;
   std::vector<std::string> static_neighbors;  // addresses, each once
 };
