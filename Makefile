@@ -8,7 +8,7 @@ setup := tools/setup/install-packages.sh
 lists := tools/setup
 
 .PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes browser-test \
-	emit format reproducible install packages deb package-test clean
+	emit format reproducible install packages docs docs-test deb package-test clean
 
 help:
 	@echo "make run      install what is missing, build, show a router, a captured database and its picture"
@@ -26,6 +26,7 @@ help:
 	@echo "make format   clang-format on all sources"
 	@echo "make reproducible   two release builds in two folders, compared byte by byte"
 	@echo "make install  PREFIX=/usr/local"
+	@echo "make docs     the documentation as pages, in build/docs; make docs-test looks at them in a browser"
 	@echo "make deb      Debian packages, in build/packages; make package-test installs and uses them in a fresh root"
 
 packages:
@@ -159,15 +160,30 @@ reproducible: packages
 
 PREFIX ?= /usr/local
 install: packages
-	@cmake --preset release -DCMAKE_INSTALL_PREFIX="$(PREFIX)" >/dev/null
-	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf_harbor_check ospf-harbor ospf-harbor-pages python_rows
+	@$(setup) $(lists)/packages-docs.txt
+	@cmake --preset release -DCMAKE_INSTALL_PREFIX="$(PREFIX)" -DHARBOR_PAGES=ON >/dev/null
+	@cmake --build --preset release -j $(JOBS) --target ospf_harbor_oper ospf_harbor_check ospf-harbor \
+		ospf-harbor-pages python_rows pages
 	@cmake --install build/release
 	@[ -n "$(DESTDIR)" ] || tools/setup/after-install.sh "$$(dirname "$$(grep '/libkelp\.so$$' build/release/install_manifest.txt)")"
+
+# Debian's Python, which has the packages that the pages are made with.
+PAGES := build/docs
+docs: packages
+	@$(setup) $(lists)/packages-docs.txt
+	@cmake --preset release >/dev/null
+	@cmake --build --preset release -j $(JOBS) --target ospf-harbor ospf_harbor_check python_rows
+	@/usr/bin/python3 tools/site/build.py $(PAGES) build/release
+	@tests/site/check_links.py $(PAGES)
+
+docs-test: docs
+	@$(setup) $(lists)/packages-browser.txt
+	@python3 tests/site/pages_test.py $(PAGES) build/browser/docs
 
 # The compiler cache stays the one of the user, whom debhelper gives another home.
 PACKAGES := build/packages
 deb: packages
-	@$(setup) $(lists)/packages-deb.txt
+	@$(setup) $(lists)/packages-deb.txt $(lists)/packages-docs.txt
 	@debian/changelog.sh >debian/changelog
 	@dh_clean
 	@rm -rf $(PACKAGES) && mkdir -p $(PACKAGES)

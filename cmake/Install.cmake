@@ -42,3 +42,11 @@ install(DIRECTORY examples/ DESTINATION ${HARBOR_DOC_DIR}/examples
         FILES_MATCHING PATTERN "*.c" PATTERN "*.cpp" PATTERN "*.py" PATTERN "*_test.*" EXCLUDE
                        PATTERN "data" EXCLUDE)
 install(DIRECTORY examples/data DESTINATION ${HARBOR_DOC_DIR}/examples)
+# Made by running what they show, so behind all else; with Debian's Python, which has the packages.
+if(HARBOR_PAGES)
+  add_custom_target(pages ALL
+    COMMAND /usr/bin/python3 ${CMAKE_SOURCE_DIR}/tools/site/build.py ${CMAKE_BINARY_DIR}/pages
+            ${CMAKE_BINARY_DIR}
+    DEPENDS ospf-harbor ospf_harbor_oper ospf_harbor_check python_rows VERBATIM)
+  install(DIRECTORY ${CMAKE_BINARY_DIR}/pages/ DESTINATION ${HARBOR_DOC_DIR}/html)
+endif()
