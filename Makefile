@@ -8,7 +8,7 @@ setup := tools/setup/install-packages.sh
 lists := tools/setup
 
 .PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes browser-test \
-	emit format reproducible install packages docs docs-test deb package-test clean
+	emit format reproducible install packages abi docs docs-test deb package-test clean
 
 help:
 	@echo "make run      install what is missing, build, show a router, a captured database and its picture"
@@ -26,6 +26,7 @@ help:
 	@echo "make format   clang-format on all sources"
 	@echo "make reproducible   two release builds in two folders, compared byte by byte"
 	@echo "make install  PREFIX=/usr/local"
+	@echo "make abi      what the present state breaks for programs that were built against the last release"
 	@echo "make docs     the documentation as pages, in build/docs; make docs-test looks at them in a browser"
 	@echo "make deb      Debian packages, in build/packages; make package-test installs and uses them in a fresh root"
 
@@ -166,6 +167,9 @@ install: packages
 		ospf-harbor-pages python_rows pages
 	@cmake --install build/release
 	@[ -n "$(DESTDIR)" ] || tools/setup/after-install.sh "$$(dirname "$$(grep '/libkelp\.so$$' build/release/install_manifest.txt)")"
+
+abi:
+	@tools/abi/compare.py
 
 # Debian's Python, which has the packages that the pages are made with.
 PAGES := build/docs
