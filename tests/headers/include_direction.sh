@@ -76,7 +76,8 @@ ospf-tables: lsa-vocabulary
 capture-rows: lsa-vocabulary ospf-decode ospf-tables
 ospf-routes: ospf-tables lsa-vocabulary
 router-answers: capture-rows lsa-vocabulary ospf-decode ospf-tables
-tree-exchange: ospf-harbor-check ospf-tables'
+tree-exchange: ospf-harbor-check ospf-tables
+ospf-replication: ospf-harbor-check ospf-tables tree-exchange'
 for folder in libs/*/; do
   name=$(basename "$folder")
   printf '%s\n' "$libraries" | grep -q "^$name:" || complain "libs/$name has no place yet" "$libraries"

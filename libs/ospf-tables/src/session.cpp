@@ -31,12 +31,12 @@ Session::Session() {
   kelp_error error{};
   database_ = kelp_database_open_private("ospf-harbor", nullptr, &error);
   if (database_ == nullptr) throw LibraryFailure(error.text);
-  make_handle();
+  handle_ = new_handle();
 }
 
 Session::Session(const std::string &store, Missing missing)
     : database_(opened_store(store, missing)), is_store_(true) {
-  make_handle();
+  handle_ = new_handle();
 }
 
 Session::~Session() {
@@ -48,14 +48,15 @@ Session::~Session() {
     }
   }
   kelp_handle_destroy(handle_);
+  kelp_handle_destroy(other_handle_);
   kelp_database_close(database_, nullptr);
 }
 
-void Session::make_handle() {
+kelp_handle *Session::new_handle() {
   kelp_error error{};
-  handle_ = kelp_handle_create(database_, nullptr, &error);
-  if (handle_ != nullptr) return;
-  kelp_database_close(database_, nullptr);
+  kelp_handle *handle = kelp_handle_create(database_, nullptr, &error);
+  if (handle != nullptr) return handle;
+  if (handle_ == nullptr) kelp_database_close(database_, nullptr);
   throw LibraryFailure(error.text);
 }
 
@@ -76,6 +77,22 @@ void Session::changing(const std::function<void()> &act) {
   if (!is_store_) return act();
   kelp_error error{};
   if (kelp_lock_write(handle_, &error) != 0) throw LibraryFailure(error.text);
+  transact(act);
+}
+
+void Session::changing_on(const std::function<void(bool)> &act) {
+  if (!is_store_) return act(true);
+  kelp_error error{};
+  if (other_handle_ == nullptr) other_handle_ = new_handle();
+  if (kelp_lock_write(other_handle_, &error) != 0) throw LibraryFailure(error.text);
+  // Nobody commits any more, and a handle without a lock tells of commits since it had one.
+  const bool alone = kelp_feed_wait(handle_, nullptr, 0, nullptr) == ETIMEDOUT;
+  std::swap(handle_, other_handle_);
+  transact([&] { act(alone); });
+}
+
+// The handle has the write lock.
+void Session::transact(const std::function<void()> &act) {
   is_locked_ = true;
   try {
     act();
@@ -84,6 +101,7 @@ void Session::changing(const std::function<void()> &act) {
     throw;
   }
   is_locked_ = false;
+  kelp_error error{};
   if (kelp_unlock(handle_, &error) != 0) throw LibraryFailure(error.text);
 }
 

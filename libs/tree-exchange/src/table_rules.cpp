@@ -48,17 +48,23 @@ inline constexpr bool has_references =
     std::tuple_size_v<std::remove_cvref_t<decltype(references<Ops>)>> != 0;
 
 template <typename Ops>
-Bytes image_of(Session &session, void *record) {
+void put_image(Session &session, void *record, Bytes &image) {
   // The length leaves out the nine bytes of ra-data that an object of at least six may carry and,
   // under a tracking handle, the state byte of each array element of an object without state.
   const std::uint32_t length =
       64 + 3 * Ops::length(session.handle(), space, record_of<Ops>(record));
-  Bytes image(length + 4);
+  image.resize(length + 4);
   const std::uint32_t written =
       Ops::marshal(session.handle(), space, image.data(), record_of<Ops>(record),
                    static_cast<std::int32_t>(length), session.err());
   session.check(Ops::name);
   image.resize(written);
+}
+
+template <typename Ops>
+Bytes image_of(Session &session, void *record) {
+  Bytes image;
+  put_image<Ops>(session, record, image);
   if (has_references<Ops>) empty_references(Ops::name, image);
   return image;
 }
@@ -176,6 +182,7 @@ const TableRule RuleOf<Ops>::value = {
               void *record) { return row_key<Ops>(session, record_of<Ops>(record)); },
     .add = add<Ops>,
     .image = image_of<Ops>,
+    .stored_image = put_image<Ops>,
     .xml = xml_of<Ops>,
     .from_image = record_from_image<Ops>,
     .from_xml = record_from_xml<Ops>,

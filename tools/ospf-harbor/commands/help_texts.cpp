@@ -24,6 +24,12 @@ constexpr HelpText help_texts[] = {
      "lsdb --type external --prefix 100.64.0.0/10+ --from site.pcap\n"
      "lsdb --type opaque --adv-router 10.0.0.1 --detail --from routers"},
     {"watch", "watch area/0.0.0.0 --json --store net.store"},
+    {"replicate",
+     "replicate --store net.store --to nats://engine.example --name paris\n"
+     "replicate --store paris.store --from nats://engine.example --name paris\n"
+     "replicate --status --store paris.store --from nats://engine.example --name paris",
+     {"it ended by a signal, or --status found both ends the same",
+      "--status found a table that differs, or something is wrong with the engine or the data"}},
     {"graph", "graph --svg -o net.svg --from site.pcap\ngraph --html -o net.html --names names.txt --from routers"},
     {"routes",
      "routes --router 10.0.0.1 --from site.pcap\n"

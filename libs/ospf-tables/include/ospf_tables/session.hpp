@@ -54,6 +54,9 @@ class Session {
   // so does reading() within either. Throw LibraryFailure when the lock or the commit fails.
   void reading(const std::function<void()> &act);
   void changing(const std::function<void()> &act);
+  // As changing(), for who keeps addresses of rows from one time to the next: act is told whether
+  // nobody else has committed since this session gave up its lock last.
+  void changing_on(const std::function<void(bool alone)> &act);
 
   // Throws LibraryFailure when the error word is set, and clears it.
   void check(const char *what);
@@ -67,11 +70,13 @@ class Session {
 
  private:
   [[noreturn]] void fail(const char *what);
-  void make_handle();
+  kelp_handle *new_handle();
+  void transact(const std::function<void()> &act);
   void undo();
 
   kelp_database *database_ = nullptr;
   kelp_handle *handle_ = nullptr;
+  kelp_handle *other_handle_ = nullptr;  // takes turns with it, for changing_on()
   std::uint32_t err_ = 0;
   Told told_;
   RouterNames names_;

@@ -53,6 +53,9 @@ struct TableRule {
 
   // The record's image as it leaves the tree: its references are empty.
   Bytes (*image)(ospf_tables::Session &session, void *record);
+  // The image with references as they stand, put into bytes that may be used again: two of one
+  // database differ when anything of the row does.
+  void (*stored_image)(ospf_tables::Session &session, void *record, Bytes &image);
   std::string (*xml)(ospf_tables::Session &session, void *record);
   // New records out of forms that were checked before; in no table, and owned by the caller.
   void *(*from_image)(ospf_tables::Session &session, ByteView image);

@@ -1,0 +1,56 @@
+// The carrier: a stream of NATS JetStream for each site, which keeps the latest message under each
+// subject.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "ospf_replication/carrier.hpp"
+#include "ospf_replication/subjects.hpp"
+
+typedef struct __natsConnection natsConnection;
+typedef struct __jsCtx jsCtx;
+
+namespace ospf_replication {
+
+struct EngineOptions {
+  std::string url;          // nats://HOST[:PORT] or tls://..., several with commas between
+  std::string credentials;  // a file of the engine's user
+  std::string authorities;  // PEM files: whom to believe, and who this is
+  std::string certificate;
+  std::string key;
+  int replicas = 1;  // of a stream that is made
+};
+
+// A connection that comes back by itself. The engine need not be there yet.
+class Engine {
+ public:
+  // Throws Refused for options that can never work.
+  explicit Engine(const EngineOptions &options);
+  ~Engine();
+  Engine(const Engine &) = delete;
+  Engine &operator=(const Engine &) = delete;
+
+  bool is_connected() const;
+  // Rises whenever the connection was made anew.
+  std::uint64_t connections() const { return connections_; }
+  const EngineOptions &options() const { return options_; }
+  natsConnection *connection() const { return connection_; }
+  jsCtx *stream_context() const { return context_; }
+
+ private:
+  EngineOptions options_;
+  std::atomic<std::uint64_t> connections_{0};
+  natsConnection *connection_ = nullptr;
+  jsCtx *context_ = nullptr;
+};
+
+// words: who this is, for a second sender of the name.
+std::unique_ptr<Outlet> make_outlet(Engine &engine, const std::string &site,
+                                    const std::string &words);
+std::unique_ptr<Inlet> make_inlet(Engine &engine, const std::string &site);
+// The commit marker of a site; none when there is none. Throws CarrierFailure.
+std::optional<Bytes> last_commit_of(Engine &engine, const std::string &site);
+
+}  // namespace ospf_replication

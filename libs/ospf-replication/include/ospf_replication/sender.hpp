@@ -1,0 +1,74 @@
+// Sends what changes in a store: the difference between what the bucket holds and what the tree
+// holds at one moment, under one read lock, is one transaction. So a sender that was away, or whose
+// engine was, catches up in one step, and remembers one digest for each row.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "ospf_replication/carrier.hpp"
+#include "ospf_replication/subjects.hpp"
+#include "ospf_tables/session.hpp"
+
+namespace ospf_replication {
+
+struct SenderReport {
+  Stamp stamp;  // of the latest transaction that the bucket has
+  std::uint64_t rows = 0;
+  std::uint64_t transactions = 0;
+  std::uint64_t snapshots = 0;
+  std::uint64_t changed = 0;  // messages of rows that were sent
+};
+
+class Sender {
+ public:
+  Sender(ospf_tables::Session &session, Outlet &outlet, const std::string &site)
+      : session_(session), outlet_(outlet), subjects_(site) {}
+
+  // Looks at the store and the bucket, and sends what is due. Gives whether anything was sent.
+  // Throws CarrierFailure, after which the next turn sends a snapshot, Refused and LibraryFailure.
+  bool turn();
+
+  const SenderReport &report() const { return report_; }
+  // Why the latest snapshot was sent.
+  const std::string &reason() const { return reason_; }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  struct Sent {
+    Digest stored;
+    Digest row;
+    Luid luid{};
+    std::uint64_t seen = 0;   // the look that found it
+    bool is_counted = false;  // in the sums
+  };
+
+  void judge_bucket();
+  void begin_epoch();
+  bool send(bool all);
+  void gather(bool all, std::vector<Letter> &letters);
+  void gather_gone(bool all, std::vector<Letter> &letters);
+  void leave(const Sent &sent);
+  void need_snapshot(const std::string &reason);
+
+  ospf_tables::Session &session_;
+  Outlet &outlet_;
+  Subjects subjects_;
+  std::unordered_map<std::string, Sent> sent_;
+  Sums sums_;
+  BucketState bucket_;  // as it was left
+  Clock::time_point judged_{};
+  std::uint64_t look_ = 0;
+  std::unordered_set<std::string> tombstones_;  // paths under which the bucket has one
+  std::uint64_t asked_ = 0;
+  bool snapshot_is_due_ = true;
+  std::string reason_ = "a new sender";
+  Stamp next_;
+  SenderReport report_;
+};
+
+}  // namespace ospf_replication

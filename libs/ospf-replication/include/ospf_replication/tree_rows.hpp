@@ -1,0 +1,35 @@
+// All rows of a session's tree with their paths, from the root down.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "ospf_replication/messages.hpp"
+#include "tree_exchange/table_rules.hpp"
+
+namespace ospf_replication {
+
+struct TreeRow {
+  const std::string &path;
+  const tree_exchange::TableRule &rule;
+  void *record;
+  std::uint32_t references;  // a bit for each reference, in field order, that leads to a table
+  Digest stored;             // of the image with its references as they stand
+};
+
+void for_each_row(ospf_tables::Session &session, const std::function<void(const TreeRow &)> &act);
+
+// A bit for each reference of the row that leads to a table.
+std::uint32_t references_of(ospf_tables::Session &session, const tree_exchange::TableRule &rule,
+                            void *record);
+Digest stored_digest(ospf_tables::Session &session, const tree_exchange::TableRule &rule,
+                     void *record);
+
+// The digests of the tables of a session's tree, as a commit marker of it would have them.
+Sums sums_of(ospf_tables::Session &session);
+
+// The rule of the table in which a path's row stands; null when this edition has no such table.
+const tree_exchange::TableRule *rule_at(std::string_view path);
+
+}  // namespace ospf_replication

@@ -1,0 +1,162 @@
+#include "ospf_replication/sender.hpp"
+
+#include <algorithm>
+#include <random>
+
+#include "ospf_replication/tree_rows.hpp"
+
+namespace ospf_replication {
+
+using namespace ospf_tables;
+
+namespace {
+
+constexpr std::chrono::milliseconds judge_every{250};
+constexpr std::uint64_t free_tombstones = 1000;
+
+std::uint64_t wall_clock_now() {
+  return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(
+                                        std::chrono::system_clock::now().time_since_epoch())
+                                        .count());
+}
+
+std::uint64_t random_word() {
+  std::random_device device;
+  return std::uint64_t{device()} << 32 | device();
+}
+
+}  // namespace
+
+void Sender::need_snapshot(const std::string &reason) {
+  if (!snapshot_is_due_) reason_ = reason;
+  snapshot_is_due_ = true;
+}
+
+bool Sender::turn() {
+  try {
+    if (const auto above = outlet_.asked()) {
+      asked_ = *above;
+      need_snapshot("a follower asked for it");
+    }
+    if (!snapshot_is_due_) judge_bucket();
+    const bool all = snapshot_is_due_;
+    if (all) begin_epoch();
+    return send(all);
+  } catch (const CarrierFailure &failure) {
+    need_snapshot(failure.what());
+    throw;
+  }
+}
+
+// Another one's message, a purge, and an engine that came back without what it had acknowledged
+// all leave other numbers than these.
+void Sender::judge_bucket() {
+  if (Clock::now() - judged_ < judge_every) return;
+  const BucketState now = outlet_.state();
+  judged_ = Clock::now();
+  if (now == bucket_) return;
+  need_snapshot("the bucket has " + std::to_string(now.messages) + " messages up to number " +
+                std::to_string(now.last) + ", not " + std::to_string(bucket_.messages) +
+                " up to number " + std::to_string(bucket_.last));
+}
+
+void Sender::begin_epoch() {
+  bucket_ = outlet_.open();
+  std::uint64_t above = std::max(asked_, next_.epoch.number);
+  if (const auto bytes = outlet_.last_commit()) {
+    try {
+      above = std::max(above, read_message(*bytes).stamp.epoch.number);
+    } catch (const MessageFault &) {
+      // What is no marker has no epoch.
+    }
+  }
+  // A number from far ahead, which an honest clock would never reach, is nobody's.
+  constexpr std::uint64_t day = 86'400'000'000'000;
+  const std::uint64_t now = wall_clock_now();
+  if (above > now + day) above = 0;
+  next_ = {{std::max(now, above + 1), random_word()}, 0};
+}
+
+void Sender::gather(bool all, std::vector<Letter> &letters) {
+  ++look_;
+  for_each_row(session_, [&](const TreeRow &row) {
+    if (row.path.size() > longest_path) {
+      throw LibraryFailure(row.path.substr(0, 200) + "...: the path of a row has " +
+                           std::to_string(row.path.size()) + " bytes, of " +
+                           std::to_string(longest_path) + " that can be sent");
+    }
+    const auto [place, is_new] = sent_.try_emplace(row.path);
+    Sent &sent = place->second;
+    if (sent.seen == look_) {
+      throw LibraryFailure("two rows are named " + row.path + ", and cannot be told apart");
+    }
+    sent.seen = look_;
+    if (!all && !is_new && sent.stored == row.stored) return;
+    const Bytes image = row.rule.image(session_, row.record);
+    const Digest digest = digest_of(row.path, row.references, image);
+    sent.stored = row.stored;
+    if (!all && !is_new && sent.row == digest) return;
+    leave(sent);
+    sent.row = digest;
+    sent.luid = luid_of(image);
+    sent.is_counted = true;
+    sums_.add(sent.luid, digest);
+    tombstones_.erase(row.path);
+    letters.push_back({subjects_.rows + row.path, row_message(next_, row.references, image)});
+  });
+}
+
+void Sender::gather_gone(bool all, std::vector<Letter> &letters) {
+  std::erase_if(sent_, [&](const auto &entry) {
+    const auto &[path, sent] = entry;
+    if (sent.seen == look_) return false;
+    leave(sent);
+    if (!all) {
+      letters.push_back({subjects_.rows + path, gone_message(next_)});
+      tombstones_.insert(path);
+    }
+    return true;
+  });
+}
+
+void Sender::leave(const Sent &sent) {
+  if (sent.is_counted) sums_.take(sent.luid, sent.row);
+}
+
+bool Sender::send(bool all) {
+  ++next_.sequence;
+  std::vector<Letter> letters;
+  try {
+    session_.reading([&] { gather(all, letters); });
+  } catch (...) {
+    // What was noted as sent was not.
+    need_snapshot("a look at the store failed");
+    throw;
+  }
+  gather_gone(all, letters);
+  if (letters.empty() && !all) {
+    --next_.sequence;
+    return false;
+  }
+  const auto changed = static_cast<std::uint32_t>(letters.size());
+  letters.push_back({subjects_.commit, commit_message({next_, changed, sums_})});
+  const std::uint64_t last = bucket_.last;
+  bucket_.last = outlet_.put(letters, last);
+  if (all) {
+    outlet_.drop_before(last + 1);
+    tombstones_.clear();
+    snapshot_is_due_ = false;
+    asked_ = 0;
+    ++report_.snapshots;
+  }
+  bucket_.messages = sums_.rows() + tombstones_.size() + 1;
+  judged_ = Clock::now();
+  report_.stamp = next_;
+  report_.rows = sums_.rows();
+  report_.changed += changed;
+  ++report_.transactions;
+  if (tombstones_.size() > sums_.rows() + free_tombstones) need_snapshot("the tombstones of rows");
+  return true;
+}
+
+}  // namespace ospf_replication

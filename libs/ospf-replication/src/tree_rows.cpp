@@ -1,0 +1,89 @@
+#include "ospf_replication/tree_rows.hpp"
+
+#include "ospf_replication/subjects.hpp"
+#include "ospf_tables/tree.hpp"
+
+namespace ospf_replication {
+
+using namespace ospf_tables;
+using namespace tree_exchange;
+
+namespace {
+
+class Walk {
+ public:
+  Walk(Session &session, const std::function<void(const TreeRow &)> &act)
+      : session_(session), act_(act) {}
+
+  void rows(const TableRule &rule, void *table, const char *reference) {
+    rule.for_each(session_, table, [&](void *record) {
+      const std::size_t length = path_.size();
+      if (length != 0) path_ += '.';
+      path_ += reference;
+      path_ += '.';
+      path_ += token_of(rule.key(session_, record));
+      rule.stored_image(session_, record, image_);
+      act_({path_, rule, record, references_of(session_, rule, record), digest_of(image_)});
+      for (const ReferenceRule &below : rule.references) {
+        if (void *child = below.below(session_, record); child != nullptr) {
+          rows(*below.child, child, below.name);
+        }
+      }
+      path_.resize(length);
+    });
+  }
+
+ private:
+  Session &session_;
+  const std::function<void(const TreeRow &)> &act_;
+  std::string path_;
+  Bytes image_;
+};
+
+}  // namespace
+
+void for_each_row(Session &session, const std::function<void(const TreeRow &)> &act) {
+  if (void *root = root_table(session, false); root != nullptr) {
+    Walk(session, act).rows(root_rule(), root, root_rule().kind);
+  }
+}
+
+std::uint32_t references_of(Session &session, const TableRule &rule, void *record) {
+  std::uint32_t references = 0;
+  for (std::size_t at = 0; at < rule.references.size(); ++at) {
+    if (rule.references[at].below(session, record) != nullptr) references |= 1u << at;
+  }
+  return references;
+}
+
+Digest stored_digest(Session &session, const TableRule &rule, void *record) {
+  Bytes image;
+  rule.stored_image(session, record, image);
+  return digest_of(image);
+}
+
+Sums sums_of(Session &session) {
+  Sums sums;
+  for_each_row(session, [&](const TreeRow &row) {
+    const Bytes image = row.rule.image(session, row.record);
+    sums.add(luid_of(image), digest_of(row.path, row.references, image));
+  });
+  return sums;
+}
+
+const TableRule *rule_at(std::string_view path) {
+  const TableRule *rule = nullptr;
+  for (const Step &step : steps_of(path)) {
+    if (rule == nullptr) {
+      if (step.reference != root_rule().kind) return nullptr;
+      rule = &root_rule();
+      continue;
+    }
+    const ReferenceRule *reference = reference_named(*rule, step.reference);
+    if (reference == nullptr) return nullptr;
+    rule = reference->child;
+  }
+  return rule;
+}
+
+}  // namespace ospf_replication
