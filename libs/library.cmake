@@ -34,7 +34,7 @@ endfunction()
 
 # The tests and fuzz targets of the library; behind its target, which they link.
 macro(harbor_library_tests)
-  if(HARBOR_TESTS)
+  if(HARBOR_TESTS AND EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/tests)
     find_package(GTest REQUIRED)
     include(GoogleTest)
     if(NOT TARGET test_support)

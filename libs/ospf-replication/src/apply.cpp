@@ -169,8 +169,8 @@ void Application::enter(HadRows &had) {
   for (const auto &[path, row] : staged_) had.insert_or_assign(path, row);
   for (const auto &[path, step] : children_) {
     if (const auto row = had.find(path); row != had.end()) {
-      row->second.children = static_cast<std::uint64_t>(
-          static_cast<std::int64_t>(row->second.children) + step);
+      row->second.children =
+          static_cast<std::uint64_t>(static_cast<std::int64_t>(row->second.children) + step);
     }
   }
 }

@@ -28,12 +28,12 @@ void Assembly::take(const std::string &path, const Message &message, const Limit
                                                          : passed_ + 1;
   if (sequence < before) {
     throw Replayed("transaction " + std::to_string(sequence) + " again",
-                       std::to_string(before) + " or a later one");
+                   std::to_string(before) + " or a later one");
   }
   if (waiting_.size() >= limits.rows || bytes_ + message.image.size() > limits.bytes) {
     throw Oversized("more than " + std::to_string(limits.rows) + " rows or " +
-                           std::to_string(limits.bytes) + " bytes without a commit",
-                       "fewer");
+                        std::to_string(limits.bytes) + " bytes without a commit",
+                    "fewer");
   }
   Held held;
   held.sequence = sequence;
@@ -57,9 +57,8 @@ void Assembly::take(const std::string &path, const Message &message, const Limit
 bool Assembly::is_whole(const Commit &commit) const {
   // Read from the first message on, the latest marker is met again.
   if (!from_nothing_ && commit.stamp.sequence <= passed_) {
-    throw Replayed("the commit of transaction " + std::to_string(commit.stamp.sequence) +
-                           " again",
-                       "one behind " + std::to_string(passed_));
+    throw Replayed("the commit of transaction " + std::to_string(commit.stamp.sequence) + " again",
+                   "one behind " + std::to_string(passed_));
   }
   return commit.sums == sums_;
 }

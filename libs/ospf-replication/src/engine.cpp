@@ -5,10 +5,10 @@ namespace ospf_replication {
 
 namespace {
 
-constexpr int reconnect_wait = 100;     // milliseconds
-constexpr int ping_interval = 2000;     // milliseconds
-constexpr int connect_timeout = 2000;   // milliseconds
-constexpr int request_timeout = 3000;   // milliseconds
+constexpr int reconnect_wait = 100;    // milliseconds
+constexpr int ping_interval = 2000;    // milliseconds
+constexpr int connect_timeout = 2000;  // milliseconds
+constexpr int request_timeout = 1000;  // milliseconds
 
 void count(natsConnection *, void *connections) {
   ++*static_cast<std::atomic<std::uint64_t> *>(connections);
@@ -24,8 +24,8 @@ void require(const std::string &what, natsStatus status) {
 
 void set_security(natsOptions *options, const EngineOptions &asked) {
   if (!asked.credentials.empty()) {
-    require(asked.credentials, natsOptions_SetUserCredentialsFromFiles(
-                                   options, asked.credentials.c_str(), nullptr));
+    require(asked.credentials,
+            natsOptions_SetUserCredentialsFromFiles(options, asked.credentials.c_str(), nullptr));
   }
   if (!asked.authorities.empty() || !asked.certificate.empty()) {
     require("TLS", natsOptions_SetSecure(options, true));
@@ -35,8 +35,8 @@ void set_security(natsOptions *options, const EngineOptions &asked) {
             natsOptions_LoadCATrustedCertificates(options, asked.authorities.c_str()));
   }
   if (!asked.certificate.empty()) {
-    require(asked.certificate, natsOptions_LoadCertificatesChain(
-                                   options, asked.certificate.c_str(), asked.key.c_str()));
+    require(asked.certificate, natsOptions_LoadCertificatesChain(options, asked.certificate.c_str(),
+                                                                 asked.key.c_str()));
   }
 }
 

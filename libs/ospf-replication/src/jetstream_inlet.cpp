@@ -28,9 +28,8 @@ class JetStreamInlet : public Inlet {
     options.Ordered = true;
     options.Config.Heartbeat = heartbeat;
     natsSubscription *made = nullptr;
-    check(subjects_.stream,
-          js_SubscribeSync(&made, engine_.stream_context(), subjects_.all.c_str(), nullptr,
-                           &options, nullptr));
+    check(subjects_.stream, js_SubscribeSync(&made, engine_.stream_context(), subjects_.all.c_str(),
+                                             nullptr, &options, nullptr));
     reading_.reset(made);
     looked_ = Clock::now();
   }

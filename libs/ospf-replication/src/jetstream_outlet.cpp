@@ -44,8 +44,8 @@ class JetStreamOutlet : public Outlet {
     answer();
     jsErrCode code{};
     jsStreamInfo *info = nullptr;
-    natsStatus status = js_GetStreamInfo(&info, engine_.stream_context(), subjects_.stream.c_str(),
-                                         nullptr, &code);
+    natsStatus status =
+        js_GetStreamInfo(&info, engine_.stream_context(), subjects_.stream.c_str(), nullptr, &code);
     if (status == NATS_NOT_FOUND) status = make(&info);
     check(subjects_.stream, status);
     const StreamInfo own(info);
@@ -90,8 +90,8 @@ class JetStreamOutlet : public Outlet {
     jsOptions options;
     jsOptions_Init(&options);
     options.Stream.Purge.Sequence = number;
-    check(subjects_.stream, js_PurgeStream(engine_.stream_context(), subjects_.stream.c_str(),
-                                           &options, nullptr));
+    check(subjects_.stream,
+          js_PurgeStream(engine_.stream_context(), subjects_.stream.c_str(), &options, nullptr));
   }
 
   std::optional<std::uint64_t> asked() override {

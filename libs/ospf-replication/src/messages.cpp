@@ -51,9 +51,9 @@ void read_commit(ByteView body, Message &message) {
   const std::size_t tables = number_at(body, 4, 2);
   body = body.subspan(commit_size);
   if (tables > most_tables || body.size() != tables * table_size) {
-    throw MessageFault(std::to_string(tables) + " tables in " + length_text(body),
-                       std::to_string(table_size) + " bytes for each of at most " +
-                           std::to_string(most_tables));
+    throw MessageFault(
+        std::to_string(tables) + " tables in " + length_text(body),
+        std::to_string(table_size) + " bytes for each of at most " + std::to_string(most_tables));
   }
   Luid before{};
   for (std::size_t table = 0; table < tables; ++table, body = body.subspan(table_size)) {

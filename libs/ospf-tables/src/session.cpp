@@ -48,7 +48,8 @@ Session::~Session() {
     }
   }
   kelp_handle_destroy(handle_);
-  kelp_handle_destroy(other_handle_);
+  kelp_handle_destroy(last_handle_);
+  kelp_handle_destroy(next_handle_);
   kelp_database_close(database_, nullptr);
 }
 
@@ -82,12 +83,16 @@ void Session::changing(const std::function<void()> &act) {
 
 void Session::changing_on(const std::function<void(bool)> &act) {
   if (!is_store_) return act(true);
+  if (last_handle_ == nullptr) last_handle_ = new_handle();
+  if (next_handle_ == nullptr) next_handle_ = new_handle();
   kelp_error error{};
-  if (other_handle_ == nullptr) other_handle_ = new_handle();
-  if (kelp_lock_write(other_handle_, &error) != 0) throw LibraryFailure(error.text);
+  if (kelp_lock_write(next_handle_, &error) != 0) throw LibraryFailure(error.text);
   // Nobody commits any more, and a handle without a lock tells of commits since it had one.
-  const bool alone = kelp_feed_wait(handle_, nullptr, 0, nullptr) == ETIMEDOUT;
-  std::swap(handle_, other_handle_);
+  const bool alone = kelp_feed_wait(last_handle_, nullptr, 0, nullptr) == ETIMEDOUT;
+  std::swap(last_handle_, next_handle_);
+  const auto given_back = [this, usual = handle_](Session *) { handle_ = usual; };
+  const std::unique_ptr<Session, decltype(given_back)> turn(this, given_back);
+  handle_ = last_handle_;
   transact([&] { act(alone); });
 }
 

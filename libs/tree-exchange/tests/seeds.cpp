@@ -2,7 +2,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "random_tree.hpp"
+#include "support/random_tree.hpp"
 #include "stream_maker.hpp"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <random>
 
 #include "../fuzz/fuzz_input.hpp"
-#include "random_tree.hpp"
+#include "support/random_tree.hpp"
 #include "support/places.hpp"
 #include "tree_exchange/tree_xml.hpp"
 #include "xml_scanner.hpp"

@@ -25,9 +25,9 @@ constexpr HelpText help_texts[] = {
      "lsdb --type opaque --adv-router 10.0.0.1 --detail --from routers"},
     {"watch", "watch area/0.0.0.0 --json --store net.store"},
     {"replicate",
-     "replicate --store net.store --to nats://engine.example --name paris\n"
-     "replicate --store paris.store --from nats://engine.example --name paris\n"
-     "replicate --status --store paris.store --from nats://engine.example --name paris",
+     "replicate --store net.store --to nats://hub --name paris\n"
+     "replicate --store paris.store --from nats://hub --name paris\n"
+     "replicate --status --store p.store --from nats://hub --name paris",
      {"it ended by a signal, or --status found both ends the same",
       "--status found a table that differs, or something is wrong with the engine or the data"}},
     {"graph", "graph --svg -o net.svg --from site.pcap\ngraph --html -o net.html --names names.txt --from routers"},

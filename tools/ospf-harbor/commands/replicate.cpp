@@ -1,4 +1,5 @@
-// Sends what changes in a store to an engine that carries it to others, or follows a site from there.
+// Sends what changes in a store to an engine that carries it to others, or follows a site from
+// there.
 #include <csignal>
 #include <memory>
 #include <thread>
@@ -148,7 +149,8 @@ int compare(Session &session, const ReplicateOptions &options) {
     std::this_thread::sleep_for(turn_time);
   }
   const auto bytes = last_commit_of(engine, options.site);
-  if (!bytes) throw InputError(options.engine.url, "found no commit of " + options.site + ", expected one");
+  if (!bytes)
+    throw InputError(options.engine.url, "found no commit of " + options.site + ", expected one");
   const Message message = read_message(*bytes);
   if (message.kind != MessageKind::commit) throw MessageFault("a row", "a commit marker");
   const Sums &there = message.commit.sums;
@@ -240,7 +242,8 @@ Run set_up_replicate(CLI::App &app) {
 
 extern const Command replicate_command;
 const Command replicate_command{
-    replicate_name, "Send what changes in a store to other machines, or follow one, over NATS JetStream",
+    replicate_name,
+    "Send what changes in a store to other machines, or follow one, over NATS JetStream",
     Needs::session, set_up_replicate, Stands::on_the_command_line};
 
 }  // namespace tool

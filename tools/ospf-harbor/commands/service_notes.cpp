@@ -43,8 +43,9 @@ void ServiceNotes::change(const char *state, const std::string &words,
     nlohmann::ordered_json object{{"kind", direction_}, {"site", site_}, {"state", state}};
     if (!words.empty()) object["words"] = words;
     if (numbers.is_object()) object.update(numbers);
-    std::printf("%s\n",
-                object.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace).c_str());
+    std::printf(
+        "%s\n",
+        object.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace).c_str());
     std::fflush(stdout);
   }
   const std::string now = state + (": " + words);

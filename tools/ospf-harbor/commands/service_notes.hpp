@@ -1,5 +1,5 @@
-// What a command that runs until a signal says of itself: on a terminal, as JSON, and to the manager
-// of services that started it (READY, STATUS and STOPPING at NOTIFY_SOCKET).
+// What a command that runs until a signal says of itself: on a terminal, as JSON, and to the
+// manager of services that started it (READY, STATUS and STOPPING at NOTIFY_SOCKET).
 #pragma once
 
 #include <chrono>

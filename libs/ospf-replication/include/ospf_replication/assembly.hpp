@@ -1,5 +1,5 @@
-// What one epoch of a site is, put together from messages as they come. It touches no store: what is
-// wrong is refused here, and what is whole is handed on.
+// What one epoch of a site is, put together from messages as they come. It touches no store: what
+// is wrong is refused here, and what is whole is handed on.
 #pragma once
 
 #include <cstdint>
@@ -63,8 +63,8 @@ class Assembly {
 
   // Takes a row or a tombstone of this epoch. Throws MessageFault.
   void take(const std::string &path, const Message &message, const Limits &limits);
-  // Whether the rows are those that the commit marker tells of. Throws MessageFault for one that has
-  // passed.
+  // Whether the rows are those that the commit marker tells of. Throws MessageFault for one that
+  // has passed.
   bool is_whole(const Commit &commit) const;
   // What waits is in the store from now on.
   void has_passed(std::uint64_t sequence);

@@ -1,6 +1,6 @@
 // What carries messages between a sender and its followers: a bucket that keeps the latest message
-// under each subject and numbers all that come. It may lose what it acknowledged, and others may put
-// messages there; sender and followers judge what they find.
+// under each subject and numbers all that come. It may lose what it acknowledged, and others may
+// put messages there; sender and followers judge what they find.
 #pragma once
 
 #include <chrono>
@@ -70,8 +70,8 @@ class Inlet {
   virtual ~Inlet() = default;
   // From the first message of the bucket on. Throws CarrierFailure when it is away.
   virtual void begin() = 0;
-  // None when nothing came in time. Throws CarrierFailure when the way was broken, and begin() is to
-  // be called again.
+  // None when nothing came in time. Throws CarrierFailure when the way was broken, and begin() is
+  // to be called again.
   virtual std::optional<Arrival> next(std::chrono::milliseconds time) = 0;
   // Asks the sender for a snapshot with an epoch above that.
   virtual void ask(std::uint64_t epoch) = 0;

@@ -55,7 +55,7 @@ class Session {
   void reading(const std::function<void()> &act);
   void changing(const std::function<void()> &act);
   // As changing(), for who keeps addresses of rows from one time to the next: act is told whether
-  // nobody else has committed since this session gave up its lock last.
+  // nobody has committed since the last time. The first time it may be told that somebody has.
   void changing_on(const std::function<void(bool alone)> &act);
 
   // Throws LibraryFailure when the error word is set, and clears it.
@@ -76,7 +76,9 @@ class Session {
 
   kelp_database *database_ = nullptr;
   kelp_handle *handle_ = nullptr;
-  kelp_handle *other_handle_ = nullptr;  // takes turns with it, for changing_on()
+  // These two take turns in changing_on().
+  kelp_handle *last_handle_ = nullptr;
+  kelp_handle *next_handle_ = nullptr;
   std::uint32_t err_ = 0;
   Told told_;
   RouterNames names_;

@@ -1,4 +1,4 @@
-#include "random_tree.hpp"
+#include "support/random_tree.hpp"
 
 #include <random>
 

@@ -1,0 +1,334 @@
+// Senders and followers over a bucket in memory: what a follower has is what its sender has, and
+// whatever comes between leaves the follower with its last whole state.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "memory_bucket.hpp"
+#include "ospf_replication/follower.hpp"
+#include "ospf_replication/sender.hpp"
+#include "ospf_replication/tree_rows.hpp"
+#include "ospf_tables/tree.hpp"
+#include "support/processes.hpp"
+#include "support/random_tree.hpp"
+#include "support/temporary_folder.hpp"
+
+namespace replication_tests {
+
+namespace {
+
+using ospf_tables::Session;
+constexpr std::chrono::milliseconds at_once{0};
+
+class Replicated : public testing::Test {
+ protected:
+  void change(std::uint32_t seed, bool mixed = true) {
+    from_.changing([&] {
+      ospf_tables::clear_tree(from_);
+      tree_exchange_tests::make_random_tree(from_, {.seed = seed, .mixed_variants = mixed});
+    });
+  }
+  static std::string shown(Session &session) {
+    std::string text;
+    session.reading([&] { text = tree_exchange_tests::text_of(session); });
+    return text;
+  }
+  // Until nothing comes any more.
+  void settle() {
+    for (int quiet = 0; quiet < 3;) quiet = follower_.turn(at_once) ? 0 : quiet + 1;
+  }
+  void expect_same() {
+    EXPECT_EQ(shown(to_), shown(from_));
+    Sums sums;
+    to_.reading([&] { sums = sums_of(to_); });
+    EXPECT_EQ(sums, follower_.sums());
+    EXPECT_EQ(follower_.report().rows, sender_.report().rows);
+    kelp_error error{};
+    to_.reading(
+        [&] { EXPECT_EQ(kelp_database_check(to_.database(), nullptr, nullptr, &error), 0); });
+    EXPECT_STREQ(error.text, "");
+  }
+  std::uint64_t refused(Refusal kind) const {
+    return follower_.report().refused[static_cast<std::size_t>(kind)];
+  }
+  // The follower says so of a message and shows what it showed.
+  void expect_refused(const Letter &letter, Refusal kind) {
+    const std::string before = shown(to_);
+    const std::uint64_t count = refused(kind);
+    const std::size_t told = told_.size();
+    bucket_.add(letter);
+    settle();
+    EXPECT_GT(refused(kind), count) << letter.subject;
+    EXPECT_GT(told_.size(), told);
+    EXPECT_EQ(shown(to_), before);
+  }
+  void replicate() {
+    sender_.turn();
+    settle();
+  }
+  Letter some_row() const {
+    for (const auto &[number, letter] : bucket_.messages()) {
+      if (letter.subject.find(".area.") != letter.subject.npos) return letter;
+    }
+    ADD_FAILURE() << "no row";
+    return {};
+  }
+
+  const TemporaryFolder folder_;
+  Session from_{folder_.file("from"), Session::Missing::is_made};
+  Session to_{folder_.file("to"), Session::Missing::is_made};
+  MemoryBucket bucket_;
+  MemoryInlet inlet_{bucket_};
+  Sender sender_{from_, bucket_, "site"};
+  std::vector<std::string> told_;
+  Follower follower_{to_, inlet_, "site",
+                     [this](const std::string &what) { told_.push_back(what); }};
+};
+
+TEST_F(Replicated, TreesOfEveryTableArriveAsTheyAre) {
+  for (std::uint32_t seed = 1; seed <= 12; ++seed) {
+    SCOPED_TRACE(seed);
+    change(seed, seed % 2 == 0);
+    replicate();
+    expect_same();
+  }
+  EXPECT_EQ(follower_.report().transactions, 12u);
+  EXPECT_EQ(sender_.report().snapshots, 1u);
+  EXPECT_EQ(follower_.report().read_again, 0u);
+  EXPECT_TRUE(told_.empty()) << told_.front();
+}
+
+TEST_F(Replicated, AnEmptyStoreEmptiesItsFollowers) {
+  change(3);
+  replicate();
+  from_.changing([&] { ospf_tables::clear_tree(from_); });
+  replicate();
+  EXPECT_EQ(shown(to_), "");
+  expect_same();
+  // Under the names of rows that went there are tombstones, which rows take the place of.
+  change(3);
+  replicate();
+  expect_same();
+  EXPECT_FALSE(sender_.turn());
+  EXPECT_EQ(sender_.report().snapshots, 1u);
+}
+
+TEST_F(Replicated, WhoComesLaterReadsWhatThereIs) {
+  for (const std::uint32_t seed : {1u, 2u, 3u}) {
+    change(seed);
+    sender_.turn();
+  }
+  settle();
+  EXPECT_EQ(follower_.report().transactions, 1u);
+  expect_same();
+}
+
+TEST_F(Replicated, AFollowerThatBeginsAgainKeepsItsRows) {
+  change(5);
+  replicate();
+  MemoryInlet inlet(bucket_);
+  Follower again(to_, inlet, "site", [](const std::string &what) { FAIL() << what; });
+  EXPECT_TRUE(again.turn(at_once));
+  EXPECT_EQ(again.report().changed, 0u);
+  EXPECT_EQ(again.sums(), follower_.sums());
+}
+
+TEST_F(Replicated, ALostMessageIsReadAgain) {
+  change(1);
+  replicate();
+  bool lost = false;
+  inlet_.loses = [&](const Letter &letter) {
+    if (lost) return false;
+    lost = letter.subject.find(".row.") != letter.subject.npos;
+    return lost;
+  };
+  change(2);
+  replicate();
+  EXPECT_TRUE(lost);
+  EXPECT_EQ(follower_.report().read_again, 1u);
+  expect_same();
+}
+
+// A transaction that never comes together leaves the last one in place.
+TEST_F(Replicated, WhatIsLostForGoodIsAskedFor) {
+  change(1);
+  replicate();
+  const std::string before = shown(to_);
+  change(2);
+  sender_.turn();
+  auto without = bucket_.messages();
+  without.erase(without.begin());
+  bucket_.restore(without, bucket_.last());
+  settle();
+  EXPECT_EQ(shown(to_), before);
+  EXPECT_FALSE(follower_.report().is_whole);
+  EXPECT_EQ(follower_.report().asked, 1u);
+  sender_.turn();
+  EXPECT_EQ(sender_.reason(), "a follower asked for it");
+  settle();
+  expect_same();
+}
+
+TEST_F(Replicated, APurgedOrOlderBucketIsFilledAnew) {
+  change(1);
+  replicate();
+  const auto older = bucket_.messages();
+  const std::uint64_t last = bucket_.last();
+  change(2);
+  replicate();
+  std::this_thread::sleep_for(std::chrono::milliseconds(260));
+  bucket_.restore({}, bucket_.last());
+  EXPECT_TRUE(sender_.turn());
+  EXPECT_EQ(sender_.report().snapshots, 2u);
+  settle();
+  expect_same();
+  std::this_thread::sleep_for(std::chrono::milliseconds(260));
+  bucket_.restore(older, last);
+  EXPECT_TRUE(sender_.turn());
+  EXPECT_EQ(sender_.report().snapshots, 3u);
+  for (int turn = 0; turn < 3; ++turn) {
+    try {
+      follower_.turn(at_once);
+    } catch (const CarrierFailure &) {
+    }
+  }
+  settle();
+  expect_same();
+}
+
+TEST_F(Replicated, ATransactionThatIsCutAnywhereIsNeverShown) {
+  change(1);
+  replicate();
+  for (std::size_t cut = 0; cut < 40; cut += 3) {
+    const std::string before = shown(to_);
+    change(static_cast<std::uint32_t>(cut) + 2);
+    bucket_.fails_behind = cut;
+    EXPECT_THROW(sender_.turn(), CarrierFailure);
+    settle();
+    EXPECT_EQ(shown(to_), before);
+    bucket_.fails_behind = SIZE_MAX;
+    replicate();
+    expect_same();
+  }
+}
+
+TEST_F(Replicated, ASenderWhoseEngineIsAwayCatchesUpInOneStep) {
+  change(1);
+  replicate();
+  bucket_.away = true;
+  for (const std::uint32_t seed : {2u, 3u, 4u}) {
+    change(seed);
+    EXPECT_THROW(sender_.turn(), CarrierFailure);
+  }
+  bucket_.away = false;
+  replicate();
+  EXPECT_EQ(follower_.report().transactions, 2u);
+  expect_same();
+}
+
+TEST_F(Replicated, TombstonesNeverOutgrowTheRowsByMuch) {
+  std::size_t most = 0;
+  for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+    change(seed);
+    replicate();
+    most = std::max(most, bucket_.messages().size());
+  }
+  EXPECT_GT(sender_.report().snapshots, 1u);
+  EXPECT_LT(most, 3000u);
+  expect_same();
+}
+
+TEST_F(Replicated, RowsThatOthersChangeInTheFollowersStoreAreMended) {
+  change(1);
+  replicate();
+  const auto load = [&] {
+    const tool_tests::Said said = tool_tests::run_tool(
+        {"load", "frr", places::sample() + "/r1", "--store", folder_.file("to")});
+    ASSERT_EQ(said.status, 0) << said.err;
+  };
+  // Between two transactions, and before a follower begins.
+  load();
+  EXPECT_NE(shown(to_), shown(from_));
+  change(2);
+  replicate();
+  expect_same();
+  EXPECT_EQ(follower_.report().read_again, 1u);
+  load();
+  MemoryInlet inlet(bucket_);
+  Follower again(to_, inlet, "site", [](const std::string &what) { FAIL() << what; });
+  EXPECT_TRUE(again.turn(at_once));
+  EXPECT_EQ(shown(to_), shown(from_));
+}
+
+TEST_F(Replicated, WhatIsNoMessageIsRefused) {
+  change(1);
+  replicate();
+  const Letter row = some_row();
+  expect_refused({row.subject, {}}, Refusal::garbage);
+  expect_refused({row.subject, Bytes(64, 'x')}, Refusal::garbage);
+  expect_refused({"ospf-harbor.site.commit", row.body}, Refusal::garbage);
+  expect_refused({"ospf-harbor.site.other", row.body}, Refusal::foreign);
+  expect_refused({"ospf-harbor.site.row.ospf", row.body}, Refusal::foreign);
+  expect_refused({"ospf-harbor.site.row.ospf.0.area.a_zz", row.body}, Refusal::foreign);
+  expect_refused({row.subject, Bytes(largest_message + 1, 'O')}, Refusal::oversized);
+  // All of it is taken away by the next snapshot.
+  std::this_thread::sleep_for(std::chrono::milliseconds(260));
+  replicate();
+  expect_same();
+  EXPECT_EQ(refused(Refusal::foreign), 3u);
+}
+
+TEST_F(Replicated, WhatWasThereBeforeIsRefused) {
+  change(1);
+  replicate();
+  const auto before = bucket_.messages();
+  change(2);
+  replicate();
+  std::uint64_t count = 0;
+  for (const auto &[number, letter] : before) {
+    bucket_.add(letter);
+    ++count;
+  }
+  const std::string shown_before = shown(to_);
+  settle();
+  EXPECT_EQ(shown(to_), shown_before);
+  EXPECT_GE(refused(Refusal::replayed), count - 1);
+  std::this_thread::sleep_for(std::chrono::milliseconds(260));
+  replicate();
+  expect_same();
+  // Of the epoch before, all of it.
+  const std::uint64_t replayed = refused(Refusal::replayed);
+  for (const auto &[number, letter] : before) bucket_.add(letter);
+  settle();
+  EXPECT_EQ(shown(to_), shown(from_));
+  EXPECT_GE(refused(Refusal::replayed), replayed + before.size());
+}
+
+// One that may write there can make sums that are right of rows that make no tree.
+TEST_F(Replicated, RowsThatMakeNoTreeAreRefused) {
+  change(1);
+  replicate();
+  const std::string before = shown(to_);
+  const Letter row = some_row();
+  const Message message = read_message(row.body);
+  const Stamp stamp{{message.stamp.epoch.number + 1, 7}, 1};
+  const Bytes image(message.image.begin(), message.image.end());
+  const std::string path = row.subject.substr(Subjects("site").rows.size());
+  const auto forge = [&](const std::string &at) {
+    Sums sums;
+    sums.add(luid_of(image), digest_of(at, message.references, image));
+    bucket_.add({Subjects("site").rows + at, row_message(stamp, message.references, image)});
+    bucket_.add({Subjects("site").commit, commit_message({stamp, 1, sums})});
+    settle();
+    EXPECT_EQ(shown(to_), before);
+  };
+  forge(path);  // without the rows above it
+  EXPECT_GE(refused(Refusal::unsound), 1u);
+  std::this_thread::sleep_for(std::chrono::milliseconds(260));
+  replicate();
+  expect_same();
+}
+
+}  // namespace
+
+}  // namespace replication_tests
