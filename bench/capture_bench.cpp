@@ -330,7 +330,10 @@ void CaptureIntoTables(benchmark::State &state) {
     kelp_memory_statistics after{};
     kelp_database_memory(session.database(), &after);
     const auto lsas = static_cast<double>(file().lsas());
-    state.counters["bytes/LSA"] = static_cast<double>(after.used_bytes - before.used_bytes) / lsas;
+    const auto counted = [](const kelp_memory_statistics &memory) {
+      return static_cast<double>(memory.used_bytes + memory.own_bytes);
+    };
+    state.counters["bytes/LSA"] = (counted(after) - counted(before)) / lsas;
   }
   report(state, total);
 }

@@ -164,7 +164,8 @@ void insert(benchmark::State &state) {
         (bench::resident_bytes() - before) / static_cast<double>(filled.all.size());
     if constexpr (requires { filled.table.store.memory(); }) {
       state.counters["counted_per_row"] =
-          static_cast<double>(filled.table.store.memory().used_bytes) /
+          static_cast<double>(filled.table.store.memory().used_bytes +
+                              filled.table.store.memory().own_bytes) /
           static_cast<double>(filled.all.size());
     }
     filled.erase();

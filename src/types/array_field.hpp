@@ -287,10 +287,24 @@ void remove(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id
 template <const Structure &T, const Field &F>
 using Element = typename Primitive<F.held>::value_type;
 
+// The element where it may be read inline, else null.
+template <const Structure &T, const Field &F>
+Element<T, F> *quick_element(kelp_handle *handle, void *object, std::uint32_t index,
+                             const std::uint32_t *err) {
+  if (!field_access::reads_quickly<F>(handle, object, err) ||
+      index >= *place_of<T, model::counter_of(T, F)>(object)) {
+    return nullptr;
+  }
+  auto *elements = static_cast<Element<T, F> *>(*place_of<T, F>(object));
+  return elements == nullptr ? nullptr : elements + index;
+}
+
 // Required: a store that a failed set_mem left null under its old count is read through.
 template <const Structure &T, const Field &F>
 Element<T, F> *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t index,
                    std::uint32_t *err) {
+  if (auto *element = quick_element<T, F>(handle, object, index, err)) [[likely]]
+    return element;
   if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
   if (index >= count_of(facts<T, F>, object)) {
     fail(handle, KELP_ERR_NOT_FOUND, err, About(F), "found the index %u, expected one below %u",
@@ -305,6 +319,8 @@ Element<T, F> *get(kelp_handle *handle, std::uint32_t space_id, void *object, st
 template <const Structure &T, const Field &F>
 Element<T, F> get_value(kelp_handle *handle, std::uint32_t space_id, void *object,
                         std::uint32_t index, std::uint32_t *err) {
+  if (const auto *element = quick_element<T, F>(handle, object, index, err)) [[likely]]
+    return *element;
   if (!field_access::begin_read<F>(handle, object, err)) return 0;
   const auto *element = get<T, F>(handle, space_id, object, index, err);
   return element == nullptr ? Element<T, F>{0}

@@ -30,6 +30,19 @@ inline bool begin_read(kelp_handle *handle, const void *object, std::uint32_t *e
   return begin(handle, err) && has_field<F>(handle, object, err);
 }
 
+// Steps 1 to 3 done inline. False, with nothing done, where a call is to be made or there is
+// something to say.
+template <const Field &F>
+inline bool reads_quickly(kelp_handle *handle, const void *object, const std::uint32_t *err) {
+  kelp_quick *quick = kelp::quick::of(handle);
+  if (quick == nullptr || *err != 0 || object == nullptr ||
+      kelp::quick::variant_of(object) < F.since) {
+    return false;
+  }
+  kelp::quick::forget_error(*quick);
+  return true;
+}
+
 // Steps 1 to 4 of a write. The structure is brought in line with its domain before anything is
 // written to it; what the runtime leaves in the error word then is not looked at.
 template <const Structure &T, const Field &F>
@@ -40,9 +53,29 @@ inline bool begin_write(kelp_handle *handle, std::uint32_t space_id, void *objec
   return has_field<F>(handle, object, err);
 }
 
+// The opening of a write done inline, of a number by set_value under a handle that does not track:
+// the object is at its type's highest variant, so that nothing is adjusted. False as above.
+template <const Structure &T>
+inline bool writes_quickly(kelp_handle *handle, const void *object, const std::uint32_t *err) {
+  kelp_quick *quick = kelp::quick::of(handle);
+  if (quick == nullptr || *err != 0 || object == nullptr || handle->sttr != nullptr ||
+      !kelp::quick::fixes_nothing(handle)) {
+    return false;
+  }
+  const kelp_object_header *header = header_of(object);
+  if (header->variant < T.variants - 1 || (header->obj_flags & OBJ_TINFO_BLOCK) != 0 ||
+      header->tinfo == nullptr || header->tinfo->varinfo == nullptr) {
+    return false;
+  }
+  kelp::quick::forget_error(*quick);
+  return true;
+}
+
 // The field inside the object; a primitive one by the runtime's getter.
 template <const Structure &T, const Field &F>
 void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
+  if (reads_quickly<F>(handle, object, err)) [[likely]]
+    return place_of<T, F>(object);
   if (!begin_read<F>(handle, object, err)) return nullptr;
   if constexpr (is_primitive(F.kind)) {
     return Primitive<F.kind>::get(handle, space_id, place_of<T, F>(object), err);

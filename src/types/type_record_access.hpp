@@ -174,6 +174,17 @@ void adjust_variant(kelp_handle *handle, std::uint32_t space_id, void *object, s
                               T.variants - 1, err);
 }
 
+// Whether a writer of images has nothing to say of the object's variant and may do the frame
+// inline.
+inline bool is_ordinary(const kelp_handle *handle, const void *object, const std::uint32_t *err) {
+  if (*err != 0 || object == nullptr || !kelp::quick::fixes_nothing(handle)) return false;
+  const kelp_object_header *header = header_of(object);
+  const kelp_type_record *record = header->tinfo;
+  return (header->obj_flags & (OBJ_TINFO_BLOCK | OBJ_RA_DATA)) == 0 && record != nullptr &&
+         record->varinfo != nullptr && header->variant >= 0 &&
+         header->variant <= kelp::quick::highest_variant(record);
+}
+
 // The entry tests of the two operations that ask an object for its references. They are traced,
 // and clear no last error.
 bool may_ask(std::string_view type, kelp_handle *handle, const void *object,

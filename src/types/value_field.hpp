@@ -86,8 +86,8 @@ std::uint32_t word_of(const void *object) {
 
 // Required: a null object yields 0 without a failure.
 template <const Structure &T, const Field &F>
-auto get_value(kelp_handle *handle, std::uint32_t space_id, const void *object,
-               std::uint32_t *err) {
+[[gnu::noinline]] auto get_value_by_steps(kelp_handle *handle, std::uint32_t space_id,
+                                          const void *object, std::uint32_t *err) {
   if constexpr (is_primitive(F.kind)) {
     using Type = Primitive<F.kind>;
     using Value = typename Type::value_type;
@@ -98,6 +98,18 @@ auto get_value(kelp_handle *handle, std::uint32_t space_id, const void *object,
   } else {
     if (!field_access::begin_read<F>(handle, object, err)) return std::uint32_t{0};
     if (object == nullptr || !begin(handle, err)) return std::uint32_t{0};
+    return word_of<T, F>(object);
+  }
+}
+
+template <const Structure &T, const Field &F>
+auto get_value(kelp_handle *handle, std::uint32_t space_id, const void *object,
+               std::uint32_t *err) {
+  if (!field_access::reads_quickly<F>(handle, object, err)) [[unlikely]]
+    return get_value_by_steps<T, F>(handle, space_id, object, err);
+  if constexpr (is_primitive(F.kind)) {
+    return *place_of<T, F>(object);
+  } else {
     return word_of<T, F>(object);
   }
 }
@@ -143,8 +155,8 @@ inline constexpr messages::WriteSite set_value_site =
 // set_value opens as set does and then runs the whole read skeleton, so that the last error is
 // cleared and the variant tested a second time. None of these exits marks the state.
 template <const Structure &T, const Field &F, typename Value>
-void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, Value value,
-               std::uint32_t *err) {
+[[gnu::noinline]] void set_value_by_steps(kelp_handle *handle, std::uint32_t space_id, void *object,
+                                          Value value, std::uint32_t *err) {
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
   if (*err != 0) return;
   storage_of<F.kind> *place = nullptr;
@@ -170,6 +182,20 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, Value 
   }
   state_tracking::mark(handle, space_id, object,
                        state_tracking::write_place<T, F, set_value_site<F>>, err);
+}
+
+template <const Structure &T, const Field &F, typename Value>
+void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, Value value,
+               std::uint32_t *err) {
+  if constexpr (is_primitive(F.kind)) {
+    if (field_access::writes_quickly<T>(handle, object, err)) [[likely]] {
+      auto *place = place_of<T, F>(object);
+      kelp::quick::write_notify(handle, place, sizeof *place, space_id);
+      *place = Primitive<F.kind>::rule::stored(value);
+      return;
+    }
+  }
+  set_value_by_steps<T, F>(handle, space_id, object, value, err);
 }
 
 }  // namespace harbor::value_field

@@ -121,7 +121,7 @@ KELP_API void kelp_database_make_current(kelp_database *database);
  * with a database of its own puts the caller's back with it. */
 KELP_API kelp_database *kelp_database_current(void);
 
-/* What the objects of a database take. Type records and the table of contents are not counted. */
+/* What the objects of a database take, and beside them what the runtime keeps of them. */
 typedef struct kelp_memory_statistics {
   uint64_t live_allocations;
   uint64_t live_bytes; /* as they were asked for */
@@ -131,6 +131,9 @@ typedef struct kelp_memory_statistics {
   uint64_t limit_bytes;    /* 0 for none */
   uint64_t total_allocations;
   uint64_t failed_allocations;
+  /* Of the runtime's own, as they were given: type records, the table of contents, OIDs, feeds. All
+   * above is of objects alone. */
+  uint64_t own_bytes;
 } kelp_memory_statistics;
 
 KELP_API void kelp_database_memory(const kelp_database *database,

@@ -229,6 +229,12 @@ extern "C" void kelp_database_memory(const kelp_database *database,
   statistics->limit_bytes = found.limit_bytes;
   statistics->total_allocations = found.total_allocations;
   statistics->failed_allocations = found.failed_allocations;
+  if (database->store == nullptr) {
+    statistics->own_bytes = database->system.statistics().used_bytes;
+  } else {
+    const kelp::store::Head &head = database->store->head();
+    statistics->own_bytes = head.statistics.own_bytes + head.types_used;
+  }
 }
 
 extern "C" int32_t kelp_database_set_memory_limit(kelp_database *database, size_t bytes,

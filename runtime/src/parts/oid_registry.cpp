@@ -8,15 +8,13 @@
 #include <cstring>
 #include <new>
 
+#include "wire/byte_order.hpp"
+
 namespace kelp {
 
 namespace {
 
 using store::mix;
-
-std::uint64_t hash_of_object(const void *object) {
-  return mix(reinterpret_cast<std::uintptr_t>(object));
-}
 
 constexpr std::uintptr_t kMappedPage = 4096;
 
@@ -24,10 +22,11 @@ std::uintptr_t page_of(const void *object) {
   return reinterpret_cast<std::uintptr_t>(object) / kMappedPage;
 }
 
+// Ids of one database count up in their second half, and fall into places that follow each other.
 std::uint64_t hash_of_id(const std::uint8_t *id) {
-  std::uint64_t halves[2];
-  std::memcpy(halves, id, sizeof halves);
-  return mix(mix(halves[0]) ^ halves[1]);
+  std::uint64_t database = 0;
+  std::memcpy(&database, id, sizeof database);
+  return mix(database) + load_big_endian<std::uint64_t>(id + sizeof database);
 }
 
 }  // namespace
@@ -69,7 +68,7 @@ kelp_oid OidRegistry::next_oid() {
 
 kelp_oid_mapping *OidRegistry::find_object(const void *object) const {
   return by_object().find<kelp_oid_mapping>(
-      hash_of_object(object),
+      hash_of_address(object),
       [&](const kelp_oid_mapping &mapping) { return mapping.object == object; });
 }
 
@@ -108,7 +107,7 @@ kelp_oid_mapping *OidRegistry::add(void *object, const kelp_oid *wanted) {
   mapping->oid = oid;
   mapping->object = object;
   try {
-    by_object().insert(&mapping->by_object, hash_of_object(object));
+    by_object().insert(&mapping->by_object, hash_of_address(object));
     by_id().insert(&mapping->by_id.node, hash_of_id(oid.id));
     by_page().insert(&mapping->by_page.node, mix(page_of(object)));
   } catch (...) {

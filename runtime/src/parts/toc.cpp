@@ -10,16 +10,12 @@ namespace {
 
 constexpr std::size_t kLuidBytes = 16;
 
+// Ids of one type count up, and fall into places that follow each other.
 std::uint64_t hash_of_key(const TableOfContents::Key &key) {
   std::uint64_t halves[2];
   std::memcpy(halves, key.luid, sizeof halves);
-  const std::uint64_t rest =
-      key.by_name ? store::hash_of(key.path.data(), key.path.size()) : key.id * 2 + 1;
-  return store::mix(halves[0] ^ store::mix(halves[1] ^ rest));
-}
-
-std::uint64_t hash_of_table(const kelp_table *table) {
-  return store::mix(reinterpret_cast<std::uintptr_t>(table));
+  const std::uint64_t of_type = mix(halves[0] ^ mix(halves[1]));
+  return key.by_name ? mix(of_type ^ hash_of(key.path.data(), key.path.size())) : of_type + key.id;
 }
 
 }  // namespace
@@ -56,7 +52,7 @@ TableOfContents::Entry *TableOfContents::find_entry(const Key &key) const {
 TableOfContents::Entry *TableOfContents::find_table(const kelp_table *table) const {
   using Link = store::IndexLink<Entry>;
   const auto *link = by_address().find<Link>(
-      hash_of_table(table), [&](const Link &each) { return each.owner->table == table; });
+      hash_of_address(table), [&](const Link &each) { return each.owner->table == table; });
   return link == nullptr ? nullptr : link->owner;
 }
 
@@ -74,7 +70,7 @@ TableOfContents::Entry *TableOfContents::make_entry(kelp_table *table, std::size
   made->table = table;
   made->path_length = path_length;
   try {
-    by_address().insert(&made->by_address.node, hash_of_table(table));
+    by_address().insert(&made->by_address.node, hash_of_address(table));
   } catch (...) {
     memory_->give_back(made);
     throw;

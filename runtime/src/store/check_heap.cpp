@@ -103,11 +103,7 @@ std::uint64_t HeapCheck::check_large(std::uint64_t i, std::uint64_t end) {
       say("span %" PRIu64 ": expected part %u of a large block", i + k, k);
     }
   }
-  if ((span.state & kRuntimes) == 0) {
-    ++found_.live_allocations;
-    found_.live_bytes += span.asked;
-    found_.used_bytes += span.run * kSpanBytes;
-  }
+  note_block(span.state, span.asked, span.run * kSpanBytes);
   return i + span.run;
 }
 
@@ -165,10 +161,8 @@ void HeapCheck::check_slots(std::uint64_t i) {
     if (is_free[at] || !read_slot(i, at, &slot)) continue;
     if ((slot.state & kLive) == 0 || slot.state > (kLive | kRuntimes) || slot.asked > bytes) {
       say("span %" PRIu64 ": slot %u of %u bytes has state %u", i, at, slot.asked, slot.state);
-    } else if ((slot.state & kRuntimes) == 0) {
-      ++found_.live_allocations;
-      found_.live_bytes += slot.asked;
-      found_.used_bytes += bytes;
+    } else {
+      note_block(slot.state, slot.asked, bytes);
     }
   }
   if (span.first_free != kNoSlot || span.fresh < span.slot_count) with_room_.insert(i);
@@ -215,6 +209,16 @@ void HeapCheck::check_classes() {
   }
 }
 
+void HeapCheck::note_block(std::uint8_t state, std::uint64_t asked, std::uint64_t used) {
+  if ((state & kRuntimes) != 0) {
+    found_.own_bytes += used;
+    return;
+  }
+  ++found_.live_allocations;
+  found_.live_bytes += asked;
+  found_.used_bytes += used;
+}
+
 void HeapCheck::check_statistics() {
   const Statistics &said = header_.head.statistics;
   if (said.live_allocations != found_.live_allocations || said.live_bytes != found_.live_bytes ||
@@ -223,6 +227,10 @@ void HeapCheck::check_statistics() {
         " of %" PRIu64 ", %" PRIu64,
         said.live_allocations, said.live_bytes, said.used_bytes, found_.live_allocations,
         found_.live_bytes, found_.used_bytes);
+  }
+  if (said.own_bytes != found_.own_bytes) {
+    say("header: %" PRIu64 " bytes used by the runtime itself; found %" PRIu64, said.own_bytes,
+        found_.own_bytes);
   }
 }
 

@@ -58,6 +58,7 @@ class HeapCheck {
                   std::unordered_set<std::uint64_t> &expected, Test &&belongs);
   void check_bins();
   void check_classes();
+  void note_block(std::uint8_t state, std::uint64_t asked, std::uint64_t used);
   void check_statistics();
 
   View view_;

@@ -76,8 +76,11 @@ void Heap::unlink(std::uint32_t &list, Span *span) {
 }
 
 void Heap::count(std::size_t asked, std::size_t used, std::uint8_t owner, bool in) {
-  if ((owner & kRuntimes) != 0) return;
   Statistics &counts = head_->statistics;
+  if ((owner & kRuntimes) != 0) {
+    counts.own_bytes += in ? used : -used;
+    return;
+  }
   if (in) {
     ++counts.live_allocations;
     ++counts.total_allocations;

@@ -43,7 +43,7 @@ inline constexpr char kStoreMagic[16] = "kelp database\n\x1a";
 inline constexpr char kJournalMagic[16] = "kelp journal\n\x1a";
 inline constexpr char kRedoMagic[16] = "kelp redo\n\x1a";
 inline constexpr char kLockMagic[16] = "kelp locks\n\x1a";
-inline constexpr std::uint32_t kLayoutVersion = 3;
+inline constexpr std::uint32_t kLayoutVersion = 4;
 inline constexpr std::uint32_t kSurvivesProcesses = 0;  // of durability
 inline constexpr std::uint32_t kSurvivesPower = 1;
 inline constexpr std::uint32_t kByteOrder = 0x01020304;
@@ -75,11 +75,12 @@ struct Identity {
 static_assert(sizeof(Identity) == 120);
 
 struct Statistics {
-  std::uint64_t live_allocations;  // of objects; what the runtime keeps for itself is not counted
+  std::uint64_t live_allocations;  // of objects
   std::uint64_t live_bytes;
   std::uint64_t used_bytes;
   std::uint64_t peak_used_bytes;
   std::uint64_t total_allocations;
+  std::uint64_t own_bytes;  // used by what the runtime keeps for itself
 };
 
 // What the parts of a database find their things by. A private database has one too.

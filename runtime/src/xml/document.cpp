@@ -95,8 +95,8 @@ class Trail {
   static constexpr size_t kLongest = 256;
   static constexpr size_t kDeepest = 8;
   struct Level {
-    size_t length;
-    Node node;
+    size_t length = 0;
+    Node node = nullptr;
   };
 
   void add(std::string_view path, size_t known, Node node) {
@@ -107,10 +107,10 @@ class Trail {
 
   uint64_t document_ = 0;  // its serial
   size_t depth_ = 0;
-  Level levels_[kDeepest];
-  char path_[kLongest];
+  Level levels_[kDeepest] = {};
+  char path_[kLongest] = {};
 };
-thread_local Trail t_trail;
+constinit thread_local Trail t_trail;
 
 void describe(char *message, uint32_t size, const char *what, Position at) {
   if (message == nullptr || size == 0) return;

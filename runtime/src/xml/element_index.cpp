@@ -3,19 +3,36 @@
 // slot.
 #include "xml/element_index.hpp"
 
+#include <cstring>
 #include <random>
-
-#include "base/mix.hpp"
 
 namespace kelp {
 namespace {
 
-std::uint64_t process_seed() {
-  static const std::uint64_t seed = [] {
+using Seeds = std::array<std::uint64_t, 2>;
+
+const Seeds &process_seeds() {
+  static const Seeds seeds = [] {
     std::random_device random;
-    return std::uint64_t{random()} << 32 | random();
+    const auto word = [&] { return std::uint64_t{random()} << 32 | random(); };
+    return Seeds{word(), word()};
   }();
-  return seed;
+  return seeds;
+}
+
+__extension__ typedef unsigned __int128 Wide;
+
+// Both halves of the product.
+std::uint64_t fold(std::uint64_t a, std::uint64_t b) {
+  const Wide product = Wide{a} * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+template <typename Word>
+Word load(const char *at) {
+  Word word;
+  std::memcpy(&word, at, sizeof word);
+  return word;
 }
 
 // Calls enter(element, parent, depth) with each element below tree, in document order, until it is
@@ -42,14 +59,35 @@ bool each_element(const pugi::xml_document &tree, const Enter &enter) {
 
 }  // namespace
 
+// Texts are hashed sixteen bytes at a time; the last of them may overlap those before.
 std::uint32_t ElementIndex::hash_of(std::string_view text) const {
-  return static_cast<std::uint32_t>(kelp::hash_of(text.data(), text.size(), seed_));
+  const char *at = text.data();
+  std::size_t left = text.size();
+  std::uint64_t hash = seeds_[1] ^ left;
+  for (; left > 16; left -= 16, at += 16) {
+    hash = fold(load<std::uint64_t>(at) ^ seeds_[0], load<std::uint64_t>(at + 8) ^ hash);
+  }
+  std::uint64_t first = 0;
+  std::uint64_t last = 0;
+  if (left >= 8) {
+    first = load<std::uint64_t>(at);
+    last = load<std::uint64_t>(at + left - 8);
+  } else if (left >= 4) {
+    first = load<std::uint32_t>(at);
+    last = load<std::uint32_t>(at + left - 4);
+  } else if (left > 0) {
+    first = static_cast<unsigned char>(at[0]);
+    const auto byte = [at](std::size_t place) {
+      return static_cast<std::uint64_t>(static_cast<unsigned char>(at[place]));
+    };
+    last = byte(left / 2) << 8 | byte(left - 1);
+  }
+  return static_cast<std::uint32_t>(fold(first ^ seeds_[0], last ^ hash));
 }
 
 std::uint32_t ElementIndex::group_hash(Node parent, std::uint32_t name) const {
-  const std::uint64_t spread = name * UINT64_C(0x9E3779B97F4A7C15);
-  return static_cast<std::uint32_t>(
-      mix(seed_ ^ (reinterpret_cast<std::uintptr_t>(parent) + spread)));
+  const auto address = reinterpret_cast<std::uintptr_t>(parent);
+  return static_cast<std::uint32_t>(fold(address ^ seeds_[0], name ^ seeds_[1]));
 }
 
 std::uint32_t ElementIndex::slot_of_name(std::string_view text, std::uint32_t hash) const {
@@ -115,7 +153,7 @@ bool ElementIndex::build(const pugi::xml_document &tree, int max_depth, pugi::xm
     Node node;
     std::uint32_t group;
   };
-  seed_ = process_seed();
+  seeds_ = process_seeds();
   std::vector<Element> elements;
   Node above = nullptr;  // of the element before, and its group
   std::uint32_t group = 0;

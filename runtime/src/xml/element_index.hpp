@@ -6,6 +6,7 @@
 // elements of an array, which follow each other under one name, only once for all of them.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <pugixml.hpp>
 #include <span>
@@ -67,7 +68,7 @@ class ElementIndex {
   static void make_room(Slots &slots, std::size_t count, const Hash &hash_of_number);
   std::uint32_t group_hash(Node parent, std::uint32_t name) const;
 
-  std::uint64_t seed_ = 0;
+  std::array<std::uint64_t, 2> seeds_ = {};
   Slots name_slots_;
   Slots group_slots_;
   std::vector<Name> names_;

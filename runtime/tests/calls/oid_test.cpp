@@ -39,6 +39,22 @@ TEST_F(OidTest, MappingWorksBothWays) {
   release(object);
 }
 
+// A mapping is counted beside the objects, as long as it is there.
+TEST_F(OidTest, MappingsAreToldAsWhatTheRuntimeKeeps) {
+  release(make<Object>(&type.record));
+  std::vector<Object *> objects;
+  for (int i = 0; i < 100; ++i) objects.push_back(make<Object>(&type.record));
+  const kelp_memory_statistics before = memory();
+  for (Object *object : objects) oid_of(object);
+  const kelp_memory_statistics mapped = memory();
+  EXPECT_EQ(mapped.used_bytes, before.used_bytes);
+  EXPECT_EQ(mapped.live_allocations, before.live_allocations);
+  EXPECT_GE(mapped.own_bytes, before.own_bytes + 100 * sizeof(kelp_oid));
+  const std::uint64_t of_mappings = 100 * sizeof(kelp_oid);
+  for (Object *object : objects) release(object);
+  EXPECT_LE(memory().own_bytes, mapped.own_bytes - of_mappings);
+}
+
 TEST_F(OidTest, OidsAreUnique) {
   std::vector<Object *> objects;
   std::vector<kelp_oid> oids;
