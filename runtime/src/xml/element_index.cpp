@@ -3,6 +3,8 @@
 // slot.
 #include "xml/element_index.hpp"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 #include <random>
 
@@ -148,13 +150,28 @@ std::uint32_t ElementIndex::number_of_group(Node parent, std::uint32_t name) {
   return slot - 1;
 }
 
-bool ElementIndex::build(const pugi::xml_document &tree, int max_depth, pugi::xml_node *too_deep) {
+// Room for the elements of a usual document from the start.
+void ElementIndex::reserve(std::size_t elements) {
+  constexpr std::size_t kMost = 4096;
+  const std::size_t likely = std::min(elements, kMost);
+  names_.reserve(likely);
+  groups_.reserve(likely);
+  name_slots_.resize(std::bit_ceil(2 * likely));
+  group_slots_.resize(name_slots_.size());
+}
+
+bool ElementIndex::build(const pugi::xml_document &tree, std::size_t text_length, int max_depth,
+                         pugi::xml_node *too_deep) {
+  constexpr std::size_t kUsualElement = 16;  // bytes, with its tags
   struct Element {
     Node node;
     std::uint32_t group;
   };
   seeds_ = process_seeds();
+  const std::size_t likely = text_length / kUsualElement + 8;
+  reserve(likely);
   std::vector<Element> elements;
+  elements.reserve(likely);
   Node above = nullptr;  // of the element before, and its group
   std::uint32_t group = 0;
   const auto enter = [&](pugi::xml_node node, pugi::xml_node parent, int depth) {

@@ -20,9 +20,10 @@ class ElementIndex {
   using Node = pugi::xml_node_struct *;
   using Nodes = std::span<const Node>;
 
-  // Takes in every element below tree. False when one lies deeper than max_depth; *too_deep then is
-  // that element.
-  bool build(const pugi::xml_document &tree, int max_depth, pugi::xml_node *too_deep);
+  // Takes in every element below tree, which was parsed from a text of that length. False when one
+  // lies deeper than max_depth; *too_deep then is that element.
+  bool build(const pugi::xml_document &tree, std::size_t text_length, int max_depth,
+             pugi::xml_node *too_deep);
 
   // How many elements of a name there are, and the first in document order; null for none.
   struct Named {
@@ -59,6 +60,7 @@ class ElementIndex {
   // Numbers and 1, by hash; 0 for a free slot. A power of two, at most half full.
   using Slots = std::vector<std::uint32_t>;
 
+  void reserve(std::size_t elements);
   std::uint32_t hash_of(std::string_view text) const;
   std::uint32_t slot_of_name(std::string_view text, std::uint32_t hash) const;
   std::uint32_t slot_of_group(Node parent, std::uint32_t name) const;

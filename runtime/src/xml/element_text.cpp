@@ -4,6 +4,11 @@
 namespace kelp {
 
 ElementText::ElementText(pugi::xml_node element) {
+  const pugi::xml_node first = element.first_child();
+  if (first.type() == pugi::node_pcdata && !first.next_sibling()) {
+    view_ = first.value();
+    return;
+  }
   bool several = false;
   for (const pugi::xml_node node : element.children()) {
     if (node.type() != pugi::node_pcdata && node.type() != pugi::node_cdata) continue;
