@@ -1,11 +1,11 @@
-// An interface on its way between two programs that know different variants of its type: written as an
-// image, checked, read, and read again where the writer is of an earlier variant.
+// An interface on its way between two programs that know different variants of its type: written as
+// an image, checked, read, and read again where the writer is of an earlier variant.
 #include <iostream>
 #include <ospf_harbor.hpp>
 #include <ospf_harbor/receive.hpp>
 
-// What a writer sends: a handle may be told to write an earlier variant of a type, for peers that know
-// no other.
+// What a writer sends: a handle may be told to write an earlier variant of a type, for peers that
+// know no other.
 std::vector<std::byte> image_of_interface(int variant) {
   ospf_harbor::database database("writer");
   ospf_harbor::session session(database);

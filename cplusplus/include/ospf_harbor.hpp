@@ -13,4 +13,5 @@
 // included on its own.
 #pragma once
 
+#include <ospf_harbor/feed.hpp>
 #include <ospf_harbor/model.hpp>

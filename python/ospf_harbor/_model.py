@@ -31,6 +31,8 @@ class Model:
         self.rows = rows
         self._check_library()
         self.light_types = {}
+        self.counted_from_one = {each['name'] for each in rows['enumerations']
+                                 if each['counts_from_one']}
         self.structures = {}
         self.tables = {}
         self.classes = {}  # by Python name
@@ -69,10 +71,24 @@ class Model:
         made = type(class_name(name), (Structure,), {
             '__slots__': (), '__doc__': row['meaning'], **references, **fields, '_name': name,
             '_fields': fields, '_selector': row.get('selected_by'),
+            '_completion': self._completion(fields),
             '_has_references': bool(references) or any(each._has_references for each in below),
             '_size': row['size']})
         made._plain_class = made
         self.structures[name] = self._publish(made)
+
+    def _completion(self, fields):
+        """What makes a fresh object one that can be written as it is: a number that has a name, and
+        in a choice the arm that stands for none."""
+        values = {}
+        for field in fields.values():
+            kind = self.structures.get(field.type)
+            if field.form == 'enumeration' and field.type in self.counted_from_one:
+                values[field.name] = next(iter(self.light_types[field.type]))
+            elif field.form == 'embedded' and kind._selector is not None:
+                values[field.name] = {arm.name: 0 for arm in kind._fields.values()
+                                      if arm.form == 'arm' and arm.type == 'uint32_t'}
+        return values
 
     def _add_table(self, row):
         name = row['name']

@@ -21,6 +21,7 @@ class Structure:
     _selector = None  # of a choice
     _key = None       # of a row: the field that is its table's key
     _made_plan = None
+    _completion = {}  # what a row's object is given before its fields
 
     def __init__(self, database=None, /, **fields):
         """Makes an object of its own, in a database or, without one, in a private one that the

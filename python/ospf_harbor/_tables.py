@@ -285,9 +285,10 @@ class Table(collections.abc.MutableMapping):
     # --- changing ---
 
     def add(self, fields=None, /, *, key=None, source=DEFAULT_SOURCE, **more):
-        """Makes a row from fields (a mapping or an object) and `more`, and enters it; gives it. A
-        table whose rows have a key object takes `key`, a tuple or a mapping. 17 when the key is
-        there already: nothing is changed then."""
+        """Makes a row from fields (a mapping or an object) and `more`, and enters it; gives it. What
+        is not given is as in a new object, but that an interface has no authentication selected and
+        a neighbour is down. A table whose rows have a key object takes `key`, a tuple or a mapping.
+        17 when the key is there already: nothing is changed then."""
         fields = {} if fields is None else fields
         if isinstance(fields, collections.abc.Mapping) and self._key_class is not None:
             fields = dict(fields)
@@ -312,6 +313,8 @@ class Table(collections.abc.MutableMapping):
             self._place(handle, record, self._key_class(self.database, **parts))
         data = self._data_class(self.database)
         self._place(handle, record, data)
+        data.assign({name: value for name, value in data._completion.items()
+                     if data._fields[name].since <= data.variant})
         data.assign(fields)
         data.assign(more)
 

@@ -2,9 +2,12 @@
 // loops over the lists of the headers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <map>
 #include <ospf_harbor.hpp>
 #include <ospf_harbor/receive.hpp>
+#include <sstream>
 
 #include "model/lists.hpp"
 #include "support/temporary_folder.hpp"
@@ -177,6 +180,66 @@ TEST_F(Sessions, EveryFieldOfEveryTypeKeepsWhatItIsGiven) {
   EXPECT_EQ(fields, expected);
 }
 
+// Whether one field counts the elements of the other: it stands directly before it.
+bool counts(const std::string &type, const std::string &counter, const std::string &array) {
+  for (const auto *row : harbor::model::structures) {
+    for (std::size_t n = 1; row->name == type && n < row->fields.size(); ++n) {
+      const auto &before = *row->fields[n - 1];
+      if (row->fields[n]->name == array) {
+        return before.kind == harbor::model::Kind::counter && before.name == counter;
+      }
+    }
+  }
+  return false;
+}
+
+std::vector<std::string> lines_of(const std::string &text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+// The lines of an object's text by the names of their fields. A number without a name, which a
+// fresh object may hold, has no end of line: what follows it is left out.
+std::multimap<std::string, std::string> lines_by_field(const std::string &text) {
+  std::multimap<std::string, std::string> lines;
+  for (const std::string &line : lines_of(text)) {
+    const std::size_t begin = line.find_first_not_of(' ');
+    lines.emplace(line.substr(begin, line.find_first_of("@[", begin) - begin), line);
+  }
+  return lines;
+}
+
+// The library's own text tells which field a setter wrote, so that an accessor of one field under
+// the name of another is seen.
+TEST_F(Sessions, EverySetterWritesTheFieldOfItsName) {
+  for_each_type([&]<typename Ref>() {
+    const auto fresh = lines_by_field(owned<Ref>(at).to_text());
+    Ref::for_each_field([&](const auto &field) {
+      using Value = std::invoke_result_t<decltype(field.get), const Ref &>;
+      if constexpr (!is_table<Value> && !is_object<Value> && !is_optional<Value>) {
+        SCOPED_TRACE(field.name);
+        owned<Ref> object(at);
+        (static_cast<const Ref &>(object).*field.set)(Sample<Value>::value());
+        const auto now = lines_by_field(object.to_text());
+        const auto changed = [&](const std::string &name) {
+          const auto [begin, end] = now.equal_range(name);
+          const auto [old_begin, old_end] = fresh.equal_range(name);
+          return !std::equal(begin, end, old_begin, old_end);
+        };
+        for (const auto &[name, line] : fresh) {
+          if (name == field.name || counts(Ref::rules::name, name, field.name)) continue;
+          EXPECT_FALSE(changed(name)) << line;
+        }
+        bool differs = true;
+        if constexpr (std::is_enum_v<Value>) differs = members_of<Value>.size() > 1;
+        EXPECT_EQ(changed(field.name), differs);
+      }
+    });
+  });
+}
+
 TEST_F(Sessions, TypesFieldsAndMembersAreThoseOfTheSchema) {
   std::size_t type = 0;
   for_each_type([&]<typename Ref>() {
@@ -299,15 +362,42 @@ TEST_F(Sessions, WalksShowTheRowsOfOneSourceOrOfAll) {
     const auto other = table.add(key_of<Key>(0), 7);
     const auto usual = table.add(key_of<Key>(0));
     const auto shadow = table.add(key_of<Key>(1), 255);
+    const auto last = table.add(key_of<Key>(1), 7);
     using Rows = std::vector<row<Table>>;
     const auto rows = [](const auto &range) { return Rows(range.begin(), range.end()); };
     EXPECT_EQ(rows(table), Rows{usual});
-    EXPECT_EQ(rows(table.of_source(7)), Rows{other});
+    EXPECT_EQ(rows(table.of_source(7)), (Rows{other, last}));
     EXPECT_EQ(rows(table.of_source(8)), Rows{});
-    EXPECT_EQ(rows(table.of_every_source()), (Rows{usual, other, shadow}));
-    EXPECT_EQ(*--table.of_source(7).end(), other);
+    EXPECT_EQ(rows(table.of_every_source()), (Rows{usual, other, last, shadow}));
+    EXPECT_EQ(*--table.of_source(7).end(), last);
+    EXPECT_EQ(*-- --table.of_source(7).end(), other);
     EXPECT_FALSE(table.find(key_of<Key>(1)));
   });
+}
+
+// Fields of a key stand in the text of a row under their names, in the order of the schema.
+TEST_F(Sessions, EachPartOfAKeyIsTheFieldOfItsName) {
+  const auto part = [](const std::string &text, const std::string &name) {
+    const std::size_t begin = text.find(name + "@");
+    const std::size_t value = text.find(':', begin) + 1;
+    return text.substr(value, text.find('\n', begin) - value);
+  };
+  tree<schema::tbl_ospfv3_link> links(at);
+  const std::string link = links.add({1, 2, 3}).to_text();
+  EXPECT_EQ(part(link, " interface_id"), "1");
+  EXPECT_EQ(part(link, "neighbor_interface_id"), "2");
+  EXPECT_EQ(part(link, "neighbor_router_id"), "3");
+  tree<schema::tbl_ospfv2_link> others(at);
+  const std::string other = others.add({1, 2}).to_text();
+  EXPECT_EQ(part(other, "link_id"), "1");
+  EXPECT_EQ(part(other, "link_data"), "2");
+}
+
+TEST_F(Sessions, ANeighbourIsDownFromTheStart) {
+  tree<schema::tbl_ospf_neighbor> neighbors(at);
+  const auto made = neighbors.add(address::v4(1));
+  EXPECT_EQ(made->state(), ospf_harbor::nbr_state_type::NBR_STATE_DOWN);
+  EXPECT_FALSE(made.to_image().empty());
 }
 
 TEST_F(Sessions, EachTenantSeesItsOwnRows) {
@@ -433,13 +523,19 @@ TEST_F(Sessions, EveryFieldOfNoObjectIsToldByItsName) {
     Ref::for_each_field([&](const auto &field) {
       using Value = std::invoke_result_t<decltype(field.get), const Ref &>;
       const Ref none(at, nullptr);
+      const std::string place = std::string(Ref::rules::name) + "." + field.name;
+      try {
+        (none.*field.get)();
+        ADD_FAILURE() << field.name;
+      } catch (const failure &why) {
+        EXPECT_EQ(std::string(why.what()).find(place), 0u) << why.what();
+      }
       if constexpr (!is_table<Value> && !is_object<Value> && !is_optional<Value>) {
         try {
           (none.*field.set)(Sample<Value>::value());
           ADD_FAILURE() << field.name;
         } catch (const failure &why) {
           EXPECT_TRUE(why.code() == 22 || why.code() == 2) << why.code();
-          const std::string place = std::string(Ref::rules::name) + "." + field.name;
           EXPECT_EQ(std::string(why.what()).find(place), 0u) << why.what();
         }
       }
@@ -488,6 +584,42 @@ TEST_F(Sessions, AnImageThatIsNoneIsRefusedWithWhereAndWhy) {
     EXPECT_FALSE(receive_row(kept, image));
     EXPECT_EQ(keeping.first_failure()->code(), 22);
     keeping.forget();
+  });
+}
+
+TEST_F(Sessions, AFeedShowsEachTablesRowsThatComeChangeAndGo) {
+  for_each_table([&]<typename Table>() {
+    using Key = typename Table::key_type;
+    const auto table = table_ref<Table>::make(at);
+    EXPECT_THROW(feed<Table>{table}, failure);  // nobody follows it
+    follow(table);
+    session other(data);
+    {
+      feed<Table> reader(table_ref<Table>(other, table.get()));
+      const auto shown = [&]() -> std::string {
+        std::string kinds;
+        while (const auto change = reader.next()) {
+          kinds += change->kind == change_kind::inserted   ? "+"
+                   : change->kind == change_kind::modified ? "~"
+                                                           : "-";
+          EXPECT_EQ(change->of.key(), key_of<Key>(0));
+        }
+        return kinds;
+      };
+      EXPECT_FALSE(reader.wait(0));
+      const auto row = table.add(key_of<Key>(0));
+      EXPECT_TRUE(reader.wait(0));
+      EXPECT_EQ(shown(), "+");
+      EXPECT_FALSE(reader.wait(0));
+      tell_changed(table, row);
+      tell_changed(table, row);
+      EXPECT_EQ(shown(), "~");
+      request_end(table, row);
+      EXPECT_EQ(shown(), "-");
+      collect(at);
+      EXPECT_TRUE(table.empty());
+    }
+    table.end_tree();
   });
 }
 

@@ -351,6 +351,23 @@ class Tables(samples.Mixin, unittest.TestCase):
                 self.refused(ospf_harbor.BadImage, others.add_xml, '<x/>')
                 self.assertEqual(len(others), 2)
 
+    def test_a_row_of_a_key_alone_can_be_written(self):
+        for kind in samples.tables():
+            with self.subTest(table=kind._name):
+                table = self.database.table(kind, 'keys alone', create=True)
+                others = self.database.table(kind, 'read', create=True)
+                key = samples.key_of(kind, 1)
+                row = (table.add(key=key) if kind._key_class is not None
+                       else table.add({kind._data_key: key}))
+                self.assertEqual(others.add_image(row.to_record_image()), row)
+                for field in row._fields.values():
+                    if field.form == 'enumeration':
+                        self.assertIn(getattr(row, field.name), MODEL.light_types[field.type])
+                    choice = getattr(row, field.name) if field.form == 'embedded' else None
+                    if choice is not None and choice._selector is not None:
+                        there = [getattr(choice, arm.name) for arm in samples.arms(type(choice))]
+                        self.assertEqual([each for each in there if each is not None], [0])
+
     def test_wrong_keys(self):
         for kind in samples.tables():
             table = samples.filled(self.database, kind)

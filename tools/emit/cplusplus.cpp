@@ -350,6 +350,7 @@ std::string rules_text(const Table &table) {
                                {"count", "table_get_count"},
                                {"create_record", "create_record_w_src"},
                                {"destroy_record", "destroy_record"},
+                               {"request_destroy", "request_record_destroy"},
                                {"insert", "insert"},
                                {"first", "pkey_get_first"},
                                {"first_of", "pkey_get_first_by_src"},

@@ -1169,6 +1169,7 @@ struct tbl_ospfv2_unknown_sub_tlv {
   static constexpr auto count = &::tbl_ospfv2_unknown_sub_tlv_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv2_unknown_sub_tlv_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv2_unknown_sub_tlv_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv2_unknown_sub_tlv_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv2_unknown_sub_tlv_insert;
   static constexpr auto first = &::tbl_ospfv2_unknown_sub_tlv_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv2_unknown_sub_tlv_pkey_get_first_by_src;
@@ -1205,6 +1206,7 @@ struct tbl_ospfv2_unknown_tlv {
   static constexpr auto count = &::tbl_ospfv2_unknown_tlv_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv2_unknown_tlv_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv2_unknown_tlv_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv2_unknown_tlv_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv2_unknown_tlv_insert;
   static constexpr auto first = &::tbl_ospfv2_unknown_tlv_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv2_unknown_tlv_pkey_get_first_by_src;
@@ -1241,6 +1243,7 @@ struct tbl_ospfv2_external {
   static constexpr auto count = &::tbl_ospfv2_external_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv2_external_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv2_external_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv2_external_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv2_external_insert;
   static constexpr auto first = &::tbl_ospfv2_external_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv2_external_pkey_get_first_by_src;
@@ -1277,6 +1280,7 @@ struct tbl_ospfv2_topology {
   static constexpr auto count = &::tbl_ospfv2_topology_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv2_topology_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv2_topology_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv2_topology_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv2_topology_insert;
   static constexpr auto first = &::tbl_ospfv2_topology_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv2_topology_pkey_get_first_by_src;
@@ -1314,6 +1318,7 @@ struct tbl_ospfv2_link {
   static constexpr auto count = &::tbl_ospfv2_link_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv2_link_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv2_link_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv2_link_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv2_link_insert;
   static constexpr auto first = &::tbl_ospfv2_link_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv2_link_pkey_get_first_by_src;
@@ -1353,6 +1358,7 @@ struct tbl_ospfv3_link {
   static constexpr auto count = &::tbl_ospfv3_link_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv3_link_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv3_link_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv3_link_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv3_link_insert;
   static constexpr auto first = &::tbl_ospfv3_link_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv3_link_pkey_get_first_by_src;
@@ -1391,6 +1397,7 @@ struct tbl_ospfv3_prefix_list {
   static constexpr auto count = &::tbl_ospfv3_prefix_list_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv3_prefix_list_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv3_prefix_list_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv3_prefix_list_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv3_prefix_list_insert;
   static constexpr auto first = &::tbl_ospfv3_prefix_list_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv3_prefix_list_pkey_get_first_by_src;
@@ -1427,6 +1434,7 @@ struct tbl_ospfv3_ia_prefix_list {
   static constexpr auto count = &::tbl_ospfv3_ia_prefix_list_table_get_count;
   static constexpr auto create_record = &::tbl_ospfv3_ia_prefix_list_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospfv3_ia_prefix_list_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospfv3_ia_prefix_list_request_record_destroy;
   static constexpr auto insert = &::tbl_ospfv3_ia_prefix_list_insert;
   static constexpr auto first = &::tbl_ospfv3_ia_prefix_list_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospfv3_ia_prefix_list_pkey_get_first_by_src;
@@ -1463,6 +1471,7 @@ struct tbl_multi_topology {
   static constexpr auto count = &::tbl_multi_topology_table_get_count;
   static constexpr auto create_record = &::tbl_multi_topology_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_multi_topology_destroy_record;
+  static constexpr auto request_destroy = &::tbl_multi_topology_request_record_destroy;
   static constexpr auto insert = &::tbl_multi_topology_insert;
   static constexpr auto first = &::tbl_multi_topology_pkey_get_first;
   static constexpr auto first_of = &::tbl_multi_topology_pkey_get_first_by_src;
@@ -1500,6 +1509,7 @@ struct tbl_link_scope_lsa {
   static constexpr auto count = &::tbl_link_scope_lsa_table_get_count;
   static constexpr auto create_record = &::tbl_link_scope_lsa_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_link_scope_lsa_destroy_record;
+  static constexpr auto request_destroy = &::tbl_link_scope_lsa_request_record_destroy;
   static constexpr auto insert = &::tbl_link_scope_lsa_insert;
   static constexpr auto first = &::tbl_link_scope_lsa_pkey_get_first;
   static constexpr auto first_of = &::tbl_link_scope_lsa_pkey_get_first_by_src;
@@ -1539,6 +1549,7 @@ struct tbl_area_scope_lsa {
   static constexpr auto count = &::tbl_area_scope_lsa_table_get_count;
   static constexpr auto create_record = &::tbl_area_scope_lsa_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_area_scope_lsa_destroy_record;
+  static constexpr auto request_destroy = &::tbl_area_scope_lsa_request_record_destroy;
   static constexpr auto insert = &::tbl_area_scope_lsa_insert;
   static constexpr auto first = &::tbl_area_scope_lsa_pkey_get_first;
   static constexpr auto first_of = &::tbl_area_scope_lsa_pkey_get_first_by_src;
@@ -1577,6 +1588,7 @@ struct tbl_area_scope_lsas {
   static constexpr auto count = &::tbl_area_scope_lsas_table_get_count;
   static constexpr auto create_record = &::tbl_area_scope_lsas_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_area_scope_lsas_destroy_record;
+  static constexpr auto request_destroy = &::tbl_area_scope_lsas_request_record_destroy;
   static constexpr auto insert = &::tbl_area_scope_lsas_insert;
   static constexpr auto first = &::tbl_area_scope_lsas_pkey_get_first;
   static constexpr auto first_of = &::tbl_area_scope_lsas_pkey_get_first_by_src;
@@ -1613,6 +1625,7 @@ struct tbl_link_scope_lsas {
   static constexpr auto count = &::tbl_link_scope_lsas_table_get_count;
   static constexpr auto create_record = &::tbl_link_scope_lsas_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_link_scope_lsas_destroy_record;
+  static constexpr auto request_destroy = &::tbl_link_scope_lsas_request_record_destroy;
   static constexpr auto insert = &::tbl_link_scope_lsas_insert;
   static constexpr auto first = &::tbl_link_scope_lsas_pkey_get_first;
   static constexpr auto first_of = &::tbl_link_scope_lsas_pkey_get_first_by_src;
@@ -1649,6 +1662,7 @@ struct tbl_ospf_static_neighbor {
   static constexpr auto count = &::tbl_ospf_static_neighbor_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_static_neighbor_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_static_neighbor_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_static_neighbor_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_static_neighbor_insert;
   static constexpr auto first = &::tbl_ospf_static_neighbor_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_static_neighbor_pkey_get_first_by_src;
@@ -1685,6 +1699,7 @@ struct tbl_ospf_neighbor {
   static constexpr auto count = &::tbl_ospf_neighbor_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_neighbor_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_neighbor_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_neighbor_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_neighbor_insert;
   static constexpr auto first = &::tbl_ospf_neighbor_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_neighbor_pkey_get_first_by_src;
@@ -1721,6 +1736,7 @@ struct tbl_ospf_interface {
   static constexpr auto count = &::tbl_ospf_interface_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_interface_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_interface_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_interface_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_interface_insert;
   static constexpr auto first = &::tbl_ospf_interface_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_interface_pkey_get_first_by_src;
@@ -1757,6 +1773,7 @@ struct tbl_ospf_area {
   static constexpr auto count = &::tbl_ospf_area_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_area_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_area_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_area_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_area_insert;
   static constexpr auto first = &::tbl_ospf_area_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_area_pkey_get_first_by_src;
@@ -1793,6 +1810,7 @@ struct tbl_ospf_instance {
   static constexpr auto count = &::tbl_ospf_instance_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_instance_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_instance_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_instance_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_instance_insert;
   static constexpr auto first = &::tbl_ospf_instance_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_instance_pkey_get_first_by_src;
@@ -1829,6 +1847,7 @@ struct tbl_ospf {
   static constexpr auto count = &::tbl_ospf_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_insert;
   static constexpr auto first = &::tbl_ospf_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_pkey_get_first_by_src;
@@ -1866,6 +1885,7 @@ struct tbl_ospf_instance_rev1 {
   static constexpr auto count = &::tbl_ospf_instance_rev1_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_instance_rev1_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_instance_rev1_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_instance_rev1_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_instance_rev1_insert;
   static constexpr auto first = &::tbl_ospf_instance_rev1_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_instance_rev1_pkey_get_first_by_src;
@@ -1904,6 +1924,7 @@ struct tbl_ospf_rev1 {
   static constexpr auto count = &::tbl_ospf_rev1_table_get_count;
   static constexpr auto create_record = &::tbl_ospf_rev1_create_record_w_src;
   static constexpr auto destroy_record = &::tbl_ospf_rev1_destroy_record;
+  static constexpr auto request_destroy = &::tbl_ospf_rev1_request_record_destroy;
   static constexpr auto insert = &::tbl_ospf_rev1_insert;
   static constexpr auto first = &::tbl_ospf_rev1_pkey_get_first;
   static constexpr auto first_of = &::tbl_ospf_rev1_pkey_get_first_by_src;

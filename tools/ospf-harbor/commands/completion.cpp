@@ -1,4 +1,5 @@
-// Completion for shells, made of the list of commands: a script that knows the words of each command.
+// Completion for shells, made of the list of commands: a script that knows the words of each
+// command.
 #include <iostream>
 #include <memory>
 

@@ -102,10 +102,10 @@ void print_page(std::ostream &out, CLI::App &program, const std::vector<std::str
   std::string sentence = app.get_description();
   if (sentence.ends_with(".")) sentence.pop_back();
   out << ".TH " << title << " 1 \"\" \"ospf-harbor " HARBOR_VERSION "\"\n"
-            << ".SH NAME\n"
-            << plain_roff(title) << " \\- " << plain_roff(sentence) << '\n'
-            << ".SH SYNOPSIS\n.B " << plain_roff(name)
-            << (commands_of(app).empty() ? "" : " COMMAND") << "\n[OPTION...] [ARGUMENT...]\n";
+      << ".SH NAME\n"
+      << plain_roff(title) << " \\- " << plain_roff(sentence) << '\n'
+      << ".SH SYNOPSIS\n.B " << plain_roff(name) << (commands_of(app).empty() ? "" : " COMMAND")
+      << "\n[OPTION...] [ARGUMENT...]\n";
   if (commands_of(app).empty()) {
     out << ".SH OPTIONS\n";
     print_options(out, app);
@@ -138,8 +138,8 @@ void write_pages(const std::string &folder, CLI::App &program, CLI::App &app,
 Run set_up_man(CLI::App &app) {
   const auto words = std::make_shared<std::vector<std::string>>();
   const auto folder = std::make_shared<std::string>();
-  CLI::Option *one = app.add_option("COMMAND", *words,
-                                    "The command; the page of the program without it");
+  CLI::Option *one =
+      app.add_option("COMMAND", *words, "The command; the page of the program without it");
   app.add_option("--folder", *folder, "Write all pages into this folder, as man finds them")
       ->excludes(one);
   return [words, folder](ospf_tables::Session *) {

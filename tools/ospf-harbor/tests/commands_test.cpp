@@ -83,7 +83,8 @@ class Commands : public tool_tests::ProcessTest {
       {"load capture",
        {"load capture CAPTURE --path area-lsas", "load capture a -i b", "from [FILE,-i]"}},
       {"show", {"show area --from SAMPLE", "show --jsun --from SAMPLE", "--jsun"}},
-      {"neighbors", {"neighbors --v2 --from CAPTURE", "neighbors --area x --from CAPTURE", "\"x\""}},
+      {"neighbors",
+       {"neighbors --v2 --from CAPTURE", "neighbors --area x --from CAPTURE", "\"x\""}},
       {"interfaces",
        {"interfaces --json --from CAPTURE", "interfaces --router 1 --from CAPTURE", "\"1\""}},
       {"areas", {"areas --from CAPTURE", "areas --v2 --v3 --from CAPTURE", "excludes"}},
@@ -97,13 +98,10 @@ class Commands : public tool_tests::ProcessTest {
         "TO is required"}},
       {"failures",
        {"failures --from CAPTURE", "failures --all --most 3 --from CAPTURE", "excludes"}},
-      {"check",
-       {"check --v2 --from CAPTURE", "check --fail-on x --from CAPTURE", "found \"x\""}},
+      {"check", {"check --v2 --from CAPTURE", "check --fail-on x --from CAPTURE", "found \"x\""}},
       {"events",
-       {"events --kind neighbor --from CAPTURE", "events --kind x --from CAPTURE",
-        "found \"x\""}},
-      {"diff",
-       {"diff CAPTURE CAPTURE", "diff CAPTURE", "two sources, or one capture"}},
+       {"events --kind neighbor --from CAPTURE", "events --kind x --from CAPTURE", "found \"x\""}},
+      {"diff", {"diff CAPTURE CAPTURE", "diff CAPTURE", "two sources, or one capture"}},
       {"lsdb", {"lsdb --v2 --from CAPTURE", "lsdb --area x --from CAPTURE", "found \"x\""}},
       {"graph", {"graph --dot --from CAPTURE", "graph --from CAPTURE", "--dot,--svg"}},
       {"export", {"export --text FILE --from SAMPLE", "export --from SAMPLE", "--image"}},
@@ -270,8 +268,8 @@ TEST_F(Commands, AreCompletedByBash) {
   EXPECT_EQ(completed("ospf-harbor load frr " + file("wo")), file("words") + "\n");
 }
 
-// Each shell's script names each command with its sentence, and each of its options: what the scripts
-// make of them is tried with the shells themselves, where packages are.
+// Each shell's script names each command with its sentence, and each of its options: what the
+// scripts make of them is tried with the shells themselves, where packages are.
 TEST_F(Commands, AreDescribedToZshAndFish) {
   const std::string zsh = run({"completion", "zsh"}).out;
   const std::string fish = run({"completion", "fish"}).out;
