@@ -49,6 +49,15 @@ void unmap(std::byte *memory, std::size_t bytes) {
   munmap(memory, bytes);
 }
 
+// Has the system give the memory now rather than page by page; where it cannot, it does so later.
+void populate(std::byte *memory, std::size_t bytes) {
+#ifdef MADV_POPULATE_WRITE
+  madvise(memory, bytes, MADV_POPULATE_WRITE);
+#else
+  static_cast<void>(memory), static_cast<void>(bytes);
+#endif
+}
+
 // The memory goes back to the system, its addresses to nobody.
 void retire(std::byte *chunk, std::size_t bytes) {
   poison(chunk, bytes);
@@ -225,6 +234,9 @@ Arena::Span *Arena::span_with_room(std::size_t class_index) {
   if (available_[class_index] != nullptr) return available_[class_index];
   Span *span = take_free_span();
   if (span == nullptr) return nullptr;
+  // Large databases soon fill what they begin.
+  constexpr std::uint64_t kLarge = std::uint64_t{32} << 20;
+  if (statistics_.reserved_bytes >= kLarge) populate(span->start, span->length);
   span->divide(class_index, store::class_bytes(class_index));
   span->next = span->previous = nullptr;
   available_[class_index] = span;
