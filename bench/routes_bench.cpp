@@ -1,8 +1,6 @@
 // Routing tables of a large network: one router, all routers, and the shortest paths alone beside
 // Boost.Graph's on the same graph. RoutesOf/500 is a network of 500 routers with 2,000 links and
-// 20,000 externals. Forty times the network takes about eighty times as long: of instructions a
-// table of ten times the network takes 11.4 times as many, as sorting and heaps do, and what does
-// not fit the caches any more takes the rest.
+// 20,000 externals. How time grows with the network, and why, is in docs/performance.md.
 #include <benchmark/benchmark.h>
 
 #include <boost/graph/compressed_sparse_row_graph.hpp>

@@ -12,6 +12,10 @@ namespace {
 
 constexpr std::uint32_t last_sequence = 0x7fffffff;
 
+// Routers count ages each for itself, with a second more for each hop.
+constexpr std::uint16_t expiry_slack = 30;
+constexpr char not_refreshed[] = "not refreshed for an hour";
+
 // So many LSAs flushed with no more than this between two of them are a storm.
 constexpr std::size_t storm_size = 10;
 constexpr Time storm_gap = second;
@@ -55,7 +59,7 @@ void Timeline::aged_out(const Expiry &expiry) {
           expiry.time) {
     return;
   }
-  tell_gone(*entry, expiry.time, "not refreshed for an hour");
+  tell_gone(*entry, expiry.time, not_refreshed);
 }
 
 // Routers may drop these without a word.
@@ -162,6 +166,7 @@ void Timeline::on_offer(const Packet &packet, const LsdbKey &key, const LsaHeade
   const bool is_there = held != nullptr && !held->gone_at(packet.datagram.time);
   before_.held = is_there;
   before_.sequence = held == nullptr ? 0 : held->header.sequence;
+  before_.age = is_there ? held->age_at(packet.datagram.time) : std::uint16_t{0};
   before_.content = content_of(raw, key.version);
   before_.same_content = is_there && before_.content == content_of(Bytes(held->raw), key.version);
   before_.was_requested =
@@ -179,7 +184,11 @@ void Timeline::on_offered(const Packet &packet, const LsdbKey &key, const LsaHea
       return;
     case Lsdb::Outcome::flushed: {
       if (!before_.held) return;
-      const Event flush = event_of(EventKind::lsa_flushed, packet, key, header);
+      // Whoever has it tells the others when its age ends; its router would have flushed it earlier.
+      const bool by_age = before_.age + expiry_slack >= max_age;
+      Event flush = event_of(by_age ? EventKind::lsa_aged_out : EventKind::lsa_flushed, packet, key,
+                             header);
+      if (by_age) flush.text = not_refreshed;
       tell(flush);
       see_flush(flush);
       remember(packet, key, 0);

@@ -109,8 +109,11 @@ class Router:
                 found = load_json(self.folder / name).get("routerId")
                 if found:
                     return found
-        found = re.search(r"router id (\S+);", (self.folder / "bird.conf").read_text())
-        return found[1]
+        for name, pattern in (("bird.conf", r"router id (\S+);"),
+                              ("frr.conf", r"router-id (\S+)")):
+            if (self.folder / name).exists():
+                return re.search(pattern, (self.folder / name).read_text())[1]
+        raise SystemExit(f"{self.folder}: nothing tells its router ID")
 
     def answers(self):
         """((version, instance), routes) of each protocol that runs here."""

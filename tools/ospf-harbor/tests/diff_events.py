@@ -8,7 +8,7 @@ import json
 import subprocess
 import sys
 
-NETWORKS = ["forged", "domain", "nssa", "dr-change", "campus", "nbma", "mismatch", "instances"]
+NETWORKS = ["forged", "domain", "nssa", "dr-change", "campus", "nbma", "mismatch", "instances", "ageing"]
 WINDOWS = 4
 
 

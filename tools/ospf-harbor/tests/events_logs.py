@@ -2,7 +2,7 @@
 """events_logs.py OSPF-HARBOR RECORDINGS: the neighbours that `events` tells to be down are those that
 the routers logged to have fallen from Full, and for reasons that agree. A router knows at once that
 an interface of its own is down (KillNbr), packets show it when hellos are missing; who dies logs
-nothing. Networks whose routers logged nothing of adjacencies are left out."""
+nothing. BIRD begins its timer anew at every packet, not at hellos alone. Networks whose routers logged nothing of adjacencies are left out."""
 
 import datetime
 import gzip
@@ -17,11 +17,11 @@ FALLS = {
     "ospf6d.log": (3, r"AdjChg: Nbr ([\d.]+)\(\S+\) on \S+: Full -> (\S+) \((\S+)\)"),
     "bird.log": (None, r"ospf_v(\d): Neighbor (\S+) on \S+ changed state from Full to (\S+)"),
 }
-BIRD_CAUSES = {"Down": "InactivityTimer", "Init": "1-WayReceived", "ExStart": "SeqNumberMismatch"}
+BIRD_CAUSES = {"Down": "any packet's timer", "Init": "1-WayReceived", "ExStart": "SeqNumberMismatch"}
 
 # What a router may log for each reason that packets give.
 CAUSES = {
-    "dead_timer": {"InactivityTimer", "KillNbr"},
+    "dead_timer": {"InactivityTimer", "any packet's timer", "KillNbr"},
     "mismatch": {"InactivityTimer", "1-WayReceived", "KillNbr"},
     "one_way": {"1-WayReceived", "InactivityTimer", "KillNbr"},
     "exchange_again": {"SeqNumberMismatch", "BadLSReq", "1-WayReceived"},

@@ -61,6 +61,27 @@ TEST_F(Events, ANeighbourThatDiesIsDownAfterItsDeadIntervalAndUpWhenItIsBack) {
   expect_at(&all.back(), 1795325234.6, 1795325241.4, "up again");
 }
 
+TEST_F(Events, WhatARouterLeavesBehindAgesOutAnHourLater) {
+  const auto all =
+      told("--kind neighbor_down,lsa_aged_out,lsa_flushed --router 10.239.0.3", "ageing");
+  std::multiset<std::string> ended;
+  for (const ordered_json &event : all) {
+    if (event["kind"] == "neighbor_down") {
+      EXPECT_EQ(event["why"], "dead_timer");
+      // It died at 1795359765.237, five seconds behind its last hellos.
+      expect_at(&event, 1795359800.2, 1795359800.4, "down");
+      continue;
+    }
+    EXPECT_EQ(event["kind"], "lsa_aged_out") << event;
+    EXPECT_EQ(event["what"], "not refreshed for an hour");
+    // The first of them was made at 1795359749.
+    expect_at(&event, 1795363345.0, 1795363365.0, "aged out");
+    ended.insert(event["lsa"]["type_name"].get<std::string>() + event["version"].dump());
+  }
+  EXPECT_EQ(ended, (std::multiset<std::string>{"AS-Ext3", "External2", "Intra-Prefix3", "Link3",
+                                               "Router2", "Router3"}));
+}
+
 TEST_F(Events, ANeighbourThatIsNotHeardIsDownAtTheHelloThatTellsSo) {
   for (const char *version : {"--v2", "--v3"}) {
     const auto all = told(std::string("--kind neighbor ") + version, "mismatch");
@@ -108,8 +129,6 @@ TEST_F(Events, NeighboursOfOspfv3DifferTooThoughTheyTakeNothingFromEachOther) {
   EXPECT_TRUE(told("--kind mismatch", "domain").empty());
 }
 
-// An LSA that nobody refreshes for an hour is in Timeline below; restarts that are over end LSAs
-// too.
 TEST_F(Events, EachKindIsInARecording) {
   const std::map<std::string, std::string> shown = {{"neighbor_up", "forged"},
                                                     {"neighbor_down", "forged"},
@@ -119,7 +138,7 @@ TEST_F(Events, EachKindIsInARecording) {
                                                     {"lsa_changed", "forged"},
                                                     {"lsa_refreshed", "refresh"},
                                                     {"lsa_flushed", "forged"},
-                                                    {"lsa_aged_out", "campus"},
+                                                    {"lsa_aged_out", "ageing"},
                                                     {"max_age_storm", "dr-change"},
                                                     {"restart", "forged"},
                                                     {"graceful_restart", "forged"},

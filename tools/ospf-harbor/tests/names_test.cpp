@@ -12,17 +12,6 @@ namespace {
 
 class Lists : public tool_tests::RecordingTest {};
 
-TEST_F(Lists, TellEachOfTheirKeysInTheirManPages) {
-  for (const char *list : {"neighbors", "interfaces", "areas", "routers", "lsdb"}) {
-    const std::string page = run({"man", list}).out;
-    const std::vector<ordered_json> all = lines(ask(std::string(list) + " --json", capture_of("sr")).out);
-    ASSERT_FALSE(all.empty());
-    for (const auto &[key, value] : all[0].items()) {
-      EXPECT_TRUE(std::regex_search(page, std::regex("\\b" + key + "\\b"))) << list << " " << key;
-    }
-  }
-}
-
 TEST_F(Lists, OfWhatACaptureGaveHaveItsSourcesAndInstances) {
   const std::string file = recording("dr-change") + "/cut.pcap";
   const Said said = run({"load", "capture", "--json", file});

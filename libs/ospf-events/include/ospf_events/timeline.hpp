@@ -99,6 +99,7 @@ class Timeline : public ospf_decode::Network {
     bool same_content = false;
     bool was_requested = false;
     std::uint32_t sequence = 0;
+    std::uint16_t age = 0;
     std::uint64_t content = 0;  // that is offered
     std::set<std::uint32_t> neighbors;
   };
