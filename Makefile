@@ -7,7 +7,7 @@ STORE := build/release/example.store
 setup := tools/setup/install-packages.sh
 lists := tools/setup
 
-.PHONY: help release run test asan tsan clang torture mutate coverage bench bench-peers fuzz random-routes browser-test \
+.PHONY: help release run test asan tsan clang torture torture-replication mutate coverage bench bench-peers fuzz random-routes browser-test \
 	emit format reproducible install packages abi docs docs-test deb package-test clean
 
 help:
@@ -15,6 +15,7 @@ help:
 	@echo "make test     build and run all tests, and again under ASan and UBSan"
 	@echo "make asan, clang   one kind of test build alone; make tsan   the tests that have threads"
 	@echo "make torture  10,000 writers of stores are killed, and each store looked through"
+	@echo "make torture-replication   1,000 rounds of trouble between senders, an engine and followers"
 	@echo "make mutate   what the tests would not notice, from the mutations in tests/mutations"
 	@echo "make coverage COVERAGE=-v   lines and branches of src/ and runtime/ that the tests run"
 	@echo "make bench    benchmarks, with ratios within one run"
@@ -75,6 +76,11 @@ torture: packages
 	@cmake --build --preset dev -j $(JOBS) --target store_tests
 	@HARBOR_STORE_KILLS=10000 build/dev/tests/store_tests --gtest_filter='StoreKill.*'
 
+torture-replication: packages
+	@cmake --preset dev >/dev/null
+	@cmake --build --preset dev -j $(JOBS) --target replication_tests
+	@HARBOR_REPLICATION_ROUNDS=1000 build/dev/tests/replication_tests --gtest_filter='ReplicationRounds.*'
+
 clang: packages
 	@cmake --preset clang >/dev/null
 	@cmake --build --preset clang -j $(JOBS)
@@ -121,7 +127,7 @@ bench-peers: packages
 	@build/bench/bench/peers/peer_bench $(bench_medians)
 
 FUZZ_SECONDS ?= 600
-FUZZ_TARGETS ?= ospf-decode/decode router-answers/answers tree-exchange/stream \
+FUZZ_TARGETS ?= ospf-decode/decode router-answers/answers tree-exchange/stream ospf-replication/messages \
 	$(addprefix ospf-harbor-check/,object record key document)
 fuzz: packages
 	@cmake --preset fuzz >/dev/null

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "nats_objects.hpp"
 #include "ospf_replication/jetstream.hpp"
 
@@ -8,6 +10,7 @@ namespace {
 constexpr int reconnect_wait = 100;    // milliseconds
 constexpr int ping_interval = 2000;    // milliseconds
 constexpr int connect_timeout = 2000;  // milliseconds
+constexpr std::chrono::seconds patience{1};
 constexpr int request_timeout = 1000;  // milliseconds
 
 void count(natsConnection *, void *connections) {
@@ -16,10 +19,7 @@ void count(natsConnection *, void *connections) {
 
 // A word of the client library about what an option could not do.
 void require(const std::string &what, natsStatus status) {
-  if (status == NATS_OK) return;
-  const char *words = nats_GetLastError(nullptr);
-  throw Refused(what + ": " +
-                (words != nullptr && *words != '\0' ? words : natsStatus_GetText(status)));
+  if (status != NATS_OK) throw Refused(what + ": " + words_of(status));
 }
 
 void set_security(natsOptions *options, const EngineOptions &asked) {
@@ -43,38 +43,71 @@ void set_security(natsOptions *options, const EngineOptions &asked) {
 }  // namespace
 
 Engine::Engine(const EngineOptions &options) : options_(options) {
-  natsOptions *made = nullptr;
-  require("options", natsOptions_Create(&made));
-  const Options own(made);
-  require(options.url, natsOptions_SetURL(made, options.url.c_str()));
-  natsOptions_SetName(made, "ospf-harbor");
-  natsOptions_SetMaxReconnect(made, -1);
-  natsOptions_SetReconnectWait(made, reconnect_wait);
-  natsOptions_SetReconnectJitter(made, reconnect_wait, reconnect_wait);
-  natsOptions_SetPingInterval(made, ping_interval);
-  natsOptions_SetTimeout(made, connect_timeout);
-  natsOptions_SetReconnectedCB(made, count, &connections_);
-  natsOptions_SetRetryOnFailedConnect(made, true, count, &connections_);
-  set_security(made, options);
-  const natsStatus status = natsConnection_Connect(&connection_, made);
-  if (status != NATS_OK && status != NATS_NOT_YET_CONNECTED) require(options.url, status);
-  jsOptions defaults;
-  jsOptions_Init(&defaults);
-  defaults.Wait = request_timeout;
-  const natsStatus made_context = natsConnection_JetStream(&context_, connection_, &defaults);
-  if (made_context == NATS_OK) return;
-  natsConnection_Destroy(connection_);
-  require("JetStream", made_context);
+  require("options", natsOptions_Create(&settings_));
+  try {
+    require(options.url, natsOptions_SetURL(settings_, options.url.c_str()));
+    natsOptions_SetName(settings_, "ospf-harbor");
+    natsOptions_SetMaxReconnect(settings_, -1);
+    natsOptions_SetReconnectWait(settings_, reconnect_wait);
+    natsOptions_SetReconnectJitter(settings_, reconnect_wait, reconnect_wait);
+    natsOptions_SetPingInterval(settings_, ping_interval);
+    natsOptions_SetTimeout(settings_, connect_timeout);
+    natsOptions_SetReconnectedCB(settings_, count, &connections_);
+    natsOptions_SetRetryOnFailedConnect(settings_, true, count, &connections_);
+    set_security(settings_, options);
+  } catch (...) {
+    natsOptions_Destroy(settings_);
+    throw;
+  }
+  connect();
 }
 
 Engine::~Engine() {
-  jsCtx_Destroy(context_);
+  disconnect();
+  natsOptions_Destroy(settings_);
+}
+
+void Engine::connect() {
+  tried_ = Clock::now();
+  ++connections_;
+  const natsStatus status = natsConnection_Connect(&connection_, settings_);
+  if (status != NATS_OK && status != NATS_NOT_YET_CONNECTED) {
+    why_ = ": " + words_of(status);
+    connection_ = nullptr;
+    return;
+  }
+  why_.clear();
+  jsOptions defaults;
+  jsOptions_Init(&defaults);
+  defaults.Wait = request_timeout;
+  require("JetStream", natsConnection_JetStream(&context_, connection_, &defaults));
+}
+
+void Engine::disconnect() {
+  jsCtx_Destroy(std::exchange(context_, nullptr));
+  if (connection_ == nullptr) return;
   natsConnection_Close(connection_);
-  natsConnection_Destroy(connection_);
+  natsConnection_Destroy(std::exchange(connection_, nullptr));
+}
+
+// The client library connects again by itself, but gives up for good, without a word, where a first
+// connection ends before the server has spoken.
+void Engine::require_connection() {
+  if (is_connected()) {
+    tried_ = Clock::now();
+    return;
+  }
+  const bool has_given_up =
+      connection_ == nullptr || natsConnection_Status(connection_) == NATS_CONN_STATUS_CLOSED;
+  if (has_given_up || Clock::now() - tried_ > patience) {
+    disconnect();
+    connect();
+  }
+  if (!is_connected()) throw CarrierFailure(options_.url + " is away" + why_);
 }
 
 bool Engine::is_connected() const {
-  return natsConnection_Status(connection_) == NATS_CONN_STATUS_CONNECTED;
+  return connection_ != nullptr && natsConnection_Status(connection_) == NATS_CONN_STATUS_CONNECTED;
 }
 
 }  // namespace ospf_replication

@@ -17,7 +17,7 @@ class JetStreamInlet : public Inlet {
 
   void begin() override {
     reading_.reset();
-    if (!engine_.is_connected()) throw CarrierFailure(engine_.options().url + " is away");
+    engine_.require_connection();
     connections_ = engine_.connections();
     seen_ = 0;
     created_ = 0;

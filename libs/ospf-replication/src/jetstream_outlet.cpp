@@ -28,6 +28,13 @@ std::uint64_t leading_number(std::string_view text) {
   return number;
 }
 
+// What both the sender and the client library's thread that answers for it know.
+struct Answers {
+  std::mutex mutex;
+  std::optional<std::uint64_t> asked;
+  std::string name;
+};
+
 class JetStreamOutlet : public Outlet {
  public:
   JetStreamOutlet(Engine &engine, const std::string &site, const std::string &words)
@@ -36,10 +43,11 @@ class JetStreamOutlet : public Outlet {
     since_ = static_cast<std::uint64_t>(now.count());
     std::random_device device;
     name_ = std::to_string(since_) + " " + std::to_string(device()) + " " + words;
+    answers_->name = name_;
   }
 
   BucketState open() override {
-    if (!engine_.is_connected()) throw CarrierFailure(engine_.options().url + " is away");
+    engine_.require_connection();
     refuse_second();
     answer();
     jsErrCode code{};
@@ -54,7 +62,7 @@ class JetStreamOutlet : public Outlet {
   }
 
   BucketState state() override {
-    if (!engine_.is_connected()) throw CarrierFailure(engine_.options().url + " is away");
+    engine_.require_connection();
     jsStreamInfo *info = nullptr;
     check(subjects_.stream, js_GetStreamInfo(&info, engine_.stream_context(),
                                              subjects_.stream.c_str(), nullptr, nullptr));
@@ -65,7 +73,7 @@ class JetStreamOutlet : public Outlet {
   std::optional<Bytes> last_commit() override { return last_commit_of(engine_, site_); }
 
   std::uint64_t put(std::span<const Letter> letters, std::uint64_t last) override {
-    if (!engine_.is_connected()) throw CarrierFailure(engine_.options().url + " is away");
+    engine_.require_connection();
     const auto most = natsConnection_GetMaxPayload(engine_.connection());
     for (std::size_t at = 0; at < letters.size(); ++at) {
       const Letter &letter = letters[at];
@@ -95,8 +103,8 @@ class JetStreamOutlet : public Outlet {
   }
 
   std::optional<std::uint64_t> asked() override {
-    const std::lock_guard lock(mutex_);
-    return std::exchange(asked_, std::nullopt);
+    const std::lock_guard lock(answers_->mutex);
+    return std::exchange(answers_->asked, std::nullopt);
   }
 
  private:
@@ -170,25 +178,34 @@ class JetStreamOutlet : public Outlet {
   }
 
   void answer() {
-    if (answering_ != nullptr) return;
+    // Connected again, the client library keeps a subscription; a connection made anew has none.
+    if (answering_ != nullptr && answers_on_ == engine_.connections()) return;
+    answers_on_ = engine_.connections();
+    answering_.reset();
+    // Ends with the subscription's last message, which may come behind this object's end.
+    auto own = std::make_unique<std::shared_ptr<Answers>>(answers_);
     natsSubscription *made = nullptr;
     check(subjects_.service, natsConnection_Subscribe(&made, engine_.connection(),
-                                                      subjects_.service.c_str(), hear, this));
+                                                      subjects_.service.c_str(), hear, own.get()));
     answering_.reset(made);
+    check(subjects_.service, natsSubscription_SetOnCompleteCB(made, forget, own.get()));
+    own.release();
   }
 
+  static void forget(void *answers) { delete static_cast<std::shared_ptr<Answers> *>(answers); }
+
   // On a thread of the client library.
-  static void hear(natsConnection *connection, natsSubscription *, natsMsg *message, void *self) {
+  static void hear(natsConnection *connection, natsSubscription *, natsMsg *message, void *shared) {
     const NatsMessage own(message);
-    auto &outlet = *static_cast<JetStreamOutlet *>(self);
+    Answers &answers = **static_cast<std::shared_ptr<Answers> *>(shared);
     const std::string_view text = text_of(message);
     if (text.starts_with(snapshot_word)) {
       const std::uint64_t epoch = leading_number(text.substr(std::strlen(snapshot_word)));
-      const std::lock_guard lock(outlet.mutex_);
-      outlet.asked_ = std::max(outlet.asked_.value_or(0), epoch);
+      const std::lock_guard lock(answers.mutex);
+      answers.asked = std::max(answers.asked.value_or(0), epoch);
     } else if (text.starts_with(who_word) && natsMsg_GetReply(message) != nullptr &&
-               text.substr(std::strlen(who_word)) != outlet.name_) {
-      natsConnection_PublishString(connection, natsMsg_GetReply(message), outlet.name_.c_str());
+               text.substr(std::strlen(who_word)) != answers.name) {
+      natsConnection_PublishString(connection, natsMsg_GetReply(message), answers.name.c_str());
     }
   }
 
@@ -197,8 +214,8 @@ class JetStreamOutlet : public Outlet {
   Subjects subjects_;
   std::string name_;
   std::uint64_t since_ = 0;
-  std::mutex mutex_;
-  std::optional<std::uint64_t> asked_;
+  std::shared_ptr<Answers> answers_ = std::make_shared<Answers>();
+  std::uint64_t answers_on_ = 0;
   Subscription answering_;
 };
 
@@ -210,13 +227,16 @@ std::unique_ptr<Outlet> make_outlet(Engine &engine, const std::string &site,
 }
 
 std::optional<Bytes> last_commit_of(Engine &engine, const std::string &site) {
-  if (!engine.is_connected()) throw CarrierFailure(engine.options().url + " is away");
+  engine.require_connection();
   const Subjects subjects(site);
   natsMsg *made = nullptr;
+  jsErrCode code{};
   const natsStatus status = js_GetLastMsg(&made, engine.stream_context(), subjects.stream.c_str(),
-                                          subjects.commit.c_str(), nullptr, nullptr);
+                                          subjects.commit.c_str(), nullptr, &code);
   const NatsMessage message(made);
-  if (status == NATS_NOT_FOUND) return std::nullopt;
+  if (status == NATS_NOT_FOUND || code == JSStreamNotFoundErr || code == JSNoMessageFoundErr) {
+    return std::nullopt;
+  }
   check(subjects.stream, status);
   const auto *data = reinterpret_cast<const std::uint8_t *>(natsMsg_GetData(made));
   return Bytes(data, data + natsMsg_GetDataLength(made));

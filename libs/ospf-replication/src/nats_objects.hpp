@@ -18,7 +18,6 @@ struct EndedBy {
   }
 };
 
-using Options = std::unique_ptr<natsOptions, EndedBy<natsOptions_Destroy>>;
 using NatsMessage = std::unique_ptr<natsMsg, EndedBy<natsMsg_Destroy>>;
 using StreamInfo = std::unique_ptr<jsStreamInfo, EndedBy<jsStreamInfo_Destroy>>;
 using MetaData = std::unique_ptr<jsMsgMetaData, EndedBy<jsMsgMetaData_Destroy>>;
@@ -32,10 +31,16 @@ struct EndSubscription {
 };
 using Subscription = std::unique_ptr<natsSubscription, EndSubscription>;
 
+// The client library's words, without the place in its sources that leads them.
+inline std::string words_of(natsStatus status) {
+  const char *said = nats_GetLastError(nullptr);
+  const std::string words = said == nullptr || *said == '\0' ? natsStatus_GetText(status) : said;
+  const std::size_t place = words.starts_with('(') ? words.find("): ") : words.npos;
+  return place == words.npos ? words : words.substr(place + 3);
+}
+
 [[noreturn]] inline void fail(const std::string &what, natsStatus status) {
-  const char *words = nats_GetLastError(nullptr);
-  throw CarrierFailure(what + ": " +
-                       (words != nullptr && *words != '\0' ? words : natsStatus_GetText(status)));
+  throw CarrierFailure(what + ": " + words_of(status));
 }
 
 inline void check(const std::string &what, natsStatus status) {

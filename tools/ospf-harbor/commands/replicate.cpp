@@ -76,6 +76,10 @@ class Replication {
       } catch (const CarrierFailure &failure) {
         notes_.waits(failure.what());
         std::this_thread::sleep_for(pause_time);
+      } catch (const LibraryFailure &failure) {
+        // A disk that is full, or a lock that is held for long.
+        notes_.waits(failure.what());
+        std::this_thread::sleep_for(5 * pause_time);
       }
     }
     notes_.ends();
@@ -145,7 +149,8 @@ void follow_site(Session &session, const ReplicateOptions &options) {
 // Whether the engine's latest commit and the store say the same, table by table.
 int compare(Session &session, const ReplicateOptions &options) {
   Engine engine(options.engine);
-  for (int tries = 0; tries < 50 && !engine.is_connected(); ++tries) {
+  // One that is not there yet may come.
+  for (int tries = 0; tries < 20 && !engine.is_connected(); ++tries) {
     std::this_thread::sleep_for(turn_time);
   }
   const auto bytes = last_commit_of(engine, options.site);

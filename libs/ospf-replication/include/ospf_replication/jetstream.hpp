@@ -10,6 +10,7 @@
 #include "ospf_replication/subjects.hpp"
 
 typedef struct __natsConnection natsConnection;
+typedef struct __natsOptions natsOptions;
 typedef struct __jsCtx jsCtx;
 
 namespace ospf_replication {
@@ -33,6 +34,8 @@ class Engine {
   Engine &operator=(const Engine &) = delete;
 
   bool is_connected() const;
+  // Throws CarrierFailure when it is not.
+  void require_connection();
   // Rises whenever the connection was made anew.
   std::uint64_t connections() const { return connections_; }
   const EngineOptions &options() const { return options_; }
@@ -40,7 +43,14 @@ class Engine {
   jsCtx *stream_context() const { return context_; }
 
  private:
+  using Clock = std::chrono::steady_clock;
+  void connect();
+  void disconnect();
+
   EngineOptions options_;
+  std::string why_;  // it could not be connected to
+  Clock::time_point tried_{};
+  natsOptions *settings_ = nullptr;
   std::atomic<std::uint64_t> connections_{0};
   natsConnection *connection_ = nullptr;
   jsCtx *context_ = nullptr;

@@ -1,0 +1,311 @@
+// `ospf-harbor replicate` in processes of its own, over a real engine that is killed, purged and
+// put back to an older disk, on ways that are cut and slow: followers show whole states of their
+// sender alone, and in the end the last.
+#include "engine.hpp"
+
+#include <gtest/gtest.h>
+#include <nats/nats.h>
+#include <sys/un.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <unordered_set>
+
+#include "ospf_replication/jetstream.hpp"
+#include "random_changes.hpp"
+#include "support/temporary_folder.hpp"
+
+namespace replication_tests {
+
+namespace {
+
+using tool_tests::ToolProcess;
+using Clock = std::chrono::steady_clock;
+
+// A store with what replicates it, which can be killed and started again.
+class Replicating {
+ public:
+  Replicating(const TemporaryFolder &folder, std::string name, std::string direction,
+              std::uint16_t port, std::string site)
+      : folder_(folder),
+        name_(std::move(name)),
+        direction_(std::move(direction)),
+        url_(url_of(port)),
+        site_(std::move(site)),
+        session_(folder.file(name_), Session::Missing::is_made) {
+    start();
+  }
+
+  void start() {
+    process_ = std::make_unique<ToolProcess>(
+        folder_.path(), name_ + "-" + std::to_string(++starts_),
+        std::vector<std::string>{"replicate", direction_, url_, "--name", site_, "--store",
+                                 folder_.file(name_)});
+  }
+  void kill() { process_.reset(); }
+  Session &session() { return session_; }
+  const std::string &site() const { return site_; }
+  std::size_t state() {
+    std::size_t state = 0;
+    session_.reading([&] { state = state_of(session_); });
+    return state;
+  }
+  ToolProcess &process() { return *process_; }
+
+ private:
+  const TemporaryFolder &folder_;
+  std::string name_;
+  std::string direction_;
+  std::string url_;
+  std::string site_;
+  Session session_;
+  int starts_ = 0;
+  std::unique_ptr<ToolProcess> process_;
+};
+
+void purge(std::uint16_t port, const std::string &site) {
+  ospf_replication::EngineOptions options;
+  options.url = url_of(port);
+  const ospf_replication::Engine engine(options);
+  js_PurgeStream(engine.stream_context(), ospf_replication::Subjects(site).stream.c_str(), nullptr,
+                 nullptr);
+}
+
+// Two senders and three followers; one of each is reached through a proxy.
+class Network {
+ public:
+  explicit Network(std::uint32_t seed) : random_(seed) {
+    for (std::size_t at = 0; at < 2; ++at) {
+      changes_.push_back(std::make_unique<RandomChanges>(senders_[at]->session(), seed + at));
+      states_[senders_[at]->site()].insert(senders_[at]->state());
+    }
+  }
+
+  void trouble() {
+    for (std::uint32_t left = 1 + random_() % 5; left > 0; --left) {
+      step();
+      look();
+    }
+    proxy_.slow_down(false);
+  }
+
+  // Nothing changes any more: how long it takes until all show the same.
+  std::chrono::milliseconds settle() {
+    const auto start = Clock::now();
+    while (Clock::now() - start < std::chrono::seconds(30)) {
+      look();
+      bool same = true;
+      for (const auto &follower : followers_) same &= follower->state() == last_of(*follower);
+      if (same) break;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    for (const auto &follower : followers_) {
+      EXPECT_EQ(follower->state(), last_of(*follower))
+          << follower->process().err() << senders_[0]->process().err()
+          << senders_[1]->process().err();
+    }
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+  }
+
+ private:
+  std::size_t last_of(Replicating &follower) {
+    for (const auto &sender : senders_) {
+      if (sender->site() == follower.site()) return sender->state();
+    }
+    return 0;
+  }
+
+  // No follower shows what its sender never had.
+  void look() {
+    for (const auto &follower : followers_) {
+      EXPECT_TRUE(states_[follower->site()].contains(follower->state()))
+          << follower->process().err();
+    }
+  }
+
+  void step() {
+    switch (random_() % 12) {
+      case 0: {
+        Replicating &sender = *senders_[random_() % 2];
+        sender.kill();
+        sender.start();
+        return;
+      }
+      case 1: {
+        Replicating &follower = *followers_[random_() % 3];
+        follower.kill();
+        follower.start();
+        return;
+      }
+      case 2:
+        return restart_server();
+      case 3:
+        proxy_.cut();
+        return;
+      case 4:
+        proxy_.slow_down(true);
+        return;
+      case 5:
+        return purge(server_.port(), random_() % 2 == 0 ? "a" : "b");
+      default: {
+        const std::size_t sender = random_() % 2;
+        for (std::uint32_t commits = 1 + random_() % 4; commits > 0; --commits) {
+          states_[senders_[sender]->site()].insert(changes_[sender]->commit());
+        }
+        return;
+      }
+    }
+  }
+
+  void restart_server() {
+    server_.kill();
+    const std::filesystem::path copy = folder_.path() / "older";
+    const bool has_copy = std::filesystem::exists(copy);
+    if (random_() % 2 == 0) {
+      std::filesystem::remove_all(copy);
+      std::filesystem::copy(server_.disk(), copy, std::filesystem::copy_options::recursive);
+    } else if (has_copy) {
+      std::filesystem::remove_all(server_.disk());
+      std::filesystem::copy(copy, server_.disk(), std::filesystem::copy_options::recursive);
+    }
+    server_.start();
+  }
+
+  std::mt19937 random_;
+  const TemporaryFolder folder_;
+  Server server_{folder_.path() / "engine"};
+  Proxy proxy_{server_.port()};
+  std::vector<std::unique_ptr<Replicating>> senders_ = [this] {
+    std::vector<std::unique_ptr<Replicating>> made;
+    made.push_back(std::make_unique<Replicating>(folder_, "from-a", "--to", server_.port(), "a"));
+    made.push_back(std::make_unique<Replicating>(folder_, "from-b", "--to", proxy_.port(), "b"));
+    return made;
+  }();
+  std::vector<std::unique_ptr<Replicating>> followers_ = [this] {
+    std::vector<std::unique_ptr<Replicating>> made;
+    made.push_back(std::make_unique<Replicating>(folder_, "to-1", "--from", server_.port(), "a"));
+    made.push_back(std::make_unique<Replicating>(folder_, "to-2", "--from", proxy_.port(), "a"));
+    made.push_back(std::make_unique<Replicating>(folder_, "to-3", "--from", server_.port(), "b"));
+    return made;
+  }();
+  std::vector<std::unique_ptr<RandomChanges>> changes_;
+  std::map<std::string, std::unordered_set<std::size_t>> states_;
+};
+
+TEST(ReplicationRounds, FollowersShowWholeStatesAndInTheEndTheLast) {
+  const char *asked = std::getenv("HARBOR_REPLICATION_ROUNDS");
+  const int rounds = asked == nullptr ? 30 : std::atoi(asked);
+  const char *seed = std::getenv("HARBOR_REPLICATION_SEED");
+  Network network(seed == nullptr ? 1 : static_cast<std::uint32_t>(std::atoi(seed)));
+  std::vector<std::chrono::milliseconds> times;
+  for (int round = 0; round < rounds && !testing::Test::HasFailure(); ++round) {
+    SCOPED_TRACE(round);
+    network.trouble();
+    times.push_back(network.settle());
+  }
+  std::ranges::sort(times);
+  std::printf("%zu rounds; the same again after %lld ms in the middle, %lld ms at most\n",
+              times.size(), static_cast<long long>(times[times.size() / 2].count()),
+              static_cast<long long>(times.back().count()));
+}
+
+class Replicate : public tool_tests::ProcessTest {
+ protected:
+  std::vector<std::string> words(const std::string &direction, const std::string &store) const {
+    return {"replicate", direction,  url_of(server_.port()), "--name", "site",
+            "--store",   file(store)};
+  }
+  // Until the process has said so on standard error.
+  static bool says(const tool_tests::Process &process, const std::string &text) {
+    for (int tries = 0; tries < 3000; ++tries) {
+      if (process.err().find(text) != std::string::npos) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+  }
+
+  Server server_{folder_ / "engine"};
+};
+
+TEST_F(Replicate, ASecondSenderOfANameIsRefused) {
+  expect_done({"load", "frr", sample_, "--store", file("from")});
+  ToolProcess sender(folder_, "sender", words("--to", "from"));
+  ASSERT_TRUE(says(sender, "the bucket holds the store")) << sender.err();
+  expect_done({"load", "frr", other_sample_, "--store", file("other")});
+  expect_refused(words("--to", "other"),
+                 {"replicate: the name site has a sender already: process " +
+                  std::to_string(sender.id()) + " with " + file("from")});
+  kill(sender.id(), SIGTERM);
+  EXPECT_EQ(sender.wait(), 0);
+  // Its place is free again.
+  std::vector<std::string> other = words("--to", "other");
+  other.insert(other.end(), {"--seconds", "1"});
+  expect_done(other);
+}
+
+TEST_F(Replicate, StatusComparesBothEnds) {
+  expect_done({"load", "frr", sample_, "--store", file("from")});
+  std::vector<std::string> status = words("--from", "to");
+  status.push_back("--status");
+  expect_refused(status, {"found no commit of site"});
+  ToolProcess sender(folder_, "sender", words("--to", "from"));
+  ASSERT_TRUE(says(sender, "the bucket holds the store")) << sender.err();
+  const Said differs = run(status);
+  EXPECT_EQ(differs.status, 1);
+  EXPECT_NE(differs.out.find(" differs\n"), std::string::npos) << differs.out;
+  ToolProcess follower(folder_, "follower", words("--from", "to"));
+  ASSERT_TRUE(says(follower, "the store holds what the sender sent")) << follower.err();
+  const Said same = run(status);
+  EXPECT_EQ(same.status, 0) << same.out;
+  EXPECT_EQ(same.out.find("differs"), std::string::npos) << same.out;
+  EXPECT_EQ(run({"show", "--store", file("to")}).out, run({"show", "--store", file("from")}).out);
+  kill(follower.id(), SIGTERM);
+  EXPECT_EQ(follower.wait(), 0);
+}
+
+// What the manager of services hears.
+TEST_F(Replicate, TellsTheManagerOfServices) {
+  const int manager = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string place = file("notify");
+  place.copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(manager, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+  const timeval limit{20, 0};
+  setsockopt(manager, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+  const auto hear = [&] {
+    char bytes[512];
+    const ssize_t length = recv(manager, bytes, sizeof bytes, 0);
+    return std::string(bytes, length < 0 ? 0 : static_cast<std::size_t>(length));
+  };
+  setenv("NOTIFY_SOCKET", place.c_str(), 1);
+  ToolProcess sender(folder_, "sender", words("--to", "from"));
+  unsetenv("NOTIFY_SOCKET");
+  EXPECT_EQ(hear(), "STATUS=sending site: the bucket holds the store");
+  EXPECT_EQ(hear(), "READY=1");
+  server_.kill();
+  EXPECT_TRUE(hear().starts_with("STATUS=sending site: "));
+  kill(sender.id(), SIGTERM);
+  std::string last;
+  for (std::string heard = hear(); !heard.empty() && last != "STOPPING=1"; heard = hear()) {
+    last = heard;
+    if (last == "STOPPING=1") break;
+  }
+  EXPECT_EQ(last, "STOPPING=1");
+  EXPECT_EQ(sender.wait(), 0);
+  close(manager);
+}
+
+TEST_F(Replicate, WaitsForAnEngineThatIsNotThereYet) {
+  expect_done({"load", "frr", sample_, "--store", file("from")});
+  server_.kill();
+  ToolProcess sender(folder_, "sender", words("--to", "from"));
+  ToolProcess follower(folder_, "follower", words("--from", "to"));
+  ASSERT_TRUE(says(sender, " is away")) << sender.err();
+  server_.start();
+  EXPECT_TRUE(says(follower, "the store holds what the sender sent")) << follower.err();
+}
+
+}  // namespace
+
+}  // namespace replication_tests
