@@ -119,6 +119,7 @@ bench: packages
 	@build/bench/bench/store_bench
 	@build/bench/bench/capture_bench
 	@build/bench/bench/routes_bench
+	@build/bench/bench/replication_bench
 
 bench-peers: packages
 	@$(setup) $(lists)/packages-bench.txt $(lists)/packages-peers.txt

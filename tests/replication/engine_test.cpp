@@ -26,21 +26,23 @@ using Clock = std::chrono::steady_clock;
 class Replicating {
  public:
   Replicating(const TemporaryFolder &folder, std::string name, std::string direction,
-              std::uint16_t port, std::string site)
+              std::string url, std::string site, std::vector<std::string> more = {})
       : folder_(folder),
         name_(std::move(name)),
         direction_(std::move(direction)),
-        url_(url_of(port)),
+        url_(std::move(url)),
         site_(std::move(site)),
+        more_(std::move(more)),
         session_(folder.file(name_), Session::Missing::is_made) {
     start();
   }
 
   void start() {
-    process_ = std::make_unique<ToolProcess>(
-        folder_.path(), name_ + "-" + std::to_string(++starts_),
-        std::vector<std::string>{"replicate", direction_, url_, "--name", site_, "--store",
-                                 folder_.file(name_)});
+    std::vector<std::string> words = {"replicate", direction_,         url_, "--name", site_,
+                                      "--store",   folder_.file(name_)};
+    words.insert(words.end(), more_.begin(), more_.end());
+    process_ = std::make_unique<ToolProcess>(folder_.path(),
+                                             name_ + "-" + std::to_string(++starts_), words);
   }
   void kill() { process_.reset(); }
   Session &session() { return session_; }
@@ -58,6 +60,7 @@ class Replicating {
   std::string direction_;
   std::string url_;
   std::string site_;
+  std::vector<std::string> more_;
   Session session_;
   int starts_ = 0;
   std::unique_ptr<ToolProcess> process_;
@@ -177,15 +180,20 @@ class Network {
   Proxy proxy_{server_.port()};
   std::vector<std::unique_ptr<Replicating>> senders_ = [this] {
     std::vector<std::unique_ptr<Replicating>> made;
-    made.push_back(std::make_unique<Replicating>(folder_, "from-a", "--to", server_.port(), "a"));
-    made.push_back(std::make_unique<Replicating>(folder_, "from-b", "--to", proxy_.port(), "b"));
+    made.push_back(
+        std::make_unique<Replicating>(folder_, "from-a", "--to", url_of(server_.port()), "a"));
+    made.push_back(
+        std::make_unique<Replicating>(folder_, "from-b", "--to", url_of(proxy_.port()), "b"));
     return made;
   }();
   std::vector<std::unique_ptr<Replicating>> followers_ = [this] {
     std::vector<std::unique_ptr<Replicating>> made;
-    made.push_back(std::make_unique<Replicating>(folder_, "to-1", "--from", server_.port(), "a"));
-    made.push_back(std::make_unique<Replicating>(folder_, "to-2", "--from", proxy_.port(), "a"));
-    made.push_back(std::make_unique<Replicating>(folder_, "to-3", "--from", server_.port(), "b"));
+    made.push_back(
+        std::make_unique<Replicating>(folder_, "to-1", "--from", url_of(server_.port()), "a"));
+    made.push_back(
+        std::make_unique<Replicating>(folder_, "to-2", "--from", url_of(proxy_.port()), "a"));
+    made.push_back(
+        std::make_unique<Replicating>(folder_, "to-3", "--from", url_of(server_.port()), "b"));
     return made;
   }();
   std::vector<std::unique_ptr<RandomChanges>> changes_;
@@ -207,6 +215,50 @@ TEST(ReplicationRounds, FollowersShowWholeStatesAndInTheEndTheLast) {
   std::printf("%zu rounds; the same again after %lld ms in the middle, %lld ms at most\n",
               times.size(), static_cast<long long>(times[times.size() / 2].count()),
               static_cast<long long>(times.back().count()));
+}
+
+// Three servers that keep three copies, of which one after the other is killed.
+TEST(ReplicationCluster, GoesOnWhileOneOfThreeServersIsDown) {
+  const TemporaryFolder folder;
+  std::vector<std::uint16_t> ports;
+  std::string routes;
+  for (int server = 0; server < 3; ++server) {
+    ports.push_back(free_port());
+    routes += (server == 0 ? "" : ",") + url_of(ports.back());
+  }
+  std::vector<std::unique_ptr<Server>> servers;
+  std::string urls;
+  for (const std::uint16_t port : ports) {
+    const std::string name = "engine" + std::to_string(servers.size());
+    servers.push_back(std::make_unique<Server>(
+        folder.path() / name,
+        std::vector<std::string>{"--name", name, "--cluster_name", "three", "--cluster",
+                                 url_of(port), "--routes", routes}));
+    urls += (urls.empty() ? "" : ",") + url_of(servers.back()->port());
+  }
+  Replicating sender(folder, "from", "--to", urls, "site", {"--replicas", "3"});
+  Replicating follower(folder, "to", "--from", urls, "site");
+  RandomChanges changes(sender.session(), 5);
+  std::unordered_set<std::size_t> states{sender.state()};
+  const auto catches_up = [&](std::chrono::seconds limit) {
+    const auto end = Clock::now() + limit;
+    while (follower.state() != sender.state() && Clock::now() < end) {
+      EXPECT_TRUE(states.contains(follower.state()));
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(follower.state(), sender.state())
+        << sender.process().err() << follower.process().err();
+  };
+  states.insert(changes.commit());
+  catches_up(std::chrono::seconds(60));
+  for (const auto &server : servers) {
+    server->kill();
+    for (int commits = 0; commits < 5; ++commits) states.insert(changes.commit());
+    catches_up(std::chrono::seconds(60));
+    server->start();
+    states.insert(changes.commit());
+    catches_up(std::chrono::seconds(60));
+  }
 }
 
 class Replicate : public tool_tests::ProcessTest {
@@ -261,6 +313,61 @@ TEST_F(Replicate, StatusComparesBothEnds) {
   EXPECT_EQ(run({"show", "--store", file("to")}).out, run({"show", "--store", file("from")}).out);
   kill(follower.id(), SIGTERM);
   EXPECT_EQ(follower.wait(), 0);
+}
+
+// Two sites in one store, each a tenant; who names one sees that site alone.
+TEST_F(Replicate, SitesAreTenantsOfOneStore) {
+  expect_done({"load", "frr", sample_, "--store", file("from")});
+  expect_done({"load", "frr", other_sample_, "--store", file("other")});
+  std::vector<std::unique_ptr<ToolProcess>> processes;
+  const auto start = [&](const std::string &direction, const std::string &store,
+                         const std::string &site, const std::string &tenant) {
+    processes.push_back(std::make_unique<ToolProcess>(
+        folder_, "process" + std::to_string(processes.size()),
+        std::vector<std::string>{"replicate", direction, url_of(server_.port()), "--name", site,
+                                 "--store", file(store), "--tenant", tenant}));
+  };
+  start("--to", "from", "one", "0");
+  start("--to", "other", "two", "0");
+  start("--from", "both", "one", "1");
+  start("--from", "both", "two", "2");
+  const auto shown = [&](const std::string &store, const std::string &tenant) {
+    return run({"show", "--store", file(store), "--tenant", tenant}).out;
+  };
+  const auto is_there = [&](const std::string &store, const std::string &tenant) {
+    for (int tries = 0; tries < 300; ++tries) {
+      if (std::filesystem::exists(file("both")) && shown("both", tenant) == shown(store, "0")) {
+        return true;
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+  };
+  EXPECT_TRUE(is_there("from", "1")) << processes[2]->err();
+  EXPECT_TRUE(is_there("other", "2")) << processes[3]->err();
+  // What changes at one stays that one's.
+  expect_done({"load", "frr", other_sample_, "--store", file("from")});
+  EXPECT_TRUE(is_there("from", "1")) << processes[2]->err();
+  EXPECT_TRUE(is_there("other", "2")) << processes[3]->err();
+  EXPECT_EQ(run({"store", "check", file("both")}).status, 0);
+}
+
+TEST_F(Replicate, WatchTellsWhatASiteSends) {
+  expect_done({"load", "frr", sample_, "--store", file("from")});
+  ToolProcess sender(folder_, "sender", words("--to", "from"));
+  ToolProcess watch(folder_, "watch",
+                    {"watch", "--from", url_of(server_.port()), "--name", "site", "--json"});
+  ASSERT_TRUE(says(watch, "watching ")) << watch.err();
+  ToolProcess watch_of_store(folder_, "watch-store", {"watch", "--store", file("from"), "--json"});
+  ASSERT_TRUE(says(watch_of_store, "watching ")) << watch_of_store.err();
+  expect_done({"load", "frr", other_sample_, "--store", file("from")});
+  const auto without_time = [](const std::string &line) {
+    return line.substr(line.find("change"));
+  };
+  EXPECT_EQ(without_time(watch.line(0)), without_time(watch_of_store.line(0)));
+  expect_wrong_words({"watch", "--from", "nats://hub", "--name", "a b"}, {"found \"a b\""});
+  expect_wrong_words({"watch", "--from", "nats://hub", "--name", "a", "--store", file("from")},
+                     {"watch: --store and --from: found both"});
 }
 
 // What the manager of services hears.

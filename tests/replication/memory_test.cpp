@@ -7,6 +7,7 @@
 #include "memory_bucket.hpp"
 #include "ospf_replication/follower.hpp"
 #include "ospf_replication/sender.hpp"
+#include "ospf_replication/subjects.hpp"
 #include "ospf_replication/tree_rows.hpp"
 #include "ospf_tables/tree.hpp"
 #include "support/processes.hpp"
@@ -304,29 +305,120 @@ TEST_F(Replicated, WhatWasThereBeforeIsRefused) {
   EXPECT_GE(refused(Refusal::replayed), replayed + before.size());
 }
 
-// One that may write there can make sums that are right of rows that make no tree.
-TEST_F(Replicated, RowsThatMakeNoTreeAreRefused) {
-  change(1);
-  replicate();
-  const std::string before = shown(to_);
-  const Letter row = some_row();
-  const Message message = read_message(row.body);
-  const Stamp stamp{{message.stamp.epoch.number + 1, 7}, 1};
-  const Bytes image(message.image.begin(), message.image.end());
-  const std::string path = row.subject.substr(Subjects("site").rows.size());
-  const auto forge = [&](const std::string &at) {
-    Sums sums;
-    sums.add(luid_of(image), digest_of(at, message.references, image));
-    bucket_.add({Subjects("site").rows + at, row_message(stamp, message.references, image)});
-    bucket_.add({Subjects("site").commit, commit_message({stamp, 1, sums})});
-    settle();
-    EXPECT_EQ(shown(to_), before);
+// What a sender of another make could send: rows of the bucket's, changed, in an epoch of their own
+// with a commit marker that fits them.
+class Forged : public Replicated {
+ protected:
+  struct Row {
+    std::string path;
+    std::uint32_t references;
+    Bytes image;
   };
-  forge(path);  // without the rows above it
-  EXPECT_GE(refused(Refusal::unsound), 1u);
-  std::this_thread::sleep_for(std::chrono::milliseconds(260));
-  replicate();
-  expect_same();
+
+  void SetUp() override {
+    change(1, false);
+    replicate();
+    for (const auto &[number, letter] : bucket_.messages()) {
+      if (!letter.subject.starts_with(subjects_.rows)) continue;
+      const Message message = read_message(letter.body);
+      epoch_ = message.stamp.epoch.number;
+      rows_.push_back({letter.subject.substr(subjects_.rows.size()), message.references,
+                       Bytes(message.image.begin(), message.image.end())});
+    }
+  }
+  void publish() {
+    const Stamp stamp{{++epoch_, 7}, 1};
+    Sums sums;
+    for (const Row &row : rows_) {
+      sums.add(luid_of(row.image), digest_of(row.path, row.references, row.image));
+      bucket_.add({subjects_.rows + row.path, row_message(stamp, row.references, row.image)});
+    }
+    bucket_.add({subjects_.commit,
+                 commit_message({stamp, static_cast<std::uint32_t>(rows_.size()), sums})});
+    settle();
+  }
+  // The first row of that kind.
+  Row &row_of(const std::string &reference) {
+    for (Row &row : rows_) {
+      if (steps_of(row.path).back().reference == reference) return row;
+    }
+    ADD_FAILURE() << "no row of " << reference;
+    return rows_.front();
+  }
+  void expect_unsound() {
+    const std::string before = shown(to_);
+    const std::uint64_t count = refused(Refusal::unsound);
+    publish();
+    EXPECT_GT(refused(Refusal::unsound), count);
+    EXPECT_EQ(shown(to_), before);
+    to_.reading(
+        [&] { EXPECT_EQ(kelp_database_check(to_.database(), nullptr, nullptr, nullptr), 0); });
+  }
+
+  const Subjects subjects_{"site"};
+  std::vector<Row> rows_;
+  std::uint64_t epoch_ = 0;
+};
+
+// Fields behind those that are known, and a table that is not.
+TEST_F(Forged, RowsOfANewerEditionArriveAsFarAsTheyAreKnown) {
+  const std::string before = shown(to_);
+  Row &area = row_of("area");
+  constexpr std::size_t length = 12, variant = 43, jump = 45;
+  const Bytes added = {1, 2, 3};
+  area.image.insert(area.image.end(), added.begin(), added.end());
+  area.image[length + 3] = static_cast<std::uint8_t>(area.image[length + 3] + added.size());
+  area.image[jump + 3] = static_cast<std::uint8_t>(area.image[jump + 3] + added.size());
+  ++area.image[variant];
+  Row unknown{area.path + ".later_table.7", 0, area.image};
+  unknown.image[30] ^= 0xff;  // the identity of its table
+  Row below{unknown.path + ".later_still.8", 0, unknown.image};
+  rows_.push_back(unknown);
+  rows_.push_back(below);
+  publish();
+  EXPECT_TRUE(told_.empty()) << told_.front();
+  EXPECT_EQ(follower_.report().rows, rows_.size());
+  EXPECT_EQ(follower_.report().stamp.epoch.number, epoch_);
+  EXPECT_EQ(shown(to_), before);
+  // They go as they came.
+  std::erase_if(rows_, [](const Row &row) { return row.path.find("later") != row.path.npos; });
+  publish();
+  EXPECT_TRUE(told_.empty()) << told_.front();
+  EXPECT_EQ(follower_.report().rows, rows_.size());
+}
+
+TEST_F(Forged, RowsWithoutTheRowAboveThemAreRefused) {
+  const std::string path = row_of("instance").path;
+  std::erase_if(rows_, [&](const Row &row) { return row.path == path; });
+  expect_unsound();
+}
+
+TEST_F(Forged, RowsWithoutATableAreRefused) {
+  row_of("instance").references = 0;
+  expect_unsound();
+}
+
+TEST_F(Forged, RowsWithAnotherKeyThanTheirPathAreRefused) {
+  Row &area = row_of("area");
+  const std::size_t key = area.path.rfind('.');
+  const std::string before = area.path;
+  const std::string after = before.substr(0, key) + ".1_2E2_2E3_2E4";
+  for (Row &row : rows_) {
+    if (row.path == before || row.path.starts_with(before + ".")) {
+      row.path = after + row.path.substr(before.size());
+    }
+  }
+  expect_unsound();
+}
+
+TEST_F(Forged, ImagesThatTheCheckerRefusesNeverGetThere) {
+  Row &area = row_of("area");
+  area.image.back() ^= 0xff;
+  area.image.pop_back();
+  const std::string before = shown(to_);
+  publish();
+  EXPECT_GE(refused(Refusal::garbage), 1u);
+  EXPECT_EQ(shown(to_), before);
 }
 
 }  // namespace

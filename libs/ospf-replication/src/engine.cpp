@@ -1,4 +1,6 @@
+#include <sstream>
 #include <utility>
+#include <vector>
 
 #include "nats_objects.hpp"
 #include "ospf_replication/jetstream.hpp"
@@ -20,6 +22,16 @@ void count(natsConnection *, void *connections) {
 // A word of the client library about what an option could not do.
 void require(const std::string &what, natsStatus status) {
   if (status != NATS_OK) throw Refused(what + ": " + words_of(status));
+}
+
+// Any of several, with commas between them.
+void set_servers(natsOptions *options, const std::string &urls) {
+  std::vector<std::string> each;
+  std::istringstream in(urls);
+  for (std::string url; std::getline(in, url, ',');) each.push_back(url);
+  std::vector<const char *> list;
+  for (const std::string &url : each) list.push_back(url.c_str());
+  require(urls, natsOptions_SetServers(options, list.data(), static_cast<int>(list.size())));
 }
 
 void set_security(natsOptions *options, const EngineOptions &asked) {
@@ -45,7 +57,7 @@ void set_security(natsOptions *options, const EngineOptions &asked) {
 Engine::Engine(const EngineOptions &options) : options_(options) {
   require("options", natsOptions_Create(&settings_));
   try {
-    require(options.url, natsOptions_SetURL(settings_, options.url.c_str()));
+    set_servers(settings_, options.url);
     natsOptions_SetName(settings_, "ospf-harbor");
     natsOptions_SetMaxReconnect(settings_, -1);
     natsOptions_SetReconnectWait(settings_, reconnect_wait);

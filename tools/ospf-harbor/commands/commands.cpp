@@ -185,6 +185,7 @@ struct Program {
                "ospf-harbor"};
   TraceFile trace_file{app};
   std::string store;
+  std::uint16_t tenant = 0;
   Chosen chosen;
 
   explicit Program(Stands here = Stands::on_the_command_line) {
@@ -194,6 +195,9 @@ struct Program {
     app.add_option("--store", store,
                    "A file that holds the tables, shared with other processes; commands that load "
                    "make it. Without it the tables are those of this run alone");
+    app.add_option("--tenant", tenant,
+                   "Whose rows of the store are meant, where sites that are followed into one store "
+                   "have a number each; 0 without it");
     add_commands(app, here, &chosen);
   }
 };
@@ -225,6 +229,7 @@ int run_command_line(std::vector<std::string> words) {
   Program program;
   if (!parse(program.app, std::move(words))) return 0;
   program.trace_file.open();
+  kelp_tenant_set(program.tenant);
   const int status = run_chosen(program);
   program.trace_file.close();
   return status;

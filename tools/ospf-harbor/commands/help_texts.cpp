@@ -23,7 +23,8 @@ constexpr HelpText help_texts[] = {
      "lsdb --v2 --area 2 --from site.pcap\n"
      "lsdb --type external --prefix 100.64.0.0/10+ --from site.pcap\n"
      "lsdb --type opaque --adv-router 10.0.0.1 --detail --from routers"},
-    {"watch", "watch area/0.0.0.0 --json --store net.store"},
+    {"watch",
+     "watch area/0.0.0.0 --json --store net.store\nwatch --from nats://hub --name paris"},
     {"replicate",
      "replicate --store net.store --to nats://hub --name paris\n"
      "replicate --store paris.store --from nats://hub --name paris\n"

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "commands/command.hpp"
+#include "commands/engine_words.hpp"
 #include "commands/service_notes.hpp"
 #include "ospf_replication/follower.hpp"
 #include "ospf_replication/jetstream.hpp"
@@ -27,11 +28,10 @@ constexpr std::chrono::milliseconds pause_time{200};
 struct ReplicateOptions {
   std::string to;
   std::string from;
-  std::string site;
+  EngineWords engine;
   bool status = false;
   bool json = false;
   double seconds = 0;
-  EngineOptions engine;
 };
 
 volatile std::sig_atomic_t end_asked = 0;
@@ -63,7 +63,7 @@ class EndsOnSignal {
 class Replication {
  public:
   Replication(const ReplicateOptions &options, const char *direction)
-      : options_(options), notes_(replicate_name, direction, options.site, options.json) {}
+      : options_(options), notes_(replicate_name, direction, options.engine.site, options.json) {}
 
   // turn says what became of it, in words for people and as fields.
   void run(const std::function<void(ServiceNotes &)> &turn) {
@@ -100,11 +100,11 @@ nlohmann::ordered_json numbers_of(const Stamp &stamp, std::uint64_t rows, std::u
 }
 
 void send_store(Session &session, const ReplicateOptions &options) {
-  Engine engine(options.engine);
+  Engine engine(options.engine.engine);
   const std::string words =
       "process " + std::to_string(getpid()) + " with " + kelp_database_name(session.database());
-  const auto outlet = make_outlet(engine, options.site, words);
-  Sender sender(session, *outlet, options.site);
+  const auto outlet = make_outlet(engine, options.engine.site, words);
+  Sender sender(session, *outlet, options.engine.site);
   std::uint64_t snapshots = 0;
   Replication(options, "sending").run([&](ServiceNotes &notes) {
     if (sender.turn()) {
@@ -132,10 +132,10 @@ nlohmann::ordered_json numbers_of(const FollowerReport &report) {
 }
 
 void follow_site(Session &session, const ReplicateOptions &options) {
-  Engine engine(options.engine);
-  const auto inlet = make_inlet(engine, options.site);
+  Engine engine(options.engine.engine);
+  const auto inlet = make_inlet(engine, options.engine.site);
   ServiceNotes *telling = nullptr;
-  Follower follower(session, *inlet, options.site, [&](const std::string &what) {
+  Follower follower(session, *inlet, options.engine.site, [&](const std::string &what) {
     if (telling != nullptr) telling->tell(what);
   });
   Replication(options, "following").run([&](ServiceNotes &notes) {
@@ -148,14 +148,15 @@ void follow_site(Session &session, const ReplicateOptions &options) {
 
 // Whether the engine's latest commit and the store say the same, table by table.
 int compare(Session &session, const ReplicateOptions &options) {
-  Engine engine(options.engine);
+  Engine engine(options.engine.engine);
   // One that is not there yet may come.
   for (int tries = 0; tries < 20 && !engine.is_connected(); ++tries) {
     std::this_thread::sleep_for(turn_time);
   }
-  const auto bytes = last_commit_of(engine, options.site);
+  const auto bytes = last_commit_of(engine, options.engine.site);
   if (!bytes)
-    throw InputError(options.engine.url, "found no commit of " + options.site + ", expected one");
+    throw InputError(options.engine.engine.url,
+                     "found no commit of " + options.engine.site + ", expected one");
   const Message message = read_message(*bytes);
   if (message.kind != MessageKind::commit) throw MessageFault("a row", "a commit marker");
   const Sums &there = message.commit.sums;
@@ -192,13 +193,7 @@ void check_options(const ReplicateOptions &options) {
     throw UsageError(replicate_name, "--to and --from", options.to.empty() ? "neither" : "both",
                      "one of them");
   }
-  if (!is_site_name(options.site)) {
-    throw UsageError(replicate_name, "--name", "\"" + options.site + "\"",
-                     "1 to 64 letters, digits, '-' or '_'");
-  }
-  if (options.engine.certificate.empty() != options.engine.key.empty()) {
-    throw UsageError(replicate_name, "--tls-certificate and --tls-key", "one of them", "both");
-  }
+  options.engine.check(replicate_name);
 }
 
 int replicate(Session &session, const ReplicateOptions &options) {
@@ -222,23 +217,17 @@ Run set_up_replicate(CLI::App &app) {
   const auto options = std::make_shared<ReplicateOptions>();
   app.add_option("--to", options->to, "The engine to send the store to, nats://HOST[:PORT]");
   app.add_option("--from", options->from, "The engine to fill the store from");
-  app.add_option("--name", options->site, "The name of the site: letters, digits, '-' and '_'")
-      ->required();
   app.add_flag("--status", options->status,
                "Compare the store with what was sent last, table by table, and end");
   app.add_flag("--json", options->json, "One JSON object a line");
   app.add_option("--seconds", options->seconds, "How long to run; until a signal without it");
-  app.add_option("--credentials", options->engine.credentials, "A credentials file of the engine");
-  app.add_option("--tls-authorities", options->engine.authorities,
-                 "The certificates to believe, PEM; with it the connection has to be TLS");
-  app.add_option("--tls-certificate", options->engine.certificate, "The own certificate, PEM");
-  app.add_option("--tls-key", options->engine.key, "Its key, PEM");
-  app.add_option("--replicas", options->engine.replicas,
+  options->engine.add_to(app);
+  app.add_option("--replicas", options->engine.engine.replicas,
                  "On how many servers a cluster keeps what is sent")
       ->check(CLI::Range(1, 5));
   return [options](Session *session) {
     check_options(*options);
-    options->engine.url = options->to.empty() ? options->from : options->to;
+    options->engine.engine.url = options->to.empty() ? options->from : options->to;
     return replicate(*session, *options);
   };
 }

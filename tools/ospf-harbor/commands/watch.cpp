@@ -1,10 +1,17 @@
-// Prints what others commit to a store, as it is committed.
+// Prints what others commit to a store, as it is committed, or what a site sends to an engine.
 #include <cerrno>
 #include <chrono>
 #include <cmath>
+#include <cstring>
+#include <filesystem>
 #include <memory>
+#include <thread>
 
 #include "commands/command.hpp"
+#include "commands/engine_words.hpp"
+#include "ospf_replication/follower.hpp"
+#include "ospf_tables/system_error.hpp"
+#include "views/notes.hpp"
 #include "views/watched_rows.hpp"
 
 namespace tool {
@@ -15,6 +22,8 @@ namespace {
 
 struct WatchOptions {
   std::string path;
+  std::string from;
+  EngineWords engine;
   bool json = false;
   double seconds = 0;
 };
@@ -33,22 +42,83 @@ bool wait_for_commit(Session &session, std::chrono::steady_clock::time_point end
   return code == 0;
 }
 
-int watch(Session &session, const WatchOptions &options) {
-  if (!session.is_store()) {
-    throw UsageError("watch", "--store", "nothing", "the store to watch");
+// Tells what is in a store now and was not before.
+class Watch {
+ public:
+  explicit Watch(const WatchOptions &options) : options_(options) {}
+
+  // False when nobody reads any more.
+  bool look(Session &session) {
+    WatchedRows now;
+    session.reading([&] { now = watched_rows(session, options_.path); });
+    const bool is_first = std::exchange(is_first_, false);
+    if (is_first) {
+      std::fprintf(stderr, "watching %zu rows\n", now.size());
+    } else {
+      print_changes(rows_, now, options_.json, stdout);
+    }
+    rows_ = std::move(now);
+    return is_first || std::fflush(stdout) == 0;  // the program tells why
   }
+
+ private:
+  const WatchOptions &options_;
+  WatchedRows rows_;
+  bool is_first_ = true;
+};
+
+// A store without a name, which goes with the process.
+std::unique_ptr<Session> nameless_store() {
+  std::string folder =
+      (std::filesystem::temp_directory_path() / "ospf-harbor-").string() + std::string(6, 'X');
+  if (mkdtemp(folder.data()) == nullptr)
+    throw cannot("make a folder", folder, std::strerror(errno));
+  auto session = std::make_unique<Session>(folder + "/store", Session::Missing::is_made);
+  std::error_code ignored;
+  std::filesystem::remove_all(folder, ignored);
+  return session;
+}
+
+int watch_site(const WatchOptions &options, std::chrono::steady_clock::time_point end) {
+  using namespace ospf_replication;
+  const auto session = nameless_store();
+  Engine engine(options.engine.engine);
+  const auto inlet = make_inlet(engine, options.engine.site);
+  Follower follower(*session, *inlet, options.engine.site, note);
+  Watch watch(options);
+  std::string said;
+  while (options.seconds <= 0 || std::chrono::steady_clock::now() < end) {
+    try {
+      if (follower.turn(std::chrono::milliseconds(100)) && !watch.look(*session)) return 0;
+    } catch (const CarrierFailure &failure) {
+      if (said != failure.what()) note(failure.what());
+      said = failure.what();
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+  }
+  return 0;
+}
+
+int watch(Session &session, const WatchOptions &options) {
   const auto end = std::chrono::steady_clock::now() +
                    std::chrono::duration_cast<std::chrono::steady_clock::duration>(
                        std::chrono::duration<double>(options.seconds));
-  WatchedRows rows;
-  session.reading([&] { rows = watched_rows(session, options.path); });
-  std::fprintf(stderr, "watching %zu rows\n", rows.size());
+  if (!options.from.empty()) {
+    if (session.is_store()) throw UsageError("watch", "--store and --from", "both", "one of them");
+    options.engine.check("watch");
+    try {
+      return watch_site(options, end);
+    } catch (const ospf_replication::Refused &refused) {
+      throw InputError("watch", refused.what());
+    }
+  }
+  if (!session.is_store()) {
+    throw UsageError("watch", "--store", "nothing", "the store to watch, or --from an engine");
+  }
+  Watch watch(options);
+  if (!watch.look(session)) return 0;
   while (wait_for_commit(session, end, options.seconds > 0)) {
-    WatchedRows now;
-    session.reading([&] { now = watched_rows(session, options.path); });
-    print_changes(rows, now, options.json, stdout);
-    if (std::fflush(stdout) != 0) return 0;  // the program tells why
-    rows = std::move(now);
+    if (!watch.look(session)) return 0;
   }
   return 0;
 }
@@ -56,17 +126,23 @@ int watch(Session &session, const WatchOptions &options) {
 Run set_up_watch(CLI::App &app) {
   const auto options = std::make_shared<WatchOptions>();
   app.add_option("PATH", options->path, "Rows by kind and key, as show has it; all without it");
+  app.add_option("--from", options->from,
+                 "The engine that a site sends to, nats://HOST[:PORT], instead of a store");
+  options->engine.add_to(app);
   app.add_flag("--json", options->json, "One JSON object a line");
   app.add_option("--seconds", options->seconds,
                  "How long to watch; until a signal ends it without this")
       ->check(CLI::Range(0.001, 4000000.0));
-  return [options](Session *session) { return watch(*session, *options); };
+  return [options](Session *session) {
+    options->engine.engine.url = options->from;
+    return watch(*session, *options);
+  };
 }
 
 }  // namespace
 
 extern const Command watch_command;
-const Command watch_command{"watch", "Print what other processes change in a store, as they do",
+const Command watch_command{"watch", "Print what changes in a store, or at a site, as it does",
                             Needs::session, set_up_watch, Stands::on_the_command_line};
 
 }  // namespace tool
