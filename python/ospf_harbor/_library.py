@@ -87,7 +87,7 @@ class HandleOptions(ctypes.Structure):
 class MemoryStatistics(ctypes.Structure):
     _fields_ = [(name, U64) for name in (
         'live_allocations', 'live_bytes', 'used_bytes', 'peak_used_bytes', 'reserved_bytes',
-        'limit_bytes', 'total_allocations', 'failed_allocations')]
+        'limit_bytes', 'total_allocations', 'failed_allocations', 'own_bytes')]
 
 
 class CollectorReport(ctypes.Structure):
