@@ -54,6 +54,7 @@ class EventFilter {
     if (options_.v2 != options_.v3 && event.version != (options_.v2 ? 2 : 3)) return false;
     return !router_ || std::ranges::find(event.routers, *router_) != event.routers.end();
   }
+  std::optional<std::uint32_t> router() const { return router_; }
 
  private:
   // A whole name, or what several begin with, as lsa and neighbor.
@@ -105,6 +106,25 @@ int listen(ospf_tables::Session &session, const EventsOptions &options, Heard &h
   return load_capture(session, {{}, options.interface, options.seconds, "", &heard}, nullptr);
 }
 
+// Who asked for a router that nothing is told of may have meant another.
+void tell_nothing(std::optional<std::uint32_t> router, const std::vector<Event> &events) {
+  constexpr std::size_t most = 3;
+  std::set<std::pair<std::uint32_t, std::uint32_t>> near;  // by how far off the IDs are
+  for (const Event &event : events) {
+    for (const std::uint32_t each : event.routers) {
+      if (router) near.emplace(std::max(each, *router) - std::min(each, *router), each);
+    }
+  }
+  std::string nearest;
+  std::size_t count = 0;
+  for (const auto &[apart, each] : near) {
+    if (apart == 0) nearest.clear();
+    if (apart == 0 || count++ == most) break;
+    nearest += (nearest.empty() ? "; the nearest routers are " : ", ") + ospf_tables::dotted(each);
+  }
+  std::fprintf(stderr, "ospf-harbor: events: nothing of that happened%s\n", nearest.c_str());
+}
+
 int list_events(ospf_tables::Session &session, const EventsOptions &options) {
   Heard heard;
   EventListing listing(options, heard);
@@ -125,7 +145,13 @@ int list_events(ospf_tables::Session &session, const EventsOptions &options) {
   for (const Event &event : heard.events) {
     if (!since || event.time >= *since) listing.add(event);
   }
-  return status;
+  const EventFilter filter(options);
+  const bool is_nothing = std::ranges::none_of(heard.events, [&](const Event &event) {
+    return (!since || event.time >= *since) && filter.meets(event);
+  });
+  if (!is_nothing) return status;
+  tell_nothing(filter.router(), heard.events);
+  return 1;
 }
 
 Run set_up_events(CLI::App &app) {

@@ -22,7 +22,7 @@ std::optional<std::uint8_t> parse_instance(const std::string &text) {
   std::uint8_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size()) {
-    throw InputError("--instance", "", "\"" + text + "\"", "a number from 0 to 255");
+    throw UsageError("--instance", "", "\"" + text + "\"", "a number from 0 to 255");
   }
   return number;
 }
@@ -134,7 +134,7 @@ std::vector<Database> chosen_databases(ospf_tables::Session &session, const Inst
 RouterId router_named(const std::string &option, const std::string &text,
                       const std::vector<Calculator> &calculators) {
   const auto wanted = parse_dotted(text);
-  if (!wanted) throw InputError(option, "", "\"" + text + "\"", "a router ID such as 10.0.0.1");
+  if (!wanted) throw UsageError(option, "", "\"" + text + "\"", "a router ID such as 10.0.0.1");
   std::set<std::pair<std::uint32_t, RouterId>> near;
   for (const Calculator &calculator : calculators) {
     for (const RouterId router : calculator.routers()) {

@@ -256,6 +256,19 @@ TEST_F(Events, OneEventIsOneLine) {
   EXPECT_EQ(keys, "time kind file packet version instance area routers where why what lsa ");
 }
 
+TEST_F(Events, NothingIsToldWithTheNearestRouters) {
+  const Said router = ask("events --router 10.242.0.9", "forged");
+  EXPECT_EQ(router.status, 1);
+  EXPECT_EQ(router.out, "");
+  EXPECT_NE(router.err.find("ospf-harbor: events: nothing of that happened; the nearest routers are "
+                            "10.242.0.3, 10.242.0.2, 10.242.0.1\n"),
+            std::string::npos)
+      << router.err;
+  const Said kind = ask("events --kind max_age_storm --router 10.242.0.3", "forged");
+  EXPECT_EQ(kind.status, 1);
+  EXPECT_NE(kind.err.find("events: nothing of that happened\n"), std::string::npos) << kind.err;
+}
+
 TEST_F(Events, WhatCannotBeMeantIsRefused) {
   const auto refused = [&](const std::string &line, const char *why) {
     const Said said = ask(line, "forged");

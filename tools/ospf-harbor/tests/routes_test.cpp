@@ -61,6 +61,8 @@ TEST_F(Routes, WhatIsNotThereIsToldWithTheNearest) {
                  "between the two; 10.251.0.4 has those to 10.251.0.1, network 10.51.45.4\n");
   expect_refused("routes --router all --instance 9", "nssa", 1,
                  "one of what is loaded: OSPFv2, OSPFv3");
+  expect_refused("routes --router all --instance x", "nssa", 2, "a number from 0 to 255");
+  expect_refused("routes --router r1", "nssa", 2, "a router ID such as 10.0.0.1");
 }
 
 // Every command that takes what-ifs refuses what cannot be, by the words that were said.
