@@ -22,7 +22,7 @@ class FuzzInlet : public Inlet {
 
   void begin() override {}
   std::optional<Arrival> next(std::chrono::milliseconds) override {
-    if (input_.size() < 3u + input_[0]) return std::nullopt;
+    if (input_.empty() || input_.size() < 3u + input_[0]) return std::nullopt;
     Arrival arrival;
     const std::size_t subject = input_[0];
     arrival.subject =
