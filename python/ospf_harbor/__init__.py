@@ -15,6 +15,7 @@ rest. What fails raises an `Error` with a code, a text and a field.
 from ._database import Database, Handle, Lock
 from ._errors import (BadImage, BadType, BadValue, Closed, Error, Foreign, Gone, LockNeeded,
                       NoSuchKey, WrongThread)
+from ._feeds import Change, ChangeKind, Feed
 from ._model import MODEL
 from ._objects import Structure
 from ._row import Row
@@ -23,7 +24,7 @@ from ._tool import check, diff, load_capture, load_frr, routes
 from ._types import *
 from ._values import Enumeration, Flags
 
-__all__ = ['BadImage', 'BadType', 'BadValue', 'Closed', 'Database', 'Enumeration', 'Error',
-           'Flags', 'Foreign', 'Gone', 'Handle', 'Lock', 'LockNeeded', 'MODEL', 'NoSuchKey', 'Row',
-           'Structure', 'Table', 'WrongThread', 'check', 'diff', 'load_capture', 'load_frr',
-           'routes', *MODEL.classes]
+__all__ = ['BadImage', 'BadType', 'BadValue', 'Change', 'ChangeKind', 'Closed', 'Database',
+           'Enumeration', 'Error', 'Feed', 'Flags', 'Foreign', 'Gone', 'Handle', 'Lock',
+           'LockNeeded', 'MODEL', 'NoSuchKey', 'Row', 'Structure', 'Table', 'WrongThread', 'check',
+           'diff', 'load_capture', 'load_frr', 'routes', *MODEL.classes]

@@ -271,6 +271,7 @@ class Database:
         self._findings = Findings()
         self._unplaced = weakref.WeakSet()           # objects that nothing in the database owns
         self._abandoned = deque()
+        self._feeds = weakref.WeakSet()
         for option, number in (('reserve', reserve), ('wait_ms', wait_ms),
                                ('memory_limit', memory_limit)):
             if number is not None:
@@ -310,6 +311,8 @@ class Database:
 
     def __del__(self):
         if getattr(self, '_pointer', None) is not None:
+            for feed in list(self._feeds):
+                feed._end()
             for handle in list(self._handles):
                 handle._destroy()
             function('kelp_database_close', I32, Pointer, Pointer)(self._pointer, None)
@@ -334,6 +337,8 @@ class Database:
             with self.write():
                 self._end_unplaced(self._local.handle)
         self._findings.gone = 'its database has been closed'
+        for feed in list(self._feeds):
+            feed._end()
         for handle in list(self._handles):
             handle._destroy()
         _, error = checked(function('kelp_database_close', I32, Pointer, Pointer),
@@ -428,14 +433,19 @@ class Database:
             raise Closed(repr(self))
         return self._pointer
 
-    def _enter(self, mode, explicit=False):
-        """Begins a call of this thread under that lock at least, and gives it."""
+    def _thread_handle(self):
+        """The handle of this thread, made when it has none."""
         if self._pointer is None:
             raise Closed(repr(self))
         try:
-            handle = self._local.handle
+            return self._local.handle
         except AttributeError:
-            handle = self._local.handle = Handle(self)
+            self._local.handle = Handle(self)
+            return self._local.handle
+
+    def _enter(self, mode, explicit=False):
+        """Begins a call of this thread under that lock at least, and gives it."""
+        handle = self._thread_handle()
         if handle._depth:
             if handle._lock < mode:
                 raise LockNeeded('found the read lock, expected the write lock: '

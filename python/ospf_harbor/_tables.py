@@ -9,7 +9,7 @@ import collections.abc
 import ctypes
 import json
 
-from . import _rows
+from . import _feeds, _rows
 from ._database import READ, WRITE, begin, current_tenant
 from ._errors import BadType, BadValue, Error, Gone, NoSuchKey
 from ._images import CHECK_RECORD, Document, checked_image, document_failure
@@ -175,12 +175,13 @@ class Table(collections.abc.MutableMapping):
         """The keys, in their order."""
         return iter(self)
 
-    def _key_of(self, row):
+    @classmethod
+    def _key_of(cls, row):
         """The key as it stands in the index: plain and hashable."""
-        if self._key_class is None:
+        if cls._key_class is None:
             return row.key
         key = row.key
-        return tuple(getattr(key, name) for name in self._key_fields)
+        return tuple(getattr(key, name) for name in cls._key_fields)
 
     def _wanted(self, key):
         """A key as somebody wrote it, as it stands in the index."""
@@ -410,6 +411,19 @@ class Table(collections.abc.MutableMapping):
             if handle._error.value:
                 handle._fail(self._name, 'freeing a table')
             self.database._end_life(self._address)
+
+    def follow(self):
+        """Marks the table to be followed: readers hear of rows that come and go from then on, and of
+        others by `tell_changed`. Rows that go stay until `Database.collect()`."""
+        _feeds.follow(self)
+
+    def feed(self):
+        """A reader of what changes in a table that is followed, 22 in another one."""
+        return _feeds.Feed(self)
+
+    def tell_changed(self, key):
+        """Has readers hear of the row of that key, whose fields were set."""
+        _feeds.tell_changed(self, self[key])
 
     def _holds(self):
         return TableShell.from_address(self._address).record_count

@@ -125,7 +125,10 @@ def fields():
 
 
 def empty(database):
-    """Ends all that is in the database, from what nothing refers to on."""
+    """Ends all that is in the database, from what nothing refers to on; what is followed goes when it
+    is collected."""
+    for feed in list(database._feeds):
+        feed.close()
     for table in database.tables():
         for row in list(table.rows(0)):
             for field in row._fields.values():
@@ -133,7 +136,10 @@ def empty(database):
                     field.set(row, None)
     for table in database.tables():
         table.clear()
+    database.collect()
+    for table in database.tables():
         table.free()
+    database.collect()
 
 
 class Mixin:
