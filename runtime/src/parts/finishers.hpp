@@ -2,6 +2,8 @@
 // objects: what the program registered, else the function of the fixed name in the process.
 #pragma once
 
+#include <cstdint>
+
 #include "kelp/embed.h"
 
 namespace kelp {

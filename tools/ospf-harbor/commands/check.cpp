@@ -126,13 +126,13 @@ std::vector<Finding> between_interfaces(ospf_tables::Session &session,
   return ospf_findings::findings_of(std::move(interfaces), databases);
 }
 
-std::vector<Finding> all_findings(ospf_tables::Session &session, const CheckOptions &options,
-                                  const Heard &heard) {
-  const std::vector<ospf_tables::LsdbEntry> lsas = ospf_tables::read_lsdb(session);
+std::vector<Finding> all_findings(ospf_tables::Session &session,
+                                  const std::vector<ospf_tables::LsdbEntry> &lsas,
+                                  const CheckOptions &options, const Heard &heard) {
   // Routers that do not become neighbours send hellos alone, and those show why.
   const bool hellos_alone = lsas.empty() && heard.timeline != nullptr;
   std::vector<ospf_routes::Database> databases;
-  if (!hellos_alone) databases = chosen_databases(session, options.choice, "check");
+  if (!hellos_alone) databases = chosen_databases(lsas, options.choice, "check");
   std::vector<Finding> findings;
   // What has been heard says nothing of a network that is not.
   if (!options.what_if.is_asked()) {
@@ -158,16 +158,16 @@ std::vector<Finding> all_findings(ospf_tables::Session &session, const CheckOpti
 }
 
 void print_findings(const std::vector<Finding> &findings, const CheckOptions &options,
-                    const Heard &heard) {
+                    const Heard &heard, const RouterNames &names) {
   const Severity least = parse_severity("--least", options.least);
   std::array<std::size_t, 3> counts{};
   for (const Finding &finding : findings) {
     ++counts[static_cast<std::size_t>(finding.severity)];
     if (finding.severity < least) continue;
     if (options.json) {
-      std::printf("%s\n", json_line(finding, heard.captures).c_str());
+      std::printf("%s\n", json_line(finding, heard.captures, names).c_str());
     } else {
-      print_finding(finding, heard.captures, stdout);
+      print_finding(finding, heard.captures, names, stdout);
       std::printf("\n");
     }
   }
@@ -183,8 +183,9 @@ int check_network(ospf_tables::Session &session, const CheckOptions &options) {
   Heard heard;
   int status = options.source.load(session, "check", &heard);
   session.reading([&] {
-    const std::vector<Finding> findings = all_findings(session, options, heard);
-    print_findings(findings, options, heard);
+    const std::vector<ospf_tables::LsdbEntry> lsas = ospf_tables::read_lsdb(session);
+    const std::vector<Finding> findings = all_findings(session, lsas, options, heard);
+    print_findings(findings, options, heard, router_names(session, lsas));
     for (const Finding &finding : findings) {
       if (finding.severity >= fail_on) status = 1;
     }
@@ -225,8 +226,8 @@ network that would be are looked at, and nothing that was sent. The status
 is 1 when something is found that is as bad as --fail-on says.
 
 A line of --json has the keys severity, kind, version, instance, area,
-routers, where, field (what interfaces differ in), what, lsas, packets (each
-with file and packet, its number) and look_at.
+routers, router_names, where, field (what interfaces differ in), what, lsas,
+packets (each with file and packet, its number) and look_at.
 )";
 
 constexpr char check_example[] = R"($ ospf-harbor check --v2 --least error --from site.pcap

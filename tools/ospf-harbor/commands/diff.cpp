@@ -11,6 +11,7 @@
 #include "ospf_routes/read_databases.hpp"
 #include "ospf_tables/lsdb_view.hpp"
 #include "views/lsa_differences.hpp"
+#include "views/named_json.hpp"
 #include "views/route_list.hpp"
 
 namespace tool {
@@ -28,6 +29,7 @@ struct DiffOptions {
   bool v3 = false;
   bool every_field = false;
   bool json = false;
+  std::string names;
 };
 
 // One side: the tables of a source, as far as the databases go.
@@ -35,10 +37,13 @@ struct Side {
   ospf_tables::Session session;
   std::vector<LsdbEntry> lsas;
   std::vector<Database> databases;
+  RouterNames names;
 
   void load(const std::string &source, const std::string &at, const DiffOptions &options) {
     load_sources(session, {source}, {at, nullptr});
+    if (!options.names.empty()) read_names(options.names, session.names());
     session.reading([&] { lsas = ospf_tables::read_lsdb(session); });
+    names = router_names(session, lsas);
     std::erase_if(lsas, [&](const LsdbEntry &entry) {
       return options.v2 != options.v3 && entry.lsa.version != (options.v2 ? 2u : 3u);
     });
@@ -74,8 +79,16 @@ nlohmann::ordered_json json_or_null(const std::string &text) {
   return text.empty() ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(text);
 }
 
-std::string json_line(const Database &database, const FactChange &change) {
+// The other router of an adjacency or a cost, which may be one over a virtual link; not a network.
+std::optional<RouterId> other_router(const FactChange &change) {
+  if (change.other.starts_with("network ")) return std::nullopt;
+  return parse_dotted(change.other.substr(change.other.rfind(' ') + 1));
+}
+
+std::string json_line(const Database &database, const FactChange &change,
+                      const RouterNames &names) {
   using Json = nlohmann::ordered_json;
+  const auto other = other_router(change);
   const Json line = {
       {"diff", name_of(change.subject)},
       {"change", name_of(change.change)},
@@ -83,16 +96,21 @@ std::string json_line(const Database &database, const FactChange &change) {
       {"instance", database.instance},
       {"area", change.area ? Json(dotted(*change.area)) : Json(nullptr)},
       {"router", dotted(change.router)},
+      {"router_name", name_or_null(change.router, names)},
       {"to", json_or_null(change.other)},
+      {"to_name", other ? name_or_null(*other, names) : Json(nullptr)},
       {"prefix", change.prefix ? Json(text_of(*change.prefix, database.family)) : Json(nullptr)},
       {"before", json_or_null(change.before)},
       {"after", json_or_null(change.after)}};
-  return line.dump();
+  return line_of(line);
 }
 
-void print_fact_change(const Database &database, const FactChange &change) {
-  std::string text = dotted(change.router);
-  if (!change.other.empty()) text += " to " + change.other;
+void print_fact_change(const Database &database, const FactChange &change,
+                       const RouterNames &names) {
+  std::string text = labelled(change.router, names);
+  if (!change.other.empty()) {
+    text += " to " + labelled(change.other, {other_router(change).value_or(0)}, names);
+  }
   if (change.prefix) text += ": " + text_of(*change.prefix, database.family);
   if (change.subject != FactChange::Subject::adjacency) {
     if (change.change == FactChange::Change::changed) {
@@ -107,7 +125,8 @@ void print_fact_change(const Database &database, const FactChange &change) {
 
 class DiffListing {
  public:
-  explicit DiffListing(const DiffOptions &options) : options_(options) {}
+  DiffListing(const DiffOptions &options, const RouterNames &names)
+      : options_(options), names_(names) {}
 
   void add_lsas(const Side &before, const Side &after) {
     const auto changes = lsa_changes(before.lsas, after.lsas, options_.every_field);
@@ -115,9 +134,9 @@ class DiffListing {
     begin("link-state databases");
     for (const LsaChange &change : changes) {
       if (options_.json) {
-        std::printf("%s\n", tool::json_line(change).c_str());
+        std::printf("%s\n", tool::json_line(change, names_).c_str());
       } else {
-        print_lsa_change(change, stdout);
+        print_lsa_change(change, names_, stdout);
       }
     }
   }
@@ -128,9 +147,9 @@ class DiffListing {
     begin(instance_name(before) + ": network");
     for (const FactChange &change : changes) {
       if (options_.json) {
-        std::printf("%s\n", json_line(before, change).c_str());
+        std::printf("%s\n", json_line(before, change, names_).c_str());
       } else {
-        print_fact_change(before, change);
+        print_fact_change(before, change, names_);
       }
     }
   }
@@ -142,15 +161,15 @@ class DiffListing {
     if (changes.empty()) return;
     if (!options_.json) {
       begin("");
-      print_route_changes(before, one, other, changes, stdout);
+      print_route_changes(before, one, other, changes, names_, stdout);
     }
     any_ = true;
     for (const RouteChange &change : changes) {
       if (!options_.json) break;
-      auto line = nlohmann::ordered_json::parse(tool::json_line(before, one, other, change));
+      auto line = nlohmann::ordered_json::parse(tool::json_line(before, one, other, change, names_));
       nlohmann::ordered_json first = {{"diff", "route"}};
       first.update(line);
-      std::printf("%s\n", first.dump().c_str());
+      std::printf("%s\n", line_of(first).c_str());
     }
   }
 
@@ -164,6 +183,7 @@ class DiffListing {
   }
 
   const DiffOptions &options_;
+  const RouterNames &names_;
   bool any_ = false;
 };
 
@@ -205,7 +225,10 @@ int tell_differences(const DiffOptions &options) {
   after.load(sides.sources[1], sides.times[1], options);
   std::optional<RouterId> router;
   if (!options.router.empty()) router = router_of_either(options.router, before, after);
-  DiffListing listing(options);
+  // A router that the later side names otherwise has that name.
+  RouterNames names = after.names;
+  names.insert(before.names.begin(), before.names.end());
+  DiffListing listing(options, names);
   listing.add_lsas(before, after);
   for (const auto &[one, other] : paired(before, after)) {
     listing.add_facts(one, other);
@@ -238,6 +261,7 @@ Run set_up_diff(CLI::App &app) {
   app.add_flag("--v3", options->v3, "Only OSPFv3")->excludes(v2);
   app.add_flag("--every-field", options->every_field,
                "Also ages, sequence numbers and checksums of LSAs");
+  add_names_option(app, options->names);
   app.add_flag("--json", options->json, "One JSON object a line");
   return [options](ospf_tables::Session *) { return tell_differences(*options); };
 }
@@ -252,10 +276,10 @@ The status is 0 when both say the same, 1 when they differ and 2 for
 trouble, such as a source that cannot be read.
 
 A line of --json has the key diff: lsa (change, version, instance, area,
-scope, type, type_name, lsa_id, adv_router and fields, each with field,
-before and after), adjacency, cost, prefix or external (change, version,
-instance, area, router, to, prefix, before and after), or route, with the
-keys of a change of routes --json.
+scope, type, type_name, lsa_id, adv_router, adv_router_name and fields, each
+with field, before and after), adjacency, cost, prefix or external (change,
+version, instance, area, router, router_name, to, to_name, prefix, before and
+after), or route, with the keys of a change of routes --json.
 )";
 
 constexpr char diff_example[] =

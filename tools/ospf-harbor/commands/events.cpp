@@ -77,13 +77,18 @@ class EventFilter {
 
 class EventListing {
  public:
-  EventListing(const EventsOptions &options, const Heard &heard)
-      : options_(options), heard_(heard), filter_(options), printer_(heard.captures, stdout) {}
+  // `names` may come later, before what is told.
+  EventListing(const EventsOptions &options, const Heard &heard, const RouterNames &names)
+      : options_(options),
+        heard_(heard),
+        names_(names),
+        filter_(options),
+        printer_(heard.captures, names, stdout) {}
 
   void add(const Event &event) {
     if (!filter_.meets(event)) return;
     if (options_.json) {
-      std::printf("%s\n", json_line(event, heard_.captures).c_str());
+      std::printf("%s\n", json_line(event, heard_.captures, names_).c_str());
     } else {
       printer_.print(event);
     }
@@ -92,6 +97,7 @@ class EventListing {
  private:
   const EventsOptions &options_;
   const Heard &heard_;
+  const RouterNames &names_;
   EventFilter filter_;
   EventPrinter printer_;
 };
@@ -127,7 +133,8 @@ void tell_nothing(std::optional<std::uint32_t> router, const std::vector<Event> 
 
 int list_events(ospf_tables::Session &session, const EventsOptions &options) {
   Heard heard;
-  EventListing listing(options, heard);
+  RouterNames names;
+  EventListing listing(options, heard, names);
   if (!options.interface.empty()) return listen(session, options, heard, listing);
   if (options.source.sources.empty()) {
     throw UsageError("events", "--from", "nothing", "captures to look into, or -i");
@@ -142,6 +149,7 @@ int list_events(ospf_tables::Session &session, const EventsOptions &options) {
   const auto since = options.since.empty() || !heard.first
                          ? std::optional<ospf_decode::Time>()
                          : parse_time(options.since, *heard.first);
+  session.reading([&] { names = router_names(session); });
   for (const Event &event : heard.events) {
     if (!since || event.time >= *since) listing.add(event);
   }
@@ -185,8 +193,8 @@ the number of the capture stands before that of the packet. With -i all is
 told when it happens, that a timer ends too.
 
 A line of --json has the keys time, kind, file, packet, version, instance,
-area, routers (the one that it is of first), where, why, what and lsa, with
-scope, type, type_name, lsa_id, adv_router and seq_num.
+area, routers (the one that it is of first), router_names, where, why, what
+and lsa, with scope, type, type_name, lsa_id, adv_router and seq_num.
 )";
 
 constexpr char events_example[] = R"($ ospf-harbor events --kind neighbor_down --v2 --from site.pcap

@@ -6,8 +6,10 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/route_options.hpp"
+#include "views/named_json.hpp"
 #include "views/progress.hpp"
 #include "views/route_list.hpp"
+#include "views/table.hpp"
 
 namespace tool {
 
@@ -28,14 +30,16 @@ const char *kind_name(Failure::Kind kind) {
   return names[static_cast<int>(kind)];
 }
 
-std::string failure_name(const Failure &failure) {
-  std::string name = dotted(failure.from);
-  if (failure.kind == Failure::Kind::link) name += "--" + dotted(failure.to);
+std::string failure_name(const Failure &failure, const RouterNames &names) {
+  std::string name = labelled(failure.from, names);
+  const char *between = name == dotted(failure.from) ? "--" : " -- ";
+  if (failure.kind == Failure::Kind::link) name += between + labelled(failure.to, names);
   if (failure.network != 0) name += " on network " + dotted(failure.network);
   return name;
 }
 
-std::string json_of_failure(const Database &database, const Failure &failure) {
+std::string json_of_failure(const Database &database, const Failure &failure,
+                            const RouterNames &names) {
   using Json = nlohmann::ordered_json;
   const bool is_router = failure.kind == Failure::Kind::router;
   Json isolated = Json::array();
@@ -46,39 +50,43 @@ std::string json_of_failure(const Database &database, const Failure &failure) {
       {"instance", database.instance},
       {"area", is_router ? Json(nullptr) : Json(dotted(failure.area))},
       {"from", dotted(failure.from)},
+      {"from_name", name_or_null(failure.from, names)},
       {"to", failure.kind == Failure::Kind::link ? Json(dotted(failure.to)) : Json(nullptr)},
+      {"to_name", name_or_null(failure.to, names)},
       {"network", failure.network != 0 ? Json(dotted(failure.network)) : Json(nullptr)},
       {"cut_off", failure.cut_off},
       {"longer", failure.longer},
       {"added", failure.added},
       {"most_added", failure.most_added},
-      {"isolated", isolated}};
-  return line.dump();
+      {"isolated", isolated},
+      {"isolated_names", names_or_null(failure.isolated, names)}};
+  return line_of(line);
 }
 
 void print_failures(const Database &database, const std::vector<Failure> &found,
-                    std::size_t count) {
+                    std::size_t count, const RouterNames &names) {
   std::printf("%s: failures, %zu of %zu; pairs of routers that are cut off or farther apart\n",
               instance_name(database).c_str(), count, found.size());
-  std::printf("  %-10s  %-34s  %-15s  %8s  %8s  %10s  %s\n", "Fails", "What", "Area", "Cut off",
-              "Longer", "Most added", "Isolated");
+  Table rows({{"Fails"}, {"What"}, {"Area"}, {"Cut off", true}, {"Longer", true},
+              {"Most added", true}, {"Isolated"}});
   for (std::size_t at = 0; at < count; ++at) {
     const Failure &failure = found[at];
     std::string isolated;
     for (const RouterId router : failure.isolated) {
-      isolated += (isolated.empty() ? "" : ", ") + dotted(router);
+      isolated += (isolated.empty() ? "" : ", ") + labelled(router, names);
     }
-    std::printf("  %-10s  %-34s  %-15s  %8llu  %8llu  %10u  %s\n", kind_name(failure.kind),
-                failure_name(failure).c_str(),
-                failure.kind == Failure::Kind::router ? "-" : dotted(failure.area).c_str(),
-                static_cast<unsigned long long>(failure.cut_off),
-                static_cast<unsigned long long>(failure.longer), failure.most_added,
-                isolated.empty() ? "-" : isolated.c_str());
+    rows.add({kind_name(failure.kind), failure_name(failure, names),
+              failure.kind == Failure::Kind::router ? "-" : dotted(failure.area),
+              std::to_string(failure.cut_off), std::to_string(failure.longer),
+              std::to_string(failure.most_added), isolated.empty() ? "-" : isolated});
   }
+  rows.print(stdout, {});
 }
 
 int tell_failures(ospf_tables::Session &session, const FailuresOptions &options) {
-  std::vector<Database> databases = chosen_databases(session, options.choice, "failures");
+  const std::vector<ospf_tables::LsdbEntry> lsas = ospf_tables::read_lsdb(session);
+  const RouterNames names = router_names(session, lsas);
+  std::vector<Database> databases = chosen_databases(lsas, options.choice, "failures");
   options.what_if.replace(databases, {});
   bool any = false;
   for (const Database &database : databases) {
@@ -98,11 +106,11 @@ int tell_failures(ospf_tables::Session &session, const FailuresOptions &options)
     }
     if (options.json) {
       for (std::size_t at = 0; at < count; ++at) {
-        std::printf("%s\n", json_of_failure(database, found[at]).c_str());
+        std::printf("%s\n", json_of_failure(database, found[at], names).c_str());
       }
     } else {
       if (any) std::printf("\n");
-      print_failures(database, found, count);
+      print_failures(database, found, count, names);
     }
     any = true;
     tell_lacks("failures", database, calculator.lacks());
@@ -128,14 +136,15 @@ routers that are left no longer reach each other or are farther apart. What
 cuts off most comes first.
 
 A line of --json has the keys failure (link, attachment or router), version,
-instance, area, from, to, network, cut_off, longer, added, most_added and
-isolated.
+instance, area, from, from_name, to, to_name, network, cut_off, longer, added,
+most_added, isolated and isolated_names.
 )";
 
 constexpr char failures_example[] = R"($ ospf-harbor failures --v2 --json --from site.pcap | head -1
 {"failure":"router","version":2,"instance":0,"area":null,"from":"10.252.0.5",
-"to":null,"network":null,"cut_off":24,"longer":2,"added":10,"most_added":5,
-"isolated":["10.252.0.6","10.252.0.8"]}
+"from_name":null,"to":null,"to_name":null,"network":null,"cut_off":24,"longer":2,
+"added":10,"most_added":5,"isolated":["10.252.0.6","10.252.0.8"],
+"isolated_names":[null,null]}
 )";
 
 }  // namespace

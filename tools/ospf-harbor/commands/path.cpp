@@ -7,6 +7,7 @@
 #include "commands/picture_options.hpp"
 #include "commands/route_options.hpp"
 #include "ospf_routes/paths.hpp"
+#include "views/named_json.hpp"
 #include "views/network_lists.hpp"
 #include "views/route_list.hpp"
 #include "views/topology_way.hpp"
@@ -56,8 +57,9 @@ using Json = nlohmann::ordered_json;
 
 class PathReport {
  public:
-  PathReport(const PathOptions &options, const Database &database, Paths &paths)
-      : options_(options), database_(database), paths_(paths) {}
+  PathReport(const PathOptions &options, const Database &database, Paths &paths,
+             const RouterNames &names)
+      : options_(options), database_(database), paths_(paths), names_(names) {}
 
   // Whether there is a way.
   bool tell(const WayEnd &from, const WayEnd &to) {
@@ -106,6 +108,7 @@ class PathReport {
     Json hops = Json::array();
     for (const PathStep &step : path.steps) {
       hops.push_back({{"router", dotted(step.router)},
+                      {"router_name", name_or_null(step.router, names_)},
                       {"interface", text(step.interface)},
                       {"address", step.address ? Json(text_of(*step.address, database_.family))
                                                : Json(nullptr)},
@@ -118,25 +121,28 @@ class PathReport {
         {"version", database_.version},
         {"instance", database_.instance},
         {"first", dotted(from)},
+        {"first_name", name_or_null(from, names_)},
         {"last", dotted(path.last)},
+        {"last_name", name_or_null(path.last, names_)},
         {"end", name_of(path.end)},
         {"behind", path.behind ? Json(text_of(*path.behind, database_.family)) : Json(nullptr)},
         {"cost", path.cost()},
         {"symmetric", symmetric ? Json(*symmetric) : Json(nullptr)},
         {"hops", hops}};
-    return line.dump();
+    return line_of(line);
   }
 
   void print(RouterId from, const WayEnd &to, const Path &path, std::optional<bool> symmetric) {
     std::printf("%s%s: from %s to %s, cost %u\n", any_ ? "\n" : "",
-                instance_name(database_).c_str(), dotted(from).c_str(),
+                instance_name(database_).c_str(), labelled(from, names_).c_str(),
                 text_of(to.prefix, database_.family).c_str(), path.cost());
     any_ = true;
     std::optional<AreaId> area;
+    const int width = width_of_routers(path);
     for (const PathStep &step : path.steps) {
       const std::string address =
           step.address ? " to " + text_of(*step.address, database_.family) : "";
-      std::printf("  %-15s  by %s%s, cost %u", dotted(step.router).c_str(),
+      std::printf("  %-*s  by %s%s, cost %u", width, labelled(step.router, names_).c_str(),
                   text(step.interface).c_str(), address.c_str(), step.cost);
       if (area != step.area) {
         std::printf(", %s area %s", area ? "enters" : "in", dotted(step.area).c_str());
@@ -144,8 +150,17 @@ class PathReport {
       area = step.area;
       std::printf("\n");
     }
-    std::printf("  %-15s  %s\n", dotted(path.last).c_str(), end_text(path).c_str());
+    std::printf("  %-*s  %s\n", width, labelled(path.last, names_).c_str(),
+                end_text(path).c_str());
     if (symmetric && !*symmetric) print_way_back(from, path.last);
+  }
+
+  int width_of_routers(const Path &path) const {
+    std::size_t width = 15;
+    for (const RouterId router : path.routers()) {
+      width = std::max(width, labelled(router, names_).size());
+    }
+    return static_cast<int>(width);
   }
 
   void print_way_back(RouterId from, RouterId last) {
@@ -155,7 +170,7 @@ class PathReport {
          paths_.between(last, paths_.prefix_of(from).value(), most_paths, &more)) {
       const char *before = "    ";
       for (const RouterId router : path.routers()) {
-        std::printf("%s%s", before, dotted(router).c_str());
+        std::printf("%s%s", before, labelled(router, names_).c_str());
         before = " > ";
       }
       std::printf(", cost %u\n", path.cost());
@@ -182,6 +197,7 @@ class PathReport {
   const PathOptions &options_;
   const Database &database_;
   Paths &paths_;
+  const RouterNames &names_;
   bool any_ = false;
 };
 
@@ -198,10 +214,10 @@ class PathReport {
 // Pictures of networks with the ways in them.
 class PathPictures {
  public:
-  PathPictures(ospf_tables::Session &session, const PathOptions &options) : options_(options) {
-    if (!options.picture.is_asked()) return;
-    lsas_ = ospf_tables::read_lsdb(session);
-    lists_ = read_network(session, {});
+  PathPictures(ospf_tables::Session &session, const std::vector<ospf_tables::LsdbEntry> &lsas,
+               const PathOptions &options)
+      : options_(options), lsas_(lsas) {
+    if (options.picture.is_asked()) lists_ = read_network(session, {});
   }
 
   // Whether there is a way in this one.
@@ -236,19 +252,21 @@ class PathPictures {
 
  private:
   const PathOptions &options_;
-  std::vector<ospf_tables::LsdbEntry> lsas_;
+  const std::vector<ospf_tables::LsdbEntry> &lsas_;
   NetworkLists lists_;
   std::vector<PagePicture> pictures_;
 };
 
 int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
-  std::vector<Database> databases = chosen_databases(session, options.choice, "path");
+  const std::vector<ospf_tables::LsdbEntry> lsas = ospf_tables::read_lsdb(session);
+  const RouterNames names = router_names(session, lsas);
+  std::vector<Database> databases = chosen_databases(lsas, options.choice, "path");
   const Rules rules{options.rfc1583};
   options.what_if.replace(databases, rules);
   std::vector<Calculator> calculators;
   for (const Database &database : databases) calculators.emplace_back(database, rules);
   bool any = false;
-  PathPictures pictures(session, options);
+  PathPictures pictures(session, lsas, options);
   bool from_found = false;
   bool to_found = false;
   for (std::size_t at = 0; at < databases.size(); ++at) {
@@ -263,7 +281,7 @@ int tell_paths(ospf_tables::Session &session, const PathOptions &options) {
       any |= pictures.add(databases[at], paths, *from, *to);
       continue;
     }
-    any |= PathReport(options, databases[at], paths).tell(*from, *to);
+    any |= PathReport(options, databases[at], paths, names).tell(*from, *to);
   }
   if (!from_found) fail_on_end("FROM", options.from, calculators, databases);
   if (!to_found) fail_on_end("TO", options.to, calculators, databases);
@@ -297,9 +315,10 @@ constexpr char path_description[] =
 areas that it enters, and where the way back is another one. --dot, --svg,
 --png, --pdf and --html draw the network with the ways in it.
 
-A line of --json is one way: from, to, version, instance, first, last, end
-(arrives, leaves, forwards, no-route or loop), behind, cost, symmetric and
-hops, each with router, interface, address, area and cost.
+A line of --json is one way: from, to, version, instance, first, first_name,
+last, last_name, end (arrives, leaves, forwards, no-route or loop), behind,
+cost, symmetric and hops, each with router, router_name, interface, address,
+area and cost.
 )";
 
 constexpr char path_example[] = R"($ ospf-harbor path 10.252.0.1 10.252.0.6 --v2 --from site.pcap

@@ -112,9 +112,9 @@ void WhatIf::replace(std::vector<Database> &databases, Rules rules) const {
   databases = std::move(after);
 }
 
-std::vector<Database> chosen_databases(ospf_tables::Session &session, const InstanceChoice &choice,
-                                       const char *command) {
-  std::vector<Database> databases = read_databases(ospf_tables::read_lsdb(session));
+std::vector<Database> chosen_databases(const std::vector<ospf_tables::LsdbEntry> &lsas,
+                                       const InstanceChoice &choice, const char *command) {
+  std::vector<Database> databases = read_databases(lsas);
   std::set<std::string> there;
   for (const Database &database : databases) there.insert(instance_name(database));
   std::erase_if(databases, [&](const Database &database) {

@@ -9,7 +9,7 @@
 #include "commands/command.hpp"
 #include "ospf_routes/changes.hpp"
 #include "ospf_routes/routes.hpp"
-#include "ospf_tables/session.hpp"
+#include "ospf_tables/lsdb_view.hpp"
 #include "views/prefix_choice.hpp"
 
 namespace tool {
@@ -48,8 +48,8 @@ class WhatIf {
   std::vector<std::string> with_;
 };
 
-// The databases of the tables that are chosen. Throws InputError when there is none.
-std::vector<ospf_routes::Database> chosen_databases(ospf_tables::Session &session,
+// The databases of these LSAs that are chosen. Throws InputError when there is none.
+std::vector<ospf_routes::Database> chosen_databases(const std::vector<ospf_tables::LsdbEntry> &lsas,
                                                     const InstanceChoice &choice,
                                                     const char *command);
 

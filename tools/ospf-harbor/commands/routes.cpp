@@ -29,18 +29,18 @@ struct RoutesOptions {
 // Prints what is asked for of one router after the other, and says at the end when it was nothing.
 class RouteListing {
  public:
-  explicit RouteListing(const RoutesOptions &options)
-      : options_(options), wanted_(PrefixChoice::parse(options.prefix)) {}
+  RouteListing(const RoutesOptions &options, const RouterNames &names)
+      : options_(options), names_(names), wanted_(PrefixChoice::parse(options.prefix)) {}
 
   void add(const Database &database, RoutingTable table) {
     std::erase_if(table.routes, [&](const Route &route) { return !is_wanted(route, database); });
     if (table.routes.empty()) return;
     if (!options_.json) {
       begin();
-      print_route_table(database, table, stdout);
+      print_route_table(database, table, names_, stdout);
     }
     for (const Route &route : table.routes) {
-      if (options_.json) std::printf("%s\n", json_line(database, table, route).c_str());
+      if (options_.json) std::printf("%s\n", json_line(database, table, route, names_).c_str());
     }
     any_ = true;
   }
@@ -53,11 +53,11 @@ class RouteListing {
     if (changes.empty()) return;
     if (!options_.json) {
       begin();
-      print_route_changes(database, before, after, changes, stdout);
+      print_route_changes(database, before, after, changes, names_, stdout);
     }
     for (const RouteChange &change : changes) {
       if (options_.json) {
-        std::printf("%s\n", json_line(database, before, after, change).c_str());
+        std::printf("%s\n", json_line(database, before, after, change, names_).c_str());
       }
     }
     any_ = true;
@@ -89,6 +89,7 @@ class RouteListing {
   }
 
   const RoutesOptions &options_;
+  const RouterNames &names_;
   PrefixChoice wanted_;
   std::set<std::string> near_;
   bool any_ = false;
@@ -96,19 +97,21 @@ class RouteListing {
 
 // What a change means beside the routes.
 void tell_rest(const RoutesOptions &options, const Database &database, const Calculator &before,
-               const Calculator &after) {
-  if (!options.json) print_cut_off(database, before, after, stdout);
+               const Calculator &after, const RouterNames &names) {
+  if (!options.json) print_cut_off(database, before, after, names, stdout);
   if (options.json && !options.loads) return;
   const std::vector<LoadChange> added = added_loads(before, after);
-  if (!options.json) print_added_loads(database, added, stdout);
+  if (!options.json) print_added_loads(database, added, names, stdout);
   for (const LoadChange &change : added) {
-    if (options.json) std::printf("%s\n", json_line(database, change).c_str());
+    if (options.json) std::printf("%s\n", json_line(database, change, names).c_str());
   }
 }
 
 int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
-  RouteListing listing(options);
-  const std::vector<Database> databases = chosen_databases(session, options.choice, "routes");
+  const std::vector<ospf_tables::LsdbEntry> lsas = ospf_tables::read_lsdb(session);
+  const RouterNames names = router_names(session, lsas);
+  const std::vector<Database> databases = chosen_databases(lsas, options.choice, "routes");
+  RouteListing listing(options, names);
   const Rules rules{options.rfc1583};
   std::vector<Calculator> calculators;
   for (const Database &database : databases) calculators.emplace_back(database, rules);
@@ -138,7 +141,7 @@ int list_routes(ospf_tables::Session &session, const RoutesOptions &options) {
         listing.add(databases[at], std::move(table));
       }
     }
-    if (after) tell_rest(options, databases[at], before, *after);
+    if (after) tell_rest(options, databases[at], before, *after, names);
     tell_lacks("routes", databases[at], lacks);
   }
   if (listing.any()) return 0;
@@ -169,13 +172,13 @@ databases lack is told on standard error.
 With a what-if the routes that change are told, then which routers lose
 routes and which links carry more shortest paths.
 
-A line of --json has the keys router, version, instance, prefix, kind
-(intra, inter, external-1, external-2, nssa-1 or nssa-2), cost, type2_cost,
-tag, area and next_hops, each with address (null for what is attached) and
-interface. With a what-if it has change (lost, gained, longer, shorter or
-other-way), router, version, instance, prefix, before and after; and with
---loads there are lines whose change is load, with area, from, to or
-network, before and after.
+A line of --json has the keys router, router_name, version, instance, prefix,
+kind (intra, inter, external-1, external-2, nssa-1 or nssa-2), cost,
+type2_cost, tag, area and next_hops, each with address (null for what is
+attached) and interface. With a what-if it has change (lost, gained, longer,
+shorter or other-way), router, router_name, version, instance, prefix, before
+and after; and with --loads there are lines whose change is load, with area,
+from, from_name, to, to_name or network, before and after.
 )";
 
 constexpr char routes_example[] =

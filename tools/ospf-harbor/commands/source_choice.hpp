@@ -15,6 +15,11 @@ inline void add_ages_option(CLI::App &app, bool &as_heard) {
                "Ages of captured LSAs as each was heard, not as of the last packet");
 }
 
+inline void add_names_option(CLI::App &app, std::string &names) {
+  app.add_option("--names", names,
+                 "A list of names to show beside router IDs: lines such as \"10.0.0.1 core1\"");
+}
+
 struct SourceChoice {
   std::vector<std::string> sources;
   std::string at;
@@ -27,8 +32,7 @@ struct SourceChoice {
                    "Captures only up to this time: 2026-11-22T08:30:00.5Z, 08:30:00, or +12.5 for "
                    "seconds behind the first packet");
     add_ages_option(app, as_heard);
-    app.add_option("--names", names,
-                   "A list of names to show beside router IDs: lines such as \"10.0.0.1 core1\"");
+    add_names_option(app, names);
   }
 
   // Throws UsageError for what cannot be: sources beside a store, a time without sources.

@@ -352,7 +352,7 @@ TEST_F(Check, AFindingIsOneLineOfJson) {
   std::string keys;
   for (const auto &[key, value] : all[0].items()) keys += key + " ";
   EXPECT_EQ(keys,
-            "severity kind version instance area routers where field what lsas packets look_at ");
+            "severity kind version instance area routers router_names where field what lsas packets look_at ");
   EXPECT_EQ(all[0]["routers"], ordered_json({"10.243.0.14"}));
   EXPECT_EQ(all[0]["lsas"], ordered_json({"Router 10.243.0.14 of 10.243.0.14 in area 0.0.0.0"}));
 }

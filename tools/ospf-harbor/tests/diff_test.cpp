@@ -44,8 +44,8 @@ TEST_F(Diff, EachDifferenceIsALineOfJson) {
                               .out);
   EXPECT_EQ(one_of(dies, "adjacency", "went", "10.246.0.2").dump(),
             R"({"diff":"adjacency","change":"went","version":2,"instance":0,"area":"0.0.0.0",)"
-            R"("router":"10.246.0.2","to":"network 10.96.0.1","prefix":null,"before":"up",)"
-            R"("after":null})");
+            R"("router":"10.246.0.2","router_name":null,"to":"network 10.96.0.1","to_name":null,)"
+            R"("prefix":null,"before":"up","after":null})");
   EXPECT_EQ(one_of(dies, "lsa", "came", "10.246.0.2")["type_name"], "Network");
   EXPECT_EQ(one_of(dies, "route", "lost", "10.246.0.4")["prefix"], "10.246.0.1/32");
   // A cost changes, and two externals are withdrawn.

@@ -253,7 +253,7 @@ TEST_F(Events, OneEventIsOneLine) {
   ASSERT_EQ(all.size(), 1u);
   std::string keys;
   for (const auto &[key, value] : all[0].items()) keys += key + " ";
-  EXPECT_EQ(keys, "time kind file packet version instance area routers where why what lsa ");
+  EXPECT_EQ(keys, "time kind file packet version instance area routers router_names where why what lsa ");
 }
 
 TEST_F(Events, NothingIsToldWithTheNearestRouters) {

@@ -31,8 +31,8 @@ TEST_F(Routes, OneRouteIsOneLineOfJson) {
   const Said said = ask("routes --router 10.251.0.5 --v2 --prefix 100.64.0.0/24 --json", "nssa");
   EXPECT_EQ(said.status, 0);
   EXPECT_EQ(said.out,
-            "{\"router\":\"10.251.0.5\",\"version\":2,\"instance\":0,\"prefix\":\"100.64.0.0/24\","
-            "\"kind\":\"nssa-1\",\"cost\":60,\"type2_cost\":null,\"tag\":41,\"area\":\"0.0.0.1\","
+            "{\"router\":\"10.251.0.5\",\"router_name\":null,\"version\":2,\"instance\":0,"
+            "\"prefix\":\"100.64.0.0/24\",\"kind\":\"nssa-1\",\"cost\":60,\"type2_cost\":null,\"tag\":41,\"area\":\"0.0.0.1\","
             "\"next_hops\":[{\"address\":\"10.51.45.99\",\"interface\":\"10.51.45.5\"}]}\n");
 }
 

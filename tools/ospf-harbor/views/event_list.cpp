@@ -4,6 +4,7 @@
 
 #include "sources/time_point.hpp"
 #include "views/lsa_names.hpp"
+#include "views/named_json.hpp"
 
 namespace tool {
 
@@ -21,7 +22,8 @@ std::string lsa_text(const Event &event) {
 
 }  // namespace
 
-std::string json_line(const Event &event, const std::vector<std::string> &captures) {
+std::string json_line(const Event &event, const std::vector<std::string> &captures,
+                      const RouterNames &names) {
   using Json = nlohmann::ordered_json;
   Json routers = Json::array();
   for (const std::uint32_t router : event.routers)
@@ -50,11 +52,12 @@ std::string json_line(const Event &event, const std::vector<std::string> &captur
       {"instance", event.instance_id},
       {"area", event.area ? Json(ospf_decode::ipv4_text(*event.area)) : Json(nullptr)},
       {"routers", routers},
+      {"router_names", names_or_null(event.routers, names)},
       {"where", or_null(event.where)},
       {"why", or_null(event.why)},
       {"what", or_null(event.text)},
       {"lsa", lsa}};
-  return line.dump(-1, ' ', true, Json::error_handler_t::replace);
+  return line_of(line);
 }
 
 void EventPrinter::print(const Event &event) {
@@ -74,7 +77,7 @@ void EventPrinter::print(const Event &event) {
   if (!event.why.empty()) text += (text.empty() ? "" : ": ") + event.why;
   if (!event.text.empty()) text += (text.empty() ? "" : ": ") + event.text;
   std::fprintf(out_, "%s %6s v%u %-16s %s\n", time.substr(day.size() + 1, 12).c_str(),
-               packet.c_str(), unsigned{event.version}, name_of(event.kind), text.c_str());
+               packet.c_str(), unsigned{event.version}, name_of(event.kind), labelled(text, event.routers, names_).c_str());
 }
 
 }  // namespace tool

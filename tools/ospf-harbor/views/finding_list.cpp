@@ -4,6 +4,7 @@
 
 #include "ospf_routes/address.hpp"
 #include "ospf_tables/input_error.hpp"
+#include "views/named_json.hpp"
 
 namespace tool {
 
@@ -54,7 +55,8 @@ std::string packets_text(const std::vector<ospf_events::PacketName> &packets,
 
 }  // namespace
 
-std::string json_line(const Finding &finding, const std::vector<std::string> &captures) {
+std::string json_line(const Finding &finding, const std::vector<std::string> &captures,
+                      const RouterNames &names) {
   using Json = nlohmann::ordered_json;
   Json routers = Json::array();
   for (const auto router : finding.routers) routers.push_back(ospf_routes::dotted(router));
@@ -72,29 +74,31 @@ std::string json_line(const Finding &finding, const std::vector<std::string> &ca
       {"instance", finding.instance},
       {"area", finding.area ? Json(ospf_routes::dotted(*finding.area)) : Json(nullptr)},
       {"routers", routers},
+      {"router_names", names_or_null(finding.routers, names)},
       {"where", or_null(finding.where)},
       {"field", or_null(finding.field)},
       {"what", finding.what},
       {"lsas", finding.lsas},
       {"packets", packets},
       {"look_at", advice_for(finding.kind)}};
-  return line.dump(-1, ' ', true, Json::error_handler_t::replace);
+  return line_of(line);
 }
 
 void print_finding(const Finding &finding, const std::vector<std::string> &captures,
-                   std::FILE *out) {
+                   const RouterNames &names, std::FILE *out) {
+  const auto named = [&](const std::string &text) { return labelled(text, finding.routers, names); };
   constexpr std::size_t lsas_shown = 4;
   std::string place = "OSPFv" + std::to_string(finding.version);
   if (finding.instance != 0) place += ", instance " + std::to_string(finding.instance);
   if (finding.area) place += ", area " + ospf_routes::dotted(*finding.area);
   std::fprintf(out, "%s: %s%s%s (%s)\n", name_of(finding.severity), name_of(finding.kind),
                finding.field.empty() ? "" : ": ", finding.field.c_str(), place.c_str());
-  if (!finding.where.empty()) print_wrapped("  where    ", finding.where, out);
-  print_wrapped("  what     ", ospf_tables::in_one_line(finding.what), out);
+  if (!finding.where.empty()) print_wrapped("  where    ", named(finding.where), out);
+  print_wrapped("  what     ", named(ospf_tables::in_one_line(finding.what)), out);
   std::string shown = joined(finding.lsas, lsas_shown);
   const std::string packets = packets_text(finding.packets, captures);
   if (!packets.empty()) shown += (shown.empty() ? "" : "; ") + packets;
-  if (!shown.empty() && shown != finding.where) print_wrapped("  seen in  ", shown, out);
+  if (!shown.empty() && shown != finding.where) print_wrapped("  seen in  ", named(shown), out);
   print_wrapped("  look at  ", advice_for(finding.kind), out);
 }
 

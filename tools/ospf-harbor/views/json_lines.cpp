@@ -5,6 +5,7 @@
 #include "ospf_tables/field_reader.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "views/lsa_names.hpp"
+#include "views/named_json.hpp"
 #include "views/tlv_words.hpp"
 
 namespace tool {
@@ -356,15 +357,22 @@ struct RowJson : FieldReader {
   }
 };
 
-// A text that a daemon or a packet brought may hold octets that are no UTF-8.
-std::string line_of(const Json &object) {
-  return object.dump(-1, ' ', true, Json::error_handler_t::replace);
-}
-
 template <typename Ops>
 void add_fields(Session &session, const RowView &row, Json &line) {
   if (auto *record = record_of<Ops>(row); record != nullptr) {
     line.update(RowJson{{session}}.of(Ops{}, record));
+  }
+}
+
+// Beside the ID of the router that a row is of.
+void add_names(Json &line, const RouterNames &names) {
+  constexpr std::pair<const char *, const char *> keys[] = {{"router_id", "router_name"},
+                                                            {"neighbor_id", "neighbor_name"},
+                                                            {"adv_router", "adv_router_name"}};
+  for (const auto &[key, key_of_name] : keys) {
+    if (!line.contains(key) || !line[key].is_string()) continue;
+    const auto router = parse_dotted(line[key].get<std::string>());
+    if (router) line[key_of_name] = name_or_null(*router, names);
   }
 }
 
@@ -383,17 +391,17 @@ std::string json_line(const LsdbEntry &entry, const RouterNames &names) {
                {"area", entry.area ? Json(dotted(*entry.area)) : Json(nullptr)},
                {"interface", entry.interface ? Json(*entry.interface) : Json(nullptr)}};
   const std::string ages = ages_text(entry);
-  const auto name = names.find(entry.lsa.adv_router);
   line["age_as"] = or_null(ages);
-  line["adv_router_name"] = or_null(name == names.end() ? "" : name->second);
+  line["adv_router_name"] = name_or_null(entry.lsa.adv_router, names);
   line.update(json_of(entry.lsa));
   return line_of(line);
 }
 
-std::string json_line(Session &session, const RowView &row) {
+std::string json_line(Session &session, const RowView &row, const RouterNames *names) {
   Json line = {{"kind", std::string(row.kind)}, {"path", row.path}};
   add_fields_of_any(session, row, line, static_cast<AllTables *>(nullptr));
   session.check("reading a row");
+  if (names != nullptr) add_names(line, *names);
   return line_of(line);
 }
 

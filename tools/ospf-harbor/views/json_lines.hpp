@@ -16,6 +16,8 @@ namespace tool {
 std::string json_line(const ospf_tables::LsdbEntry &entry, const RouterNames &names = {});
 
 // Any row of the tree: its kind, its path and its fields. An LSA holds the rows below it.
-std::string json_line(ospf_tables::Session &session, const ospf_tables::RowView &row);
+// `names`: null for who does not ask for names.
+std::string json_line(ospf_tables::Session &session, const ospf_tables::RowView &row,
+                      const RouterNames *names = nullptr);
 
 }  // namespace tool

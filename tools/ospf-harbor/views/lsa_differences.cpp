@@ -9,6 +9,7 @@
 #include "ospf_tables/row_keys.hpp"
 #include "views/json_lines.hpp"
 #include "views/lsa_names.hpp"
+#include "views/named_json.hpp"
 
 namespace tool {
 
@@ -32,13 +33,9 @@ auto key_of(const LsdbEntry &entry) {
 }
 using Key = decltype(key_of(std::declval<const LsdbEntry &>()));
 
-std::string text_of(const Json &value) {
-  return value.dump(-1, ' ', true, Json::error_handler_t::replace);
-}
-
 // What elements of a list are called by, as far as they have it.
 std::string name_in_list(const Json &element) {
-  if (!element.is_object()) return text_of(element);
+  if (!element.is_object()) return line_of(element);
   std::string name;
   for (const char *key :
        {"link_type", "link_id", "link_data", "interface_id", "neighbor_interface_id",
@@ -46,7 +43,7 @@ std::string name_in_list(const Json &element) {
     if (!element.contains(key)) continue;
     const Json &value = element[key];
     name +=
-        (name.empty() ? "" : ",") + (value.is_string() ? value.get<std::string>() : text_of(value));
+        (name.empty() ? "" : ",") + (value.is_string() ? value.get<std::string>() : line_of(value));
   }
   return name;
 }
@@ -65,7 +62,7 @@ class Comparer {
     } else if (before.is_array() && after.is_array()) {
       compare_lists(field, before, after);
     } else {
-      changes_.push_back({field, text_of(before), text_of(after)});
+      changes_.push_back({field, line_of(before), line_of(after)});
     }
   }
 
@@ -85,9 +82,9 @@ class Comparer {
       const auto &[old_one, new_one] = both;
       const std::string place = field + "[" + name + "]";
       if (old_one == nullptr) {
-        changes_.push_back({place, "", text_of(*new_one)});
+        changes_.push_back({place, "", line_of(*new_one)});
       } else if (new_one == nullptr) {
-        changes_.push_back({place, text_of(*old_one), ""});
+        changes_.push_back({place, line_of(*old_one), ""});
       } else {
         compare(place, *old_one, *new_one);
       }
@@ -159,7 +156,7 @@ std::vector<LsaChange> lsa_changes(const std::vector<LsdbEntry> &before,
   return changes;
 }
 
-std::string json_line(const LsaChange &change) {
+std::string json_line(const LsaChange &change, const RouterNames &names) {
   const LsdbEntry &entry = either(change);
   const auto or_null = [](const std::string &json) {
     return json.empty() ? Json(nullptr) : Json::parse(json);
@@ -180,18 +177,19 @@ std::string json_line(const LsaChange &change) {
                      {"type_name", type_name(entry.lsa.version, entry.lsa.type)},
                      {"lsa_id", ospf_tables::dotted(entry.lsa.link_state_id)},
                      {"adv_router", ospf_tables::dotted(entry.lsa.adv_router)},
+                     {"adv_router_name", name_or_null(entry.lsa.adv_router, names)},
                      {"fields", fields}};
-  return text_of(line);
+  return line_of(line);
 }
 
-void print_lsa_change(const LsaChange &change, std::FILE *out) {
+void print_lsa_change(const LsaChange &change, const RouterNames &names, std::FILE *out) {
   const LsdbEntry &entry = either(change);
   std::string place = "v" + std::to_string(entry.lsa.version);
   if (entry.area) place += " area " + ospf_tables::dotted(*entry.area);
   std::fprintf(out, "  %-7s  %s %s of %s (%s)\n", name_of(change),
                type_name(entry.lsa.version, entry.lsa.type).c_str(),
                ospf_tables::dotted(entry.lsa.link_state_id).c_str(),
-               ospf_tables::dotted(entry.lsa.adv_router).c_str(), place.c_str());
+               labelled(entry.lsa.adv_router, names).c_str(), place.c_str());
   for (const FieldChange &field : change.fields) {
     std::fprintf(out, "           %s\n", field.field.c_str());
     if (!field.before.empty()) std::fprintf(out, "             before  %s\n", field.before.c_str());

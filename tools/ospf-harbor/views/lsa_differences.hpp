@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ospf_tables/lsdb_view.hpp"
+#include "views/router_names.hpp"
 
 namespace tool {
 
@@ -26,7 +27,7 @@ std::vector<LsaChange> lsa_changes(const std::vector<ospf_tables::LsdbEntry> &be
                                    const std::vector<ospf_tables::LsdbEntry> &after,
                                    bool every_field);
 
-std::string json_line(const LsaChange &change);
-void print_lsa_change(const LsaChange &change, std::FILE *out);
+std::string json_line(const LsaChange &change, const RouterNames &names);
+void print_lsa_change(const LsaChange &change, const RouterNames &names, std::FILE *out);
 
 }  // namespace tool

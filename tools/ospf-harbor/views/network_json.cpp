@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "ospf_tables/row_keys.hpp"
+#include "views/named_json.hpp"
 #include "views/network_tables.hpp"
 
 namespace tool {
@@ -19,13 +20,8 @@ Json number_or_null(const std::optional<Number> &number) {
   return number ? Json(*number) : Json(nullptr);
 }
 
-Json name_or_null(const RouterNames &names, std::uint32_t router) {
-  const auto name = names.find(router);
-  return name == names.end() ? Json(nullptr) : Json(name->second);
-}
-
 void print_line(const Json &line, std::FILE *out) {
-  std::fprintf(out, "%s\n", line.dump(-1, ' ', true, Json::error_handler_t::replace).c_str());
+  std::fprintf(out, "%s\n", line_of(line).c_str());
 }
 
 Json all_dotted(const std::set<std::uint32_t> &numbers) {
@@ -45,10 +41,10 @@ bool print_neighbors_json(const NetworkLists &lists, std::FILE *out) {
                   {"instance", of.instance.instance_id},
                   {"area", dotted(of.area)},
                   {"router", dotted(of.router)},
-                  {"router_name", name_or_null(lists.names, of.router)},
+                  {"router_name", name_or_null(of.router, lists.names)},
                   {"interface", of.name},
                   {"neighbor_id", dotted(line.router_id)},
-                  {"neighbor_name", name_or_null(lists.names, line.router_id)},
+                  {"neighbor_name", name_or_null(line.router_id, lists.names)},
                   {"address", text_or_null(line.address)},
                   {"priority", number_or_null(line.priority)},
                   {"state", line.state_text()},
@@ -70,7 +66,7 @@ bool print_interfaces_json(const NetworkLists &lists, std::FILE *out) {
                 {"instance", line.instance.instance_id},
                 {"area", dotted(line.area)},
                 {"router", dotted(line.router)},
-                {"router_name", name_or_null(lists.names, line.router)},
+                {"router_name", name_or_null(line.router, lists.names)},
                 {"interface", line.name},
                 {"address", text_or_null(line.address)},
                 {"type", text_or_null(line.type)},
@@ -112,7 +108,7 @@ bool print_routers_json(const NetworkLists &lists, std::FILE *out) {
     print_line({{"version", line.instance.version},
                 {"instance", line.instance.instance_id},
                 {"router", dotted(line.router)},
-                {"router_name", name_or_null(lists.names, line.router)},
+                {"router_name", name_or_null(line.router, lists.names)},
                 {"has_router_lsa", line.has_lsa},
                 {"border", line.border},
                 {"as_boundary", line.boundary},

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "views/named_json.hpp"
+#include "views/table.hpp"
+
 namespace tool {
 
 namespace {
@@ -34,10 +37,12 @@ bool has_area(const Route &route) {
   return route.kind != Kind::external_1 && route.kind != Kind::external_2;
 }
 
-Json route_object(const Database &database, const RoutingTable &table, const Route &route) {
+Json route_object(const Database &database, const RoutingTable &table, const Route &route,
+                  const RouterNames &names) {
   Json hops = Json::array();
   for (const NextHop &hop : table.next_hops(route)) hops.push_back(json_of(hop, database.family));
   return {{"router", dotted(table.router)},
+          {"router_name", name_or_null(table.router, names)},
           {"version", database.version},
           {"instance", database.instance},
           {"prefix", text_of(route.prefix, database.family)},
@@ -52,8 +57,8 @@ Json route_object(const Database &database, const RoutingTable &table, const Rou
 // The route without what stands in the line of its change.
 Json route_or_null(const Database &database, const RoutingTable &table, const Route *route) {
   if (route == nullptr) return nullptr;
-  Json whole = route_object(database, table, *route);
-  for (const char *key : {"router", "version", "instance", "prefix"}) whole.erase(key);
+  Json whole = route_object(database, table, *route, {});
+  for (const char *key : {"router", "router_name", "version", "instance", "prefix"}) whole.erase(key);
   return whole;
 }
 
@@ -76,27 +81,30 @@ const Prefix &prefix_of(const RouteChange &change) {
 
 }  // namespace
 
-std::string json_line(const Database &database, const RoutingTable &table, const Route &route) {
-  return route_object(database, table, route).dump();
+std::string json_line(const Database &database, const RoutingTable &table, const Route &route,
+                      const RouterNames &names) {
+  return line_of(route_object(database, table, route, names));
 }
 
 std::string json_line(const Database &database, const RoutingTable &before,
-                      const RoutingTable &after, const RouteChange &change) {
+                      const RoutingTable &after, const RouteChange &change,
+                      const RouterNames &names) {
   const Json line = {{"change", name_of(change.difference)},
                      {"router", dotted(before.router)},
+                     {"router_name", name_or_null(before.router, names)},
                      {"version", database.version},
                      {"instance", database.instance},
                      {"prefix", text_of(prefix_of(change), database.family)},
                      {"before", route_or_null(database, before, change.before)},
                      {"after", route_or_null(database, after, change.after)}};
-  return line.dump();
+  return line_of(line);
 }
 
 void print_route_changes(const Database &database, const RoutingTable &before,
                          const RoutingTable &after, const std::vector<RouteChange> &changes,
-                         std::FILE *out) {
+                         const RouterNames &names, std::FILE *out) {
   std::fprintf(out, "%s: routes of router %s that change\n", instance_name(database).c_str(),
-               dotted(before.router).c_str());
+               labelled(before.router, names).c_str());
   for (const RouteChange &change : changes) {
     std::fprintf(out, "  %-9s  %s\n    before  %s\n    after   %s\n", name_of(change.difference),
                  text_of(prefix_of(change), database.family).c_str(),
@@ -106,8 +114,8 @@ void print_route_changes(const Database &database, const RoutingTable &before,
 }
 
 void print_cut_off(const Database &database, const Calculator &before, const Calculator &after,
-                   std::FILE *out) {
-  bool any = false;
+                   const RouterNames &names, std::FILE *out) {
+  Table rows({{"Router"}, {"Lost", true}, {"Of", true}});
   for (const RouterId router : before.routers()) {
     const RoutingTable one = before.table(router);
     const RoutingTable two = after.table(router);
@@ -116,42 +124,50 @@ void print_cut_off(const Database &database, const Calculator &before, const Cal
       lost += change.difference == Difference::lost ? 1 : 0;
     }
     if (lost == 0) continue;
-    if (!any) {
-      std::fprintf(out, "\n%s: routers that lose routes\n", instance_name(database).c_str());
-    }
-    any = true;
-    std::fprintf(out, "  %-15s  %zu of %zu\n", dotted(router).c_str(), lost, one.routes.size());
+    rows.add({labelled(router, names), std::to_string(lost), std::to_string(one.routes.size())});
   }
+  if (rows.empty()) return;
+  std::fprintf(out, "\n%s: routers that lose routes\n", instance_name(database).c_str());
+  rows.print(out, {});
 }
 
 void print_added_loads(const Database &database, const std::vector<LoadChange> &changes,
-                       std::FILE *out) {
+                       const RouterNames &names, std::FILE *out) {
   constexpr std::size_t most = 10;
   if (changes.empty()) return;
   std::fprintf(out, "\n%s: links that carry more shortest paths between routers of an area\n",
                instance_name(database).c_str());
-  std::fprintf(out, "  %-15s  %-24s  %-10s  %8s  %8s\n", "From", "To", "Area", "Before", "After");
+  Table rows({{"From"}, {"To"}, {"Area"}, {"Before", true}, {"After", true}});
+  const auto paths = [](double carried) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f", carried);
+    return std::string(text);
+  };
   for (std::size_t at = 0; at < std::min(most, changes.size()); ++at) {
     const LinkLoad &link = changes[at].link;
-    const std::string to = link.network != 0 ? "network " + dotted(link.network) : dotted(link.to);
-    std::fprintf(out, "  %-15s  %-24s  %-10s  %8.1f  %8.1f\n", dotted(link.from).c_str(),
-                 to.c_str(), dotted(link.area).c_str(), changes[at].before, link.carried);
+    rows.add({labelled(link.from, names),
+              link.network != 0 ? "network " + dotted(link.network) : labelled(link.to, names),
+              dotted(link.area), paths(changes[at].before), paths(link.carried)});
   }
+  rows.print(out, {});
   if (changes.size() > most) std::fprintf(out, "  and %zu more\n", changes.size() - most);
 }
 
-std::string json_line(const Database &database, const LoadChange &change) {
+std::string json_line(const Database &database, const LoadChange &change,
+                      const RouterNames &names) {
   const LinkLoad &link = change.link;
   const Json line = {{"change", "load"},
                      {"version", database.version},
                      {"instance", database.instance},
                      {"area", dotted(link.area)},
                      {"from", dotted(link.from)},
+                     {"from_name", name_or_null(link.from, names)},
                      {"to", link.to != 0 ? Json(dotted(link.to)) : Json(nullptr)},
+                     {"to_name", name_or_null(link.to, names)},
                      {"network", link.network != 0 ? Json(dotted(link.network)) : Json(nullptr)},
                      {"before", change.before},
                      {"after", link.carried}};
-  return line.dump();
+  return line_of(line);
 }
 
 std::string instance_name(const Database &database) {
@@ -167,13 +183,14 @@ std::string next_hop_text(const NextHop &hop, Family family) {
   return (hop.address ? text_of(*hop.address, family) : "address unknown,") + " " + by;
 }
 
-void print_route_table(const Database &database, const RoutingTable &table, std::FILE *out) {
+void print_route_table(const Database &database, const RoutingTable &table,
+                       const RouterNames &names, std::FILE *out) {
   int width = 6;
   for (const Route &route : table.routes) {
     width = std::max(width, static_cast<int>(text_of(route.prefix, database.family).size()));
   }
   std::fprintf(out, "%s: routes of router %s\n", instance_name(database).c_str(),
-               dotted(table.router).c_str());
+               labelled(table.router, names).c_str());
   std::fprintf(out, "  %-*s  %-10s  %8s  %8s  %10s  %-15s  %s\n", width, "Prefix", "Kind", "Cost",
                "Type 2", "Tag", "Area", "Next hops");
   for (const Route &route : table.routes) {

@@ -1,5 +1,8 @@
 #include "views/router_names.hpp"
 
+#include <algorithm>
+#include <cstring>
+
 #include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
 
@@ -38,6 +41,27 @@ RouterNames router_names(Session &session) { return router_names(session, read_l
 std::string labelled(std::uint32_t router, const RouterNames &names) {
   const auto name = names.find(router);
   return dotted(router) + (name == names.end() ? "" : " " + name->second);
+}
+
+std::string labelled(const std::string &sentence, const std::vector<std::uint32_t> &routers,
+                     const RouterNames &names) {
+  constexpr const char *quad = "0123456789.";
+  if (names.empty()) return sentence;
+  std::string result;
+  for (std::size_t at = 0; at < sentence.size();) {
+    const std::size_t start = std::min(sentence.find_first_of(quad, at), sentence.size());
+    const std::size_t end = std::min(sentence.find_first_not_of(quad, start), sentence.size());
+    std::string word = sentence.substr(start, end - start);
+    const std::string dots = word.ends_with(".") ? "." : "";
+    word.resize(word.size() - dots.size());
+    const auto router = parse_dotted(word);
+    const bool is_other = (start > 0 && std::strchr("@:", sentence[start - 1]) != nullptr) ||
+                          sentence.compare(end, 1, "/") == 0 || sentence.compare(end, 4, " of ") == 0;
+    const bool is_one = router && !is_other && std::ranges::find(routers, *router) != routers.end();
+    result += sentence.substr(at, start - at) + (is_one ? labelled(*router, names) : word) + dots;
+    at = end;
+  }
+  return result;
 }
 
 }  // namespace tool

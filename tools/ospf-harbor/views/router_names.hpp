@@ -22,4 +22,9 @@ RouterNames router_names(ospf_tables::Session &session);
 // "10.0.0.1", or "10.0.0.1 core1" of a router that has a name.
 std::string labelled(std::uint32_t router, const RouterNames &names);
 
+// A sentence with names behind the IDs of these routers. Addresses, prefixes and link-state IDs
+// that look like one have none: those behind "@", before "/" and before " of ".
+std::string labelled(const std::string &sentence, const std::vector<std::uint32_t> &routers,
+                     const RouterNames &names);
+
 }  // namespace tool

@@ -12,6 +12,7 @@
 #include "usage_error.hpp"
 #include "views/json_lines.hpp"
 #include "views/network_tables.hpp"
+#include "views/router_names.hpp"
 
 namespace tool {
 
@@ -116,16 +117,28 @@ class Chooser : public TreeVisitor {
   std::size_t shown_ = 0;
 };
 
+// The router that a row is of, which the end of its key tells.
+std::optional<std::uint32_t> router_of(const RowView &row) {
+  constexpr const char *of_routers[] = {ospf_instance_rev1_ops::kind, ospf_instance_ops::kind,
+                                        ospf_neighbor_ops::kind, area_scope_lsa_ops::kind,
+                                        link_scope_lsa_ops::kind};
+  const bool is_one = std::ranges::find(of_routers, row.kind) != std::end(of_routers);
+  return is_one ? parse_dotted(row.key.substr(row.key.rfind(',') + 1)) : std::nullopt;
+}
+
 class TextOfChosen : public Chooser {
  public:
-  TextOfChosen(Session &, const std::vector<Step> &steps, std::FILE *out)
-      : Chooser(steps), out_(out) {}
+  TextOfChosen(Session &session, const std::vector<Step> &steps, std::FILE *out)
+      : Chooser(steps), names_(router_names(session)), out_(out) {}
 
  private:
   bool show(const RowView &row, std::size_t depth) override {
     const std::string margin(2 * depth, ' ');
     const std::string name = row.path.empty() ? std::string(row.kind) : row.path;
-    std::fprintf(out_, "%s%s\n", margin.c_str(), in_one_line(name).c_str());
+    const auto router = router_of(row);
+    const auto router_name = router ? names_.find(*router) : names_.end();
+    std::fprintf(out_, "%s%s%s\n", margin.c_str(), in_one_line(name).c_str(),
+                 router_name == names_.end() ? "" : (" " + router_name->second).c_str());
     const std::string text = row.text();
     std::size_t at = 0;
     while (at < text.size()) {
@@ -138,21 +151,23 @@ class TextOfChosen : public Chooser {
     return true;
   }
 
+  const RouterNames names_;
   std::FILE *out_;
 };
 
 class JsonOfChosen : public Chooser {
  public:
   JsonOfChosen(Session &session, const std::vector<Step> &steps, std::FILE *out)
-      : Chooser(steps), session_(session), out_(out) {}
+      : Chooser(steps), session_(session), names_(router_names(session)), out_(out) {}
 
  private:
   bool show(const RowView &row, std::size_t) override {
-    std::fprintf(out_, "%s\n", json_line(session_, row).c_str());
+    std::fprintf(out_, "%s\n", json_line(session_, row, &names_).c_str());
     return row.kind != link_scope_lsa_ops::kind && row.kind != area_scope_lsa_ops::kind;
   }
 
   Session &session_;
+  const RouterNames names_;
   std::FILE *out_;
 };
 
