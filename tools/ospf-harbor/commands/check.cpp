@@ -1,5 +1,6 @@
 // `check`: what is wrong with a network, by its databases and, of captures, by what its routers
 // sent.
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <map>
@@ -181,13 +182,14 @@ int check_network(ospf_tables::Session &session, const CheckOptions &options) {
   const Severity fail_on = parse_severity("--fail-on", options.fail_on);
   parse_severity("--least", options.least);
   Heard heard;
-  int status = options.source.load(session, "check", &heard);
+  // 1 says that something was found, so what is read only in part has 2.
+  int status = options.source.load(session, "check", &heard) == 0 ? 0 : 2;
   session.reading([&] {
     const std::vector<ospf_tables::LsdbEntry> lsas = ospf_tables::read_lsdb(session);
     const std::vector<Finding> findings = all_findings(session, lsas, options, heard);
     print_findings(findings, options, heard, router_names(session, lsas));
     for (const Finding &finding : findings) {
-      if (finding.severity >= fail_on) status = 1;
+      if (finding.severity >= fail_on) status = std::max(status, 1);
     }
   });
   return status;
@@ -223,7 +225,8 @@ there is one.
 An error makes routes wrong or missing; a warning does harm or will; a
 notice is sound and yet worth a look. With a what-if the databases of the
 network that would be are looked at, and nothing that was sent. The status
-is 1 when something is found that is as bad as --fail-on says.
+is 1 when something is found that is as bad as --fail-on says, and 2 for
+trouble, such as a source that cannot be read, or only in part.
 
 A line of --json has the keys severity, kind, version, instance, area,
 routers, router_names, where, field (what interfaces differ in), what, lsas,

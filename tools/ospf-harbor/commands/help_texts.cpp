@@ -31,18 +31,26 @@ constexpr HelpText help_texts[] = {
      "replicate --status --store p.store --from nats://hub --name paris",
      {"it ended by a signal, or --status found both ends the same",
       "--status found a table that differs, or something is wrong with the engine or the data"}},
-    {"graph", "graph --svg -o net.svg --from site.pcap\ngraph --html -o net.html --names names.txt --from routers"},
+    {"graph",
+     "graph --svg -o net.svg --from site.pcap\n"
+     "graph --html -o net.html --names names.txt --from routers\n"
+     "graph --png --addresses --area 1 -o area1.png --from site.pcap\n"
+     "graph --html -o change.html --diff before.pcap after.pcap\n"
+     "graph --svg --diff a.pcap a.pcap --at 08:30:00 --at 08:45:00\n"
+     "graph --pdf --without-router 10.0.0.3 --from a.pcap > left.pdf"},
     {"routes",
      "routes --router 10.0.0.1 --from site.pcap\n"
      "routes --router all --without-router 10.0.0.3 --from routers"},
     {"path",
      "path 10.0.0.1 10.0.0.6 --from site.pcap\n"
-     "path 10.0.0.1 192.0.2.0/24 --rfc1583 --from routers"},
+     "path 10.0.0.1 192.0.2.0/24 --rfc1583 --from routers\n"
+     "path 10.0.0.1 10.0.0.6 --svg -o ways.svg --from site.pcap\n"
+     "path 10.0.0.1 10.0.0.6 --html --from routers > ways.html"},
     {"failures", "failures --v2 --from site.pcap"},
     {"check",
      "check --from site.pcap\ncheck --fail-on error --json --from routers",
-     {"nothing was found that is as bad as --fail-on says",
-      "such a thing was found, or something is wrong with the data"}},
+     {"nothing was found that is as bad as --fail-on says", "such a thing was found",
+      "a source cannot be read, or only in part, or the command line is wrong", true}},
     {"events", "events --since 08:30:00 --from site.pcap"},
     {"diff",
      "diff before.pcap after.pcap\ndiff site.pcap --at 08:30:00 --at 08:45:00 --router 10.0.0.1",

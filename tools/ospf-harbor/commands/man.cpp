@@ -88,10 +88,14 @@ void print_more(std::ostream &out, const std::vector<std::string> &words) {
     out << ".SH DESCRIPTION\n";
     print_lines(out, command->description);
   }
-  if (command->example == nullptr) return;
-  out << ".SH EXAMPLE\n.nf\n";
-  std::istringstream in(command->example);
-  for (std::string line; std::getline(in, line);) out << plain_roff(line) << '\n';
+  std::istringstream typed(help_text(name_of(words)).examples);
+  std::istringstream printed(command->example == nullptr ? "" : command->example);
+  out << ".SH EXAMPLES\n.nf\n";
+  for (std::string line; std::getline(typed, line);) {
+    out << plain_roff("$ ospf-harbor " + line) << '\n';
+  }
+  if (command->example != nullptr) out << '\n';
+  for (std::string line; std::getline(printed, line);) out << plain_roff(line) << '\n';
   out << ".fi\n";
 }
 

@@ -341,6 +341,11 @@ TEST_F(Check, TheStatusFollowsTheWorst) {
   EXPECT_EQ(ask("check --fail-on notice", capture).status, 1);
   EXPECT_EQ(ask("check --fail-on error", capture_of("domain")).status, 1);
   EXPECT_EQ(ask("check --fail-on error --v3", capture_of("sameid")).status, 1);
+  // 1 is an answer: what cannot be read, or only in part, has 2, with what was found all the same.
+  EXPECT_EQ(ask("check", "no.pcap").status, 2);
+  const Said cut = ask("check --least error --fail-on notice", recording("dr-change") + "/cut.pcap");
+  EXPECT_EQ(cut.status, 2) << cut.err;
+  EXPECT_NE(cut.out.find(" notices\n"), std::string::npos) << cut.out;
   const Said wrong = ask("check --fail-on never", capture);
   EXPECT_EQ(wrong.status, 2);
   EXPECT_NE(wrong.err.find("notice, warning or error"), std::string::npos) << wrong.err;
@@ -361,7 +366,7 @@ TEST_F(Check, WhatIfLooksAtTheNetworkThatWouldBe) {
   const std::string capture = capture_of("virtual");
   const auto all = found("--v2 --without 10.252.0.1--10.252.0.2", capture);
   expect_all(all, {{"error", "split_area", "", 2, "area 0.0.0.0"}});
-  EXPECT_EQ(ask("check --v2 --without 10.252.0.1--10.252.0.9", capture).status, 1);
+  EXPECT_EQ(ask("check --v2 --without 10.252.0.1--10.252.0.9", capture).status, 2);
 }
 
 TEST_F(Check, TheTextFitsATerminalAndNamesWhatShowsIt) {

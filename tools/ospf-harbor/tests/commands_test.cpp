@@ -8,6 +8,7 @@
 #include <map>
 #include <sstream>
 
+#include "commands/help_texts.hpp"
 #include "support/processes.hpp"
 
 namespace {
@@ -194,6 +195,9 @@ TEST_F(Commands, WhoseStatusIsAnAnswerHaveTwoForTrouble) {
   EXPECT_EQ(said.err, "ospf-harbor: cannot open no.pcap: No such file or directory\n");
   EXPECT_EQ(run({"lsdb", "--from", "no.pcap"}).status, 1);
   EXPECT_NE(run({"man", "diff"}).out.find(".B 1\nThey differ.\n"), std::string::npos);
+  EXPECT_NE(run({"man", "check"}).out.find(".B 1\nSuch a thing was found.\n"), std::string::npos);
+  EXPECT_NE(run({"check", "--help"}).out.find("\n  2  a source cannot be read, or only in part"),
+            std::string::npos);
   EXPECT_NE(run({"man", "lsdb"}).out.find(".B 1\nSomething is wrong with the data"),
             std::string::npos);
 }
@@ -303,21 +307,24 @@ TEST_F(Commands, HaveAManPageEachInAFolder) {
 }
 
 TEST_F(Commands, HaveManPagesThatGroffTakes) {
-  std::vector<Words> pages{{"man"}};
-  for (const std::string &name : all_names()) {
-    pages.push_back(words_of(name));
-    pages.back().insert(pages.back().begin(), "man");
-  }
-  for (const Words &words : pages) {
-    put("page", run(words).out);
+  std::vector<std::string> pages = all_names();
+  pages.insert(pages.begin(), "");
+  for (const std::string &page : pages) {
+    put("page", run(words_of("man " + page)).out);
     const tool_tests::Said said = tool_tests::run_program(
         folder_, {"/usr/bin/groff", "-man", "-Tutf8", "-ww", "-P-cbou", file("page")});
     EXPECT_EQ(said.status, 0);
     EXPECT_EQ(said.err, "");
     for (const char *part : {"NAME", "SYNOPSIS", "EXIT STATUS"}) {
-      EXPECT_NE(said.out.find(part), std::string::npos) << words.back();
+      EXPECT_NE(said.out.find(part), std::string::npos) << page;
     }
-    if (words.size() > 1) continue;
+    if (!page.empty()) {
+      std::istringstream examples(tool::help_text(page).examples);
+      for (std::string line; std::getline(examples, line);) {
+        EXPECT_NE(said.out.find("$ ospf-harbor " + line + "\n"), std::string::npos) << line;
+      }
+      continue;
+    }
     for (const std::string &name : all_names()) {
       if (lines_.at(name).in_the_shell || name == "shell") {
         EXPECT_NE(said.out.find("ospf-harbor " + name + "\n"), std::string::npos) << name;

@@ -1,7 +1,6 @@
 // The shell at a terminal: a pseudo terminal of its own stands where a person would, types keys and
 // reads what is shown.
 #include <poll.h>
-#include <pty.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
@@ -14,6 +13,7 @@
 #include "commands/shell_words.hpp"
 #include "sources/sources.hpp"
 #include "support/processes.hpp"
+#include "terminal.hpp"
 
 namespace {
 
@@ -26,7 +26,7 @@ class Terminal {
  public:
   explicit Terminal(const fs::path &folder) {
     winsize size{24, 80, 0, 0};
-    id_ = forkpty(&terminal_, nullptr, nullptr, &size);
+    id_ = tool_tests::fork_at_terminal(terminal_, &size);
     if (id_ != 0) return;
     if (chdir(folder.c_str()) != 0) _exit(126);
     setenv("HOME", folder.c_str(), 1);
