@@ -173,6 +173,7 @@ Json json_of(const LsaView &lsa) {
   if (std::holds_alternative<OpaqueViewV2>(lsa.body) ||
       std::holds_alternative<OtherView>(lsa.body)) {
     body["tlvs"] = json_of(tlv_words(lsa));
+    if (const TlvSays head = head_words(lsa); !head.empty()) body["head"] = tool::json_of(head);
   }
   return {{"version", lsa.version},
           {"scope", scope_name(lsa.scope())},

@@ -38,7 +38,10 @@ class Detail {
  public:
   std::string text;
 
-  void operator()(const OtherView &) { add_tlvs(4, tlvs_); }
+  void operator()(const OtherView &) {
+    if (!head_.empty()) line(4, tool::text_of(head_));
+    add_tlvs(4, tlvs_);
+  }
 
   void operator()(const RouterViewV2 &body) {
     line(4, bits("flags", body.flags) + "; " + counted(body.num_of_links, "link", "links"));
@@ -146,7 +149,7 @@ class Detail {
   }
 
   Detail(const LsaView &lsa, const RouterNames &names)
-      : type_(lsa.type), link_state_id_(lsa.link_state_id), tlvs_(tlv_words(lsa)), names_(names) {}
+      : type_(lsa.type), link_state_id_(lsa.link_state_id), head_(head_words(lsa)), tlvs_(tlv_words(lsa)), names_(names) {}
 
   void line(std::size_t margin, const std::string &content) {
     text += std::string(margin, ' ') + content + "\n";
@@ -191,6 +194,7 @@ class Detail {
 
   std::uint16_t type_;
   std::uint32_t link_state_id_;
+  TlvSays head_;
   std::vector<TlvWords> tlvs_;
   const RouterNames &names_;
 };

@@ -72,16 +72,19 @@ void print_counts(const std::vector<LsdbEntry> &entries, std::FILE *out) {
 void print_lsa_table(const std::vector<LsdbEntry> &entries, const RouterNames &names,
                      std::FILE *out) {
   std::size_t width = 15;
+  std::size_t type_width = 12;
   for (const LsdbEntry &entry : entries) {
     width = std::max(width, labelled(entry.lsa.adv_router, names).size());
+    type_width = std::max(type_width, type_name(entry.lsa.version, entry.lsa.type).size());
   }
   const int column = static_cast<int>(width);
+  const int types = static_cast<int>(type_width);
   by_heading(entries, out, [&](auto first, auto last) {
-    std::fprintf(out, "  %-12s  %-15s  %-*s  %8s  %-10s  %-8s  %6s\n", "Type", "Link-state ID",
+    std::fprintf(out, "  %-*s  %-15s  %-*s  %8s  %-10s  %-8s  %6s\n", types, "Type", "Link-state ID",
                  column, "Adv. router", "Age", "Sequence", "Checksum", "Length");
     for (; first != last; ++first) {
       const LsaView &lsa = first->lsa;
-      std::fprintf(out, "  %-12s  %-15s  %-*s  %8s  %-10s  %-8s  %6u\n",
+      std::fprintf(out, "  %-*s  %-15s  %-*s  %8s  %-10s  %-8s  %6u\n", types,
                    type_name(lsa.version, lsa.type).c_str(), dotted(lsa.link_state_id).c_str(),
                    column, labelled(lsa.adv_router, names).c_str(), age_text(lsa.age).c_str(),
                    in_one_line(lsa.sequence).c_str(), in_one_line(lsa.checksum).c_str(),

@@ -18,6 +18,7 @@ std::string list_of_type_names() {
   for (const LsaType &type : lsa_types) {
     if (std::find(names.begin(), names.end(), type.name) == names.end()) names.push_back(type.name);
   }
+  for (const LsaFunctionName &each : lsa3_function_names) names.push_back(each.name);
   std::string list;
   for (const std::string_view name : names) list.append(list.empty() ? "" : ", ").append(name);
   return list;

@@ -55,6 +55,7 @@ constexpr TypeAlias type_aliases[] = {
     {"opaque", [](const LsaView &lsa) { return opaque_of(lsa) != nullptr; }},
     {"te",
      [](const LsaView &lsa) {
+       if (lsa.version == 3) return (lsa.type & lsa3_function_mask) == lsa3_function_te;
        const OpaqueViewV2 *opaque = opaque_of(lsa);
        return opaque != nullptr && opaque->opaque_type == opaque_traffic_engineering;
      }},

@@ -1,15 +1,15 @@
 #include "views/tlv_words.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <cstdio>
 #include <nlohmann/json.hpp>
-#include <span>
 
 #include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "views/lsa_names.hpp"
 #include "views/text_forms.hpp"
+#include "views/tlv_values.hpp"
+#include "views/tlv_values_v3.hpp"
 
 namespace tool {
 
@@ -17,57 +17,12 @@ using namespace ospf_tables;
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-using Octets = std::span<const std::uint8_t>;
-
 constexpr std::size_t lsa_header_length = 20;
 constexpr std::size_t tlv_header_length = 4;
 
-constexpr std::size_t padded(std::size_t length) { return (length + 3) / 4 * 4; }
-
-// Reads a value from its front; what is not there reads as 0 and makes the reading unsound.
-class TlvValue {
- public:
-  explicit TlvValue(Octets octets) : octets_(octets) {}
-
-  std::uint32_t number(std::size_t size) {
-    if (octets_.size() < size) {
-      sound_ = false;
-      octets_ = {};
-      return 0;
-    }
-    std::uint32_t value = 0;
-    for (const std::uint8_t octet : octets_.first(size)) value = value << 8 | octet;
-    octets_ = octets_.subspan(size);
-    return value;
-  }
-  std::string quad() { return dotted(number(4)); }
-  float real() { return std::bit_cast<float>(number(4)); }
-  Octets rest() { return std::exchange(octets_, {}); }
-  std::size_t left() const { return octets_.size(); }
-  bool sound() const { return sound_; }
-
- private:
-  Octets octets_;
-  bool sound_ = true;
-};
-
-using Says = decltype(TlvWords::says);
+using Json = nlohmann::ordered_json;
+using Says = TlvSays;
 using Read = void (*)(TlvValue &value, Says &says);
-
-Json named_flags(std::uint32_t flags, std::initializer_list<Named> names) {
-  Json list = Json::array();
-  for (const Named &each : names) {
-    if ((flags & each.number) != 0) list.push_back(each.name);
-    flags &= ~each.number;
-  }
-  if (flags != 0) list.push_back("0x" + hex_text({static_cast<std::uint8_t>(flags)}));
-  return list;
-}
-
-Json name_or_number(const char *name, std::uint32_t number) {
-  return name == nullptr ? Json(number) : Json(name);
-}
 
 // --- values that several TLVs have ---
 
@@ -103,15 +58,6 @@ void read_bandwidth(TlvValue &value, Says &says) {
   Json list = Json::array();
   while (value.left() != 0) list.push_back(value.real());
   says.emplace_back("", std::move(list));
-}
-
-// A label has three octets, an index into a block four.
-void read_sid(TlvValue &value, Says &says) {
-  if (value.left() == 3) {
-    says.emplace_back("label", value.number(3) & 0xfffff);
-  } else {
-    says.emplace_back("index", value.number(4));
-  }
 }
 
 // --- traffic engineering ---
@@ -183,12 +129,6 @@ void read_name(TlvValue &value, Says &says) {
   says.emplace_back("", in_one_line(std::string(octets.begin(), octets.end())));
 }
 
-std::string algorithm_name(std::uint32_t algorithm) {
-  if (algorithm == 0) return "SPF";
-  if (algorithm == 1) return "strict SPF";
-  return (algorithm >= 128 ? "flexible " : "") + std::to_string(algorithm);
-}
-
 void read_algorithms(TlvValue &value, Says &says) {
   Json list = Json::array();
   while (value.left() != 0) list.push_back(algorithm_name(value.number(1)));
@@ -254,11 +194,7 @@ void read_prefix_sid(TlvValue &value, Says &says) {
   const std::uint32_t topology = value.number(1);
   const std::uint32_t algorithm = value.number(1);
   read_sid(value, says);
-  says.emplace_back("flags", named_flags(flags, {{0x40, "NP"},
-                                                 {0x20, "M"},
-                                                 {0x10, "E"},
-                                                 {0x08, "V"},
-                                                 {0x04, "L"}}));
+  says.emplace_back("flags", named_flags(flags, prefix_sid_flags));
   says.emplace_back("algorithm", algorithm_name(algorithm));
   say_topology(topology, says);
 }
@@ -279,18 +215,15 @@ void read_adjacency_sid(TlvValue &value, Says &says) {
   const std::uint32_t weight = value.number(1);
   if (on_lan) says.emplace_back("neighbour", value.quad());
   read_sid(value, says);
-  says.emplace_back("flags", named_flags(flags, {{0x80, "B"},
-                                                 {0x40, "V"},
-                                                 {0x20, "L"},
-                                                 {0x10, "G"},
-                                                 {0x08, "P"}}));
+  says.emplace_back("flags", named_flags(flags, adjacency_sid_flags));
   says.emplace_back("weight", weight);
   say_topology(topology, says);
 }
 
 // --- the types ---
 
-enum class Within { nothing, te, te_link, grace, information, block, prefix, in_prefix, link, in_link };
+enum class Within { nothing, te, te_link, grace, information, block, prefix, in_prefix, link, in_link,
+                    extended_v3, in_extended_v3 };
 
 struct KnownTlv {
   Within within;
@@ -304,6 +237,7 @@ struct KnownTlv {
 constexpr KnownTlv known_tlvs[] = {
     {Within::te, te_tlv_router_address, "router address", read_quad},
     {Within::te, te_tlv_link, "link", read_nothing, Within::te_link},
+    {Within::te, 3, "router address", read_address_v3},
     {Within::te_link, te_sub_link_type, "link type", read_te_link_type},
     {Within::te_link, te_sub_link_id, "link ID", read_quad},
     {Within::te_link, te_sub_local_addresses, "local address", read_quads},
@@ -315,8 +249,12 @@ constexpr KnownTlv known_tlvs[] = {
     {Within::te_link, te_sub_admin_group, "administrative group", read_bits},
     {Within::te_link, 11, "link identifiers", read_identifiers},
     {Within::te_link, 16, "shared risk link groups", read_words},
+    {Within::te_link, 18, "neighbour", read_neighbor_v3},
+    {Within::te_link, 19, "local address", read_addresses_v3},
+    {Within::te_link, 20, "remote address", read_addresses_v3},
     {Within::te_link, 21, "remote AS", read_word},
     {Within::te_link, 22, "remote AS boundary router", read_quad},
+    {Within::te_link, 24, "remote AS boundary router", read_address_v3},
     {Within::te_link, 26, "extended administrative group", read_bits},
     {Within::te_link, 27, "delay", read_delay, Within::nothing, "microseconds"},
     {Within::te_link, 28, "delay", read_delays, Within::nothing, "microseconds"},
@@ -338,6 +276,7 @@ constexpr KnownTlv known_tlvs[] = {
     {Within::information, 14, "SR local block", read_block, Within::block},
     {Within::information, 15, "SR mapping server preference", read_octet},
     {Within::block, 1, "SID/label", read_sid},
+    {Within::block, 7, "SID/label", read_sid},
     {Within::prefix, 1, "extended prefix", read_prefix, Within::in_prefix},
     {Within::prefix, 2, "extended prefix range", read_prefix_range, Within::in_prefix},
     {Within::in_prefix, 1, "SID/label", read_sid},
@@ -349,6 +288,22 @@ constexpr KnownTlv known_tlvs[] = {
     {Within::in_link, 6, "MSD", read_msds},
     {Within::in_link, 8, "remote address", read_quad},
     {Within::in_link, 9, "link identifiers", read_identifiers},
+    {Within::extended_v3, 1, "router link", read_router_link_v3, Within::in_extended_v3},
+    {Within::extended_v3, 2, "attached routers", read_quads},
+    {Within::extended_v3, 3, "inter-area prefix", read_prefix_v3, Within::in_extended_v3},
+    {Within::extended_v3, 4, "inter-area router", read_router_v3, Within::in_extended_v3},
+    {Within::extended_v3, 5, "external prefix", read_external_v3, Within::in_extended_v3},
+    {Within::extended_v3, 6, "intra-area prefix", read_prefix_v3, Within::in_extended_v3},
+    {Within::extended_v3, 7, "link-local address", read_address_v3, Within::in_extended_v3},
+    {Within::extended_v3, 8, "link-local address", read_quad, Within::in_extended_v3},
+    {Within::extended_v3, 9, "prefix range", read_prefix_range_v3, Within::in_extended_v3},
+    {Within::in_extended_v3, 1, "forwarding address", read_address_v3},
+    {Within::in_extended_v3, 2, "forwarding address", read_quad},
+    {Within::in_extended_v3, 3, "tag", read_word},
+    {Within::in_extended_v3, 4, "Prefix-SID", read_prefix_sid_v3},
+    {Within::in_extended_v3, 5, "Adj-SID", read_adjacency_sid_v3<false>},
+    {Within::in_extended_v3, 6, "LAN-Adj-SID", read_adjacency_sid_v3<true>},
+    {Within::in_extended_v3, 7, "SID/label", read_sid},
 };
 
 std::vector<TlvWords> words_of(Octets octets, Within within);
@@ -412,8 +367,11 @@ Within within_of(const LsaView &lsa) {
   }
   if (lsa.version != 3) return Within::nothing;
   if (lsa.type == lsa3_grace) return Within::grace;
-  const bool is_information = (lsa.type & lsa3_function_mask) == lsa3_function_router_information;
-  return is_information ? Within::information : Within::nothing;
+  const unsigned function = lsa.type & lsa3_function_mask;
+  if (is_extended_v3(lsa.type)) return Within::extended_v3;
+  return function == lsa3_function_router_information ? Within::information
+         : function == lsa3_function_te               ? Within::te
+                                                      : Within::nothing;
 }
 
 // Of an LSA whose producer gave fields and no octets.
@@ -438,17 +396,37 @@ std::string text_of(const Json &value) {
 
 }  // namespace
 
+TlvSays head_words(const LsaView &lsa) {
+  const Octets octets(lsa.raw_data);
+  const std::size_t length = head_length_v3(lsa);
+  TlvSays says;
+  if (length == 0 || octets.size() < lsa_header_length + length) return says;
+  TlvValue head(octets.subspan(lsa_header_length, length));
+  read_head_v3(lsa.type, head, says);
+  return says;
+}
+
 std::vector<TlvWords> tlv_words(const LsaView &lsa) {
   const Octets octets(lsa.raw_data);
   const auto *opaque = std::get_if<OpaqueViewV2>(&lsa.body);
   const Within within = within_of(lsa);
   if (octets.size() >= lsa_header_length) {
     if (opaque == nullptr && within == Within::nothing) return {};
-    return words_of(octets.subspan(lsa_header_length), within);
+    const std::size_t before = lsa_header_length + head_length_v3(lsa);
+    return words_of(octets.subspan(std::min(before, octets.size())), within);
   }
   if (opaque != nullptr) return words_of_rows(opaque->tlvs, within);
   const auto *other = std::get_if<OtherView>(&lsa.body);
   return other == nullptr ? std::vector<TlvWords>() : words_of_rows(other->tlvs, within);
+}
+
+std::string text_of(const TlvSays &says) {
+  std::string text;
+  for (const auto &[name, value] : says) {
+    text += (text.empty() ? "" : ", ") + std::string(name) + (*name == '\0' ? "" : " ") +
+            text_of(value);
+  }
+  return text;
 }
 
 std::string text_of(const TlvWords &tlv) {
@@ -458,26 +436,26 @@ std::string text_of(const TlvWords &tlv) {
   if (tlv.name.empty()) {
     return "TLV " + std::to_string(tlv.type) + (octets.empty() ? "" : ", ") + octets;
   }
-  std::string text;
-  for (const auto &[name, value] : tlv.says) {
-    text += (text.empty() ? "" : ", ") + std::string(name) + (*name == '\0' ? "" : " ") +
-            text_of(value);
-  }
+  std::string text = text_of(tlv.says);
   if (*tlv.unit != '\0') text += " " + std::string(tlv.unit);
   if (!octets.empty()) text += (text.empty() ? "" : ", ") + octets;
   return tlv.name + (text.empty() ? "" : ": ") + text;
 }
 
+Json json_of(const TlvSays &says) {
+  Json object = Json::object();
+  for (const auto &[name, value] : says) object[*name == '\0' ? "value" : name] = value;
+  return object;
+}
+
 Json json_of(const std::vector<TlvWords> &tlvs) {
   Json list = Json::array();
   for (const TlvWords &tlv : tlvs) {
-    Json says = Json::object();
-    for (const auto &[name, value] : tlv.says) says[*name == '\0' ? "value" : name] = value;
     list.push_back({{"type", tlv.type},
                     {"name", tlv.name.empty() ? Json(nullptr) : Json(tlv.name)},
                     {"length", tlv.length},
                     {"unit", *tlv.unit == '\0' ? Json(nullptr) : Json(tlv.unit)},
-                    {"says", std::move(says)},
+                    {"says", json_of(tlv.says)},
                     {"octets", tlv.octets.empty() ? Json(nullptr) : Json(hex_text(tlv.octets))},
                     {"sub_tlvs", json_of(tlv.sub_tlvs)}});
   }

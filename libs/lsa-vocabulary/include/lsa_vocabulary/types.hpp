@@ -56,7 +56,38 @@ enum LsaTypeV3 : std::uint16_t {
 inline constexpr std::uint16_t lsa3_unknown_bit = 0x8000;  // U: flood it as if it were known
 inline constexpr std::uint16_t lsa3_scope_mask = 0x6000;
 inline constexpr std::uint16_t lsa3_function_mask = 0x1fff;
-inline constexpr std::uint16_t lsa3_function_router_information = 12;  // in any scope
+
+// OSPFv3 LSAs that hold TLVs and little or nothing else, by their function code, in any scope.
+enum LsaFunctionV3 : std::uint16_t {
+  lsa3_function_te = 10,
+  lsa3_function_router_information = 12,
+  lsa3_function_e_router = 33,
+  lsa3_function_e_network = 34,
+  lsa3_function_e_inter_area_prefix = 35,
+  lsa3_function_e_inter_area_router = 36,
+  lsa3_function_e_as_external = 37,
+  lsa3_function_e_nssa = 39,
+  lsa3_function_e_link = 40,
+  lsa3_function_e_intra_area_prefix = 41,
+};
+
+struct LsaFunctionName {
+  std::uint16_t number;
+  const char *name;
+};
+
+inline constexpr LsaFunctionName lsa3_function_names[] = {
+    {lsa3_function_te, "Intra-TE"},
+    {lsa3_function_router_information, "Router-Info"},
+    {lsa3_function_e_router, "E-Router"},
+    {lsa3_function_e_network, "E-Network"},
+    {lsa3_function_e_inter_area_prefix, "E-Inter-Prefix"},
+    {lsa3_function_e_inter_area_router, "E-Inter-Router"},
+    {lsa3_function_e_as_external, "E-AS-Ext"},
+    {lsa3_function_e_nssa, "E-NSSA"},
+    {lsa3_function_e_link, "E-Link"},
+    {lsa3_function_e_intra_area_prefix, "E-Intra-Prefix"},
+};
 
 struct LsaType {
   std::uint8_t version;
@@ -90,6 +121,9 @@ constexpr const LsaType *find_type(std::uint32_t version, std::uint16_t number) 
 // Short: "Router", "ASBR-Sum"; four hexadecimal digits for a type without a name.
 inline std::string type_name(std::uint32_t version, std::uint16_t number) {
   if (const LsaType *type = find_type(version, number)) return type->name;
+  for (const LsaFunctionName &each : lsa3_function_names) {
+    if (version == 3 && each.number == (number & lsa3_function_mask)) return each.name;
+  }
   char text[8];
   std::snprintf(text, sizeof text, "0x%04x", number);
   return text;
