@@ -58,6 +58,13 @@ JsonView read_json(const std::string &path, PassedOver &passed_over) {
     const std::string found =
         offset >= text.size() ? "the end of the file" : quoted(text.substr(offset, 12));
     throw InputError(path, position(text, offset), found, "JSON");
+  } catch (const Json::out_of_range &failure) {
+    // The parser quotes a number that is larger than any that it can hold.
+    const std::string words = failure.what();
+    const std::size_t quote = std::min(words.find('\''), words.size() - 1);
+    const std::string number = words.substr(quote + 1, words.rfind('\'') - quote - 1);
+    throw InputError(path, position(text, text.find(number)), quoted(number),
+                     "a number of a usual size");
   }
 }
 

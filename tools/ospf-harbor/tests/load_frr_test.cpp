@@ -392,6 +392,10 @@ TEST_F(BadInput, ANumberThatDoesNotFit) {
   change("ip-ospf-interface.json", "\"cost\":10", "\"cost\":70000");
   expect_refused({"/interfaces/core/cost", "70000", "65535"});
 }
+TEST_F(BadInput, ANumberThatNothingHolds) {
+  change("ip-ospf-interface.json", "\"cost\":10", "\"cost\":65E536");
+  expect_refused({"ip-ospf-interface.json: line ", "\"65E536\"", "a number of a usual size"});
+}
 TEST_F(BadInput, AMissingValue) {
   change("ip-ospf-interface.json", "\"cost\":10", "\"kost\":10");
   expect_refused({"/interfaces/core/cost", "nothing"});

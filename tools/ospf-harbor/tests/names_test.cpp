@@ -135,8 +135,8 @@ TEST_F(Names, StandBesideTheRouterIdsOfEveryView) {
 TEST_F(Names, StandBesideWhatDiffers) {
   const std::string list = (folder_ / "names").string();
   std::ofstream(list) << "10.254.0.4 border4\n10.254.0.5 core5\n";
-  std::vector<std::string> words = {"diff", capture_of("transit"), "--v2", "--at", "1795242580",
-                                    "--at", "1795242596", "--router", "10.254.0.4",
+  std::vector<std::string> words = {"diff", capture_of("transit"), "--v2", "--at", "1795359763",
+                                    "--at", "1795359772", "--router", "10.254.0.4",
                                     "--names", list};
   const Said said = run(words);
   EXPECT_EQ(said.status, 1) << said.err;

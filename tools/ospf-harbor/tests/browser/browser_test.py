@@ -98,6 +98,7 @@ class Pages(unittest.TestCase):
                 self.assert_texts_fit()
                 if routers == 2500:
                     self.assert_area_names_apart()
+                self.assert_costs_apart()
 
     # No text is wider than what it stands in.
     def assert_texts_fit(self):
@@ -106,6 +107,35 @@ class Pages(unittest.TestCase):
           return [...node.querySelectorAll('text')].some((text) => text.getBBox().width > body.width + 1);
         }).map((node) => node.textContent)""")
         self.assertEqual([], wide)
+
+    # The costs that are shown, of thousands, cover neither each other nor a router; few have no room.
+    def assert_costs_apart(self):
+        boxes, hidden = self.ask("""(() => {
+          const all = [...document.querySelectorAll('.cost')];
+          const boxOf = (each) => { const b = each.getBBox(); return [b.x, b.y, b.x + b.width, b.y + b.height]; };
+          const scene = document.querySelector('#scene');
+          scene.classList.remove('far', 'middle');
+          scene.setAttribute('transform', 'scale(1)');  // where fonts have their size
+          const costs = all.filter((each) => !each.classList.contains('crowded')).map(boxOf);
+          const nodes = [...document.querySelectorAll('.node .body')].map(boxOf);
+          return [[costs, nodes], all.length - costs.length]; })()""")
+        costs, nodes = boxes
+        self.assertGreater(len(costs), 5)
+        self.assertLessEqual(hidden, len(costs) / 50)
+        print("%d costs, %d without room" % (len(costs), hidden))
+        # A text's box is higher than its figures.
+        slack = (costs[0][3] - costs[0][1]) / 5
+        known = sorted([(box, False) for box in costs] + [(box, True) for box in nodes])
+        widest = max(box[2] - box[0] for box, _ in known)
+        for at, (a, is_node) in enumerate(known):
+            for b, other_is_node in known[at + 1:]:
+                if b[0] > a[0] + widest:
+                    break
+                if is_node and other_is_node:
+                    continue
+                apart = (a[2] <= b[0] or b[2] <= a[0] or
+                         a[3] - slack <= b[1] or b[3] - slack <= a[1])
+                self.assertTrue(apart, (a, b))
 
     def assert_area_names_apart(self):
         boxes = self.ask("""[...document.querySelectorAll('.area-name')]

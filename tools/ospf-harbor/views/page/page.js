@@ -108,22 +108,68 @@
     const path = pathOf(edge);
     group.append(element('path', { d: path }));
     if (lineClasses[edge.line] === 'multipoint') group.append(element('path', { d: path, class: 'core' }));
-    const points = outline(edge);
-    const length = lengthOf(points);
-    const add = (text, [x, y], kind) =>
-      group.append(element('text', { x, y, class: kind, 'font-size': picture.fonts.cost }, text));
-    for (const end of [0, 1]) {
-      const from = end === 0 ? points : points.slice().reverse();
-      const distance = Math.min(picture.fonts.cost * 2, length * 0.3);
-      if (edge.costs[end]) add(edge.costs[end], along(from, distance), 'cost');
-      if (edge.addresses[end]) {
-        const [x, y] = along(from, Math.min(picture.fonts.cost * 4.2, length * 0.4));
-        add(edge.addresses[end], [x, y], 'address');
-      }
-    }
-    if (edge.label) add(edge.label, along(points, length / 2), 'label');
     edge.group = group;
     return group;
+  }
+
+  // Boxes that are taken, found again by the cells that they lie in.
+  function takenRoom(cell) {
+    const cells = new Map();
+    const keysOf = ([left, top, right, bottom]) => {
+      const keys = [];
+      for (let x = Math.floor(left / cell); x <= Math.floor(right / cell); ++x) {
+        for (let y = Math.floor(top / cell); y <= Math.floor(bottom / cell); ++y) keys.push(`${x},${y}`);
+      }
+      return keys;
+    };
+    const meet = (a, b) => a[0] < b[2] && b[0] < a[2] && a[1] < b[3] && b[1] < a[3];
+    return {
+      take: (box) => keysOf(box).forEach((key) => cells.set(key, [...(cells.get(key) || []), box])),
+      isFree: (box) => keysOf(box).every((key) => !(cells.get(key) || []).some((each) => meet(box, each))),
+    };
+  }
+
+  // A text on its line where there is room for it, as near to the first place as can be. One without
+  // room is shown when its line is chosen.
+  function placeText(edge, text, kind, points, first, room) {
+    const size = picture.fonts.cost;
+    const width = (text.length + 0.4) * size * 0.62;
+    const last = Math.max(first, lengthOf(points) * 0.47);
+    let at = null;
+    for (let distance = first; distance <= last && !at; distance += size * 0.6) {
+      const [x, y] = along(points, distance);
+      const box = [x - width / 2, y - size * 0.55, x + width / 2, y + size * 0.55];
+      if (!room.isFree(box)) continue;
+      room.take(box);
+      at = [x, y];
+    }
+    const [x, y] = at || along(points, first);
+    const made = element('text', { x, y, class: kind, 'font-size': size }, text);
+    if (!at) made.classList.add('crowded');
+    edge.texts.append(made);
+  }
+
+  // Above all lines, the costs before the addresses, which are shown when asked for.
+  function drawTexts(edges) {
+    const size = picture.fonts.cost;
+    const room = takenRoom(size * 4);
+    for (const { x, y, width, height } of picture.nodes) {
+      room.take([x - width / 2, y - height / 2, x + width / 2, y + height / 2]);
+    }
+    const atEnds = (edge, texts, kind, from, part) => {
+      const points = outline(edge);
+      const first = Math.min(size * from, lengthOf(points) * part);
+      if (texts[0]) placeText(edge, texts[0], kind, points, first, room);
+      if (texts[1]) placeText(edge, texts[1], kind, points.slice().reverse(), first, room);
+    };
+    for (const edge of edges) {
+      edge.texts = element('g', { class: edge.group.getAttribute('class') });
+      if (!edge.label) continue;
+      const points = outline(edge);
+      placeText(edge, edge.label, 'label', points, lengthOf(points) / 2, room);
+    }
+    for (const edge of edges) atEnds(edge, edge.costs, 'cost', 2, 0.3);
+    for (const edge of edges) atEnds(edge, edge.addresses, 'address', 4.2, 0.4);
   }
 
   function drawText(node, group, middle) {
@@ -202,13 +248,18 @@
   function draw() {
     const edges = element('g');
     edges.style.setProperty('--width', `${picture.fonts.line}px`);
-    const groups = new Map();
-    for (const edge of picture.edges) {
-      const colour = colourOf(edge.area, edge.change);
-      if (!groups.has(colour)) groups.set(colour, tint(element('g'), colour));
-      groups.get(colour).append(drawEdge(edge));
-    }
-    edges.append(...groups.values());
+    const inColours = (partOf) => {
+      const groups = new Map();
+      for (const edge of picture.edges) {
+        const colour = colourOf(edge.area, edge.change);
+        if (!groups.has(colour)) groups.set(colour, tint(element('g'), colour));
+        groups.get(colour).append(partOf(edge));
+      }
+      edges.append(...groups.values());
+    };
+    inColours(drawEdge);
+    drawTexts(picture.edges);
+    inColours((edge) => edge.texts);
     const nodes = element('g');
     picture.nodes.forEach((node, at) => {
       const group = drawNode(node);
@@ -345,6 +396,10 @@
     showLsas(into, edge.lsas);
   }
 
+  function markChosen(what) {
+    for (const part of [what.group, what.texts]) part?.classList.add('chosen');
+  }
+
   function choose(what, { bringIt = false, lsa = null } = {}) {
     for (const marked of scene.querySelectorAll('.chosen')) marked.classList.remove('chosen');
     chosen = what;
@@ -354,7 +409,7 @@
       showRouters(details);
       return;
     }
-    what.group.classList.add('chosen');
+    markChosen(what);
     if (what.points) {
       showEdge(details, what);
       return;
@@ -364,7 +419,7 @@
       showAreas();
     }
     for (const edge of picture.edges) {
-      if (edge.nodes.some((at) => picture.nodes[at] === what)) edge.group.classList.add('chosen');
+      if (edge.nodes.some((at) => picture.nodes[at] === what)) markChosen(edge);
     }
     if (bringIt) bring(what.x, what.y);
     showNode(details, what, lsa);
@@ -454,7 +509,9 @@
 
   function showAreas() {
     for (const node of picture.nodes) node.group.classList.toggle('hidden', !isShown(node));
-    for (const edge of picture.edges) edge.group.classList.toggle('hidden', !shown.has(edge.area));
+    for (const { area, group, texts } of picture.edges) {
+      for (const part of [group, texts]) part.classList.toggle('hidden', !shown.has(area));
+    }
     placeAreaNames();
     byId('areas').querySelectorAll('input').forEach((box, at) => { box.checked = shown.has(at); });
   }
