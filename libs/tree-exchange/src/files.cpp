@@ -27,7 +27,8 @@ namespace fs = std::filesystem;
 
 // Gives pieces until `take` says that it has enough.
 void read_until(const std::string &path, const std::function<bool(ByteView)> &take) {
-  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  const char *place = path == "-" ? "/dev/stdin" : path.c_str();
+  const FileDescriptor file(open(place, O_RDONLY | O_CLOEXEC));
   if (!file.is_open()) fail("open", path);
   Bytes piece(piece_size);
   while (true) {
@@ -159,6 +160,7 @@ Bytes first_bytes(const std::string &path, std::size_t size) {
 
 void write_file(const std::string &path,
                 const std::function<void(const std::function<void(ByteView)> &)> &write) {
+  if (path == "-") return write_file("/dev/stdout", write);
   struct stat there;
   const bool exists = stat(path.c_str(), &there) == 0;
   const fs::path target = target_of(path);

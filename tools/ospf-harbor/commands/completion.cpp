@@ -31,7 +31,7 @@ std::vector<const CLI::Option *> options_at(const Place &place, CLI::App &progra
   if (place.app != &program) {
     for (const CLI::Option *option : options_of(program)) options.push_back(option);
   }
-  std::erase_if(options, [](const CLI::Option *option) { return option->get_positional(); });
+  std::erase_if(options, [](const CLI::Option *option) { return !option->nonpositional(); });
   return options;
 }
 

@@ -32,8 +32,9 @@ std::string plain_roff(const std::string &text) {
 
 void print_options(std::ostream &out, const CLI::App &app) {
   for (const CLI::Option *option : options_of(app)) {
-    out << ".TP\n.B " << plain_roff(option->get_name(option->get_positional()));
-    if (!option->get_positional() && option->get_items_expected_max() > 0) out << " VALUE";
+    const bool has_name = option->nonpositional();
+    out << ".TP\n.B " << plain_roff(option->get_name(!has_name));
+    if (has_name && option->get_items_expected_max() > 0) out << " VALUE";
     out << '\n' << plain_roff(option->get_description()) << '\n';
   }
 }

@@ -1,5 +1,6 @@
 #include "views/show.hpp"
 
+#include <filesystem>
 #include <memory>
 
 #include "commands/command.hpp"
@@ -17,9 +18,14 @@ Run set_up_show(CLI::App &app) {
     std::string colour = "auto";
   };
   const auto options = std::make_shared<Options>();
+  // A file stands where a path could: it is a source then.
+  app.validate_positionals();
   app.add_option("PATH", options->path,
                  "Rows by kind and key, such as area/0.0.0.0/interface/eth0; without it an overview "
-                 "of areas, routers and neighbours");
+                 "of areas, routers and neighbours")
+      ->check([](const std::string &word) {
+        return word == "-" || std::filesystem::exists(word) ? "a source" : "";
+      });
   app.add_flag("--tree", options->tree, "All rows, without a path too");
   app.add_flag("--json", options->json, "Rows as one JSON object a line");
   add_colour_option(app, options->colour);

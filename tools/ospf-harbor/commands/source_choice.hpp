@@ -27,7 +27,7 @@ struct SourceChoice {
   std::string names;
 
   void add_to(CLI::App &app) {
-    app.add_option("--from", sources, source_help);
+    app.add_option("SOURCE,--from", sources, source_help);
     app.add_option("--at", at,
                    "Captures only up to this time: 2026-11-22T08:30:00.5Z, 08:30:00, or +12.5 for "
                    "seconds behind the first packet");

@@ -211,16 +211,23 @@ std::string summary(const Source &source) {
 }
 
 // Opens a file or an interface; null, with a complaint, where that fails.
-std::unique_ptr<Source> open_source(const char *command, const std::string &name, bool live,
-                                    std::uint32_t number, decode::Network &network) {
+std::unique_ptr<Source> open_source(const char *command, const std::string &place,
+                                    const std::string &name, bool live, std::uint32_t number,
+                                    decode::Network &network) {
   auto source = std::make_unique<Source>(name, number, network);
-  if (live ? source->reader.open_live(name) : source->reader.open_file(name)) return source;
+  if (live ? source->reader.open_live(place) : source->reader.open_file(place)) return source;
   std::string why = source->reader.error();
   // The library names the file in some of its words itself.
-  if (why.starts_with(name + ": ")) why.erase(0, name.size() + 2);
+  if (why.starts_with(place + ": ")) why.erase(0, place.size() + 2);
   if (!live && why != std::strerror(ENOENT)) why += "; a capture is pcap or pcapng";
   complain(command, cannot(live ? "listen on" : "open", name, why).what());
   return nullptr;
+}
+
+// What the sources are called, in order.
+std::vector<std::string> names_of(const CaptureOptions &options) {
+  if (!options.interface.empty()) return {options.interface};
+  return options.names.empty() ? options.files : options.names;
 }
 
 // What hears the packets: a plain network, or one that follows what happens.
@@ -232,7 +239,7 @@ decode::Network &listener(const CaptureOptions &options, decode::Network &plain)
         heard.events.push_back(event);
         if (heard.at_once) heard.at_once(event);
       });
-  heard.captures = options.interface.empty() ? options.files : std::vector{options.interface};
+  heard.captures = names_of(options);
   return *heard.timeline;
 }
 
@@ -240,9 +247,10 @@ decode::Network &listener(const CaptureOptions &options, decode::Network &plain)
 Sources open_sources(const CaptureOptions &options, decode::Network &network) {
   const bool live = !options.interface.empty();
   Sources sources;
-  std::uint32_t number = 0;
-  for (const std::string &name : live ? std::vector{options.interface} : options.files) {
-    auto source = open_source(load_name, name, live, number++, network);
+  const std::vector<std::string> names = names_of(options);
+  for (std::uint32_t number = 0; number < names.size(); ++number) {
+    const std::string &place = live ? options.interface : options.files[number];
+    auto source = open_source(load_name, place, names[number], live, number, network);
     if (source != nullptr) sources.push_back(std::move(source));
   }
   return sources;
@@ -377,7 +385,7 @@ class Collector {
 
 int collect_capture(Session &session, const CaptureOptions &options) {
   decode::Network network;
-  const auto source = open_source(collect_name, options.interface, true, 0, network);
+  const auto source = open_source(collect_name, options.interface, options.interface, true, 0, network);
   if (source == nullptr) return 1;
   std::fprintf(stderr, "listening on %s\n", in_one_line(options.interface).c_str());
   Collector collector(session, network);

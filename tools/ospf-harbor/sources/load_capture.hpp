@@ -21,6 +21,7 @@ struct CaptureOptions {
   Heard *heard = nullptr;          // takes what happened meanwhile
   bool json = false;               // the report as one JSON object a line
   bool as_heard = false;           // the ages of LSAs, not as of the end
+  std::vector<std::string> names{};  // of the files for people, where these are others
 };
 
 // Says what was loaded on `report`, unless that is null, and what was wrong to standard error, by

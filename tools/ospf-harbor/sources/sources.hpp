@@ -1,6 +1,7 @@
 // What `--from` names, loaded into the tables of this run: captures, folders of captures, folders
 // with what a routing daemon says, folders of such folders, tree streams and trees' XML, told apart
-// by what is there. Several routers' answers are one network, as a capture of it would be.
+// by what is there. Several routers' answers are one network, as a capture of it would be. Files may
+// be packed by gzip, and "-" is standard input.
 #pragma once
 
 #include <string>
@@ -12,7 +13,8 @@
 namespace tool {
 
 inline constexpr char source_help[] =
-    "Captures or folders of them, folders with routers' answers, tree streams or trees' XML";
+    "Captures or folders of them, folders with routers' answers, tree streams or trees' XML; files "
+    "may be packed by gzip, and - is standard input";
 
 struct SourceOptions {
   std::string at{};        // of captures only what was heard until then, see time_point.hpp

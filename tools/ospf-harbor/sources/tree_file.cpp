@@ -13,31 +13,32 @@ using namespace tree_exchange;
 
 namespace {
 
-std::uint64_t read_stream(Session &session, const std::string &file) {
-  TreeReader reader(session, file);
+std::uint64_t read_stream(Session &session, const std::string &file, const std::string &name) {
+  TreeReader reader(session, name);
   Progress progress;
   std::uint64_t size = 0;
   read_pieces(file, largest_stream, [&](ByteView piece) {
     reader.feed(piece);
     size += piece.size();
-    if (progress.is_due()) progress.show(file + ": " + size_text(size) + " read");
+    if (progress.is_due()) progress.show(name + ": " + size_text(size) + " read");
   });
   return reader.finish();
 }
 
-std::uint64_t read_xml(Session &session, const std::string &file) {
+std::uint64_t read_xml(Session &session, const std::string &file, const std::string &name) {
   const Bytes bytes = read_file(file, largest_stream);
   Progress progress;
-  progress.show(file + ": " + size_text(bytes.size()) + " read, filling the tables");
-  return read_tree_xml(session, file, {reinterpret_cast<const char *>(bytes.data()), bytes.size()});
+  progress.show(name + ": " + size_text(bytes.size()) + " read, filling the tables");
+  return read_tree_xml(session, name, {reinterpret_cast<const char *>(bytes.data()), bytes.size()});
 }
 
 }  // namespace
 
-void import_tree(Session &session, TreeForm form, const std::string &file) {
+void import_tree(Session &session, TreeForm form, const std::string &file,
+                 const std::string &name) {
   const std::uint64_t rows =
-      form == TreeForm::image ? read_stream(session, file) : read_xml(session, file);
-  note("imported " + rows_text(rows) + " from " + file);
+      form == TreeForm::image ? read_stream(session, file, name) : read_xml(session, file, name);
+  note("imported " + rows_text(rows) + " from " + name);
 }
 
 std::string too_many_bytes(TreeForm form, const std::string &file, std::uint64_t size) {

@@ -11,8 +11,9 @@ namespace tool {
 
 enum class TreeForm { image, xml, text };
 
-// Throws InputError.
-void import_tree(ospf_tables::Session &session, TreeForm form, const std::string &file);
+// name: what people call the file. Throws InputError.
+void import_tree(ospf_tables::Session &session, TreeForm form, const std::string &file,
+                 const std::string &name);
 
 // What to say of a file with so many bytes that an import would refuse for them; empty when it takes
 // them.

@@ -12,7 +12,7 @@ namespace router_answers {
 std::optional<std::string> find_answer(const std::string &folder, const std::string &name);
 
 // The text, unpacked. Throws InputError for a file that cannot be read, that ends inside its
-// packing or that is longer than 1 GiB.
-std::string read_answer(const std::string &path);
+// packing or that is longer than 1 GiB. expected: what the file should be, for the message.
+std::string read_answer(const std::string &path, const char *expected = "a daemon's answer");
 
 }  // namespace router_answers
