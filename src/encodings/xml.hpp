@@ -260,7 +260,7 @@ std::uint32_t read_at_once(const Source &source, void *object) {
       xml_get_element_nodecount(source.document, path.data(), &count) != 0 || count == 0) {
     return 0;
   }
-  array_field::NewStore store(array, source.handle, source.space_id, count, source.err);
+  array_field::NewStore store(array, source.handle, source.space_id, count);
   auto *elements = static_cast<typename Type::value_type *>(store.elements());
   if (elements == nullptr ||
       Type::elements_from_xml(source.document, path.data(), elements, count) != count ||
@@ -276,17 +276,17 @@ std::uint32_t read_at_once(const Source &source, void *object) {
 template <const Structure &T, const Field &F>
 bool read_array(const Source &source, void *object) {
   using Type = Primitive<F.held>;
-  std::uint32_t read = 0;
-  if constexpr (requires { Type::elements_from_xml; }) read = read_at_once<T, F>(source, object);
-  if (*source.err != 0) return goes_on(source);
-  for (std::uint32_t index = read;; ++index) {
+  for (std::uint32_t index = 0;; ++index) {
     auto *value = Type::create(source.handle, source.space_id);
     if (value == nullptr) {
       fail_creation(source);
       return false;
     }
+    if constexpr (requires { Type::elements_from_xml; }) {
+      if (index == 0) index = read_at_once<T, F>(source, object);
+    }
     const Path path = element_path(source, F.name.data(), index + 1);
-    read_primitive<F.held>(source, path.data(), value);
+    if (*source.err == 0) read_primitive<F.held>(source, path.data(), value);
     const bool is_read = *source.err == 0;
     if (is_read) {
       array_field::set<T, F>(source.handle, source.space_id, object, index, value, source.err);

@@ -158,14 +158,12 @@ bool takes_at_once(const ArrayFacts &array, kelp_handle *handle, void *object) {
 }
 
 NewStore::NewStore(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id,
-                   std::uint32_t count, std::uint32_t *err)
+                   std::uint32_t count)
     : array_(array),
       handle_(handle),
       space_id_(space_id),
       count_(count),
-      block_(allocate(handle, space_id, array.element_width() * count)) {
-  if (block_ == nullptr) fail(handle, KELP_ERR_NO_MEMORY, err, About(*array.field));
-}
+      block_(allocate(handle, space_id, array.element_width() * count)) {}
 
 NewStore::~NewStore() {
   if (block_ != nullptr) release(handle_, space_id_, block_);

@@ -257,9 +257,9 @@ bool takes_at_once(const ArrayFacts &array, kelp_handle *handle, void *object);
 // A block for the elements of such an array, given back unless an object gets it.
 class NewStore {
  public:
-  // Fails with 12 without memory.
+  // Without memory it has no elements, and nothing is said: one by one some may find room.
   NewStore(const ArrayFacts &array, kelp_handle *handle, std::uint32_t space_id,
-           std::uint32_t count, std::uint32_t *err);
+           std::uint32_t count);
   ~NewStore();
   NewStore(const NewStore &) = delete;
   NewStore &operator=(const NewStore &) = delete;

@@ -377,6 +377,29 @@ TEST(Xml, WithoutMemoryForATemporaryElementTheReadingEndsWith12) {
   store.expect_failure(KELP_ERR_NO_MEMORY);
 }
 
+TEST(Xml, WhereMemoryEndsWithinAnArrayTheElementsBeforeItAreKept) {
+  Store store;
+  const auto sub_tlv_of = [&store](std::size_t octets, const auto &look) {
+    const Object<ospfv2_unknown_sub_tlv> tlv(store, types::ospfv2_unknown_sub_tlv);
+    std::string document = "<x>";
+    for (std::size_t at = 0; at < octets; ++at) document += "<value>7</value>";
+    read(store, tlv, document + "</x>", &store.err);
+    look(tlv);
+  };
+  // What the first array of a type changes lasts.
+  sub_tlv_of(2, [&](const auto &) { ASSERT_EQ(store.err, 0u); });
+  kelp_memory_statistics before{};
+  kelp_database_memory(store.database(), &before);
+  ASSERT_EQ(kelp_database_set_memory_limit(store.database(), before.used_bytes + 1000, nullptr), 0);
+  sub_tlv_of(4000, [&](const auto &tlv) {
+    store.expect_failure(KELP_ERR_NO_MEMORY);
+    const auto count = store(ospfv2_unknown_sub_tlv_value_len_get_value, tlv);
+    ASSERT_GT(count, 100u);
+    EXPECT_LT(count, 1000u);
+    EXPECT_EQ(*store(ospfv2_unknown_sub_tlv_value_get, tlv, count - 1), 7u);
+  });
+}
+
 TEST(Xml, AnArrayThatCannotTakeItsElementEndsTheReading) {
   Store store({.tracking = KELP_TRACKING_ON});
   const Object<ospfv2_network> network(store.another_handle({}), types::ospfv2_network);

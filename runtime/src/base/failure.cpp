@@ -3,8 +3,7 @@
 
 #include <cstdarg>
 #include <cstdio>
-
-#include "text/writer.hpp"
+#include <string_view>
 
 namespace kelp {
 
@@ -23,12 +22,13 @@ void raise(kelp_handle *handle, std::uint32_t *err, std::uint32_t code, const ch
   if (err != nullptr) *err = code;
   kelp_store_err(handle, code);
   if (handle == nullptr) return;
+  const char *between = found == nullptr ? "" : ": ";
   char text[256];
-  TextWriter words(text, sizeof text - 1);
-  words.put(function);
-  if (found != nullptr) words.put(": ");
-  if (found != nullptr) words.put(found);
-  text[words.used()] = '\0';
+  std::size_t used = 0;
+  for (const std::string_view piece : {function, between, found == nullptr ? "" : found}) {
+    used += piece.copy(text + used, sizeof text - 1 - used);
+  }
+  text[used] = '\0';
   kelp_describe_err(handle, nullptr, text);
 }
 

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <new>
 
-#include "wire/byte_order.hpp"
+#include "kelp/quick.hpp"
 
 namespace kelp {
 
@@ -26,7 +26,7 @@ std::uintptr_t page_of(const void *object) {
 std::uint64_t hash_of_id(const std::uint8_t *id) {
   std::uint64_t database = 0;
   std::memcpy(&database, id, sizeof database);
-  return mix(database) + load_big_endian<std::uint64_t>(id + sizeof database);
+  return mix(database) + quick::load_big_endian<std::uint64_t>(id + sizeof database);
 }
 
 }  // namespace
