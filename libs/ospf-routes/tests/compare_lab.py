@@ -16,8 +16,8 @@ import lab_answers
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[3] / "tests/support"))
 from expected_differences import status_of  # noqa: E402
 
-ROUTE_KEYS = ["router", "version", "instance", "prefix", "kind", "cost", "type2_cost", "tag",
-              "area", "next_hops"]
+ROUTE_KEYS = ["router", "router_name", "version", "instance", "prefix", "kind", "cost",
+              "type2_cost", "tag", "area", "next_hops"]
 
 
 def calculated(program, network):
