@@ -19,6 +19,8 @@
 #include "resident_bytes.hpp"
 #include "support/bytes.hpp"
 #include "support/temporary_folder.hpp"
+#include "tree_exchange/tree_reader.hpp"
+#include "tree_exchange/tree_writer.hpp"
 
 namespace {
 
@@ -338,5 +340,46 @@ void CaptureIntoTables(benchmark::State &state) {
   report(state, total);
 }
 BENCHMARK(CaptureIntoTables)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// The tree as a stream that leaves, and as one that arrives, checked row by row.
+void TreeIntoAStream(benchmark::State &state) {
+  ospf_tables::Session session;
+  load(session, network());
+  double total = 0;
+  double bytes = 0;
+  for (auto _ : state) {
+    bytes = 0;
+    total += timed(state, [&] {
+      tree_exchange::write_tree(session, [&](tree_exchange::ByteView piece) {
+        bytes += static_cast<double>(piece.size());
+      });
+    });
+  }
+  report(state, total);
+  state.counters["bytes/LSA"] = bytes / static_cast<double>(file().lsas());
+}
+BENCHMARK(TreeIntoAStream)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+void StreamIntoATree(benchmark::State &state) {
+  tree_exchange::Bytes stream;
+  {
+    ospf_tables::Session session;
+    load(session, network());
+    tree_exchange::write_tree(session, [&](tree_exchange::ByteView piece) {
+      stream.insert(stream.end(), piece.begin(), piece.end());
+    });
+  }
+  double total = 0;
+  for (auto _ : state) {
+    ospf_tables::Session session;
+    total += timed(state, [&] {
+      tree_exchange::TreeReader reader(session, "bench");
+      reader.feed(stream);
+      if (reader.finish() < file().lsas()) std::abort();
+    });
+  }
+  report(state, total);
+}
+BENCHMARK(StreamIntoATree)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
 
 }  // namespace
