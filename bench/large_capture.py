@@ -4,31 +4,16 @@ large OSPFv2 network: ROUTERS routers in one area, four times as many point-to-p
 times as many externals; the shape that RoutesOfOneRouter is measured on. Router IDs are 10.0.0.1 and
 on."""
 
+import pathlib
 import random
 import struct
 import sys
 
+sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / 'tests' / 'lab'))
+from checksums import fletcher, internet_checksum
+
 LARGEST = 1400  # octets of LSAs in a packet
 FIRST = 0x0A000001
-
-
-def fletcher(body, at):
-    """The LSA's checksum over `body` (the LSA without its age), whose checksum field is at `at`."""
-    c0 = c1 = 0
-    for byte in body:
-        c0 += byte
-        c1 += c0
-    c0, c1 = c0 % 255, c1 % 255
-    x = ((len(body) - at - 1) * c0 - c1) % 255 or 255
-    y = (510 - c0 - x) % 255 or 255
-    return x << 8 | y
-
-
-def internet_checksum(data):
-    total = sum(struct.unpack(f"!{len(data) // 2}H", data))
-    while total >> 16:
-        total = (total & 0xFFFF) + (total >> 16)
-    return ~total & 0xFFFF
 
 
 def lsa(kind, link_state_id, router, body):

@@ -9,6 +9,7 @@
 #include "sources/load_capture.hpp"
 #include "sources/time_point.hpp"
 #include "views/event_list.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -114,21 +115,11 @@ int listen(ospf_tables::Session &session, const EventsOptions &options, Heard &h
 
 // Who asked for a router that nothing is told of may have meant another.
 void tell_nothing(std::optional<std::uint32_t> router, const std::vector<Event> &events) {
-  constexpr std::size_t most = 3;
-  std::set<std::pair<std::uint32_t, std::uint32_t>> near;  // by how far off the IDs are
-  for (const Event &event : events) {
-    for (const std::uint32_t each : event.routers) {
-      if (router) near.emplace(std::max(each, *router) - std::min(each, *router), each);
-    }
-  }
-  std::string nearest;
-  std::size_t count = 0;
-  for (const auto &[apart, each] : near) {
-    if (apart == 0) nearest.clear();
-    if (apart == 0 || count++ == most) break;
-    nearest += (nearest.empty() ? "; the nearest routers are " : ", ") + ospf_tables::dotted(each);
-  }
-  std::fprintf(stderr, "ospf-harbor: events: nothing of that happened%s\n", nearest.c_str());
+  std::set<std::uint32_t> routers;
+  for (const Event &event : events) routers.insert(event.routers.begin(), event.routers.end());
+  const std::string nearest = router ? nearest_routers(*router, routers) : "";
+  std::fprintf(stderr, "ospf-harbor: events: nothing of that happened%s%s\n",
+               nearest.empty() ? "" : "; the nearest routers are ", nearest.c_str());
 }
 
 int list_events(ospf_tables::Session &session, const EventsOptions &options) {

@@ -11,6 +11,7 @@
 #include "ospf_replication/jetstream.hpp"
 #include "ospf_replication/sender.hpp"
 #include "ospf_replication/tree_rows.hpp"
+#include "sources/on_ending_signals.hpp"
 #include "views/notes.hpp"
 
 namespace tool {
@@ -36,28 +37,8 @@ struct ReplicateOptions {
 
 volatile std::sig_atomic_t end_asked = 0;
 
+// A run ends behind the turn in which a signal came.
 void ask_for_the_end(int) { end_asked = 1; }
-
-// Signals that end a run do so behind the turn that runs.
-class EndsOnSignal {
- public:
-  EndsOnSignal() {
-    end_asked = 0;
-    struct sigaction action {};
-    action.sa_handler = ask_for_the_end;
-    sigaction(SIGINT, &action, &before_[0]);
-    sigaction(SIGTERM, &action, &before_[1]);
-  }
-  ~EndsOnSignal() {
-    sigaction(SIGINT, &before_[0], nullptr);
-    sigaction(SIGTERM, &before_[1], nullptr);
-  }
-  EndsOnSignal(const EndsOnSignal &) = delete;
-  EndsOnSignal &operator=(const EndsOnSignal &) = delete;
-
- private:
-  struct sigaction before_[2]{};
-};
 
 // What both directions do around their turns: until the end, through the engine's absences.
 class Replication {
@@ -67,7 +48,8 @@ class Replication {
 
   // turn says what became of it, in words for people and as fields.
   void run(const std::function<void(ServiceNotes &)> &turn) {
-    const EndsOnSignal signals;
+    end_asked = 0;
+    const OnEndingSignals signals(ask_for_the_end);
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                         std::chrono::duration<double>(options_.seconds));
     while (end_asked == 0 && (options_.seconds <= 0 || Clock::now() < end)) {

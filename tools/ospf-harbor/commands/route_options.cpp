@@ -9,6 +9,7 @@
 #include "ospf_routes/read_databases.hpp"
 #include "ospf_tables/input_error.hpp"
 #include "views/route_list.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -135,23 +136,16 @@ RouterId router_named(const std::string &option, const std::string &text,
                       const std::vector<Calculator> &calculators) {
   const auto wanted = parse_dotted(text);
   if (!wanted) throw UsageError(option, "", "\"" + text + "\"", "a router ID such as 10.0.0.1");
-  std::set<std::pair<std::uint32_t, RouterId>> near;
+  std::set<RouterId> routers;
   for (const Calculator &calculator : calculators) {
-    for (const RouterId router : calculator.routers()) {
-      near.emplace(std::max(router, *wanted) - std::min(router, *wanted), router);
-    }
+    const auto &all = calculator.routers();
+    routers.insert(all.begin(), all.end());
   }
-  if (!near.empty() && near.begin()->first == 0) return *wanted;
-  std::string nearest;
-  constexpr std::size_t most = 3;
-  std::size_t count = 0;
-  for (const auto &[apart, router] : near) {
-    if (count++ == most) break;
-    nearest += (nearest.empty() ? "" : ", ") + dotted(router);
-  }
+  if (routers.contains(*wanted)) return *wanted;
   throw InputError(option, "", "\"" + text + "\"",
-                   near.empty() ? "a router, and no router-LSA is loaded"
-                                : "a router with a router-LSA; the nearest are " + nearest);
+                   routers.empty() ? "a router, and no router-LSA is loaded"
+                                   : "a router with a router-LSA; the nearest are " +
+                                         nearest_routers(*wanted, routers));
 }
 
 std::string nearest_prefixes(const std::string &text, const std::vector<Calculator> &calculators,

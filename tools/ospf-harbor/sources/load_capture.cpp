@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -14,6 +13,7 @@
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
 #include "ospf_tables/system_error.hpp"
+#include "sources/on_ending_signals.hpp"
 #include "sources/time_point.hpp"
 #include "views/progress.hpp"
 #include "views/text_forms.hpp"
@@ -124,31 +124,21 @@ void stop_listening(int) {
 }
 
 // Signals end the listening, and only that.
-class SignalsStop {
+class Listening {
  public:
-  explicit SignalsStop(decode::CaptureReader &reader) {
-    listening = &reader;
-    struct sigaction action {};
-    action.sa_handler = stop_listening;
-    sigaction(SIGINT, &action, &before_[0]);
-    sigaction(SIGTERM, &action, &before_[1]);
-  }
-  ~SignalsStop() {
-    sigaction(SIGINT, &before_[0], nullptr);
-    sigaction(SIGTERM, &before_[1], nullptr);
-    listening = nullptr;
-  }
-  SignalsStop(const SignalsStop &) = delete;
-  SignalsStop &operator=(const SignalsStop &) = delete;
+  explicit Listening(decode::CaptureReader &reader) { listening = &reader; }
+  ~Listening() { listening = nullptr; }
+  Listening(const Listening &) = delete;
+  Listening &operator=(const Listening &) = delete;
 
  private:
-  struct sigaction before_[2]{};
+  OnEndingSignals signals_{stop_listening};
 };
 
 // turn is called behind each packet, and at least twice a second.
 template <typename Turn>
 void listen(Source &source, unsigned seconds, Turn &&turn) {
-  const SignalsStop stop(source.reader);
+  const Listening scope(source.reader);
   const Clock::time_point end = Clock::now() + std::chrono::seconds(seconds);
   while (!source.at_end && (seconds == 0 || Clock::now() < end)) {
     source.advance();

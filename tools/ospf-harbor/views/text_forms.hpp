@@ -1,13 +1,35 @@
 // Texts for people that several commands print.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
+#include <set>
 #include <string>
+#include <utility>
+
+#include "ospf_tables/row_keys.hpp"
 
 namespace tool {
 
 inline std::string counted(std::uint64_t count, const char *one, const char *many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+// Of these router IDs the three nearest to the one asked for, by how far off their numbers are; none
+// when it is among them.
+inline std::string nearest_routers(std::uint32_t wanted, const std::set<std::uint32_t> &routers) {
+  if (routers.contains(wanted)) return {};
+  std::set<std::pair<std::uint32_t, std::uint32_t>> near;
+  for (const std::uint32_t each : routers) {
+    near.emplace(std::max(each, wanted) - std::min(each, wanted), each);
+    if (near.size() > 3) near.erase(std::prev(near.end()));
+  }
+  std::string text;
+  for (const auto &[apart, each] : near) {
+    text += (text.empty() ? "" : ", ") + ospf_tables::dotted(each);
+  }
+  return text;
 }
 
 }  // namespace tool
