@@ -169,6 +169,13 @@ bool takes(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint3
   return begin(handle, err) && accepts<E>(handle, space_id, object, value, err);
 }
 
+// Whether the object, at its highest variant, takes the value: nothing is brought in line then.
+template <const model::Enumeration &E>
+bool takes_as_it_is(const EnumerationObject *object, std::uint32_t value) {
+  return object->variant >= E.variants - 1 && object->tinfo != nullptr &&
+         object->tinfo->varinfo != nullptr && !refuses<E>(value, object->variant);
+}
+
 // Required: the header comes along.
 template <const model::Enumeration &E>
 void set(kelp_handle *handle, std::uint32_t space_id, void *destination, const void *source,

@@ -45,11 +45,9 @@ inline constexpr FieldFamily family{"object_field", holds, operations};
 
 // --- the rules --------------------------------------------------------------------------------
 
-// Required: the state byte is marked whatever the write ended in.
 template <const Structure &T, const Field &F>
-void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *source,
-         std::uint32_t *err) {
-  if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
+void move_in(kelp_handle *handle, std::uint32_t space_id, void *object, void *source,
+             std::uint32_t *err) {
   auto *place = place_of<T, F>(object);
   if constexpr (is_primitive(F.kind)) {
     using Value = typename Primitive<F.kind>::value_type;
@@ -57,8 +55,25 @@ void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *source
   } else {
     transfer::set<*F.structure>(handle, space_id, place, source, err);
   }
+}
+
+// Required: the state byte is marked whatever the write ended in.
+template <const Structure &T, const Field &F>
+[[gnu::noinline]] void set_by_steps(kelp_handle *handle, std::uint32_t space_id, void *object,
+                                    void *source, std::uint32_t *err) {
+  if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
+  move_in<T, F>(handle, space_id, object, source, err);
   state_tracking::mark(handle, space_id, object,
                        state_tracking::write_place<T, F, messages::WriteSite::set>, err);
+}
+
+template <const Structure &T, const Field &F>
+void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *source,
+         std::uint32_t *err) {
+  if (!field_access::opens_quickly<T>(handle, object, err)) [[unlikely]]
+    return set_by_steps<T, F>(handle, space_id, object, source, err);
+  kelp::quick::forget_error(*handle->quick);
+  move_in<T, F>(handle, space_id, object, source, err);
 }
 
 }  // namespace harbor::object_field

@@ -152,11 +152,49 @@ template <const Field &F>
 inline constexpr messages::WriteSite set_value_site =
     F.kind == Kind::flags ? messages::WriteSite::set : messages::WriteSite::set_value;
 
+// What set_value stores of a value, and where.
+template <const Structure &T, const Field &F>
+auto *stored_place(void *object) {
+  if constexpr (F.kind == Kind::enumeration) {
+    return &place_of<T, F>(object)->value;
+  } else if constexpr (F.kind == Kind::flags) {
+    return &place_of<T, F>(object)->flags;
+  } else {
+    return place_of<T, F>(object);
+  }
+}
+template <const Structure &T, const Field &F, typename Value>
+void put(void *object, Value value) {
+  auto *place = stored_place<T, F>(object);
+  if constexpr (is_primitive(F.kind)) {
+    *place = Primitive<F.kind>::rule::stored(value);
+  } else {
+    *place = static_cast<std::remove_pointer_t<decltype(place)>>(value);
+  }
+}
+
+// Whether set_value has nothing to do but to announce and to store.
+template <const Structure &T, const Field &F, typename Value>
+bool stores_quickly(const kelp_handle *handle, const void *object, Value value,
+                    const std::uint32_t *err) {
+  if (!field_access::opens_quickly<T>(handle, object, err)) return false;
+  if constexpr (F.kind == Kind::enumeration) {
+    return enumeration::takes_as_it_is<*F.enumeration>(place_of<T, F>(object), value);
+  } else {
+    return true;
+  }
+}
+
 // set_value opens as set does and then runs the whole read skeleton, so that the last error is
 // cleared and the variant tested a second time. None of these exits marks the state.
 template <const Structure &T, const Field &F, typename Value>
 [[gnu::noinline]] void set_value_by_steps(kelp_handle *handle, std::uint32_t space_id, void *object,
                                           Value value, std::uint32_t *err) {
+  if (stores_quickly<T, F>(handle, object, value, err)) {  // but somebody hears of it
+    kelp::quick::forget_error(*handle->quick);
+    announce(handle, space_id, stored_place<T, F>(object), sizeof *stored_place<T, F>(object));
+    return put<T, F>(object, value);
+  }
   if (!field_access::begin_write<T, F>(handle, space_id, object, err)) return;
   if (*err != 0) return;
   storage_of<F.kind> *place = nullptr;
@@ -187,15 +225,13 @@ template <const Structure &T, const Field &F, typename Value>
 template <const Structure &T, const Field &F, typename Value>
 void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, Value value,
                std::uint32_t *err) {
-  if constexpr (is_primitive(F.kind)) {
-    if (field_access::writes_quickly<T>(handle, object, err)) [[likely]] {
-      auto *place = place_of<T, F>(object);
-      kelp::quick::write_notify(handle, place, sizeof *place, space_id);
-      *place = Primitive<F.kind>::rule::stored(value);
-      return;
-    }
+  if (!stores_quickly<T, F>(handle, object, value, err) ||
+      kelp::quick::unheard_writes(handle) == nullptr) [[unlikely]] {
+    return set_value_by_steps<T, F>(handle, space_id, object, value, err);
   }
-  set_value_by_steps<T, F>(handle, space_id, object, value, err);
+  kelp::quick::forget_error(*handle->quick);
+  ++*kelp::quick::unheard_writes(handle);
+  put<T, F>(object, value);
 }
 
 }  // namespace harbor::value_field

@@ -21,11 +21,17 @@
 
 extern "C" {
 
+// How the last operation of a handle failed: one word, since nearly every operation forgets it.
+struct alignas(8) kelp_quick_error {
+  std::uint32_t code;
+  bool refused;       // an allocation since the handle last forgot its error
+  bool refused_link;  // the last link was refused for want of memory
+  std::uint16_t rest;
+};
+
 // What the runtime keeps for a handle that these forms work on.
 struct kelp_quick {
-  std::uint32_t last_error;
-  bool refused;            // an allocation since the handle last forgot its error
-  bool refused_link;       // the last link was refused for want of memory
+  kelp_quick_error last_error;
   std::uint64_t database;  // serial of the handle's database
   // The handle's own members while nobody hears of writes, null while somebody does.
   void *unheard_pool;
@@ -56,8 +62,7 @@ inline kelp_quick *of(const kelp_handle *handle) {
 // --- the last error -----------------------------------------------------------------------------
 
 inline void forget_error(kelp_quick &quick) {
-  quick.last_error = 0;
-  quick.refused = quick.refused_link = false;
+  quick.last_error = {};
   kelp_thread_database = quick.database;
 }
 

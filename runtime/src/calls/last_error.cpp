@@ -15,9 +15,9 @@ namespace {
 // handle forgot its last error says why all the same.
 std::int32_t last_code(const kelp_handle *handle) {
   if (handle == nullptr) return 0;
-  const kelp_handle_state &state = *handle->state;
-  if (state.quick.last_error == 0 && state.quick.refused) return KELP_ERR_NO_MEMORY;
-  return static_cast<std::int32_t>(state.quick.last_error);
+  const kelp_quick_error &last = handle->state->quick.last_error;
+  if (last.code == 0 && last.refused) return KELP_ERR_NO_MEMORY;
+  return static_cast<std::int32_t>(last.code);
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ extern "C" void kelp_clear_last_error(kelp_handle *handle) {
 
 extern "C" void kelp_store_err(kelp_handle *handle, uint32_t code) {
   if (handle == nullptr) return;
-  handle->state->quick.last_error = code;
+  handle->state->quick.last_error.code = code;
   handle->state->error_subject[0] = '\0';
   handle->state->error_text[0] = '\0';
   if (handle->cr_create != 0 && handle->cr_err == 0) handle->cr_err = code;
@@ -67,7 +67,7 @@ std::int32_t explain(const kelp_handle *handle, std::int32_t code, kelp_error *e
         "holds a lower variant than the field or value needs",
         database->name.c_str());
   }
-  if (code == KELP_ERR_EXISTS && handle->state->quick.refused_link) {
+  if (code == KELP_ERR_EXISTS && handle->state->quick.last_error.refused_link) {
     return kelp::fail(
         error, code,
         "handle on database '%s': no memory to follow the record in its table: it was "
@@ -125,7 +125,7 @@ extern "C" int32_t kelp_handle_last_error(const kelp_handle *handle, kelp_error 
   if (code == 0) return kelp::succeed(error);
   explain(handle, code, error);
   const kelp_handle_state &state = *handle->state;
-  const bool is_told = state.quick.last_error != 0;
+  const bool is_told = state.quick.last_error.code != 0;
   if (error != nullptr && is_told) put_before(error, state.error_subject, state.error_text);
   return code;
 }

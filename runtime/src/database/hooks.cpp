@@ -31,7 +31,7 @@ void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
     // Whoever asked clears what it knows of.
     if (block != nullptr) std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
   }
-  pool->quick->refused |= block == nullptr;
+  pool->quick->last_error.refused |= block == nullptr;
   return block;
 }
 
@@ -42,7 +42,7 @@ void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
   void *memory =
       database.faults.strikes(KELP_FAULT_ALLOCATION) ? nullptr : take_type_memory(database, size);
   if (memory == nullptr) database.objects.note_refusal(size);
-  pool->quick->refused |= memory == nullptr;
+  pool->quick->last_error.refused |= memory == nullptr;
   return memory;
 }
 
@@ -129,7 +129,7 @@ bool before_link(Pool &pool, const e_avl_root *root, e_avl_node *node) {
     database.objects.watch(record);
     database.feeds.expect(feed, record, author_of(pool));
   });
-  pool.quick->refused_link = !done;
+  pool.quick->last_error.refused_link = !done;
   if (done) database.feeds.record_linked(record);
   return done;
 }
