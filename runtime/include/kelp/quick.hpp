@@ -10,6 +10,7 @@
 #include <kelp/core.h>
 #include <kelp/primitive_layout.h>
 #include <kelp/wire.h>
+#include <sys/single_threaded.h>
 
 #include <bit>
 #include <charconv>
@@ -116,9 +117,10 @@ inline bool is_unheard(const kelp_handle *handle) {
          handle->obj_pool == quick->unheard_pool;
 }
 
+// Counters of a process are its threads' in common.
 inline void add_to_counter(const kelp_type_record *record, std::uint64_t *counter,
                            std::uint64_t count = 1) {
-  if (record->plain_counters != 0) {
+  if (record->plain_counters != 0 || __libc_single_threaded != 0) {
     *counter += count;
   } else {
     __atomic_fetch_add(counter, count, __ATOMIC_RELAXED);

@@ -29,7 +29,8 @@ void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
     const std::size_t room = in_store ? database.editions.room_for(size) : size;
     block = database.objects.allocate(room, in_store);
     // Whoever asked clears what it knows of.
-    if (block != nullptr) std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
+    if (room > size && block != nullptr) [[unlikely]]
+      std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
   }
   pool->quick->last_error.refused |= block == nullptr;
   return block;

@@ -1,6 +1,10 @@
 // A lock for what takes some tens of instructions: one exchange to take it, one store to give it
-// up. Who meets it taken gives the processor to whoever has it.
+// up. Who meets it taken gives the processor to whoever has it. In a process of one thread there is
+// nobody to meet: it is taken by a store, which a thread that comes later finds. Nobody who has it
+// may make one.
 #pragma once
+
+#include <sys/single_threaded.h>
 
 #include <atomic>
 #include <thread>
@@ -10,6 +14,7 @@ namespace kelp {
 class ShortLock {
  public:
   void lock() {
+    if (__libc_single_threaded != 0) return taken_.store(true, std::memory_order_relaxed);
     while (taken_.exchange(true, std::memory_order_acquire)) std::this_thread::yield();
   }
   void unlock() { taken_.store(false, std::memory_order_release); }
