@@ -1,4 +1,7 @@
 // Questions about one object, and its counters.
+#include <latch>
+#include <thread>
+
 #include "support.hpp"
 
 namespace {
@@ -82,6 +85,28 @@ TEST_F(ObjectTest, CountersRiseInTheGivenEntry) {
   EXPECT_EQ(writes[0].space_id, 2u);
   EXPECT_EQ(writes[0].origin, static_cast<std::uint32_t>(KELP_WRITE_COUNTER));
   EXPECT_EQ(err, 0u);
+}
+
+// No count is lost between threads, each with a handle of its own.
+TEST_F(ObjectTest, CountersAreOfAllThreads) {
+  constexpr std::uint64_t each = 1'000'000;
+  Type type("t");
+  std::latch begin(2);
+  const auto count = [&](kelp_handle *own) {
+    std::uint32_t error = 0;
+    begin.arrive_and_wait();
+    for (std::uint64_t made = 0; made < each; ++made) {
+      kelplib_type_stats_create_object(own, 0, &type.record, &type.entries[0].create_count, &error);
+    }
+    EXPECT_EQ(error, 0u);
+  };
+  kelp_handle *other = kelp_handle_create(database, nullptr, nullptr);
+  ASSERT_NE(other, nullptr);
+  std::thread second(count, other);
+  count(handle);
+  second.join();
+  kelp_handle_destroy(other);
+  EXPECT_EQ(type.entries[0].create_count, 2 * each);
 }
 
 TEST_F(ObjectTest, CountersNeedRecordAndEntry) {
