@@ -37,9 +37,18 @@ class RandomChanges {
     return state;
   }
 
- private:
-  std::uint32_t below(std::uint32_t n) { return random_() % n; }
+  // Within a transaction: the cost of one interface.
+  void change_one() {
+    if (interfaces_.empty()) gather();
+    auto *row = ospf_interface_ops::get(session_.handle(), space, interfaces_.front());
+    const std::uint16_t cost =
+        ospf_interface_cost_get_value(session_.handle(), space, row, session_.err());
+    ospf_interface_cost_set_value(session_.handle(), space, row,
+                                  static_cast<std::uint16_t>(cost + 1), session_.err());
+    session_.check("an interface");
+  }
 
+  // Within a transaction.
   void change() {
     gather();
     switch (below(7)) {
@@ -69,6 +78,9 @@ class RandomChanges {
         return session_.check("an interface");
     }
   }
+
+ private:
+  std::uint32_t below(std::uint32_t n) { return random_() % n; }
 
   void gather() {
     areas_.clear();

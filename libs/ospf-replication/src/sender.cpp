@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <random>
-
-#include "ospf_replication/tree_rows.hpp"
+#include <utility>
 
 namespace ospf_replication {
 
@@ -79,44 +78,65 @@ void Sender::begin_epoch() {
 
 void Sender::gather(bool all, std::vector<Letter> &letters) {
   ++look_;
-  for_each_row(session_, [&](const TreeRow &row) {
-    if (row.path.size() > longest_path) {
-      throw LibraryFailure(row.path.substr(0, 200) + "...: the path of a row has " +
-                           std::to_string(row.path.size()) + " bytes, of " +
-                           std::to_string(longest_path) + " that can be sent");
-    }
-    const auto [place, is_new] = sent_.try_emplace(row.path);
-    Sent &sent = place->second;
-    if (sent.seen == look_) {
-      throw LibraryFailure("two rows are named " + row.path + ", and cannot be told apart");
-    }
-    sent.seen = look_;
-    if (!all && !is_new && sent.stored == row.stored) return;
-    const Bytes image = row.rule.image(session_, row.record);
-    const Digest digest = digest_of(row.path, row.references, image);
-    sent.stored = row.stored;
-    if (!all && !is_new && sent.row == digest) return;
-    leave(sent);
-    sent.row = digest;
-    sent.luid = luid_of(image);
-    sent.is_counted = true;
-    sums_.add(sent.luid, digest);
-    tombstones_.erase(row.path);
-    letters.push_back({subjects_.rows + row.path, row_message(next_, row.references, image)});
-  });
+  if (all) watch_.forget();
+  looked_at_all_ = watch_.look();
+  for (const std::string &path : watch_.gone()) {
+    if (const auto place = sent_.find(path); place != sent_.end()) place->second.went = look_;
+  }
+  watch_.for_each([&](const TreeRow &row) { gather_row(all, row, letters); });
+}
+
+void Sender::gather_row(bool all, const TreeRow &row, std::vector<Letter> &letters) {
+  if (row.path.size() > longest_path) {
+    throw LibraryFailure(row.path.substr(0, 200) + "...: the path of a row has " +
+                         std::to_string(row.path.size()) + " bytes, of " +
+                         std::to_string(longest_path) + " that can be sent");
+  }
+  const auto [place, is_new] = sent_.try_emplace(row.path);
+  Sent &sent = place->second;
+  const void *before = std::exchange(sent.record, row.record);
+  const bool is_another = !is_new && before != row.record && sent.went != look_;
+  if (sent.seen == look_ || (is_another && !looked_at_all_)) {
+    throw LibraryFailure("two rows are named " + row.path + ", and cannot be told apart");
+  }
+  sent.seen = look_;
+  if (!all && !is_new && sent.stored == row.stored) return;
+  const Bytes image = row.rule.image(session_, row.record);
+  const Digest digest = digest_of(row.path, row.references, image);
+  sent.stored = row.stored;
+  if (!all && !is_new && sent.row == digest) return;
+  leave(sent);
+  sent.row = digest;
+  sent.luid = luid_of(image);
+  sent.is_counted = true;
+  sums_.add(sent.luid, digest);
+  tombstones_.erase(row.path);
+  letters.push_back({subjects_.rows + row.path, row_message(next_, row.references, image)});
 }
 
 void Sender::gather_gone(bool all, std::vector<Letter> &letters) {
-  std::erase_if(sent_, [&](const auto &entry) {
-    const auto &[path, sent] = entry;
-    if (sent.seen == look_) return false;
-    leave(sent);
-    if (!all) {
-      letters.push_back({subjects_.rows + path, gone_message(next_)});
-      tombstones_.insert(path);
-    }
-    return true;
-  });
+  if (looked_at_all_) {
+    std::erase_if(sent_, [&](const auto &entry) {
+      return forget_gone(all, entry.first, entry.second, letters);
+    });
+    return;
+  }
+  for (const std::string &path : watch_.gone()) {
+    const auto place = sent_.find(path);
+    if (place != sent_.end() && forget_gone(all, path, place->second, letters)) sent_.erase(place);
+  }
+}
+
+// False for a row that is there.
+bool Sender::forget_gone(bool all, const std::string &path, const Sent &sent,
+                         std::vector<Letter> &letters) {
+  if (sent.seen == look_) return false;
+  leave(sent);
+  if (!all) {
+    letters.push_back({subjects_.rows + path, gone_message(next_)});
+    tombstones_.insert(path);
+  }
+  return true;
 }
 
 void Sender::leave(const Sent &sent) {

@@ -54,6 +54,9 @@ class Gate {
 
   // Where the cursors of all processes stand.
   CursorTable &cursors() { return table_->cursors; }
+  // What the commits of all processes changed. Written by the holder of the write lock, read under
+  // either.
+  ChangeLog &changes() { return table_->changes; }
   // The number by which this process's things in the table go, and whether another's has ended.
   std::uint32_t own_mark() const;
   bool has_ended(std::uint32_t mark) const {

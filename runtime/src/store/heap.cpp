@@ -299,6 +299,7 @@ void Heap::release(const Block &block) {
   count(block.asked, block.used, block.state(), false);
   if (block.slot == nullptr) {
     save_block(block.start);
+    note_change(block, true);
     const std::uint64_t first = number_of(span);
     const std::uint32_t run = span->run;
     save_span(span);
@@ -308,6 +309,7 @@ void Heap::release(const Block &block) {
   }
   // What a block made before the transaction holds is needed again if that is undone.
   save_block(block.start);
+  if (!is_new(span)) note_change(block, true);
   save_span(span);
   save_slot(span, block.slot);
   const auto number = static_cast<std::uint16_t>(block.slot - slots_of(span));
@@ -349,6 +351,7 @@ std::span<const std::byte> Heap::save_block(const void *address) {
   if (saved != stamp) {
     ground_->save(block.start, block.asked);
     saved = stamp;
+    note_change(block, false);
   }
   return {static_cast<const std::byte *>(block.start), block.asked};
 }
@@ -366,7 +369,9 @@ void Heap::save_range(const void *address, std::size_t length) {
     return;
   }
   const std::uint32_t saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
-  if (saved != ground_->stamp()) ground_->save(address, length);
+  if (saved == ground_->stamp()) return;
+  ground_->save(address, length);
+  note_change(block, false);
 }
 
 void Heap::trim() {

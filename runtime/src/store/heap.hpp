@@ -21,6 +21,8 @@ class Ground {
   virtual void save(const void *address, std::size_t length) = 0;
   // Bytes that belong to the transaction without being saved, since it made them.
   virtual void mark(const void *address, std::size_t length) = 0;
+  // A block of objects that was there before the transaction changes, or goes.
+  virtual void note_change(const void *block, bool goes) = 0;
   // Has the file back that many spans; false with the reason kept.
   virtual bool back(std::uint64_t spans) = 0;
   // Has the file back these spans again, if they were given back to the disk; false with the reason
@@ -92,6 +94,9 @@ class Heap {
   bool is_in_new_span(const void *address) const;
   void save_span(Span *span);
   void save_slot(const Span *span, Slot *slot);
+  void note_change(const Block &block, bool goes) const {
+    if ((block.state() & kRuntimes) == 0) ground_->note_change(block.start, goes);
+  }
   void *allocate_slot(std::size_t size, std::uint8_t owner);
   void *allocate_large(std::size_t size, std::uint8_t owner);
   Span *span_with_room(std::size_t class_index);

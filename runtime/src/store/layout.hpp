@@ -43,7 +43,7 @@ inline constexpr char kStoreMagic[16] = "kelp database\n\x1a";
 inline constexpr char kJournalMagic[16] = "kelp journal\n\x1a";
 inline constexpr char kRedoMagic[16] = "kelp redo\n\x1a";
 inline constexpr char kLockMagic[16] = "kelp locks\n\x1a";
-inline constexpr std::uint32_t kLayoutVersion = 4;
+inline constexpr std::uint32_t kLayoutVersion = 5;
 inline constexpr std::uint32_t kSurvivesProcesses = 0;  // of durability
 inline constexpr std::uint32_t kSurvivesPower = 1;
 inline constexpr std::uint32_t kByteOrder = 0x01020304;
@@ -131,9 +131,9 @@ struct Header {
   Identity identity;
   std::uint64_t unused;
   // Not undone by a rollback.
-  std::uint8_t boot[16];  // the run of the machine in which it was opened for writing last
-  std::uint32_t clean;    // everything was synced when the last process closed it
-  std::uint32_t stamp;    // of the transaction that runs or ran last
+  std::uint8_t boot[16];        // the run of the machine in which it was opened for writing last
+  std::uint32_t clean;          // everything was synced when the last process closed it
+  std::uint32_t stamp;          // of the transaction that runs or ran last
   std::uint64_t was_compacted;  // free spans may have no room on the disk
   std::uint64_t unused_words[4];
   Head head;
@@ -309,6 +309,17 @@ struct CursorTable {
   CursorSlot slots[kCursorSlots];
 };
 
+// The latest blocks that commits changed or freed, in order. What a transaction that did not commit
+// wrote behind the committed ones is passed over, but may have taken the place of older ones.
+inline constexpr std::uint64_t kChangePlaces = 65536;
+
+struct ChangeLog {
+  std::uint64_t committed;  // how many there ever were
+  std::uint64_t lost;       // those before this number were written over
+  std::uint64_t unused[6];
+  std::uint64_t blocks[kChangePlaces];  // addresses, 1 more for a block that was freed
+};
+
 struct LockTable {
   char magic[16];
   std::uint32_t layout;
@@ -322,9 +333,11 @@ struct LockTable {
   std::uint32_t unused_words[45];
   ProcessSlot slots[kProcessSlots];
   CursorTable cursors;
+  ChangeLog changes;
 };
 static_assert(offsetof(LockTable, owner) == 56);
 static_assert(offsetof(LockTable, slots) == 256);
 static_assert(offsetof(LockTable, cursors) == 65536);
+static_assert(offsetof(LockTable, changes) == 327744);
 
 }  // namespace kelp::store

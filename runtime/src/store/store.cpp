@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cinttypes>
 #include <cstring>
+#include <utility>
 
 #include "base/failure.hpp"
 #include "kelp/core.h"
@@ -157,6 +158,7 @@ void Store::begin() {
   writing_ = true;
   failure_ = {};
   announced_ = false;
+  noted_ = 0;
   const bool stale = types_private_.load() && types_seen_.load() != header_->head.types_version;
   if (stale || types_drifted_.load()) refresh_types();
   stamp_ = ++header_->stamp;
@@ -187,7 +189,10 @@ std::int32_t Store::commit(kelp_error *error) {
       // Before the commit, so that nobody who dies behind it leaves others asleep: who wakes up
       // waits for the lock.
       announced_ = failure_.code == 0;
-      if (announced_) gate_.announce_commit();
+      if (announced_) {
+        commit_changes();
+        gate_.announce_commit();
+      }
     }
   }
   if (failure_.code != 0) {
@@ -275,6 +280,39 @@ bool Store::back(std::uint64_t spans) {
     return false;
   }
   header_->head.spans = spans;
+  return true;
+}
+
+// --- what was changed ---
+
+// Behind what was committed, where nobody looks: over the oldest that were committed.
+void Store::note_change(const void *block, bool goes) {
+  ChangeLog &log = gate_.changes();
+  const std::uint64_t number = log.committed + noted_++;
+  if (number >= kChangePlaces) {
+    log.lost = std::max(log.lost, std::min(log.committed, number + 1 - kChangePlaces));
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+  }
+  log.blocks[number % kChangePlaces] = reinterpret_cast<std::uintptr_t>(block) | (goes ? 1 : 0);
+}
+
+// A transaction of more changes than there are places has written over its own.
+void Store::commit_changes() {
+  ChangeLog &log = gate_.changes();
+  const std::uint64_t now = log.committed + noted_;
+  if (now > kChangePlaces) log.lost = std::max(log.lost, now - kChangePlaces);
+  log.committed = now;
+}
+
+bool Store::each_change(std::uint64_t *place,
+                        const std::function<void(const void *, bool)> &heard) {
+  const ChangeLog &log = gate_.changes();
+  const std::uint64_t from = std::exchange(*place, log.committed + 1);
+  if (from == 0 || from - 1 < log.lost || from > *place) return false;
+  for (std::uint64_t number = from - 1; number < log.committed; ++number) {
+    const std::uint64_t block = log.blocks[number % kChangePlaces];
+    heard(reinterpret_cast<const void *>(block & ~std::uint64_t{1}), (block & 1) != 0);
+  }
   return true;
 }
 

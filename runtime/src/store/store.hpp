@@ -128,6 +128,11 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   std::int32_t lock_places(kelp_error *error) override;
   void unlock_places() override;
 
+  // Calls heard(block, whether it went) with the blocks of objects that commits changed since a
+  // place, in order, and moves the place to the present; 0 is the place before everything. False,
+  // with nothing told, when that is too long ago. Under a lock.
+  bool each_change(std::uint64_t *place, const std::function<void(const void *, bool)> &heard);
+
   // What is to be done in this process after a rollback, or when others have committed.
   void on_rollback(std::function<void()> work) { after_rollback_ = std::move(work); }
 
@@ -162,6 +167,8 @@ class Store final : public Memory, public CursorPlaces, private Ground {
 
   void save(const void *address, std::size_t length) override;
   void mark(const void *address, std::size_t length) override;
+  void note_change(const void *block, bool goes) override;
+  void commit_changes();
   bool back(std::uint64_t spans) override;
   bool back_again(std::uint64_t first, std::uint64_t spans) override;
   std::uint32_t stamp() const override { return stamp_; }
@@ -193,6 +200,7 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   std::uint64_t begun_allocations_ = 0;
   std::uint64_t begun_spans_ = 0;
   std::uint64_t committed_ = 0;
+  std::uint64_t noted_ = 0;  // changes of the transaction, in the log of changes
   bool announced_ = false;
   std::bitset<kTypesBytes / kPageBytes> types_pages_;  // changed by this transaction
   std::atomic<bool> types_private_{false};  // pages of the private mapping are this process's own

@@ -1,6 +1,6 @@
 // Sends what changes in a store: the difference between what the bucket holds and what the tree
 // holds at one moment, under one read lock, is one transaction. So a sender that was away, or whose
-// engine was, catches up in one step, and remembers one digest for each row.
+// engine was, catches up in one step. Which rows may differ is what the store tells of its commits.
 #pragma once
 
 #include <chrono>
@@ -12,6 +12,7 @@
 
 #include "ospf_replication/carrier.hpp"
 #include "ospf_replication/subjects.hpp"
+#include "ospf_replication/tree_watch.hpp"
 #include "ospf_tables/session.hpp"
 
 namespace ospf_replication {
@@ -27,7 +28,7 @@ struct SenderReport {
 class Sender {
  public:
   Sender(ospf_tables::Session &session, Outlet &outlet, const std::string &site)
-      : session_(session), outlet_(outlet), subjects_(site) {}
+      : session_(session), outlet_(outlet), subjects_(site), watch_(session) {}
 
   // Looks at the store and the bucket, and sends what is due. Gives whether anything was sent.
   // Throws CarrierFailure, after which the next turn sends a snapshot, Refused and LibraryFailure.
@@ -43,7 +44,9 @@ class Sender {
     Digest stored;
     Digest row;
     Luid luid{};
+    const void *record = nullptr;
     std::uint64_t seen = 0;   // the look that found it
+    std::uint64_t went = 0;   // the look that found it gone
     bool is_counted = false;  // in the sums
   };
 
@@ -51,14 +54,19 @@ class Sender {
   void begin_epoch();
   bool send(bool all);
   void gather(bool all, std::vector<Letter> &letters);
+  void gather_row(bool all, const TreeRow &row, std::vector<Letter> &letters);
   void gather_gone(bool all, std::vector<Letter> &letters);
+  bool forget_gone(bool all, const std::string &path, const Sent &sent,
+                   std::vector<Letter> &letters);
   void leave(const Sent &sent);
   void need_snapshot(const std::string &reason);
 
   ospf_tables::Session &session_;
   Outlet &outlet_;
   Subjects subjects_;
+  TreeWatch watch_;
   std::unordered_map<std::string, Sent> sent_;
+  bool looked_at_all_ = false;  // in the latest look
   Sums sums_;
   BucketState bucket_;  // as it was left
   Clock::time_point judged_{};
