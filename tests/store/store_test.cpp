@@ -323,6 +323,68 @@ TEST(Store, TablesByIdCountOnInAnotherProcess) {
             0);
 }
 
+// Three areas in a table of the store: the two below the top know their tree by its number.
+struct Areas {
+  explicit Areas(kelp_handle *its_handle, const char *name = "areas") : handle(its_handle) {
+    table = tbl_ospf_area_table_open(handle, 0, name, 0, &err);
+    for (std::uint32_t id = 0; id < 3; ++id) {
+      records[id] = tbl_ospf_area_create_record(handle, 0, &err);
+      ospf_area *area = ospf_area_create(handle, 0);
+      ospf_area_area_id_set_value(handle, 0, area, id, &err);
+      tbl_ospf_area_ospf_area_set_field(handle, 0, records[id], area);
+      tbl_ospf_area_insert(handle, 0, table, records[id], &err);
+    }
+  }
+  std::uint32_t number() const {
+    return reinterpret_cast<kelp_record *>(records[0])->avl_node.tree;
+  }
+  std::uint32_t refusal(Areas &others) {
+    std::uint32_t code = 0;
+    tbl_ospf_area_delete(handle, 0, table, others.records[0], &code);
+    return code;
+  }
+  kelp_handle *handle;
+  std::uint32_t err = 0;
+  tbl_ospf_area_table *table;
+  tbl_ospf_area_record *records[3];
+};
+
+TEST(Store, NoTwoTreesOfAStoreHaveOneNumber) {
+  const Folder folder;
+  const auto numbered = [&](const char *name, std::uint32_t expected, bool undo) {
+    return run([&] {
+      Rows rows(folder.file());
+      if (rows.lock_write() != 0) return 1;
+      const Areas areas(rows.handle, name);
+      if (areas.err != 0) return 2;
+      if ((areas.number() & INT32_MAX) != expected) return 3;
+      return undo ? rows.rollback() : rows.unlock();
+    });
+  };
+  EXPECT_EQ(numbered("undone", 1, true), 0);
+  EXPECT_EQ(numbered("one", 2, false), 0);
+  EXPECT_EQ(numbered("two", 3, false), 0);
+}
+
+// Each store numbers its trees from the start, and another one's records are not its own.
+TEST(Store, RecordsOfAnotherStoreAreNotInItsTables) {
+  const Folder folder;
+  EXPECT_EQ(run([&] {
+              Rows one(folder.file("one")), other(folder.file("other"));
+              if (one.lock_write() != 0 || other.lock_write() != 0) return 1;
+              Areas areas(one.handle), others(other.handle);
+              if (areas.number() == 0 || areas.number() != others.number()) return 2;
+              if (areas.refusal(others) != KELP_ERR_NOT_FOUND) return 3;
+              others.handle = one.handle;
+              if (others.refusal(areas) != KELP_ERR_NOT_FOUND) return 4;
+              std::uint32_t err = 0;
+              tbl_ospf_area_delete(one.handle, 0, areas.table, areas.records[2], &err);
+              if (err != 0) return 5;
+              return one.unlock() != 0 || other.unlock() != 0 ? 6 : 0;
+            }),
+            0);
+}
+
 TEST(Store, ReferencesHoldAcrossProcesses) {
   const Folder folder;
   EXPECT_EQ(run([&] {

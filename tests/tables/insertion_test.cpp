@@ -280,6 +280,28 @@ TEST(Insertion, ADeleteOfARecordThatIsNotInGives2AndChangesNoCount) {
   areas.destroy(stranger);
 }
 
+// A table that was freed with its records in it, and the next one, which lies where it lay.
+TEST(Insertion, RecordsOfAFreedTableAreNotInTheOneThatLiesInItsPlace) {
+  AreaTable areas;
+  std::vector<Record> stale, held;
+  for (std::uint32_t id = 0; id < 10; ++id) stale.push_back(areas.inserted(id));
+  areas(tbl_ospf_area_table_free, areas.table);
+  auto *next = tbl_ospf_area_table_open(areas, 0, "others", 0, &areas.err);
+  ASSERT_EQ(next, areas.table);
+  for (std::uint32_t id = 0; id < 10; ++id) held.push_back(areas.inserted(id));
+  for (const Record record : stale) {
+    ASSERT_EQ(shell(record)->record_table, shell(areas.table));
+    areas(tbl_ospf_area_delete, areas.table, record);
+    areas.expect_failure(KELP_ERR_NOT_FOUND);
+    EXPECT_EQ(shell(areas.table)->record_count, 10u);
+    areas.destroy(record);
+  }
+  for (const Record record : held) areas(tbl_ospf_area_delete, areas.table, record);
+  EXPECT_EQ(areas.err, 0u);
+  EXPECT_EQ(shell(areas.table)->record_count, 0u);
+  for (const Record record : held) areas.destroy(record);
+}
+
 TEST(Insertion, ADeleteAtCount0IsToldAndNotReported) {
   AreaTable areas;
   const Record record = areas.inserted(1);

@@ -13,6 +13,7 @@ typedef struct e_avl_node {
   struct e_avl_node *right;
   struct e_avl_node *parent;
   int32_t balance;
+  uint32_t tree; /* the tree's own: its number, the same in all of its nodes; 0 for none */
 } e_avl_node;
 
 typedef struct e_avl_root {

@@ -142,6 +142,16 @@ void after_unlink(Pool &pool, const e_avl_root *root, e_avl_node *node) {
   }
 }
 
+std::uint32_t number_tree(Pool &pool, const e_avl_node *first) {
+  store::Store &store = *pool.database->store;
+  return store.is_writing() && store.holds(first) ? store.number_tree() : 0;
+}
+
+bool holds_both(const Pool &pool, const e_avl_node *a, const e_avl_node *b) {
+  const store::Store &store = *pool.database->store;
+  return store.holds(a) && store.holds(b);
+}
+
 }  // namespace
 
 void set_hooks(kelp_handle_state &state, kelp_database *database) {
@@ -151,7 +161,11 @@ void set_hooks(kelp_handle_state &state, kelp_database *database) {
   state.pool.handle = &handle;
   state.pool.before_link = before_link;
   state.pool.after_unlink = after_unlink;
-  if (database->store != nullptr) state.pool.hear = hear_write;
+  if (database->store != nullptr) {
+    state.pool.hear = hear_write;
+    state.pool.number_tree = number_tree;
+    state.pool.holds_both = holds_both;
+  }
   handle.type_alloc = type_alloc;
   handle.obj_alloc = obj_alloc;
   handle.obj_free = obj_free;

@@ -135,7 +135,8 @@ struct Header {
   std::uint32_t clean;          // everything was synced when the last process closed it
   std::uint32_t stamp;          // of the transaction that runs or ran last
   std::uint64_t was_compacted;  // free spans may have no room on the disk
-  std::uint64_t unused_words[4];
+  std::uint64_t trees;          // ever numbered
+  std::uint64_t unused_words[3];
   Head head;
 };
 static_assert(offsetof(Header, boot) == 128);

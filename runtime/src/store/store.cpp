@@ -173,6 +173,12 @@ void Store::begin() {
   begun_spans_ = header_->head.spans;
 }
 
+std::uint32_t Store::number_tree() {
+  constexpr std::uint64_t kMost = INT32_MAX;
+  if (header_->trees >= kMost) return 0;
+  return static_cast<std::uint32_t>(++header_->trees);
+}
+
 bool Store::has_changes() const {
   return journal_.length() != begun_length_ || types_pages_.any() ||
          header_->head.statistics.total_allocations != begun_allocations_ ||

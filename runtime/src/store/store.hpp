@@ -72,6 +72,8 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   void part_from_parent() { writing_ = false; }
   // The number of the transaction that runs or ran last; one that is undone has used its up.
   std::uint32_t transaction() const { return header_->stamp; }
+  // For the writer: a number that no other tree of the file ever has, 0 when 31 bits hold no more.
+  std::uint32_t number_tree();
   // For the writer: why this transaction cannot be committed any more, 0 when it can.
   const kelp_error &failure() const { return failure_; }
   // Has the commit of this transaction fail.

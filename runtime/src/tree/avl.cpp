@@ -1,5 +1,10 @@
 // The AVL tree. balance is the height of the right subtree less that of the left one and stays
 // between -1 and 1; each store goes through a Writer, which declares it to the store first.
+//
+// A tree has a number from its first node until it is empty, and no other tree ever has it: each
+// node takes it from its parent and loses it when it leaves. So whether a node hangs in a tree
+// shows in the node and the top, and the way up is gone only where numbers do not tell.
+#include <atomic>
 #include <cstddef>
 
 #include "base/pool.hpp"
@@ -37,10 +42,35 @@ class Writer {
     }
   }
 
+  std::uint32_t number_for(const e_avl_node *first) const;
+  bool tells(const e_avl_node *top, const e_avl_node *node) const;
+
  private:
   kelp::Pool *pool_;
   uint32_t space_id_;
 };
+
+// Set in the numbers that a store gives, which two stores may give alike.
+constexpr std::uint32_t kOfStore = UINT32_C(1) << 31;
+
+// A number for the tree that this node begins. Only trees of databases have one: who keeps a tree
+// in memory that processes share, without a word to the runtime, cannot be told apart by it.
+std::uint32_t Writer::number_for(const e_avl_node *first) const {
+  if (pool_ == nullptr) return 0;
+  if (pool_->number_tree != nullptr) {
+    if (const std::uint32_t number = pool_->number_tree(*pool_, first)) return number | kOfStore;
+  }
+  static std::atomic<std::uint64_t> numbered{0};
+  const std::uint64_t number = numbered.fetch_add(1, std::memory_order_relaxed) + 1;
+  return number < kOfStore ? static_cast<std::uint32_t>(number) : 0;
+}
+
+// Whether equal numbers of the two say that they hang in one tree.
+bool Writer::tells(const e_avl_node *top, const e_avl_node *node) const {
+  if (node->tree == 0 || node->tree != top->tree) return false;
+  return (node->tree & kOfStore) == 0 ||
+         (pool_ != nullptr && pool_->holds_both != nullptr && pool_->holds_both(*pool_, top, node));
+}
 
 // The pointer that holds the node: its parent's, or the root's.
 e_avl_node *&holder_of(e_avl_root *root, const e_avl_node *node) {
@@ -135,10 +165,18 @@ const e_avl_node *outermost(const e_avl_node *node, int32_t direction) {
   }
 }
 
-// Whether the node hangs in this tree: its way up ends at this root.
-bool hangs_in(const e_avl_root *root, const e_avl_node *node) {
+// Whether the node hangs in this tree: its way up ends at this root. A parent that holds the node,
+// a top that has none, and one number say so without going there; a copy of a node, a root that was
+// left behind, and a node that entered a second tree fail one of them.
+bool hangs_in(const Writer &writer, const e_avl_root *root, const e_avl_node *node) {
+  const e_avl_node *top = root->top;
+  const e_avl_node *parent = node->parent;
+  if (parent != nullptr && top != nullptr && top->parent == nullptr &&
+      (parent->left == node || parent->right == node) && writer.tells(top, node)) {
+    return true;
+  }
   while (node->parent != nullptr) node = node->parent;
-  return root->top == node;
+  return top == node;
 }
 
 // Whether the node hangs in some tree, by its own links.
@@ -147,15 +185,22 @@ bool is_linked(const e_avl_root *root, const e_avl_node *node) {
          root->top == node;
 }
 
-// Asks for a node, and for what lies around it in the thing that it links, before it is known
-// whether the descent goes there: the wait for one level so runs beside the comparison of the one
-// above.
+// Asks for a node, and for what a comparison reads beside it when it is a record's, before it is
+// known whether the descent goes there: the wait for one level so runs beside the comparison of the
+// one above.
 void fetch_ahead(const e_avl_node *node) {
   if (node == nullptr) return;
+  constexpr std::size_t kTenant =
+      offsetof(kelp_record, avl_node) - offsetof(kelp_record, tenant_id);
+  constexpr std::size_t kObjects = offsetof(kelp_record, objects) - offsetof(kelp_record, avl_node);
   const char *at = reinterpret_cast<const char *>(node);
-  __builtin_prefetch(at - 32);
-  __builtin_prefetch(at + 32);
+  __builtin_prefetch(at - kTenant);
+  __builtin_prefetch(at + kObjects);
 }
+
+// Stands in both ways that a comparison may lead, so that the compiler makes a branch of it and no
+// selection: the processor then guesses, and waits for the next levels while it waits for this one.
+inline void go_on_by_guess() { asm volatile(""); }
 
 // The nearest node on the side of direction of a position that is not in the tree.
 const e_avl_node *nearest(const e_avl_root *root, const e_avl_node *position, int32_t direction,
@@ -166,10 +211,14 @@ const e_avl_node *nearest(const e_avl_root *root, const e_avl_node *position, in
     fetch_ahead(node->left);
     fetch_ahead(node->right);
     // The node is wanted when the position sorts on its other side.
-    const bool beyond = compare(position, node) == passed_by;
-    if (beyond) best = node;
-    const bool go_left = beyond == (direction > 0);
-    node = go_left ? node->left : node->right;
+    if (compare(position, node) == passed_by) {
+      go_on_by_guess();
+      best = node;
+      node = direction > 0 ? node->left : node->right;
+    } else {
+      go_on_by_guess();
+      node = direction > 0 ? node->right : node->left;
+    }
   }
   return best;
 }
@@ -199,10 +248,17 @@ extern "C" uint32_t e_avl_insert(void *obj_pool, uint32_t space_id, e_avl_root *
     fetch_ahead(parent->right);
     const uint32_t order = compare(node, parent);
     if (order == kEqual) return 0;
-    holder = order == kBefore ? &parent->left : &parent->right;
+    if (order == kBefore) {
+      go_on_by_guess();
+      holder = &parent->left;
+    } else {
+      go_on_by_guess();
+      holder = &parent->right;
+    }
   }
   const Writer writer(obj_pool, space_id);
   if (!writer.may_link(root, node)) return 0;
+  writer.set(node->tree, parent == nullptr ? writer.number_for(node) : parent->tree);
   writer.set<e_avl_node *>(node->left, nullptr);
   writer.set<e_avl_node *>(node->right, nullptr);
   writer.set(node->parent, parent);
@@ -216,8 +272,8 @@ extern "C" uint32_t e_avl_insert(void *obj_pool, uint32_t space_id, e_avl_root *
 extern "C" uint32_t e_avl_delete(void *obj_pool, uint32_t space_id, e_avl_root *root,
                                  e_avl_node *node, uint64_t *aux, e_avl_comparator compare) {
   (void)compare;
-  if (root == nullptr || node == nullptr || !hangs_in(root, node)) return 0;
   const Writer writer(obj_pool, space_id);
+  if (root == nullptr || node == nullptr || !hangs_in(writer, root, node)) return 0;
   e_avl_node *lowered = node->parent;
   int32_t side = lowered == nullptr ? 0 : side_of(lowered, node);
   if (node->left != nullptr && node->right != nullptr) {
@@ -244,6 +300,7 @@ extern "C" uint32_t e_avl_delete(void *obj_pool, uint32_t space_id, e_avl_root *
   writer.set<e_avl_node *>(node->right, nullptr);
   writer.set<e_avl_node *>(node->parent, nullptr);
   writer.set(node->balance, 0);
+  writer.set(node->tree, std::uint32_t{0});
   rebalance_after_delete(writer, root, lowered, side);
   writer.count(aux, -1);
   writer.unlinked(root, node);

@@ -321,6 +321,155 @@ TEST_F(AvlInStoreTest, EachStoreIsAnnounced) {
   release(store);
 }
 
+// --- which tree a node hangs in ---
+
+// Trees of a database, whose nodes have the number of their tree.
+class AvlNumberTest : public DatabaseTest {
+ protected:
+  struct Tree {
+    e_avl_root root = {};
+    std::uint64_t aux = 0;
+  };
+  std::uint32_t insert(Tree &tree, Item &item) {
+    return e_avl_insert(handle->obj_pool, 0, &tree.root, &item.node, &tree.aux, compare);
+  }
+  std::uint32_t remove(Tree &tree, Item &item) {
+    return e_avl_delete(handle->obj_pool, 0, &tree.root, &item.node, &tree.aux, compare);
+  }
+  // Items with the keys from..., in the tree.
+  std::vector<Item> filled(Tree &tree, int from, int count) {
+    std::vector<Item> items(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+      items[static_cast<std::size_t>(i)].key = from + i;
+      EXPECT_EQ(insert(tree, items[static_cast<std::size_t>(i)]), 1u);
+    }
+    return items;
+  }
+  void expect_refused(Tree &tree, Item &item) {
+    const std::uint64_t count = tree.aux;
+    const e_avl_root root = tree.root;
+    const e_avl_node node = item.node;
+    EXPECT_EQ(remove(tree, item), 0u);
+    EXPECT_EQ(tree.aux, count);
+    EXPECT_EQ(tree.root.top, root.top);
+    EXPECT_EQ(std::memcmp(&item.node, &node, sizeof node), 0);
+  }
+};
+
+TEST_F(AvlNumberTest, ATreeHasOneNumberAndNoOtherTreeHasIt) {
+  Tree one, other;
+  std::vector<Item> items = filled(one, 0, 100), others = filled(other, 0, 3);
+  ASSERT_NE(items[0].node.tree, 0u);
+  for (const Item &item : items) EXPECT_EQ(item.node.tree, items[0].node.tree);
+  EXPECT_NE(others[0].node.tree, items[0].node.tree);
+  const std::uint32_t number = items[0].node.tree;
+  for (Item &item : items) {
+    EXPECT_EQ(remove(one, item), 1u);
+    EXPECT_EQ(item.node.tree, 0u);
+  }
+  EXPECT_EQ(insert(one, items[5]), 1u);
+  EXPECT_NE(items[5].node.tree, number);
+  EXPECT_NE(items[5].node.tree, others[0].node.tree);
+}
+
+TEST_F(AvlNumberTest, TheWayUpIsNotGone) {
+  Tree tree;
+  std::vector<Item> items = filled(tree, 0, 127);
+  // Of a whole tree of seven levels: a leaf, whose parent has another one, and who is two above it.
+  Item &leaf = items[0];
+  e_avl_node *above = leaf.node.parent->parent;
+  e_avl_node *kept = above->parent;
+  above->parent = nullptr;
+  EXPECT_EQ(remove(tree, leaf), 1u);
+  above->parent = kept;
+  check(tree.root.top, nullptr);
+}
+
+TEST_F(AvlNumberTest, NodesOfOtherTreesAreRefused) {
+  Tree one, other, empty;
+  std::vector<Item> items = filled(one, 0, 20), others = filled(other, 100, 20);
+  for (Item &item : items) expect_refused(other, item);
+  for (Item &item : others) expect_refused(one, item);
+  for (Item &item : others) expect_refused(empty, item);
+  Item never, zeroed;
+  std::memset(&zeroed.node, 0, sizeof zeroed.node);
+  expect_refused(one, never);
+  expect_refused(one, zeroed);
+  expect_refused(empty, zeroed);
+}
+
+// A table that was freed with its records, and one that came to lie in its place.
+TEST_F(AvlNumberTest, NodesOfATreeThatWasForgottenAreRefused) {
+  Tree tree;
+  std::vector<Item> stale = filled(tree, 0, 20);
+  tree = {};
+  for (Item &item : stale) expect_refused(tree, item);
+  std::vector<Item> items = filled(tree, 0, 20);
+  for (Item &item : stale) expect_refused(tree, item);
+  for (Item &item : items) EXPECT_EQ(remove(tree, item), 1u);
+}
+
+// The first tree's top then has the number of the second one, and a parent there.
+TEST_F(AvlNumberTest, ANodeInTwoTreesHangsInTheSecond) {
+  Tree one, other;
+  std::vector<Item> items = filled(one, 0, 3), others = filled(other, 10, 20);
+  Item &top = items[1];
+  ASSERT_EQ(one.root.top, &top.node);
+  EXPECT_EQ(insert(other, top), 1u);
+  for (Item &item : others) expect_refused(one, item);
+  expect_refused(one, top);
+  for (Item &item : others) EXPECT_EQ(remove(other, item), 1u);
+  EXPECT_EQ(remove(other, top), 1u);
+  EXPECT_EQ(other.aux, 0u);
+}
+
+TEST_F(AvlNumberTest, ACopyOfANodeIsNotTakenForIt) {
+  Tree tree;
+  std::vector<Item> items = filled(tree, 0, 3);
+  Item leaf = items[0], top = items[1];
+  expect_refused(tree, top);
+  // The parent of the copy leaves, so that the way up from it ends there.
+  EXPECT_EQ(remove(tree, items[1]), 1u);
+  expect_refused(tree, leaf);
+  EXPECT_EQ(tree.aux, 2u);
+}
+
+TEST_F(AvlNumberTest, ARootThatWasLeftBehindHoldsNothing) {
+  Tree tree;
+  std::vector<Item> items = filled(tree, 0, 3);
+  Tree moved = tree;
+  std::vector<Item> more = filled(moved, 3, 30);
+  ASSERT_NE(moved.root.top, tree.root.top);
+  for (Item &item : more) expect_refused(tree, item);
+  for (Item &item : items) EXPECT_EQ(remove(moved, item), 1u);
+  for (Item &item : more) EXPECT_EQ(remove(moved, item), 1u);
+  EXPECT_EQ(moved.root.top, nullptr);
+}
+
+// Without a database there is no number, and the way up tells.
+TEST_F(AvlNumberTest, ATreeOfNoDatabaseHasNoNumber) {
+  Tree bare;
+  std::vector<Item> items(20);
+  for (int i = 0; i < 20; ++i) {
+    items[static_cast<std::size_t>(i)].key = i;
+    e_avl_insert(nullptr, 0, &bare.root, &items[static_cast<std::size_t>(i)].node, nullptr,
+                 compare);
+  }
+  Tree tree;
+  std::vector<Item> others = filled(tree, 0, 20);
+  for (Item &item : items) {
+    EXPECT_EQ(item.node.tree, 0u);
+    expect_refused(tree, item);
+  }
+  for (Item &item : others) {
+    EXPECT_EQ(e_avl_delete(nullptr, 0, &bare.root, &item.node, nullptr, compare), 0u);
+  }
+  for (Item &item : items) {
+    EXPECT_EQ(e_avl_delete(nullptr, 0, &bare.root, &item.node, nullptr, compare), 1u);
+  }
+  for (Item &item : others) EXPECT_EQ(remove(tree, item), 1u);
+}
+
 int times_registered(const char *name) {
   int times = 0;
   for (std::uint16_t id = 1; kelp_trace_module_name(id) != nullptr; ++id) {
