@@ -1,7 +1,7 @@
 // `ospf-harbor replicate` in processes of its own, over a real engine that is killed, purged and
 // put back to an older disk, on ways that are cut and slow: followers show whole states of their
 // sender alone, and in the end the last.
-#include "engine.hpp"
+#include "replicate_test.hpp"
 
 #include <gtest/gtest.h>
 #include <nats/nats.h>
@@ -261,24 +261,6 @@ TEST(ReplicationCluster, GoesOnWhileOneOfThreeServersIsDown) {
   }
 }
 
-class Replicate : public tool_tests::ProcessTest {
- protected:
-  std::vector<std::string> words(const std::string &direction, const std::string &store) const {
-    return {"replicate", direction,  url_of(server_.port()), "--name", "site",
-            "--store",   file(store)};
-  }
-  // Until the process has said so on standard error.
-  static bool says(const tool_tests::Process &process, const std::string &text) {
-    for (int tries = 0; tries < 3000; ++tries) {
-      if (process.err().find(text) != std::string::npos) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return false;
-  }
-
-  Server server_{folder_ / "engine"};
-};
-
 TEST_F(Replicate, ASecondSenderOfANameIsRefused) {
   expect_done({"load", "frr", sample_, "--store", file("from")});
   ToolProcess sender(folder_, "sender", words("--to", "from"));
@@ -313,43 +295,6 @@ TEST_F(Replicate, StatusComparesBothEnds) {
   EXPECT_EQ(run({"show", "--store", file("to")}).out, run({"show", "--store", file("from")}).out);
   kill(follower.id(), SIGTERM);
   EXPECT_EQ(follower.wait(), 0);
-}
-
-// Two sites in one store, each a tenant; who names one sees that site alone.
-TEST_F(Replicate, SitesAreTenantsOfOneStore) {
-  expect_done({"load", "frr", sample_, "--store", file("from")});
-  expect_done({"load", "frr", other_sample_, "--store", file("other")});
-  std::vector<std::unique_ptr<ToolProcess>> processes;
-  const auto start = [&](const std::string &direction, const std::string &store,
-                         const std::string &site, const std::string &tenant) {
-    processes.push_back(std::make_unique<ToolProcess>(
-        folder_, "process" + std::to_string(processes.size()),
-        std::vector<std::string>{"replicate", direction, url_of(server_.port()), "--name", site,
-                                 "--store", file(store), "--tenant", tenant}));
-  };
-  start("--to", "from", "one", "0");
-  start("--to", "other", "two", "0");
-  start("--from", "both", "one", "1");
-  start("--from", "both", "two", "2");
-  const auto shown = [&](const std::string &store, const std::string &tenant) {
-    return run({"show", "--store", file(store), "--tenant", tenant}).out;
-  };
-  const auto is_there = [&](const std::string &store, const std::string &tenant) {
-    for (int tries = 0; tries < 300; ++tries) {
-      if (std::filesystem::exists(file("both")) && shown("both", tenant) == shown(store, "0")) {
-        return true;
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return false;
-  };
-  EXPECT_TRUE(is_there("from", "1")) << processes[2]->err();
-  EXPECT_TRUE(is_there("other", "2")) << processes[3]->err();
-  // What changes at one stays that one's.
-  expect_done({"load", "frr", other_sample_, "--store", file("from")});
-  EXPECT_TRUE(is_there("from", "1")) << processes[2]->err();
-  EXPECT_TRUE(is_there("other", "2")) << processes[3]->err();
-  EXPECT_EQ(run({"store", "check", file("both")}).status, 0);
 }
 
 TEST_F(Replicate, WatchTellsWhatASiteSends) {

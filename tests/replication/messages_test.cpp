@@ -38,9 +38,11 @@ TEST(ReplicationSubjects, KeysAreTokensThatDiffer) {
 }
 
 TEST(ReplicationSubjects, WhatIsNoPathIsNone) {
-  for (const char *path : {"", ".", "ospf", "ospf.", "ospf.0.", "ospf.0.area", ".0", "ospf..area.1",
-                           "ospf.*", "ospf.>", "ospf.a b", "ospf._4", "ospf._4g", "ospf._4a",
-                           "ospf.__41", "ospf/x.0", "ospf.0.a$.1"}) {
+  for (const char *path : {"",         ".",           "ospf",      "ospf.",
+                           "ospf.0.",  "ospf.0.area", ".0",        "ospf..area.1",
+                           "ospf.*",   "ospf.>",      "ospf.a b",  "ospf._4",
+                           "ospf._4g", "ospf._4a",    "ospf.__41", "ospf._-",
+                           "ospf._-4", "ospf._-4g",   "ospf/x.0",  "ospf.0.a$.1"}) {
     EXPECT_TRUE(steps_of(path).empty()) << path;
   }
   EXPECT_TRUE(steps_of("ospf.0." + std::string(longest_token + 1, 'a') + ".1").empty());

@@ -31,7 +31,7 @@ void remove_row(Session &session, typename Ops::Record *record, Places &...place
   auto *table = reinterpret_cast<typename Ops::Table *>(
       reinterpret_cast<kelp_record *>(record)->record_table);
   end_record<Ops>(session, record);
-  if (Ops::first(session.handle(), space, table, session.err()) != nullptr) return;
+  if (first_record<Ops>(session, table, session.err()) != nullptr) return;
   session.check(Ops::name);
   const auto end_in = [&](auto &all) {
     std::erase_if(all, [&](const auto &place) {

@@ -82,7 +82,10 @@ inline std::string run_fuzz_input(ByteView input) {
     return follower.report().refused[static_cast<std::size_t>(Refusal::unsound)];
   };
   for (int quiet = 0; quiet < 2;) {
-    if (follower.turn(std::chrono::milliseconds(0))) {
+    const bool is_committed = follower.turn(std::chrono::milliseconds(0));
+    // Tables of a process alone keep what was done until a refusal; a store undoes that.
+    if (unsound() != 0) return "";
+    if (is_committed) {
       std::uint64_t rows = 0;
       for_each_row(session, [&](const TreeRow &) { ++rows; });
       // Rows that this edition has no table for are counted and not there.
@@ -90,8 +93,6 @@ inline std::string run_fuzz_input(ByteView input) {
     } else {
       ++quiet;
     }
-    // Tables of a process alone keep what was done until a refusal; a store undoes that.
-    if (unsound() != 0) return "";
   }
   return "";
 }

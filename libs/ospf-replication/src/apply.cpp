@@ -146,7 +146,7 @@ void Application::put(const std::string &path, const Held &held) {
     const Step step = steps_of(path).back();
     void *table = table_of(path, step, parent);
     NewRow row(session_, *had.rule, had.rule->from_image(session_, held.image));
-    if (const std::string key = token_of(had.rule->key(session_, row.get())); key != step.key) {
+    if (const std::string key = token_of(session_, *had.rule, row.get()); key != step.key) {
       throw Unsound(path + ": found a row with the key " + key + ", expected that of its path");
     }
     tie(*had.rule, row.get(), before == nullptr ? nullptr : before->record, held.references);

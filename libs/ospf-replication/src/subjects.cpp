@@ -22,9 +22,18 @@ std::string hexadecimal(std::uint64_t high, std::uint64_t low) {
   return text;
 }
 
+std::string digest_token(const void *bytes, std::size_t size) {
+  const XXH128_hash_t hash = XXH3_128bits(bytes, size);
+  return "__" + hexadecimal(hash.high64, hash.low64);
+}
+
 bool is_token(std::string_view token) {
   if (token.empty() || token.size() > longest_token) return false;
   if (token == "_") return true;
+  if (token.starts_with("_-")) {
+    return token.size() > 2 && token.size() % 2 == 0 &&
+           std::ranges::all_of(token.substr(2), is_hexadecimal);
+  }
   if (token.starts_with("__")) {
     return token.size() == 34 && std::ranges::all_of(token.substr(2), is_hexadecimal);
   }
@@ -64,9 +73,18 @@ std::string token_of(std::string_view key) {
       token += escaped;
     }
   }
-  if (token.size() <= longest_token) return token;
-  const XXH128_hash_t hash = XXH3_128bits(key.data(), key.size());
-  return "__" + hexadecimal(hash.high64, hash.low64);
+  return token.size() <= longest_token ? token : digest_token(key.data(), key.size());
+}
+
+std::string token_of(std::span<const std::uint8_t> image) {
+  if (2 + 2 * image.size() > longest_token) return digest_token(image.data(), image.size());
+  std::string token = "_-";
+  for (const std::uint8_t byte : image) {
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02X", unsigned{byte});
+    token += digits;
+  }
+  return token;
 }
 
 std::vector<Step> steps_of(std::string_view path) {

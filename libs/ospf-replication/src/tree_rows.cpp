@@ -21,7 +21,7 @@ class Walk {
       if (length != 0) path_ += '.';
       path_ += reference;
       path_ += '.';
-      path_ += token_of(rule.key(session_, record));
+      path_ += token_of(session_, rule, record);
       rule.stored_image(session_, record, image_);
       act_({path_, rule, record, references_of(session_, rule, record), digest_of(image_)});
       for (const ReferenceRule &below : rule.references) {
@@ -41,6 +41,12 @@ class Walk {
 };
 
 }  // namespace
+
+std::string token_of(Session &session, const TableRule &rule, void *record) {
+  Bytes image;
+  const auto text = rule.telling_key(session, record, image);
+  return text ? token_of(*text) : token_of(ByteView(image));
+}
 
 void for_each_row(Session &session, const std::function<void(const TreeRow &)> &act) {
   if (void *root = root_table(session, false); root != nullptr) {

@@ -52,11 +52,17 @@ class LsdbReader : public TreeVisitor {
   template <typename Record>
   bool add(const RowView &row, Record *record) {
     const Place &place = places_.back();
-    LsdbEntry entry{std::string(row.kind),     row.path,   place.instance,
-                    place.router_id,           place.area, std::nullopt,
-                    place.ages,                read_lsa(session_, record)};
+    LsdbEntry entry{std::string(row.kind),
+                    row.path,
+                    place.instance,
+                    place.router_id,
+                    place.area,
+                    std::nullopt,
+                    place.ages,
+                    read_lsa(session_, record)};
     // The place of a row is where the model has room for it: a traffic-engineering LSA of an area,
     // say, stands below an interface. What it belongs to is its scope's.
+    entry.site = session_.named_site();
     if (entry.lsa.scope() == Scope::as) entry.area.reset();
     if (entry.lsa.scope() == Scope::link) entry.interface = place.interface;
     entries.push_back(std::move(entry));

@@ -1,5 +1,7 @@
 #include "ospf_tables/row_keys.hpp"
 
+#include <cstring>
+
 namespace ospf_tables {
 
 std::string dotted(std::uint32_t number) {
@@ -37,6 +39,21 @@ std::string key_word(const ip_address *address) {
   char text[IP_ADDRESS_TEXT_SIZE] = "";
   ip_address_format(address, text, sizeof text);
   return text;
+}
+
+bool is_told(std::uint32_t number, KeyForm form) {
+  return form != KeyForm::family || number == ADDR_FAMILY_IPV4 || number == ADDR_FAMILY_IPV6;
+}
+
+// A word ends at the first NUL.
+bool is_told(const kelp_vstring *text) {
+  return text == nullptr || std::strlen(kelp_vstring_text(text)) == text->length;
+}
+
+bool is_told(const ip_address *address) {
+  ip_address read{};
+  return ip_address_parse(key_word(address).c_str(), &read) == 0 &&
+         ip_address_compare(&read, address) == 0;
 }
 
 }  // namespace ospf_tables

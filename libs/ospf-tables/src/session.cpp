@@ -27,6 +27,12 @@ kelp_database *opened_store(const std::string &path, Session::Missing missing) {
 
 }  // namespace
 
+std::string text_of(const Site &site) {
+  if (site.source == KELP_SRC_DEFAULT) return "tenant " + std::to_string(site.tenant);
+  return (site.tenant == 0 ? "" : "tenant " + std::to_string(site.tenant) + ", ") + "source " +
+         std::to_string(site.source);
+}
+
 Session::Session() {
   kelp_error error{};
   database_ = kelp_database_open_private("ospf-harbor", nullptr, &error);
@@ -53,6 +59,17 @@ Session::~Session() {
   kelp_database_close(database_, nullptr);
 }
 
+void Session::set_site(const Site &site, bool is_named) {
+  kelp_tenant_set(site.tenant);
+  site_ = site;
+  is_site_named_ = is_named;
+}
+
+void Session::choose_site(const Site &site) {
+  set_site(site);
+  is_site_chosen_ = true;
+}
+
 kelp_handle *Session::new_handle() {
   kelp_error error{};
   kelp_handle *handle = kelp_handle_create(database_, nullptr, &error);
@@ -65,6 +82,7 @@ void Session::reading(const std::function<void()> &act) {
   if (!is_store_ || is_locked_) return act();
   kelp_error error{};
   if (kelp_lock_read(handle_, &error) != 0) throw LibraryFailure(error.text);
+  kelp_tenant_set(site_.tenant);
   is_locked_ = true;
   const auto unlocked = [this](Session *) {
     is_locked_ = false;
@@ -98,6 +116,7 @@ void Session::changing_on(const std::function<void(bool)> &act) {
 
 // The handle has the write lock.
 void Session::transact(const std::function<void()> &act) {
+  kelp_tenant_set(site_.tenant);
   is_locked_ = true;
   try {
     act();

@@ -1,5 +1,7 @@
 #include "ospf_tables/tree.hpp"
 
+#include <algorithm>
+
 #include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/rows.hpp"
 
@@ -63,7 +65,7 @@ tbl_ospf_instance_rev1_table *instances_of_root(Session &session) {
   kelp_handle *handle = session.handle();
   std::uint32_t *err = session.err();
   tbl_ospf_rev1_table *roots = root_table(session, true);
-  auto *root = ospf_rev1_ops::first(handle, space, roots, err);
+  auto *root = first_record<ospf_rev1_ops>(session, roots, err);
   session.check(ospf_rev1_ops::name);
   if (root != nullptr) {
     ospf_rev1 *row = ospf_rev1_ops::get(handle, space, root);
@@ -101,11 +103,11 @@ void replace_instance(Session &session, tbl_ospf_instance_rev1_table *instances,
 void merge_into_tree(Session &session, tbl_ospf_rev1_table *others) {
   kelp_handle *handle = session.handle();
   std::uint32_t *err = session.err();
-  auto *other = ospf_rev1_ops::first(handle, space, others, err);
+  auto *other = first_record<ospf_rev1_ops>(session, others, err);
   session.check(ospf_rev1_ops::name);
   if (other == nullptr) return;
   tbl_ospf_rev1_table *roots = root_table(session, true);
-  auto *root = ospf_rev1_ops::first(handle, space, roots, err);
+  auto *root = first_record<ospf_rev1_ops>(session, roots, err);
   session.check(ospf_rev1_ops::name);
   if (root == nullptr) {
     tbl_ospf_rev1_delete(handle, space, others, other, err);
@@ -130,6 +132,23 @@ void clear_tree(Session &session) {
     empty_and_free<ospf_rev1_ops>(session, roots);
   }
   session.told().clear();
+}
+
+std::vector<Site> sites_of(Session &session) {
+  std::vector<Site> sites;
+  if (auto *roots = root_table(session, false); roots != nullptr) {
+    tbl_ospf_rev1_ospf_rev1_singleton_id_walk(
+        roots,
+        [](void *record, void *found) -> std::uint32_t {
+          const auto *row = static_cast<const kelp_record *>(record);
+          static_cast<std::vector<Site> *>(found)->push_back({row->tenant_id, row->src});
+          return 0;
+        },
+        &sites, session.err());
+    session.check(ospf_rev1_ops::name);
+  }
+  std::ranges::sort(sites);
+  return sites;
 }
 
 void walk_tree(Session &session, TreeVisitor &visitor) {

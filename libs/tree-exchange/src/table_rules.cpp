@@ -70,6 +70,18 @@ Bytes image_of(Session &session, void *record) {
 }
 
 template <typename Ops>
+std::optional<std::string> telling_key_of(Session &session, void *record, Bytes &image) {
+  bool is_told = true;
+  std::string text = row_key<Ops>(session, record_of<Ops>(record), &is_told);
+  if (is_told) return text;
+  image.resize(Ops::key_length(session.handle(), space, record_of<Ops>(record)));
+  image.resize(Ops::marshal_key(session.handle(), space, image.data(), record_of<Ops>(record),
+                                static_cast<std::int32_t>(image.size()), session.err()));
+  session.check(Ops::name);
+  return std::nullopt;
+}
+
+template <typename Ops>
 std::string xml_of(Session &session, void *record) {
   for (std::uint32_t size = 1 << 13;; size *= 4) {
     std::string text(size, '\0');
@@ -86,6 +98,12 @@ std::string xml_of(Session &session, void *record) {
   }
 }
 
+// A record that was made of a form is of the default source, whoever made it.
+void *of_site(Session &session, void *record) {
+  static_cast<kelp_record *>(record)->src = session.site().source;
+  return record;
+}
+
 template <typename Ops>
 void *record_from_image(Session &session, ByteView image) {
   Bytes copy(image.begin(), image.end());
@@ -97,7 +115,7 @@ void *record_from_image(Session &session, ByteView image) {
     std::uint32_t err = 0;
     Ops::destroy_record(session.handle(), space, record, &err);
   }
-  return session.checked(record, Ops::name);
+  return of_site(session, session.checked(record, Ops::name));
 }
 
 template <typename Ops>
@@ -105,7 +123,7 @@ void *record_from_xml(Session &session, kelp_xml_document *document) {
   char message[256] = "";
   auto *record = Ops::from_xml(session.handle(), space, document, session.err(), message,
                                static_cast<std::int32_t>(sizeof message));
-  return session.checked(record, *message != '\0' ? message : Ops::name);
+  return of_site(session, session.checked(record, *message != '\0' ? message : Ops::name));
 }
 
 template <typename Ops>
@@ -119,7 +137,7 @@ Added add(Session &session, void *table_, void *last, void *record_) {
   }
   session.check(Ops::name);
   if (last == nullptr) return Added::behind_the_last;
-  auto *behind = Ops::next(session.handle(), space, table, record_of<Ops>(last), session.err());
+  auto *behind = next_record<Ops>(session, table, record_of<Ops>(last), session.err());
   session.check(Ops::name);
   return behind == record ? Added::behind_the_last : Added::out_of_order;
 }
@@ -180,6 +198,7 @@ const TableRule RuleOf<Ops>::value = {
         },
     .key = [](Session &session,
               void *record) { return row_key<Ops>(session, record_of<Ops>(record)); },
+    .telling_key = telling_key_of<Ops>,
     .add = add<Ops>,
     .image = image_of<Ops>,
     .stored_image = put_image<Ops>,

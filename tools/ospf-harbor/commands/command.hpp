@@ -19,6 +19,12 @@ enum class Needs {
   told,     // the same, loaded by the command itself, which asks for more than tables hold
 };
 
+// What a command does with a store that holds several sites, when none was chosen.
+enum class Sites {
+  one,   // it is refused
+  each,  // it runs for each, and names it in what it prints
+};
+
 enum class Stands { everywhere, on_the_command_line, in_the_shell };
 
 // Gives the status: 0, or 1 when something is wrong with the data. The session is null for a
@@ -36,6 +42,7 @@ struct Command {
   // For the man page: paragraphs with empty lines between them, and what is typed and printed.
   const char *description = nullptr;
   const char *example = nullptr;
+  Sites sites = Sites::one;
 };
 
 }  // namespace tool

@@ -13,6 +13,7 @@
 #include "commands/help_texts.hpp"
 #include "commands/source_choice.hpp"
 #include "ospf_tables/system_error.hpp"
+#include "ospf_tables/tree.hpp"
 #include "traces/trace_file.hpp"
 
 namespace tool {
@@ -55,15 +56,40 @@ struct Chosen {
   SourceChoice choice;
 
   int operator()(Session *session) const {
-    if (!help_text(command->name).statuses.one_is_an_answer) return load_and_run(session);
+    if (!help_text(command->name).statuses.one_is_an_answer) return run_at_sites(session);
     try {
-      return load_and_run(session);
+      return run_at_sites(session);
     } catch (const InputError &error) {
       throw UsageError(error.what());
     }
   }
 
+  bool only_reads() const { return command->needs == Needs::tree || command->needs == Needs::told; }
+
  private:
+  // Readers of a store see the sites that it has, unless one was chosen.
+  int run_at_sites(Session *session) const {
+    if (session == nullptr || !session->is_store() || session->is_site_chosen() || !only_reads()) {
+      return load_and_run(session);
+    }
+    std::vector<Site> sites;
+    session->reading([&] { sites = sites_of(*session); });
+    if (sites.empty()) sites.push_back({});
+    if (sites.size() > 1 && command->sites == Sites::one) {
+      std::string list;
+      for (const Site &site : sites) list += (list.empty() ? "" : "; ") + text_of(site);
+      throw UsageError(command->name, "--store", "a store of several sites (" + list + ")",
+                       "--tenant or --source to choose one");
+    }
+    int status = 1;
+    for (const Site &site : sites) {
+      session->set_site(site, sites.size() > 1 || site != Site{});
+      status = std::min(status, load_and_run(session));
+    }
+    session->set_site({});
+    return status;
+  }
+
   int load_and_run(Session *session) const {
     if (command->needs != Needs::tree) return run(session);
     int status = choice.load(*session, command->name);
@@ -185,8 +211,13 @@ struct Program {
                "ospf-harbor"};
   TraceFile trace_file{app};
   std::string store;
-  std::uint16_t tenant = 0;
+  Site site;
   Chosen chosen;
+
+  std::optional<Site> chosen_site() const {
+    const bool any = app.count("--tenant") + app.count("--source") != 0;
+    return any ? std::optional(site) : std::nullopt;
+  }
 
   explicit Program(Stands here = Stands::on_the_command_line) {
     app.set_help_all_flag("--help-all", "Help of all commands");
@@ -195,28 +226,38 @@ struct Program {
     app.add_option("--store", store,
                    "A file that holds the tables, shared with other processes; commands that load "
                    "make it. Without it the tables are those of this run alone");
-    app.add_option("--tenant", tenant,
-                   "Whose rows of the store are meant, where sites that are followed into one store "
-                   "have a number each; 0 without it");
+    app.add_option(
+        "--tenant", site.tenant,
+        "Whose rows of the store are meant, where sites that are followed into one store "
+        "have a number each. Without it and --source lists show each site by name, and "
+        "what fills a store means tenant 0");
+    app.add_option(
+           "--source", site.source,
+           "The same where sites are told apart by the source of their rows, of one tenant; 1 "
+           "is the usual source")
+        ->check(CLI::Range(1, KELP_SRC_SHADOW - 1));
     add_commands(app, here, &chosen);
   }
 };
 
 // One command on the store, which what only reads does not make.
-int run_on_store(const Chosen &chosen, const std::string &store) {
+int run_on_store(const Chosen &chosen, const std::string &store, const std::optional<Site> &site) {
   if (chosen.command->needs == Needs::nothing) {
     throw UsageError(chosen.command->name, "--store", "\"" + store + "\"",
                      "no store for a command that neither loads nor shows tables");
   }
-  const bool reads = chosen.command->needs == Needs::tree || chosen.command->needs == Needs::told;
+  const bool reads = chosen.only_reads();
   if (reads) chosen.choice.check(chosen.command->name, true);
   Session session(store, reads ? Session::Missing::is_refused : Session::Missing::is_made);
+  if (site) session.choose_site(*site);
   return chosen(&session);
 }
 
 int run_chosen(const Program &program) {
   const Command &command = *program.chosen.command;
-  if (program.app.count("--store") != 0) return run_on_store(program.chosen, program.store);
+  if (program.app.count("--store") != 0) {
+    return run_on_store(program.chosen, program.store, program.chosen_site());
+  }
   if (command.needs == Needs::nothing) return program.chosen(nullptr);
   if (command.needs == Needs::tree && program.chosen.choice.sources.empty()) {
     throw UsageError(command.name, "--from", "nothing", "what to load, or a --store");
@@ -229,7 +270,6 @@ int run_command_line(std::vector<std::string> words) {
   Program program;
   if (!parse(program.app, std::move(words))) return 0;
   program.trace_file.open();
-  kelp_tenant_set(program.tenant);
   const int status = run_chosen(program);
   program.trace_file.close();
   return status;

@@ -2,9 +2,11 @@
 #include <memory>
 
 #include "commands/command.hpp"
+#include "commands/network_options.hpp"
 #include "views/json_lines.hpp"
 #include "views/lsa_list.hpp"
 #include "views/lsdb_filter.hpp"
+#include "views/notes.hpp"
 
 namespace tool {
 
@@ -23,7 +25,7 @@ int list_lsas(Session &session, const LsdbOptions &options) {
   const std::vector<LsdbEntry> all = read_lsdb(session);
   const std::vector<LsdbEntry> entries = filtered(all, options.filter);
   if (entries.empty()) {
-    std::fprintf(stderr, "ospf-harbor: lsdb: %s\n",
+    std::fprintf(stderr, "ospf-harbor: lsdb: %s%s\n", site_part(session).c_str(),
                  all.empty() ? "no LSAs are loaded"
                              : ("none of " + std::to_string(all.size()) +
                                 " LSAs is what the options ask for")
@@ -59,13 +61,13 @@ router tells it), adv_router_name, version, scope, type, type_name, lsa_id,
 adv_router, age, seq_num, checksum, length, options, decoded_completed, body
 and raw_data. The body has the fields of its type, opaque LSAs with what
 their TLVs say: type, name, length, unit, says, octets and sub_tlvs.
-)";
+)" SITE_KEYS;
 
 }  // namespace
 
 extern const Command lsdb_command;
 const Command lsdb_command{"lsdb",      "List the link-state databases", Needs::tree,
                            set_up_lsdb, Stands::everywhere,              false,
-                           lsdb_description};
+                           lsdb_description, nullptr, Sites::each};
 
 }  // namespace tool

@@ -4,6 +4,7 @@
 #include "commands/command.hpp"
 #include "commands/network_options.hpp"
 #include "views/network_tables.hpp"
+#include "views/notes.hpp"
 
 namespace tool {
 
@@ -32,8 +33,8 @@ Run set_up_list(CLI::App &app) {
                          ? print_json(lists, stdout)
                          : print(lists, screen_of_output(options->colour), stdout);
     if (any) return 0;
-    std::fprintf(stderr, "ospf-harbor: %s: there are none that the options ask for\n",
-                 name.c_str());
+    std::fprintf(stderr, "ospf-harbor: %s: %sthere are none that the options ask for\n",
+                 name.c_str(), site_part(*session).c_str());
     return 1;
   };
 }
@@ -48,7 +49,7 @@ interface, neighbor_id, neighbor_name, address, priority, state (such as Full
 or 2-Way), role (DR, Backup or DROther), dr and bdr as the neighbour declares
 them, and evidence (answer, hello, exchange, database, flooding, role or
 lasting). What nobody tells is null.
-)";
+)" SITE_KEYS;
 
 constexpr char interfaces_description[] =
     R"(Lists the interfaces of each router. Those of captures are named by router
@@ -58,7 +59,7 @@ A line of --json has the keys version, instance, area, router, router_name,
 interface, address, type, state, cost, hello_interval, dead_interval,
 priority, dr, bdr, passive, neighbors and full, which are counts. What nobody
 tells is null.
-)";
+)" SITE_KEYS;
 
 constexpr char areas_description[] =
     R"(Lists the areas, with what router LSAs say of their kind.
@@ -66,7 +67,7 @@ constexpr char areas_description[] =
 A line of --json has the keys version, instance, area, kind (normal, stub,
 totally stubby, NSSA or totally NSSA), routers (their IDs), border_routers,
 as_boundary_routers, interfaces, neighbors, full and lsas, which are counts.
-)";
+)" SITE_KEYS;
 
 constexpr char routers_description[] =
     R"(Lists the routers that have LSAs, interfaces or neighbours.
@@ -74,12 +75,12 @@ constexpr char routers_description[] =
 A line of --json has the keys version, instance, router, router_name,
 has_router_lsa, border, as_boundary, areas (their IDs), interfaces,
 neighbors, full and lsas, which are counts.
-)";
+)" SITE_KEYS;
 
 constexpr Command list_command(const char *name, const char *sentence,
                                Run (*set_up)(CLI::App &app), const char *description) {
   return {name,  sentence, Needs::tree, set_up, Stands::everywhere,
-          false, description};
+          false, description,  nullptr, Sites::each};
 }
 
 }  // namespace

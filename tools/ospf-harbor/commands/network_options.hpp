@@ -4,6 +4,12 @@
 #include "commands/command.hpp"
 #include "views/network_lists.hpp"
 
+// For the description of a command that shows each site.
+#define SITE_KEYS                                                               \
+  "\nOf a store that several sites are followed into each is shown, unless\n"   \
+  "--tenant or --source chooses one (a line then begins with the keys tenant\n" \
+  "and source).\n"
+
 namespace tool {
 
 inline void add_network_options(CLI::App &command, NetworkFilter &filter) {

@@ -43,8 +43,10 @@ void ask_for_the_end(int) { end_asked = 1; }
 // What both directions do around their turns: until the end, through the engine's absences.
 class Replication {
  public:
-  Replication(const ReplicateOptions &options, const char *direction)
-      : options_(options), notes_(replicate_name, direction, options.engine.site, options.json) {}
+  Replication(const ReplicateOptions &options, Engine &engine, const char *direction)
+      : options_(options),
+        engine_(engine),
+        notes_(replicate_name, direction, options.engine.site, options.json) {}
 
   // turn says what became of it, in words for people and as fields.
   void run(const std::function<void(ServiceNotes &)> &turn) {
@@ -56,7 +58,7 @@ class Replication {
       try {
         turn(notes_);
       } catch (const CarrierFailure &failure) {
-        notes_.waits(failure.what());
+        notes_.waits(engine_.words_of(failure));
         std::this_thread::sleep_for(pause_time);
       } catch (const LibraryFailure &failure) {
         // A disk that is full, or a lock that is held for long.
@@ -69,6 +71,7 @@ class Replication {
 
  private:
   const ReplicateOptions &options_;
+  Engine &engine_;
   ServiceNotes notes_;
 };
 
@@ -88,7 +91,7 @@ void send_store(Session &session, const ReplicateOptions &options) {
   const auto outlet = make_outlet(engine, options.engine.site, words);
   Sender sender(session, *outlet, options.engine.site);
   std::uint64_t snapshots = 0;
-  Replication(options, "sending").run([&](ServiceNotes &notes) {
+  Replication(options, engine, "sending").run([&](ServiceNotes &notes) {
     if (sender.turn()) {
       const SenderReport &report = sender.report();
       if (report.snapshots != snapshots) {
@@ -120,7 +123,7 @@ void follow_site(Session &session, const ReplicateOptions &options) {
   Follower follower(session, *inlet, options.engine.site, [&](const std::string &what) {
     if (telling != nullptr) telling->tell(what);
   });
-  Replication(options, "following").run([&](ServiceNotes &notes) {
+  Replication(options, engine, "following").run([&](ServiceNotes &notes) {
     telling = &notes;
     if (follower.turn(turn_time)) {
       notes.works("the store holds what the sender sent", numbers_of(follower.report()));
@@ -132,13 +135,24 @@ void follow_site(Session &session, const ReplicateOptions &options) {
 int compare(Session &session, const ReplicateOptions &options) {
   Engine engine(options.engine.engine);
   // One that is not there yet may come.
-  for (int tries = 0; tries < 20 && !engine.is_connected(); ++tries) {
+  for (int tries = 0; tries < 10 && !engine.is_connected(); ++tries) {
     std::this_thread::sleep_for(turn_time);
+    try {
+      engine.require_connection();
+    } catch (const CarrierFailure &) {
+      // The last one is told below.
+    }
   }
-  const auto bytes = last_commit_of(engine, options.engine.site);
-  if (!bytes)
-    throw InputError(options.engine.engine.url,
+  std::optional<Bytes> bytes;
+  try {
+    bytes = last_commit_of(engine, options.engine.site);
+  } catch (const CarrierFailure &failure) {
+    throw InputError(replicate_name, engine.words_of(failure));
+  }
+  if (!bytes) {
+    throw InputError(replicate_name,
                      "found no commit of " + options.engine.site + ", expected one");
+  }
   const Message message = read_message(*bytes);
   if (message.kind != MessageKind::commit) throw MessageFault("a row", "a commit marker");
   const Sums &there = message.commit.sums;

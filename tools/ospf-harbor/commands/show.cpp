@@ -39,6 +39,10 @@ Run set_up_show(CLI::App &app) {
 }  // namespace
 
 extern const Command show_command;
-const Command show_command{"show", "Print an overview, or rows of the tree", Needs::tree, set_up_show};
+const Command show_command{"show",      "Print an overview, or rows of the tree",
+                           Needs::tree, set_up_show,
+                           Stands::everywhere, false,
+                           nullptr,     nullptr,
+                           Sites::each};
 
 }  // namespace tool

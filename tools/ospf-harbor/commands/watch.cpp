@@ -4,13 +4,16 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <set>
 #include <thread>
 
 #include "commands/command.hpp"
 #include "commands/engine_words.hpp"
 #include "ospf_replication/follower.hpp"
 #include "ospf_tables/system_error.hpp"
+#include "ospf_tables/tree.hpp"
 #include "views/notes.hpp"
 #include "views/watched_rows.hpp"
 
@@ -42,28 +45,59 @@ bool wait_for_commit(Session &session, std::chrono::steady_clock::time_point end
   return code == 0;
 }
 
-// Tells what is in a store now and was not before.
+// Tells what is in a store now and was not before: of the site that was chosen, or of each.
 class Watch {
  public:
   explicit Watch(const WatchOptions &options) : options_(options) {}
 
   // False when nobody reads any more.
   bool look(Session &session) {
-    WatchedRows now;
-    session.reading([&] { now = watched_rows(session, options_.path); });
+    std::map<Site, WatchedRows> now;
+    session.reading([&] { read(session, now); });
     const bool is_first = std::exchange(is_first_, false);
     if (is_first) {
-      std::fprintf(stderr, "watching %zu rows\n", now.size());
+      std::size_t count = 0;
+      for (const auto &[site, rows] : now) count += rows.size();
+      std::fprintf(stderr, "watching %zu rows\n", count);
     } else {
-      print_changes(rows_, now, options_.json, stdout);
+      tell(session, now);
     }
     rows_ = std::move(now);
     return is_first || std::fflush(stdout) == 0;  // the program tells why
   }
 
  private:
+  void read(Session &session, std::map<Site, WatchedRows> &now) const {
+    if (session.is_site_chosen()) {
+      now[session.site()] = watched_rows(session, options_.path);
+      return;
+    }
+    for (const Site &site : sites_of(session)) {
+      session.set_site(site);
+      now[site] = watched_rows(session, options_.path);
+    }
+    session.set_site({});
+  }
+  void tell(const Session &session, const std::map<Site, WatchedRows> &now) const {
+    std::set<Site> sites;
+    for (const auto *both : {&rows_, &now}) {
+      for (const auto &[site, rows] : *both) sites.insert(site);
+    }
+    const bool is_named =
+        !session.is_site_chosen() && (sites.size() > 1 || !sites.contains(Site{}));
+    const auto rows_of = [](const auto &all, const Site &site) -> const WatchedRows & {
+      static const WatchedRows none;
+      const auto there = all.find(site);
+      return there == all.end() ? none : there->second;
+    };
+    for (const Site &site : sites) {
+      print_changes(rows_of(rows_, site), rows_of(now, site), options_.json, stdout,
+                    is_named ? std::optional(site) : std::nullopt);
+    }
+  }
+
   const WatchOptions &options_;
-  WatchedRows rows_;
+  std::map<Site, WatchedRows> rows_;
   bool is_first_ = true;
 };
 
@@ -74,6 +108,7 @@ std::unique_ptr<Session> nameless_store() {
   if (mkdtemp(folder.data()) == nullptr)
     throw cannot("make a folder", folder, std::strerror(errno));
   auto session = std::make_unique<Session>(folder + "/store", Session::Missing::is_made);
+  session->set_site({});
   std::error_code ignored;
   std::filesystem::remove_all(folder, ignored);
   return session;
@@ -91,8 +126,9 @@ int watch_site(const WatchOptions &options, std::chrono::steady_clock::time_poin
     try {
       if (follower.turn(std::chrono::milliseconds(100)) && !watch.look(*session)) return 0;
     } catch (const CarrierFailure &failure) {
-      if (said != failure.what()) note(failure.what());
-      said = failure.what();
+      const std::string words = engine.words_of(failure);
+      if (said != words) note(words);
+      said = words;
       std::this_thread::sleep_for(std::chrono::milliseconds(200));
     }
   }

@@ -395,7 +395,7 @@ std::string json_line(const LsdbEntry &entry, const RouterNames &names) {
   line["age_as"] = or_null(ages);
   line["adv_router_name"] = name_or_null(entry.lsa.adv_router, names);
   line.update(json_of(entry.lsa));
-  return line_of(line);
+  return line_of(of_site(entry.site, std::move(line)));
 }
 
 std::string json_line(Session &session, const RowView &row, const RouterNames *names) {
@@ -403,7 +403,7 @@ std::string json_line(Session &session, const RowView &row, const RouterNames *n
   add_fields_of_any(session, row, line, static_cast<AllTables *>(nullptr));
   session.check("reading a row");
   if (names != nullptr) add_names(line, *names);
-  return line_of(line);
+  return line_of(of_site(session.named_site(), std::move(line)));
 }
 
 }  // namespace tool

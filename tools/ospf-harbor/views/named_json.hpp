@@ -1,8 +1,11 @@
-// Names of routers in lines of JSON, beside the keys that have their IDs; null for a router without.
+// Names in lines of JSON: of routers beside the keys that have their IDs, null for a router
+// without; and of the site, in front.
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <optional>
 
+#include "ospf_tables/site.hpp"
 #include "views/router_names.hpp"
 
 namespace tool {
@@ -10,6 +13,15 @@ namespace tool {
 // An object in one line. Names that packets or daemons brought may hold octets that are no UTF-8.
 inline std::string line_of(const nlohmann::ordered_json &object) {
   return object.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+// The object with whose it is, where that is to be named.
+inline nlohmann::ordered_json of_site(const std::optional<ospf_tables::Site> &site,
+                                      nlohmann::ordered_json object) {
+  if (!site) return object;
+  nlohmann::ordered_json named = {{"tenant", site->tenant}, {"source", site->source}};
+  named.update(object);
+  return named;
 }
 
 inline nlohmann::ordered_json name_or_null(std::uint32_t router, const RouterNames &names) {

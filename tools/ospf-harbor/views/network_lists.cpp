@@ -443,6 +443,7 @@ const char *InterfaceLine::role_of(const NeighborLine &neighbor) const {
 NetworkLists read_network(Session &session, const NetworkFilter &filter) {
   const Wanted wanted(filter);
   NetworkLists lists;
+  lists.site = session.named_site();
   TreeReader reader(session);
   walk_tree(session, reader);
   for (InterfaceLine &line : reader.interfaces) {

@@ -93,7 +93,8 @@ struct NetworkLists {
   std::vector<RouterLine> routers;
   std::vector<InterfaceLine> interfaces;  // by instance, area and router
   RouterNames names;
-  std::size_t down = 0;  // neighbours that are left out
+  std::optional<ospf_tables::Site> site;  // whose they are, where that is to be named
+  std::size_t down = 0;                   // neighbours that are left out
 };
 
 // Which of it is wanted.

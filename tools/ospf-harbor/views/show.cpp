@@ -11,6 +11,7 @@
 #include "ospf_tables/tree.hpp"
 #include "usage_error.hpp"
 #include "views/json_lines.hpp"
+#include "views/notes.hpp"
 #include "views/network_tables.hpp"
 #include "views/router_names.hpp"
 
@@ -129,7 +130,7 @@ std::optional<std::uint32_t> router_of(const RowView &row) {
 class TextOfChosen : public Chooser {
  public:
   TextOfChosen(Session &session, const std::vector<Step> &steps, std::FILE *out)
-      : Chooser(steps), names_(router_names(session)), out_(out) {}
+      : Chooser(steps), names_(router_names(session)), site_(site_part(session)), out_(out) {}
 
  private:
   bool show(const RowView &row, std::size_t depth) override {
@@ -137,7 +138,8 @@ class TextOfChosen : public Chooser {
     const std::string name = row.path.empty() ? std::string(row.kind) : row.path;
     const auto router = router_of(row);
     const auto router_name = router ? names_.find(*router) : names_.end();
-    std::fprintf(out_, "%s%s%s\n", margin.c_str(), in_one_line(name).c_str(),
+    std::fprintf(out_, "%s%s%s%s\n", margin.c_str(), depth == 0 ? site_.c_str() : "",
+                 in_one_line(name).c_str(),
                  router_name == names_.end() ? "" : (" " + router_name->second).c_str());
     const std::string text = row.text();
     std::size_t at = 0;
@@ -152,6 +154,7 @@ class TextOfChosen : public Chooser {
   }
 
   const RouterNames names_;
+  const std::string site_;
   std::FILE *out_;
 };
 
@@ -217,7 +220,7 @@ int show_overview(Session &session, const std::string &colour) {
 int show_path(Session &session, const std::string &path, bool json) {
   if ((json ? show_json : show)(session, path, stdout) != 0) return 0;
   const bool empty = root_table(session, false) == nullptr;
-  std::fprintf(stderr, "ospf-harbor: show: %s\n",
+  std::fprintf(stderr, "ospf-harbor: show: %s%s\n", site_part(session).c_str(),
                empty ? "nothing is loaded" : ("nothing is at " + in_one_line(path)).c_str());
   return 1;
 }

@@ -11,6 +11,7 @@
 #include "ospf_tables/rows.hpp"
 #include "ospf_tables/tree.hpp"
 #include "views/lsa_names.hpp"
+#include "views/named_json.hpp"
 #include "views/show.hpp"
 
 namespace tool {
@@ -58,7 +59,8 @@ std::string time_now() {
 // Prints the differences of one look.
 class Changes {
  public:
-  Changes(bool json, std::FILE *out) : json_(json), out_(out), time_(time_now()) {}
+  Changes(bool json, std::FILE *out, const std::optional<Site> &site)
+      : json_(json), out_(out), site_(site), time_(time_now()) {}
 
   void came(const std::string &path, const WatchedRow &row) { print(path, row, "new", nullptr); }
   void went(const std::string &path, const WatchedRow &row) {
@@ -78,17 +80,16 @@ class Changes {
       return differs ? &before->facts[at].value : nullptr;
     };
     if (json_) {
-      nlohmann::ordered_json line = {
-          {"time", time_}, {"change", what}, {"kind", row.kind}, {"path", path}};
+      nlohmann::ordered_json line = {{"time", time_}};
+      line.update(of_site(site_, {{"change", what}, {"kind", row.kind}, {"path", path}}));
       for (std::size_t at = 0; at < row.facts.size(); ++at) {
         line[row.facts[at].key] = row.facts[at].value;
         if (was(at) != nullptr) line[std::string("was_") + row.facts[at].key] = *was(at);
       }
-      constexpr auto replace = nlohmann::ordered_json::error_handler_t::replace;
-      std::fprintf(out_, "%s\n", line.dump(-1, ' ', true, replace).c_str());
+      std::fprintf(out_, "%s\n", line_of(line).c_str());
       return;
     }
-    std::string line = time_ + " " + what + " " + path;
+    std::string line = time_ + " " + (site_ ? text_of(*site_) + ": " : "") + what + " " + path;
     for (std::size_t at = 0; at < row.facts.size(); ++at) {
       const WatchedFact &fact = row.facts[at];
       if (fact.value.empty() && was(at) == nullptr) continue;
@@ -100,6 +101,7 @@ class Changes {
 
   bool json_;
   std::FILE *out_;
+  const std::optional<Site> &site_;
   std::string time_;
   std::size_t count_ = 0;
 };
@@ -227,8 +229,8 @@ WatchedRows watched_rows(Session &session, const std::string &path) {
 }
 
 std::size_t print_changes(const WatchedRows &before, const WatchedRows &now, bool json,
-                          std::FILE *out) {
-  Changes changes(json, out);
+                          std::FILE *out, const std::optional<Site> &site) {
+  Changes changes(json, out, site);
   std::map<std::string, WatchedRow> old_rows = before.rows;
   std::map<std::string, WatchedRow> new_rows = now.rows;
   static const WatchedLsas none;

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -56,8 +57,10 @@ struct WatchedRows {
 // more.
 WatchedRows watched_rows(ospf_tables::Session &session, const std::string &path);
 
-// A line for each difference, in the order of the paths. Gives how many.
+// A line for each difference, in the order of the paths, with whose it is where a site is given.
+// Gives how many.
 std::size_t print_changes(const WatchedRows &before, const WatchedRows &now, bool json,
-                          std::FILE *out);
+                          std::FILE *out,
+                          const std::optional<ospf_tables::Site> &site = std::nullopt);
 
 }  // namespace tool

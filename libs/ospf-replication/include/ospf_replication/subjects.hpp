@@ -1,10 +1,13 @@
 // The names under which a site's rows travel. A row's path is its way down from the root: for each
 // level the reference that leads there and the row's key, as tokens with dots between them. Tokens
 // have letters, digits and '-' as they are; every other byte of a key is '_' and two hexadecimal
-// digits, the empty key is "_", and a key that would be too long is "__" and its digest.
+// digits, the empty key is "_", and a key that would be too long is "__" and its digest. A key that
+// its text does not tell from others is "_-" and its image in hexadecimal digits.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +22,9 @@ inline constexpr std::size_t deepest_path = 32;  // levels
 // Letters, digits, '-' and '_', at least one.
 bool is_site_name(std::string_view text);
 
-// The token of a key.
+// The token of a key by its text, and by its image.
 std::string token_of(std::string_view key);
+std::string token_of(std::span<const std::uint8_t> image);
 
 // One level of a path.
 struct Step {

@@ -18,6 +18,10 @@ struct TreeRow {
   Digest stored;             // of the image with its references as they stand
 };
 
+// The token of a row's key: of its text, or of its image where other keys have the same text.
+std::string token_of(ospf_tables::Session &session, const tree_exchange::TableRule &rule,
+                     void *record);
+
 void for_each_row(ospf_tables::Session &session, const std::function<void(const TreeRow &)> &act);
 
 // A bit for each reference of the row that leads to a table.

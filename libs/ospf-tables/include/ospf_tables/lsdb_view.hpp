@@ -19,6 +19,7 @@ struct LsdbEntry {
   std::optional<std::string> interface;  // of LSAs of one link
   std::optional<Ages> ages;              // what the LSA's age is as of, where that is told
   LsaView lsa;
+  std::optional<Site> site = {};  // whose it is, where that is to be named
 };
 
 // By instance; in each by area, and the AS as the last; in each area what belongs to the area

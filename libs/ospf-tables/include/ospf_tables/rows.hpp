@@ -46,6 +46,18 @@ struct NewKey : OwnedObject<typename Ops::Key, Ops::create_key, Ops::destroy_key
       : OwnedObject<typename Ops::Key, Ops::create_key, Ops::destroy_key>(session, Ops::name) {}
 };
 
+// The first record of the session's site, and the one behind another; null at the end.
+template <typename Ops>
+typename Ops::Record *first_record(Session &session, typename Ops::Table *table,
+                                   std::uint32_t *err) {
+  return Ops::first_of(session.handle(), space, table, session.site().source, err);
+}
+template <typename Ops>
+typename Ops::Record *next_record(Session &session, typename Ops::Table *table,
+                                  typename Ops::Record *record, std::uint32_t *err) {
+  return Ops::next_of(session.handle(), space, table, record, session.site().source, err);
+}
+
 // Destroys a record with its objects and all that these refer to.
 template <typename Ops>
 void end_record(Session &session, typename Ops::Record *record);
@@ -58,8 +70,9 @@ class NewRecord {
 
   explicit NewRecord(Session &session)
       : session_(session),
-        record_(session.checked(Ops::create_record(session.handle(), space, session.err()),
-                                Ops::name)) {}
+        record_(session.checked(
+            Ops::create_record_of(session.handle(), space, session.site().source, session.err()),
+            Ops::name)) {}
   ~NewRecord() {
     if (record_ != nullptr) end_record<Ops>(session_, record_);
   }
@@ -103,10 +116,10 @@ class NewRecord {
 // ends the loop, since nothing tells what it would have passed over: LibraryFailure is thrown.
 template <typename Ops, typename Act>
 void for_each_record(Session &session, typename Ops::Table *table, Act act) {
-  auto *record = Ops::first(session.handle(), space, table, session.err());
+  auto *record = first_record<Ops>(session, table, session.err());
   session.check(Ops::name);
   while (record != nullptr) {
-    auto *next = Ops::next(session.handle(), space, table, record, session.err());
+    auto *next = next_record<Ops>(session, table, record, session.err());
     session.check(Ops::name);
     act(record);
     record = next;
@@ -138,7 +151,8 @@ typename Reference::Table *table_below(Session &session, const Reference &refere
   return table;
 }
 
-// Destroys every row with all that it refers to, and then the table.
+// Destroys every row with all that it refers to, and then the table, unless it has rows of other
+// sites.
 template <typename Ops>
 void empty_and_free(Session &session, typename Ops::Table *table);
 
@@ -161,11 +175,12 @@ template <typename Ops>
 void empty_and_free(Session &session, typename Ops::Table *table) {
   // A record that is handed out is ended, whatever the step tells beside it.
   std::uint32_t err = 0;
-  while (auto *record = Ops::first(session.handle(), space, table, &err)) {
+  while (auto *record = first_record<Ops>(session, table, &err)) {
     end_record<Ops>(session, record);
     err = 0;
   }
   err = 0;
+  if (reinterpret_cast<kelp_table *>(table)->record_count != 0) return;
   Ops::free(session.handle(), space, table, &err);
 }
 

@@ -7,11 +7,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "ospf_tables/site.hpp"
 #include "ospf_tables/told.hpp"
 
 namespace ospf_tables {
@@ -39,6 +41,18 @@ class Session {
   std::uint32_t *err() { return &err_; }
 
   bool is_store() const { return is_store_; }
+
+  // Whose rows are read, made and ended from now on. is_named: what is shown of them
+  // says whose they are.
+  void set_site(const Site &site, bool is_named = false);
+  const Site &site() const { return site_; }
+  // The site, where what is shown is to name it.
+  std::optional<Site> named_site() const {
+    return is_site_named_ ? std::optional(site_) : std::nullopt;
+  }
+  // As set_site(), once and for all: no other site is looked for.
+  void choose_site(const Site &site);
+  bool is_site_chosen() const { return is_site_chosen_; }
 
   // Beside the tables; always empty on a store, which others change too.
   Told &told() { return told_; }
@@ -83,6 +97,9 @@ class Session {
   Told told_;
   RouterNames names_;
   std::vector<std::string> replaced_;
+  Site site_;
+  bool is_site_named_ = false;
+  bool is_site_chosen_ = false;
   bool is_store_ = false;
   bool is_locked_ = false;
 };

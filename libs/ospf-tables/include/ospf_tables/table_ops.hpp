@@ -60,11 +60,11 @@ LEVELS(KIND)
     static constexpr auto open_auto_id = &tbl_##table_name##_table_open_auto_id;          \
     static constexpr auto free = &tbl_##table_name##_table_free;                          \
     static constexpr auto count = &tbl_##table_name##_table_get_count;                    \
-    static constexpr auto create_record = &tbl_##table_name##_create_record;              \
+    static constexpr auto create_record_of = &tbl_##table_name##_create_record_w_src;     \
     static constexpr auto destroy_record = &tbl_##table_name##_destroy_record;            \
     static constexpr auto insert = &tbl_##table_name##_insert;                            \
-    static constexpr auto first = &tbl_##table_name##_pkey_get_first;                     \
-    static constexpr auto next = &tbl_##table_name##_pkey_get_next;                       \
+    static constexpr auto first_of = &tbl_##table_name##_pkey_get_first_by_src;           \
+    static constexpr auto next_of = &tbl_##table_name##_pkey_get_next_by_src;             \
     static constexpr auto create = &object_name##_create;                                 \
     static constexpr auto destroy = &object_name##_destroy;                               \
     static constexpr auto get = &tbl_##table_name##_##object_name##_get_field;            \
@@ -74,7 +74,9 @@ LEVELS(KIND)
     static constexpr auto from_xml = &tbl_##table_name##_table_record_from_xml;           \
     static constexpr auto marshal = &tbl_##table_name##_table_record_marshal;             \
     static constexpr auto unmarshal = &tbl_##table_name##_table_record_unmarshal;         \
-    static constexpr auto length = &tbl_##table_name##_table_record_len;
+    static constexpr auto length = &tbl_##table_name##_table_record_len;                  \
+    static constexpr auto marshal_key = &tbl_##table_name##_table_pkey_marshal;           \
+    static constexpr auto key_length = &tbl_##table_name##_table_pkey_len;
 
 #define INLINE_KEY       \
   using Key = InlineKey; \

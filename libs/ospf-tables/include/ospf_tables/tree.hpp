@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ospf_tables/session.hpp"
 #include "ospf_tables/table_ops.hpp"
@@ -27,7 +28,10 @@ void replace_instance(Session &session, tbl_ospf_instance_rev1_table *instances,
 // other table stays the caller's.
 void merge_into_tree(Session &session, tbl_ospf_rev1_table *others);
 
-// Empties and frees every table.
+// The sites whose trees the database holds.
+std::vector<Site> sites_of(Session &session);
+
+// Empties and frees every table of the session's site.
 void clear_tree(Session &session);
 
 // One row on the way through the tree. The text is made when it is asked for.

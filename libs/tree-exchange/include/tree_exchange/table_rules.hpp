@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -48,6 +49,10 @@ struct TableRule {
   void (*for_each)(ospf_tables::Session &session, void *table,
                    const std::function<void(void *record)> &act);
   std::string (*key)(ospf_tables::Session &session, void *record);  // as a path names the row
+  // The same, where no other key of the table has that text; else nothing, and the bytes of the
+  // key's image are put to it.
+  std::optional<std::string> (*telling_key)(ospf_tables::Session &session, void *record,
+                                            Bytes &image);
   // Puts the record behind `last`, which is the last one or null. Twice: it is not in the table.
   Added (*add)(ospf_tables::Session &session, void *table, void *last, void *record);
 
