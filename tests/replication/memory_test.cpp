@@ -9,6 +9,7 @@
 #include "ospf_replication/sender.hpp"
 #include "ospf_replication/subjects.hpp"
 #include "ospf_replication/tree_rows.hpp"
+#include "ospf_tables/instance_rows.hpp"
 #include "ospf_tables/tree.hpp"
 #include "support/processes.hpp"
 #include "support/random_tree.hpp"
@@ -305,6 +306,68 @@ TEST_F(Replicated, WhatWasThereBeforeIsRefused) {
   EXPECT_GE(refused(Refusal::replayed), replayed + before.size());
 }
 
+// Rows that people cannot tell apart by their names.
+TEST_F(Replicated, RowsOfKeysWithOneTextArrive) {
+  change(1);
+  from_.changing([&] {
+    ospf_tables::Instance instance{
+        .family = ospf_tables::Family::ipv4, .router_id = 0x0a000001, .areas = {}};
+    instance.areas.push_back({.id = 0, .interfaces = {}});
+    for (const char end : {'b', 'c', '\0'}) {
+      ospf_tables::Interface interface {};
+      interface.name = std::string("a\0", 2) + end;
+      interface.network_type = 1;
+      instance.areas.back().interfaces.push_back(interface);
+    }
+    std::vector<std::unique_ptr<ospf_tables::NewInstance>> instances;
+    instances.push_back(std::make_unique<ospf_tables::NewInstance>(from_, instance));
+    ospf_tables::add_instances(from_, instances);
+  });
+  replicate();
+  expect_same();
+  EXPECT_TRUE(told_.empty()) << told_.front();
+}
+
+// A store in which each of several sites has its own tree.
+TEST_F(Replicated, SitesOfOneStoreDoNotMeet) {
+  struct Following {
+    ospf_tables::Site site;
+    MemoryInlet inlet;
+    Follower follower;
+    Following(const ospf_tables::Site &own, Session &session, MemoryBucket &bucket)
+        : site(own),
+          inlet(bucket),
+          follower(session, inlet, "site", [](const std::string &what) { FAIL() << what; }) {}
+  };
+  const std::vector<ospf_tables::Site> sites{{0, 2}, {3, 1}, {3, 9}};
+  std::vector<std::unique_ptr<Following>> all;
+  for (const auto &site : sites) all.push_back(std::make_unique<Following>(site, to_, bucket_));
+  const auto shown_of = [&](const ospf_tables::Site &site) {
+    to_.set_site(site);
+    return shown(to_);
+  };
+  for (std::uint32_t seed = 1; seed <= 3; ++seed) {
+    const std::string before = shown(from_);
+    change(seed);
+    sender_.turn();
+    for (const auto &each : all) {
+      EXPECT_EQ(shown_of(all.back()->site), before);
+      to_.set_site(each->site);
+      for (int quiet = 0; quiet < 2;) quiet = each->follower.turn(at_once) ? 0 : quiet + 1;
+      EXPECT_EQ(shown(to_), shown(from_));
+    }
+  }
+  to_.reading([&] { EXPECT_EQ(ospf_tables::sites_of(to_), sites); });
+  EXPECT_EQ(shown_of({}), "");
+  // One goes with all that it has, and no other.
+  to_.set_site(sites[1]);
+  to_.changing([&] { ospf_tables::clear_tree(to_); });
+  EXPECT_EQ(shown(to_), "");
+  for (const auto &site : {sites[0], sites[2]}) EXPECT_EQ(shown_of(site), shown(from_));
+  to_.reading(
+      [&] { EXPECT_EQ(kelp_database_check(to_.database(), nullptr, nullptr, nullptr), 0); });
+}
+
 // What a sender of another make could send: rows of the bucket's, changed, in an epoch of their own
 // with a commit marker that fits them.
 class Forged : public Replicated {
@@ -385,6 +448,19 @@ TEST_F(Forged, RowsOfANewerEditionArriveAsFarAsTheyAreKnown) {
   publish();
   EXPECT_TRUE(told_.empty()) << told_.front();
   EXPECT_EQ(follower_.report().rows, rows_.size());
+}
+
+// From a clock that was wrong, or from somebody who would be the last for ever.
+TEST_F(Forged, AnEpochFromFarAheadGivesWayToTheSenders) {
+  epoch_ = epoch_number_now() + 2 * std::uint64_t{86'400'000'000'000};
+  publish();
+  EXPECT_EQ(follower_.report().stamp.epoch.number, epoch_);
+  std::this_thread::sleep_for(std::chrono::milliseconds(260));
+  change(2, false);
+  replicate();
+  expect_same();
+  EXPECT_FALSE(is_far_ahead(follower_.report().stamp.epoch.number));
+  EXPECT_EQ(refused(Refusal::replayed), 0u);
 }
 
 TEST_F(Forged, RowsWithoutTheRowAboveThemAreRefused) {

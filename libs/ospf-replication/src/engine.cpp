@@ -15,8 +15,37 @@ constexpr int connect_timeout = 2000;  // milliseconds
 constexpr std::chrono::seconds patience{1};
 constexpr int request_timeout = 1000;  // milliseconds
 
-void count(natsConnection *, void *connections) {
-  ++*static_cast<std::atomic<std::uint64_t> *>(connections);
+void note_connection(HeardOfConnection &heard) {
+  const std::lock_guard lock(heard.mutex);
+  ++heard.connections;
+  heard.not_permitted.clear();
+}
+
+void hear_of_connection(natsConnection *, void *heard) {
+  note_connection(*static_cast<HeardOfConnection *>(heard));
+}
+
+void hear_of_failure(natsConnection *connection, natsSubscription *, natsStatus status,
+                     void *heard) {
+  if (status != NATS_NOT_PERMITTED) return;
+  const char *words = nullptr;
+  natsConnection_GetLastError(connection, &words);
+  auto &noted = *static_cast<HeardOfConnection *>(heard);
+  const std::lock_guard lock(noted.mutex);
+  noted.not_permitted = words == nullptr ? natsStatus_GetText(status) : words;
+}
+
+// Without users and their words of entry, which nobody else should read.
+std::string shown_url(const std::string &urls) {
+  std::string shown;
+  std::istringstream in(urls);
+  for (std::string url; std::getline(in, url, ',');) {
+    const std::size_t scheme = url.find("://");
+    const std::size_t start = scheme == url.npos ? 0 : scheme + 3;
+    if (const std::size_t at = url.rfind('@'); at != url.npos) url.erase(start, at + 1 - start);
+    shown += (shown.empty() ? "" : ",") + url;
+  }
+  return shown;
 }
 
 // A word of the client library about what an option could not do.
@@ -31,7 +60,8 @@ void set_servers(natsOptions *options, const std::string &urls) {
   for (std::string url; std::getline(in, url, ',');) each.push_back(url);
   std::vector<const char *> list;
   for (const std::string &url : each) list.push_back(url.c_str());
-  require(urls, natsOptions_SetServers(options, list.data(), static_cast<int>(list.size())));
+  require(shown_url(urls),
+          natsOptions_SetServers(options, list.data(), static_cast<int>(list.size())));
 }
 
 void set_security(natsOptions *options, const EngineOptions &asked) {
@@ -64,8 +94,8 @@ Engine::Engine(const EngineOptions &options) : options_(options) {
     natsOptions_SetReconnectJitter(settings_, reconnect_wait, reconnect_wait);
     natsOptions_SetPingInterval(settings_, ping_interval);
     natsOptions_SetTimeout(settings_, connect_timeout);
-    natsOptions_SetReconnectedCB(settings_, count, &connections_);
-    natsOptions_SetRetryOnFailedConnect(settings_, true, count, &connections_);
+    natsOptions_SetReconnectedCB(settings_, hear_of_connection, &heard_);
+    natsOptions_SetErrorHandler(settings_, hear_of_failure, &heard_);
     set_security(settings_, options);
   } catch (...) {
     natsOptions_Destroy(settings_);
@@ -81,10 +111,16 @@ Engine::~Engine() {
 
 void Engine::connect() {
   tried_ = Clock::now();
-  ++connections_;
+  note_connection(heard_);
   const natsStatus status = natsConnection_Connect(&connection_, settings_);
-  if (status != NATS_OK && status != NATS_NOT_YET_CONNECTED) {
-    why_ = ": " + words_of(status);
+  if (status != NATS_OK) {
+    why_ = ": " + ospf_replication::words_of(status);
+    // The client library's way to say that the server went before it answered.
+    if (why_.find("'PONG', got ''") != why_.npos) {
+      why_ =
+          ": the server ended the connection before it answered, as it does when it wants a "
+          "certificate and is shown none that it believes";
+    }
     connection_ = nullptr;
     return;
   }
@@ -102,8 +138,8 @@ void Engine::disconnect() {
   natsConnection_Destroy(std::exchange(connection_, nullptr));
 }
 
-// The client library connects again by itself, but gives up for good, without a word, where a first
-// connection ends before the server has spoken.
+// The client library connects again by itself where it was connected. A first connection is tried
+// here, so that it is told why there is none.
 void Engine::require_connection() {
   if (is_connected()) {
     tried_ = Clock::now();
@@ -115,7 +151,12 @@ void Engine::require_connection() {
     disconnect();
     connect();
   }
-  if (!is_connected()) throw CarrierFailure(options_.url + " is away" + why_);
+  if (!is_connected()) throw CarrierFailure(shown_url(options_.url) + " is away" + why_);
+}
+
+std::string Engine::words_of(const CarrierFailure &failure) const {
+  const std::lock_guard lock(heard_.mutex);
+  return failure.what() + (heard_.not_permitted.empty() ? "" : "; " + heard_.not_permitted);
 }
 
 bool Engine::is_connected() const {

@@ -138,7 +138,7 @@ bool Follower::take(const Arrival &arrival) {
 }
 
 Assembly &Follower::assembly_of(const Epoch &epoch) {
-  if (epoch < report_.stamp.epoch) {
+  if (is_earlier(epoch, report_.stamp.epoch)) {
     throw Replayed("epoch " + std::to_string(epoch.number),
                    std::to_string(report_.stamp.epoch.number) + " or a later one");
   }
@@ -213,7 +213,7 @@ bool Follower::commit(Assembly &assembly, const Stamp &stamp) {
   sums_ = assembly.sums();
   assembly.has_passed(stamp.sequence);
   // Earlier epochs are over.
-  assemblies_.erase(assemblies_.begin(), assemblies_.find(stamp.epoch));
+  std::erase_if(assemblies_, [&](const auto &each) { return is_earlier(each.first, stamp.epoch); });
   report_.stamp = stamp;
   report_.rows = sums_.rows();
   report_.changed += application.changed();

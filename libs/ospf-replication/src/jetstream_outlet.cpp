@@ -14,7 +14,8 @@ namespace ospf_replication {
 namespace {
 
 constexpr std::size_t letters_between_acks = 1000;
-constexpr std::int64_t answer_time = 150;  // milliseconds
+constexpr std::int64_t bytes_of_headers = 128;  // beside a message that has to come behind another
+constexpr std::int64_t answer_time = 150;       // milliseconds
 constexpr char snapshot_word[] = "snapshot ";
 constexpr char who_word[] = "who ";
 
@@ -74,14 +75,9 @@ class JetStreamOutlet : public Outlet {
 
   std::uint64_t put(std::span<const Letter> letters, std::uint64_t last) override {
     engine_.require_connection();
-    const auto most = natsConnection_GetMaxPayload(engine_.connection());
+    refuse_too_long(letters);
     for (std::size_t at = 0; at < letters.size(); ++at) {
       const Letter &letter = letters[at];
-      if (static_cast<std::int64_t>(letter.body.size()) > most) {
-        throw CarrierFailure(letter.subject + ": a message of " +
-                             std::to_string(letter.body.size()) + " bytes, of " +
-                             std::to_string(most) + " that the server takes (max_payload)");
-      }
       if ((at + 1) % letters_between_acks == 0 || at + 1 == letters.size()) {
         put_behind(letter, last + at);
       } else {
@@ -129,6 +125,24 @@ class JetStreamOutlet : public Outlet {
     throw Refused("the stream " + subjects_.stream +
                   ": found one of another kind, expected the subject " + subjects_.all +
                   " with one message each");
+  }
+
+  // The server cuts the connection of who sends more than it takes, and would again each time.
+  void refuse_too_long(std::span<const Letter> letters) const {
+    const auto most = natsConnection_GetMaxPayload(engine_.connection()) - bytes_of_headers;
+    std::size_t count = 0;
+    const Letter *longest = nullptr;
+    for (const Letter &letter : letters) {
+      if (static_cast<std::int64_t>(letter.body.size()) <= most) continue;
+      ++count;
+      if (longest == nullptr || letter.body.size() > longest->body.size()) longest = &letter;
+    }
+    if (longest == nullptr) return;
+    throw Refused("found " + std::to_string(count) +
+                  " messages that are too long for the server, " + "the longest with " +
+                  std::to_string(longest->body.size()) + " bytes for " + longest->subject +
+                  ", expected at most " + std::to_string(most) +
+                  " (its max_payload); nothing is sent before it takes them");
   }
 
   // Only when all before this one came, and nothing between them, has the bucket this number.

@@ -3,6 +3,7 @@
 #include <xxhash.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 
 #include "tree_exchange/stream_format.hpp"
@@ -69,6 +70,21 @@ void read_commit(ByteView body, Message &message) {
 }
 
 }  // namespace
+
+std::uint64_t epoch_number_now() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return static_cast<std::uint64_t>(
+      std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
+}
+
+bool is_far_ahead(std::uint64_t epoch_number) {
+  constexpr std::uint64_t day = 86'400'000'000'000;
+  return epoch_number > epoch_number_now() + day;
+}
+
+bool is_earlier(const Epoch &one, const Epoch &other) {
+  return one < other && (is_far_ahead(one.number) || !is_far_ahead(other.number));
+}
 
 Digest &Digest::operator+=(const Digest &other) {
   low += other.low;

@@ -13,12 +13,6 @@ namespace {
 constexpr std::chrono::milliseconds judge_every{250};
 constexpr std::uint64_t free_tombstones = 1000;
 
-std::uint64_t wall_clock_now() {
-  return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(
-                                        std::chrono::system_clock::now().time_since_epoch())
-                                        .count());
-}
-
 std::uint64_t random_word() {
   std::random_device device;
   return std::uint64_t{device()} << 32 | device();
@@ -43,6 +37,9 @@ bool Sender::turn() {
     return send(all);
   } catch (const CarrierFailure &failure) {
     need_snapshot(failure.what());
+    throw;
+  } catch (const Refused &refused) {
+    need_snapshot(refused.what());
     throw;
   }
 }
@@ -69,11 +66,8 @@ void Sender::begin_epoch() {
       // What is no marker has no epoch.
     }
   }
-  // A number from far ahead, which an honest clock would never reach, is nobody's.
-  constexpr std::uint64_t day = 86'400'000'000'000;
-  const std::uint64_t now = wall_clock_now();
-  if (above > now + day) above = 0;
-  next_ = {{std::max(now, above + 1), random_word()}, 0};
+  if (is_far_ahead(above)) above = 0;
+  next_ = {{std::max(epoch_number_now(), above + 1), random_word()}, 0};
 }
 
 void Sender::gather(bool all, std::vector<Letter> &letters) {

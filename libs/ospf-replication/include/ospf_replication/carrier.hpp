@@ -50,7 +50,8 @@ class Outlet {
   // The commit marker that the bucket has.
   virtual std::optional<Bytes> last_commit() = 0;
   // Puts the letters in order behind message `last`. Gives the number of the latest when the bucket
-  // has all of them. Throws BucketMoved when others put something between.
+  // has all of them. Throws BucketMoved when others put something between, and Refused, with none
+  // of them put, when one is longer than the engine takes.
   virtual std::uint64_t put(std::span<const Letter> letters, std::uint64_t last) = 0;
   // Takes away all messages before that one.
   virtual void drop_before(std::uint64_t number) = 0;

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "ospf_replication/carrier.hpp"
@@ -24,6 +25,13 @@ struct EngineOptions {
   int replicas = 1;  // of a stream that is made
 };
 
+// What the client library tells on a thread of its own.
+struct HeardOfConnection {
+  std::atomic<std::uint64_t> connections{0};
+  mutable std::mutex mutex;
+  std::string not_permitted;  // what the server said last, on this connection
+};
+
 // A connection that comes back by itself. The engine need not be there yet.
 class Engine {
  public:
@@ -37,7 +45,9 @@ class Engine {
   // Throws CarrierFailure when it is not.
   void require_connection();
   // Rises whenever the connection was made anew.
-  std::uint64_t connections() const { return connections_; }
+  std::uint64_t connections() const { return heard_.connections; }
+  // The failure's words, with what the server did not permit on this connection, if it told so.
+  std::string words_of(const CarrierFailure &failure) const;
   const EngineOptions &options() const { return options_; }
   natsConnection *connection() const { return connection_; }
   jsCtx *stream_context() const { return context_; }
@@ -50,8 +60,8 @@ class Engine {
   EngineOptions options_;
   std::string why_;  // it could not be connected to
   Clock::time_point tried_{};
+  HeardOfConnection heard_;
   natsOptions *settings_ = nullptr;
-  std::atomic<std::uint64_t> connections_{0};
   natsConnection *connection_ = nullptr;
   jsCtx *context_ = nullptr;
 };

@@ -27,6 +27,14 @@ struct Epoch {
   auto operator<=>(const Epoch &) const = default;
 };
 
+// The number of an epoch that begins now.
+std::uint64_t epoch_number_now();
+// A number that an honest clock would not reach within a day is nobody's.
+bool is_far_ahead(std::uint64_t epoch_number);
+// Whether one epoch is over where the other is known. What is far ahead ends no other, so that it
+// gives way to whoever sends next.
+bool is_earlier(const Epoch &one, const Epoch &other);
+
 // Sums of digests do not depend on the order of rows, and rows can be taken out again.
 struct Digest {
   std::uint64_t high = 0;
