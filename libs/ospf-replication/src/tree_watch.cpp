@@ -1,7 +1,6 @@
 #include "ospf_replication/tree_watch.hpp"
 
 #include <kelp/changes.h>
-#include <kelp/database.h>
 
 #include <cstddef>
 
@@ -23,10 +22,8 @@ const kelp_record *record_of(const e_avl_node *link) {
 // The rules take rows as things that can be changed.
 void *row_of(const kelp_record *record) { return const_cast<kelp_record *>(record); }
 
-bool is_of_site(const kelp_record *record) {
-  std::uint16_t tenant = 0;
-  mt_get_tenant_id(&tenant);
-  return record->tenant_id == tenant && record->src != KELP_SRC_SHADOW;
+bool is_of(const Site &site, const kelp_record *record) {
+  return record->tenant_id == site.tenant && record->src == site.source;
 }
 
 }  // namespace
@@ -177,12 +174,12 @@ void TreeWatch::explore(const e_avl_node *link, const kelp_table *table) {
 }
 
 void TreeWatch::look_at(const kelp_record *record, Node &node) {
-  if (!is_of_site(record)) {
+  if (!is_of(session_.site(), record)) {
     if (!node.path.empty()) throw Unclear();
     return;
   }
   const Table &table = tables_.at(node.table);
-  const std::string path = table.path + '.' + token_of(table.rule->key(session_, row_of(record)));
+  const std::string path = table.path + '.' + token_of(session_, *table.rule, row_of(record));
   if (!node.path.empty() && node.path != path) throw Unclear();
   node.path = path;
   look_at_blocks(record, node);
