@@ -93,13 +93,12 @@ std::uint32_t write_element(const EnumerationFacts &facts, kelp_handle *handle,
 }
 
 // Required: the store is plain, neither announced nor put under the variant rule.
-void read_element(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t,
-                  const char *path, kelp_xml_document *document, EnumerationObject *object,
-                  std::uint32_t *err, char *message, std::int32_t message_size) {
-  if (!begin(handle, err)) return;
+void read_element(const EnumerationFacts &facts, kelp_handle *, std::uint32_t,
+                  light_text::Members &members, EnumerationObject *object, std::uint32_t *err) {
+  if (*err != 0) return;
+  members.clear_last_error();
   for (const model::Member &member : facts.type->members) {
-    switch (
-        light_text::find_member(handle, document, path, member.name, err, message, message_size)) {
+    switch (members.find(member.name)) {
       case light_text::Found::yes:
         object->value = member.value;
         return;

@@ -143,8 +143,7 @@ std::uint32_t write_element(const EnumerationFacts &facts, kelp_handle *handle,
                             light_text::Writer writer, std::string_view tag,
                             const EnumerationObject *object, std::uint32_t *err);
 void read_element(const EnumerationFacts &facts, kelp_handle *handle, std::uint32_t space_id,
-                  const char *path, kelp_xml_document *document, EnumerationObject *object,
-                  std::uint32_t *err, char *message, std::int32_t message_size);
+                  light_text::Members &members, EnumerationObject *object, std::uint32_t *err);
 
 template <const model::Enumeration &E>
 std::uint32_t len(kelp_handle *, std::uint32_t) {

@@ -101,15 +101,14 @@ std::uint32_t write_element(const FlagSetFacts &facts, kelp_handle *handle,
 // What the runtime leaves in the word when it adjusts the object is overwritten by the next
 // look-up; behind the last one a 2 means no failure either.
 void read_element(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
-                  const char *path, kelp_xml_document *document, FlagObject *object,
-                  std::uint32_t *err, char *message, std::int32_t message_size) {
-  if (!begin(handle, err)) return;
+                  light_text::Members &members, FlagObject *object, std::uint32_t *err) {
+  if (*err != 0) return;
+  members.clear_last_error();
   for (std::uint32_t bit = 0; bit < facts.type->members.size(); ++bit) {
-    const auto found = light_text::find_member(
-        handle, document, path, facts.type->members[bit].name, err, message, message_size);
+    const light_text::Found found = members.find(facts.type->members[bit].name);
     if (found == light_text::Found::failed) return;
     if (found == light_text::Found::no) continue;
-    kelp::quick::clear_last_error(handle);
+    members.clear_last_error();
     kelp::quick::adjust_variant(handle, space_id, object,
                                 object == nullptr ? nullptr : object->tinfo,
                                 facts.type->variants - 1, err);

@@ -162,8 +162,7 @@ std::uint32_t write_element(const FlagSetFacts &facts, kelp_handle *handle,
                             light_text::Writer writer, std::string_view tag,
                             const FlagObject *object, std::uint32_t *err);
 void read_element(const FlagSetFacts &facts, kelp_handle *handle, std::uint32_t space_id,
-                  const char *path, kelp_xml_document *document, FlagObject *object,
-                  std::uint32_t *err, char *message, std::int32_t message_size);
+                  light_text::Members &members, FlagObject *object, std::uint32_t *err);
 
 // The object's variant is asked for and not used: the length is the same for all.
 template <const model::FlagSet &S>

@@ -91,12 +91,19 @@ std::uint32_t toxml_cr(kelp_handle *handle, const void *object, char *buffer, st
   return light_text::carried_result(handle, length);
 }
 
+// Reads the members of an element, for fields of structures.
+template <const auto &T>
+void from_xml(kelp_handle *handle, std::uint32_t space_id, light_text::Members &members,
+              void *object, std::uint32_t *err) {
+  read_element(facts_of<T>(), handle, space_id, members, static_cast<ObjectOf<T> *>(object), err);
+}
+
 template <const auto &T>
 void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
               kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
               std::int32_t message_size) {
-  read_element(facts_of<T>(), handle, space_id, path, document, static_cast<ObjectOf<T> *>(object),
-               err, message, message_size);
+  light_text::MembersAtPath members(handle, document, path, err, message, message_size);
+  from_xml<T>(handle, space_id, members, object, err);
 }
 
 }  // namespace harbor::light_encodings

@@ -155,10 +155,40 @@ inline std::uint32_t carried_result(const kelp_handle *handle, std::uint32_t len
 
 enum class Found { yes, no, failed };
 
-// Asks the document for the child of path that is named after a member. A child that is not there
-// leaves the word at 0, with 2 as the last error; any other failure is described in message.
-Found find_member(kelp_handle *handle, kelp_xml_document *document, const char *path,
-                  std::string_view name, std::uint32_t *err, char *message,
-                  std::int32_t message_size);
+// The empty elements, named after members, that an element of a document holds.
+class Members {
+ public:
+  // A member that is not there leaves the word at 0, with 2 as the last error.
+  virtual Found find(std::string_view name) = 0;
+  virtual void clear_last_error() = 0;
+
+ protected:
+  ~Members() = default;
+};
+
+// Those of the element at a path, each asked for by its own. Any other failure than that it is not
+// there is described in the message.
+class MembersAtPath final : public Members {
+ public:
+  MembersAtPath(kelp_handle *handle, kelp_xml_document *document, const char *path,
+                std::uint32_t *err, char *message, std::int32_t message_size)
+      : handle_(handle),
+        document_(document),
+        path_(path),
+        err_(err),
+        message_(message),
+        message_size_(message_size) {}
+
+  Found find(std::string_view name) override;
+  void clear_last_error() override { kelp::quick::clear_last_error(handle_); }
+
+ private:
+  kelp_handle *handle_;
+  kelp_xml_document *document_;
+  const char *path_;
+  std::uint32_t *err_;
+  char *message_;
+  std::int32_t message_size_;
+};
 
 }  // namespace harbor::light_text

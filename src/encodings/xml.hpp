@@ -8,7 +8,10 @@
 //   <stats><nbr_event_count>1</nbr_event_count><nbr_retrans_qlen>0</nbr_retrans_qlen></stats>
 #pragma once
 
-#include <kelp/xml.h>
+#include <kelp/xml_elements.h>
+
+#include <algorithm>
+#include <array>
 
 #include "encodings/arm_creation.hpp"
 #include "encodings/field_walk.hpp"
@@ -200,7 +203,14 @@ std::uint32_t toxml_cr(kelp_handle *handle, const void *object, char *buffer, st
 
 // --- reading ------------------------------------------------------------------------------------
 
-// A document while one element of it is read.
+// Paths are cut at this length without a message.
+using Path = BoundedText<256>;
+
+struct Progress;
+
+// A document while one element of it is read. Where a handle works inline, what is in the element
+// is found without paths, and what is out of the ordinary is read by its path all the same, which
+// knows what to say.
 struct Source {
   kelp_handle *handle;
   std::uint32_t space_id;
@@ -209,16 +219,49 @@ struct Source {
   std::uint32_t *err;
   char *message;
   std::int32_t message_size;
+  const kelp_xml_element *element = nullptr;  // null: by paths
+  Progress *progress = nullptr;               // beside it
+
+  Source at(const Path &its_path) const {
+    return {handle, space_id, its_path.data(), document, err, message, message_size};
+  }
 };
 
-// Paths are cut at this length without a message.
-using Path = BoundedText<256>;
-Path child_path(const Source &source, const char *tag);
+enum class Missed { nothing, element, member, structure };
+
+// What is kept from field to field while an element is read without paths: where to look next, and
+// what was missed last. The words about that are made once somebody could ask for them: at the end,
+// and before anything that may fail, allocate or be heard.
+struct Progress {
+  std::uint32_t next = 0;
+  Missed missed = Missed::nothing;
+  const char *path = nullptr;  // of the element in which it was missed
+  std::string_view tag;
+  std::string_view member;  // below the tag
+  Path kept;                // that path, once its element is done
+};
+
+Path child_path(const Source &source, std::string_view tag);
 // Indexes in paths begin at 1.
-Path element_path(const Source &source, const char *tag, std::uint32_t index);
+Path element_path(const Source &source, std::string_view tag, std::uint32_t index);
 
 // Asks for the element itself: 2 when it is not there.
 bool open(const Source &source);
+
+// Looks for the element itself, to be read without paths; longest is what its paths have behind its
+// own. Without an element it is to be read by paths.
+void find(Source &source, Progress &progress, std::size_t longest);
+
+// What of the element has that tag.
+kelp_xml_row children(const Source &source, std::string_view tag);
+
+void miss(const Source &source, Missed missed, std::string_view tag, std::string_view member = {});
+// Says what was missed last, if anything.
+void tell(const Source &source);
+// Forgets it with the last error.
+void clear_last_error(const Source &source);
+// An element inside another one is done.
+void leave(const Source &source);
 
 // True to go on behind a field: it was read, or its element is missing and the field stays as it
 // was.
@@ -227,48 +270,134 @@ bool goes_on(const Source &source);
 // No memory for a temporary element: 12.
 void fail_creation(const Source &source);
 
+// The members that stand in the element of an enumeration or flag set.
+class MembersOfElement final : public light_text::Members {
+ public:
+  MembersOfElement(const Source &source, std::string_view tag);
+
+  // False when they are to be asked for by paths.
+  bool are_known() const { return count_ <= tags_.size(); }
+  light_text::Found find(std::string_view name) override;
+  void clear_last_error() override { xml::clear_last_error(source_); }
+
+ private:
+  const Source &source_;
+  std::string_view tag_;
+  std::array<std::string_view, 8> tags_;
+  std::size_t count_ = 0;
+};
+
+// The most that a path of something in the element has behind the element's own.
+template <const Structure &T>
+inline constexpr std::size_t longest_below = [] {
+  constexpr std::size_t longest_index = 12;
+  std::size_t longest = 0;
+  const auto consider = [&](const Field &field, std::size_t tag, std::size_t more) {
+    if (field.kind == Kind::array) more = longest_index;
+    longest = std::max(longest, 1 + tag + more);
+  };
+  harbor::for_each_field<T>([&]<const Field & F>() {
+    if constexpr (F.kind == Kind::arm) {
+      consider(F, field_walk::arm_name<T, F, '-'>.size(), 0);
+    } else if constexpr (light_encodings::is_light(F.kind)) {
+      for (const model::Member &member : light_encodings::type_of<F>().members) {
+        consider(F, F.name.size(), 1 + member.name.size());
+      }
+    } else {
+      consider(F, F.name.size(), 0);
+    }
+  });
+  return longest;
+}();
+
 template <const Structure &T>
 void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
               kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
               std::int32_t message_size);
+template <const Structure &T>
+void read_fields(const Source &source, void *object);
 
 template <Kind kind>
-void read_primitive(const Source &source, const char *path, void *value) {
+void read_at_path(const Source &source, const Path &path, void *value) {
   using Type = Primitive<kind>;
-  Type::from_xml(source.handle, source.space_id, path, source.document,
+  Type::from_xml(source.handle, source.space_id, path.data(), source.document,
                  static_cast<typename Type::value_type *>(value), source.err, source.message,
                  source.message_size);
 }
 
+// False where it is to be read by its path.
+template <Kind kind>
+bool read_element(const Source &source, const kelp_xml_element *element, void *value) {
+  using Type = Primitive<kind>;
+  auto *place = static_cast<typename Type::value_type *>(value);
+  if constexpr (kind == Kind::text) {
+    tell(source);
+    return Type::read_element(source.handle, source.space_id, element, place, source.err) != 0;
+  } else {
+    return Type::read_element(source.handle, source.space_id, element, place) != 0;
+  }
+}
+
+template <Kind kind>
+void read_primitive(const Source &source, std::string_view tag, void *value) {
+  if (source.element != nullptr) {
+    const kelp_xml_row row = children(source, tag);
+    if (row.count == 0) return miss(source, Missed::element, tag);
+    if (read_element<kind>(source, row.elements[0], value)) return;
+    tell(source);
+  }
+  read_at_path<kind>(source, child_path(source, tag), value);
+}
+
+template <const auto &T>
+void read_light(const Source &source, std::string_view tag, void *object) {
+  if (source.element != nullptr) {
+    MembersOfElement members(source, tag);
+    if (members.are_known()) {
+      return light_encodings::from_xml<T>(source.handle, source.space_id, members, object,
+                                          source.err);
+    }
+    tell(source);
+  }
+  light_encodings::from_xml<T>(source.handle, source.space_id, child_path(source, tag).data(),
+                               source.document, object, source.err, source.message,
+                               source.message_size);
+}
+
 template <const Structure &T>
-void read_structure(const Source &source, const char *path, void *object) {
-  from_xml<T>(source.handle, source.space_id, path, source.document, object, source.err,
-              source.message, source.message_size);
+void read_structure(const Source &source, std::string_view tag, void *object) {
+  const Path path = child_path(source, tag);
+  if (source.element == nullptr || !path.has_room(longest_below<T>)) {
+    if (source.element != nullptr) tell(source);
+    return from_xml<T>(source.handle, source.space_id, path.data(), source.document, object,
+                       source.err, source.message, source.message_size);
+  }
+  clear_last_error(source);
+  if constexpr (T.is_choice()) register_trace();
+  const kelp_xml_row row = children(source, tag);
+  if (row.count == 0) return miss(source, Missed::structure, tag);
+  Source inside = source.at(path);
+  inside.element = row.elements[0];
+  inside.progress = source.progress;
+  read_fields<T>(inside, object);
+  leave(inside);
 }
 
 // Reads the elements of an array in one go where nobody can tell; gives how many, and 0 where they
 // are to be read one by one.
 template <const Structure &T, const Field &F>
-std::uint32_t read_at_once(const Source &source, void *object) {
+std::uint32_t read_at_once(const Source &source, const kelp_xml_row &row, void *object) {
   using Type = Primitive<F.held>;
-  constexpr std::size_t longest_index = 12;
   constexpr const auto &array = array_field::facts<T, F>;
-  if (!array_field::takes_at_once(array, source.handle, object)) return 0;
-  const Path path = child_path(source, F.name.data());
-  std::uint32_t count = 0;
-  if (!path.has_room(longest_index) ||
-      xml_get_element_nodecount(source.document, path.data(), &count) != 0 || count == 0) {
-    return 0;
-  }
-  array_field::NewStore store(array, source.handle, source.space_id, count);
+  if (row.count == 0 || !array_field::takes_at_once(array, source.handle, object)) return 0;
+  array_field::NewStore store(array, source.handle, source.space_id, row.count);
   auto *elements = static_cast<typename Type::value_type *>(store.elements());
-  if (elements == nullptr ||
-      Type::elements_from_xml(source.document, path.data(), elements, count) != count ||
+  if (elements == nullptr || Type::read_row(&row, elements) != row.count ||
       !field_access::begin_write<T, F>(source.handle, source.space_id, object, source.err)) {
     return 0;
   }
   store.give_to(object);
-  return count;
+  return row.count;
 }
 
 // The elements are read into a temporary one each, up to the first that the document does not have,
@@ -276,17 +405,24 @@ std::uint32_t read_at_once(const Source &source, void *object) {
 template <const Structure &T, const Field &F>
 bool read_array(const Source &source, void *object) {
   using Type = Primitive<F.held>;
+  kelp_xml_row row{};
+  if (source.element != nullptr) {
+    tell(source);
+    row = children(source, F.name);
+  }
   for (std::uint32_t index = 0;; ++index) {
     auto *value = Type::create(source.handle, source.space_id);
     if (value == nullptr) {
       fail_creation(source);
       return false;
     }
-    if constexpr (requires { Type::elements_from_xml; }) {
-      if (index == 0) index = read_at_once<T, F>(source, object);
+    if constexpr (requires { Type::read_row; }) {
+      if (index == 0) index = read_at_once<T, F>(source, row, object);
     }
-    const Path path = element_path(source, F.name.data(), index + 1);
-    if (*source.err == 0) read_primitive<F.held>(source, path.data(), value);
+    if (*source.err == 0 &&
+        (index >= row.count || !read_element<F.held>(source, row.elements[index], value))) {
+      read_at_path<F.held>(source, element_path(source, F.name, index + 1), value);
+    }
     const bool is_read = *source.err == 0;
     if (is_read) {
       array_field::set<T, F>(source.handle, source.space_id, object, index, value, source.err);
@@ -300,15 +436,16 @@ bool read_array(const Source &source, void *object) {
 // does not have it.
 template <const Structure &T, const Field &F>
 bool read_arm(const Source &source, void *object) {
+  constexpr std::string_view tag = field_walk::arm_name<T, F, '-'>.data();
   if (!field_walk::is_selected<T, F>(object)) return true;
+  if (source.element != nullptr) tell(source);
   void **slot = place_of<T, F>(object);
   void *created = create_arm<F>(source.handle, source.space_id, slot, source.err);
   if (created == nullptr) return false;
-  const Path path = child_path(source, field_walk::arm_name<T, F, '-'>.data());
   if constexpr (F.held == Kind::structure) {
-    read_structure<*F.structure>(source, path.data(), created);
+    read_structure<*F.structure>(source, tag, created);
   } else {
-    read_primitive<F.held>(source, path.data(), created);
+    read_primitive<F.held>(source, tag, created);
   }
   return goes_on(source);
 }
@@ -322,40 +459,41 @@ bool read_field(const Source &source, void *object) {
   } else if constexpr (F.kind == Kind::arm) {
     return read_arm<T, F>(source, object);
   } else {
-    const Path path = child_path(source, F.name.data());
     auto *place = place_of<T, F>(object);
     if constexpr (F.kind == Kind::structure) {
-      read_structure<*F.structure>(source, path.data(), place);
+      read_structure<*F.structure>(source, F.name, place);
     } else if constexpr (light_encodings::is_light(F.kind)) {
-      light_encodings::from_xml<light_encodings::type_of<F>()>(
-          source.handle, source.space_id, path.data(), source.document, place, source.err,
-          source.message, source.message_size);
+      read_light<light_encodings::type_of<F>()>(source, F.name, place);
     } else {
-      read_primitive<F.kind>(source, path.data(), place);
+      read_primitive<F.kind>(source, F.name, place);
     }
     return goes_on(source);
   }
 }
 
-template <const Structure &T, std::uint8_t floor>
-bool read_fields(const Source &source, void *object) {
-  return field_walk::every_field<T, floor>(
-      [&]<const Field & F>() { return read_field<T, F>(source, object); });
+// The object's variant is not looked at: fields of all floors are asked for, and those of later
+// floors stand behind the others in every structure.
+template <const Structure &T>
+void read_fields(const Source &source, void *object) {
+  every_floor<T>(T.variants - 1, [&]<std::uint8_t floor>() {
+    return field_walk::every_field<T, floor>(
+        [&]<const Field & F>() { return read_field<T, F>(source, object); });
+  });
 }
 
-// The object's variant is not looked at: fields of all floors are asked for, and those of later
-// floors stand behind the others in every structure. A choice, which creates objects of its own as
-// it reads, registers the trace first.
+// A choice, which creates objects of its own as it reads, registers the trace first.
 template <const Structure &T>
 void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
               kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
               std::int32_t message_size) {
   if (!begin(handle, err)) return;
   if constexpr (T.is_choice()) register_trace();
-  const Source source{handle, space_id, path, document, err, message, message_size};
-  if (!open(source)) return;
-  every_floor<T>(T.variants - 1,
-                 [&]<std::uint8_t floor>() { return read_fields<T, floor>(source, object); });
+  Source source{handle, space_id, path, document, err, message, message_size};
+  Progress progress;
+  find(source, progress, longest_below<T>);
+  if (source.element == nullptr && !open(source)) return;
+  read_fields<T>(source, object);
+  if (source.element != nullptr) tell(source);
 }
 
 }  // namespace harbor::xml

@@ -3,7 +3,7 @@
 // here too. form is how a value is written inline as a text that needs no escape.
 #pragma once
 
-#include <kelp/primitives.h>
+#include <kelp/xml_elements.h>
 
 #include <kelp/quick_text.hpp>
 #include <string_view>
@@ -15,13 +15,14 @@ namespace harbor {
 template <Kind kind>
 struct Primitive;
 
-#define HARBOR_PRIMITIVE_COMMON(family)             \
-  static constexpr std::string_view name = #family; \
-  static constexpr auto set = &family##_set;        \
-  static constexpr auto hash = &family##_hash;      \
-  static constexpr auto print = &family##_print;    \
-  static constexpr auto to_xml = &family##_to_xml;  \
-  static constexpr auto from_xml = &family##_from_xml
+#define HARBOR_PRIMITIVE_COMMON(family)                \
+  static constexpr std::string_view name = #family;    \
+  static constexpr auto set = &family##_set;           \
+  static constexpr auto hash = &family##_hash;         \
+  static constexpr auto print = &family##_print;       \
+  static constexpr auto to_xml = &family##_to_xml;     \
+  static constexpr auto from_xml = &family##_from_xml; \
+  static constexpr auto read_element = &family##_read_element
 
 #define HARBOR_PRIMITIVE_CALLED(family)              \
   static constexpr auto get = &family##_get;         \
@@ -86,7 +87,7 @@ struct Primitive<Kind::u8> {
   HARBOR_PRIMITIVE_COMMON(u_int8);
   HARBOR_PRIMITIVE_VALUE(u_int8, UnsignedRule<std::uint8_t>)
   static constexpr auto create = &u_int8_create;
-  static constexpr auto elements_from_xml = &u_int8_elements_from_xml;
+  static constexpr auto read_row = &u_int8_read_row;
   static constexpr auto destroy = &u_int8_destroy;
   static constexpr auto size = &u_int8_sizeof;
 };
@@ -102,7 +103,7 @@ struct Primitive<Kind::u32> {
   HARBOR_PRIMITIVE_COMMON(u_int32);
   HARBOR_PRIMITIVE_VALUE(u_int32, UnsignedRule<std::uint32_t>)
   static constexpr auto create = &u_int32_create;
-  static constexpr auto elements_from_xml = &u_int32_elements_from_xml;
+  static constexpr auto read_row = &u_int32_read_row;
   static constexpr auto destroy = &u_int32_destroy;
   static constexpr auto destroy_internal = &u_int32_destroy_internal;
   static constexpr auto size = &u_int32_sizeof;

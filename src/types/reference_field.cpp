@@ -44,7 +44,7 @@ void trace_missing(kelp_handle *handle, const kelp_oid &oid, std::uint32_t messa
 // Required: emptying a field marks no state, and an empty field is announced and zeroed again.
 void empty(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
            kelp_reference *field, std::uint32_t *err) {
-  if (kelp_oid_id_is_zero(field->oid.id) == 0) {
+  if (!kelp::quick::oid_id_is_zero(handle, field->oid.id)) {
     auto *mapping = kelplib_oid_id_mapping_get(handle, space_id, &field->oid, err);
     if (failed(reference, handle, err, reference.unresolved_for_clear)) return;
     if (mapping != nullptr) {
@@ -61,7 +61,7 @@ void empty(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t s
 // Gives up the reference that the field holds. A target that is gone is traced and no failure.
 bool drop_earlier(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
                   const kelp_reference *field, std::uint32_t *err) {
-  if (kelp_oid_id_is_zero(field->oid.id) != 0) return true;
+  if (kelp::quick::oid_id_is_zero(handle, field->oid.id)) return true;
   auto *mapping = kelplib_oid_id_mapping_get(handle, space_id, &field->oid, err);
   if (failed(reference, handle, err, reference.unresolved)) return false;
   if (mapping == nullptr) {
@@ -76,7 +76,7 @@ bool drop_earlier(const ReferenceFacts &reference, kelp_handle *handle, std::uin
 
 void *resolve(const ReferenceFacts &reference, kelp_handle *handle, std::uint32_t space_id,
               const kelp_reference *field, std::uint32_t *err) {
-  if (kelp_oid_id_is_zero(field->oid.id) != 0) return nullptr;
+  if (kelp::quick::oid_id_is_zero(handle, field->oid.id)) return nullptr;
   if (field->target_type != type_record_access::record_for(handle, space_id, reference.target)) {
     fail(handle, KELP_ERR_INVALID, err, About(*reference.field),
          "found a reference to something else, expected one to %s", reference.target->type_name);

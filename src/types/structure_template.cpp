@@ -3,9 +3,9 @@
 #include <kelp/oid.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <new>
-#include <span>
 
 #include "types/structure_facts.hpp"
 
@@ -28,29 +28,46 @@ struct Type {
 // A structure inside an object, or the object itself.
 struct Part {
   std::uint32_t offset;
-  std::uint32_t type;  // in Template::types
+  std::int8_t variant;
+  const kelp_type_record *record;
 };
 
-// A field that may own something, and the place of its structure.
+// A field that may own memory, and the place of its structure.
 struct Owner {
   const FieldFacts *field;
   std::uint32_t offset;
+
+  std::uint32_t place() const { return offset + field->offset; }
+};
+
+// Items of one kind, all made before any is put in.
+template <typename Item>
+class List {
+ public:
+  // False without memory.
+  bool make_room(std::size_t most) {
+    items_.reset(new (std::nothrow) Item[most]);
+    return items_ != nullptr;
+  }
+  void put(const Item &item) { items_[size_++] = item; }
+  Item *begin() const { return items_.get(); }
+  Item *end() const { return items_.get() + size_; }
+
+ private:
+  std::unique_ptr<Item[]> items_;
+  std::size_t size_ = 0;
 };
 
 struct Template {
   std::uint64_t writes = 0;
   std::uint64_t counters = 0;
   std::unique_ptr<std::uint8_t[]> bytes;
-  std::unique_ptr<Type[]> all_types;
-  std::unique_ptr<Part[]> all_parts;
-  std::unique_ptr<Owner[]> all_owners;
-  std::size_t type_count = 0;
-  std::size_t part_count = 0;
-  std::size_t owner_count = 0;
-
-  std::span<const Type> types() const { return {all_types.get(), type_count}; }
-  std::span<const Part> parts() const { return {all_parts.get(), part_count}; }
-  std::span<const Owner> owners() const { return {all_owners.get(), owner_count}; }
+  List<Type> types;
+  List<Part> parts;
+  List<Owner> owners;           // arrays and texts
+  List<std::uint32_t> arms;     // places of their pointers
+  List<std::uint32_t> targets;  // places of the ids that references hold
+  List<std::uint32_t> flags;    // places of the flags of all that is embedded with the object
 };
 
 namespace {
@@ -61,13 +78,8 @@ using Made = std::unique_ptr<Template>;
 struct Most {
   std::size_t types = 0;
   std::size_t parts = 0;
-  std::size_t owners = 0;
+  std::size_t fields = 0;
 };
-
-bool may_own(const FieldFacts &field) {
-  return field.kind == Kind::array || field.kind == Kind::arm || field.kind == Kind::text ||
-         field.kind == Kind::reference;
-}
 
 void count(const StructureFacts &facts, Most &most) {
   ++most.parts;
@@ -75,35 +87,51 @@ void count(const StructureFacts &facts, Most &most) {
   for (const FieldFacts &field : facts.fields) {
     if (field.kind == Kind::structure) count(*field.structure, most);
     if (field.light != nullptr) ++most.types;
-    if (may_own(field)) ++most.owners;
+    ++most.fields;
   }
 }
 
-std::uint32_t enter_type(Template &made, const kelp_type_record *record, std::uint8_t variants,
-                         std::uint32_t count) {
-  Type *const end = made.all_types.get() + made.type_count;
-  Type *const known = std::find_if(made.all_types.get(), end,
+void enter_type(Template &made, const kelp_type_record *record, std::uint8_t variants,
+                std::uint32_t count) {
+  Type *const known = std::find_if(made.types.begin(), made.types.end(),
                                    [&](const Type &type) { return type.record == record; });
-  if (known == end) {
-    *known = {record, static_cast<std::int8_t>(variants), 0};
-    ++made.type_count;
-  }
+  if (known == made.types.end()) made.types.put({record, static_cast<std::int8_t>(variants), 0});
   known->count += count;
-  return static_cast<std::uint32_t>(known - made.all_types.get());
+}
+
+void enter(Template &made, const StructureFacts &facts, std::uint32_t offset);
+
+void enter_field(Template &made, const FieldFacts &field, std::uint32_t offset) {
+  const std::uint32_t place = offset + field.offset;
+  constexpr std::uint32_t header_flags = offsetof(kelp_object_header, obj_flags);
+  switch (field.kind) {
+    case Kind::structure:
+      return enter(made, *field.structure, place);
+    case Kind::enumeration:
+    case Kind::flags:
+      made.flags.put(place + header_flags);
+      return enter_type(made, field.light->record, field.light->variants, 0);
+    case Kind::address:
+      return made.flags.put(place + header_flags);
+    case Kind::text:
+      made.flags.put(place + offsetof(kelp_vstring, obj_flags));
+      return made.owners.put({&field, offset});
+    case Kind::array:
+      return made.owners.put({&field, offset});
+    case Kind::arm:
+      return made.arms.put(place);
+    case Kind::reference:
+      return made.targets.put(place + offsetof(kelp_reference, oid) + offsetof(kelp_oid, id));
+    default:
+      return;
+  }
 }
 
 void enter(Template &made, const StructureFacts &facts, std::uint32_t offset) {
-  const std::uint32_t type = enter_type(made, facts.record, facts.variants, 1);
-  made.all_parts[made.part_count++] = {offset, type};
-  for (const FieldFacts &field : facts.fields) {
-    if (field.kind == Kind::structure) {
-      enter(made, *field.structure, offset + field.offset);
-    } else if (field.light != nullptr) {
-      enter_type(made, field.light->record, field.light->variants, 0);
-    } else if (may_own(field)) {
-      made.all_owners[made.owner_count++] = {&field, offset};
-    }
-  }
+  enter_type(made, facts.record, facts.variants, 1);
+  made.parts.put({offset, static_cast<std::int8_t>(facts.variants - 1), facts.record});
+  made.flags.put(offset + offsetof(kelp_object_header, obj_flags));
+  for (const FieldFacts &field : facts.fields) enter_field(made, field, offset);
 }
 
 // Null without memory.
@@ -113,11 +141,10 @@ Made make(const StructureFacts &facts) {
   Made made(new (std::nothrow) Template);
   if (made == nullptr) return nullptr;
   made->bytes.reset(new (std::nothrow) std::uint8_t[facts.object_size]);
-  made->all_types.reset(new (std::nothrow) Type[most.types]);
-  made->all_parts.reset(new (std::nothrow) Part[most.parts]);
-  made->all_owners.reset(new (std::nothrow) Owner[most.owners]);
-  if (made->bytes == nullptr || made->all_types == nullptr || made->all_parts == nullptr ||
-      made->all_owners == nullptr) {
+  if (made->bytes == nullptr || !made->types.make_room(most.types) ||
+      !made->parts.make_room(most.parts) || !made->owners.make_room(most.fields) ||
+      !made->arms.make_room(most.fields) || !made->targets.make_room(most.fields) ||
+      !made->flags.make_room(most.parts + most.fields)) {
     return nullptr;
   }
   enter(*made, facts, 0);
@@ -131,7 +158,7 @@ bool is_ordinary(const kelp_handle *handle) {
 }
 
 bool are_as_they_were(const Template &known) {
-  return std::all_of(known.types().begin(), known.types().end(),
+  return std::all_of(known.types.begin(), known.types.end(),
                      [](const Type &type) { return type.is_as_it_was(); });
 }
 
@@ -141,28 +168,38 @@ const Template *usable(const StructureFacts &facts, const kelp_handle *handle) {
   return known != nullptr && is_ordinary(handle) && are_as_they_were(*known) ? known : nullptr;
 }
 
-template <typename Value>
-Value *at(void *object, const Owner &owner) {
-  return reinterpret_cast<Value *>(bytes(object) + owner.offset + owner.field->offset);
-}
-
-// Nothing of the parts has another life than that of the object.
+// Nothing of the parts has another life than that of the object, and no arm or reference holds
+// anything. Nearly all objects are so, and all of it is looked at without a branch.
 bool is_ordinary(const Template &known, void *object) {
   constexpr std::uint8_t special =
       OBJ_OID_MAPPED | OBJ_STATE_TRACKED | OBJ_RA_DATA | OBJ_STTR_RELOCATED | OBJ_TINFO_BLOCK;
-  for (const Part &part : known.parts()) {
+  const auto word_at = [object](std::uint32_t place) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes(object) + place, sizeof word);
+    return word;
+  };
+  bool differs = false;
+  for (const Part &part : known.parts) {
     const kelp_object_header *header = header_of(bytes(object) + part.offset);
-    const Type &type = known.all_types[part.type];
-    if (header->tinfo != type.record || header->variant != type.variants - 1 ||
-        (header->obj_flags & special) != 0) {
-      return false;
-    }
+    differs |= header->tinfo != part.record;
+    differs |= header->variant != part.variant;
+    differs |= (header->obj_flags & special) != 0;
   }
-  return std::all_of(known.owners().begin(), known.owners().end(), [&](const Owner &owner) {
-    if (owner.field->kind == Kind::arm) return *at<void *>(object, owner) == nullptr;
-    return owner.field->kind != Kind::reference ||
-           kelp_oid_id_is_zero(at<kelp_reference>(object, owner)->oid.id) != 0;
-  });
+  std::uint64_t held = 0;
+  for (const std::uint32_t place : known.arms) held |= word_at(place);
+  for (const std::uint32_t place : known.targets) {
+    held |= word_at(place) | word_at(place + sizeof held);
+  }
+  return !differs && held == 0;
+}
+
+// Counts the object and all structures in it.
+void count(const Template &known, kelp_handle *handle, std::uint64_t kelp_variant_entry::*counter) {
+  handle->quick->write_counts[kelp::quick::kCounterWrite] += known.counters;
+  for (const Type &type : known.types) {
+    if (type.count == 0) continue;
+    kelp::quick::add_to_counter(type.record, &(type.entry().*counter), type.count);
+  }
 }
 
 }  // namespace
@@ -196,11 +233,7 @@ bool create(const StructureFacts &facts, kelp_handle *handle, std::uint32_t spac
   std::memcpy(*object, known->bytes.get(), facts.object_size);
   kelp::quick::clear_last_error(handle);
   handle->quick->write_counts[kelp::quick::kModuleWrite] += known->writes;
-  handle->quick->write_counts[kelp::quick::kCounterWrite] += known->counters;
-  for (const Type &type : known->types()) {
-    if (type.count == 0) continue;
-    kelp::quick::add_to_counter(type.record, &type.entry().create_count, type.count);
-  }
+  count(*known, handle, &kelp_variant_entry::create_count);
   return true;
 }
 
@@ -208,21 +241,28 @@ bool destroy(const StructureFacts &facts, kelp_handle *handle, std::uint32_t spa
              void *object) {
   const Template *known = usable(facts, handle);
   if (known == nullptr || !is_ordinary(*known, object)) return false;
-  for (const Owner &owner : known->owners()) {
+  for (const Owner &owner : known->owners) {
+    if (*reinterpret_cast<void **>(bytes(object) + owner.place()) == nullptr) continue;
     if (owner.field->kind == Kind::array) {
       array_field::remove(*owner.field->array, handle, space_id, bytes(object) + owner.offset);
-    } else if (owner.field->kind == Kind::text &&
-               at<kelp_vstring>(object, owner)->text != nullptr) {
-      kelp_vstring_destroy_internal(handle, space_id, at<kelp_vstring>(object, owner), 0);
+    } else {
+      auto *text = reinterpret_cast<kelp_vstring *>(bytes(object) + owner.place());
+      kelp_vstring_destroy_internal(handle, space_id, text, 0);
     }
   }
-  handle->quick->write_counts[kelp::quick::kCounterWrite] += known->counters;
-  for (const Type &type : known->types()) {
-    if (type.count == 0) continue;
-    kelp::quick::add_to_counter(type.record, &type.entry().destroy_count, type.count);
-  }
+  count(*known, handle, &kelp_variant_entry::destroy_count);
   store<kelp_type_record *>(handle, space_id, &header_of(object)->tinfo, nullptr);
   handle->obj_free(handle->obj_pool, space_id, object);
+  return true;
+}
+
+bool mark_embedded(const StructureFacts &facts, const kelp_handle *handle, void *object) {
+  const Template *known = facts.kept->load(std::memory_order_acquire);
+  if (known == nullptr || kelp::quick::of(handle) == nullptr) return false;
+  std::uint64_t *writes = kelp::quick::unheard_writes(handle);
+  if (writes == nullptr) return false;
+  for (const std::uint32_t place : known->flags) bytes(object)[place] |= OBJ_EMBEDDED;
+  *writes += static_cast<std::uint64_t>(known->flags.end() - known->flags.begin());
   return true;
 }
 

@@ -41,6 +41,10 @@ void keep(const StructureFacts &facts, const kelp_handle *handle, const void *ob
 bool destroy(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
              void *object);
 
+// Marks an object and all that is embedded with it as embedded; false, with nothing done, when the
+// rules have to.
+bool mark_embedded(const StructureFacts &facts, const kelp_handle *handle, void *object);
+
 }  // namespace structure_template
 
 }  // namespace harbor

@@ -162,6 +162,78 @@ void live(harness::Store &store, const Structure &type, std::uint32_t round, boo
   account.step("destroy");
 }
 
+// Documents that differ from text, whose root is x, in one element each: it is not there, stands at
+// the front or comes again there with another content, is no value, holds a comment, a section or
+// an element, or has one beside it that is no field.
+std::vector<std::string> edited(const std::string &text) {
+  const std::size_t inside = std::string("<x>").size();
+  std::vector<std::size_t> elements;
+  for (std::size_t at = inside; (at = text.find('<', at)) != std::string::npos; ++at) {
+    if (text[at + 1] != '/') elements.push_back(at);
+  }
+  constexpr std::size_t most = 28;
+  std::vector<std::string> documents;
+  const std::size_t count = std::min(most, 7 * elements.size());
+  for (std::size_t number = 0; number < count; ++number) {
+    const std::size_t begin = elements[number * elements.size() / count];
+    const std::size_t content = text.find('>', begin) + 1;
+    const bool is_empty = text[content - 2] == '/';
+    const std::string name = text.substr(begin + 1, text.find_first_of(" />", begin) - begin - 1);
+    const std::string closing = "</" + name + ">";
+    const std::size_t end = is_empty ? content : text.find(closing, content) + closing.size();
+    const std::string element = text.substr(begin, end - begin);
+    std::string document = text;
+    switch (number % 7) {
+      case 0:
+        document.erase(begin, end - begin);
+        break;
+      case 1:
+        document.erase(begin, end - begin).insert(inside, element);
+        break;
+      case 2:
+        document.insert(begin, "<" + name + ">1" + closing);
+        break;
+      case 3:
+        document.replace(begin, end - begin, "<" + name + ">z&lt;" + closing);
+        break;
+      case 4:
+        document.insert(is_empty ? begin : content, "<!-- c --><![CDATA[1]]>");
+        break;
+      case 5:
+        document.replace(begin, end - begin, "<" + name + "><q>1</q>1" + closing);
+        break;
+      default:
+        document.insert(begin, "<q>1</q>");
+        break;
+    }
+    documents.push_back(document);
+  }
+  return documents;
+}
+
+// Objects read from what is no document of the library's own: results, words and what they hold.
+void read_edited(harness::Store &store, const Structure &type, bool tracked, Account &account) {
+  const encodings::Object<> filled(store, type);
+  Distinct(store, 0, tracked, nullptr).fill(filled, type);
+  std::uint32_t err = 0;
+  const std::string text = encodings::xml_of(store.handle(), filled, &err);
+  ASSERT_EQ(err, 0u);
+  for (const std::string &document : edited(text)) {
+    SCOPED_TRACE(document);
+    const encodings::Object<> object(store, type);
+    char message[300] = "";
+    err = 0;
+    encodings::read(store, object, document, &err, message, sizeof message);
+    account.step(std::string("edited ") + std::to_string(err) + " " + message,
+                 Account::Allocations::any);
+    kelp_error error{};
+    kelp_handle_last_error(store.handle(), &error);
+    account.lines.push_back(error.text);
+    err = 0;
+    account.lines.push_back(encodings::xml_of(store.handle(), object, &err));
+  }
+}
+
 std::vector<std::string> account_of(const Case &way_of_handle, Way way) {
   std::vector<std::string> lines;
   for (const Structure *type : harbor::model::structures) {
@@ -173,6 +245,7 @@ std::vector<std::string> account_of(const Case &way_of_handle, Way way) {
     const bool tracked = way_of_handle.tracking == KELP_TRACKING_ON;
     Account account(store.handle());
     for (std::uint32_t round = 0; round < 2; ++round) live(store, *type, round, tracked, account);
+    read_edited(store, *type, tracked, account);
     std::uint32_t err = 0;
     EXPECT_EQ(store.err, err);
     lines.insert(lines.end(), account.lines.begin(), account.lines.end());
@@ -218,6 +291,57 @@ TEST(InlineHooks, EachHearsThoughTheOtherIsTheRuntimes) {
     EXPECT_GT(called, 0u);
     EXPECT_EQ(heard_by(Way::inline_work), called);
     handle->*hook = own;
+  }
+}
+
+// What a hook of a program finds as the last error at each write.
+kelp_handle *asked = nullptr;
+std::vector<std::string> *answers = nullptr;
+void ask(void *, const void *, std::size_t, std::uint32_t) {
+  kelp_error error{};
+  kelp_handle_last_error(asked, &error);
+  answers->push_back(error.text);
+}
+
+// An interface without its node_flag, read in a way; what was asked meanwhile, and the word of the
+// chain behind it.
+std::vector<std::string> read_incomplete(Way way, bool hears, bool in_chain) {
+  const auto is_interface = [](const Structure *type) { return type->name == "ospf_interface"; };
+  const Structure &type = **std::find_if(harbor::model::structures.begin(),
+                                         harbor::model::structures.end(), is_interface);
+  harness::Store store{{.tracking = KELP_TRACKING_ABSENT}};
+  kelp_handle *handle = store.handle();
+  const encodings::Object<> object(store, type);
+  kelp_handle_set_inline(handle, static_cast<std::uint32_t>(way));
+  std::vector<std::string> heard;
+  asked = handle;
+  answers = &heard;
+  const auto own = handle->write_notify;
+  if (hears) handle->write_notify = ask;
+  handle->cr_create = in_chain ? 1 : 0;
+  std::uint32_t err = 0;
+  encodings::read(store, object,
+                  "<x><network_type><POINT_TO_POINT/></network_type><cost>7</cost>"
+                  "<multi_area_val><cost>5</cost></multi_area_val><priority>1</priority></x>",
+                  &err);
+  handle->write_notify = own;
+  EXPECT_EQ(err, 0u);
+  heard.push_back(std::to_string(std::exchange(handle->cr_err, 0)));
+  handle->cr_create = 0;
+  return heard;
+}
+
+TEST(InlineXml, SaysAtOnceWhatIsMissingWhereSomebodyHears) {
+  const std::vector<std::string> called = read_incomplete(Way::by_calls, true, false);
+  EXPECT_EQ(read_incomplete(Way::inline_work, true, false), called);
+  EXPECT_NE(called.front().find("found no element"), std::string::npos) << called.front();
+}
+
+TEST(InlineXml, LeavesTheFirstMissingElementInAChain) {
+  for (const bool hears : {false, true}) {
+    const std::vector<std::string> called = read_incomplete(Way::by_calls, hears, true);
+    EXPECT_EQ(called.back(), "2");
+    EXPECT_EQ(read_incomplete(Way::inline_work, hears, true), called);
   }
 }
 

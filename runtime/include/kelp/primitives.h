@@ -77,12 +77,6 @@ KELP_API void u_int8_from_xml(kelp_handle *handle, uint32_t space_id, const char
                               kelp_xml_document *document, uint8_t *address, uint32_t *err,
                               char *message, int32_t message_size);
 
-/* Reads the elements path[1], path[2] and so on into values, at most count of them, and returns how
- * many it read: it ends before the first that u_int8_from_xml would not read, whose reason that one
- * gives. Nothing is announced; what stands behind the values read may have changed. */
-KELP_API uint32_t u_int8_elements_from_xml(kelp_xml_document *document, const char *path,
-                                           uint8_t *values, uint32_t count);
-
 /* Returns a new zeroed u_int8 of its own, or null when obj_alloc gives none. The caller owns it. */
 KELP_API uint8_t *u_int8_create(kelp_handle *handle, uint32_t space_id);
 
@@ -213,10 +207,6 @@ KELP_API uint32_t u_int32_to_xml(kelp_handle *handle, uint32_t space_id, const c
 KELP_API void u_int32_from_xml(kelp_handle *handle, uint32_t space_id, const char *path,
                                kelp_xml_document *document, uint32_t *address, uint32_t *err,
                                char *message, int32_t message_size);
-
-/* Reads the elements path[1], path[2] and so on as u_int8_elements_from_xml does. */
-KELP_API uint32_t u_int32_elements_from_xml(kelp_xml_document *document, const char *path,
-                                            uint32_t *values, uint32_t count);
 
 /* Returns a new zeroed u_int32 of its own, or null when obj_alloc gives none. The caller owns
  * it. */

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <kelp/core.h>
+#include <kelp/oid.h>
 #include <kelp/primitive_layout.h>
 #include <kelp/wire.h>
 #include <sys/single_threaded.h>
@@ -238,6 +239,19 @@ inline void adjust_variant(kelp_handle *handle, std::uint32_t space_id, void *ob
   kelplib_adjust_variant(handle, space_id, object, record, highest, err);
 }
 
+// --- references ---------------------------------------------------------------------------------
+
+// Whether the 16 bytes name nothing.
+inline bool is_zero(const std::uint8_t *id) {
+  std::uint64_t halves[2];
+  std::memcpy(halves, id, sizeof halves);
+  return (halves[0] | halves[1]) == 0;
+}
+
+inline bool oid_id_is_zero(const kelp_handle *handle, const std::uint8_t *id) {
+  return of(handle) != nullptr ? is_zero(id) : kelp_oid_id_is_zero(id) != 0;
+}
+
 // --- numbers in memory and in images ------------------------------------------------------------
 
 template <class T>
@@ -462,10 +476,11 @@ inline std::uint32_t oid_unmarshal(kelp_handle *handle, std::uint32_t space_id, 
 // clang-format off
 #define KELP_QUICK_NUMBER(each, family)                                                      \
   each(family##_get) each(family##_get_value) each(family##_set_value) each(family##_len)    \
-  each(family##_marshal) each(family##_unmarshal) each(family##_print) each(family##_to_xml)
+  each(family##_marshal) each(family##_unmarshal) each(family##_print) each(family##_to_xml) \
+  each(family##_from_xml)
 // Of the numbers that arrays hold.
 #define KELP_QUICK_ELEMENT(each, family)                                                     \
-  each(family##_create) each(family##_destroy) each(family##_set) each(family##_from_xml)
+  each(family##_create) each(family##_destroy) each(family##_set)
 #define KELP_QUICK_FUNCTIONS(each)                                                           \
   each(kelp_clear_last_error)                                                                \
   each(kelp_get_instance_variant) each(kelp_get_instance_obj_flag)                           \
@@ -482,7 +497,12 @@ inline std::uint32_t oid_unmarshal(kelp_handle *handle, std::uint32_t space_id, 
   each(ip_address_get_oid_count) each(kelp_vstring_get_oid_count)                            \
   each(ip_address_destroy_internal) each(kelp_vstring_destroy_internal)                      \
   each(ip_address_format) each(ip_address_print) each(ip_address_to_xml)                     \
-  each(kelplib_oid_release_internal)                                                         \
+  each(ip_address_from_xml) each(kelp_vstring_from_xml)                                      \
+  each(xml_get_element_value) each(xml_get_element_nodecount)                                \
+  each(kelp_store_err) each(kelp_describe_err)                                               \
+  each(kelp_boolean_set_instance_embedded) each(ip_address_set_instance_embedded)            \
+  each(kelp_vstring_set_instance_embedded)                                                   \
+  each(kelplib_oid_release_internal) each(kelp_oid_id_is_zero)                               \
   each(_kelp_instance_variant_marshal) each(_kelp_instance_variant_unmarshal)                \
   each(_kelp_instance_obj_flag_marshal) each(_kelp_instance_obj_flag_unmarshal)              \
   each(_kelp_variant_jump_marshal) each(_kelp_variant_jump_unmarshal)                        \

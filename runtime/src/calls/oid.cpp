@@ -83,8 +83,7 @@ void print_hex(const std::uint8_t *part, char *buffer, std::uint32_t size, std::
 }  // namespace kelp
 
 extern "C" uint32_t kelp_oid_id_is_zero(const uint8_t *id) {
-  constexpr uint8_t kZero[16] = {};
-  return id == nullptr || std::memcmp(id, kZero, sizeof kZero) == 0 ? 1 : 0;
+  return id == nullptr || kelp::quick::is_zero(id) ? 1 : 0;
 }
 
 extern "C" void *kelp_oid_to_handle(kelp_handle *handle, uint32_t space_id, const kelp_oid *oid,

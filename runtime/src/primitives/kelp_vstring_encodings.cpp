@@ -4,6 +4,7 @@
 #include <new>
 #include <string>
 
+#include "kelp/xml_elements.h"
 #include "primitives/vstring_text.hpp"
 #include "text/writer.hpp"
 #include "wire/bounds.hpp"
@@ -119,4 +120,14 @@ void kelp_vstring_from_xml(kelp_handle *handle, uint32_t space_id, const char *p
   } catch (const std::bad_alloc &) {
     kelp::raise(handle, err, KELP_ERR_NO_MEMORY);
   }
+}
+
+uint32_t kelp_vstring_read_element(kelp_handle *handle, uint32_t space_id,
+                                   const kelp_xml_element *element, kelp_vstring *address,
+                                   uint32_t *err) {
+  const pugi::xml_node node = kelp::node_of(element);
+  const char *text = kelp::whole_text(node);
+  if (address == nullptr || text == nullptr || kelp::is_hexadecimal(node)) return 0;
+  kelp::replace_text({handle, space_id}, address, text, err);
+  return 1;
 }

@@ -13,9 +13,8 @@ struct U32 : kelp::UnsignedRule<uint32_t> {
 
 KELP_EXPORT_NUMBER_FAMILY(u_int32, U32)
 
-uint32_t u_int32_elements_from_xml(kelp_xml_document *document, const char *path, uint32_t *values,
-                                   uint32_t count) {
-  return kelp::ValueFamily<U32>::elements_from_xml(document, path, values, count);
+uint32_t u_int32_read_row(const kelp_xml_row *row, uint32_t *values) {
+  return kelp::ValueFamily<U32>::read_row(*row, values);
 }
 
 uint32_t *u_int32_create(kelp_handle *handle, uint32_t space_id) {

@@ -13,9 +13,8 @@ struct U8 : kelp::UnsignedRule<uint8_t> {
 
 KELP_EXPORT_NUMBER_FAMILY(u_int8, U8)
 
-uint32_t u_int8_elements_from_xml(kelp_xml_document *document, const char *path, uint8_t *values,
-                                  uint32_t count) {
-  return kelp::ValueFamily<U8>::elements_from_xml(document, path, values, count);
+uint32_t u_int8_read_row(const kelp_xml_row *row, uint8_t *values) {
+  return kelp::ValueFamily<U8>::read_row(*row, values);
 }
 
 uint8_t *u_int8_create(kelp_handle *handle, uint32_t space_id) {

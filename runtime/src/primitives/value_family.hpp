@@ -9,12 +9,11 @@
 // it, and for anything else store(writer, address, value), which announces.
 #pragma once
 
-#include <algorithm>
 #include <new>
 
 #include "base/announce.hpp"
 #include "base/failure.hpp"
-#include "kelp/primitives.h"
+#include "kelp/xml_elements.h"
 #include "text/writer.hpp"
 #include "wire/bounds.hpp"
 #include "xml/element_reader.hpp"
@@ -112,28 +111,30 @@ struct ValueFamily {
     }
   }
 
-  static uint32_t elements_from_xml(const kelp_xml_document *document, const char *path,
-                                    Value *values, uint32_t count) {
-    if (document == nullptr || path == nullptr || values == nullptr) return 0;
-    const ElementIndex::Nodes row = document->find(path).row;
-    const auto end = static_cast<uint32_t>(std::min<size_t>(row.size(), count));
+  // What stands in several pieces may find no memory, and is read by its path.
+  static bool parse_element(const kelp_xml_element *element, Value *value) {
+    const char *text = whole_text(node_of(element));
+    return text != nullptr && Rule::parse(trimmed(text), value);
+  }
+
+  static bool read_element(Writer writer, const kelp_xml_element *element, Value *address) {
+    Value value{};
+    if (address == nullptr || !parse_element(element, &value)) return false;
+    store(writer, address, value);
+    return true;
+  }
+
+  static uint32_t read_row(const kelp_xml_row &row, Value *values) {
     uint32_t read = 0;
-    try {
-      while (read < end) {
-        const ElementText text{pugi::xml_node(row[read])};
-        if (!Rule::parse(trimmed(text.view()), &values[read])) break;
-        ++read;
-      }
-    } catch (const std::bad_alloc &) {
-      // What stands in several pieces is read alone.
-    }
+    while (read < row.count && parse_element(row.elements[read], &values[read])) ++read;
     return read;
   }
 };
 
 }  // namespace kelp
 
-// get, hash, len, marshal, unmarshal, print, to_xml and from_xml of a primitive.
+// get, hash, len, marshal, unmarshal, print, to_xml, from_xml and read_element of a
+// primitive.
 #define KELP_EXPORT_VALUE_FAMILY(prefix, Rule)                                                     \
   Rule::Value *prefix##_get(kelp_handle *, uint32_t, const Rule::Value *address, uint32_t *err) {  \
     return kelp::ValueFamily<Rule>::get(address, err);                                             \
@@ -165,6 +166,10 @@ struct ValueFamily {
                          char *message, int32_t message_size) {                                    \
     kelp::ValueFamily<Rule>::from_xml(                                                             \
         {handle, space_id}, {handle, path, document, err, message, message_size}, address);        \
+  }                                                                                                \
+  uint32_t prefix##_read_element(kelp_handle *handle, uint32_t space_id,                           \
+                                 const kelp_xml_element *element, Rule::Value *address) {          \
+    return kelp::ValueFamily<Rule>::read_element({handle, space_id}, element, address) ? 1 : 0;    \
   }
 
 // get_value, set and set_value of a number, beside the operations above.

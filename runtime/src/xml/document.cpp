@@ -153,7 +153,7 @@ kelp_xml_document *parse(std::string_view text, char *message, uint32_t size) {
     return nullptr;
   }
   pugi::xml_node too_deep;
-  if (!document->index.build(document->tree, text.size(), KELP_XML_MAX_DEPTH, &too_deep)) {
+  if (!document->index.build(document->tree, text.size(), &too_deep)) {
     describe(message, size, "an element nested too deep", document->position_of(too_deep));
     return nullptr;
   }

@@ -34,7 +34,7 @@ struct Found {
   uint32_t count = 0;                  // how many there are, see xml_get_element_nodecount
   ElementIndex::Nodes row;             // all of them, but for a name alone
 
-  pugi::xml_node element() const { return pugi::xml_node(first); }
+  pugi::xml_node element() const { return node_of(first); }
 };
 
 }  // namespace kelp

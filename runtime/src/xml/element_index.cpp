@@ -37,28 +37,6 @@ Word load(const char *at) {
   return word;
 }
 
-// Calls enter(element, parent, depth) with each element below tree, in document order, until it is
-// false.
-template <typename Enter>
-bool each_element(const pugi::xml_document &tree, const Enter &enter) {
-  std::vector<pugi::xml_node> parents{tree};
-  for (pugi::xml_node node = tree.first_child(); node;) {
-    pugi::xml_node next;
-    if (node.type() == pugi::node_element) {
-      if (!enter(node, parents.back(), static_cast<int>(parents.size()))) return false;
-      next = node.first_child();
-      if (next) parents.push_back(node);
-    }
-    if (!next) next = node.next_sibling();
-    while (!next && parents.size() > 1) {
-      next = parents.back().next_sibling();
-      parents.pop_back();
-    }
-    node = next;
-  }
-  return true;
-}
-
 }  // namespace
 
 // Texts are hashed sixteen bytes at a time; the last of them may overlap those before.
@@ -160,38 +138,60 @@ void ElementIndex::reserve(std::size_t elements) {
   group_slots_.resize(name_slots_.size());
 }
 
-bool ElementIndex::build(const pugi::xml_document &tree, std::size_t text_length, int max_depth,
-                         pugi::xml_node *too_deep) {
-  constexpr std::size_t kUsualElement = 16;  // bytes, with its tags
-  struct Element {
-    Node node;
-    std::uint32_t group;
-  };
-  seeds_ = process_seeds();
-  const std::size_t likely = text_length / kUsualElement + 8;
-  reserve(likely);
-  std::vector<Element> elements;
-  elements.reserve(likely);
-  Node above = nullptr;  // of the element before, and its group
-  std::uint32_t group = 0;
-  const auto enter = [&](pugi::xml_node node, pugi::xml_node parent, int depth) {
-    if (depth > max_depth) {
-      *too_deep = node;
+// Enters the elements of a tree in document order. With the options that documents are parsed with,
+// all other nodes are texts, which have no name.
+class ElementIndex::Walk : public pugi::xml_tree_walker {
+ public:
+  Walk(ElementIndex &index, std::size_t likely) : index_(index) { entries_.reserve(likely); }
+
+  bool begin(pugi::xml_node &tree) override {
+    levels_[0] = {element_of(tree), kNone};
+    return true;
+  }
+
+  bool for_each(pugi::xml_node &node) override {
+    const char *name = node.name();
+    if (*name == '\0') return true;
+    const auto depth = static_cast<std::size_t>(this->depth());
+    if (depth == KELP_XML_MAX_DEPTH) {
+      too_deep_ = node;
       return false;
     }
-    const std::string_view text = node.name();
-    if (elements.empty() || parent.internal_object() != above ||
-        text != names_[groups_[group].name].text) {
-      above = parent.internal_object();
-      group = number_of_group(above, number_of_name(text));
+    const Node element = element_of(node);
+    Level &level = levels_[depth];
+    if (level.group == kNone || std::strcmp(index_.name_of(level.group), name) != 0) {
+      level.group = index_.number_of_group(level.parent, index_.number_of_name(name));
     }
-    Named &named = names_[groups_[group].name].elements;
-    if (named.count++ == 0) named.first = node.internal_object();
-    ++groups_[group].count;
-    elements.push_back({node.internal_object(), group});
+    levels_[depth + 1] = {element, kNone};
+    entries_.push_back({element, level.group});
     return true;
+  }
+
+  std::span<const Entry> entries() const { return entries_; }
+  pugi::xml_node too_deep() const { return too_deep_; }
+
+ private:
+  static constexpr std::uint32_t kNone = UINT32_MAX;
+  // An element above the one that is entered, and the group of its last child.
+  struct Level {
+    Node parent;
+    std::uint32_t group;
   };
-  if (!each_element(tree, enter)) return false;
+
+  ElementIndex &index_;
+  std::vector<Entry> entries_;
+  pugi::xml_node too_deep_;
+  Level levels_[KELP_XML_MAX_DEPTH + 1];
+};
+
+// Counts the elements of each name and group, and puts those of each group in a run.
+void ElementIndex::gather(std::span<const Entry> entries) {
+  for (const Entry &entry : entries) {
+    Group &group = groups_[entry.group];
+    ++group.count;
+    Named &named = names_[group.name].elements;
+    if (named.count++ == 0) named.first = entry.node;
+  }
   std::uint32_t first = 0;
   for (Group &each : groups_) {
     each.first = first;
@@ -199,10 +199,24 @@ bool ElementIndex::build(const pugi::xml_document &tree, std::size_t text_length
     each.count = 0;
   }
   nodes_.resize(first);
-  for (const Element &element : elements) {
-    Group &its = groups_[element.group];
-    nodes_[its.first + its.count++] = element.node;
+  for (const Entry &entry : entries) {
+    Group &its = groups_[entry.group];
+    nodes_[its.first + its.count++] = entry.node;
   }
+}
+
+bool ElementIndex::build(const pugi::xml_document &tree, std::size_t text_length,
+                         pugi::xml_node *too_deep) {
+  constexpr std::size_t kUsualElement = 24;  // bytes, with its tags
+  seeds_ = process_seeds();
+  const std::size_t likely = text_length / kUsualElement + 8;
+  reserve(likely);
+  Walk walk(*this, likely);
+  if (!pugi::xml_node(tree).traverse(walk)) {
+    *too_deep = walk.too_deep();
+    return false;
+  }
+  gather(walk.entries());
   return true;
 }
 

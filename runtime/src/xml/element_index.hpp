@@ -2,8 +2,8 @@
 // when the document is parsed, so that a record of many fields or an array of many elements is read
 // in time that grows with the document and not with its square.
 //
-// Names are numbered: a name is hashed and compared as a text once for each element, and the
-// elements of an array, which follow each other under one name, only once for all of them.
+// Names are numbered: a name is hashed once for each element, and once for all elements of an
+// array, which follow each other under one name.
 #pragma once
 
 #include <array>
@@ -13,17 +13,27 @@
 #include <string_view>
 #include <vector>
 
+#include "kelp/xml_elements.h"
+
 namespace kelp {
+
+// An element goes out of the runtime under a name of its own.
+inline const kelp_xml_element *element_of(pugi::xml_node node) {
+  return reinterpret_cast<const kelp_xml_element *>(node.internal_object());
+}
+inline pugi::xml_node node_of(const kelp_xml_element *element) {
+  auto *node = const_cast<kelp_xml_element *>(element);
+  return pugi::xml_node(reinterpret_cast<pugi::xml_node_struct *>(node));
+}
 
 class ElementIndex {
  public:
-  using Node = pugi::xml_node_struct *;
+  using Node = const kelp_xml_element *;
   using Nodes = std::span<const Node>;
 
   // Takes in every element below tree, which was parsed from a text of that length. False when one
-  // lies deeper than max_depth; *too_deep then is that element.
-  bool build(const pugi::xml_document &tree, std::size_t text_length, int max_depth,
-             pugi::xml_node *too_deep);
+  // lies deeper than KELP_XML_MAX_DEPTH; *too_deep then is that element.
+  bool build(const pugi::xml_document &tree, std::size_t text_length, pugi::xml_node *too_deep);
 
   // How many elements of a name there are, and the first in document order; null for none.
   struct Named {
@@ -57,11 +67,20 @@ class ElementIndex {
     std::uint32_t first = 0;  // in nodes_
     std::uint32_t count = 0;
   };
+  // An element and the number of its group.
+  struct Entry {
+    Node node;
+    std::uint32_t group;
+  };
+  class Walk;
   // Numbers and 1, by hash; 0 for a free slot. A power of two, at most half full.
   using Slots = std::vector<std::uint32_t>;
 
   void reserve(std::size_t elements);
+  void gather(std::span<const Entry> entries);
   std::uint32_t hash_of(std::string_view text) const;
+  // Ends with a NUL, as the parser leaves it.
+  const char *name_of(std::uint32_t group) const { return names_[groups_[group].name].text.data(); }
   std::uint32_t slot_of_name(std::string_view text, std::uint32_t hash) const;
   std::uint32_t slot_of_group(Node parent, std::uint32_t name) const;
   std::uint32_t number_of_name(std::string_view text);

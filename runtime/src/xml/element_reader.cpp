@@ -11,7 +11,8 @@ namespace kelp {
 namespace {
 
 constexpr size_t kQuotedBytes = 40;
-constexpr std::string_view kWhite = " \t\r\n";
+
+bool is_white(char byte) { return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n'; }
 
 bool has_message(const XmlSource &source) {
   return source.message != nullptr && source.message_size > 0;
@@ -55,9 +56,11 @@ void refuse_text(const XmlSource &source, pugi::xml_node element, std::string_vi
 }
 
 std::string_view trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(kWhite);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kWhite) - first + 1);
+  const char *first = text.data();
+  const char *last = first + text.size();
+  while (first != last && is_white(*first)) ++first;
+  while (first != last && is_white(last[-1])) --last;
+  return {first, static_cast<size_t>(last - first)};
 }
 
 bool is_hexadecimal(pugi::xml_node element) {

@@ -3,10 +3,15 @@
 
 namespace kelp {
 
-ElementText::ElementText(pugi::xml_node element) {
+const char *whole_text(pugi::xml_node element) {
   const pugi::xml_node first = element.first_child();
-  if (first.type() == pugi::node_pcdata && !first.next_sibling()) {
-    view_ = first.value();
+  if (!first) return "";
+  return first.type() == pugi::node_pcdata && !first.next_sibling() ? first.value() : nullptr;
+}
+
+ElementText::ElementText(pugi::xml_node element) {
+  if (const char *whole = whole_text(element); whole != nullptr) {
+    view_ = whole;
     return;
   }
   bool several = false;

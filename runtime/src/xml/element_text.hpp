@@ -7,6 +7,10 @@
 
 namespace kelp {
 
+// The text of an element that holds one piece of text and nothing else, or nothing at all; null for
+// any other.
+const char *whole_text(pugi::xml_node element);
+
 // Valid as long as it and its document are. Nearly every element has its text in one piece, which
 // is then not copied; joining several pieces may throw std::bad_alloc.
 class ElementText {

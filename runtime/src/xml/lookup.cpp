@@ -1,10 +1,11 @@
 // The exported look-ups, through which modules read enumerations and flag sets and test whether an
-// element is there at all. They have no handle and no error word: the code is the result.
+// element is there at all. They have no handle and no error word: the code is the result. Behind
+// them those of elements that are found without paths.
 #include <algorithm>
 #include <cstring>
 #include <new>
 
-#include "kelp/xml.h"
+#include "kelp/xml_elements.h"
 #include "xml/document.hpp"
 #include "xml/element_text.hpp"
 
@@ -43,4 +44,31 @@ uint32_t xml_get_element_position(kelp_xml_document *document, const char *path,
   *line = static_cast<uint32_t>(at.line);
   *column = static_cast<uint32_t>(at.column);
   return 0;
+}
+
+const kelp_xml_element *kelp_xml_find(const kelp_xml_document *document, const char *path) {
+  return document == nullptr || path == nullptr ? nullptr : document->find(path).first;
+}
+
+kelp_xml_row kelp_xml_children(const kelp_xml_document *document, const kelp_xml_element *parent,
+                               const char *tag, size_t length, uint32_t *next) {
+  const std::string_view name(tag, length);
+  kelp::ElementIndex::Nodes row = document->index.group(*next, parent, name);
+  if (row.empty()) {
+    row = document->index.children(parent, name, next);
+  } else {
+    ++*next;
+  }
+  return {row.data(), static_cast<uint32_t>(row.size())};
+}
+
+uint32_t kelp_xml_empty_children(const kelp_xml_element *parent, const char **tags, uint32_t room) {
+  uint32_t count = 0;
+  for (pugi::xml_node child = kelp::node_of(parent).first_child(); child;
+       child = child.next_sibling()) {
+    if (child.type() != pugi::node_element) continue;
+    if (count == room || child.first_child()) return UINT32_MAX;
+    tags[count++] = child.name();
+  }
+  return count;
 }

@@ -38,27 +38,29 @@ constexpr auto kPlain = [] {
   return plain;
 }();
 
-// Whether all bytes of a word are printed ASCII and none of the three. A byte above 0x80 is told by
-// its own high bit, those that a subtraction finds by the borrow; a borrow from the byte below may
-// tell of one too many, never of one too few.
-bool is_plain_word(std::uint64_t word) {
-  constexpr std::uint64_t kOnes = UINT64_C(0x0101010101010101);
-  constexpr std::uint64_t kHigh = 0x80 * kOnes;
-  const auto without = [word](char byte) {
-    return (word ^ kOnes * static_cast<unsigned char>(byte)) - kOnes;
-  };
-  return ((word | (word - 0x20 * kOnes) | without('&') | without('!') | without('?')) & kHigh) == 0;
+// As many bytes as are looked at together.
+using Block = uint8_t __attribute__((vector_size(16)));
+constexpr size_t kBlock = sizeof(Block);
+
+// Whether a block needs no look: each byte is printed ASCII or a blank, and none of the three.
+bool is_plain_block(const char *text) {
+  Block block;
+  std::memcpy(&block, text, kBlock);
+  const auto is = [&](char byte) { return block == static_cast<uint8_t>(byte); };
+  const auto unprinted = block - 0x20 >= static_cast<uint8_t>(0x80 - 0x20);
+  const auto blank = is('\t') | is('\n') | is('\r');
+  const auto looks = (unprinted & ~blank) | is('&') | is('!') | is('?');
+  uint64_t halves[2];
+  static_assert(sizeof halves == kBlock);
+  std::memcpy(halves, &looks, sizeof halves);
+  return (halves[0] | halves[1]) == 0;
 }
 
 // Where the first byte at or behind at is that needs a look.
 size_t end_of_plain(std::string_view text, size_t at) {
-  constexpr size_t kWord = sizeof(std::uint64_t);
   for (;;) {
-    for (std::uint64_t word = 0; text.size() - at >= kWord; at += kWord) {
-      std::memcpy(&word, text.data() + at, kWord);
-      if (!is_plain_word(word)) break;
-    }
-    const size_t stop = std::min(text.size(), at + kWord);
+    while (text.size() - at >= kBlock && is_plain_block(text.data() + at)) at += kBlock;
+    const size_t stop = std::min(text.size(), at + kBlock);
     while (at < stop && kPlain[static_cast<unsigned char>(text[at])]) ++at;
     if (at < stop || at == text.size()) return at;
   }

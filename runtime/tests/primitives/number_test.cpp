@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kelp/hash.h"
+#include "kelp/xml_elements.h"
 #include "primitives/fixture.hpp"
 
 namespace {
@@ -489,44 +490,33 @@ TEST_F(PrimitiveNumberTest, TypeRecordsAreWhole) {
   EXPECT_STRNE(_ip_address_type_info_internal.md5_text, _kelp_vstring_type_info_internal.md5_text);
 }
 
-// Elements in one go: as many as can be read one by one, in front of the first that cannot.
+// Elements in one go: as many as can be read one by one, in front of the first that cannot. What
+// stands in several pieces is read alone.
 template <class Value>
-using ReadElements = uint32_t(kelp_xml_document *, const char *, Value *, uint32_t);
-
-template <class Value>
-std::vector<Value> elements_of(ReadElements<Value> *read, const std::string &text,
-                               const char *path = "//a/v", uint32_t room = 8) {
+std::vector<Value> row_of(uint32_t (*read)(const kelp_xml_row *, Value *),
+                          const std::string &text) {
   const Document document(text);
-  std::vector<Value> values(room);
-  values.resize(read(document, path, values.data(), room));
+  uint32_t next = 0;
+  const kelp_xml_row row =
+      kelp_xml_children(document, kelp_xml_find(document, "//a"), "v", 1, &next);
+  std::vector<Value> values(row.count);
+  values.resize(read(&row, values.data()));
   return values;
 }
 
-TEST(ElementsTest, AreReadInOrderUpToTheRoom) {
-  const std::string text = "<a><v>7</v><w>1</w><v> 200\n</v><v><!-- c -->2<!-- c -->5</v></a>";
-  EXPECT_EQ(elements_of(u_int8_elements_from_xml, text), (std::vector<uint8_t>{7, 200, 25}));
-  EXPECT_EQ(elements_of(u_int32_elements_from_xml, text), (std::vector<uint32_t>{7, 200, 25}));
-  EXPECT_EQ(elements_of(u_int8_elements_from_xml, text, "//a/v", 2),
-            (std::vector<uint8_t>{7, 200}));
+TEST(RowTest, IsReadInOrder) {
+  const std::string text = "<a><v>7</v><w>1</w><v> 200\n</v><v>25</v></a>";
+  EXPECT_EQ(row_of(u_int8_read_row, text), (std::vector<uint8_t>{7, 200, 25}));
+  EXPECT_EQ(row_of(u_int32_read_row, text), (std::vector<uint32_t>{7, 200, 25}));
+  EXPECT_EQ(row_of(u_int32_read_row, "<a/>"), std::vector<uint32_t>{});
 }
 
-TEST(ElementsTest, EndBeforeTheFirstThatIsNoNumberOfTheType) {
+TEST(RowTest, EndsBeforeTheFirstThatIsNoNumberOfTheType) {
   const std::string text = "<a><v>70</v><v>256</v><v>1</v><v/><v>2</v></a>";
-  EXPECT_EQ(elements_of(u_int8_elements_from_xml, text), (std::vector<uint8_t>{70}));
-  EXPECT_EQ(elements_of(u_int32_elements_from_xml, text), (std::vector<uint32_t>{70, 256, 1}));
-}
-
-TEST(ElementsTest, AreNoneForOtherPathsAndNullArguments) {
-  const std::string text = "<a><v>7</v></a>";
-  for (const char *path : {"//v", "//a/w", "//b/v", "a/v", "", "//a/v/"}) {
-    EXPECT_EQ(elements_of(u_int32_elements_from_xml, text, path), std::vector<uint32_t>{}) << path;
-  }
-  uint32_t value = 1;
-  const Document document(text);
-  EXPECT_EQ(u_int32_elements_from_xml(nullptr, "//a/v", &value, 1), 0u);
-  EXPECT_EQ(u_int32_elements_from_xml(document, nullptr, &value, 1), 0u);
-  EXPECT_EQ(u_int32_elements_from_xml(document, "//a/v", nullptr, 1), 0u);
-  EXPECT_EQ(value, 1u);
+  EXPECT_EQ(row_of(u_int8_read_row, text), (std::vector<uint8_t>{70}));
+  EXPECT_EQ(row_of(u_int32_read_row, text), (std::vector<uint32_t>{70, 256, 1}));
+  EXPECT_EQ(row_of(u_int8_read_row, "<a><v>1</v><v>2<!-- c -->5</v></a>"),
+            (std::vector<uint8_t>{1}));
 }
 
 }  // namespace
