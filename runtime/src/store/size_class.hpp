@@ -1,7 +1,7 @@
-// Size classes of blocks: multiples of 16, each as far above the one before it as 6 % of what is
-// asked allow.
+// Size classes of blocks: multiples of 16 that fill a span, each at most 6 % above what is asked.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -11,11 +11,15 @@ namespace kelp::store {
 inline constexpr std::size_t kAlignment = 16;
 inline constexpr std::size_t kLargestSlot = 16384;
 
-// The class above one of so many bytes.
+// The class above one of so many bytes: the largest of which a span holds one less.
 constexpr std::size_t next_class_bytes(std::size_t bytes) {
+  constexpr std::size_t kSpan = 65536 - kAlignment;
+  constexpr std::size_t kHead = 8;  // what a store keeps of each slot in front of them
+  const std::size_t fewer = kSpan / (bytes + kHead) - 1;
+  const std::size_t filling = (kSpan / fewer - kHead) / kAlignment * kAlignment;
   const std::size_t most = (bytes + 1) * 106 / 100 / kAlignment * kAlignment;
-  const std::size_t next = most > bytes ? most : bytes + kAlignment;
-  return next < kLargestSlot ? next : kLargestSlot;
+  const std::size_t next = std::max(std::min(filling, most), bytes + kAlignment);
+  return std::min(next, kLargestSlot);
 }
 
 inline constexpr std::size_t kClasses = [] {

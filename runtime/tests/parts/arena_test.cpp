@@ -92,6 +92,22 @@ TEST_F(ArenaTest, BlocksKeepTheirContentWhileOthersComeAndGo) {
   EXPECT_EQ(memory().used_bytes, 0u);
 }
 
+// Nor is much of a span left over behind the last of its blocks.
+TEST_F(ArenaTest, BlocksFillTheirSpans) {
+  void *least = allocate(1);
+  const std::uint64_t beside = memory().used_bytes - 16;
+  release(least);
+  for (const std::size_t size : {1264, 1808, 2176, 2512, 3104}) {
+    shut();
+    open();
+    const std::size_t count = (std::size_t{16} << 20) / size;
+    std::vector<void *> blocks;
+    for (std::size_t i = 0; i < count; ++i) blocks.push_back(allocate(size - beside));
+    EXPECT_LE(memory().reserved_bytes, count * (size + 16) + (std::size_t{1} << 20)) << size;
+    for (void *block : blocks) release(block);
+  }
+}
+
 TEST_F(ArenaTest, LargeBlocksGoBackToTheSystem) {
   const std::uint64_t before = memory().reserved_bytes;
   void *block = allocate(3 * 1024 * 1024);
