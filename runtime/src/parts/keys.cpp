@@ -11,11 +11,14 @@ namespace kelp {
 
 namespace {
 
-// What each pointer was seen under, in all stores of the process: the mix of store and key, 0 once
-// there were two. Never destroyed.
+// What each pointer was seen under, in all stores of the process. Never destroyed.
 struct Seen {
+  struct Place {
+    std::uint64_t place;  // the mix of store and key, 0 once there were two
+    std::uint64_t hash;   // of the key
+  };
   std::mutex mutex;
-  std::unordered_map<const void *, std::uint64_t> places;
+  std::unordered_map<const void *, Place> places;
 };
 
 Seen &seen() { return undying<Seen>(); }
@@ -46,12 +49,15 @@ bool Keys::is_first(const Entry &entry) const {
   return first;
 }
 
+// Of a key in all stores, never 0.
+std::uint64_t Keys::place_of(std::uint64_t hash) const { return store::mix(store_ ^ hash) | 1; }
+
 void Keys::remember(const void *pointer, std::uint64_t hash) const {
-  const std::uint64_t place = store::mix(store_ ^ hash) | 1;
+  const std::uint64_t place = place_of(hash);
   Seen &all = seen();
   const std::lock_guard lock(all.mutex);
-  const auto [known, fresh] = all.places.try_emplace(pointer, place);
-  if (!fresh && known->second != place) known->second = 0;
+  const auto [known, fresh] = all.places.try_emplace(pointer, Seen::Place{place, hash});
+  if (!fresh && known->second.place != place) known->second.place = 0;
 }
 
 void *Keys::find(const char *key) const {
@@ -95,22 +101,19 @@ void Keys::set(const char *key, void *pointer) {
 }
 
 bool Keys::confirms(const void *pointer) const {
-  std::uint64_t place = 0;
+  Seen::Place seen_under{};
   {
     Seen &all = seen();
     const std::lock_guard lock(all.mutex);
     const auto known = all.places.find(pointer);
     if (known == all.places.end()) return true;
-    place = known->second;
+    seen_under = known->second;
   }
-  if (place == 0) return false;
+  if (seen_under.place != place_of(seen_under.hash)) return false;
   const std::lock_guard lock(mutex_);
-  bool stands = false;
-  keys().each<Entry>([&](const Entry &entry) {
-    stands =
-        stands || (entry.pointer == pointer && (store::mix(store_ ^ entry.node.hash) | 1) == place);
-  });
-  return stands;
+  return keys().find<Entry>(seen_under.hash, [&](const Entry &entry) {
+    return entry.pointer == pointer;
+  }) != nullptr;
 }
 
 }  // namespace kelp

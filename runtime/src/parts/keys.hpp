@@ -54,6 +54,7 @@ class Keys {
   store::Index keys() const { return {*memory_, directory_->keys}; }
   bool is_first(const Entry &entry) const;
   Entry *find_entry(std::uint64_t hash, const char *key, std::size_t length) const;
+  std::uint64_t place_of(std::uint64_t hash) const;
   void remember(const void *pointer, std::uint64_t hash) const;
 
   mutable std::mutex mutex_;

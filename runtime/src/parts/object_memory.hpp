@@ -19,12 +19,12 @@ class Store;
 // The runtime's own things in a private database.
 class SystemMemory final : public store::Memory {
  public:
-  explicit SystemMemory(Arena &arena) : arena_(arena) {}
+  explicit SystemMemory(Arena &arena) : Memory(false), arena_(arena) {}
   void *take(std::size_t size) override { return arena_.allocate(size); }
   void give_back(void *block) override { arena_.free(block); }
-  void touch(const void *, std::size_t) override {}
 
  private:
+  void hear(const void *, std::size_t) override {}
   Arena &arena_;
 };
 

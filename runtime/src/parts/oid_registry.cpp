@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include "kelp/quick.hpp"

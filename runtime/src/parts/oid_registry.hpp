@@ -4,10 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <vector>
 
 #include "kelp/oid.h"
+#include "parts/short_lock.hpp"
 #include "store/layout.hpp"
 #include "store/memory.hpp"
 
@@ -43,7 +43,7 @@ class OidRegistry {
   void part_from_parent();
 
   // For the time of a fork, when nobody else may be inside.
-  std::mutex &mutex() { return mutex_; }
+  ShortLock &mutex() { return mutex_; }
 
  private:
   store::Index by_object() const { return {*memory_, directory_->oids_by_object}; }
@@ -54,7 +54,7 @@ class OidRegistry {
   kelp_oid_mapping *find_id(const std::uint8_t *id) const;
   kelp_oid next_oid();
 
-  mutable std::mutex mutex_;
+  mutable ShortLock mutex_;
   store::Memory *memory_ = nullptr;
   store::Directory *directory_ = nullptr;
   std::uint8_t identity_[16] = {};

@@ -2,6 +2,7 @@
 #include "parts/toc.hpp"
 
 #include <cstring>
+#include <mutex>
 #include <new>
 
 namespace kelp {

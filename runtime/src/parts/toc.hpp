@@ -5,10 +5,10 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
 #include <string_view>
 
 #include "kelp/table.h"
+#include "parts/short_lock.hpp"
 #include "store/layout.hpp"
 #include "store/memory.hpp"
 
@@ -42,7 +42,7 @@ class TableOfContents {
   bool forget(const kelp_table *table);
 
   // For the time of a fork, when nobody else may be inside.
-  std::mutex &mutex() { return mutex_; }
+  ShortLock &mutex() { return mutex_; }
 
  private:
   struct Entry;
@@ -54,7 +54,7 @@ class TableOfContents {
   Entry *make_entry(kelp_table *table, std::size_t path_length);
   void drop_entry(Entry *entry);
 
-  mutable std::mutex mutex_;
+  mutable ShortLock mutex_;
   store::Memory *memory_ = nullptr;
   store::Directory *directory_ = nullptr;
 };

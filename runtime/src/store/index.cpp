@@ -31,10 +31,14 @@ void Index::insert(IndexNode *node, std::uint64_t hash) {
   if (root_.count > root_.buckets && provide_segment(segment_of(root_.buckets))) split_next();
 }
 
-// The bucket behind the last one takes over its part of the nodes of another.
+// The bucket behind the last one takes over its part of the nodes of another. Nodes lie anywhere:
+// those of the buckets that come soon are asked for now.
 void Index::split_next() {
+  constexpr std::uint64_t kAhead = 8;
   const std::uint64_t fresh = root_.buckets;
-  IndexNode **from = bucket(fresh & (std::bit_floor(fresh) - 1));
+  const std::uint64_t number = fresh & (std::bit_floor(fresh) - 1);
+  if (number + kAhead < fresh) __builtin_prefetch(*bucket(number + kAhead));
+  IndexNode **from = bucket(number);
   memory_.set(root_.buckets, fresh + 1);
   IndexNode **to = bucket(fresh);
   memory_.touch(from, sizeof *from);

@@ -12,7 +12,9 @@ class Memory {
   virtual void *take(std::size_t size) = 0;
   virtual void give_back(void *block) = 0;
   // Bytes about to be changed.
-  virtual void touch(const void *address, std::size_t length) = 0;
+  void touch(const void *address, std::size_t length) {
+    if (hears_) hear(address, length);
+  }
 
   template <typename Word>
   void set(Word &word, Word value) {
@@ -21,7 +23,13 @@ class Memory {
   }
 
  protected:
+  // hears: whether hear is to be called.
+  explicit Memory(bool hears) : hears_(hears) {}
   ~Memory() = default;
+  virtual void hear(const void *address, std::size_t length) = 0;
+
+ private:
+  bool hears_;
 };
 
 }  // namespace kelp::store

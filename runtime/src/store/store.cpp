@@ -344,7 +344,7 @@ void Store::unlock_places() {
 
 View Store::view() const { return {base_, kHeapOffset + header_->head.spans * kSpanBytes}; }
 
-void Store::touch(const void *address, std::size_t length) {
+void Store::hear(const void *address, std::size_t length) {
   if (!writing_) return;
   const auto offset =
       reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(base_);

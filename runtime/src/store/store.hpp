@@ -122,7 +122,6 @@ class Store final : public Memory, public CursorPlaces, private Ground {
     return writing_ ? heap_.allocate(size, kRuntimes) : nullptr;
   }
   void give_back(void *block) override;
-  void touch(const void *address, std::size_t length) override;
 
   CursorTable *cursors(bool) override { return &gate_.cursors(); }
   std::uint32_t own_mark() const override { return gate_.own_mark(); }
@@ -139,7 +138,8 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   void on_rollback(std::function<void()> work) { after_rollback_ = std::move(work); }
 
  private:
-  Store() = default;
+  Store() : Memory(true) {}
+  void hear(const void *address, std::size_t length) override;
   std::int32_t open_files(kelp_error *error);
   std::int32_t check_identity(const Identity &identity, std::int64_t size, kelp_error *error) const;
   std::int32_t make_file(const Header &header, const std::string &place, kelp_error *error) const;

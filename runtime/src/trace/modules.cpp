@@ -1,4 +1,6 @@
 // The modules of the trace: registering them, and their levels.
+#include <cstring>
+
 #include "base/failure.hpp"
 #include "trace/record.hpp"
 #include "trace/trace.hpp"
@@ -50,7 +52,7 @@ extern "C" void xlog_module_init_fn(const char *name, uint32_t *id_word, uint32_
   // Called with every object that is made: a module that is known costs one comparison.
   uint32_t id = __atomic_load_n(id_word, __ATOMIC_RELAXED);
   const bool known = id != 0 && id <= trace.module_count.load(std::memory_order_acquire) &&
-                     trace.names[id] == name;
+                     std::strcmp(trace.names[id].c_str(), name) == 0;
   if (!known) {
     id = 0;
     kelp::without_exceptions([&] { id = kelp::trace::register_module(trace, name); });
