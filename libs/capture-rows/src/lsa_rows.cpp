@@ -1,7 +1,6 @@
 #include "capture_rows/lsa_rows.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <limits>
 #include <string_view>
 
@@ -84,10 +83,15 @@ class RowFiller {
   void text(auto setter, auto *object, std::string_view value) {
     set_text(session_, object, setter, value);
   }
-  void hex_text(auto setter, auto *object, const char *form, unsigned value) {
-    char digits[16];
-    const int length = std::snprintf(digits, sizeof digits, form, value);
-    text(setter, object, {digits, static_cast<std::size_t>(length)});
+  // As many digits as a number of this width has.
+  template <typename Number>
+  void hex_text(auto setter, auto *object, Number value) {
+    constexpr int bits = 8 * sizeof value;
+    char digits[2 + bits / 4] = {'0', 'x'};
+    for (int at = 0; at < bits / 4; ++at) {
+      digits[2 + at] = "0123456789abcdef"[value >> (bits - 4 - 4 * at) & 15];
+    }
+    text(setter, object, {digits, sizeof digits});
   }
   void address(auto setter, auto *object, std::uint32_t ipv4) {
     set_address(session_, object, setter, ipv4);
@@ -179,8 +183,8 @@ void RowFiller<Ops>::fill_header(ospfv2_header *header, const LsaV2 &lsa) {
   set(ospfv2_header_age_set_value, header, from.age);
   set(ospfv2_header_type_set_value, header, from.type);
   set(ospfv2_header_adv_router_set_value, header, from.advertising_router);
-  hex_text(ospfv2_header_seq_num_set, header, "0x%08x", from.sequence);
-  hex_text(ospfv2_header_checksum_set, header, "0x%04x", from.checksum);
+  hex_text(ospfv2_header_seq_num_set, header, from.sequence);
+  hex_text(ospfv2_header_checksum_set, header, from.checksum);
   set(ospfv2_header_length_set_value, header, from.length);
 }
 
@@ -412,8 +416,8 @@ void RowFiller<Ops>::fill_header(ospfv3_header *header, const LsaHeader &from) {
   set(lsa_header_age_set_value, field, from.age);
   set(lsa_header_type_set_value, field, from.type);
   set(lsa_header_adv_router_set_value, field, from.advertising_router);
-  hex_text(lsa_header_seq_num_set, field, "0x%08x", from.sequence);
-  hex_text(lsa_header_checksum_set, field, "0x%04x", from.checksum);
+  hex_text(lsa_header_seq_num_set, field, from.sequence);
+  hex_text(lsa_header_checksum_set, field, from.checksum);
   set(lsa_header_length_set_value, field, from.length);
 }
 
@@ -481,8 +485,7 @@ void RowFiller<Ops>::fill_external(ospfv3_lsa_external *field, const ExternalBod
        (external.flags & external3_e) != 0);
   set(ospfv3_lsa_external_referenced_ls_type_set_value, field, external.referenced_ls_type);
   text(ospfv3_lsa_external_external_prefix_set, field, prefix_text(external.prefix, holds_ipv4));
-  hex_text(ospfv3_lsa_external_external_prefix_options_set, field, "0x%02x",
-           external.prefix.options);
+  hex_text(ospfv3_lsa_external_external_prefix_options_set, field, external.prefix.options);
   if ((external.flags & external3_f) != 0) {
     address(ospfv3_lsa_external_forwarding_address_set, field, external.forwarding_address,
             holds_ipv4);
@@ -505,7 +508,7 @@ void RowFiller<Ops>::fill_prefixes(void (*set_table)(kelp_handle *, std::uint32_
     NewObject<ChildOps> new_object(session_);
     ospfv3_prefix_list *object = record.put(new_object);
     text(ospfv3_prefix_list_prefix_set, object, prefix_text(prefix, holds_ipv4));
-    hex_text(ospfv3_prefix_list_prefix_options_set, object, "0x%02x", prefix.options);
+    hex_text(ospfv3_prefix_list_prefix_options_set, object, prefix.options);
     insert(record, table);
   }
 }
@@ -523,7 +526,7 @@ void RowFiller<Ops>::fill_inter_area_prefix(ospfv3_inter_area_prefix *field,
                                             const InterAreaPrefixBody &inter, bool holds_ipv4) {
   set(ospfv3_inter_area_prefix_metric_set_value, field, inter.metric);
   text(ospfv3_inter_area_prefix_ia_prefix_set, field, prefix_text(inter.prefix, holds_ipv4));
-  hex_text(ospfv3_inter_area_prefix_ia_prefix_options_set, field, "0x%02x", inter.prefix.options);
+  hex_text(ospfv3_inter_area_prefix_ia_prefix_options_set, field, inter.prefix.options);
 }
 
 template <typename Ops>

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstring>
 
 namespace ospf_decode {
 
@@ -30,18 +32,79 @@ bool IpAddress::is_link_local() const {
   return is_v6 && bytes[0] == 0xfe && (bytes[1] & 0xc0) == 0x80;
 }
 
-std::string ipv4_text(std::uint32_t value) {
-  std::string out;
-  for (int shift = 24; shift >= 0; shift -= 8) {
-    if (!out.empty()) out += '.';
-    out += std::to_string(value >> shift & 0xff);
+namespace {
+
+// The text of an address or a prefix as it grows.
+class Text {
+ public:
+  void add(char character) { room_[length_++] = character; }
+  void add(unsigned value, int base = 10) {
+    const auto written =
+        std::to_chars(room_.data() + length_, room_.data() + room_.size(), value, base);
+    length_ = static_cast<std::size_t>(written.ptr - room_.data());
   }
-  return out;
+  void add_ipv4(std::uint32_t value);
+  void add_ipv6(const Ipv6Bytes &value);
+  std::string get() const { return {room_.data(), length_}; }
+
+ private:
+  std::array<char, 64> room_;
+  std::size_t length_ = 0;
+};
+
+void Text::add_ipv4(std::uint32_t value) {
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    add(value >> shift & 0xff);
+    if (shift != 0) add('.');
+  }
+}
+
+void Text::add_ipv6(const Ipv6Bytes &value) {
+  std::array<unsigned, 8> words{};
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    words[i] = static_cast<unsigned>(value[2 * i]) << 8 | value[2 * i + 1];
+  }
+  // The first of the longest runs of zeroes gives way to "::".
+  std::size_t gap = words.size();
+  std::size_t longest = 1;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    std::size_t end = i;
+    while (end < words.size() && words[end] == 0) ++end;
+    if (end - i > longest) {
+      gap = i;
+      longest = end - i;
+    }
+    i = std::max(i, end);
+  }
+  // What begins with zeroes may hold an IPv4 address.
+  if (gap == 0) {
+    inet_ntop(AF_INET6, value.data(), room_.data() + length_, INET6_ADDRSTRLEN);
+    length_ += std::strlen(room_.data() + length_);
+    return;
+  }
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i != 0) add(':');
+    if (i == gap) {
+      i += longest - 1;
+      if (i + 1 == words.size()) add(':');
+    } else {
+      add(words[i], 16);
+    }
+  }
+}
+
+}  // namespace
+
+std::string ipv4_text(std::uint32_t value) {
+  Text text;
+  text.add_ipv4(value);
+  return text.get();
 }
 
 std::string ipv6_text(const Ipv6Bytes &value) {
-  std::array<char, INET6_ADDRSTRLEN> text{};
-  return inet_ntop(AF_INET6, value.data(), text.data(), text.size()) ? text.data() : "";
+  Text text;
+  text.add_ipv6(value);
+  return text.get();
 }
 
 std::string ip_text(const IpAddress &value) {
@@ -49,9 +112,15 @@ std::string ip_text(const IpAddress &value) {
 }
 
 std::string prefix_text(const PrefixV3 &prefix, bool ipv4) {
-  const std::string address =
-      ipv4 ? ipv4_text(IpAddress{prefix.address, false}.as_v4()) : ipv6_text(prefix.address);
-  return address + '/' + std::to_string(prefix.length);
+  Text text;
+  if (ipv4) {
+    text.add_ipv4(IpAddress{prefix.address, false}.as_v4());
+  } else {
+    text.add_ipv6(prefix.address);
+  }
+  text.add('/');
+  text.add(unsigned{prefix.length});
+  return text.get();
 }
 
 }  // namespace ospf_decode

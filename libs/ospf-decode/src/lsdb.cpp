@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace ospf_decode {
 namespace {
@@ -10,23 +11,16 @@ namespace {
 // one though it takes none.
 constexpr Time age_slack = 3 * second;
 
-auto order(const LsdbKey &key) {
-  return std::tie(key.version, key.instance_id, key.scope, key.domain, key.type, key.link_state_id,
-                  key.advertising_router);
+// A key's members in the order of listings.
+using Packed = std::tuple<std::uint64_t, std::uint64_t, std::uint32_t>;
+
+Packed packed_key(const LsdbKey &key) {
+  return {std::uint64_t{key.version} << 48 | std::uint64_t{key.instance_id} << 40 |
+              static_cast<std::uint64_t>(key.scope) << 32 | key.domain,
+          std::uint64_t{key.type} << 32 | key.link_state_id, key.advertising_router};
 }
 
-}  // namespace
-
-bool operator<(const LsdbKey &a, const LsdbKey &b) { return order(a) < order(b); }
-
-std::uint16_t LsdbEntry::age_at(Time now) const {
-  const std::uint16_t then = std::min(header.age_seconds(), max_age);
-  if (header.do_not_age() || now <= received) return then;
-  const Time age = then + (now - received) / second;
-  return static_cast<std::uint16_t>(std::min<Time>(age, max_age));
-}
-
-std::size_t Lsdb::Hash::operator()(const LsdbKey &key) const {
+std::uint32_t hash_of(const LsdbKey &key) {
   constexpr std::uint64_t odd = 0x9e3779b97f4a7c15;
   const std::uint64_t first = std::uint64_t{key.link_state_id} << 32 | key.advertising_router;
   const std::uint64_t second_word = std::uint64_t{key.domain} << 32 |
@@ -35,7 +29,18 @@ std::size_t Lsdb::Hash::operator()(const LsdbKey &key) const {
                                     std::uint64_t{key.instance_id} << 4 | key.version;
   std::uint64_t mixed = (first ^ first >> 29) * odd;
   mixed = (mixed ^ second_word ^ mixed >> 32) * odd;
-  return static_cast<std::size_t>(mixed ^ mixed >> 31);
+  return static_cast<std::uint32_t>(mixed >> 32);
+}
+
+}  // namespace
+
+bool operator<(const LsdbKey &a, const LsdbKey &b) { return packed_key(a) < packed_key(b); }
+
+std::uint16_t LsdbEntry::age_at(Time now) const {
+  const std::uint16_t then = std::min(header.age_seconds(), max_age);
+  if (header.do_not_age() || now <= received) return then;
+  const Time age = then + (now - received) / second;
+  return static_cast<std::uint16_t>(std::min<Time>(age, max_age));
 }
 
 bool Lsdb::replaces(const LsdbEntry &held, const LsaHeader &header, Time time) {
@@ -52,10 +57,13 @@ bool Lsdb::replaces(const LsdbEntry &held, const LsaHeader &header, Time time) {
 
 Lsdb::Outcome Lsdb::offer(const LsdbKey &key, const LsaHeader &header, Bytes raw, bool complete,
                           Time time, std::uint64_t packet) {
-  const auto [it, is_new] = entries_.try_emplace(key);
-  LsdbEntry &entry = it->second;
+  const std::uint32_t number = number_of(key);
+  const bool is_new = number == 0;
+  LsdbEntry &entry = is_new ? entries_.emplace_back() : entries_[number - 1];
   if (is_new) {
     entry.key = key;
+    enter(key, static_cast<std::uint32_t>(entries_.size()));
+    ++size_;
     if (key.scope == Scope::link) link_keys_.push_back(key);
   } else if (!replaces(entry, header, time)) {
     const bool same =
@@ -74,16 +82,58 @@ Lsdb::Outcome Lsdb::offer(const LsdbKey &key, const LsaHeader &header, Bytes raw
 }
 
 const LsdbEntry *Lsdb::find(const LsdbKey &key) const {
-  const auto it = entries_.find(key);
-  return it == entries_.end() ? nullptr : &it->second;
+  const std::uint32_t number = number_of(key);
+  return number == 0 ? nullptr : &entries_[number - 1];
 }
 
+std::size_t Lsdb::search(const LsdbKey &key, std::uint32_t hash) const {
+  const std::size_t last = places_.size() - 1;
+  for (std::size_t at = hash & last;; at = (at + 1) & last) {
+    const Place &place = places_[at];
+    if (place.entry == 0) return at;
+    if (place.hash != hash) continue;
+    const LsdbEntry &entry = entries_[place.entry - 1];
+    if (entry.key == key && entry.instances != 0) return at;
+  }
+}
+
+std::uint32_t Lsdb::number_of(const LsdbKey &key) const {
+  return places_.empty() ? 0 : places_[search(key, hash_of(key))].entry;
+}
+
+void Lsdb::enter(const LsdbKey &key, std::uint32_t number) {
+  make_room();
+  const std::uint32_t hash = hash_of(key);
+  places_[search(key, hash)] = {hash, number};
+  ++taken_;
+}
+
+// Has a place free for one more entry. What was a key once is passed over in searches, until the
+// table grows.
+void Lsdb::make_room() {
+  if (4 * (taken_ + 1) <= 3 * places_.size()) return;
+  const std::size_t wider = std::max<std::size_t>(2 * places_.size(), 64);
+  const std::vector<Place> before = std::exchange(places_, std::vector<Place>(wider));
+  taken_ = 0;
+  for (const Place &place : before) {
+    if (place.entry == 0) continue;
+    const LsdbEntry &entry = entries_[place.entry - 1];
+    if (entry.instances == 0 || hash_of(entry.key) != place.hash) continue;
+    places_[search(entry.key, place.hash)] = place;
+    ++taken_;
+  }
+}
+
+// Sorting looks at keys that lie together, in words that order as they do.
 std::vector<const LsdbEntry *> Lsdb::sorted() const {
+  std::vector<std::pair<Packed, const LsdbEntry *>> packed;
+  packed.reserve(size_);
+  for_each([&](const LsdbEntry &entry) { packed.emplace_back(packed_key(entry.key), &entry); });
+  std::sort(packed.begin(), packed.end(),
+            [](const auto &a, const auto &b) { return a.first < b.first; });
   std::vector<const LsdbEntry *> out;
-  out.reserve(entries_.size());
-  for (const auto &[key, entry] : entries_) out.push_back(&entry);
-  std::sort(out.begin(), out.end(),
-            [](const LsdbEntry *a, const LsdbEntry *b) { return a->key < b->key; });
+  out.reserve(packed.size());
+  for (const auto &[key, entry] : packed) out.push_back(entry);
   return out;
 }
 
@@ -93,21 +143,26 @@ void Lsdb::join_links(std::uint32_t from, std::uint32_t to) {
   const std::vector<LsdbKey> keys(moved, link_keys_.end());
   link_keys_.erase(moved, link_keys_.end());
   for (const LsdbKey &key : keys) {
-    auto node = entries_.extract(key);
-    LsdbEntry &entry = node.mapped();
-    node.key().domain = to;
-    entry.key.domain = to;
-    const LsdbKey joined = entry.key;
-    const auto there = entries_.find(joined);
-    if (there == entries_.end()) {
-      entries_.insert(std::move(node));
+    const std::uint32_t number = number_of(key);
+    LsdbEntry &entry = entries_[number - 1];
+    LsdbKey joined = key;
+    joined.domain = to;
+    const std::uint32_t there = number_of(joined);
+    if (there == 0) {
+      entry.key = joined;
+      enter(joined, number);
       link_keys_.push_back(joined);
-    } else if (replaces(there->second, entry.header, entry.received)) {
-      entry.instances += there->second.instances;
-      there->second = std::move(entry);
-    } else {
-      there->second.instances += entry.instances;
+      continue;
     }
+    LsdbEntry &other = entries_[there - 1];
+    const std::uint32_t instances = other.instances + entry.instances;
+    if (replaces(other, entry.header, entry.received)) {
+      other = std::move(entry);
+      other.key = joined;
+    }
+    other.instances = instances;
+    entry = {};
+    --size_;
   }
 }
 

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <random>
+#include <set>
+
 #include "support/bytes.hpp"
 
 namespace ospf_decode::testing {
@@ -203,6 +207,58 @@ TEST(Lsdb, LinksThatAreOneShareTheirLsas) {
   EXPECT_NE(find(6, 1), nullptr);
   db.lsdb.join_links(6, 3);
   EXPECT_EQ(find(3, 1)->header.sequence, 0x80000009u);
+}
+
+// Offers to many links, some of which turn out to be one from time to time, beside a map of the
+// newest sequence numbers and how many instances there were.
+TEST(Lsdb, HoldsWhatAMapOfItsKeysHolds) {
+  Db db;
+  db.key.version = 3;
+  db.key.scope = Scope::link;
+  std::map<LsdbKey, std::pair<std::uint32_t, std::uint32_t>> expected;
+  std::mt19937 random(7);
+  std::set<LsdbKey> gone;
+  std::uint32_t links = 40;
+  for (int turn = 0; turn < 20000; ++turn) {
+    db.key.domain = random() % links;
+    db.key.link_state_id = random() % 200;
+    const std::uint32_t sequence = 1 + random() % 1000;
+    db.offer(header(sequence, 1, 1), 0);
+    auto &[newest, instances] = expected[db.key];
+    if (sequence > newest) {
+      newest = sequence;
+      ++instances;
+    }
+    if (turn % 1000 != 999) continue;
+    const std::uint32_t to = random() % --links;
+    db.lsdb.join_links(links, to);
+    for (auto each = expected.begin(); each != expected.end();) {
+      if (each->first.domain != links) {
+        ++each;
+        continue;
+      }
+      LsdbKey key = each->first;
+      gone.insert(key);
+      key.domain = to;
+      auto &[joined, of_both] = expected[key];
+      joined = std::max(joined, each->second.first);
+      of_both += each->second.second;
+      each = expected.erase(each);
+    }
+  }
+  ASSERT_EQ(db.lsdb.size(), expected.size());
+  std::size_t visited = 0;
+  db.lsdb.for_each([&](const LsdbEntry &) { ++visited; });
+  EXPECT_EQ(visited, expected.size());
+  auto next = expected.begin();
+  for (const LsdbEntry *entry : db.lsdb.sorted()) {
+    ASSERT_EQ(entry->key, next->first);
+    EXPECT_EQ(entry, db.lsdb.find(entry->key));
+    EXPECT_EQ(entry->header.sequence, next->second.first);
+    EXPECT_EQ(entry->instances, next->second.second);
+    ++next;
+  }
+  for (const LsdbKey &key : gone) EXPECT_EQ(db.lsdb.find(key), nullptr);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <deque>
 #include <vector>
 
 #include "ospf_decode/address.hpp"
@@ -58,12 +58,14 @@ class Lsdb {
                 std::uint64_t packet);
 
   const LsdbEntry *find(const LsdbKey &key) const;
-  std::size_t size() const { return entries_.size(); }
-  bool empty() const { return entries_.empty(); }
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
   // In no order.
   template <typename Act>
   void for_each(Act act) const {
-    for (const auto &[key, entry] : entries_) act(entry);
+    for (const LsdbEntry &entry : entries_) {
+      if (entry.instances != 0) act(entry);
+    }
   }
   // All entries in the order of keys; valid until the next offer.
   std::vector<const LsdbEntry *> sorted() const;
@@ -72,12 +74,23 @@ class Lsdb {
   void join_links(std::uint32_t from, std::uint32_t to);
 
  private:
-  struct Hash {
-    std::size_t operator()(const LsdbKey &key) const;
+  // A place of the table by which entries are found.
+  struct Place {
+    std::uint32_t hash = 0;
+    std::uint32_t entry = 0;  // its number, from 1 on; 0 was never taken
   };
   static bool replaces(const LsdbEntry &held, const LsaHeader &header, Time time);
+  // The number of the key's place, or of the free one where it belongs.
+  std::size_t search(const LsdbKey &key, std::uint32_t hash) const;
+  // The number of the key's entry, 0 for none.
+  std::uint32_t number_of(const LsdbKey &key) const;
+  void enter(const LsdbKey &key, std::uint32_t number);
+  void make_room();
 
-  std::unordered_map<LsdbKey, LsdbEntry, Hash> entries_;
+  std::deque<LsdbEntry> entries_;   // those that went up in others have no instances
+  std::size_t size_ = 0;            // without them
+  std::vector<Place> places_;       // a power of two of them, at most three quarters taken
+  std::size_t taken_ = 0;           // by entries, and by what was one's key once
   std::vector<LsdbKey> link_keys_;  // of every entry of link scope
 };
 
