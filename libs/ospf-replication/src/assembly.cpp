@@ -8,24 +8,22 @@ Assembly::Assembly(const Epoch &epoch, const HadRows &had, const Sums &sums, boo
   if (!from_nothing) sums_ = sums;
 }
 
-// Takes out of the sums what stood under the path.
-void Assembly::forget(const std::string &path) {
-  if (const auto held = waiting_.find(path); held != waiting_.end()) {
-    if (!held->second.is_gone) sums_.take(held->second.luid, held->second.row);
-    bytes_ -= held->second.image.size();
-  } else if (!from_nothing_) {
-    if (const auto had = had_.find(path); had != had_.end()) {
-      sums_.take(had->second.luid, had->second.row);
-    }
+// Takes out of the sums what stood under a path.
+void Assembly::forget(const Held &held, const Had *had) {
+  if (held.sequence != 0) {
+    if (!held.is_gone) sums_.take(held.luid, held.row);
+    bytes_ -= held.image.size();
+  } else if (!from_nothing_ && had != nullptr) {
+    sums_.take(had->luid, had->row);
   }
 }
 
 void Assembly::take(const std::string &path, const Message &message, const Limits &limits) {
   const std::uint64_t sequence = message.stamp.sequence;
-  const auto waiting = waiting_.find(path);
-  const std::uint64_t before = waiting != waiting_.end() ? waiting->second.sequence
-                               : from_nothing_           ? 0
-                                                         : passed_ + 1;
+  const auto known = waiting_.find(path);
+  const std::uint64_t before = known != waiting_.end() ? known->second.sequence
+                               : from_nothing_         ? 1
+                                                       : passed_ + 1;
   if (sequence < before) {
     throw Replayed("transaction " + std::to_string(sequence) + " again",
                    std::to_string(before) + " or a later one");
@@ -35,23 +33,23 @@ void Assembly::take(const std::string &path, const Message &message, const Limit
                         std::to_string(limits.bytes) + " bytes without a commit",
                     "fewer");
   }
-  Held held;
+  const auto there = had_.find(path);
+  const Had *had = there == had_.end() ? nullptr : &there->second;
+  const auto entry = known != waiting_.end() ? known : waiting_.try_emplace(path).first;
+  Held &held = entry->second;
+  if (held.sequence == 0) in_order_.push_back(&*entry);
+  forget(held, had);
   held.sequence = sequence;
   held.references = message.references;
   held.is_gone = message.kind == MessageKind::gone;
-  if (!held.is_gone) {
-    held.row = digest_of(path, message.references, message.image);
-    held.luid = luid_of(message.image);
-  }
-  forget(path);
-  const auto had = had_.find(path);
-  const bool is_same = had != had_.end() && !held.is_gone && had->second.row == held.row;
-  if (!held.is_gone) {
-    sums_.add(held.luid, held.row);
-    if (!is_same) held.image.assign(message.image.begin(), message.image.end());
-  }
+  held.image.clear();
+  if (held.is_gone) return;
+  held.row = digest_of(path, message.references, message.image);
+  held.luid = luid_of(message.image);
+  sums_.add(held.luid, held.row);
+  if (had != nullptr && had->row == held.row) return;
+  held.image.assign(message.image.begin(), message.image.end());
   bytes_ += held.image.size();
-  waiting_.insert_or_assign(path, std::move(held));
 }
 
 bool Assembly::is_whole(const Commit &commit) const {
@@ -67,6 +65,7 @@ void Assembly::has_passed(std::uint64_t sequence) {
   passed_ = sequence;
   from_nothing_ = false;
   waiting_.clear();
+  in_order_.clear();
   bytes_ = 0;
 }
 

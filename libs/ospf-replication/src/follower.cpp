@@ -116,7 +116,8 @@ bool Follower::take(const Arrival &arrival) {
     }
     const bool is_row = subject.starts_with(subjects_.rows);
     const std::string path = is_row ? subject.substr(subjects_.rows.size()) : "";
-    if (is_row ? steps_of(path).empty() : subject != subjects_.commit) {
+    const RowPlaces::Place place = is_row ? places_.of(path) : RowPlaces::Place{};
+    if (is_row ? !place.is_one : subject != subjects_.commit) {
       throw Foreign("another subject", "the path of a row or the commit marker");
     }
     const Message message = read_message(arrival.body);
@@ -124,7 +125,7 @@ bool Follower::take(const Arrival &arrival) {
       throw MessageFault("a message of another kind than its subject", "what the subject names");
     }
     if (!is_row) return take_commit(message.commit, arrival.is_last);
-    take_row(path, message);
+    take_row(path, place.rule, message);
   } catch (const Oversized &fault) {
     refuse(Refusal::oversized, in_quotes(subject) + ": " + fault.what());
   } catch (const Replayed &fault) {
@@ -159,12 +160,9 @@ Assembly &Follower::assembly_of(const Epoch &epoch) {
   return assemblies_.try_emplace(epoch, epoch, had_, sums_, true, passed).first->second;
 }
 
-// Rows of tables that this edition does not know are counted, and are in no table.
-void Follower::check_image(const std::string &path, ByteView image) const {
-  const tree_exchange::TableRule *rule = rule_at(path);
-  if (rule == nullptr) return;
+void Follower::check_image(const tree_exchange::TableRule &rule, ByteView image) {
   ospf_harbor_check_result result;
-  if (ospf_harbor_check_image(OSPF_HARBOR_CHECK_RECORD, rule->name, image.data(), image.size(),
+  if (ospf_harbor_check_image(OSPF_HARBOR_CHECK_RECORD, rule.name, image.data(), image.size(),
                               &result) != OSPF_HARBOR_FAULT_NONE) {
     throw MessageFault(std::string(result.found) + " in the image at offset " +
                            std::to_string(result.offset) + " " + result.path + " " + result.piece,
@@ -172,8 +170,10 @@ void Follower::check_image(const std::string &path, ByteView image) const {
   }
 }
 
-void Follower::take_row(const std::string &path, const Message &message) {
-  if (message.kind == MessageKind::row) check_image(path, message.image);
+// Rows of tables that this edition does not know are counted, and are in no table.
+void Follower::take_row(const std::string &path, const tree_exchange::TableRule *rule,
+                        const Message &message) {
+  if (message.kind == MessageKind::row && rule != nullptr) check_image(*rule, message.image);
   assembly_of(message.stamp.epoch).take(path, message, limits_);
 }
 
@@ -194,7 +194,7 @@ bool Follower::take_commit(const Commit &commit_marker, bool is_last) {
 }
 
 bool Follower::commit(Assembly &assembly, const Stamp &stamp) {
-  Application application(session_, had_, assembly);
+  Application application(session_, had_, assembly, places_);
   try {
     session_.changing_on([&](bool alone) {
       if (!alone && !look_at_store()) throw StoreMoved("others changed the rows of this site");

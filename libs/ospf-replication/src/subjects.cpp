@@ -27,6 +27,14 @@ std::string digest_token(const void *bytes, std::size_t size) {
   return "__" + hexadecimal(hash.high64, hash.low64);
 }
 
+// References are named as fields are.
+bool is_reference(std::string_view token) {
+  return !token.empty() && token.size() <= longest_token &&
+         std::ranges::all_of(token, [](char c) { return is_plain(c) || c == '_'; });
+}
+
+}  // namespace
+
 bool is_token(std::string_view token) {
   if (token.empty() || token.size() > longest_token) return false;
   if (token == "_") return true;
@@ -47,14 +55,6 @@ bool is_token(std::string_view token) {
   }
   return true;
 }
-
-// References are named as fields are.
-bool is_reference(std::string_view token) {
-  return !token.empty() && token.size() <= longest_token &&
-         std::ranges::all_of(token, [](char c) { return is_plain(c) || c == '_'; });
-}
-
-}  // namespace
 
 bool is_site_name(std::string_view text) {
   return !text.empty() && text.size() <= longest_site &&

@@ -40,6 +40,17 @@ class Walk {
   Bytes image_;
 };
 
+RowPlaces::Place place_of(const std::vector<Step> &steps) {
+  if (steps.empty()) return {};
+  if (steps.front().reference != root_rule().kind) return {true, nullptr};
+  const TableRule *rule = &root_rule();
+  for (std::size_t level = 1; level < steps.size() && rule != nullptr; ++level) {
+    const ReferenceRule *reference = reference_named(*rule, steps[level].reference);
+    rule = reference == nullptr ? nullptr : reference->child;
+  }
+  return {true, rule};
+}
+
 }  // namespace
 
 std::string token_of(Session &session, const TableRule &rule, void *record) {
@@ -77,19 +88,18 @@ Sums sums_of(Session &session) {
   return sums;
 }
 
-const TableRule *rule_at(std::string_view path) {
-  const TableRule *rule = nullptr;
-  for (const Step &step : steps_of(path)) {
-    if (rule == nullptr) {
-      if (step.reference != root_rule().kind) return nullptr;
-      rule = &root_rule();
-      continue;
-    }
-    const ReferenceRule *reference = reference_named(*rule, step.reference);
-    if (reference == nullptr) return nullptr;
-    rule = reference->child;
-  }
-  return rule;
+RowPlaces::Place RowPlaces::of(std::string_view path) {
+  constexpr std::size_t most_tables = 10'000;
+  const std::size_t end = path.rfind('.');
+  if (end == path.npos || path.size() > longest_path || !is_token(path.substr(end + 1))) return {};
+  const std::string_view table = path.substr(0, end);
+  if (table == latest_) return latest_place_;
+  latest_ = table;
+  const auto [place, is_new] = tables_.try_emplace(latest_);
+  if (is_new) place->second = place_of(steps_of(path));
+  latest_place_ = place->second;
+  if (tables_.size() > most_tables) tables_.clear();
+  return latest_place_;
 }
 
 }  // namespace ospf_replication

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <ctime>
 
@@ -83,7 +84,8 @@ std::int32_t Gate::enter(const std::uint8_t (&id)[16], kelp_error *error) {
                      std::memcmp(table_->boot, boot, sizeof boot) == 0 &&
                      std::memcmp(table_->id, id, sizeof table_->id) == 0;
   if (!known) {
-    std::memset(static_cast<void *>(table_), 0, sizeof *table_);
+    // Places of changes that nobody counted need not be empty.
+    std::memset(static_cast<void *>(table_), 0, offsetof(LockTable, changes.blocks));
     table_->layout = kLayoutVersion;
     std::memcpy(table_->boot, boot, sizeof boot);
     std::memcpy(table_->id, id, sizeof table_->id);

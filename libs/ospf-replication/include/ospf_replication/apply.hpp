@@ -5,12 +5,14 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "ospf_replication/assembly.hpp"
 #include "ospf_replication/subjects.hpp"
+#include "ospf_replication/tree_rows.hpp"
 #include "ospf_tables/session.hpp"
 
 namespace ospf_replication {
@@ -22,8 +24,9 @@ class Unsound : public std::runtime_error {
 
 class Application {
  public:
-  Application(ospf_tables::Session &session, const HadRows &had, const Assembly &assembly)
-      : session_(session), had_(had), assembly_(assembly) {}
+  Application(ospf_tables::Session &session, const HadRows &had, const Assembly &assembly,
+              RowPlaces &places)
+      : session_(session), had_(had), assembly_(assembly), places_(places) {}
 
   // Within the write lock. Throws Unsound and LibraryFailure; all of it is to be undone then.
   void apply();
@@ -32,24 +35,36 @@ class Application {
   std::size_t changed() const { return come_.size() + gone_.size(); }
 
  private:
-  using Entry = std::pair<const std::string, Held>;
+  using Entry = Assembly::Entry;
+  // A row above others, which come one behind the other.
+  struct Above {
+    std::string_view path;
+    const Had *had = nullptr;
+    std::int64_t *children = nullptr;
+  };
+
   void sort_out();
   void remove(const std::string &path);
   void put(const std::string &path, const Held &held);
-  void *table_of(const std::string &path, const Step &step, const Had *parent);
+  void *put_record(const std::string &path, const Held &held, const tree_exchange::TableRule &rule,
+                   const Had *before, const Had *parent);
+  void *table_of(const std::string &path, const Had *parent);
   void tie(const tree_exchange::TableRule &rule, void *record, void *before,
            std::uint32_t references);
-  const Had *find(const std::string &path) const;
-  void count_child(const std::string &path, int step);
+  const Had *find(std::string_view path) const;
+  const Above &above(std::string_view path);
 
   ospf_tables::Session &session_;
   const HadRows &had_;
   const Assembly &assembly_;
+  RowPlaces &places_;
   std::vector<const Entry *> come_;
   std::vector<const std::string *> gone_;
-  std::unordered_map<std::string, Had> staged_;
-  std::unordered_set<std::string> removed_;
-  std::unordered_map<std::string, std::int64_t> children_;
+  // By paths that lie in the assembly or in what the follower has.
+  std::unordered_map<std::string_view, Had> staged_;
+  std::unordered_set<std::string_view> removed_;
+  std::unordered_map<std::string_view, std::int64_t> children_;
+  Above above_;
 };
 
 }  // namespace ospf_replication

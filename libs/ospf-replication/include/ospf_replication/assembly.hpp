@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "ospf_replication/messages.hpp"
 
@@ -16,7 +18,7 @@ struct Held {
   Luid luid{};
   std::uint32_t references = 0;
   bool is_gone = false;
-  std::uint64_t sequence = 0;  // of the transaction that brought it
+  std::uint64_t sequence = 0;  // of the transaction that brought it, from 1
   Bytes image;                 // empty when what the follower has is the same
 };
 
@@ -56,7 +58,10 @@ class Assembly {
 
   const Epoch &epoch() const { return epoch_; }
   bool from_nothing() const { return from_nothing_; }
+  using Entry = std::pair<const std::string, Held>;
   const std::unordered_map<std::string, Held> &waiting() const { return waiting_; }
+  // The same in the order in which their paths came first, which is the tree's.
+  const std::vector<const Entry *> &in_order() const { return in_order_; }
   const Sums &sums() const { return sums_; }
   // The latest transaction that was whole.
   std::uint64_t passed() const { return passed_; }
@@ -70,7 +75,7 @@ class Assembly {
   void has_passed(std::uint64_t sequence);
 
  private:
-  void forget(const std::string &path);
+  void forget(const Held &held, const Had *had);
 
   Epoch epoch_;
   const HadRows &had_;
@@ -78,6 +83,7 @@ class Assembly {
   bool from_nothing_;
   std::uint64_t passed_;
   std::unordered_map<std::string, Held> waiting_;
+  std::vector<const Entry *> in_order_;
   std::size_t bytes_ = 0;
 };
 

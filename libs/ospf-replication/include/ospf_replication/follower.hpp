@@ -13,6 +13,7 @@
 #include "ospf_replication/assembly.hpp"
 #include "ospf_replication/carrier.hpp"
 #include "ospf_replication/subjects.hpp"
+#include "ospf_replication/tree_rows.hpp"
 #include "ospf_tables/session.hpp"
 
 namespace ospf_replication {
@@ -57,10 +58,11 @@ class Follower {
 
   void begin();
   bool take(const Arrival &arrival);
-  void take_row(const std::string &path, const Message &message);
+  void take_row(const std::string &path, const tree_exchange::TableRule *rule,
+                const Message &message);
   bool take_commit(const Commit &commit, bool is_last);
   Assembly &assembly_of(const Epoch &epoch);
-  void check_image(const std::string &path, ByteView image) const;
+  static void check_image(const tree_exchange::TableRule &rule, ByteView image);
   bool commit(Assembly &assembly, const Stamp &stamp);
   bool look_at_store();
   void not_whole(const std::string &what, bool is_last);
@@ -71,6 +73,7 @@ class Follower {
   Subjects subjects_;
   std::function<void(const std::string &)> tell_;
   Limits limits_;
+  RowPlaces places_;
   HadRows had_;
   Sums sums_;
   bool has_looked_ = false;

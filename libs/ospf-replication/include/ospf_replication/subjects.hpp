@@ -26,6 +26,9 @@ bool is_site_name(std::string_view text);
 std::string token_of(std::string_view key);
 std::string token_of(std::span<const std::uint8_t> image);
 
+// Whether token_of() makes such a token.
+bool is_token(std::string_view text);
+
 // One level of a path.
 struct Step {
   std::string_view reference;

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include "ospf_replication/messages.hpp"
 #include "tree_exchange/table_rules.hpp"
@@ -33,7 +35,19 @@ Digest stored_digest(ospf_tables::Session &session, const tree_exchange::TableRu
 // The digests of the tables of a session's tree, as a commit marker of it would have them.
 Sums sums_of(ospf_tables::Session &session);
 
-// The rule of the table in which a path's row stands; null when this edition has no such table.
-const tree_exchange::TableRule *rule_at(std::string_view path);
+// Where rows stand by their paths, for who meets many of each table one behind the other.
+class RowPlaces {
+ public:
+  struct Place {
+    bool is_one = false;                             // the path is one that rows have
+    const tree_exchange::TableRule *rule = nullptr;  // null when this edition has no such table
+  };
+  Place of(std::string_view path);
+
+ private:
+  std::unordered_map<std::string, Place> tables_;  // by paths without the row's key
+  std::string latest_;
+  Place latest_place_;
+};
 
 }  // namespace ospf_replication
