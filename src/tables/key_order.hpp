@@ -30,7 +30,9 @@ std::int32_t compare(const kelp_record &a, const kelp_record &b) {
     const auto *x = place_of<*T.record, *T.key>(static_cast<const void *>(a.objects[0]));
     const auto *y = place_of<*T.record, *T.key>(static_cast<const void *>(b.objects[0]));
     if constexpr (T.shape() == model::Shape::inline_key) {
-      return three_way(*x, *y);
+      if (*x == *y) [[unlikely]]
+        return 0;
+      return *x < *y ? -1 : 1;
     } else if constexpr (T.key->kind == Kind::enumeration) {
       return enumeration::compare<*T.key->enumeration>(x, y);
     } else {
@@ -48,13 +50,17 @@ inline const kelp_record &record_at(const e_avl_node *node) {
 // for that, and it stays part of the comparator.
 template <const model::Table &T>
 std::int32_t compare_nodes(const e_avl_node *a, const e_avl_node *b, bool key_only) {
-  if (a == nullptr || b == nullptr) return three_way(a != nullptr, b != nullptr);
+  if (a == nullptr || b == nullptr) [[unlikely]]
+    return three_way(a != nullptr, b != nullptr);
   const kelp_record &x = record_at(a);
   const kelp_record &y = record_at(b);
-  if (!key_only && x.tenant_id != y.tenant_id) return three_way(x.tenant_id, y.tenant_id);
+  if (!key_only && x.tenant_id != y.tenant_id) [[unlikely]] {
+    return three_way(x.tenant_id, y.tenant_id);
+  }
   const std::int32_t keys = compare<T>(x, y);
-  if (keys != 0 || key_only) return keys < 0 ? -1 : keys > 0;
-  return three_way(x.src, y.src);
+  if (keys != 0) [[likely]]
+    return keys < 0 ? -1 : 1;
+  return key_only ? 0 : three_way(x.src, y.src);
 }
 
 }  // namespace harbor::key_order
