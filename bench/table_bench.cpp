@@ -1,10 +1,12 @@
 // A table of areas beside std::map and Boost's intrusive avl_set on the same keys: made and
-// inserted, found, walked by steps, taken out and ended. Making a row is part of inserting it on
-// every side, and ending it part of erasing it. Keys come in one seeded shuffled order.
+// inserted, found, stepped from in any order, walked by steps, taken out and ended; and a table
+// with keys of three numbers beside such an avl_set. Making a row is part of inserting it on every
+// side, and ending it part of erasing it. Keys come in one seeded shuffled order.
 #include <benchmark/benchmark.h>
 #include <ospf_harbor_oper.h>
 
 #include <algorithm>
+#include <array>
 #include <boost/intrusive/avl_set.hpp>
 #include <map>
 #include <memory>
@@ -24,7 +26,7 @@ std::vector<std::uint32_t> keys(std::size_t count) {
   return list;
 }
 
-// --- the three, with the same operations --------------------------------------------------------
+// --- the tables and their peers, with the same operations ---------------------------------------
 
 // A record and an object for each key. Found is the record behind a position, which is how a table
 // is asked for a key.
@@ -51,6 +53,7 @@ class Areas {
   Row *next(Row *row) {
     return tbl_ospf_area_ospf_area_area_id_get_next(store, 0, table_, row, &err);
   }
+  Row *behind(Row *row) { return next(row); }
   void erase(Row *row) { tbl_ospf_area_destroy_record(store, 0, row, &err); }
 
   bench::Store store;
@@ -66,6 +69,52 @@ class Areas {
   }
 
   tbl_ospf_area_table *table_;
+  Row *position_;
+};
+
+// A key object and a data object for each key, which is three numbers.
+class Links {
+ public:
+  using Row = tbl_ospfv3_link_record;
+  Links() : table_(tbl_ospfv3_link_table_open(store, 0, "links", 0, &err)), position_(make(0)) {}
+  ~Links() {
+    tbl_ospfv3_link_destroy_record(store, 0, position_, &err);
+    tbl_ospfv3_link_table_free(store, 0, table_, &err);
+    bench::require(err);
+  }
+  Row *insert(std::uint32_t key) {
+    Row *row = make(key);
+    tbl_ospfv3_link_insert(store, 0, table_, row, &err);
+    return row;
+  }
+  void *get(std::uint32_t key) {
+    set(tbl_ospfv3_link_ospfv3_link_key_get_field(store, 0, position_), key - 1);
+    return behind(position_);
+  }
+  Row *behind(Row *row) {
+    return tbl_ospfv3_link_ospfv3_link_key__get_next(store, 0, table_, row, &err);
+  }
+  void erase(Row *row) { tbl_ospfv3_link_destroy_record(store, 0, row, &err); }
+
+  bench::Store store;
+  std::uint32_t err = 0;
+
+ private:
+  Row *make(std::uint32_t key) {
+    Row *row = tbl_ospfv3_link_create_record(store, 0, &err);
+    ospfv3_link_key *object = ospfv3_link_key_create(store, 0);
+    set(object, key);
+    tbl_ospfv3_link_ospfv3_link_key_set_field(store, 0, row, object);
+    tbl_ospfv3_link_ospfv3_link_set_field(store, 0, row, ospfv3_link_create(store, 0));
+    return row;
+  }
+  void set(ospfv3_link_key *object, std::uint32_t key) {
+    ospfv3_link_key_interface_id_set_value(store, 0, object, key / 1000, &err);
+    ospfv3_link_key_neighbor_interface_id_set_value(store, 0, object, key % 1000, &err);
+    ospfv3_link_key_neighbor_router_id_set_value(store, 0, object, 7, &err);
+  }
+
+  tbl_ospfv3_link_table *table_;
   Row *position_;
 };
 
@@ -87,6 +136,10 @@ class Map {
     ++at_;
     return here();
   }
+  Row *behind(Row *row) {
+    at_ = map_.upper_bound(row->first);
+    return here();
+  }
   void erase(Row *row) { map_.erase(row->first); }
 
  private:
@@ -95,37 +148,48 @@ class Map {
   std::map<std::uint32_t, Value>::iterator at_;
 };
 
-class AvlSet {
+template <typename Key>
+class IntrusiveSet {
  public:
   struct Row : boost::intrusive::avl_set_base_hook<> {
-    explicit Row(std::uint32_t its_key) : key(its_key) {}
-    std::uint32_t key;
+    explicit Row(const Key &its_key) : key(its_key) {}
+    Key key;
     std::unique_ptr<Value> value = std::make_unique<Value>();
     friend bool operator<(const Row &a, const Row &b) { return a.key < b.key; }
   };
   Row *insert(std::uint32_t key) {
-    auto *row = new Row(key);
+    auto *row = new Row(key_of(key));
     set_.insert(*row);
     return row;
   }
   void *get(std::uint32_t key) {
-    return &*set_.find(key, [](const auto &a, const auto &b) { return of(a) < of(b); });
+    return &*set_.find(key_of(key), [](const auto &a, const auto &b) { return of(a) < of(b); });
   }
   Row *first() { return set_.empty() ? nullptr : &*set_.begin(); }
   Row *next(Row *row) {
     const auto following = std::next(set_.iterator_to(*row));
     return following == set_.end() ? nullptr : &*following;
   }
+  Row *behind(Row *row) { return next(row); }
   void erase(Row *row) {
     set_.erase(set_.iterator_to(*row));
     delete row;
   }
 
  private:
-  static std::uint32_t of(std::uint32_t key) { return key; }
-  static std::uint32_t of(const Row &row) { return row.key; }
+  static Key key_of(std::uint32_t key) {
+    if constexpr (std::is_same_v<Key, std::uint32_t>) {
+      return key;
+    } else {
+      return {key / 1000, key % 1000, 7};
+    }
+  }
+  static const Key &of(const Key &key) { return key; }
+  static const Key &of(const Row &row) { return row.key; }
   boost::intrusive::avl_set<Row> set_;
 };
+using AvlSet = IntrusiveSet<std::uint32_t>;
+using AvlSetOfThree = IntrusiveSet<std::array<std::uint32_t, 3>>;
 
 // --- the operations -----------------------------------------------------------------------------
 
@@ -185,6 +249,18 @@ void get(benchmark::State &state) {
   count_rows(state);
 }
 
+// The row behind each row, in the order in which they were made.
+template <typename Rows>
+void next(benchmark::State &state) {
+  Filled<Rows> filled(state);
+  filled.insert();
+  for (auto _ : state) {
+    for (auto *row : filled.rows) benchmark::DoNotOptimize(filled.table.behind(row));
+  }
+  filled.erase();
+  count_rows(state);
+}
+
 template <typename Rows>
 void walk(benchmark::State &state) {
   Filled<Rows> filled(state);
@@ -216,8 +292,18 @@ void erase(benchmark::State &state) {
   BENCHMARK_TEMPLATE(operation, Map)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)
 ROWS(insert);
 ROWS(get);
+ROWS(next);
 ROWS(walk);
 ROWS(erase);
 #undef ROWS
+
+#define LINKS(operation)                                                            \
+  BENCHMARK_TEMPLATE(operation, Links)->Arg(100000)->Unit(benchmark::kMillisecond); \
+  BENCHMARK_TEMPLATE(operation, AvlSetOfThree)->Arg(100000)->Unit(benchmark::kMillisecond)
+LINKS(insert);
+LINKS(get);
+LINKS(next);
+LINKS(erase);
+#undef LINKS
 
 }  // namespace
