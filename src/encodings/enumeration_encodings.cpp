@@ -32,14 +32,6 @@ std::uint32_t write_image(const EnumerationFacts &facts, kelp_handle *handle,
                           std::uint32_t space_id, std::uint8_t *buffer,
                           const EnumerationObject *object, std::int32_t length,
                           std::uint32_t *err) {
-  if (length >= static_cast<std::int32_t>(image_length) &&
-      type_record_access::is_ordinary(handle, object, err)) {
-    kelp::quick::clear_last_error(handle);
-    *buffer = static_cast<std::uint8_t>(
-        type_record_access::capped_variant(header_of(object)->variant, facts.type->variants));
-    kelp::quick::store_big_endian(buffer + 1, to_wire(*facts.type, object->value));
-    return image_length;
-  }
   if (!light_image::begin_image(facts.type->name.data(), handle, length, err)) return 0;
   const std::uint32_t head = light_image::marshal_variant(handle, space_id, buffer, object,
                                                           facts.type->variants, length, err);

@@ -38,29 +38,9 @@ std::int8_t written_variant(Writing &image, const void *object, std::uint32_t st
   return type_record_access::capped_variant(variant, variants);
 }
 
-// The frame of an object of which there is nothing to say, in one piece.
-bool open_quickly(const ImageFacts &facts, Writing &image, const void *object) {
-  constexpr std::int32_t head = 2;
-  if (image.length < head + KELP_WIRE_JUMP_SIZE || image.handle == nullptr ||
-      image.handle->sttr != nullptr ||
-      !type_record_access::is_ordinary(image.handle, object, image.err)) {
-    return false;
-  }
-  kelp::quick::clear_last_error(image.handle);
-  const kelp_object_header *header = header_of(object);
-  image.variant = type_record_access::capped_variant(header->variant, facts.variants);
-  image.buffer[0] = static_cast<std::uint8_t>(image.variant);
-  image.buffer[1] = header->obj_flags & wire_flags & static_cast<std::uint8_t>(~OBJ_STATE_TRACKED);
-  std::memset(image.buffer + head, 0, KELP_WIRE_JUMP_SIZE);
-  image.jump_at = head;
-  image.position = head + KELP_WIRE_JUMP_SIZE;
-  return true;
-}
-
 }  // namespace
 
 bool open(const ImageFacts &facts, Writing &image, const void *object, std::uint32_t strict) {
-  if (open_quickly(facts, image, object)) return true;
   if (!light_image::begin_image(facts.record->type_name, image.handle, image.length, image.err))
     return false;
   image.variant = written_variant(image, object, strict, facts.variants);

@@ -23,6 +23,7 @@
 #include "encodings/arm_creation.hpp"
 #include "encodings/field_walk.hpp"
 #include "encodings/light_encodings.hpp"
+#include "encodings/plain_image.hpp"
 #include "module/operation.hpp"
 #include "types/array_field.hpp"
 #include "types/primitive.hpp"
@@ -125,9 +126,7 @@ inline constexpr ImageFacts facts{
     messages::of_offset_jump(T),
 };
 
-// Variant, flags and jump word.
-inline constexpr std::uint32_t frame_length =
-    KELP_WIRE_VARIANT_SIZE + KELP_WIRE_OBJ_FLAG_SIZE + KELP_WIRE_JUMP_SIZE;
+using plain_image::frame_length;
 inline constexpr std::uint8_t wire_flags = OBJ_STATE_TRACKED | OBJ_RA_DATA;
 static_assert(wire_flags == 40);
 
@@ -264,48 +263,40 @@ inline constexpr std::int32_t run_length = [] {
   return length;
 }();
 
-// A run of numbers for which there is room, and of which nothing is to be said: one test for all.
-template <const Structure &T, std::uint8_t floor, std::size_t first, std::size_t end>
-bool write_run(Writing &image, const void *object) {
-  constexpr std::int32_t length = run_length<T, floor, first, end>;
-  if (kelp::quick::of(image.handle) == nullptr || image.carries_state || *image.err != 0 ||
-      image.remaining() < length) {
-    return false;
-  }
-  std::uint8_t *at = image.here();
-  image.position += length;
-  return field_walk::every_field_of<T, floor, first, end>([&]<const Field & F>() {
-    using Rule = typename Primitive<F.kind>::rule;
-    Rule::encode(*place_of<T, F>(object), at);
-    at += Rule::kImageSize;
-    return true;
-  });
-}
-
 template <const Structure &T, std::uint8_t floor>
 void write_fields(Writing &image, const void *object) {
-  field_walk::every_run<T, floor>(
-      [&]<std::size_t first, std::size_t end>() {
-        return write_run<T, floor, first, end>(image, object);
-      },
-      [&]<const Field & F>() {
-        write_field<T, F>(image, object);
-        if (*image.err != 0) [[unlikely]]
-          name_failure(image.handle, About(F));
-        return true;
-      });
+  field_walk::for_each_field<T, floor>([&]<const Field & F>() {
+    write_field<T, F>(image, object);
+    if (*image.err != 0) [[unlikely]]
+      name_failure(image.handle, About(F));
+  });
 }
 
 // No failure in the middle stops the writer: what is called under a set error word adds nothing,
 // and the jump word is patched in any case.
 template <const Structure &T>
-std::uint32_t write(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
-                    std::int32_t length, std::uint32_t strict, std::uint32_t *err) {
+[[gnu::noinline]] std::uint32_t write_by_rules(kelp_handle *handle, std::uint32_t space_id,
+                                               void *buffer, const void *object,
+                                               std::int32_t length, std::uint32_t strict,
+                                               std::uint32_t *err) {
   Writing image{handle, space_id, bytes(buffer), length, err};
   if (!open(facts<T>, image, object, strict)) return 0;
   for_each_floor<T>(image.variant,
                     [&]<std::uint8_t floor>() { write_fields<T, floor>(image, object); });
   return close(image);
+}
+
+template <const Structure &T>
+std::uint32_t write(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
+                    std::int32_t length, std::uint32_t strict, std::uint32_t *err) {
+  if (length > 0 && buffer != nullptr && plain_image::is_plain(handle, err)) [[likely]] {
+    std::uint8_t *const start = bytes(buffer);
+    if (const auto *end = plain_image::write<T>(start, start + length, object)) [[likely]] {
+      kelp::quick::forget_error(*handle->quick);
+      return static_cast<std::uint32_t>(end - start);
+    }
+  }
+  return write_by_rules<T>(handle, space_id, buffer, object, length, strict, err);
 }
 
 // --- the reader ---------------------------------------------------------------------------------
@@ -509,10 +500,8 @@ std::uint32_t len(kelp_handle *handle, std::uint32_t space_id, const void *objec
 // A null object passes null addresses to the primitives, and has no elements and no arms.
 template <const Structure &T, const Field &F>
 std::uint32_t field_len(kelp_handle *handle, std::uint32_t space_id, const void *object) {
-  if constexpr (F.kind == Kind::enumeration) {
-    return enumeration_encodings::image_length;
-  } else if constexpr (F.kind == Kind::flags) {
-    return flag_set_encodings::image_length;
+  if constexpr (light_encodings::is_light(F.kind)) {
+    return light_encodings::image_length<light_encodings::type_of<F>()>();
   } else if constexpr (F.kind == Kind::structure) {
     return len<*F.structure>(handle, space_id,
                              object == nullptr ? nullptr : place_of<T, F>(object));

@@ -32,6 +32,29 @@ constexpr const auto &type_of() {
   }
 }
 
+// The image of an object of which there is nothing to say; it has image_length<T>() bytes.
+template <const auto &T>
+constexpr std::uint32_t image_length() {
+  if constexpr (std::is_same_v<ObjectOf<T>, EnumerationObject>) {
+    return enumeration_encodings::image_length;
+  } else {
+    return flag_set_encodings::image_length;
+  }
+}
+template <const auto &T>
+void encode(const ObjectOf<T> *object, std::uint8_t *image) {
+  std::uint8_t *const behind = image + KELP_WIRE_VARIANT_SIZE;
+  *image =
+      static_cast<std::uint8_t>(type_record_access::capped_variant(object->variant, T.variants));
+  if constexpr (std::is_same_v<ObjectOf<T>, EnumerationObject>) {
+    kelp::quick::store_big_endian(behind, enumeration::map_to_internal_value<T>(object->value));
+  } else {
+    constexpr std::uint32_t jump = image_length<T>() - KELP_WIRE_VARIANT_SIZE;
+    kelp::quick::store_big_endian(behind, jump);
+    behind[KELP_WIRE_JUMP_SIZE] = object->flags;
+  }
+}
+
 template <const auto &T>
 std::uint32_t marshal(kelp_handle *handle, std::uint32_t space_id, void *buffer, const void *object,
                       std::int32_t length, std::uint32_t *err) {

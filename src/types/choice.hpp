@@ -112,19 +112,24 @@ using arm_type = typename Arm<F.held>::type;
 
 // --- the rules ----------------------------------------------------------------------------------
 
-// Required: the selector is not consulted.
 template <const Structure &T, const Field &F>
-void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
-  if (!field_access::reads_quickly<F>(handle, object, err) &&
-      !field_access::begin_read<F>(handle, object, err)) {
-    return nullptr;
-  }
+[[gnu::noinline]] void *get_by_steps(kelp_handle *handle, std::uint32_t space_id, void *object,
+                                     std::uint32_t *err) {
+  if (!field_access::begin_read<F>(handle, object, err)) return nullptr;
   auto *arm = static_cast<arm_type<F> *>(*place_of<T, F>(object));
   if constexpr (is_primitive(F.held)) {
     return Primitive<F.held>::get(handle, space_id, arm, err);
   } else {
     return arm;
   }
+}
+
+// Required: the selector is not consulted.
+template <const Structure &T, const Field &F>
+void *get(kelp_handle *handle, std::uint32_t space_id, void *object, std::uint32_t *err) {
+  if (!field_access::reads_quickly<F>(handle, object, err)) [[unlikely]]
+    return get_by_steps<T, F>(handle, space_id, object, err);
+  return *place_of<T, F>(object);
 }
 
 template <const Structure &T, const Field &F>

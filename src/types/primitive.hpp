@@ -126,6 +126,7 @@ struct Primitive<Kind::boolean> {
 template <>
 struct Primitive<Kind::address> {
   using value_type = ip_address;
+  using rule = kelp::quick::AddressRule;
   using form = kelp::quick::AddressForm;
   HARBOR_PRIMITIVE_COMMON(ip_address);
   HARBOR_PRIMITIVE_CALLED(ip_address);
@@ -140,6 +141,7 @@ struct Primitive<Kind::address> {
 template <>
 struct Primitive<Kind::text> {
   using value_type = kelp_vstring;
+  using rule = kelp::quick::TextRule;
   HARBOR_PRIMITIVE_COMMON(kelp_vstring);
   HARBOR_PRIMITIVE_CALLED(kelp_vstring);
   HARBOR_PRIMITIVE_OBJECT(kelp_vstring);

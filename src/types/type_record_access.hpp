@@ -174,10 +174,9 @@ void adjust_variant(kelp_handle *handle, std::uint32_t space_id, void *object, s
                               T.variants - 1, err);
 }
 
-// Whether a writer of images has nothing to say of the object's variant and may do the frame
-// inline.
-inline bool is_ordinary(const kelp_handle *handle, const void *object, const std::uint32_t *err) {
-  if (*err != 0 || object == nullptr || !kelp::quick::fixes_nothing(handle)) return false;
+// Whether a writer of images has nothing to say of the object and may write its frame inline: what
+// is not null stands at a variant of its type, has its record in place and carries no ra-data.
+inline bool is_ordinary(const void *object) {
   const kelp_object_header *header = header_of(object);
   const kelp_type_record *record = header->tinfo;
   return (header->obj_flags & (OBJ_TINFO_BLOCK | OBJ_RA_DATA)) == 0 && record != nullptr &&

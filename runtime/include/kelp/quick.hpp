@@ -323,6 +323,71 @@ struct BooleanRule {
   }
 };
 
+// The bits of an address of that family; 0 for the unset and for unknown ones.
+inline std::uint8_t address_bits(std::uint8_t family) {
+  return family == KELP_AF_IPV4 ? 32 : family == KELP_AF_IPV6 ? 128 : 0;
+}
+
+// The same address with everything that does not count zeroed: the header, bytes beyond the
+// family's, a zone outside IPv6, a prefix length that is not there or too long. An unknown family
+// is unset.
+inline ip_address canonical_address(const ip_address &address) {
+  ip_address canonical{};
+  const std::uint8_t bits = address_bits(address.family);
+  if (bits == 0) return canonical;
+  canonical.family = address.family;
+  std::memcpy(canonical.bytes, address.bytes, bits / 8);
+  if (address.has_prefix != 0 && address.prefix_length <= bits) {
+    canonical.has_prefix = 1;
+    canonical.prefix_length = address.prefix_length;
+  }
+  if (address.family == KELP_AF_IPV6) canonical.scope = address.scope;
+  return canonical;
+}
+
+// Family, prefix length or 255, sixteen bytes, scope.
+struct AddressRule {
+  using Value = ip_address;
+  static constexpr std::uint32_t kImageSize = 22;
+  static constexpr std::size_t kPrefixAt = 1;
+  static constexpr std::size_t kBytesAt = 2;
+  static constexpr std::size_t kScopeAt = 18;
+  static constexpr std::uint8_t kNoPrefix = 255;
+  static void encode(const ip_address &address, std::uint8_t *image) {
+    const ip_address value = canonical_address(address);
+    image[0] = value.family;
+    image[kPrefixAt] = value.has_prefix != 0 ? value.prefix_length : kNoPrefix;
+    std::memcpy(image + kBytesAt, value.bytes, sizeof value.bytes);
+    store_big_endian(image + kScopeAt, value.scope);
+  }
+  static bool decode(const std::uint8_t *image, ip_address *address) {
+    ip_address value{};
+    value.family = image[0];
+    value.has_prefix = image[kPrefixAt] != kNoPrefix;
+    value.prefix_length = image[kPrefixAt];
+    std::memcpy(value.bytes, image + kBytesAt, sizeof value.bytes);
+    value.scope = load_big_endian<std::uint32_t>(image + kScopeAt);
+    *address = canonical_address(value);
+    return address->family == value.family && address->has_prefix == value.has_prefix;
+  }
+};
+
+// Its length, then the bytes.
+struct TextRule {
+  using Value = kelp_vstring;
+  static constexpr std::uint32_t kLengthSize = sizeof(std::uint32_t);
+  // None for null.
+  static std::string_view bytes_of(const kelp_vstring *text) {
+    if (text == nullptr || text->text == nullptr) return {};
+    return {text->text, text->length};
+  }
+  static std::uint64_t image_size(std::string_view bytes) { return kLengthSize + bytes.size(); }
+  static void encode(std::string_view bytes, std::uint8_t *image) {
+    store_big_endian(image, static_cast<std::uint32_t>(bytes.size()));
+    if (!bytes.empty()) std::memcpy(image + kLengthSize, bytes.data(), bytes.size());
+  }
+};
+
 // False where there is something to say, with nothing done.
 template <class Rule>
 bool put_value(kelp_handle *handle, std::uint32_t space_id, typename Rule::Value *address,
@@ -434,12 +499,15 @@ inline std::uint32_t variant_jump_unmarshal(kelp_handle *handle, std::uint32_t s
 }
 
 // The handle word in network order, then id and source as they are.
+inline void encode_oid(const kelp_oid &oid, std::uint8_t *image) {
+  store_big_endian(image, oid.handle_word);
+  std::memcpy(image + sizeof oid.handle_word, oid.id, sizeof oid.id + sizeof oid.source);
+}
+
 inline bool put_oid(void *buffer, const kelp_oid *oid, std::int32_t length,
                     const std::uint32_t *err) {
   if (*err != 0 || !has_room(buffer, oid, KELP_WIRE_OID_SIZE, length)) return false;
-  auto *at = static_cast<std::uint8_t *>(buffer);
-  store_big_endian(at, oid->handle_word);
-  std::memcpy(at + sizeof oid->handle_word, oid->id, sizeof oid->id + sizeof oid->source);
+  encode_oid(*oid, static_cast<std::uint8_t *>(buffer));
   return true;
 }
 
@@ -494,6 +562,7 @@ inline std::uint32_t oid_unmarshal(kelp_handle *handle, std::uint32_t space_id, 
   KELP_QUICK_ELEMENT(each, u_int8) KELP_QUICK_ELEMENT(each, u_int32)                         \
   each(kelp_boolean_initialize) each(ip_address_initialize) each(kelp_vstring_initialize)    \
   each(ip_address_get) each(kelp_vstring_get)                                                \
+  each(ip_address_marshal) each(kelp_vstring_marshal)                                        \
   each(ip_address_get_oid_count) each(kelp_vstring_get_oid_count)                            \
   each(ip_address_destroy_internal) each(kelp_vstring_destroy_internal)                      \
   each(ip_address_format) each(ip_address_print) each(ip_address_to_xml)                     \

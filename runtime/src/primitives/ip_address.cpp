@@ -15,13 +15,6 @@ static_assert(sizeof(ip_address) == 48);
 
 namespace {
 
-// Offsets of the image.
-constexpr size_t kFamilyAt = 0;
-constexpr size_t kPrefixAt = 1;
-constexpr size_t kBytesAt = 2;
-constexpr size_t kScopeAt = 18;
-constexpr uint8_t kNoPrefix = 255;
-
 // The value lies between the header and the end of the object.
 constexpr size_t kValueAt = offsetof(ip_address, family);
 constexpr size_t kValueSize = sizeof(ip_address) - kValueAt;
@@ -41,35 +34,14 @@ struct Key {
   }
 };
 
-struct Address {
-  using Value = ip_address;
+struct Address : kelp::quick::AddressRule {
   static constexpr std::string_view kName = "ip_address";
   static constexpr char kExpected[] = "an IPv4 or IPv6 address, with /prefix and %zone or without";
-  static constexpr uint32_t kImageSize = 22;
   static constexpr size_t kTextSize = IP_ADDRESS_TEXT_SIZE;
 
   static uint32_t hash(const ip_address &address, uint32_t seed) {
     const Key key(address);
     return kelp::hash_bytes(key.bytes, sizeof key.bytes, seed);
-  }
-
-  static void encode(const ip_address &address, uint8_t *image) {
-    const ip_address value = kelp::canonical_address(address);
-    image[kFamilyAt] = value.family;
-    image[kPrefixAt] = value.has_prefix != 0 ? value.prefix_length : kNoPrefix;
-    std::memcpy(image + kBytesAt, value.bytes, sizeof value.bytes);
-    kelp::store_big_endian(image + kScopeAt, value.scope);
-  }
-
-  static bool decode(const uint8_t *image, ip_address *address) {
-    ip_address value{};
-    value.family = image[kFamilyAt];
-    value.has_prefix = image[kPrefixAt] != kNoPrefix;
-    value.prefix_length = image[kPrefixAt];
-    std::memcpy(value.bytes, image + kBytesAt, sizeof value.bytes);
-    value.scope = kelp::load_big_endian<uint32_t>(image + kScopeAt);
-    *address = kelp::canonical_address(value);
-    return address->family == value.family && address->has_prefix == value.has_prefix;
   }
 
   static size_t format(const ip_address &address, char *text) {

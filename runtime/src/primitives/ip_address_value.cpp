@@ -12,31 +12,6 @@
 
 namespace kelp {
 
-uint8_t address_bits(uint8_t family) {
-  switch (family) {
-    case KELP_AF_IPV4:
-      return 32;
-    case KELP_AF_IPV6:
-      return 128;
-    default:
-      return 0;
-  }
-}
-
-ip_address canonical_address(const ip_address &address) {
-  ip_address canonical{};
-  const uint8_t bits = address_bits(address.family);
-  if (bits == 0) return canonical;
-  canonical.family = address.family;
-  std::memcpy(canonical.bytes, address.bytes, bits / 8);
-  if (address.has_prefix != 0 && address.prefix_length <= bits) {
-    canonical.has_prefix = 1;
-    canonical.prefix_length = address.prefix_length;
-  }
-  if (address.family == KELP_AF_IPV6) canonical.scope = address.scope;
-  return canonical;
-}
-
 namespace {
 
 char *put_octets(const uint8_t *octets, char *text) {

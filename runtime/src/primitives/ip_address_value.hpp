@@ -5,16 +5,12 @@
 #include <string_view>
 
 #include "kelp/primitives.h"
+#include "kelp/quick.hpp"
 
 namespace kelp {
 
-// The bits of an address of that family; 0 for the unset and for unknown ones.
-uint8_t address_bits(uint8_t family);
-
-// The same address with everything that does not count zeroed: the header, bytes beyond the
-// family's, a zone outside IPv6, a prefix length that is not there or too long. An unknown family
-// is unset.
-ip_address canonical_address(const ip_address &address);
+using quick::address_bits;
+using quick::canonical_address;
 
 // Writes the text, at most IP_ADDRESS_TEXT_SIZE - 1 bytes, and returns its length.
 size_t format_address(const ip_address &address, char *text);

@@ -11,11 +11,6 @@ static_assert(sizeof(kelp_vstring) == 16);
 
 namespace kelp {
 
-std::string_view text_of(const kelp_vstring *vstring) {
-  if (vstring == nullptr || vstring->text == nullptr) return {};
-  return {vstring->text, vstring->length};
-}
-
 void store_text(Writer writer, kelp_vstring *vstring, char *text, uint32_t length) {
   static_assert(offsetof(kelp_vstring, text) == 0);
   static_assert(offsetof(kelp_vstring, length) == sizeof(char *));

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr uint32_t kLengthSize = sizeof(uint32_t);
+using kelp::quick::TextRule;
 
 // The value of a hexadecimal digit, 16 for any other byte.
 unsigned digit_value(char digit) {
@@ -53,18 +53,16 @@ void read_element(kelp::Writer writer, const kelp::XmlSource &source, pugi::xml_
 }  // namespace
 
 uint32_t kelp_vstring_len(kelp_handle *, uint32_t, const kelp_vstring *address) {
-  return kLengthSize + static_cast<uint32_t>(kelp::text_of(address).size());
+  return static_cast<uint32_t>(TextRule::image_size(kelp::text_of(address)));
 }
 
 uint32_t kelp_vstring_marshal(kelp_handle *handle, uint32_t, void *buffer,
                               const kelp_vstring *address, int32_t length, uint32_t *err) {
   if (*err != 0) return 0;
   const std::string_view text = kelp::text_of(address);
-  const uint64_t needed = uint64_t{kLengthSize} + text.size();
+  const uint64_t needed = TextRule::image_size(text);
   if (!kelp::piece_fits(handle, buffer, address, needed, length, err)) return 0;
-  auto *at = static_cast<uint8_t *>(buffer);
-  kelp::store_big_endian(at, static_cast<uint32_t>(text.size()));
-  if (!text.empty()) std::memcpy(at + kLengthSize, text.data(), text.size());
+  TextRule::encode(text, static_cast<uint8_t *>(buffer));
   return static_cast<uint32_t>(needed);
 }
 
@@ -72,14 +70,15 @@ uint32_t kelp_vstring_unmarshal(kelp_handle *handle, uint32_t space_id, const vo
                                 kelp_vstring *address, int32_t length, uint32_t reuse,
                                 uint32_t *err) {
   if (*err != 0) return 0;
-  if (!kelp::piece_fits(handle, buffer, address, kLengthSize, length, err)) return 0;
+  if (!kelp::piece_fits(handle, buffer, address, TextRule::kLengthSize, length, err)) return 0;
   const auto *at = static_cast<const uint8_t *>(buffer);
   const auto text_length = kelp::load_big_endian<uint32_t>(at);
-  const uint64_t needed = uint64_t{kLengthSize} + text_length;
+  const uint64_t needed = uint64_t{TextRule::kLengthSize} + text_length;
   if (!kelp::piece_fits(handle, buffer, address, needed, length, err)) return 0;
 
   const kelp::Writer writer = {handle, space_id};
-  const std::string_view text(reinterpret_cast<const char *>(at + kLengthSize), text_length);
+  const std::string_view text(reinterpret_cast<const char *>(at + TextRule::kLengthSize),
+                              text_length);
   if (reuse != 0 && address->text != nullptr && address->length == text_length) {
     writer.announce(address->text, text_length);
     std::memcpy(address->text, text.data(), text_length);

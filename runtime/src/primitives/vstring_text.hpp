@@ -10,7 +10,9 @@
 namespace kelp {
 
 // The bytes of the text; none for null.
-std::string_view text_of(const kelp_vstring *vstring);
+inline std::string_view text_of(const kelp_vstring *vstring) {
+  return quick::TextRule::bytes_of(vstring);
+}
 
 // Announces and stores both members; owns and frees nothing.
 void store_text(Writer writer, kelp_vstring *vstring, char *text, uint32_t length);
