@@ -15,24 +15,36 @@ namespace {
 
 // A store's objects are made under its write lock. A reader's lie beside it, for as long as the
 // process wants them; without a lock nobody could say which of the two is meant.
+void *allocate_by_lock(Pool &pool, std::size_t size) {
+  kelp_database &database = *pool.database;
+  const std::uint32_t lock = pool.handle->db_lock_state;
+  if (lock == 0 || database.faults.strikes(KELP_FAULT_ALLOCATION)) {
+    database.objects.note_refusal(size);
+    return nullptr;
+  }
+  const bool in_store = lock == static_cast<std::uint32_t>(LockMode::write);
+  const std::size_t room = in_store ? database.editions.room_for(size) : size;
+  void *block = database.objects.allocate(room, in_store);
+  // Whoever asked clears what it knows of.
+  if (block != nullptr) std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
+  return block;
+}
+
+void *allocate(Pool &pool, std::size_t size) {
+  kelp_database &database = *pool.database;
+  if (database.store != nullptr) return allocate_by_lock(pool, size);
+  if (!database.faults.strikes(KELP_FAULT_ALLOCATION)) [[likely]]
+    return database.objects.allocate(size, false);
+  database.objects.note_refusal(size);
+  return nullptr;
+}
+
 void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
   Pool *pool = pool_of(obj_pool);
   if (pool == nullptr) return nullptr;
-  kelp_database &database = *pool->database;
-  const std::uint32_t lock = pool->handle->db_lock_state;
-  const bool refused = database.store != nullptr && lock == 0;
-  void *block = nullptr;
-  if (refused || database.faults.strikes(KELP_FAULT_ALLOCATION)) {
-    database.objects.note_refusal(size);
-  } else {
-    const bool in_store = lock == static_cast<std::uint32_t>(LockMode::write);
-    const std::size_t room = in_store ? database.editions.room_for(size) : size;
-    block = database.objects.allocate(room, in_store);
-    // Whoever asked clears what it knows of.
-    if (room > size && block != nullptr) [[unlikely]]
-      std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
-  }
-  pool->quick->last_error.refused |= block == nullptr;
+  void *block = allocate(*pool, size);
+  if (block == nullptr) [[unlikely]]
+    pool->quick->last_error.refused = true;
   return block;
 }
 

@@ -1,5 +1,6 @@
 // The arena's spans, slots and large blocks. A chunk lies at a multiple of its size, so the chunk
-// of any address is one table lookup and the slot in it plain arithmetic.
+// of any address is one table lookup and the slot in it plain arithmetic. What every block goes
+// through is inline here: calls were a third of it.
 #include "parts/arena.hpp"
 
 #include <sys/mman.h>
@@ -177,25 +178,31 @@ void Arena::set_release_hook(ReleaseHook hook, void *context) {
   release_context_ = context;
 }
 
-void *Arena::allocate(std::size_t size) {
-  const std::lock_guard lock(mutex_);
-  try {
-    if (size > kLargestBlock) {
-      refuse(size);
-      return nullptr;
-    }
-    const std::size_t padded = size + kRedZone;
-    void *block = padded <= kLargestSlot ? allocate_slot(size, store::class_of(padded))
-                                         : allocate_large(size);
-    if (block == nullptr) refuse(size);
-    return block;
-  } catch (const std::bad_alloc &) {
-    refuse(size);
-    return nullptr;
-  }
+inline bool Arena::within_limit(std::size_t bytes) const {
+  const std::uint64_t limit = statistics_.limit_bytes;
+  return limit == 0 || (bytes <= limit && statistics_.used_bytes <= limit - bytes);
 }
 
-void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
+inline void Arena::count_in(std::size_t asked, std::size_t used) {
+  ++statistics_.live_allocations;
+  ++statistics_.total_allocations;
+  statistics_.live_bytes += asked;
+  statistics_.used_bytes += used;
+  statistics_.peak_used_bytes = std::max(statistics_.peak_used_bytes, statistics_.used_bytes);
+}
+
+inline void Arena::count_out(std::size_t asked, std::size_t used) {
+  --statistics_.live_allocations;
+  statistics_.live_bytes -= asked;
+  statistics_.used_bytes -= used;
+}
+
+inline Arena::Span *Arena::span_with_room(std::size_t class_index) {
+  Span *span = available_[class_index];
+  return span != nullptr ? span : begin_span(class_index);
+}
+
+inline void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
   const std::size_t bytes = store::class_bytes(class_index);
   if (!within_limit(bytes)) return nullptr;
   Span *span = span_with_room(class_index);
@@ -216,6 +223,24 @@ void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
   return slot;
 }
 
+void *Arena::allocate(std::size_t size) {
+  const std::lock_guard lock(mutex_);
+  try {
+    if (size > kLargestBlock) {
+      refuse(size);
+      return nullptr;
+    }
+    const std::size_t padded = size + kRedZone;
+    void *block = padded <= kLargestSlot ? allocate_slot(size, store::class_of(padded))
+                                         : allocate_large(size);
+    if (block == nullptr) refuse(size);
+    return block;
+  } catch (const std::bad_alloc &) {
+    refuse(size);
+    return nullptr;
+  }
+}
+
 void *Arena::allocate_large(std::size_t size) {
   const std::size_t bytes = round_up(size + kRedZone, kAlignment);
   if (!within_limit(bytes)) return nullptr;
@@ -230,8 +255,7 @@ void *Arena::allocate_large(std::size_t size) {
   return block;
 }
 
-Arena::Span *Arena::span_with_room(std::size_t class_index) {
-  if (available_[class_index] != nullptr) return available_[class_index];
+Arena::Span *Arena::begin_span(std::size_t class_index) {
   Span *span = take_free_span();
   if (span == nullptr) return nullptr;
   // Large databases soon fill what they begin.
@@ -329,7 +353,7 @@ void Arena::enter_chunk(Chunk *chunk) {
   ++chunk_count_;
 }
 
-Arena::Chunk *Arena::chunk_of(const void *address) const {
+inline Arena::Chunk *Arena::chunk_of(const void *address) const {
   const auto value = reinterpret_cast<std::uintptr_t>(address);
   if (!chunks_.empty()) {
     std::size_t place = place_of(value / kChunkBytes, chunks_.size());
@@ -345,7 +369,7 @@ Arena::Chunk *Arena::chunk_of(const void *address) const {
   return value - start < chunk->bytes ? chunk : nullptr;
 }
 
-bool Arena::find(const void *address, Block *block) const {
+inline bool Arena::find(const void *address, Block *block) const {
   Chunk *chunk = chunk_of(address);
   if (chunk == nullptr) return false;
   const auto offset =
@@ -456,25 +480,6 @@ Arena::Refusal Arena::last_refusal() const {
 void Arena::note_refusal(std::size_t size) {
   const std::lock_guard lock(mutex_);
   refuse(size);
-}
-
-bool Arena::within_limit(std::size_t bytes) const {
-  const std::uint64_t limit = statistics_.limit_bytes;
-  return limit == 0 || (bytes <= limit && statistics_.used_bytes <= limit - bytes);
-}
-
-void Arena::count_in(std::size_t asked, std::size_t used) {
-  ++statistics_.live_allocations;
-  ++statistics_.total_allocations;
-  statistics_.live_bytes += asked;
-  statistics_.used_bytes += used;
-  statistics_.peak_used_bytes = std::max(statistics_.peak_used_bytes, statistics_.used_bytes);
-}
-
-void Arena::count_out(std::size_t asked, std::size_t used) {
-  --statistics_.live_allocations;
-  statistics_.live_bytes -= asked;
-  statistics_.used_bytes -= used;
 }
 
 void Arena::refuse(std::size_t asked) {

@@ -97,6 +97,7 @@ class Arena {
   void *allocate_slot(std::size_t size, std::size_t class_index);
   void *allocate_large(std::size_t size);
   Span *span_with_room(std::size_t class_index);
+  Span *begin_span(std::size_t class_index);
   Span *take_free_span();
   void retire_span(Span *span);
   Chunk *add_chunk(std::size_t bytes, bool large);
