@@ -137,23 +137,6 @@ bool drop_references(const FieldFacts &field, kelp_handle *handle, std::uint32_t
   return true;
 }
 
-void end_arm(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id, void *object) {
-  void **arm = at<void *>(field, object);
-  if (*arm == nullptr) return;
-  switch (field.held) {
-    case Kind::text:
-      kelp_vstring_destroy_internal(handle, space_id, static_cast<kelp_vstring *>(*arm), 1);
-      break;
-    case Kind::structure:
-      destroy_internal(*field.structure, handle, space_id, *arm, true);
-      break;
-    default:
-      u_int32_destroy_internal(handle, space_id, static_cast<std::uint32_t *>(*arm), 1);
-      break;
-  }
-  store<void *>(handle, space_id, arm, nullptr);
-}
-
 // False when the object has to stay as it now is. An embedded enumeration or flag set owns nothing
 // and is not counted, so that there is nothing to do for it.
 bool end_field(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id, void *object,
@@ -202,6 +185,23 @@ void end_element_states(const StructureFacts &facts, kelp_handle *handle, std::u
 }
 
 }  // namespace
+
+void end_arm(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id, void *object) {
+  void **arm = at<void *>(field, object);
+  if (*arm == nullptr) return;
+  switch (field.held) {
+    case Kind::text:
+      kelp_vstring_destroy_internal(handle, space_id, static_cast<kelp_vstring *>(*arm), 1);
+      break;
+    case Kind::structure:
+      destroy_internal(*field.structure, handle, space_id, *arm, true);
+      break;
+    default:
+      u_int32_destroy_internal(handle, space_id, static_cast<std::uint32_t *>(*arm), 1);
+      break;
+  }
+  store<void *>(handle, space_id, arm, nullptr);
+}
 
 std::size_t size(const StructureFacts &facts, const kelp_handle *handle) {
   const bool on = tracking_of(handle, facts.messages.corrupted_at_size) == Tracking::on;

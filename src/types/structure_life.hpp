@@ -132,6 +132,8 @@ void set_instance_embedded(const StructureFacts &facts, kelp_handle *handle, std
                            void *object);
 void destroy_internal(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
                       void *object, bool free_it);
+// Ends what an arm of the object holds, if anything, and empties it.
+void end_arm(const FieldFacts &field, kelp_handle *handle, std::uint32_t space_id, void *object);
 
 // --- bound to a type ----------------------------------------------------------------------------
 

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "types/structure_facts.hpp"
+#include "types/structure_life.hpp"
 
 namespace harbor::structure_template {
 
@@ -64,8 +65,7 @@ struct Template {
   std::unique_ptr<std::uint8_t[]> bytes;
   List<Type> types;
   List<Part> parts;
-  List<Owner> owners;           // arrays and texts
-  List<std::uint32_t> arms;     // places of their pointers
+  List<Owner> owners;           // arrays, texts and arms
   List<std::uint32_t> targets;  // places of the ids that references hold
   List<std::uint32_t> flags;    // places of the flags of all that is embedded with the object
 };
@@ -117,9 +117,8 @@ void enter_field(Template &made, const FieldFacts &field, std::uint32_t offset) 
       made.flags.put(place + offsetof(kelp_vstring, obj_flags));
       return made.owners.put({&field, offset});
     case Kind::array:
-      return made.owners.put({&field, offset});
     case Kind::arm:
-      return made.arms.put(place);
+      return made.owners.put({&field, offset});
     case Kind::reference:
       return made.targets.put(place + offsetof(kelp_reference, oid) + offsetof(kelp_oid, id));
     default:
@@ -143,8 +142,7 @@ Made make(const StructureFacts &facts) {
   made->bytes.reset(new (std::nothrow) std::uint8_t[facts.object_size]);
   if (made->bytes == nullptr || !made->types.make_room(most.types) ||
       !made->parts.make_room(most.parts) || !made->owners.make_room(most.fields) ||
-      !made->arms.make_room(most.fields) || !made->targets.make_room(most.fields) ||
-      !made->flags.make_room(most.parts + most.fields)) {
+      !made->targets.make_room(most.fields) || !made->flags.make_room(most.parts + most.fields)) {
     return nullptr;
   }
   enter(*made, facts, 0);
@@ -168,8 +166,8 @@ const Template *usable(const StructureFacts &facts, const kelp_handle *handle) {
   return known != nullptr && is_ordinary(handle) && are_as_they_were(*known) ? known : nullptr;
 }
 
-// Nothing of the parts has another life than that of the object, and no arm or reference holds
-// anything. Nearly all objects are so, and all of it is looked at without a branch.
+// Nothing of the parts has another life than that of the object, and no reference holds anything.
+// Nearly all objects are so, and all of it is looked at without a branch.
 bool is_ordinary(const Template &known, void *object) {
   constexpr std::uint8_t special =
       OBJ_OID_MAPPED | OBJ_STATE_TRACKED | OBJ_RA_DATA | OBJ_STTR_RELOCATED | OBJ_TINFO_BLOCK;
@@ -186,7 +184,6 @@ bool is_ordinary(const Template &known, void *object) {
     differs |= (header->obj_flags & special) != 0;
   }
   std::uint64_t held = 0;
-  for (const std::uint32_t place : known.arms) held |= word_at(place);
   for (const std::uint32_t place : known.targets) {
     held |= word_at(place) | word_at(place + sizeof held);
   }
@@ -245,6 +242,8 @@ bool destroy(const StructureFacts &facts, kelp_handle *handle, std::uint32_t spa
     if (*reinterpret_cast<void **>(bytes(object) + owner.place()) == nullptr) continue;
     if (owner.field->kind == Kind::array) {
       array_field::remove(*owner.field->array, handle, space_id, bytes(object) + owner.offset);
+    } else if (owner.field->kind == Kind::arm) {
+      structure_life::end_arm(*owner.field, handle, space_id, bytes(object) + owner.offset);
     } else {
       auto *text = reinterpret_cast<kelp_vstring *>(bytes(object) + owner.place());
       kelp_vstring_destroy_internal(handle, space_id, text, 0);
