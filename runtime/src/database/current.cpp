@@ -9,19 +9,13 @@ __thread std::uint64_t kelp_thread_database = 0;
 
 namespace kelp {
 
-namespace {
-
-thread_local std::uint16_t t_tenant = 0;
-
-}  // namespace
+__thread std::uint16_t t_tenant = 0;
 
 kelp_database *current_database() { return open_database(kelp_thread_database); }
 
 void set_current_database(kelp_database *database) {
   kelp_thread_database = database == nullptr ? 0 : database->serial;
 }
-
-std::uint16_t current_tenant() { return t_tenant; }
 
 void set_current_tenant(std::uint16_t tenant) { t_tenant = tenant; }
 
