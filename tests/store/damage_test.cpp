@@ -362,6 +362,10 @@ TEST(StoreDamage, ALinkOfATreeIsFound) {
   });
   expect_said("a node with subtrees", [](Image &image) { image.top().avl_node.balance += 2; });
 }
+TEST(StoreDamage, ANumberOfATreeIsFound) {
+  expect_said("the number of another tree",
+              [](Image &image) { ++image.record(image.top().avl_node.right).avl_node.tree; });
+}
 TEST(StoreDamage, ACountIsFound) {
   expect_said("records and", [](Image &image) { ++image.table().record_count; });
   expect_said("records and", [](Image &image) { --image.table().avl_aux; });

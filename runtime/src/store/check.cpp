@@ -87,6 +87,10 @@ class TableCheck : public DirectoryCheck {
       say("table '%.100s': its tree is broken below record %" PRIu64, table.tbl_name, *records);
       return -1;
     }
+    if (parent == nullptr) tree_ = record.avl_node.tree;
+    if (record.avl_node.tree != 0 && record.avl_node.tree != tree_) {
+      say("table '%.100s': a record in its tree has the number of another tree", table.tbl_name);
+    }
     const int left =
         check_subtree(address, table, record.avl_node.left, node, depth + 1, met, records, shadows);
     const int right = left < 0 ? -1
@@ -108,6 +112,8 @@ class TableCheck : public DirectoryCheck {
     }
     return 1 + std::max(left, right);
   }
+
+  std::uint32_t tree_ = 0;  // the number of the tree that is looked at
 };
 
 class Checker : public TableCheck {
