@@ -47,7 +47,8 @@ void TypeTable::insert(const char *key, kelp_type_record_copy *copy) {
 kelp_type_record_copy *TypeTable::find_edition(const char *key) const {
   const kelp_type_record *own = nullptr;
   each_own_record([&](const kelp_type_record &record) {
-    if (std::strcmp(record.md5_text, key) == 0) own = &record;
+    // Asked for each address that an object holds, of which no module has a record.
+    if (record.md5_text[0] == key[0] && std::strcmp(record.md5_text, key) == 0) own = &record;
     return own == nullptr;
   });
   if (own == nullptr) return nullptr;
