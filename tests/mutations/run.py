@@ -171,7 +171,8 @@ class Mutants:
     def copy(self):
         listed = subprocess.run(
             ['git', 'ls-files', '-co', '--exclude-standard', 'CMakeLists.txt', 'cmake', 'include',
-             'src', 'runtime', 'abi', 'tools/emit', 'tests/support', 'libs/*/include'],
+             'src', 'runtime', 'abi', 'tools/emit', 'tests/support',
+             'tests/harness/exports.cpp', 'libs/*/include'],
             cwd=PROJECT, check=True, capture_output=True, text=True).stdout.splitlines()
         for name in listed:
             if (PROJECT / name).is_file():
