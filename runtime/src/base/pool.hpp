@@ -29,11 +29,12 @@ struct Pool {
   // out, and after one was taken out. Null for none.
   bool (*before_link)(Pool &pool, const e_avl_root *root, e_avl_node *node) = nullptr;
   void (*after_unlink)(Pool &pool, const e_avl_root *root, e_avl_node *node) = nullptr;
-  // Of a database in a store, whose trees are numbered for all processes alike: a number for the
-  // tree that this node begins, 0 when there is none or the node lies elsewhere, and whether two
-  // nodes lie in the store. Null for none.
+  // A number for the tree that this node begins, which all processes of a store give alike; 0 when
+  // the database has none to give. Null for none.
   std::uint32_t (*number_tree)(Pool &pool, const e_avl_node *first) = nullptr;
-  bool (*holds_both)(const Pool &pool, const e_avl_node *a, const e_avl_node *b) = nullptr;
+  // Whether the top, of which nothing is known, lies in memory of the database that may be read,
+  // and in a store when the node does. Null for never.
+  bool (*holds_beside)(const Pool &pool, const e_avl_node *top, const e_avl_node *node) = nullptr;
   // Of a database in a store: hears of each write before it is made.
   void (*hear)(Pool *pool, const void *address, std::size_t length) = nullptr;
 

@@ -159,9 +159,11 @@ std::uint32_t number_tree(Pool &pool, const e_avl_node *first) {
   return store.is_writing() && store.holds(first) ? store.number_tree() : 0;
 }
 
-bool holds_both(const Pool &pool, const e_avl_node *a, const e_avl_node *b) {
-  const store::Store &store = *pool.database->store;
-  return store.holds(a) && store.holds(b);
+bool holds_beside(const Pool &pool, const e_avl_node *top, const e_avl_node *node) {
+  const kelp_database &database = *pool.database;
+  const store::Store *store = database.store.get();
+  if (store != nullptr && store->holds(top) != store->holds(node)) return false;
+  return database.objects.holds(top, sizeof *top);
 }
 
 }  // namespace
@@ -173,10 +175,10 @@ void set_hooks(kelp_handle_state &state, kelp_database *database) {
   state.pool.handle = &handle;
   state.pool.before_link = before_link;
   state.pool.after_unlink = after_unlink;
+  state.pool.holds_beside = holds_beside;
   if (database->store != nullptr) {
     state.pool.hear = hear_write;
     state.pool.number_tree = number_tree;
-    state.pool.holds_both = holds_both;
   }
   handle.type_alloc = type_alloc;
   handle.obj_alloc = obj_alloc;

@@ -65,11 +65,12 @@ std::uint32_t Writer::number_for(const e_avl_node *first) const {
   return number < kOfStore ? static_cast<std::uint32_t>(number) : 0;
 }
 
-// Whether equal numbers of the two say that they hang in one tree.
+// Whether the numbers of the two say that they hang in one tree. What a root holds may be anything:
+// the memory of a table that was freed with its records is used again.
 bool Writer::tells(const e_avl_node *top, const e_avl_node *node) const {
-  if (node->tree == 0 || node->tree != top->tree) return false;
-  return (node->tree & kOfStore) == 0 ||
-         (pool_ != nullptr && pool_->holds_both != nullptr && pool_->holds_both(*pool_, top, node));
+  if (node->tree == 0 || pool_ == nullptr || pool_->holds_beside == nullptr) return false;
+  return pool_->holds_beside(*pool_, top, node) && top->parent == nullptr &&
+         top->tree == node->tree;
 }
 
 // The pointer that holds the node: its parent's, or the root's.
@@ -171,8 +172,8 @@ const e_avl_node *outermost(const e_avl_node *node, int32_t direction) {
 bool hangs_in(const Writer &writer, const e_avl_root *root, const e_avl_node *node) {
   const e_avl_node *top = root->top;
   const e_avl_node *parent = node->parent;
-  if (parent != nullptr && top != nullptr && top->parent == nullptr &&
-      (parent->left == node || parent->right == node) && writer.tells(top, node)) {
+  if (parent != nullptr && top != nullptr && (parent->left == node || parent->right == node) &&
+      writer.tells(top, node)) {
     return true;
   }
   while (node->parent != nullptr) node = node->parent;

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <span>
 
 #include "kelp/trace.h"
 #include "kelp/tree.h"
@@ -337,13 +338,20 @@ class AvlNumberTest : public DatabaseTest {
     return e_avl_delete(handle->obj_pool, 0, &tree.root, &item.node, &tree.aux, compare);
   }
   // Items with the keys from..., in the tree.
-  std::vector<Item> filled(Tree &tree, int from, int count) {
-    std::vector<Item> items(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-      items[static_cast<std::size_t>(i)].key = from + i;
-      EXPECT_EQ(insert(tree, items[static_cast<std::size_t>(i)]), 1u);
+  std::span<Item> filled(Tree &tree, int from, int count) {
+    const auto length = static_cast<std::size_t>(count);
+    blocks_.push_back(handle->obj_alloc(handle->obj_pool, 0, length * sizeof(Item)));
+    const std::span<Item> items(static_cast<Item *>(blocks_.back()), length);
+    for (Item &item : items) {
+      item = {};
+      item.key = from++;
+      EXPECT_EQ(insert(tree, item), 1u);
     }
     return items;
+  }
+  void TearDown() override {
+    for (void *block : blocks_) release(block);
+    DatabaseTest::TearDown();
   }
   void expect_refused(Tree &tree, Item &item) {
     const std::uint64_t count = tree.aux;
@@ -354,11 +362,14 @@ class AvlNumberTest : public DatabaseTest {
     EXPECT_EQ(tree.root.top, root.top);
     EXPECT_EQ(std::memcmp(&item.node, &node, sizeof node), 0);
   }
+
+ private:
+  std::vector<void *> blocks_;
 };
 
 TEST_F(AvlNumberTest, ATreeHasOneNumberAndNoOtherTreeHasIt) {
   Tree one, other;
-  std::vector<Item> items = filled(one, 0, 100), others = filled(other, 0, 3);
+  const std::span<Item> items = filled(one, 0, 100), others = filled(other, 0, 3);
   ASSERT_NE(items[0].node.tree, 0u);
   for (const Item &item : items) EXPECT_EQ(item.node.tree, items[0].node.tree);
   EXPECT_NE(others[0].node.tree, items[0].node.tree);
@@ -374,7 +385,7 @@ TEST_F(AvlNumberTest, ATreeHasOneNumberAndNoOtherTreeHasIt) {
 
 TEST_F(AvlNumberTest, TheWayUpIsNotGone) {
   Tree tree;
-  std::vector<Item> items = filled(tree, 0, 127);
+  const std::span<Item> items = filled(tree, 0, 127);
   // Of a whole tree of seven levels: a leaf, whose parent has another one, and who is two above it.
   Item &leaf = items[0];
   e_avl_node *above = leaf.node.parent->parent;
@@ -387,7 +398,7 @@ TEST_F(AvlNumberTest, TheWayUpIsNotGone) {
 
 TEST_F(AvlNumberTest, NodesOfOtherTreesAreRefused) {
   Tree one, other, empty;
-  std::vector<Item> items = filled(one, 0, 20), others = filled(other, 100, 20);
+  const std::span<Item> items = filled(one, 0, 20), others = filled(other, 100, 20);
   for (Item &item : items) expect_refused(other, item);
   for (Item &item : others) expect_refused(one, item);
   for (Item &item : others) expect_refused(empty, item);
@@ -401,18 +412,26 @@ TEST_F(AvlNumberTest, NodesOfOtherTreesAreRefused) {
 // A table that was freed with its records, and one that came to lie in its place.
 TEST_F(AvlNumberTest, NodesOfATreeThatWasForgottenAreRefused) {
   Tree tree;
-  std::vector<Item> stale = filled(tree, 0, 20);
+  const std::span<Item> stale = filled(tree, 0, 20);
   tree = {};
   for (Item &item : stale) expect_refused(tree, item);
-  std::vector<Item> items = filled(tree, 0, 20);
+  const std::span<Item> items = filled(tree, 0, 20);
   for (Item &item : stale) expect_refused(tree, item);
   for (Item &item : items) EXPECT_EQ(remove(tree, item), 1u);
+}
+
+// The memory of a table that was freed holds something else.
+TEST_F(AvlNumberTest, WhatARootHoldsIsNotTakenForANode) {
+  Tree tree;
+  const std::span<Item> items = filled(tree, 0, 20);
+  tree.root.top = reinterpret_cast<e_avl_node *>(0x10);
+  for (Item &item : items) expect_refused(tree, item);
 }
 
 // The first tree's top then has the number of the second one, and a parent there.
 TEST_F(AvlNumberTest, ANodeInTwoTreesHangsInTheSecond) {
   Tree one, other;
-  std::vector<Item> items = filled(one, 0, 3), others = filled(other, 10, 20);
+  const std::span<Item> items = filled(one, 0, 3), others = filled(other, 10, 20);
   Item &top = items[1];
   ASSERT_EQ(one.root.top, &top.node);
   EXPECT_EQ(insert(other, top), 1u);
@@ -425,7 +444,7 @@ TEST_F(AvlNumberTest, ANodeInTwoTreesHangsInTheSecond) {
 
 TEST_F(AvlNumberTest, ACopyOfANodeIsNotTakenForIt) {
   Tree tree;
-  std::vector<Item> items = filled(tree, 0, 3);
+  const std::span<Item> items = filled(tree, 0, 3);
   Item leaf = items[0], top = items[1];
   expect_refused(tree, top);
   // The parent of the copy leaves, so that the way up from it ends there.
@@ -436,9 +455,9 @@ TEST_F(AvlNumberTest, ACopyOfANodeIsNotTakenForIt) {
 
 TEST_F(AvlNumberTest, ARootThatWasLeftBehindHoldsNothing) {
   Tree tree;
-  std::vector<Item> items = filled(tree, 0, 3);
+  const std::span<Item> items = filled(tree, 0, 3);
   Tree moved = tree;
-  std::vector<Item> more = filled(moved, 3, 30);
+  const std::span<Item> more = filled(moved, 3, 30);
   ASSERT_NE(moved.root.top, tree.root.top);
   for (Item &item : more) expect_refused(tree, item);
   for (Item &item : items) EXPECT_EQ(remove(moved, item), 1u);
@@ -456,7 +475,7 @@ TEST_F(AvlNumberTest, ATreeOfNoDatabaseHasNoNumber) {
                  compare);
   }
   Tree tree;
-  std::vector<Item> others = filled(tree, 0, 20);
+  const std::span<Item> others = filled(tree, 0, 20);
   for (Item &item : items) {
     EXPECT_EQ(item.node.tree, 0u);
     expect_refused(tree, item);
