@@ -223,6 +223,8 @@ TEST_F(XmlTest, UnknownEntitiesAreRefusedWithTheirPlace) {
 TEST_F(XmlTest, DeclarationsAndReferencesInsideSectionsAreText) {
   const Document document("<a><!-- <!DOCTYPE x> &x; --><![CDATA[<!DOCTYPE &x;]]></a>");
   EXPECT_EQ(value_at(document, "//a"), "<!DOCTYPE &x;");
+  const Document instructed("<a>one, two and three<?say a little more of it all, and then &x;?></a>");
+  EXPECT_EQ(value_at(instructed, "//a"), "one, two and three");
 }
 
 TEST_F(XmlTest, WhatIsForbiddenIsFoundAtEveryPlaceInALine) {
@@ -271,6 +273,7 @@ TEST_F(XmlTest, NestingIsLimited) {
   const auto nested = [](int depth) {
     std::string text;
     for (int i = 0; i < depth; ++i) text += "<n>";
+    text += "in";
     for (int i = 0; i < depth; ++i) text += "</n>";
     return text;
   };
