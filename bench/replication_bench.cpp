@@ -1,11 +1,15 @@
 // What replication costs over a real engine, which this program starts and ends: one changed row
-// from commit to commit, a resync of many rows, and rows a second to several followers; each beside
-// plain puts and watches of the same messages through the client library, in the same run.
+// from commit to commit, a snapshot and a resync of many rows, and rows a second to ten followers.
+// Each stands beside plain puts and watches of the same messages through the client library, in the
+// same run and acknowledged in the same way: the engine says that it has them at each thousandth
+// message and at the last.
 // HARBOR_BENCH_ROWS says of how many rows the large store is.
 #include <benchmark/benchmark.h>
 #include <nats/nats.h>
+#include <signal.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <thread>
 
@@ -15,7 +19,6 @@
 #include "ospf_tables/instance_rows.hpp"
 #include "ospf_tables/tree.hpp"
 #include "replication/engine.hpp"
-#include "resident_bytes.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace {
@@ -61,11 +64,12 @@ class Filled {
 
   Session &session() { return session_; }
   std::size_t size() const { return neighbors_.size(); }
-  // Changes so many rows in one transaction, each to the same new value.
+  // Changes so many rows in one transaction to a new value, those behind the ones of the last.
   void change(std::size_t rows, std::uint32_t value) {
     session_.changing([&] {
-      for (std::size_t at = 0; at < rows; ++at) {
-        auto *object = ospf_neighbor_ops::get(session_.handle(), space, neighbors_[at]);
+      for (std::size_t left = rows; left > 0; --left) {
+        auto *record = neighbors_[next_++ % neighbors_.size()];
+        auto *object = ospf_neighbor_ops::get(session_.handle(), space, record);
         ospf_nbr_stat *stats =
             ospf_neighbor_stats_get(session_.handle(), space, object, session_.err());
         ospf_nbr_stat_nbr_event_count_set_value(session_.handle(), space, stats, value,
@@ -97,6 +101,7 @@ class Filled {
 
   Session session_;
   std::vector<tbl_ospf_neighbor_record *> neighbors_;
+  std::size_t next_ = 0;
 };
 
 EngineOptions options_of(const replication_tests::Server &server) {
@@ -130,19 +135,124 @@ class Following {
   Follower follower_;
 };
 
+// Keeps what was put last.
+class KeepingOutlet : public Outlet {
+ public:
+  explicit KeepingOutlet(std::unique_ptr<Outlet> outlet) : outlet_(std::move(outlet)) {}
+
+  BucketState open() override { return outlet_->open(); }
+  BucketState state() override { return outlet_->state(); }
+  std::optional<Bytes> last_commit() override { return outlet_->last_commit(); }
+  std::uint64_t put(std::span<const Letter> letters, std::uint64_t last) override {
+    if (keeps) kept.assign(letters.begin(), letters.end());
+    return outlet_->put(letters, last);
+  }
+  void drop_before(std::uint64_t number) override { outlet_->drop_before(number); }
+  std::optional<std::uint64_t> asked() override { return outlet_->asked(); }
+
+  bool keeps = false;
+  std::vector<Letter> kept;
+
+ private:
+  std::unique_ptr<Outlet> outlet_;
+};
+
 // A server with a store that is sent to it.
 struct Site {
   explicit Site(std::uint32_t rows) : filled(folder.file("from"), rows) {
     while (!engine.is_connected()) std::this_thread::yield();
     sender.turn();
   }
+  // The messages of what changed.
+  std::vector<Letter> letters_of_change(std::size_t rows) {
+    filled.change(rows, 1'000'000);
+    outlet.keeps = true;
+    sender.turn();
+    outlet.keeps = false;
+    return std::move(outlet.kept);
+  }
 
   const TemporaryFolder folder;
   replication_tests::Server server{folder.path() / "engine"};
   Filled filled;
   Engine engine{options_of(server)};
-  std::unique_ptr<Outlet> outlet = make_outlet(engine, "bench", "bench");
-  Sender sender{filled.session(), *outlet, "bench"};
+  KeepingOutlet outlet{make_outlet(engine, "bench", "bench")};
+  Sender sender{filled.session(), outlet, "bench"};
+};
+
+void require(natsStatus status) {
+  if (status == NATS_OK) return;
+  std::fprintf(stderr, "the client library: %s\n", natsStatus_GetText(status));
+  std::abort();
+}
+
+// A connection of the client library's own, with a stream beside that of the site.
+class Plain {
+ public:
+  explicit Plain(const replication_tests::Server &server) {
+    require(
+        natsConnection_ConnectTo(&connection_, replication_tests::url_of(server.port()).c_str()));
+    require(natsConnection_JetStream(&context_, connection_, nullptr));
+  }
+  ~Plain() {
+    natsSubscription_Destroy(watch_);
+    jsCtx_Destroy(context_);
+    natsConnection_Destroy(connection_);
+  }
+  Plain(const Plain &) = delete;
+  Plain &operator=(const Plain &) = delete;
+
+  void make_stream() {
+    const char *subjects[] = {"plain.>"};
+    jsStreamConfig config;
+    jsStreamConfig_Init(&config);
+    config.Name = "plain";
+    config.Subjects = subjects;
+    config.SubjectsLen = 1;
+    config.MaxMsgsPerSubject = 1;
+    require(js_AddStream(nullptr, context_, &config, nullptr, nullptr));
+  }
+  // The number of the last.
+  std::uint64_t put(const std::vector<Letter> &letters) {
+    std::uint64_t last = 0;
+    for (std::size_t at = 1; at <= letters.size(); ++at) {
+      const std::string subject = "plain." + letters[at - 1].subject;
+      const Bytes &body = letters[at - 1].body;
+      const int size = static_cast<int>(body.size());
+      if (at % 1000 != 0 && at != letters.size()) {
+        require(natsConnection_Publish(connection_, subject.c_str(), body.data(), size));
+        continue;
+      }
+      jsPubAck *made = nullptr;
+      require(js_Publish(&made, context_, subject.c_str(), body.data(), size, nullptr, nullptr));
+      last = made->Sequence;
+      jsPubAck_Destroy(made);
+    }
+    return last;
+  }
+  void watch(const char *subjects) {
+    jsSubOptions options;
+    jsSubOptions_Init(&options);
+    options.Ordered = true;
+    require(js_SubscribeSync(&watch_, context_, subjects, nullptr, &options, nullptr));
+  }
+  // Reads until the message of that number came.
+  void reach(std::uint64_t number) {
+    for (std::uint64_t seen = 0; seen < number;) {
+      natsMsg *come = nullptr;
+      require(natsSubscription_NextMsg(&come, watch_, 10'000));
+      jsMsgMetaData *data = nullptr;
+      require(natsMsg_GetMetaData(&data, come));
+      seen = data->Sequence.Stream;
+      jsMsgMetaData_Destroy(data);
+      natsMsg_Destroy(come);
+    }
+  }
+
+ private:
+  natsConnection *connection_ = nullptr;
+  jsCtx *context_ = nullptr;
+  natsSubscription *watch_ = nullptr;
 };
 
 double seconds_since(Clock::time_point start) {
@@ -172,52 +282,25 @@ void one_row(benchmark::State &state) {
     state.SetIterationTime(times.back());
   }
   tell(state, times);
-  state.counters["sent"] = static_cast<double>(site.sender.report().transactions);
 }
 BENCHMARK(one_row)->Arg(1000)->Iterations(500)->UseManualTime();
-BENCHMARK(one_row)->Arg(100'000)->Iterations(30)->UseManualTime();
+BENCHMARK(one_row)->Arg(100'000)->Iterations(500)->UseManualTime();
 
-// The same two messages, put and acknowledged, and watched.
 void one_row_plainly(benchmark::State &state) {
-  const TemporaryFolder folder;
-  replication_tests::Server server(folder.path() / "engine");
-  natsConnection *connection = nullptr;
-  jsCtx *context = nullptr;
-  natsSubscription *watch = nullptr;
-  natsConnection_ConnectTo(&connection, replication_tests::url_of(server.port()).c_str());
-  natsConnection_JetStream(&context, connection, nullptr);
-  const char *subjects[] = {"plain.>"};
-  jsStreamConfig config;
-  jsStreamConfig_Init(&config);
-  config.Name = "plain";
-  config.Subjects = subjects;
-  config.SubjectsLen = 1;
-  config.MaxMsgsPerSubject = 1;
-  js_AddStream(nullptr, context, &config, nullptr, nullptr);
-  jsSubOptions options;
-  jsSubOptions_Init(&options);
-  options.Ordered = true;
-  js_SubscribeSync(&watch, context, "plain.>", nullptr, &options, nullptr);
-  const Bytes row(200);
-  const Bytes commit(250);
+  Site site(1000);
+  const std::vector<Letter> letters = site.letters_of_change(1);
+  Plain from(site.server);
+  Plain to(site.server);
+  from.make_stream();
+  to.watch("plain.>");
   std::vector<double> times;
   for (auto _ : state) {
     const auto start = Clock::now();
-    natsConnection_Publish(connection, "plain.row", row.data(), static_cast<int>(row.size()));
-    js_Publish(nullptr, context, "plain.commit", commit.data(), static_cast<int>(commit.size()),
-               nullptr, nullptr);
-    for (int message = 0; message < 2; ++message) {
-      natsMsg *come = nullptr;
-      natsSubscription_NextMsg(&come, watch, 5000);
-      natsMsg_Destroy(come);
-    }
+    to.reach(from.put(letters));
     times.push_back(seconds_since(start));
     state.SetIterationTime(times.back());
   }
   tell(state, times);
-  natsSubscription_Destroy(watch);
-  jsCtx_Destroy(context);
-  natsConnection_Destroy(connection);
 }
 BENCHMARK(one_row_plainly)->Iterations(500)->UseManualTime();
 
@@ -235,10 +318,24 @@ void resync(benchmark::State &state) {
 }
 BENCHMARK(resync)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+void resync_plainly(benchmark::State &state) {
+  Site site(row_count());
+  const std::uint64_t last = site.outlet.state().last;
+  for (auto _ : state) {
+    Plain to(site.server);
+    const auto start = Clock::now();
+    to.watch("ospf-harbor.bench.>");
+    to.reach(last);
+    state.SetIterationTime(seconds_since(start));
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(site.filled.size()));
+}
+BENCHMARK(resync_plainly)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 void snapshot(benchmark::State &state) {
   Site site(row_count());
   for (auto _ : state) {
-    Sender sender(site.filled.session(), *site.outlet, "bench");
+    Sender sender(site.filled.session(), site.outlet, "bench");
     const auto start = Clock::now();
     sender.turn();
     state.SetIterationTime(seconds_since(start));
@@ -247,19 +344,44 @@ void snapshot(benchmark::State &state) {
 }
 BENCHMARK(snapshot)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-// Rows a second until ten followers, processes of their own, have all of them, and what the sender
-// takes in memory meanwhile, with one more reader that stands still.
+void snapshot_plainly(benchmark::State &state) {
+  Site site(row_count());
+  const std::vector<Letter> letters = site.letters_of_change(site.filled.size());
+  Plain from(site.server);
+  from.make_stream();
+  for (auto _ : state) {
+    const auto start = Clock::now();
+    from.put(letters);
+    state.SetIterationTime(seconds_since(start));
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(letters.size()));
+}
+BENCHMARK(snapshot_plainly)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// What the process has in memory beside files.
+double anonymous_bytes() {
+  double kilobytes = 0;
+  if (std::FILE *file = std::fopen("/proc/self/status", "r")) {
+    char line[256];
+    while (std::fgets(line, sizeof line, file) != nullptr) {
+      if (std::sscanf(line, "RssAnon: %lf", &kilobytes) == 1) break;
+    }
+    std::fclose(file);
+  }
+  return kilobytes * 1024;
+}
+
+constexpr std::size_t rows_at_once = 2000;
+constexpr std::uint32_t many_transactions = 50;
+constexpr double many_rows = rows_at_once * double{many_transactions};
+
+// Rows a second until ten followers, processes of their own, have all of them, and by how much the
+// sender's memory grew at most, with an eleventh that is stopped.
 void ten_followers(benchmark::State &state) {
-  constexpr std::size_t at_once = 2000;
-  constexpr std::uint32_t transactions = 50;
   for (auto _ : state) {
     Site site(10'000);
-    Engine stopped_engine(options_of(site.server));
-    const auto stopped = make_inlet(stopped_engine, "bench");
-    while (!stopped_engine.is_connected()) std::this_thread::yield();
-    stopped->begin();
     std::vector<std::unique_ptr<tool_tests::ToolProcess>> followers;
-    for (int follower = 0; follower < 10; ++follower) {
+    for (int follower = 0; follower < 11; ++follower) {
       const std::string name = "to" + std::to_string(follower);
       followers.push_back(std::make_unique<tool_tests::ToolProcess>(
           site.folder.path(), name,
@@ -277,19 +399,50 @@ void ten_followers(benchmark::State &state) {
     };
     const std::uint64_t first = site.sender.report().stamp.sequence;
     reach(first);
-    const double before = bench::resident_bytes();
+    const auto stopped = std::move(followers.back());
+    followers.pop_back();
+    kill(stopped->id(), SIGSTOP);
+    const double before = anonymous_bytes();
+    double most = before;
     const auto start = Clock::now();
-    for (std::uint32_t transaction = 1; transaction <= transactions; ++transaction) {
-      site.filled.change(at_once, transaction);
+    for (std::uint32_t transaction = 1; transaction <= many_transactions; ++transaction) {
+      site.filled.change(rows_at_once, transaction);
       site.sender.turn();
+      most = std::max(most, anonymous_bytes());
     }
-    reach(first + transactions);
+    reach(first + many_transactions);
     const double time = seconds_since(start);
     state.SetIterationTime(time);
-    state.counters["rows_per_second"] = at_once * transactions / time;
-    state.counters["grown_bytes"] = bench::resident_bytes() - before;
+    state.counters["rows_per_second"] = many_rows / time;
+    state.counters["grown_bytes"] = most - before;
   }
 }
 BENCHMARK(ten_followers)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void ten_watches_plainly(benchmark::State &state) {
+  for (auto _ : state) {
+    Site site(10'000);
+    const std::vector<Letter> letters = site.letters_of_change(rows_at_once);
+    const std::uint64_t last = letters.size() * many_transactions;
+    Plain from(site.server);
+    from.make_stream();
+    std::vector<std::unique_ptr<Plain>> watches;
+    for (int watch = 0; watch < 10; ++watch) {
+      watches.push_back(std::make_unique<Plain>(site.server));
+      watches.back()->watch("plain.>");
+    }
+    const auto start = Clock::now();
+    std::vector<std::thread> readers;
+    for (const auto &watch : watches) readers.emplace_back([&] { watch->reach(last); });
+    for (std::uint32_t transaction = 0; transaction < many_transactions; ++transaction) {
+      from.put(letters);
+    }
+    for (std::thread &reader : readers) reader.join();
+    const double time = seconds_since(start);
+    state.SetIterationTime(time);
+    state.counters["rows_per_second"] = many_rows / time;
+  }
+}
+BENCHMARK(ten_watches_plainly)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
