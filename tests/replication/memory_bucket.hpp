@@ -26,6 +26,8 @@ class MemoryBucket : public Outlet {
     return std::nullopt;
   }
   std::uint64_t put(std::span<const Letter> letters, std::uint64_t last) override {
+    if (before_put) before_put();
+    most_at_once = std::max(most_at_once, letters.size());
     std::size_t put = 0;
     for (const Letter &letter : letters) {
       if (away || put++ == fails_behind) throw CarrierFailure("cut");
@@ -54,6 +56,8 @@ class MemoryBucket : public Outlet {
   }
   std::uint64_t last() const { return last_; }
 
+  std::function<void()> before_put;
+  std::size_t most_at_once = 0;  // letters
   bool away = false;
   std::size_t fails_behind = SIZE_MAX;
 

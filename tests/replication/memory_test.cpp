@@ -10,7 +10,9 @@
 #include "ospf_replication/subjects.hpp"
 #include "ospf_replication/tree_rows.hpp"
 #include "ospf_tables/instance_rows.hpp"
+#include "ospf_tables/row_keys.hpp"
 #include "ospf_tables/tree.hpp"
+#include "random_changes.hpp"
 #include "support/processes.hpp"
 #include "support/random_tree.hpp"
 #include "support/temporary_folder.hpp"
@@ -238,6 +240,48 @@ TEST_F(Replicated, TombstonesNeverOutgrowTheRowsByMuch) {
   EXPECT_GT(sender_.report().snapshots, 1u);
   EXPECT_LT(most, 3000u);
   expect_same();
+}
+
+// Commits that come between the pieces are part of the transaction.
+TEST_F(Replicated, ALargeTransactionGoesInPieces) {
+  constexpr std::uint32_t rows = 10'000;
+  Instance instance{.family = Family::ipv4, .router_id = 1, .areas = {{.id = 0, .interfaces = {}}}};
+  Interface interface {};
+  interface.name = "eth0";
+  interface.network_type = 1;
+  for (std::uint32_t number = 0; number < rows; ++number) {
+    Neighbor neighbor{};
+    neighbor.router_id = ospf_tables::dotted(0x0a000000 + number);
+    neighbor.address = "192.0.2.1";
+    interface.neighbors.push_back(neighbor);
+  }
+  instance.areas[0].interfaces.push_back(interface);
+  from_.changing([&] {
+    std::vector<std::unique_ptr<ospf_tables::NewInstance>> instances;
+    instances.push_back(std::make_unique<ospf_tables::NewInstance>(from_, instance));
+    add_instances(from_, instances);
+  });
+  RandomChanges changes(from_, 1);
+  int puts = 0;
+  bucket_.before_put = [&] {
+    if (++puts <= 3) changes.commit();
+  };
+  sender_.turn();
+  EXPECT_GE(puts, 3);
+  EXPECT_EQ(sender_.report().transactions, 1u);
+  EXPECT_EQ(bucket_.messages().rbegin()->second.subject, "ospf-harbor.site.commit");
+  settle();
+  EXPECT_EQ(follower_.report().transactions, 1u);
+  EXPECT_LE(bucket_.most_at_once, rows / 2);
+  std::size_t sent = 0;
+  std::size_t come = 0;
+  // What was committed while the last piece was put comes with the next transaction.
+  replicate();
+  from_.reading([&] { sent = state_of(from_); });
+  to_.reading([&] { come = state_of(to_); });
+  EXPECT_EQ(come, sent);
+  EXPECT_TRUE(told_.empty()) << told_.front();
+  EXPECT_EQ(sender_.report().snapshots, 1u);
 }
 
 TEST_F(Replicated, RowsThatOthersChangeInTheFollowersStoreAreMended) {

@@ -1,6 +1,7 @@
 #include "ospf_replication/sender.hpp"
 
 #include <algorithm>
+#include <cstdint>
 #include <random>
 #include <utility>
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::chrono::milliseconds judge_every{250};
 constexpr std::uint64_t free_tombstones = 1000;
+constexpr std::size_t letters_of_piece = 4000;
 
 std::uint64_t random_word() {
   std::random_device device;
@@ -70,17 +72,25 @@ void Sender::begin_epoch() {
   next_ = {{std::max(epoch_number_now(), above + 1), random_word()}, 0};
 }
 
-void Sender::gather(bool all, std::vector<Letter> &letters) {
+void Sender::gather(std::vector<Letter> &letters) {
   ++look_;
-  if (all) watch_.forget();
   looked_at_all_ = watch_.look();
   for (const std::string &path : watch_.gone()) {
     if (const auto place = sent_.find(path); place != sent_.end()) place->second.went = look_;
   }
-  watch_.for_each([&](const TreeRow &row) { gather_row(all, row, letters); });
+  const std::vector<const void *> due = std::exchange(due_, {});
+  watch_.for_each([&](const TreeRow &row) { look_at_row(row, letters); });
+  gather_gone(letters);
+  for (const void *record : due) {
+    if (is_full(letters)) {
+      due_.push_back(record);
+    } else {
+      watch_.visit(record, [&](const TreeRow &row) { gather_row(row, letters); });
+    }
+  }
 }
 
-void Sender::gather_row(bool all, const TreeRow &row, std::vector<Letter> &letters) {
+void Sender::look_at_row(const TreeRow &row, std::vector<Letter> &letters) {
   if (row.path.size() > longest_path) {
     throw LibraryFailure(row.path.substr(0, 200) + "...: the path of a row has " +
                          std::to_string(row.path.size()) + " bytes, of " +
@@ -94,11 +104,22 @@ void Sender::gather_row(bool all, const TreeRow &row, std::vector<Letter> &lette
     throw LibraryFailure("two rows are named " + row.path + ", and cannot be told apart");
   }
   sent.seen = look_;
-  if (!all && !is_new && sent.stored == row.stored) return;
+  if (sent.epoch == next_.epoch.number && sent.stored == row.stored) return;
+  if (is_full(letters) && watch_.can_visit()) {
+    due_.push_back(row.record);
+  } else {
+    gather_row(row, letters);
+  }
+}
+
+void Sender::gather_row(const TreeRow &row, std::vector<Letter> &letters) {
+  Sent &sent = sent_.at(row.path);
   const Bytes image = row.rule.image(session_, row.record);
   const Digest digest = digest_of(row.path, row.references, image);
   sent.stored = row.stored;
-  if (!all && !is_new && sent.row == digest) return;
+  if (std::exchange(sent.epoch, next_.epoch.number) == next_.epoch.number && sent.row == digest) {
+    return;
+  }
   leave(sent);
   sent.row = digest;
   sent.luid = luid_of(image);
@@ -108,25 +129,23 @@ void Sender::gather_row(bool all, const TreeRow &row, std::vector<Letter> &lette
   letters.push_back({subjects_.rows + row.path, row_message(next_, row.references, image)});
 }
 
-void Sender::gather_gone(bool all, std::vector<Letter> &letters) {
+void Sender::gather_gone(std::vector<Letter> &letters) {
   if (looked_at_all_) {
-    std::erase_if(sent_, [&](const auto &entry) {
-      return forget_gone(all, entry.first, entry.second, letters);
-    });
+    std::erase_if(
+        sent_, [&](const auto &entry) { return forget_gone(entry.first, entry.second, letters); });
     return;
   }
   for (const std::string &path : watch_.gone()) {
     const auto place = sent_.find(path);
-    if (place != sent_.end() && forget_gone(all, path, place->second, letters)) sent_.erase(place);
+    if (place != sent_.end() && forget_gone(path, place->second, letters)) sent_.erase(place);
   }
 }
 
 // False for a row that is there.
-bool Sender::forget_gone(bool all, const std::string &path, const Sent &sent,
-                         std::vector<Letter> &letters) {
+bool Sender::forget_gone(const std::string &path, const Sent &sent, std::vector<Letter> &letters) {
   if (sent.seen == look_) return false;
   leave(sent);
-  if (!all) {
+  if (sent.epoch == next_.epoch.number) {
     letters.push_back({subjects_.rows + path, gone_message(next_)});
     tombstones_.insert(path);
   }
@@ -137,28 +156,44 @@ void Sender::leave(const Sent &sent) {
   if (sent.is_counted) sums_.take(sent.luid, sent.row);
 }
 
+// What is committed while pieces are sent may leave something due again and again: then the rest
+// is sent at once.
+void Sender::send_pieces(bool all, std::uint32_t &changed) {
+  due_.clear();
+  if (all) {
+    watch_.forget();
+    tombstones_.clear();
+  }
+  std::size_t pieces = 0;
+  do {
+    piece_ = pieces++ > 4 + 2 * sent_.size() / letters_of_piece ? SIZE_MAX : letters_of_piece;
+    std::vector<Letter> letters;
+    try {
+      session_.reading([&] { gather(letters); });
+    } catch (...) {
+      // What was noted as sent was not.
+      need_snapshot("a look at the store failed");
+      throw;
+    }
+    changed += static_cast<std::uint32_t>(letters.size());
+    if (due_.empty() && (all || changed != 0)) {
+      letters.push_back({subjects_.commit, commit_message({next_, changed, sums_})});
+    }
+    if (!letters.empty()) bucket_.last = outlet_.put(letters, bucket_.last);
+  } while (!due_.empty());
+}
+
 bool Sender::send(bool all) {
   ++next_.sequence;
-  std::vector<Letter> letters;
-  try {
-    session_.reading([&] { gather(all, letters); });
-  } catch (...) {
-    // What was noted as sent was not.
-    need_snapshot("a look at the store failed");
-    throw;
-  }
-  gather_gone(all, letters);
-  if (letters.empty() && !all) {
+  const std::uint64_t last = bucket_.last;
+  std::uint32_t changed = 0;
+  send_pieces(all, changed);
+  if (changed == 0 && !all) {
     --next_.sequence;
     return false;
   }
-  const auto changed = static_cast<std::uint32_t>(letters.size());
-  letters.push_back({subjects_.commit, commit_message({next_, changed, sums_})});
-  const std::uint64_t last = bucket_.last;
-  bucket_.last = outlet_.put(letters, last);
   if (all) {
     outlet_.drop_before(last + 1);
-    tombstones_.clear();
     snapshot_is_due_ = false;
     asked_ = 0;
     ++report_.snapshots;

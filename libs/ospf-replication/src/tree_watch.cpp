@@ -53,6 +53,15 @@ void TreeWatch::for_each(const std::function<void(const TreeRow &)> &act) const 
   }
 }
 
+void TreeWatch::visit(const void *record, const std::function<void(const TreeRow &)> &act) {
+  const auto place = nodes_.find(static_cast<const kelp_record *>(record));
+  if (place == nodes_.end() || place->second.path.empty()) return;
+  void *row = row_of(place->first);
+  const TableRule &rule = *tables_.at(place->second.table).rule;
+  rule.stored_image(session_, row, image_);
+  act({place->second.path, rule, row, references_of(session_, rule, row), digest_of(image_)});
+}
+
 // Asks the store for what was changed since the last look; false when it cannot tell.
 bool TreeWatch::changes() {
   changed_.clear();

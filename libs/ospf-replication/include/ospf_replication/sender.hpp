@@ -1,6 +1,8 @@
 // Sends what changes in a store: the difference between what the bucket holds and what the tree
-// holds at one moment, under one read lock, is one transaction. So a sender that was away, or whose
-// engine was, catches up in one step. Which rows may differ is what the store tells of its commits.
+// holds at one moment is one transaction. So a sender that was away, or whose engine was, catches
+// up in one step. Which rows may differ is what the store tells of its commits. Of a large
+// transaction some messages at a time are made, each time under a read lock and with what was
+// committed meanwhile, until nothing is left.
 #pragma once
 
 #include <chrono>
@@ -44,6 +46,7 @@ class Sender {
     Digest stored;
     Digest row;
     Luid luid{};
+    std::uint64_t epoch = 0;  // the number of the one in which it was sent
     const void *record = nullptr;
     std::uint64_t seen = 0;   // the look that found it
     std::uint64_t went = 0;   // the look that found it gone
@@ -53,11 +56,14 @@ class Sender {
   void judge_bucket();
   void begin_epoch();
   bool send(bool all);
-  void gather(bool all, std::vector<Letter> &letters);
-  void gather_row(bool all, const TreeRow &row, std::vector<Letter> &letters);
-  void gather_gone(bool all, std::vector<Letter> &letters);
-  bool forget_gone(bool all, const std::string &path, const Sent &sent,
-                   std::vector<Letter> &letters);
+  void send_pieces(bool all, std::uint32_t &changed);
+  void gather(std::vector<Letter> &letters);
+  void look_at_row(const TreeRow &row, std::vector<Letter> &letters);
+  void gather_row(const TreeRow &row, std::vector<Letter> &letters);
+  void gather_due(std::vector<Letter> &letters);
+  void gather_gone(std::vector<Letter> &letters);
+  bool forget_gone(const std::string &path, const Sent &sent, std::vector<Letter> &letters);
+  bool is_full(const std::vector<Letter> &letters) const { return letters.size() >= piece_; }
   void leave(const Sent &sent);
   void need_snapshot(const std::string &reason);
 
@@ -67,6 +73,9 @@ class Sender {
   TreeWatch watch_;
   std::unordered_map<std::string, Sent> sent_;
   bool looked_at_all_ = false;  // in the latest look
+  // Records of rows that differ and for which the piece that was made had no room.
+  std::vector<const void *> due_;
+  std::size_t piece_ = 0;  // most messages of rows that are made at once
   Sums sums_;
   BucketState bucket_;  // as it was left
   Clock::time_point judged_{};

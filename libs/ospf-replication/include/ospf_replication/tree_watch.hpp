@@ -30,6 +30,10 @@ class TreeWatch {
   // look at all rows those are all that there are, and none is said to have gone.
   const std::vector<std::string> &gone() const { return gone_; }
   void for_each(const std::function<void(const TreeRow &)> &act) const;
+  // Within the same lock: one of the rows that an earlier look found, unless it went. Rows cannot
+  // be asked for one by one where two of them refer to one table.
+  bool can_visit() const { return is_tree_; }
+  void visit(const void *record, const std::function<void(const TreeRow &)> &act);
   // The next look is at all rows, as behind one that failed.
   void forget() { place_ = 0; }
 
