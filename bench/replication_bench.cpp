@@ -135,7 +135,7 @@ class Following {
   Follower follower_;
 };
 
-// Keeps what was put last.
+// Keeps what is put while it is asked to.
 class KeepingOutlet : public Outlet {
  public:
   explicit KeepingOutlet(std::unique_ptr<Outlet> outlet) : outlet_(std::move(outlet)) {}
@@ -144,7 +144,7 @@ class KeepingOutlet : public Outlet {
   BucketState state() override { return outlet_->state(); }
   std::optional<Bytes> last_commit() override { return outlet_->last_commit(); }
   std::uint64_t put(std::span<const Letter> letters, std::uint64_t last) override {
-    if (keeps) kept.assign(letters.begin(), letters.end());
+    if (keeps) kept.insert(kept.end(), letters.begin(), letters.end());
     return outlet_->put(letters, last);
   }
   void drop_before(std::uint64_t number) override { outlet_->drop_before(number); }
