@@ -12,9 +12,9 @@
 
 #include <kelp/text.h>
 
-#include "module/bounded_text.hpp"
 #include "encodings/field_walk.hpp"
 #include "encodings/light_encodings.hpp"
+#include "module/bounded_text.hpp"
 #include "module/failure.hpp"
 #include "module/operation.hpp"
 #include "types/primitive.hpp"
