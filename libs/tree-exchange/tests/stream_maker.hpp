@@ -83,7 +83,7 @@ tree_exchange::Bytes image_of(Fill fill) {
   ospf_tables::Session session;
   kelp_handle *h = session.handle();
   std::uint32_t err = 0;
-  auto *record = Ops::create_record(h, 0, &err);
+  auto *record = Ops::create_record_of(h, 0, session.site().source, &err);
   fill(h, record, &err);
   tree_exchange::Bytes image(2000);
   image.resize(Ops::marshal(h, 0, image.data(), record, 1900, &err));
