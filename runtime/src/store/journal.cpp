@@ -13,8 +13,40 @@
 
 #include "base/failure.hpp"
 #include "store/guard.hpp"
+#include "store/layout.hpp"
 
 namespace kelp::store {
+
+namespace {
+
+#if defined(__SANITIZE_THREAD__)
+constexpr bool is_below_stores_usable = false;  // no address there is a program's
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+constexpr bool is_below_stores_usable = false;
+#else
+constexpr bool is_below_stores_usable = true;
+#endif
+#else
+constexpr bool is_below_stores_usable = true;
+#endif
+
+// Below the addresses of stores. Where the system chooses, a mapping of this size may come to lie
+// in front of what loaders have, where a store that is opened later has to be.
+void *map_below_stores(int file, std::uint64_t bytes) {
+  constexpr std::uint64_t places = 32;
+  const std::uint64_t stride = (bytes + kSpanBytes - 1) / kSpanBytes * kSpanBytes;
+  for (std::uint64_t place = 1; is_below_stores_usable && place <= places; ++place) {
+    void *wanted = reinterpret_cast<void *>(kLowestAddress - place * stride);
+    void *found =
+        mmap(wanted, bytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED_NOREPLACE, file, 0);
+    if (found == wanted) return found;
+    if (found != MAP_FAILED) munmap(found, bytes);
+  }
+  return mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+}
+
+}  // namespace
 
 Journal::~Journal() { close(); }
 
@@ -35,8 +67,7 @@ std::int32_t Journal::open(const std::string &path, mode_t mode, const std::uint
     size = wanted;
   }
   capacity_ = std::min(size - kEntriesOffset, kReserved);
-  void *mapped = mmap(nullptr, kEntriesOffset + kReserved, PROT_READ | PROT_WRITE, MAP_SHARED,
-                      file_.number(), 0);
+  void *mapped = map_below_stores(file_.number(), kEntriesOffset + kReserved);
   if (mapped == MAP_FAILED) {
     return fail(error, errno, "store: '%s': %" PRIu64 " bytes of addresses for it: %s",
                 path.c_str(), kEntriesOffset + kReserved, std::strerror(errno));
