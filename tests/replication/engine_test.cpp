@@ -6,9 +6,11 @@
 #include <sys/un.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <unordered_set>
 
+#include "ospf_replication/followed_site.hpp"
 #include "ospf_replication/jetstream.hpp"
 #include "random_changes.hpp"
 #include "replicate_test.hpp"
@@ -51,6 +53,15 @@ class Replicating {
     session_.reading([&] { state = state_of(session_); });
     return state;
   }
+  // The state with how far it says that it is; of what is followed.
+  std::pair<std::size_t, ospf_replication::Stamp> stamped_state() {
+    std::pair<std::size_t, ospf_replication::Stamp> both;
+    session_.reading([&] {
+      both = {state_of(session_),
+              ospf_replication::stamp_of_followed(session_).value_or(both.second)};
+    });
+    return both;
+  }
   ToolProcess &process() { return *process_; }
 
  private:
@@ -79,7 +90,7 @@ class Network {
   explicit Network(std::uint32_t seed) : random_(seed) {
     for (std::size_t at = 0; at < 2; ++at) {
       changes_.push_back(std::make_unique<RandomChanges>(senders_[at]->session(), seed + at));
-      states_[senders_[at]->site()].insert(senders_[at]->state());
+      states_[senders_[at]->site()].push_back(senders_[at]->state());
     }
   }
 
@@ -91,8 +102,7 @@ class Network {
     proxy_.slow_down(false);
   }
 
-  // Nothing changes any more: how long it takes until all show the same. Who began anew while the
-  // engine had an older disk may go back to what that had, until the sender has found it out.
+  // Nothing changes any more: how long it takes until all show the same.
   std::chrono::milliseconds settle() {
     const auto start = Clock::now();
     bool same = false;
@@ -120,11 +130,22 @@ class Network {
     return 0;
   }
 
-  // No follower shows what its sender never had.
+  // No follower shows what its sender never had, or had before what was shown already.
   void look() {
-    for (const auto &follower : followers_) {
-      EXPECT_TRUE(states_[follower->site()].contains(follower->state()))
-          << follower->process().err();
+    for (std::size_t at = 0; at < followers_.size(); ++at) {
+      Replicating &follower = *followers_[at];
+      const auto [state, stamp] = follower.stamped_state();
+      const std::vector<std::size_t> &states = states_[follower.site()];
+      const auto from = states.begin() + static_cast<std::ptrdiff_t>(reached_[at]);
+      const auto found = std::find(from, states.end(), state);
+      EXPECT_NE(found, states.end())
+          << (std::count(states.begin(), from, state) == 0 ? "what its sender never had"
+                                                           : "what is over")
+          << "\n"
+          << follower.process().err();
+      if (found != states.end()) reached_[at] = static_cast<std::size_t>(found - states.begin());
+      EXPECT_GE(stamp, stamps_[at]) << follower.process().err();
+      stamps_[at] = stamp;
     }
   }
 
@@ -155,7 +176,7 @@ class Network {
       default: {
         const std::size_t sender = random_() % 2;
         for (std::uint32_t commits = 1 + random_() % 4; commits > 0; --commits) {
-          states_[senders_[sender]->site()].insert(changes_[sender]->commit());
+          states_[senders_[sender]->site()].push_back(changes_[sender]->commit());
         }
         return;
       }
@@ -199,7 +220,10 @@ class Network {
     return made;
   }();
   std::vector<std::unique_ptr<RandomChanges>> changes_;
-  std::map<std::string, std::unordered_set<std::size_t>> states_;
+  std::map<std::string, std::vector<std::size_t>> states_;  // of each sender, in order
+  // Of each follower: a place in these, and how far it said that it was.
+  std::array<std::size_t, 3> reached_{};
+  std::array<ospf_replication::Stamp, 3> stamps_{};
 };
 
 TEST(ReplicationRounds, FollowersShowWholeStatesAndInTheEndTheLast) {
@@ -280,6 +304,34 @@ TEST_F(Replicate, ASecondSenderOfANameIsRefused) {
   std::vector<std::string> other = words("--to", "other");
   other.insert(other.end(), {"--seconds", "1"});
   expect_done(other);
+}
+
+TEST_F(Replicate, ASecondFollowerIntoOnePlaceIsRefused) {
+  expect_done({"load", "frr", sample_, "--store", file("from")});
+  ToolProcess sender(folder_, "sender", words("--to", "from"));
+  auto follower = std::make_unique<ToolProcess>(folder_, "follower", words("--from", "to"));
+  ASSERT_TRUE(says(*follower, "the store holds what the sender sent")) << follower->err();
+  const std::string holder = std::to_string(follower->id());
+  expect_refused(words("--from", "to"),
+                 {"replicate: " + file("to") + ": tenant 0 has a follower already: process " +
+                  holder + ", which follows site"});
+  // Stopped, it still holds its place.
+  kill(follower->id(), SIGSTOP);
+  expect_refused(words("--from", "to"), {"process " + holder});
+  std::vector<std::string> beside = words("--from", "to");
+  beside.insert(beside.end(), {"--source", "2", "--seconds", "1"});
+  expect_done(beside);
+  const std::string shown = run({"show", "--store", file("from")}).out;
+  EXPECT_EQ(run({"show", "--store", file("to"), "--source", "2"}).out, shown);
+  // Killed, it does not; nor once it has ended.
+  follower.reset();
+  follower = std::make_unique<ToolProcess>(folder_, "second", words("--from", "to"));
+  ASSERT_TRUE(says(*follower, "the store holds what the sender sent")) << follower->err();
+  kill(follower->id(), SIGTERM);
+  EXPECT_EQ(follower->wait(), 0);
+  std::vector<std::string> third = words("--from", "to");
+  third.insert(third.end(), {"--seconds", "1"});
+  expect_done(third);
 }
 
 TEST_F(Replicate, StatusComparesBothEnds) {

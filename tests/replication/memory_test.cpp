@@ -47,6 +47,7 @@ class Replicated : public testing::Test {
     to_.reading([&] { sums = sums_of(to_); });
     EXPECT_EQ(sums, follower_.sums());
     EXPECT_EQ(follower_.report().rows, sender_.report().rows);
+    to_.reading([&] { EXPECT_EQ(stamp_of_followed(to_), follower_.report().stamp); });
     kelp_error error{};
     to_.reading(
         [&] { EXPECT_EQ(kelp_database_check(to_.database(), nullptr, nullptr, &error), 0); });
@@ -198,6 +199,99 @@ TEST_F(Replicated, APurgedOrOlderBucketIsFilledAnew) {
   }
   settle();
   expect_same();
+}
+
+// Neither who went on nor who begins anew.
+TEST_F(Replicated, AnOlderBucketIsNotFollowedBack) {
+  std::vector<std::string> told;
+  MemoryInlet inlet(bucket_);
+  Follower again(to_, inlet, "site", [&](const std::string &what) { told.push_back(what); });
+  const auto expect_stays = [&] {
+    const std::string before = shown(to_);
+    for (Follower *follower : {&follower_, &again}) {
+      for (int turn = 0; turn < 3; ++turn) {
+        try {
+          EXPECT_FALSE(follower->turn(at_once));
+        } catch (const CarrierFailure &) {
+        }
+      }
+      EXPECT_EQ(shown(to_), before);
+      EXPECT_FALSE(follower->report().is_whole);
+    }
+  };
+  change(1);
+  replicate();
+  const auto older = bucket_.messages();
+  const std::uint64_t last = bucket_.last();
+  change(2);
+  replicate();
+  EXPECT_TRUE(told_.empty());
+  bucket_.restore(older, last);
+  expect_stays();
+  EXPECT_FALSE(told_.empty());
+  EXPECT_FALSE(told.empty());
+  // What the sender had then it may have again, which is another epoch.
+  change(1);
+  sender_.turn();
+  EXPECT_EQ(sender_.report().snapshots, 2u);
+  EXPECT_TRUE(again.turn(at_once));
+  EXPECT_EQ(shown(to_), shown(from_));
+  // The epoch that is over.
+  bucket_.restore(older, last);
+  expect_stays();
+}
+
+// A process that lives on gives its place up with its follower.
+TEST_F(Replicated, AFollowerThatHasEndedHoldsNoPlace) {
+  change(1);
+  sender_.turn();
+  const auto another = [&] {
+    return tool_tests::run_tool({"replicate", "--from", "nats://127.0.0.1:1", "--name", "site",
+                                 "--store", folder_.file("to"), "--seconds", "0.1"});
+  };
+  {
+    MemoryInlet inlet(bucket_);
+    Follower follower(to_, inlet, "site", [](const std::string &what) { FAIL() << what; });
+    EXPECT_TRUE(follower.turn(at_once));
+    const tool_tests::Said said = another();
+    EXPECT_EQ(said.status, 1);
+    EXPECT_NE(said.err.find("has a follower already: process " + std::to_string(getpid())),
+              std::string::npos)
+        << said.err;
+  }
+  const tool_tests::Said said = another();
+  EXPECT_EQ(said.status, 0) << said.err;
+}
+
+TEST_F(Replicated, ASenderWhoseStoreWasRestoredIsFollowed) {
+  change(1);
+  replicate();
+  Session restored(folder_.file("restored"), Session::Missing::is_made);
+  restored.changing([&] {
+    tree_exchange_tests::make_random_tree(restored, {.seed = 1, .mixed_variants = true});
+  });
+  change(2);
+  replicate();
+  Sender sender(restored, bucket_, "site");
+  sender.turn();
+  settle();
+  EXPECT_EQ(shown(to_), shown(restored));
+  EXPECT_TRUE(told_.empty()) << told_.front();
+}
+
+// What was followed under another name says nothing of this one.
+TEST_F(Replicated, AnotherNameIsFollowedFromItsBeginning) {
+  Session other(folder_.file("other"), Session::Missing::is_made);
+  other.changing([&] { tree_exchange_tests::make_random_tree(other, {.seed = 5}); });
+  MemoryBucket bucket;
+  Sender earlier(other, bucket, "other");
+  earlier.turn();
+  change(1);
+  replicate();
+  MemoryInlet inlet(bucket);
+  Follower follower(to_, inlet, "other", [](const std::string &what) { FAIL() << what; });
+  EXPECT_TRUE(follower.turn(at_once));
+  EXPECT_EQ(shown(to_), shown(other));
 }
 
 TEST_F(Replicated, ATransactionThatIsCutAnywhereIsNeverShown) {
@@ -403,6 +497,11 @@ TEST_F(Replicated, SitesOfOneStoreDoNotMeet) {
   }
   to_.reading([&] { EXPECT_EQ(ospf_tables::sites_of(to_), sites); });
   EXPECT_EQ(shown_of({}), "");
+  to_.reading([&] { EXPECT_EQ(stamp_of_followed(to_), std::nullopt); });
+  for (const auto &each : all) {
+    to_.set_site(each->site);
+    to_.reading([&] { EXPECT_EQ(stamp_of_followed(to_), each->follower.report().stamp); });
+  }
   // One goes with all that it has, and no other.
   to_.set_site(sites[1]);
   to_.changing([&] { ospf_tables::clear_tree(to_); });
@@ -458,6 +557,7 @@ class Forged : public Replicated {
     publish();
     EXPECT_GT(refused(Refusal::unsound), count);
     EXPECT_EQ(shown(to_), before);
+    to_.reading([&] { EXPECT_EQ(stamp_of_followed(to_), follower_.report().stamp); });
     to_.reading(
         [&] { EXPECT_EQ(kelp_database_check(to_.database(), nullptr, nullptr, nullptr), 0); });
   }

@@ -53,10 +53,12 @@ void Assembly::take(const std::string &path, const Message &message, const Limit
 }
 
 bool Assembly::is_whole(const Commit &commit) const {
-  // Read from the first message on, the latest marker is met again.
-  if (!from_nothing_ && commit.stamp.sequence <= passed_) {
+  // Read from the first message on, the latest marker is met again, unless the bucket is one that
+  // was before.
+  const std::uint64_t next = from_nothing_ ? passed_ : passed_ + 1;
+  if (commit.stamp.sequence < next) {
     throw Replayed("the commit of transaction " + std::to_string(commit.stamp.sequence) + " again",
-                   "one behind " + std::to_string(passed_));
+                   std::to_string(next) + " or a later one");
   }
   return commit.sums == sums_;
 }

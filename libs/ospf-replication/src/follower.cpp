@@ -34,6 +34,14 @@ const char *name_of(Refusal kind) {
   return names[static_cast<std::size_t>(kind)];
 }
 
+Follower::~Follower() {
+  try {
+    site_.leave();
+  } catch (const std::exception &) {
+    // Others find that this process follows until it has ended.
+  }
+}
+
 bool Follower::turn(std::chrono::milliseconds time) {
   try {
     if (!is_reading_) begin();
@@ -53,6 +61,7 @@ bool Follower::turn(std::chrono::milliseconds time) {
 
 void Follower::begin() {
   if (!has_looked_) {
+    session_.changing_on([&](bool) { report_.stamp = site_.claim(); });
     session_.reading([&] { look_at_store(); });
     has_looked_ = true;
   }
@@ -179,14 +188,13 @@ void Follower::take_row(const std::string &path, const tree_exchange::TableRule 
 
 bool Follower::take_commit(const Commit &commit_marker, bool is_last) {
   const Stamp &stamp = commit_marker.stamp;
-  Assembly *assembly = nullptr;
   try {
-    assembly = &assembly_of(stamp.epoch);
+    Assembly &assembly = assembly_of(stamp.epoch);
+    if (assembly.is_whole(commit_marker)) return commit(assembly, stamp);
   } catch (const Replayed &) {
-    if (is_last) not_whole("its last commit is of an earlier epoch", is_last);
+    not_whole("its last commit is of an earlier epoch or transaction", is_last);
     throw;
   }
-  if (assembly->is_whole(commit_marker)) return commit(*assembly, stamp);
   not_whole("the digests of transaction " + std::to_string(stamp.sequence) +
                 " are not those of the rows that came",
             is_last);
@@ -197,11 +205,14 @@ bool Follower::commit(Assembly &assembly, const Stamp &stamp) {
   Application application(session_, had_, assembly, places_);
   try {
     session_.changing_on([&](bool alone) {
-      if (!alone && !look_at_store()) throw StoreMoved("others changed the rows of this site");
+      const bool is_same = (alone || look_at_store()) && site_.claim() == report_.stamp;
+      if (!is_same) throw StoreMoved("others changed the rows of this site");
       application.apply();
+      site_.move_to(stamp);
     });
   } catch (const StoreMoved &moved) {
     tell_(std::string(moved.what()) + "; reading the bucket again");
+    has_looked_ = false;
     is_reading_ = false;
     ++report_.read_again;
     return false;

@@ -24,7 +24,8 @@ class BucketMoved : public CarrierFailure {
   using CarrierFailure::CarrierFailure;
 };
 
-// Another sender has the name, or the engine will never take what it is given.
+// Another sender has the name, another follower the place in the store, or the engine will never
+// take what it is given.
 class Refused : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };

@@ -1,6 +1,7 @@
 // Follows a site into a store: whole transactions alone, in order, each in one transaction of the
 // store, of which this follower writes one tree. What does not come together is read again from the
 // bucket, then asked for from the sender; readers of the store keep the last whole state meanwhile.
+// A bucket that came back with what was before is not followed back.
 #pragma once
 
 #include <array>
@@ -12,6 +13,7 @@
 
 #include "ospf_replication/assembly.hpp"
 #include "ospf_replication/carrier.hpp"
+#include "ospf_replication/followed_site.hpp"
 #include "ospf_replication/subjects.hpp"
 #include "ospf_replication/tree_rows.hpp"
 #include "ospf_tables/session.hpp"
@@ -42,11 +44,16 @@ class Follower {
       : session_(session),
         inlet_(inlet),
         subjects_(site),
+        site_(session, site),
         tell_(std::move(tell)),
         limits_(limits) {}
+  ~Follower();
+  Follower(const Follower &) = delete;
+  Follower &operator=(const Follower &) = delete;
 
   // Takes what comes, until nothing has for that time or a transaction was committed; gives whether
-  // one was. Throws CarrierFailure and LibraryFailure, after which it begins again.
+  // one was. Throws CarrierFailure and LibraryFailure, after which it begins again, and Refused
+  // when another process follows into the same site of the store.
   bool turn(std::chrono::milliseconds time);
 
   const FollowerReport &report() const { return report_; }
@@ -71,6 +78,7 @@ class Follower {
   ospf_tables::Session &session_;
   Inlet &inlet_;
   Subjects subjects_;
+  FollowedSite site_;
   std::function<void(const std::string &)> tell_;
   Limits limits_;
   RowPlaces places_;

@@ -79,6 +79,7 @@ enum class MessageKind : std::uint8_t { row = 'R', gone = 'G', commit = 'C' };
 struct Stamp {
   Epoch epoch;
   std::uint64_t sequence = 0;  // of the transaction in its epoch, from 1
+  auto operator<=>(const Stamp &) const = default;
 };
 
 struct Commit {
