@@ -74,8 +74,7 @@ bool TreeWatch::changes() {
         static_cast<TreeWatch *>(context)->changed_.emplace_back(block, freed != 0);
       },
       this, &error);
-  constexpr std::int32_t too_long_ago = 75;
-  if (code != 0 && code != too_long_ago) throw LibraryFailure(error.text);
+  if (code != 0 && code != KELP_TOO_LONG_AGO) throw LibraryFailure(error.text);
   return knows && code == 0;
 }
 

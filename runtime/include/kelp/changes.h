@@ -8,6 +8,10 @@
 
 KELP_EXTERN_C_BEGIN
 
+/* What kelp_changes_since gives when the store does not know that far back, so that anything may have
+ * changed. */
+#define KELP_TOO_LONG_AGO 75
+
 /* Hears of a block: where it begins, and whether it was freed. */
 typedef void (*kelp_block_heard)(void *context, const void *block, uint32_t freed);
 
@@ -15,8 +19,8 @@ typedef void (*kelp_block_heard)(void *context, const void *block, uint32_t free
  * since a place, in order, and moves the place to the present. Told are blocks that were there
  * already: to what was made since, something that was changed leads. A block may be told that was
  * not changed; where a freed one was, another may be by now. 0 is the place before everything.
- * Hold a lock. 0; 75 with nothing told when the store does not know that far back, so that anything
- * may have changed; 22 for a private database, 1 without a lock, 12. */
+ * Hold a lock. 0; KELP_TOO_LONG_AGO with nothing told; 22 for a private database, 1 without a lock,
+ * 12. */
 KELP_API int32_t kelp_changes_since(kelp_handle *handle, uint64_t *place, kelp_block_heard heard,
                                     void *context, kelp_error *error);
 

@@ -15,8 +15,6 @@ namespace kelp {
 
 namespace {
 
-constexpr std::int32_t kTooLongAgo = 75;  // EOVERFLOW
-
 // Runs work(store), which gives a code, under the lock of a handle on a store.
 template <typename Work>
 std::int32_t in_locked_store(kelp_handle *handle, const char *function, kelp_error *error,
@@ -76,7 +74,7 @@ extern "C" int32_t kelp_changes_since(kelp_handle *handle, uint64_t *place, kelp
     const bool is_known = store.each_change(
         place, [&](const void *block, bool goes) { heard(context, block, goes ? 1 : 0); });
     if (is_known) return kelp::succeed(error);
-    return kelp::fail(error, kelp::kTooLongAgo,
+    return kelp::fail(error, KELP_TOO_LONG_AGO,
                       "%s: store '%s': more was changed since then than it keeps", kFunction,
                       store.path().c_str());
   });

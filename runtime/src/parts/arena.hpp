@@ -91,7 +91,7 @@ class Arena {
   struct Block;  // a block that was found by an address
 
   static constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
-  static constexpr std::size_t kSpanBytes = std::size_t{1} << 16;
+  static constexpr std::size_t kSpanBytes = store::kSpanBytes;
   static constexpr std::size_t kSpansPerChunk = kChunkBytes / kSpanBytes;
 
   void *allocate_slot(std::size_t size, std::size_t class_index);

@@ -5,19 +5,9 @@
 
 #include <cstddef>
 
-namespace kelp {
+#include "base/sanitizers.hpp"
 
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool kAddressSanitizer = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-inline constexpr bool kAddressSanitizer = true;
-#else
-inline constexpr bool kAddressSanitizer = false;
-#endif
-#else
-inline constexpr bool kAddressSanitizer = false;
-#endif
+namespace kelp {
 
 // Bytes kept free behind each block, so that an overrun does not land in the next one.
 inline constexpr std::size_t kRedZone = kAddressSanitizer ? 16 : 0;

@@ -133,8 +133,7 @@ struct ValueFamily {
 
 }  // namespace kelp
 
-// get, hash, len, marshal, unmarshal, print, to_xml, from_xml and read_element of a
-// primitive.
+// get, hash, len, marshal, unmarshal, print, to_xml, from_xml and read_element of a primitive.
 #define KELP_EXPORT_VALUE_FAMILY(prefix, Rule)                                                     \
   Rule::Value *prefix##_get(kelp_handle *, uint32_t, const Rule::Value *address, uint32_t *err) {  \
     return kelp::ValueFamily<Rule>::get(address, err);                                             \

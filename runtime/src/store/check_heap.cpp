@@ -133,7 +133,7 @@ std::uint64_t HeapCheck::check_free(std::uint64_t i, std::uint64_t end) {
 void HeapCheck::check_slots(std::uint64_t i) {
   const Span &span = spans_[i];
   const std::size_t bytes = span.class_index < kClasses ? class_bytes(span.class_index) : 0;
-  const std::size_t count = bytes == 0 ? 0 : (kSpanBytes - kAlignment) / (bytes + sizeof(Slot));
+  const std::size_t count = bytes == 0 ? 0 : slots_of_span(bytes);
   const std::size_t offset = (count * sizeof(Slot) + kAlignment - 1) / kAlignment * kAlignment;
   if (bytes == 0 || span.slot_bytes != bytes || span.slot_count != count ||
       span.slots_offset != offset || span.fresh > count || span.live > span.fresh) {

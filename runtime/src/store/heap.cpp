@@ -154,7 +154,7 @@ Span *Heap::span_with_room(std::size_t index) {
   Span *made = take_run(1);
   if (made == nullptr) return nullptr;
   const std::size_t bytes = class_bytes(index);
-  const std::size_t slots = (kSpanBytes - kAlignment) / (bytes + sizeof(Slot));
+  const std::size_t slots = slots_of_span(bytes);
   made->kind = SpanKind::slots;
   made->state = 0;
   made->class_index = static_cast<std::uint16_t>(index);

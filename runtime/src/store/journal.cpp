@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "base/failure.hpp"
+#include "base/sanitizers.hpp"
 #include "store/guard.hpp"
 #include "store/layout.hpp"
 
@@ -19,24 +20,13 @@ namespace kelp::store {
 
 namespace {
 
-#if defined(__SANITIZE_THREAD__)
-constexpr bool is_below_stores_usable = false;  // no address there is a program's
-#elif defined(__has_feature)
-#if __has_feature(thread_sanitizer)
-constexpr bool is_below_stores_usable = false;
-#else
-constexpr bool is_below_stores_usable = true;
-#endif
-#else
-constexpr bool is_below_stores_usable = true;
-#endif
-
 // Below the addresses of stores. Where the system chooses, a mapping of this size may come to lie
-// in front of what loaders have, where a store that is opened later has to be.
+// in front of what loaders have, where a store that is opened later has to be. Under the thread
+// sanitizer no address there is a program's.
 void *map_below_stores(int file, std::uint64_t bytes) {
   constexpr std::uint64_t places = 32;
   const std::uint64_t stride = (bytes + kSpanBytes - 1) / kSpanBytes * kSpanBytes;
-  for (std::uint64_t place = 1; is_below_stores_usable && place <= places; ++place) {
+  for (std::uint64_t place = 1; !kThreadSanitizer && place <= places; ++place) {
     void *wanted = reinterpret_cast<void *>(kLowestAddress - place * stride);
     void *found =
         mmap(wanted, bytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED_NOREPLACE, file, 0);

@@ -29,7 +29,6 @@ struct kelp_oid_mapping {
 
 namespace kelp::store {
 
-inline constexpr std::size_t kSpanBytes = 65536;
 inline constexpr std::size_t kSegmentSpans = 1024;
 inline constexpr std::size_t kSegmentBytes = kSegmentSpans * kSpanBytes;
 inline constexpr std::size_t kPageBytes = 4096;
@@ -238,7 +237,7 @@ struct Slot {
   std::uint8_t state;
   std::uint8_t unused;
 };
-static_assert(sizeof(Slot) == 8);
+static_assert(sizeof(Slot) == kSlotHead);
 
 struct JournalHead {
   char magic[16];

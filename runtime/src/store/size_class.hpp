@@ -10,13 +10,18 @@ namespace kelp::store {
 
 inline constexpr std::size_t kAlignment = 16;
 inline constexpr std::size_t kLargestSlot = 16384;
+inline constexpr std::size_t kSpanBytes = 65536;  // of memory that is cut into slots of one class
+inline constexpr std::size_t kSlotHead = 8;  // what a store keeps of each, in front of them all
+
+constexpr std::size_t slots_of_span(std::size_t bytes) {
+  return (kSpanBytes - kAlignment) / (bytes + kSlotHead);
+}
 
 // The class above one of so many bytes: the largest of which a span holds one less.
 constexpr std::size_t next_class_bytes(std::size_t bytes) {
-  constexpr std::size_t kSpan = 65536 - kAlignment;
-  constexpr std::size_t kHead = 8;  // what a store keeps of each slot in front of them
-  const std::size_t fewer = kSpan / (bytes + kHead) - 1;
-  const std::size_t filling = (kSpan / fewer - kHead) / kAlignment * kAlignment;
+  const std::size_t fewer = slots_of_span(bytes) - 1;
+  const std::size_t filling =
+      ((kSpanBytes - kAlignment) / fewer - kSlotHead) / kAlignment * kAlignment;
   const std::size_t most = (bytes + 1) * 106 / 100 / kAlignment * kAlignment;
   const std::size_t next = std::max(std::min(filling, most), bytes + kAlignment);
   return std::min(next, kLargestSlot);
