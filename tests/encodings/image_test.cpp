@@ -225,6 +225,20 @@ TEST(Image, AnObjectAboveTheDomainIsWrittenAtTheDomainsVariantAndRefused) {
   EXPECT_EQ(buffer.first(used), from_hex("00 00 00000004"));
 }
 
+TEST(Image, AnEmbeddedEnumerationOrFlagSetAboveTheDomainIsRefused) {
+  Store store;
+  const Object<ospf_neighbor> neighbor(store, types::ospf_neighbor);
+  const Object<ospfv2_lsa_body> body(store, types::ospfv2_lsa_body);
+  field<kelp_object_header>(neighbor, types::ospf_neighbor, "state").variant = 3;
+  field<kelp_object_header>(body, types::ospfv2_lsa_body, "body_flag_options").variant = 3;
+  Buffer buffer;
+  store(ospf_neighbor_marshal, buffer.data(), neighbor, 2000);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
+  store.err = 0;
+  store(ospfv2_lsa_body_marshal, buffer.data(), body, 2000);
+  EXPECT_EQ(store.err, KELP_ERR_EPOCH);
+}
+
 TEST(Image, MarshalForCloneWritesAnObjectAboveTheDomainAsItIs) {
   Store store;
   const Object<ospf_area> area(store, types::ospf_area);

@@ -67,6 +67,20 @@ class Authentication : public harness::Single<ospf_authentication> {
   }
 };
 
+// Of the key chain, under the space 17.
+void expect_pointer_selector_and_state(const WriteWatch &watch, const Authentication &choice) {
+  const auto writes = watch.writes();
+  ASSERT_EQ(writes.size(), 3u);
+  const std::size_t places[] = {offset_of(fields::key_chain), selector_offset,
+                                object_size + key_chain_state};
+  const std::size_t lengths[] = {8, 4, 1};
+  for (std::size_t n = 0; n < 3; ++n) {
+    EXPECT_EQ(writes[n].offset_in(choice.object), static_cast<std::ptrdiff_t>(places[n])) << n;
+    EXPECT_EQ(writes[n].length, lengths[n]) << n;
+    EXPECT_EQ(writes[n].space_id, 17u) << n;
+  }
+}
+
 // --- set ----------------------------------------------------------------------------------------
 
 TEST(ChoiceSet, KeyStringAndAlgorithmTravelTogether) {
@@ -113,16 +127,7 @@ TEST(ChoiceSet, AnnouncesThePointerThenTheSelectorThenTheState) {
   kelp_vstring *key = choice.text("chain");
   WriteWatch watch(choice.store);
   ospf_authentication_key_chain_set(choice.store, 17, choice.object, key, &choice.store.err);
-  const auto writes = watch.writes();
-  ASSERT_EQ(writes.size(), 3u);
-  const std::size_t places[] = {offset_of(fields::key_chain), selector_offset,
-                                object_size + key_chain_state};
-  const std::size_t lengths[] = {8, 4, 1};
-  for (std::size_t n = 0; n < 3; ++n) {
-    EXPECT_EQ(writes[n].offset_in(choice.object), static_cast<std::ptrdiff_t>(places[n])) << n;
-    EXPECT_EQ(writes[n].length, lengths[n]) << n;
-    EXPECT_EQ(writes[n].space_id, 17u) << n;
-  }
+  expect_pointer_selector_and_state(watch, choice);
   EXPECT_EQ(choice.store.err, 0u);
   EXPECT_EQ(choice.state(key_chain_state), 2);
   EXPECT_EQ(choice.state(selector_state), 0) << "the selector's state is not marked";
@@ -282,16 +287,7 @@ TEST(ChoiceDetach, GivesTheArmAwayAndClearsSelectorAndState) {
   EXPECT_EQ(choice.arm(fields::key_chain), nullptr);
   EXPECT_EQ(choice.selector(), 0u);
   EXPECT_EQ(choice.state(key_chain_state), 0);
-  const auto writes = watch.writes();
-  ASSERT_EQ(writes.size(), 3u);
-  const std::size_t places[] = {offset_of(fields::key_chain), selector_offset,
-                                object_size + key_chain_state};
-  const std::size_t lengths[] = {8, 4, 1};
-  for (std::size_t n = 0; n < 3; ++n) {
-    EXPECT_EQ(writes[n].offset_in(choice.object), static_cast<std::ptrdiff_t>(places[n])) << n;
-    EXPECT_EQ(writes[n].length, lengths[n]) << n;
-    EXPECT_EQ(writes[n].space_id, 17u) << n;
-  }
+  expect_pointer_selector_and_state(watch, choice);
   choice.drop(chain);
 }
 

@@ -17,12 +17,6 @@ namespace {
 
 constexpr std::uint32_t space = 0;
 
-std::string name_of_tracking(const testing::TestParamInfo<std::uint32_t> &info) {
-  return info.param == KELP_TRACKING_ABSENT ? "absent"
-         : info.param == KELP_TRACKING_ON   ? "on"
-                                            : "off";
-}
-
 // Words of no zero byte, so that whatever is read from them is seen.
 void fill_with_ones(void *object, const Structure &type) {
   for (const Field *field : type.fields) {

@@ -38,8 +38,8 @@ std::uint64_t call_composed(const emit::Function &function, Word word) {
     const bool is_pointer = parameter.find('*') != std::string::npos;
     if (is_pointer || !parameter.starts_with("double ")) words.at(next++) = word(parameter);
   }
-  return std::apply(
-      [&](auto... each) { return call<std::uint64_t>(function.name, each...); }, words);
+  return std::apply([&](auto... each) { return call<std::uint64_t>(function.name, each...); },
+                    words);
 }
 
 inline std::uint64_t word_of(const void *pointer) {

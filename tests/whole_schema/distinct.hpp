@@ -32,10 +32,7 @@ inline const auto all_cases = testing::Values(
     Case{KELP_TRACKING_ON, 1}, Case{KELP_TRACKING_OFF, 0}, Case{KELP_TRACKING_OFF, 1});
 
 inline std::string name_of_case(const testing::TestParamInfo<Case> &info) {
-  const std::string handle = info.param.tracking == KELP_TRACKING_ABSENT ? "Absent"
-                             : info.param.tracking == KELP_TRACKING_ON   ? "On"
-                                                                         : "Off";
-  return handle + "Variant" + std::to_string(info.param.variant);
+  return tracking_text(info.param.tracking) + "Variant" + std::to_string(info.param.variant);
 }
 
 // Brings everything that has two variants to one of them.

@@ -28,6 +28,13 @@ inline std::string of(const Structure &type, const Field &field, const char *suf
   return std::string(type.name) + "_" + std::string(field.name) + "_" + suffix;
 }
 
+inline std::string tracking_text(std::uint32_t tracking) {
+  return tracking == KELP_TRACKING_ABSENT ? "Absent" : tracking == KELP_TRACKING_ON ? "On" : "Off";
+}
+inline std::string name_of_tracking(const testing::TestParamInfo<std::uint32_t> &info) {
+  return tracking_text(info.param);
+}
+
 inline void *create(kelp_handle *handle, const std::string &type) {
   return call<void *>(type + "_create", handle, std::uint32_t{0});
 }

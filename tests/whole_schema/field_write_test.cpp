@@ -283,10 +283,6 @@ TEST_P(FieldWrite, PlatformCallsOfAPrimitiveSetterComeInOrder) {
 
 INSTANTIATE_TEST_SUITE_P(Handles, FieldWrite,
                          testing::Values(KELP_TRACKING_ABSENT, KELP_TRACKING_ON, KELP_TRACKING_OFF),
-                         [](const auto &info) {
-                           return info.param == KELP_TRACKING_ABSENT ? "Absent"
-                                  : info.param == KELP_TRACKING_ON   ? "On"
-                                                                     : "Off";
-                         });
+                         name_of_tracking);
 
 }  // namespace whole_schema

@@ -303,15 +303,28 @@ void ask(void *, const void *, std::size_t, std::uint32_t) {
   answers->push_back(error.text);
 }
 
-// An interface without its node_flag, read in a way; what was asked meanwhile, and the word of the
-// chain behind it.
-std::vector<std::string> read_incomplete(Way way, bool hears, bool in_chain) {
-  const auto is_interface = [](const Structure *type) { return type->name == "ospf_interface"; };
-  const Structure &type = **std::find_if(harbor::model::structures.begin(),
-                                         harbor::model::structures.end(), is_interface);
+// A document that lacks an element of its type.
+struct Incomplete {
+  const Structure &type;
+  const char *text;
+};
+const Incomplete interface_without_node_flag{
+    harbor::model::types::ospf_interface,
+    "<x><network_type><POINT_TO_POINT/></network_type><cost>7</cost>"
+    "<multi_area_val><cost>5</cost></multi_area_val><priority>1</priority></x>"};
+// Nothing is missing behind what is forgotten with the last error.
+const Incomplete neighbor_without_bdr{
+    harbor::model::types::ospf_neighbor,
+    "<x><neighbor_id>10.0.0.1</neighbor_id><address>10.0.0.2</address><dr>10.0.0.3</dr>"
+    "<state><NBR_STATE_DOWN/></state><stats><nbr_event_count>1</nbr_event_count>"
+    "<nbr_retrans_qlen>2</nbr_retrans_qlen></stats></x>"};
+
+// It is read in a way; what was asked meanwhile, and the word of the chain behind it.
+std::vector<std::string> read_incomplete(const Incomplete &document, Way way, bool hears,
+                                         bool in_chain) {
   harness::Store store{{.tracking = KELP_TRACKING_ABSENT}};
   kelp_handle *handle = store.handle();
-  const encodings::Object<> object(store, type);
+  const encodings::Object<> object(store, document.type);
   kelp_handle_set_inline(handle, static_cast<std::uint32_t>(way));
   std::vector<std::string> heard;
   asked = handle;
@@ -320,10 +333,7 @@ std::vector<std::string> read_incomplete(Way way, bool hears, bool in_chain) {
   if (hears) handle->write_notify = ask;
   handle->cr_create = in_chain ? 1 : 0;
   std::uint32_t err = 0;
-  encodings::read(store, object,
-                  "<x><network_type><POINT_TO_POINT/></network_type><cost>7</cost>"
-                  "<multi_area_val><cost>5</cost></multi_area_val><priority>1</priority></x>",
-                  &err);
+  encodings::read(store, object, document.text, &err);
   handle->write_notify = own;
   EXPECT_EQ(err, 0u);
   heard.push_back(std::to_string(std::exchange(handle->cr_err, 0)));
@@ -332,16 +342,19 @@ std::vector<std::string> read_incomplete(Way way, bool hears, bool in_chain) {
 }
 
 TEST(InlineXml, SaysAtOnceWhatIsMissingWhereSomebodyHears) {
-  const std::vector<std::string> called = read_incomplete(Way::by_calls, true, false);
-  EXPECT_EQ(read_incomplete(Way::inline_work, true, false), called);
+  const Incomplete &document = interface_without_node_flag;
+  const std::vector<std::string> called = read_incomplete(document, Way::by_calls, true, false);
+  EXPECT_EQ(read_incomplete(document, Way::inline_work, true, false), called);
   EXPECT_NE(called.front().find("found no element"), std::string::npos) << called.front();
 }
 
 TEST(InlineXml, LeavesTheFirstMissingElementInAChain) {
-  for (const bool hears : {false, true}) {
-    const std::vector<std::string> called = read_incomplete(Way::by_calls, hears, true);
-    EXPECT_EQ(called.back(), "2");
-    EXPECT_EQ(read_incomplete(Way::inline_work, hears, true), called);
+  for (const Incomplete *document : {&interface_without_node_flag, &neighbor_without_bdr}) {
+    for (const bool hears : {false, true}) {
+      const auto called = read_incomplete(*document, Way::by_calls, hears, true);
+      EXPECT_EQ(called.back(), "2");
+      EXPECT_EQ(read_incomplete(*document, Way::inline_work, hears, true), called);
+    }
   }
 }
 

@@ -506,10 +506,6 @@ TEST_P(Unannounced, ATransferAnnouncesEverythingOnBothSides) {
 
 INSTANTIATE_TEST_SUITE_P(Handles, Unannounced,
                          testing::Values(KELP_TRACKING_ABSENT, KELP_TRACKING_ON, KELP_TRACKING_OFF),
-                         [](const auto &info) {
-                           return info.param == KELP_TRACKING_ABSENT ? "Absent"
-                                  : info.param == KELP_TRACKING_ON   ? "On"
-                                                                     : "Off";
-                         });
+                         name_of_tracking);
 
 }  // namespace whole_schema

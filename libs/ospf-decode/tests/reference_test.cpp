@@ -12,20 +12,11 @@
 #include "ospf_decode/capture.hpp"
 #include "ospf_decode/network.hpp"
 #include "support/bytes.hpp"
+#include "support/lines.hpp"
 #include "support/places.hpp"
 
 namespace ospf_decode::testing {
 namespace {
-
-using Lines = std::vector<std::string>;
-
-Lines read_lines(const std::string &path) {
-  std::ifstream file(path);
-  EXPECT_TRUE(file.good()) << path;
-  Lines out;
-  for (std::string line; std::getline(file, line);) out.push_back(line);
-  return out;
-}
 
 // A recording is a directory of the test data.
 class Recording : public ::testing::TestWithParam<const char *> {
