@@ -139,7 +139,7 @@ class JetStreamOutlet : public Outlet {
     }
     if (longest == nullptr) return;
     throw Refused("found " + std::to_string(count) +
-                  " messages that are too long for the server, " + "the longest with " +
+                  " messages that are too long for the server, the longest with " +
                   std::to_string(longest->body.size()) + " bytes for " + longest->subject +
                   ", expected at most " + std::to_string(most) +
                   " (its max_payload); nothing is sent before it takes them");

@@ -60,7 +60,6 @@ class Sender {
   void gather(std::vector<Letter> &letters);
   void look_at_row(const TreeRow &row, std::vector<Letter> &letters);
   void gather_row(const TreeRow &row, std::vector<Letter> &letters);
-  void gather_due(std::vector<Letter> &letters);
   void gather_gone(std::vector<Letter> &letters);
   bool forget_gone(const std::string &path, const Sent &sent, std::vector<Letter> &letters);
   bool is_full(const std::vector<Letter> &letters) const { return letters.size() >= piece_; }

@@ -42,8 +42,8 @@ class Session {
 
   bool is_store() const { return is_store_; }
 
-  // Whose rows are read, made and ended from now on. is_named: what is shown of them
-  // says whose they are.
+  // Whose rows are read, made and ended from now on. is_named: what is shown of them says whose
+  // they are.
   void set_site(const Site &site, bool is_named = false);
   const Site &site() const { return site_; }
   // The site, where what is shown is to name it.
