@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <thread>
 
+#include "ospf_replication/followed_site.hpp"
 #include "ospf_replication/follower.hpp"
 #include "ospf_replication/jetstream.hpp"
 #include "ospf_replication/sender.hpp"
@@ -265,8 +266,8 @@ void tell(benchmark::State &state, std::vector<double> &times) {
   state.counters["p99_us"] = 1e6 * times[times.size() * 99 / 100];
 }
 
-// From the commit at the sender to the commit at the follower. What wakes each of them, when they
-// are processes, is measured with stores.
+// From the commit at the sender to the commit at the follower, both within this
+// process.
 void one_row(benchmark::State &state) {
   Site site(static_cast<std::uint32_t>(state.range(0)));
   Following following(site.server, site.folder.file("to"));
@@ -285,6 +286,43 @@ void one_row(benchmark::State &state) {
 }
 BENCHMARK(one_row)->Arg(1000)->Iterations(500)->UseManualTime();
 BENCHMARK(one_row)->Arg(100'000)->Iterations(500)->UseManualTime();
+
+// The same where each of them is woken in a process of its own: this one commits to the sender's
+// store, and is woken by the commit to the follower's.
+void one_row_between_processes(benchmark::State &state) {
+  const TemporaryFolder folder;
+  const replication_tests::Server server(folder.path() / "engine");
+  Filled filled(folder.file("from"), static_cast<std::uint32_t>(state.range(0)));
+  Session to(folder.file("to"), Session::Missing::is_made);
+  const auto replicates = [&](const std::string &direction, const std::string &store) {
+    return std::make_unique<tool_tests::ToolProcess>(
+        folder.path(), store + ".process",
+        std::vector<std::string>{"replicate", direction, replication_tests::url_of(server.port()),
+                                 "--name", "bench", "--store", folder.file(store)});
+  };
+  const auto sender = replicates("--to", "from");
+  const auto follower = replicates("--from", "to");
+  Stamp stamp;
+  const auto reach_next = [&] {
+    for (const Stamp before = stamp; stamp <= before;) {
+      kelp_feed_wait(to.handle(), nullptr, 1000, nullptr);
+      to.reading([&] { stamp = stamp_of_followed(to).value_or(before); });
+    }
+  };
+  reach_next();
+  std::vector<double> times;
+  std::uint32_t value = 0;
+  for (auto _ : state) {
+    const auto start = Clock::now();
+    filled.change(1, ++value);
+    reach_next();
+    times.push_back(seconds_since(start));
+    state.SetIterationTime(times.back());
+  }
+  tell(state, times);
+}
+BENCHMARK(one_row_between_processes)->Arg(1000)->Iterations(500)->UseManualTime();
+BENCHMARK(one_row_between_processes)->Arg(100'000)->Iterations(500)->UseManualTime();
 
 void one_row_plainly(benchmark::State &state) {
   Site site(1000);
