@@ -6,7 +6,7 @@
 #include "views/json_lines.hpp"
 #include "views/lsa_list.hpp"
 #include "views/lsdb_filter.hpp"
-#include "views/notes.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -25,7 +25,7 @@ int list_lsas(Session &session, const LsdbOptions &options) {
   const std::vector<LsdbEntry> all = read_lsdb(session);
   const std::vector<LsdbEntry> entries = filtered(all, options.filter);
   if (entries.empty()) {
-    std::fprintf(stderr, "ospf-harbor: lsdb: %s%s\n", site_part(session).c_str(),
+    std::fprintf(stderr, "ospf-harbor: lsdb: %s%s\n", site_part(session.named_site()).c_str(),
                  all.empty() ? "no LSAs are loaded"
                              : ("none of " + std::to_string(all.size()) +
                                 " LSAs is what the options ask for")

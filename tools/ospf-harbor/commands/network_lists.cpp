@@ -4,7 +4,7 @@
 #include "commands/command.hpp"
 #include "commands/network_options.hpp"
 #include "views/network_tables.hpp"
-#include "views/notes.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -34,7 +34,7 @@ Run set_up_list(CLI::App &app) {
                          : print(lists, screen_of_output(options->colour), stdout);
     if (any) return 0;
     std::fprintf(stderr, "ospf-harbor: %s: %sthere are none that the options ask for\n",
-                 name.c_str(), site_part(*session).c_str());
+                 name.c_str(), site_part(session->named_site()).c_str());
     return 1;
   };
 }

@@ -14,19 +14,10 @@
 #include "ospf_decode/capture.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "sources/load_capture.hpp"
+#include "support/lines.hpp"
 #include "support/places.hpp"
 
 namespace {
-
-using Lines = std::vector<std::string>;
-
-Lines read_lines(const std::string &path) {
-  std::ifstream file(path);
-  EXPECT_TRUE(file.good()) << path;
-  Lines out;
-  for (std::string line; std::getline(file, line);) out.push_back(line);
-  return out;
-}
 
 std::string value_of(const std::string &line, const std::string &name) {
   const std::size_t at = line.find(' ' + name + '=');

@@ -9,6 +9,7 @@
 #include "views/lsa_detail.hpp"
 #include "views/lsa_names.hpp"
 #include "views/network_lists.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -22,16 +23,12 @@ std::string ages_part(const LsdbEntry &entry) {
   return text.empty() ? "" : ", ages as " + text;
 }
 
-std::string site_part(const LsdbEntry &entry) {
-  return entry.site ? text_of(*entry.site) + ": " : "";
-}
-
 std::string heading(const LsdbEntry &entry) {
-  std::string text = site_part(entry) + "OSPFv" + std::to_string(entry.lsa.version);
+  std::string text = site_part(entry.site);
   if (is_observed(entry.router_id)) {
-    text = site_part(entry) + title_of(instance_name(entry.router_id, entry.lsa.version == 2));
+    text += title_of(instance_name(entry.router_id, entry.lsa.version == 2));
   } else {
-    text += " of router " + dotted(entry.router_id);
+    text += "OSPFv" + std::to_string(entry.lsa.version) + " of router " + dotted(entry.router_id);
   }
   if (!entry.area) return text + ", autonomous system" + ages_part(entry);
   text += ", area " + dotted(*entry.area);
@@ -66,7 +63,7 @@ void print_counts(const std::vector<LsdbEntry> &entries, std::FILE *out) {
       total += count;
       parts += (parts.empty() ? "" : ", ") + std::to_string(count) + " " + type_name(instance.version, type);
     }
-    std::fprintf(out, "%s%s: %zu %s (%s)\n", site_part(entries.front()).c_str(),
+    std::fprintf(out, "%s%s: %zu %s (%s)\n", site_part(entries.front().site).c_str(),
                  title_of(instance).c_str(), total, total == 1 ? "LSA" : "LSAs", parts.c_str());
   }
 }

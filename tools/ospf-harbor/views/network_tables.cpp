@@ -173,8 +173,7 @@ class ListPrinter {
   ListPrinter &operator=(const ListPrinter &) = delete;
 
   void title(const std::string &text) {
-    const std::string site = lists_.site ? text_of(*lists_.site) + ": " : "";
-    std::fprintf(out_, "%s%s%s\n", any_ ? "\n" : "", site.c_str(), text.c_str());
+    std::fprintf(out_, "%s%s%s\n", any_ ? "\n" : "", site_part(lists_.site).c_str(), text.c_str());
     any_ = true;
   }
   void table(Table &table) {

@@ -20,12 +20,6 @@ inline std::string rows_text(std::uint64_t rows) {
   return tree_exchange::number_text(rows, "row", "rows");
 }
 
-// Whose rows are meant, in front of what is said of them; empty where that is not to be named.
-inline std::string site_part(const ospf_tables::Session &session) {
-  const auto site = session.named_site();
-  return site ? text_of(*site) + ": " : "";
-}
-
 // True, and said, when there is no tree to work on.
 inline bool nothing_is_loaded(ospf_tables::Session &session, const char *command) {
   if (ospf_tables::root_table(session, false) != nullptr) return false;

@@ -11,9 +11,9 @@
 #include "ospf_tables/tree.hpp"
 #include "usage_error.hpp"
 #include "views/json_lines.hpp"
-#include "views/notes.hpp"
 #include "views/network_tables.hpp"
 #include "views/router_names.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -130,7 +130,7 @@ std::optional<std::uint32_t> router_of(const RowView &row) {
 class TextOfChosen : public Chooser {
  public:
   TextOfChosen(Session &session, const std::vector<Step> &steps, std::FILE *out)
-      : Chooser(steps), names_(router_names(session)), site_(site_part(session)), out_(out) {}
+      : Chooser(steps), names_(router_names(session)), site_(site_part(session.named_site())), out_(out) {}
 
  private:
   bool show(const RowView &row, std::size_t depth) override {
@@ -220,7 +220,7 @@ int show_overview(Session &session, const std::string &colour) {
 int show_path(Session &session, const std::string &path, bool json) {
   if ((json ? show_json : show)(session, path, stdout) != 0) return 0;
   const bool empty = root_table(session, false) == nullptr;
-  std::fprintf(stderr, "ospf-harbor: show: %s%s\n", site_part(session).c_str(),
+  std::fprintf(stderr, "ospf-harbor: show: %s%s\n", site_part(session.named_site()).c_str(),
                empty ? "nothing is loaded" : ("nothing is at " + in_one_line(path)).c_str());
   return 1;
 }

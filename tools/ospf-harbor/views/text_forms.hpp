@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
 
 #include "ospf_tables/row_keys.hpp"
+#include "ospf_tables/site.hpp"
 
 namespace tool {
 
@@ -16,8 +18,13 @@ inline std::string counted(std::uint64_t count, const char *one, const char *man
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// Of these router IDs the three nearest to the one asked for, by how far off their numbers are; none
-// when it is among them.
+// Whose rows are meant, in front of what is said of them; empty where that is not to be named.
+inline std::string site_part(const std::optional<ospf_tables::Site> &site) {
+  return site ? text_of(*site) + ": " : "";
+}
+
+// Of these router IDs the three nearest to the one asked for, by how far off their numbers are;
+// none when it is among them.
 inline std::string nearest_routers(std::uint32_t wanted, const std::set<std::uint32_t> &routers) {
   if (routers.contains(wanted)) return {};
   std::set<std::pair<std::uint32_t, std::uint32_t>> near;

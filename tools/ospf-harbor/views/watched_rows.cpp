@@ -13,6 +13,7 @@
 #include "views/lsa_names.hpp"
 #include "views/named_json.hpp"
 #include "views/show.hpp"
+#include "views/text_forms.hpp"
 
 namespace tool {
 
@@ -89,7 +90,7 @@ class Changes {
       std::fprintf(out_, "%s\n", line_of(line).c_str());
       return;
     }
-    std::string line = time_ + " " + (site_ ? text_of(*site_) + ": " : "") + what + " " + path;
+    std::string line = time_ + " " + site_part(site_) + what + " " + path;
     for (std::size_t at = 0; at < row.facts.size(); ++at) {
       const WatchedFact &fact = row.facts[at];
       if (fact.value.empty() && was(at) == nullptr) continue;
