@@ -1,5 +1,6 @@
 // Links that only one end tells of, addresses that two routers have, virtual links.
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <numeric>
 #include <set>
@@ -46,9 +47,18 @@ struct AreaFacts {
       }
     }
     for (const NetworkLsa &lsa : area.networks) {
-      networks[{0, lsa.link_state_id}] = &lsa;
-      networks[{lsa.router, lsa.link_state_id}] = &lsa;
+      for (const NetworkKey &key : keys_of(lsa)) networks[key] = &lsa;
     }
+  }
+  // Whether the router tells of a link to the network.
+  bool links_to(const NetworkLsa &lsa, RouterId router) const {
+    return std::ranges::any_of(keys_of(lsa), [&](const NetworkKey &key) {
+      const auto found = on_network.find(key);
+      return found != on_network.end() && found->second.contains(router);
+    });
+  }
+  static std::array<NetworkKey, 2> keys_of(const NetworkLsa &lsa) {
+    return {{{0, lsa.link_state_id}, {lsa.router, lsa.link_state_id}}};
   }
 
   std::set<RouterId> routers;
@@ -101,14 +111,8 @@ Parts::Parts(const Area &area) {
   for (const NetworkLsa &lsa : area.networks) {
     for (const RouterId router : lsa.attached) {
       if (!numbers.contains(router)) continue;
-      const bool links = std::ranges::any_of(
-          std::initializer_list<NetworkKey>{{0, lsa.link_state_id},
-                                            {lsa.router, lsa.link_state_id}},
-          [&](const NetworkKey &key) {
-            const auto found = facts.on_network.find(key);
-            return found != facts.on_network.end() && found->second.contains(router);
-          });
-      if (!links) one_way_.push_back({router, lsa.router, lsa.link_state_id, true, false});
+      if (!facts.links_to(lsa, router))
+        one_way_.push_back({router, lsa.router, lsa.link_state_id, true, false});
     }
   }
   std::map<std::size_t, std::size_t> part_of_root;
