@@ -175,17 +175,24 @@ TEST_F(Watched, WhatOthersChangeAndUndoIsFollowed) {
   }
 }
 
-// An array lies in a block of its own, and is changed where it is.
-TEST_F(Watched, WhatRowsOwnIsFollowed) {
-  session_.changing([&] { tree_exchange_tests::make_random_tree(session_, {.seed = 7}); });
-  std::vector<area_scope_lsa *> rows;
-  session_.reading([&] {
-    for_each_row(session_, [&](const TreeRow &row) {
-      if (row.rule.name != std::string(area_scope_lsa_ops::name)) return;
-      auto *record = static_cast<area_scope_lsa_ops::Record *>(row.record);
-      rows.push_back(area_scope_lsa_ops::get(session_.handle(), space, record));
+class WatchedLsas : public Watched {
+ protected:
+  WatchedLsas() {
+    session_.changing([&] { tree_exchange_tests::make_random_tree(session_, {.seed = 7}); });
+    session_.reading([&] {
+      for_each_row(session_, [&](const TreeRow &row) {
+        if (row.rule.name != std::string(area_scope_lsa_ops::name)) return;
+        auto *record = static_cast<area_scope_lsa_ops::Record *>(row.record);
+        rows.push_back(area_scope_lsa_ops::get(session_.handle(), space, record));
+      });
     });
-  });
+  }
+
+  std::vector<area_scope_lsa *> rows;
+};
+
+// An array lies in a block of its own, and is changed where it is.
+TEST_F(WatchedLsas, WhatRowsOwnIsFollowed) {
   ASSERT_GT(rows.size(), 0u);
   const auto change = [&](std::uint32_t place, std::uint8_t value) {
     session_.changing([&] {
@@ -202,6 +209,37 @@ TEST_F(Watched, WhatRowsOwnIsFollowed) {
     change(500, value);
     expect_followed();
     EXPECT_EQ(seen_, rows.size());
+  }
+}
+
+// Octets that were heard may be anything, the address of another row's object too.
+TEST_F(WatchedLsas, ARowWhoseOctetsAreAnAddressHidesNoOther) {
+  ASSERT_GT(rows.size(), 1u);
+  const auto put = [&](area_scope_lsa *row, const void *octets, std::uint32_t count) {
+    session_.changing([&] {
+      area_scope_lsa_raw_data_set_mem(session_.handle(), space, row,
+                                      static_cast<const std::uint8_t *>(octets), count,
+                                      session_.err());
+      session_.check("octets");
+    });
+  };
+  for (area_scope_lsa *row : rows) {
+    const area_scope_lsa *other = row == rows.front() ? rows.back() : rows.front();
+    put(row, &other, sizeof other);
+    look();
+    for (area_scope_lsa *each : rows) {
+      if (each == row) continue;
+      session_.changing([&] {
+        const bool completed = area_scope_lsa_decoded_completed_get_value(session_.handle(), space,
+                                                                          each, session_.err());
+        area_scope_lsa_decoded_completed_set_value(session_.handle(), space, each, !completed,
+                                                   session_.err());
+        session_.check("what is changed");
+      });
+      expect_followed();
+    }
+    put(row, "none", 4);
+    expect_followed();
   }
 }
 

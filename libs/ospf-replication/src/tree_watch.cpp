@@ -2,6 +2,7 @@
 
 #include <kelp/changes.h>
 
+#include <algorithm>
 #include <cstddef>
 
 #include "ospf_replication/subjects.hpp"
@@ -119,16 +120,18 @@ void TreeWatch::follow_changes() {
 
 // In the order of the changes: behind a block that was freed another one may begin there.
 void TreeWatch::hear(const void *block, bool freed) {
-  if (const auto owner = owners_.find(block); owner != owners_.end()) {
-    const kelp_record *record = owner->second;
-    if (!freed) {
-      touched_.insert(record);
-    } else if (record == block) {
+  const auto *record = static_cast<const kelp_record *>(block);
+  if (nodes_.contains(record)) {
+    if (freed) {
       drop(record);
     } else {
       touched_.insert(record);
-      owners_.erase(owner);
     }
+    return;
+  }
+  if (const auto [owner, end] = owners_.equal_range(block); owner != end) {
+    for (auto each = owner; each != end; ++each) touched_.insert(each->second);
+    if (freed) owners_.erase(owner, end);
     return;
   }
   const auto table = tables_.find(static_cast<const kelp_table *>(block));
@@ -149,7 +152,6 @@ void TreeWatch::drop(const kelp_record *record) {
   if (!node.path.empty()) gone_.push_back(node.path);
   for (const kelp_table *below : node.below) doubt(below, record);
   forget_blocks(record, node);
-  owners_.erase(record);
   --tables_.at(node.table).nodes;
   touched_.erase(record);
   nodes_.erase(place);
@@ -175,7 +177,6 @@ void TreeWatch::explore(const e_avl_node *link, const kelp_table *table) {
   }
   node.table = table;
   ++tables_.at(table).nodes;
-  owners_[record] = record;
   explore(link->left, table);
   look_at(record, node);
   explore(link->right, table);
@@ -208,13 +209,16 @@ void TreeWatch::look_at_blocks(const kelp_record *record, Node &node) {
       },
       &node.blocks, &error);
   if (code != 0) throw LibraryFailure(error.text);
-  for (const void *block : node.blocks) owners_[block] = record;
+  std::erase(node.blocks, record);
+  for (const void *block : node.blocks) owners_.emplace(block, record);
 }
 
 void TreeWatch::forget_blocks(const kelp_record *record, Node &node) {
   for (const void *block : node.blocks) {
-    const auto owner = owners_.find(block);
-    if (block != record && owner != owners_.end() && owner->second == record) owners_.erase(owner);
+    const auto [begin, end] = owners_.equal_range(block);
+    const auto own =
+        std::find_if(begin, end, [&](const auto &each) { return each.second == record; });
+    if (own != end) owners_.erase(own);
   }
   node.blocks.clear();
 }

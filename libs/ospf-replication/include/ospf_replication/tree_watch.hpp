@@ -78,7 +78,9 @@ class TreeWatch {
   // Rows of all sites, since they are linked with each other.
   std::unordered_map<const kelp_record *, Node> nodes_;
   std::unordered_map<const kelp_table *, Table> tables_;
-  std::unordered_map<const void *, const kelp_record *> owners_;  // of blocks
+  // Of what rows own, but for their records. A row whose octets are an address of what another one
+  // owns has that too.
+  std::unordered_multimap<const void *, const kelp_record *> owners_;
 
   // Of one look.
   std::vector<std::pair<const void *, bool>> changed_;
