@@ -78,6 +78,14 @@ void live(harness::Store &store, const Structure &type, std::uint32_t round, boo
   ASSERT_NE(object, nullptr);
   account.step("create");
   account.add("bytes", object, harbor::model::object_size(type));
+  {
+    const Object embedded(handle, type);
+    account.step("create another");
+    call<void>(of(type, "set_instance_embedded"), handle, 0u, embedded.get());
+    account.step("embed");
+    account.add("embedded", embedded.get(), harbor::model::object_size(type));
+  }
+  account.step("destroy another");
   Distinct distinct(store, round, tracked, nullptr);
   distinct.fill(object, type);
   account.step("fill");
