@@ -254,9 +254,9 @@ TEST(StoreDamage, AnyChangeOfTheJournalIsRefusedFoundOrHarmless) {
 
 // --- damage that is known ---
 
-// Of an index: eleven stand in a row, two behind the words that follow them.
+// Of an index: ten stand in a row, two behind the words that follow them.
 std::size_t root_of(std::size_t index) {
-  return index < 11 ? 192 + 672 + index * 176 : 192 + 2640 + (index - 11) * 176;
+  return index < 10 ? 192 + 672 + index * 208 : 192 + 2784 + (index - 10) * 208;
 }
 
 // The words of a feed, and of its entries.
@@ -269,6 +269,9 @@ enum FeedWord {
   kMarked = 11
 };
 enum EntryWord { kRecord = 3, kSequence = 4, kPrevious = 6, kNextMarked = 7 };
+
+// The words of a bucket: halves of hashes, what has no place, and the nodes in its ten places.
+enum BucketWord { kHashes = 0, kFurther = 5, kFirstNode = 6, kLastNode = 15, kBucketWords = 16 };
 
 // A store's bytes, by the addresses in it.
 class Image {
@@ -286,7 +289,7 @@ class Image {
     return at<T>(reinterpret_cast<std::uintptr_t>(pointer) - base_);
   }
 
-  kelp_table &table() { return behind(behind(at<kelp_table_list *>(192 + 2624)).first); }
+  kelp_table &table() { return behind(behind(at<kelp_table_list *>(192 + 2768)).first); }
   kelp_record &record(e_avl_node *node) {
     return at<kelp_record>(reinterpret_cast<std::uintptr_t>(node) -
                            offsetof(kelp_record, avl_node) - base_);
@@ -296,13 +299,12 @@ class Image {
   std::uint64_t *feed() { return words(reinterpret_cast<std::uintptr_t>(table().runtime_state)); }
   std::uint64_t *feed_entry(FeedWord which) { return words(feed()[which]); }
   // The first entry of the index that stands there in the head.
-  std::uint64_t *entry(std::size_t index) {
-    const std::size_t root = root_of(index);
-    std::uint64_t **buckets = at<std::uint64_t **>(root + 16);
-    for (int i = 0; i < 16; ++i) {
-      if (std::uint64_t *found = behind(buckets + i)) return &behind(found);
-    }
-    return nullptr;
+  std::uint64_t *entry(std::size_t index) { return words(bucket(index)[kFirstNode]); }
+  // The first bucket of it that has one: its words.
+  std::uint64_t *bucket(std::size_t index) {
+    std::uint64_t *found = words(at<std::uint64_t>(root_of(index) + 16));
+    while (found[kFirstNode] == 0) found += kBucketWords;
+    return found;
   }
 
   std::string bytes;
@@ -376,10 +378,21 @@ TEST(StoreDamage, ACountIsFound) {
   expect_said("the runtime itself", [](Image &image) { ++image.at<std::uint64_t>(192 + 664); });
 }
 TEST(StoreDamage, AnIndexIsFound) {
-  for (std::size_t index = 0; index < 13; ++index) {
+  for (std::size_t index = 0; index < 12; ++index) {
     EXPECT_NE(said_of([&](Image &image) { ++image.at<std::uint64_t>(root_of(index)); }), "")
         << index;
   }
+}
+TEST(StoreDamage, ABucketIsFound) {
+  const char *found = "index of objects with an OID: bucket";
+  const auto bucket = [](Image &image) { return image.bucket(kOidIndex); };
+  expect_said(found, [&](Image &image) { ++bucket(image)[kHashes]; });
+  expect_said(found, [&](Image &image) { bucket(image)[kFirstNode] += 4096; });
+  // A node in no place while there are some, and one behind a place without any.
+  expect_said(found, [&](Image &image) { bucket(image)[kFurther] = bucket(image)[kFirstNode]; });
+  expect_said(found, [&](Image &image) {
+    std::swap(bucket(image)[kFirstNode], bucket(image)[kLastNode]);
+  });
 }
 TEST(StoreDamage, AListOfTheAllocatorIsFound) {
   expect_said("a free run in no list", [](Image &image) {
@@ -440,7 +453,7 @@ TEST(StoreDamage, AnOidThatDoesNotFitItsObjectIsFound) {
   expect_said(found, [](Image &image) { image.table().header.obj_flags &= 0xfe; });
   expect_said(found, [](Image &image) {
     // Its object, behind the two links and the OID.
-    image.entry(kOidIndex)[2 + 3 + 3 + 5] += 16;
+    image.entry(kOidIndex)[2 + 3 + 5] += 16;
   });
   expect_said("index of OIDs", [](Image &image) { image.entry(kOidIndex)[2 + 2] += 16; });
 }

@@ -661,10 +661,10 @@ TEST(StoreTrust, AFileOfZeroes) {
   expect_refused([](std::string &bytes) { bytes.assign(bytes.size(), '\0'); }, 22, "'....' found");
 }
 TEST(StoreTrust, ANewerLayout) {
-  expect_refused([](std::string &bytes) { bytes[16] = 6; }, 22, "layout 6 found, expected 5");
+  expect_refused([](std::string &bytes) { bytes[16] = 7; }, 22, "layout 7 found, expected 6");
 }
 TEST(StoreTrust, AnOlderLayout) {
-  expect_refused([](std::string &bytes) { bytes[16] = 1; }, 22, "layout 1 found, expected 5");
+  expect_refused([](std::string &bytes) { bytes[16] = 1; }, 22, "layout 1 found, expected 6");
 }
 TEST(StoreTrust, AnotherByteOrder) {
   expect_refused([](std::string &bytes) { std::swap(bytes[20], bytes[23]); }, 22,

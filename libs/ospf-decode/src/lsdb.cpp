@@ -1,6 +1,7 @@
 #include "ospf_decode/lsdb.hpp"
 
 #include <algorithm>
+#include <map>
 #include <tuple>
 #include <utility>
 
@@ -109,7 +110,7 @@ void Lsdb::enter(const LsdbKey &key, std::uint32_t number) {
 }
 
 // Has a place free for one more entry. What was a key once is passed over in searches, until the
-// table grows.
+// table grows; where there never was any, no entry is read for it.
 void Lsdb::make_room() {
   if (4 * (taken_ + 1) <= 3 * places_.size()) return;
   const std::size_t wider = std::max<std::size_t>(2 * places_.size(), 64);
@@ -117,23 +118,35 @@ void Lsdb::make_room() {
   taken_ = 0;
   for (const Place &place : before) {
     if (place.entry == 0) continue;
-    const LsdbEntry &entry = entries_[place.entry - 1];
-    if (entry.instances == 0 || hash_of(entry.key) != place.hash) continue;
-    places_[search(entry.key, place.hash)] = place;
+    if (keys_changed_) {
+      const LsdbEntry &entry = entries_[place.entry - 1];
+      if (entry.instances == 0 || hash_of(entry.key) != place.hash) continue;
+    }
+    std::size_t at = place.hash & (wider - 1);
+    while (places_[at].entry != 0) at = (at + 1) & (wider - 1);
+    places_[at] = place;
     ++taken_;
   }
 }
 
-// Sorting looks at keys that lie together, in words that order as they do.
+// By places and types, of which there are few; in each of them LSAs mostly came in order.
 std::vector<const LsdbEntry *> Lsdb::sorted() const {
-  std::vector<std::pair<Packed, const LsdbEntry *>> packed;
-  packed.reserve(size_);
-  for_each([&](const LsdbEntry &entry) { packed.emplace_back(packed_key(entry.key), &entry); });
-  std::sort(packed.begin(), packed.end(),
-            [](const auto &a, const auto &b) { return a.first < b.first; });
+  using Named = std::pair<std::uint64_t, const LsdbEntry *>;
+  std::map<std::pair<std::uint64_t, std::uint32_t>, std::vector<Named>> groups;
+  for_each([&](const LsdbEntry &entry) {
+    const auto &[place, name, router] = packed_key(entry.key);
+    groups[{place, static_cast<std::uint32_t>(name >> 32)}].emplace_back(name << 32 | router,
+                                                                          &entry);
+  });
   std::vector<const LsdbEntry *> out;
-  out.reserve(packed.size());
-  for (const auto &[key, entry] : packed) out.push_back(entry);
+  out.reserve(size_);
+  for (auto &[key, group] : groups) {
+    const auto is_before = [](const Named &a, const Named &b) { return a.first < b.first; };
+    if (!std::is_sorted(group.begin(), group.end(), is_before)) {
+      std::sort(group.begin(), group.end(), is_before);
+    }
+    for (const auto &[name, entry] : group) out.push_back(entry);
+  }
   return out;
 }
 
@@ -142,6 +155,7 @@ void Lsdb::join_links(std::uint32_t from, std::uint32_t to) {
                                            [&](const LsdbKey &key) { return key.domain != from; });
   const std::vector<LsdbKey> keys(moved, link_keys_.end());
   link_keys_.erase(moved, link_keys_.end());
+  keys_changed_ |= !keys.empty();
   for (const LsdbKey &key : keys) {
     const std::uint32_t number = number_of(key);
     LsdbEntry &entry = entries_[number - 1];

@@ -30,13 +30,24 @@ inline std::uint64_t hash_of(const void *bytes, std::size_t length, std::uint64_
 }
 
 // Things that lie side by side are entered side by side: those of a page fall into sixteen places
-// that follow each other, so that many made or ended in turn touch little memory.
-inline std::uint64_t hash_of_address(const void *address) {
+// that follow each other, so that many made or ended in turn touch little memory, and what lies in
+// some memory is found by the addresses from which on the hash is another.
+inline constexpr std::uintptr_t kSameHashBytes = 256;
+inline std::uint64_t hash_of_address(std::uintptr_t number) {
   constexpr unsigned kPageBits = 12;
   constexpr unsigned kPlaceBits = 4;
-  const auto number = reinterpret_cast<std::uintptr_t>(address);
+  static_assert(std::uintptr_t{1} << (kPageBits - kPlaceBits) == kSameHashBytes);
   const std::uint64_t place = number >> (kPageBits - kPlaceBits) & ((1u << kPlaceBits) - 1);
   return mix(number >> kPageBits) << kPlaceBits | place;
+}
+inline std::uint64_t hash_of_address(const void *address) {
+  return hash_of_address(reinterpret_cast<std::uintptr_t>(address));
+}
+
+// Numbers that count up are entered side by side, four in a place. The base tells from other things
+// with numbers.
+inline std::uint64_t hash_of_number(std::uint64_t base, std::uint64_t number) {
+  return base + (number >> 2 ^ (number & 3) << 30);
 }
 
 }  // namespace kelp

@@ -35,6 +35,8 @@ struct Pool {
   // Whether the top, of which nothing is known, lies in memory of the database that may be read,
   // and in a store when the node does. Null for never.
   bool (*holds_beside)(const Pool &pool, const e_avl_node *top, const e_avl_node *node) = nullptr;
+  // The tree into which a node went behind the last one, when it was the latest that got any.
+  const e_avl_root *grown_at_end = nullptr;
   // Of a database in a store: hears of each write before it is made.
   void (*hear)(Pool *pool, const void *address, std::size_t length) = nullptr;
 

@@ -17,17 +17,12 @@ namespace {
 
 using store::mix;
 
-constexpr std::uintptr_t kMappedPage = 4096;
-
-std::uintptr_t page_of(const void *object) {
-  return reinterpret_cast<std::uintptr_t>(object) / kMappedPage;
-}
-
-// Ids of one database count up in their second half, and fall into places that follow each other.
+// Ids of one database count up in their second half.
 std::uint64_t hash_of_id(const std::uint8_t *id) {
   std::uint64_t database = 0;
   std::memcpy(&database, id, sizeof database);
-  return mix(database) + quick::load_big_endian<std::uint64_t>(id + sizeof database);
+  return hash_of_number(mix(database),
+                        quick::load_big_endian<std::uint64_t>(id + sizeof database));
 }
 
 }  // namespace
@@ -104,13 +99,12 @@ kelp_oid_mapping *OidRegistry::add(void *object, const kelp_oid *wanted) {
   auto *mapping = static_cast<kelp_oid_mapping *>(memory_->take(sizeof(kelp_oid_mapping)));
   if (mapping == nullptr) throw std::bad_alloc();
   *mapping = {};
-  mapping->by_id.owner = mapping->by_page.owner = mapping;
+  mapping->by_id.owner = mapping;
   mapping->oid = oid;
   mapping->object = object;
   try {
     by_object().insert(&mapping->by_object, hash_of_address(object));
     by_id().insert(&mapping->by_id.node, hash_of_id(oid.id));
-    by_page().insert(&mapping->by_page.node, mix(page_of(object)));
   } catch (...) {
     end(mapping);
     throw;
@@ -128,7 +122,6 @@ void OidRegistry::ask_destroy(kelp_oid_mapping *mapping) {
 
 // What was not entered yet is not found, and stays out.
 void OidRegistry::end(kelp_oid_mapping *mapping) {
-  by_page().remove(&mapping->by_page.node);
   by_id().remove(&mapping->by_id.node);
   by_object().remove(&mapping->by_object);
   memory_->give_back(mapping);
@@ -144,14 +137,15 @@ void OidRegistry::remove_range(const void *start, std::size_t length) {
   if (directory_->oids_by_object.count == 0) return;
   const auto first = reinterpret_cast<std::uintptr_t>(start);
   const std::uintptr_t end_of_range = first + (length == 0 ? 1 : length);
-  for (std::uintptr_t page = first / kMappedPage; page <= (end_of_range - 1) / kMappedPage;
-       ++page) {
-    using Link = store::IndexLink<kelp_oid_mapping>;
-    const auto within = [&](const Link &link) {
-      const auto object = reinterpret_cast<std::uintptr_t>(link.owner->object);
-      return object / kMappedPage == page && object >= first && object < end_of_range;
-    };
-    while (const Link *link = by_page().find<Link>(mix(page), within)) end(link->owner);
+  const auto within = [&](const kelp_oid_mapping &mapping) {
+    const auto object = reinterpret_cast<std::uintptr_t>(mapping.object);
+    return object >= first && object < end_of_range;
+  };
+  for (std::uintptr_t at = first & ~(kSameHashBytes - 1); at < end_of_range; at += kSameHashBytes) {
+    while (kelp_oid_mapping *mapping =
+               by_object().find<kelp_oid_mapping>(hash_of_address(at), within)) {
+      end(mapping);
+    }
   }
 }
 

@@ -48,7 +48,6 @@ class OidRegistry {
  private:
   store::Index by_object() const { return {*memory_, directory_->oids_by_object}; }
   store::Index by_id() const { return {*memory_, directory_->oids_by_id}; }
-  store::Index by_page() const { return {*memory_, directory_->oids_by_page}; }
   void end(kelp_oid_mapping *mapping);
   kelp_oid_mapping *find_object(const void *object) const;
   kelp_oid_mapping *find_id(const std::uint8_t *id) const;

@@ -53,8 +53,7 @@ bool DirectoryCheck::is_mapping(const void *address) {
   kelp_oid_mapping mapping{};
   kelp_object_header object{};
   return is_block(address, sizeof mapping) && read_at(address, &mapping) &&
-         mapping.by_id.owner == address && mapping.by_page.owner == address &&
-         mapping.by_object.hash == hash_of_address(mapping.object) &&
+         mapping.by_id.owner == address && mapping.by_object.hash == hash_of_address(mapping.object) &&
          is_block(mapping.object, sizeof object, true) && read_at(mapping.object, &object) &&
          (object.obj_flags & OBJ_OID_MAPPED) != 0;
 }
@@ -70,9 +69,6 @@ void DirectoryCheck::check_oids() {
               [&](const IndexNode *node, std::uint64_t) { return is_mapping(node); });
   check_index("OIDs", directory.oids_by_id, [&](const IndexNode *node, std::uint64_t) {
     return is_link_of_mapping(node, offsetof(kelp_oid_mapping, by_id));
-  });
-  check_index("OIDs by page", directory.oids_by_page, [&](const IndexNode *node, std::uint64_t) {
-    return is_link_of_mapping(node, offsetof(kelp_oid_mapping, by_page));
   });
 }
 
@@ -91,7 +87,6 @@ void DirectoryCheck::check_directory() {
     if (one != other) say("%s: entered %" PRIu64 " and %" PRIu64 " times", what, one, other);
   };
   same("OIDs", directory.oids_by_object.count, directory.oids_by_id.count);
-  same("OIDs", directory.oids_by_object.count, directory.oids_by_page.count);
   same("distances", directory.distances.count, directory.distances_by_page.count);
   same("distances", directory.distances.count, directory.distance_count);
   same("tenants", directory.tenants.count, directory.tenants_by_table.count);

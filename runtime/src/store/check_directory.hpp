@@ -25,7 +25,7 @@ class DirectoryCheck : public HeapCheck {
     }
     std::uint64_t most = 0;
     for (std::size_t segment = 0; segment < kIndexSegments; ++segment) {
-      const std::uint64_t bytes = Index::segment_buckets(segment) * sizeof(IndexNode *);
+      const std::uint64_t bytes = Index::segment_buckets(segment) * sizeof(IndexBucket);
       if (root.segments[segment] == nullptr) break;
       if (!is_block(root.segments[segment], bytes)) {
         say("index of %s: part %zu of its buckets lies in no block", name, segment);
@@ -42,18 +42,33 @@ class DirectoryCheck : public HeapCheck {
         std::min<std::uint64_t>(root.count, view().size / sizeof(IndexNode));
     for (std::uint64_t number = 0; number < root.buckets; ++number) {
       const std::size_t segment = Index::segment_of(number);
-      const IndexNode *node = nullptr;
-      if (!read_at(root.segments[segment] + (number - Index::segment_start(segment)), &node))
+      IndexBucket bucket{};
+      if (!read_at(root.segments[segment] + (number - Index::segment_start(segment)), &bucket))
         return;
-      while (node != nullptr) {
-        IndexNode copy{};
+      IndexNode copy{};
+      const auto is_node = [&](const IndexNode *node) {
         if (!is_block(node, sizeof *node, true) || !read_at(node, &copy) ||
             Index::place_among(copy.hash, root.buckets) != number || ++count > highest) {
-          say("index of %s: bucket %" PRIu64 " is broken", name, number);
-          return;
+          return false;
         }
         if (!entry(node, copy.hash)) say("index of %s: an entry is damaged", name);
-        node = copy.next;
+        return true;
+      };
+      bool is_whole = true;
+      bool has_room = false;
+      for (std::size_t place = 0; is_whole && place < IndexBucket::kPlaces; ++place) {
+        const IndexNode *node = bucket.nodes[place];
+        is_whole = node == nullptr || (!has_room && is_node(node) &&
+                                       bucket.hashes[place] == static_cast<std::uint32_t>(copy.hash));
+        has_room |= node == nullptr;
+      }
+      is_whole &= bucket.further == nullptr || !has_room;
+      for (const IndexNode *node = bucket.further; is_whole && node != nullptr; node = copy.next) {
+        is_whole = is_node(node);
+      }
+      if (!is_whole) {
+        say("index of %s: bucket %" PRIu64 " is broken", name, number);
+        return;
       }
     }
     if (count != root.count) {

@@ -1,5 +1,7 @@
-// A hash table in the memory of a database: nodes link themselves, buckets grow one at a time, so
-// that no change touches more than a few words. What equal means is the caller's.
+// A hash table in the memory of a database. A bucket names its first nodes with half of their
+// hashes, so that looking, entering and growing read no node that they do not mean; further nodes
+// link themselves. Buckets grow one at a time, so that no change touches more than two. What equal
+// means is the caller's.
 #pragma once
 
 #include <bit>
@@ -13,9 +15,17 @@ namespace kelp::store {
 
 // The first member of whatever is entered.
 struct IndexNode {
-  IndexNode *next;
+  IndexNode *next;  // of those for which their bucket has no place
   std::uint64_t hash;
 };
+
+struct IndexBucket {
+  static constexpr std::size_t kPlaces = 10;
+  std::uint32_t hashes[kPlaces];  // the low halves
+  IndexNode *further;             // none unless all places are taken
+  IndexNode *nodes[kPlaces];      // from the front on
+};
+static_assert(sizeof(IndexBucket) == 128);
 
 // A second entering of the same thing.
 template <typename Owner>
@@ -24,13 +34,16 @@ struct IndexLink {
   Owner *owner;
 };
 
-inline constexpr std::size_t kIndexSegments = 20;
-inline constexpr std::uint64_t kFirstBuckets = 16;
+inline constexpr std::size_t kIndexSegments = 24;
+inline constexpr std::uint64_t kFirstBuckets = 4;
+inline constexpr std::uint64_t kMostBuckets = std::uint64_t{1} << 18;  // of one segment
+inline constexpr std::uint64_t kNodesOfBucket = 5;                     // on the average
 
 struct IndexRoot {
   std::uint64_t count;
   std::uint64_t buckets;
-  IndexNode **segments[kIndexSegments];  // kFirstBuckets, as many again, twice as many ...
+  // kFirstBuckets, as many again, twice as many ..., kMostBuckets from then on.
+  IndexBucket *segments[kIndexSegments];
 };
 
 using kelp::hash_of;
@@ -47,10 +60,19 @@ class Index {
   template <typename Node, typename Match>
   Node *find(std::uint64_t hash, Match &&match) const {
     if (root_.buckets == 0) return nullptr;
-    for (IndexNode *node = *bucket(place_of(hash)); node != nullptr; node = node->next) {
-      if (node->hash == hash && match(*reinterpret_cast<Node *>(node))) {
+    const IndexBucket &bucket = *bucket_at(place_of(hash));
+    const auto is_meant = [&](IndexNode *node) {
+      return node->hash == hash && match(*reinterpret_cast<Node *>(node));
+    };
+    for (std::size_t place = 0; place < IndexBucket::kPlaces; ++place) {
+      IndexNode *node = bucket.nodes[place];
+      if (node == nullptr) return nullptr;
+      if (bucket.hashes[place] == static_cast<std::uint32_t>(hash) && is_meant(node)) {
         return reinterpret_cast<Node *>(node);
       }
+    }
+    for (IndexNode *node = bucket.further; node != nullptr; node = node->next) {
+      if (is_meant(node)) return reinterpret_cast<Node *>(node);
     }
     return nullptr;
   }
@@ -59,7 +81,11 @@ class Index {
   template <typename Node, typename Visit>
   void each(Visit &&visit) const {
     for (std::uint64_t number = 0; number < root_.buckets; ++number) {
-      for (IndexNode *node = *bucket(number); node != nullptr; node = node->next) {
+      const IndexBucket &bucket = *bucket_at(number);
+      for (IndexNode *node : bucket.nodes) {
+        if (node != nullptr) visit(*reinterpret_cast<Node *>(node));
+      }
+      for (IndexNode *node = bucket.further; node != nullptr; node = node->next) {
         visit(*reinterpret_cast<Node *>(node));
       }
     }
@@ -69,14 +95,17 @@ class Index {
 
   // Where a bucket lies: which segment, and the place in it.
   static std::size_t segment_of(std::uint64_t number) {
-    return number < kFirstBuckets
-               ? 0
-               : static_cast<std::size_t>(std::bit_width(number / kFirstBuckets));
+    if (number >= 2 * kMostBuckets) {
+      return static_cast<std::size_t>(number / kMostBuckets) + kFirstLongest - 1;
+    }
+    return static_cast<std::size_t>(std::bit_width(number / kFirstBuckets));
   }
   static std::uint64_t segment_start(std::size_t segment) {
+    if (segment >= kFirstLongest) return (segment - kFirstLongest + 1) * kMostBuckets;
     return segment == 0 ? 0 : kFirstBuckets << (segment - 1);
   }
   static std::uint64_t segment_buckets(std::size_t segment) {
+    if (segment >= kFirstLongest) return kMostBuckets;
     return segment == 0 ? kFirstBuckets : kFirstBuckets << (segment - 1);
   }
   static std::uint64_t place_among(std::uint64_t hash, std::uint64_t buckets) {
@@ -86,11 +115,16 @@ class Index {
   }
 
  private:
+  // The first segment of kMostBuckets.
+  static constexpr std::size_t kFirstLongest = std::bit_width(kMostBuckets / kFirstBuckets);
+
   std::uint64_t place_of(std::uint64_t hash) const { return place_among(hash, root_.buckets); }
-  IndexNode **bucket(std::uint64_t number) const {
+  IndexBucket *bucket_at(std::uint64_t number) const {
     const std::size_t segment = segment_of(number);
     return root_.segments[segment] + (number - segment_start(segment));
   }
+  // The bucket was announced.
+  void put(IndexBucket &bucket, IndexNode *node, std::uint32_t hash);
   bool provide_segment(std::size_t segment);
   void split_next();
 

@@ -16,11 +16,10 @@ struct FeedEntry;
 struct FeedTable;
 }  // namespace kelp::store
 
-// An entry of the three indexes of OIDs. It stays where it is, so that others may hold it.
+// An entry of the two indexes of OIDs. It stays where it is, so that others may hold it.
 struct kelp_oid_mapping {
   kelp::store::IndexNode by_object;
   kelp::store::IndexLink<kelp_oid_mapping> by_id;
-  kelp::store::IndexLink<kelp_oid_mapping> by_page;  // of its object's address
   kelp_oid oid;
   void *object;
   std::uint64_t references;
@@ -42,7 +41,7 @@ inline constexpr char kStoreMagic[16] = "kelp database\n\x1a";
 inline constexpr char kJournalMagic[16] = "kelp journal\n\x1a";
 inline constexpr char kRedoMagic[16] = "kelp redo\n\x1a";
 inline constexpr char kLockMagic[16] = "kelp locks\n\x1a";
-inline constexpr std::uint32_t kLayoutVersion = 5;
+inline constexpr std::uint32_t kLayoutVersion = 6;
 inline constexpr std::uint32_t kSurvivesProcesses = 0;  // of durability
 inline constexpr std::uint32_t kSurvivesPower = 1;
 inline constexpr std::uint32_t kByteOrder = 0x01020304;
@@ -90,7 +89,6 @@ struct Directory {
   IndexRoot tables_by_address;
   IndexRoot oids_by_object;
   IndexRoot oids_by_id;
-  IndexRoot oids_by_page;  // of their objects
   IndexRoot distances;
   IndexRoot distances_by_page;
   IndexRoot tenants;

@@ -42,6 +42,14 @@ class Writer {
     }
   }
 
+  // Whether the next node goes behind the last one, as far as the one before tells.
+  bool grows_at_end(const e_avl_root *root) const {
+    return pool_ != nullptr && pool_->grown_at_end == root;
+  }
+  void note_growth(const e_avl_root *root, bool at_end) const {
+    if (pool_ != nullptr) pool_->grown_at_end = at_end ? root : nullptr;
+  }
+
   std::uint32_t number_for(const e_avl_node *first) const;
   bool tells(const e_avl_node *top, const e_avl_node *node) const;
 
@@ -236,37 +244,78 @@ const e_avl_node *neighbour(const e_avl_root *root, const e_avl_node *node, int3
   return node->parent;
 }
 
+// Once: trees say nothing, so that their level does not matter.
+void set_up_trace(const char *name, uint32_t *id_word) {
+  static uint32_t level_word = 0;
+  if (__atomic_load_n(id_word, __ATOMIC_RELAXED) == 0) {
+    xlog_module_init_fn(name, id_word, &level_word);
+  }
+}
+
+// Where a node is to hang.
+struct Place {
+  e_avl_node *parent;
+  e_avl_node **holder;
+};
+
+// False when an equal node is there.
+bool find_place(e_avl_root *root, const e_avl_node *node, e_avl_comparator compare, Place *place,
+                bool *at_end) {
+  *place = {nullptr, &root->top};
+  *at_end = true;
+  while (*place->holder != nullptr) {
+    e_avl_node *parent = place->parent = *place->holder;
+    fetch_ahead(parent->left);
+    fetch_ahead(parent->right);
+    const uint32_t order = compare(node, parent);
+    if (order == kEqual) return false;
+    if (order == kBefore) {
+      go_on_by_guess();
+      *at_end = false;
+      place->holder = &parent->left;
+    } else {
+      go_on_by_guess();
+      place->holder = &parent->right;
+    }
+  }
+  return true;
+}
+
+// The same where nodes came in order up to now: one comparison, with the last one, mostly tells.
+bool find_place_at_end(e_avl_root *root, const e_avl_node *node, e_avl_comparator compare,
+                       Place *place, bool *at_end) {
+  auto *last = const_cast<e_avl_node *>(outermost(root->top, 1));
+  if (last == nullptr || compare(node, last) != kAfter) {
+    return find_place(root, node, compare, place, at_end);
+  }
+  *place = {last, &last->right};
+  *at_end = true;
+  return true;
+}
+
 }  // namespace
 
 extern "C" uint32_t e_avl_insert(void *obj_pool, uint32_t space_id, e_avl_root *root,
                                  e_avl_node *node, uint64_t *aux, e_avl_comparator compare) {
   if (root == nullptr || node == nullptr || compare == nullptr) return 0;
-  e_avl_node *parent = nullptr;
-  e_avl_node **holder = &root->top;
-  while (*holder != nullptr) {
-    parent = *holder;
-    fetch_ahead(parent->left);
-    fetch_ahead(parent->right);
-    const uint32_t order = compare(node, parent);
-    if (order == kEqual) return 0;
-    if (order == kBefore) {
-      go_on_by_guess();
-      holder = &parent->left;
-    } else {
-      go_on_by_guess();
-      holder = &parent->right;
-    }
-  }
   const Writer writer(obj_pool, space_id);
-  if (!writer.may_link(root, node)) return 0;
-  writer.set(node->tree, parent == nullptr ? writer.number_for(node) : parent->tree);
+  Place place;
+  bool at_end;
+  const bool found = writer.grows_at_end(root)
+                         ? find_place_at_end(root, node, compare, &place, &at_end)
+                         : find_place(root, node, compare, &place, &at_end);
+  if (!found || !writer.may_link(root, node)) return 0;
+  writer.set(node->tree, place.parent == nullptr ? writer.number_for(node) : place.parent->tree);
   writer.set<e_avl_node *>(node->left, nullptr);
   writer.set<e_avl_node *>(node->right, nullptr);
-  writer.set(node->parent, parent);
+  writer.set(node->parent, place.parent);
   writer.set(node->balance, 0);
-  writer.set(*holder, node);
+  writer.set(*place.holder, node);
   rebalance_after_insert(writer, root, node);
   writer.count(aux, 1);
+  // In a small tree the guess is worth less than what is known of a large one.
+  constexpr std::uint64_t kLarge = 8;
+  if (aux != nullptr && *aux >= kLarge) writer.note_growth(root, at_end);
   return 1;
 }
 
@@ -338,12 +387,10 @@ extern "C" uint32_t e_avl_walk(const e_avl_root *root, e_avl_walker walker, void
 
 extern "C" void snap_avl_trace_init(void) {
   static uint32_t id_word = 0;
-  static uint32_t level_word = 0;
-  xlog_module_init_fn("snap_avl", &id_word, &level_word);
+  set_up_trace("snap_avl", &id_word);
 }
 
 extern "C" void snap_gbt_trace_init(void) {
   static uint32_t id_word = 0;
-  static uint32_t level_word = 0;
-  xlog_module_init_fn("snap_gbt", &id_word, &level_word);
+  set_up_trace("snap_gbt", &id_word);
 }

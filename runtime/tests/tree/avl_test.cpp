@@ -489,6 +489,120 @@ TEST_F(AvlNumberTest, ATreeOfNoDatabaseHasNoNumber) {
   for (Item &item : others) EXPECT_EQ(remove(tree, item), 1u);
 }
 
+// --- nodes that come in order ---
+
+class AvlOrderTest : public DatabaseTest {
+ protected:
+  static constexpr int kItems = 300;
+  struct Store {
+    e_avl_root root;
+    std::uint64_t aux;
+    Item items[kItems];
+    std::ptrdiff_t place_of(const void *address) const {
+      return static_cast<const char *>(address) - reinterpret_cast<const char *>(this);
+    }
+  };
+  struct Insertion {
+    std::uint32_t result;
+    std::vector<std::pair<std::ptrdiff_t, std::size_t>> announced;  // where in the store, how much
+    bool operator==(const Insertion &) const = default;
+  };
+
+  void SetUp() override {
+    DatabaseTest::SetUp();
+    watch_writes();
+    for (Store *&store : stores_) store = make<Store>();
+  }
+  void TearDown() override {
+    for (Store *store : stores_) release(store);
+    DatabaseTest::TearDown();
+  }
+  std::uint32_t insert(Store &store, Item &item) {
+    return e_avl_insert(handle->obj_pool, 0, &store.root, &item.node, &store.aux, compare);
+  }
+  Insertion inserted(Store &store, Item &item) {
+    writes.clear();
+    Insertion made{insert(store, item), {}};
+    for (const kelp_test::Write &write : writes) {
+      made.announced.emplace_back(store.place_of(write.address), write.length);
+    }
+    return made;
+  }
+  // Inserts items with these keys into two trees. Into the second one each goes behind a node of a
+  // third one, so that its place is looked for from the top.
+  void expect_same(const std::vector<int> &keys) {
+    Store *at_once = stores_[0], *apart = stores_[1], *third = stores_[2];
+    for (int i = 0; i < kItems; ++i) third->items[i].key = i;
+    int next = 0;
+    while (next < 10) insert(*third, third->items[next++]);
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      at_once->items[i].key = apart->items[i].key = keys[i];
+      const Insertion one = inserted(*at_once, at_once->items[i]);
+      EXPECT_EQ(insert(*third, third->items[next++]), 1u);
+      EXPECT_EQ(one, inserted(*apart, apart->items[i])) << i;
+    }
+    check(at_once->root.top, nullptr);
+    EXPECT_EQ(at_once->aux, apart->aux);
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      const e_avl_node &one = at_once->items[i].node;
+      const e_avl_node &other = apart->items[i].node;
+      EXPECT_EQ(one.balance, other.balance);
+      for (const auto link : {&e_avl_node::parent, &e_avl_node::left, &e_avl_node::right}) {
+        ASSERT_EQ(one.*link == nullptr, other.*link == nullptr);
+        if (one.*link == nullptr) continue;
+        EXPECT_EQ(at_once->place_of(one.*link), apart->place_of(other.*link));
+      }
+    }
+  }
+  static std::vector<int> ascending(int count) {
+    std::vector<int> keys;
+    for (int key = 0; key < count; ++key) keys.push_back(10 * key);
+    return keys;
+  }
+
+ private:
+  Store *stores_[3] = {};
+};
+
+TEST_F(AvlOrderTest, NodesInOrderGoWhereTheyGoFromTheTop) { expect_same(ascending(250)); }
+
+TEST_F(AvlOrderTest, SoDoThoseThatComeBetween) {
+  std::vector<int> keys = ascending(250);
+  for (std::size_t at = 20; at < keys.size(); at += 7) keys[at] = keys[at / 2] + 5;
+  for (std::size_t at = 30; at < keys.size(); at += 11) std::swap(keys[at], keys[at - 1]);
+  expect_same(keys);
+}
+
+TEST_F(AvlOrderTest, NodesInTheOtherOrder) {
+  std::vector<int> keys = ascending(250);
+  std::reverse(keys.begin(), keys.end());
+  expect_same(keys);
+}
+
+TEST_F(AvlOrderTest, WhatIsThereIsRefused) {
+  std::vector<int> keys = ascending(100);
+  for (std::size_t at = 20; at < keys.size(); at += 3) keys[at] = keys[at - 1];
+  for (std::size_t at = 30; at < keys.size(); at += 11) keys[at] = keys[at / 2];
+  expect_same(keys);
+}
+
+TEST_F(AvlOrderTest, ANodeBehindTheLastOneTakesOneComparison) {
+  auto *large = make<Store>();
+  auto *small = make<Store>();
+  for (int i = 0; i < kItems; ++i) {
+    large->items[i].key = small->items[i].key = i;
+    comparisons = 0;
+    EXPECT_EQ(insert(*large, large->items[i]), 1u);
+    if (i > 10) {
+      EXPECT_EQ(comparisons, 1) << i;
+    }
+    // What little trees get in between changes nothing.
+    if (i < 7) insert(*small, small->items[i]);
+  }
+  release(small);
+  release(large);
+}
+
 int times_registered(const char *name) {
   int times = 0;
   for (std::uint16_t id = 1; kelp_trace_module_name(id) != nullptr; ++id) {

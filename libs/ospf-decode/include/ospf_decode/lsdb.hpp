@@ -91,6 +91,7 @@ class Lsdb {
   std::size_t size_ = 0;            // without them
   std::vector<Place> places_;       // a power of two of them, at most three quarters taken
   std::size_t taken_ = 0;           // by entries, and by what was one's key once
+  bool keys_changed_ = false;       // whether any was one's key once
   std::vector<LsdbKey> link_keys_;  // of every entry of link scope
 };
 
