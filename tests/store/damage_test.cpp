@@ -271,7 +271,14 @@ enum FeedWord {
 enum EntryWord { kRecord = 3, kSequence = 4, kPrevious = 6, kNextMarked = 7 };
 
 // The words of a bucket: halves of hashes, what has no place, and the nodes in its ten places.
-enum BucketWord { kHashes = 0, kFurther = 5, kFirstNode = 6, kLastNode = 15, kBucketWords = 16 };
+enum BucketWord {
+  kHashes = 0,
+  kLastHashes = 4,
+  kFurther = 5,
+  kFirstNode = 6,
+  kLastNode = 15,
+  kBucketWords = 16
+};
 
 // A store's bytes, by the addresses in it.
 class Image {
@@ -385,13 +392,17 @@ TEST(StoreDamage, AnIndexIsFound) {
 }
 TEST(StoreDamage, ABucketIsFound) {
   const char *found = "index of objects with an OID: bucket";
-  const auto bucket = [](Image &image) { return image.bucket(kOidIndex); };
-  expect_said(found, [&](Image &image) { ++bucket(image)[kHashes]; });
-  expect_said(found, [&](Image &image) { bucket(image)[kFirstNode] += 4096; });
-  // A node in no place while there are some, and one behind a place without any.
-  expect_said(found, [&](Image &image) { bucket(image)[kFurther] = bucket(image)[kFirstNode]; });
-  expect_said(found, [&](Image &image) {
-    std::swap(bucket(image)[kFirstNode], bucket(image)[kLastNode]);
+  expect_said(found, [](Image &image) { ++image.bucket(kOidIndex)[kHashes]; });
+  expect_said(found, [](Image &image) { image.bucket(kOidIndex)[kFirstNode] += 4096; });
+  // Its node without a place, while there are some, and behind places without any.
+  expect_said(found, [](Image &image) {
+    std::uint64_t *bucket = image.bucket(kOidIndex);
+    std::swap(bucket[kFurther], bucket[kFirstNode]);
+  });
+  expect_said(found, [](Image &image) {
+    std::uint64_t *bucket = image.bucket(kOidIndex);
+    std::swap(bucket[kLastNode], bucket[kFirstNode]);
+    bucket[kLastHashes] = bucket[kHashes] << 32;
   });
 }
 TEST(StoreDamage, AListOfTheAllocatorIsFound) {

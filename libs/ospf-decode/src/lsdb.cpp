@@ -136,7 +136,7 @@ std::vector<const LsdbEntry *> Lsdb::sorted() const {
   for_each([&](const LsdbEntry &entry) {
     const auto &[place, name, router] = packed_key(entry.key);
     groups[{place, static_cast<std::uint32_t>(name >> 32)}].emplace_back(name << 32 | router,
-                                                                          &entry);
+                                                                         &entry);
   });
   std::vector<const LsdbEntry *> out;
   out.reserve(size_);

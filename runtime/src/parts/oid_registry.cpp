@@ -21,8 +21,7 @@ using store::mix;
 std::uint64_t hash_of_id(const std::uint8_t *id) {
   std::uint64_t database = 0;
   std::memcpy(&database, id, sizeof database);
-  return hash_of_number(mix(database),
-                        quick::load_big_endian<std::uint64_t>(id + sizeof database));
+  return hash_of_number(mix(database), quick::load_big_endian<std::uint64_t>(id + sizeof database));
 }
 
 }  // namespace

@@ -16,7 +16,8 @@ std::uint64_t hash_of_key(const TableOfContents::Key &key) {
   std::uint64_t halves[2];
   std::memcpy(halves, key.luid, sizeof halves);
   const std::uint64_t of_type = mix(halves[0] ^ mix(halves[1]));
-  return key.by_name ? mix(of_type ^ hash_of(key.path.data(), key.path.size())) : hash_of_number(of_type, key.id);
+  return key.by_name ? mix(of_type ^ hash_of(key.path.data(), key.path.size()))
+                     : hash_of_number(of_type, key.id);
 }
 
 }  // namespace

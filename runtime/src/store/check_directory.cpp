@@ -53,7 +53,8 @@ bool DirectoryCheck::is_mapping(const void *address) {
   kelp_oid_mapping mapping{};
   kelp_object_header object{};
   return is_block(address, sizeof mapping) && read_at(address, &mapping) &&
-         mapping.by_id.owner == address && mapping.by_object.hash == hash_of_address(mapping.object) &&
+         mapping.by_id.owner == address &&
+         mapping.by_object.hash == hash_of_address(mapping.object) &&
          is_block(mapping.object, sizeof object, true) && read_at(mapping.object, &object) &&
          (object.obj_flags & OBJ_OID_MAPPED) != 0;
 }

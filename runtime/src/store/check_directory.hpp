@@ -58,8 +58,9 @@ class DirectoryCheck : public HeapCheck {
       bool has_room = false;
       for (std::size_t place = 0; is_whole && place < IndexBucket::kPlaces; ++place) {
         const IndexNode *node = bucket.nodes[place];
-        is_whole = node == nullptr || (!has_room && is_node(node) &&
-                                       bucket.hashes[place] == static_cast<std::uint32_t>(copy.hash));
+        is_whole =
+            node == nullptr || (!has_room && is_node(node) &&
+                                bucket.hashes[place] == static_cast<std::uint32_t>(copy.hash));
         has_room |= node == nullptr;
       }
       is_whole &= bucket.further == nullptr || !has_room;

@@ -57,22 +57,23 @@ class Index {
   void insert(IndexNode *node, std::uint64_t hash);
   void remove(IndexNode *node);
 
+  // The node that match takes for it; match is asked of those that may have the hash.
   template <typename Node, typename Match>
   Node *find(std::uint64_t hash, Match &&match) const {
     if (root_.buckets == 0) return nullptr;
     const IndexBucket &bucket = *bucket_at(place_of(hash));
-    const auto is_meant = [&](IndexNode *node) {
-      return node->hash == hash && match(*reinterpret_cast<Node *>(node));
-    };
     for (std::size_t place = 0; place < IndexBucket::kPlaces; ++place) {
       IndexNode *node = bucket.nodes[place];
       if (node == nullptr) return nullptr;
-      if (bucket.hashes[place] == static_cast<std::uint32_t>(hash) && is_meant(node)) {
+      if (bucket.hashes[place] == static_cast<std::uint32_t>(hash) &&
+          match(*reinterpret_cast<Node *>(node))) {
         return reinterpret_cast<Node *>(node);
       }
     }
     for (IndexNode *node = bucket.further; node != nullptr; node = node->next) {
-      if (is_meant(node)) return reinterpret_cast<Node *>(node);
+      if (node->hash == hash && match(*reinterpret_cast<Node *>(node))) {
+        return reinterpret_cast<Node *>(node);
+      }
     }
     return nullptr;
   }

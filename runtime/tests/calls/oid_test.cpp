@@ -315,4 +315,31 @@ TEST_F(OidTest, MappingGoesWithTheMemoryThatHoldsItsObject) {
   release(apart);
 }
 
+// Of blocks side by side, with objects at both ends and between, every second one goes.
+TEST_F(OidTest, MappingsOfTheMemoryBesideStay) {
+  constexpr std::size_t kBytes = 1000;
+  std::vector<char *> blocks(20);
+  std::vector<std::pair<void *, kelp_oid>> objects[2];
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    blocks[i] = static_cast<char *>(allocate(kBytes));
+    std::memset(blocks[i], 0, kBytes);
+    for (const std::size_t place : {0, 16, 496, 768, 984}) {
+      void *object = blocks[i] + place;
+      objects[i % 2].emplace_back(object, oid_of(object));
+    }
+  }
+  for (std::size_t i = 1; i < blocks.size(); i += 2) release(blocks[i]);
+  for (const auto &[object, oid] : objects[1]) {
+    EXPECT_EQ(resolve(oid), nullptr);
+    EXPECT_EQ(err, 2u);
+    err = 0;
+    EXPECT_EQ(references(object), -1);
+  }
+  for (const auto &[object, oid] : objects[0]) {
+    EXPECT_EQ(resolve(oid), object);
+    EXPECT_EQ(references(object), 0);
+  }
+  for (std::size_t i = 0; i < blocks.size(); i += 2) release(blocks[i]);
+}
+
 }  // namespace
