@@ -328,7 +328,7 @@ void set_instance_embedded(const StructureFacts &facts, kelp_handle *handle, std
     return;
   }
   if (object == facts.null_object) return;
-  if (structure_template::mark_embedded(facts, handle, object)) return;
+  if (structure_template::mark_embedded(facts, handle, space_id, object)) return;
   const bool children_first =
       std::any_of(facts.fields.begin(), facts.fields.end(),
                   [](const FieldFacts &field) { return field.kind == Kind::structure; });

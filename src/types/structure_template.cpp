@@ -3,7 +3,9 @@
 #include <kelp/oid.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <kelp/quick_kept.hpp>
 #include <memory>
 #include <new>
 
@@ -12,14 +14,17 @@
 
 namespace harbor::structure_template {
 
-// A type whose record decides what an object looks like, and how many objects of it are counted
-// with one.
+// A type whose record decides what an object looks like, how many objects of it are counted with
+// one, and where the first of them lies.
 struct Type {
   const kelp_type_record *record;
   std::int8_t variants;
   std::uint32_t count;
+  std::uint32_t offset;
 
-  kelp_variant_entry &entry() const { return record->varinfo->entries[variants - 1]; }
+  kelp_variant_entry &entry(const kelp_type_record &used) const {
+    return used.varinfo->entries[variants - 1];
+  }
   bool is_as_it_was() const {
     return record->magic == KELP_TYPE_MAGIC && record->varinfo != nullptr &&
            record->varinfo->n_variants == variants;
@@ -30,7 +35,17 @@ struct Type {
 struct Part {
   std::uint32_t offset;
   std::int8_t variant;
+  std::uint32_t type;  // which one of the template's
+};
+
+// A reference, and the record of the table that it names.
+struct Target {
+  std::uint32_t offset;
   const kelp_type_record *record;
+
+  std::uint32_t id() const {
+    return offset + offsetof(kelp_reference, oid) + offsetof(kelp_oid, id);
+  }
 };
 
 // A field that may own memory, and the place of its structure.
@@ -59,20 +74,30 @@ class List {
   std::size_t size_ = 0;
 };
 
+// A new object as it is in private memory, or in one store: its bytes, which hold the addresses of
+// type records, and what was announced when it was made. It lies in one block with its lists.
+struct Pattern {
+  std::uint64_t writes;
+  std::uint64_t counters;
+  kelp_type_record **records;  // of the template's types, in their order
+  std::uint64_t **announced;   // in a store: a counter in each page in which one of these counts
+  std::size_t pages;
+  std::uint8_t *bytes;
+};
+
 struct Template {
-  std::uint64_t writes = 0;
-  std::uint64_t counters = 0;
-  std::unique_ptr<std::uint8_t[]> bytes;
   List<Type> types;
   List<Part> parts;
-  List<Owner> owners;           // arrays, texts and arms
-  List<std::uint32_t> targets;  // places of the ids that references hold
-  List<std::uint32_t> flags;    // places of the flags of all that is embedded with the object
+  List<Owner> owners;  // arrays, texts and arms
+  List<Target> targets;
+  List<std::uint32_t> flags;  // places of the flags of all that is embedded with the object
+  mutable std::atomic<const Pattern *> own{nullptr};  // in private memory
 };
 
 namespace {
 
 using Made = std::unique_ptr<Template>;
+using MadePattern = std::unique_ptr<Pattern, decltype(&std::free)>;
 
 // What there may be at most, all types different.
 struct Most {
@@ -91,12 +116,16 @@ void count(const StructureFacts &facts, Most &most) {
   }
 }
 
-void enter_type(Template &made, const kelp_type_record *record, std::uint8_t variants,
-                std::uint32_t count) {
+// Gives its number.
+std::uint32_t enter_type(Template &made, const kelp_type_record *record, std::uint8_t variants,
+                         std::uint32_t offset, std::uint32_t count) {
   Type *const known = std::find_if(made.types.begin(), made.types.end(),
                                    [&](const Type &type) { return type.record == record; });
-  if (known == made.types.end()) made.types.put({record, static_cast<std::int8_t>(variants), 0});
+  if (known == made.types.end()) {
+    made.types.put({record, static_cast<std::int8_t>(variants), 0, offset});
+  }
   known->count += count;
+  return static_cast<std::uint32_t>(known - made.types.begin());
 }
 
 void enter(Template &made, const StructureFacts &facts, std::uint32_t offset);
@@ -110,7 +139,8 @@ void enter_field(Template &made, const FieldFacts &field, std::uint32_t offset) 
     case Kind::enumeration:
     case Kind::flags:
       made.flags.put(place + header_flags);
-      return enter_type(made, field.light->record, field.light->variants, 0);
+      enter_type(made, field.light->record, field.light->variants, place, 0);
+      return;
     case Kind::address:
       return made.flags.put(place + header_flags);
     case Kind::text:
@@ -120,15 +150,15 @@ void enter_field(Template &made, const FieldFacts &field, std::uint32_t offset) 
     case Kind::arm:
       return made.owners.put({&field, offset});
     case Kind::reference:
-      return made.targets.put(place + offsetof(kelp_reference, oid) + offsetof(kelp_oid, id));
+      return made.targets.put({place, field.target});
     default:
       return;
   }
 }
 
 void enter(Template &made, const StructureFacts &facts, std::uint32_t offset) {
-  enter_type(made, facts.record, facts.variants, 1);
-  made.parts.put({offset, static_cast<std::int8_t>(facts.variants - 1), facts.record});
+  const std::uint32_t type = enter_type(made, facts.record, facts.variants, offset, 1);
+  made.parts.put({offset, static_cast<std::int8_t>(facts.variants - 1), type});
   made.flags.put(offset + offsetof(kelp_object_header, obj_flags));
   for (const FieldFacts &field : facts.fields) enter_field(made, field, offset);
 }
@@ -139,20 +169,13 @@ Made make(const StructureFacts &facts) {
   count(facts, most);
   Made made(new (std::nothrow) Template);
   if (made == nullptr) return nullptr;
-  made->bytes.reset(new (std::nothrow) std::uint8_t[facts.object_size]);
-  if (made->bytes == nullptr || !made->types.make_room(most.types) ||
-      !made->parts.make_room(most.parts) || !made->owners.make_room(most.fields) ||
-      !made->targets.make_room(most.fields) || !made->flags.make_room(most.parts + most.fields)) {
+  if (!made->types.make_room(most.types) || !made->parts.make_room(most.parts) ||
+      !made->owners.make_room(most.fields) || !made->targets.make_room(most.fields) ||
+      !made->flags.make_room(most.parts + most.fields)) {
     return nullptr;
   }
   enter(*made, facts, 0);
   return made;
-}
-
-bool is_ordinary(const kelp_handle *handle) {
-  return kelp::quick::is_unheard(handle) && kelp::quick::fixes_nothing(handle) &&
-         handle->shared_tinfo == 0 &&
-         (handle->sttr == nullptr || handle->sttr->sttr_mode == STTR_MODE_OFF);
 }
 
 bool are_as_they_were(const Template &known) {
@@ -160,15 +183,39 @@ bool are_as_they_were(const Template &known) {
                      [](const Type &type) { return type.is_as_it_was(); });
 }
 
-// The type's template when the handle and the records allow its use.
-const Template *usable(const StructureFacts &facts, const kelp_handle *handle) {
+bool is_ordinary(const kelp_handle *handle) {
+  return kelp::quick::fixes_nothing(handle) &&
+         (handle->sttr == nullptr || handle->sttr->sttr_mode == STTR_MODE_OFF);
+}
+
+// Where the template's pattern under a handle of a store is kept; null for other handles.
+void **place_in_store(const Template &known, kelp_handle *handle) {
+  return handle->shared_tinfo == 0 ? nullptr : kelp_quick_kept(handle, &known);
+}
+
+// The template of a type and its pattern when the handle and the records allow their use.
+struct Usable {
+  const Template *known = nullptr;
+  const Pattern *pattern = nullptr;
+};
+
+Usable usable(const StructureFacts &facts, kelp_handle *handle) {
   const Template *known = facts.kept->load(std::memory_order_acquire);
-  return known != nullptr && is_ordinary(handle) && are_as_they_were(*known) ? known : nullptr;
+  if (known == nullptr || !is_ordinary(handle)) return {};
+  const Pattern *pattern = nullptr;
+  if (handle->shared_tinfo != 0) {
+    void **place = place_in_store(*known, handle);
+    if (place != nullptr) pattern = static_cast<const Pattern *>(*place);
+  } else if (kelp::quick::is_unheard(handle)) {
+    pattern = known->own.load(std::memory_order_acquire);
+  }
+  if (pattern == nullptr || !are_as_they_were(*known)) return {};
+  return {known, pattern};
 }
 
 // Nothing of the parts has another life than that of the object, and no reference holds anything.
 // Nearly all objects are so, and all of it is looked at without a branch.
-bool is_ordinary(const Template &known, void *object) {
+bool is_ordinary(const Template &known, const Pattern &pattern, void *object) {
   constexpr std::uint8_t special =
       OBJ_OID_MAPPED | OBJ_STATE_TRACKED | OBJ_RA_DATA | OBJ_STTR_RELOCATED | OBJ_TINFO_BLOCK;
   const auto word_at = [object](std::uint32_t place) {
@@ -179,24 +226,129 @@ bool is_ordinary(const Template &known, void *object) {
   bool differs = false;
   for (const Part &part : known.parts) {
     const kelp_object_header *header = header_of(bytes(object) + part.offset);
-    differs |= header->tinfo != part.record;
+    differs |= header->tinfo != pattern.records[part.type];
     differs |= header->variant != part.variant;
     differs |= (header->obj_flags & special) != 0;
   }
   std::uint64_t held = 0;
-  for (const std::uint32_t place : known.targets) {
-    held |= word_at(place) | word_at(place + sizeof held);
+  for (const Target &target : known.targets) {
+    held |= word_at(target.id()) | word_at(target.id() + sizeof held);
   }
   return !differs && held == 0;
 }
 
-// Counts the object and all structures in it.
-void count(const Template &known, kelp_handle *handle, std::uint64_t kelp_variant_entry::*counter) {
-  handle->quick->write_counts[kelp::quick::kCounterWrite] += known.counters;
-  for (const Type &type : known.types) {
-    if (type.count == 0) continue;
-    kelp::quick::add_to_counter(type.record, &(type.entry().*counter), type.count);
+// Counts the object and all structures in it. A store needs to hear of each page alone.
+void count(const Usable &used, kelp_handle *handle, std::uint32_t space_id,
+           std::uint64_t kelp_variant_entry::*counter) {
+  const Pattern &pattern = *used.pattern;
+  for (std::size_t page = 0; page < pattern.pages; ++page) {
+    handle->counter_notify(handle->obj_pool, pattern.announced[page], 1, space_id);
   }
+  handle->quick->write_counts[kelp::quick::kCounterWrite] += pattern.counters - pattern.pages;
+  kelp_type_record *const *record = pattern.records;
+  for (const Type &type : used.known->types) {
+    kelp_type_record *const counted = *record++;
+    if (type.count == 0) continue;
+    kelp::quick::add_to_counter(counted, &(type.entry(*counted).*counter), type.count);
+  }
+}
+
+// Has a store hear of the page in which a counter lies, unless it does for another one.
+void announce_page_of(Pattern &pattern, std::uint64_t *counter) {
+  constexpr std::uintptr_t page_bytes = 4096;
+  const auto page = [](const std::uint64_t *address) {
+    return reinterpret_cast<std::uintptr_t>(address) / page_bytes;
+  };
+  std::uint64_t **const end = pattern.announced + pattern.pages;
+  const bool is_heard = std::any_of(pattern.announced, end, [&](const std::uint64_t *known) {
+    return page(known) == page(counter);
+  });
+  if (is_heard) return;
+  *end = counter;
+  ++pattern.pages;
+}
+
+// Whether an object in a store points at the store's records alone.
+bool is_the_stores(const Template &known, const Pattern &pattern) {
+  kelp_type_record *const *record = pattern.records;
+  const bool own_records =
+      std::all_of(known.types.begin(), known.types.end(), [&](const Type &type) {
+        const kelp_type_record *copy = *record++;
+        return copy != nullptr && copy != type.record && copy->varinfo != nullptr &&
+               copy->varinfo->n_variants >= type.variants;
+      });
+  return own_records &&
+         std::all_of(known.targets.begin(), known.targets.end(), [&](const Target &target) {
+           const kelp_type_record *copy = nullptr;
+           std::memcpy(&copy, pattern.bytes + target.offset + offsetof(kelp_reference, target_type),
+                       sizeof copy);
+           return copy != nullptr && copy != target.record;
+         });
+}
+
+// The pattern of an object that the rules have just made; null without memory.
+MadePattern make_pattern(const Template &known, const StructureFacts &facts, const void *object,
+                         const Announced &announced) {
+  const auto types = static_cast<std::size_t>(known.types.end() - known.types.begin());
+  constexpr std::size_t lists = 3;  // the records, and the counters that are announced
+  MadePattern made(static_cast<Pattern *>(std::malloc(
+                       sizeof(Pattern) + lists * types * sizeof(void *) + facts.object_size)),
+                   &std::free);
+  if (made == nullptr) return made;
+  auto **records = reinterpret_cast<kelp_type_record **>(made.get() + 1);
+  auto **counters = reinterpret_cast<std::uint64_t **>(records + types);
+  auto *copy = reinterpret_cast<std::uint8_t *>(counters + (lists - 1) * types);
+  *made = {announced.writes, announced.counters, records, counters, 0, copy};
+  std::memcpy(copy, object, facts.object_size);
+  for (const Type &type : known.types) {
+    *records++ = header_of(bytes(const_cast<void *>(object)) + type.offset)->tinfo;
+  }
+  return made;
+}
+
+void keep_in_store(const Template &known, const StructureFacts &facts, kelp_handle *handle,
+                   const void *object, const Announced &announced) {
+  void **place = place_in_store(known, handle);
+  if (place == nullptr || *place != nullptr) return;
+  MadePattern made = make_pattern(known, facts, object, announced);
+  if (made == nullptr || !is_the_stores(known, *made)) return;
+  kelp_type_record *const *record = made->records;
+  for (const Type &type : known.types) {
+    kelp_variant_entry &entry = type.entry(**record++);
+    if (type.count == 0) continue;
+    announce_page_of(*made, &entry.create_count);
+    announce_page_of(*made, &entry.destroy_count);
+  }
+  *place = made.release();
+}
+
+void keep_in_private_memory(const Template &known, const StructureFacts &facts,
+                            const kelp_handle *handle, const void *object,
+                            const Announced &announced) {
+  if (!kelp::quick::is_unheard(handle) || known.own.load(std::memory_order_relaxed) != nullptr) {
+    return;
+  }
+  MadePattern made = make_pattern(known, facts, object, announced);
+  const Pattern *none = nullptr;
+  if (made != nullptr && known.own.compare_exchange_strong(none, made.get())) made.release();
+}
+
+// The type's template, made when there is none; null without memory.
+const Template *template_of(const StructureFacts &facts) {
+  const Template *known = facts.kept->load(std::memory_order_acquire);
+  if (known != nullptr) return known;
+  Made made = make(facts);
+  if (made != nullptr && facts.kept->compare_exchange_strong(known, made.get())) {
+    return made.release();
+  }
+  return known;
+}
+
+// Whether a store is all that hears of what the handle writes.
+bool is_heard_by_store(const kelp_handle *handle) {
+  const kelp_quick *quick = handle->quick;
+  return quick != nullptr && quick->store_pool != nullptr &&
+         handle->write_notify == quick->store_write && handle->obj_pool == quick->store_pool;
 }
 
 }  // namespace
@@ -208,37 +360,38 @@ Announced Announced::through(const kelp_handle *handle) {
           quick->write_counts[kelp::quick::kCounterWrite]};
 }
 
-void keep(const StructureFacts &facts, const kelp_handle *handle, const void *object,
+void keep(const StructureFacts &facts, kelp_handle *handle, const void *object,
           const Announced &before) {
-  if (!is_ordinary(handle) || facts.kept->load(std::memory_order_relaxed) != nullptr) return;
-  Made made = make(facts);
-  if (made == nullptr || !are_as_they_were(*made)) return;
+  if (kelp::quick::of(handle) == nullptr || !is_ordinary(handle)) return;
+  const Template *known = template_of(facts);
+  if (known == nullptr || !are_as_they_were(*known)) return;
   const Announced now = Announced::through(handle);
-  made->writes = now.writes - before.writes;
-  made->counters = now.counters - before.counters;
-  std::memcpy(made->bytes.get(), object, facts.object_size);
-  const Template *none = nullptr;
-  if (facts.kept->compare_exchange_strong(none, made.get())) made.release();
+  const Announced announced{now.writes - before.writes, now.counters - before.counters};
+  if (handle->shared_tinfo != 0) {
+    keep_in_store(*known, facts, handle, object, announced);
+  } else {
+    keep_in_private_memory(*known, facts, handle, object, announced);
+  }
 }
 
 bool create(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
             void **object) {
-  const Template *known = usable(facts, handle);
-  if (known == nullptr) return false;
+  const Usable used = usable(facts, handle);
+  if (used.known == nullptr) return false;
   *object = handle->obj_alloc(handle->obj_pool, space_id, facts.object_size);
   if (*object == nullptr) return true;
-  std::memcpy(*object, known->bytes.get(), facts.object_size);
+  std::memcpy(*object, used.pattern->bytes, facts.object_size);
   kelp::quick::clear_last_error(handle);
-  handle->quick->write_counts[kelp::quick::kModuleWrite] += known->writes;
-  count(*known, handle, &kelp_variant_entry::create_count);
+  handle->quick->write_counts[kelp::quick::kModuleWrite] += used.pattern->writes;
+  count(used, handle, space_id, &kelp_variant_entry::create_count);
   return true;
 }
 
 bool destroy(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
              void *object) {
-  const Template *known = usable(facts, handle);
-  if (known == nullptr || !is_ordinary(*known, object)) return false;
-  for (const Owner &owner : known->owners) {
+  const Usable used = usable(facts, handle);
+  if (used.known == nullptr || !is_ordinary(*used.known, *used.pattern, object)) return false;
+  for (const Owner &owner : used.known->owners) {
     if (*reinterpret_cast<void **>(bytes(object) + owner.place()) == nullptr) continue;
     if (owner.field->kind == Kind::array) {
       array_field::remove(*owner.field->array, handle, space_id, bytes(object) + owner.offset);
@@ -249,19 +402,35 @@ bool destroy(const StructureFacts &facts, kelp_handle *handle, std::uint32_t spa
       kelp_vstring_destroy_internal(handle, space_id, text, 0);
     }
   }
-  count(*known, handle, &kelp_variant_entry::destroy_count);
+  count(used, handle, space_id, &kelp_variant_entry::destroy_count);
   store<kelp_type_record *>(handle, space_id, &header_of(object)->tinfo, nullptr);
   handle->obj_free(handle->obj_pool, space_id, object);
   return true;
 }
 
-bool mark_embedded(const StructureFacts &facts, const kelp_handle *handle, void *object) {
+bool mark_embedded(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object) {
   const Template *known = facts.kept->load(std::memory_order_acquire);
   if (known == nullptr || kelp::quick::of(handle) == nullptr) return false;
-  std::uint64_t *writes = kelp::quick::unheard_writes(handle);
-  if (writes == nullptr) return false;
-  for (const std::uint32_t place : known->flags) bytes(object)[place] |= OBJ_EMBEDDED;
-  *writes += static_cast<std::uint64_t>(known->flags.end() - known->flags.begin());
+  const bool unheard = kelp::quick::unheard_writes(handle) != nullptr;
+  if (!unheard && !is_heard_by_store(handle)) return false;
+  const std::uint32_t *place = known->flags.begin();
+  const auto mark_one = [&] {
+    std::uint8_t *flags = bytes(object) + *place++;
+    store(handle, space_id, flags, static_cast<std::uint8_t>(*flags | OBJ_EMBEDDED));
+  };
+  // A store puts by all of the object at the first write to it.
+  mark_one();
+  const bool counts =
+      unheard || (kelp::quick::is_put_by(handle, object) &&
+                  kelp::quick::is_put_by(handle, bytes(object) + facts.object_size - 1));
+  if (!counts) {
+    while (place != known->flags.end()) mark_one();
+    return true;
+  }
+  handle->quick->write_counts[kelp::quick::kModuleWrite] +=
+      static_cast<std::uint64_t>(known->flags.end() - place);
+  for (; place != known->flags.end(); ++place) bytes(object)[*place] |= OBJ_EMBEDDED;
   return true;
 }
 

@@ -1,8 +1,8 @@
 // Objects as copies of the first one of their type, and their end without a walk over all facts.
 // structure_life makes and ends an object this way where nobody could tell: no function of the
-// runtime is replaced, nobody hears of writes or counters, and the handle gives every type its
-// static record at its highest variant and tracks no state. Whatever is out of the ordinary is left
-// to the rules there.
+// runtime is replaced, nobody hears of writes or counters but a store, which needs to hear of a new
+// block alone and of each page of counters, and the handle gives every type its highest variant and
+// tracks no state. Whatever is out of the ordinary is left to the rules there.
 #pragma once
 
 #include <atomic>
@@ -34,7 +34,7 @@ struct Announced {
 
   static Announced through(const kelp_handle *handle);
 };
-void keep(const StructureFacts &facts, const kelp_handle *handle, const void *object,
+void keep(const StructureFacts &facts, kelp_handle *handle, const void *object,
           const Announced &before);
 
 // Ends an object; false, with nothing done, when it has to be ended by the rules.
@@ -43,7 +43,8 @@ bool destroy(const StructureFacts &facts, kelp_handle *handle, std::uint32_t spa
 
 // Marks an object and all that is embedded with it as embedded; false, with nothing done, when the
 // rules have to.
-bool mark_embedded(const StructureFacts &facts, const kelp_handle *handle, void *object);
+bool mark_embedded(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id,
+                   void *object);
 
 }  // namespace structure_template
 

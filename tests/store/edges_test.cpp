@@ -145,6 +145,56 @@ TEST(StoreEdges, SpansOfAClassComeAndGo) {
 }
 
 // The indexes grow in a transaction that is undone, and shrink in one that is not.
+// What a transaction has the file grow by is its own; what was there before is not.
+TEST(StoreEdges, ARollbackTakesBackWhatWasWrittenBehindGrowth) {
+  const Folder folder;
+  EXPECT_EQ(run([&] {
+              Rows rows(folder.file());
+              if (rows.commit({{1, "one"}, {2, "two"}}) != 0) return 1;
+              rows.lock_write();
+              for (std::uint16_t key = 10; key < 60; ++key) rows.put(key, some_bytes(key, 40000));
+              rows.put(1, "other");
+              rows.erase(2);
+              if (rows.rollback() != 0) return 2;
+              rows.lock_read();
+              return rows.all() == Model{{1, "one"}, {2, "two"}} ? 0 : 3;
+            }),
+            0);
+  EXPECT_EQ(verify(folder.file(), {Model{{1, "one"}, {2, "two"}}}), "");
+}
+
+// Two processes in turns: what the one has the file grow by the other uses too.
+TEST(StoreEdges, WhatOneProcessGrewOthersUse) {
+  const Folder folder;
+  constexpr std::size_t kBytes = 20000;  // a span each
+  constexpr std::uint16_t kAtOnce = 24;
+  constexpr std::uint16_t kTurns = 12;
+  Signal turns[2];
+  const auto take_turns = [&](std::uint16_t number) {
+    Rows rows(folder.file());
+    for (std::uint16_t turn = number; turn < kTurns; turn += 2) {
+      if (turns[number].take() == 0) return 1;
+      if (rows.lock_write() != 0) return 2;
+      for (std::uint16_t at = 0; at < kAtOnce; ++at) {
+        const auto key = static_cast<std::uint16_t>(turn * kAtOnce + at);
+        if (rows.put(key, some_bytes(key, kBytes)) != 0) return 3;
+      }
+      if (rows.unlock() != 0) return 4;
+      turns[1 - number].give();
+    }
+    return 0;
+  };
+  const pid_t one = start([&] { return take_turns(0); });
+  const pid_t other = start([&] { return take_turns(1); });
+  turns[0].give();
+  EXPECT_EQ(wait_for(one), 0);
+  EXPECT_EQ(wait_for(other), 0);
+  Model expected;
+  for (std::uint16_t key = 0; key < kTurns * kAtOnce; ++key)
+    expected[key] = some_bytes(key, kBytes);
+  EXPECT_EQ(verify(folder.file(), {expected}), "");
+}
+
 TEST(StoreEdges, IndexesGrowAndShrink) {
   const Folder folder;
   EXPECT_EQ(run([&] {

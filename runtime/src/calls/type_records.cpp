@@ -1,9 +1,12 @@
-// The runtime's side of registering type records: copies, and their variant info.
+// The runtime's side of registering type records: copies, their variant info, and what libraries
+// keep while these are the same.
 #include <algorithm>
 
 #include "base/failure.hpp"
 #include "database/database.hpp"
 #include "database/handle_state.hpp"
+#include "database/hooks.hpp"
+#include "kelp/quick_kept.hpp"
 #include "parts/kinship.hpp"
 
 namespace kelp {
@@ -86,6 +89,7 @@ extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
   // An older edition has nothing to tell of the type.
   if (store != nullptr && kept != nullptr && kept->n_variants > wanted.n_variants) return;
   if (store != nullptr && is_new != 0) copy->runtime_word_a = kelp::room_of(*static_record);
+  handle->state->database->types.note_change();
 
   if (kept == nullptr || kept->n_variants < wanted.n_variants) {
     auto *info = static_cast<kelp_variant_info *>(kelp::take_type_memory(
@@ -113,4 +117,16 @@ extern "C" void kelp_update_variant_info(kelp_handle *handle, uint32_t space_id,
     kept->entries[i].used_length = wanted.entries[i].used_length;
     kept->entries[i].alloc_slop = wanted.entries[i].alloc_slop;
   }
+}
+
+extern "C" void **kelp_quick_kept(kelp_handle *handle, const void *owner) {
+  if (kelp::quick::of(handle) == nullptr || handle->db_lock_state == 0) return nullptr;
+  kelp_handle_state &state = *handle->state;
+  if (state.quick.store_pool == nullptr || !kelp::has_own_hooks(state)) return nullptr;
+  const kelp_database &database = *state.database;
+  void **place = nullptr;
+  kelp::without_exceptions([&] {
+    place = state.kept.place(owner, database.types.version(), database.editions.seen());
+  });
+  return place;
 }

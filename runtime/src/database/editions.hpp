@@ -28,6 +28,9 @@ class Editions {
   // What was found may hold no more.
   void forget();
 
+  // What the last look went by: another number when it has found something else.
+  std::uint64_t seen() const { return seen_.load(std::memory_order_relaxed); }
+
   // Has the store know the variants that this process's types have more of, and state-tracked
   // objects, before the writer makes any. 0, or the code that error got.
   std::int32_t join(kelp_handle *handle, kelp_error *error);

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "base/pool.hpp"
+#include "database/kept.hpp"
 #include "kelp/embed.h"
 #include "kelp/quick.hpp"
 #include "parts/domain.hpp"
@@ -18,6 +19,7 @@ struct kelp_handle_state {
   kelp_quick quick = {};
   kelp::Pool pool;
   kelp::Domain domain;
+  kelp::Kept kept;
   decltype(kelp_handle::write_notify) own_write_notify = nullptr;
   decltype(kelp_handle::counter_notify) own_counter_notify = nullptr;
   kelp_sttr sttr = {};

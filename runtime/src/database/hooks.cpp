@@ -168,6 +168,15 @@ bool holds_beside(const Pool &pool, const e_avl_node *top, const e_avl_node *nod
 
 }  // namespace
 
+bool has_own_hooks(const kelp_handle_state &state) {
+  const kelp_handle &handle = state.handle;
+  return handle.write_notify == state.own_write_notify &&
+         handle.counter_notify == state.own_counter_notify && handle.type_alloc == type_alloc &&
+         handle.type_table_insert == type_table_insert &&
+         handle.type_table_lookup == type_table_lookup && handle.obj_pool == &state.pool &&
+         handle.type_pool == &state.pool && handle.type_table == &state.database->types;
+}
+
 void set_hooks(kelp_handle_state &state, kelp_database *database) {
   kelp_handle &handle = state.handle;
   state.pool.database = database;

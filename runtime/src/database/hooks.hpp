@@ -8,4 +8,7 @@ namespace kelp {
 
 void set_hooks(kelp_handle_state &state, kelp_database *database);
 
+// Whether the handle's functions for type records, writes and counters are those that it was given.
+bool has_own_hooks(const kelp_handle_state &state);
+
 }  // namespace kelp

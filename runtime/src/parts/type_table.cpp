@@ -24,6 +24,7 @@ TypeTable::Entry *TypeTable::find_entry(const char *key) const {
 void TypeTable::insert(const char *key, kelp_type_record_copy *copy) {
   const std::lock_guard lock(mutex_);
   by_record_.clear();
+  note_change();
   if (Entry *known = find_entry(key)) {
     memory_->set(known->copy, copy);
     return;
@@ -92,6 +93,7 @@ kelp_type_record_copy *TypeTable::find(const kelp_type_record *record) {
 void TypeTable::forget_remembered() {
   const std::lock_guard lock(mutex_);
   by_record_.clear();
+  note_change();
 }
 
 }  // namespace kelp

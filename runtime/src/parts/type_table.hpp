@@ -2,6 +2,7 @@
 // that they were made from. The copies lie in the database's memory and go with it.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <unordered_map>
@@ -30,6 +31,10 @@ class TypeTable {
   // What was remembered may be there no more.
   void forget_remembered();
 
+  // Rises when a copy was entered or may be gone, or has got other variants.
+  std::uint64_t version() const { return version_.load(std::memory_order_relaxed); }
+  void note_change() { version_.fetch_add(1, std::memory_order_relaxed); }
+
   std::uint64_t count() const { return directory_->types.count; }
 
   // Calls visit with each copy.
@@ -50,6 +55,7 @@ class TypeTable {
   kelp_type_record_copy *find_edition(const char *key) const;
 
   mutable std::mutex mutex_;
+  std::atomic<std::uint64_t> version_{0};
   store::Memory *memory_ = nullptr;
   store::Directory *directory_ = nullptr;
   struct Remembered {

@@ -181,12 +181,22 @@ Span *Heap::take_run(std::uint32_t spans) {
         save_span(found);
         unlink(head_->bins[bin], found);
         if (run > spans) mark_free(at + spans, run - spans);
+        use_fresh(at, spans);
         return found;
       }
     }
     if (turn == 0 && !grow(spans)) return nullptr;
   }
   return nullptr;
+}
+
+// Pages of a file that nobody has touched are dear one by one.
+void Heap::use_fresh(std::uint64_t first, std::uint32_t spans) {
+  constexpr std::uint64_t kAtOnce = 16;
+  if (first + spans <= fresh_ || first >= fresh_end_) return;
+  const std::uint64_t until = std::min(fresh_end_, std::max(first + spans, fresh_ + kAtOnce));
+  ground_->provide_pages(fresh_, until - fresh_);
+  fresh_ = until;
 }
 
 // Enters a run in its bin. Its neighbours are no free runs.
@@ -258,6 +268,8 @@ bool Heap::grow(std::uint32_t spans) {
       ground_->mark(each, sizeof *each);
     }
     release_run(at, static_cast<std::uint32_t>(until - at));
+    fresh_ = at;
+    fresh_end_ = until;
     at = until;
   }
   return true;
@@ -329,21 +341,24 @@ void Heap::release(const Block &block) {
   release_run(number_of(span), 1);
 }
 
-// Whether the running transaction divided the span there: nothing in it was there before.
-bool Heap::is_in_new_span(const void *address) const {
+// Around the address, what the running transaction has grown the heap by, or a span that it has
+// divided: nothing in it was there before. Empty for memory that was.
+std::span<const std::byte> Heap::new_memory(const void *address) const {
   const auto offset =
       reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_);
-  if (offset / kSpanBytes >= head_->spans) return false;
-  const Span *there = span(offset / kSpanBytes);
-  return there->kind == SpanKind::slots && is_new(there);
+  const std::uint64_t number = offset / kSpanBytes;
+  if (number >= head_->spans) return {};
+  if (number >= grown_from_) {
+    return {span_start(grown_from_), (head_->spans - grown_from_) * kSpanBytes};
+  }
+  const Span *there = span(number);
+  if (there->kind != SpanKind::slots || !is_new(there)) return {};
+  return {span_start(number), kSpanBytes};
 }
 
 std::span<const std::byte> Heap::save_block(const void *address) {
-  if (is_in_new_span(address)) {
-    const auto offset =
-        reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_);
-    return {static_cast<const std::byte *>(address) - offset % kSpanBytes, kSpanBytes};
-  }
+  const std::span<const std::byte> made = new_memory(address);
+  if (!made.empty()) return made;
   Block block;
   if (!find(address, &block)) return {};
   std::uint32_t &saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
@@ -358,7 +373,7 @@ std::span<const std::byte> Heap::save_block(const void *address) {
 
 void Heap::save_range(const void *address, std::size_t length) {
   constexpr std::size_t kSmall = 256;
-  if (is_in_new_span(address)) return;
+  if (!new_memory(address).empty()) return;
   Block block;
   if (!find(address, &block)) {
     ground_->save(address, length);
@@ -375,6 +390,7 @@ void Heap::save_range(const void *address, std::size_t length) {
 }
 
 void Heap::trim() {
+  forget_fresh();
   for (std::uint64_t number = 0; number < head_->spans; ++number) {
     Span *each = span(number);
     if (each->kind != SpanKind::slots || each->live != 0) continue;

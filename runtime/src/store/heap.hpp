@@ -28,6 +28,8 @@ class Ground {
   // Has the file back these spans again, if they were given back to the disk; false with the reason
   // kept.
   virtual bool back_again(std::uint64_t first, std::uint64_t spans) = 0;
+  // Has spans that the file was grown by, and that nobody was given yet, in memory.
+  virtual void provide_pages(std::uint64_t first, std::uint64_t spans) = 0;
   virtual std::uint32_t stamp() const = 0;
 
  protected:
@@ -53,6 +55,14 @@ class Heap {
     most_ = most;
   }
 
+  // A transaction begins. others: whether another process may have changed the heap since the last.
+  void begin(bool others) {
+    grown_from_ = head_->spans;
+    if (others) forget_fresh();
+  }
+  // What was grown may have gone back to the file's end.
+  void forget_fresh() { fresh_ = fresh_end_ = 0; }
+
   static constexpr std::size_t kLargestBlock = (kSegmentSpans - 1) * kSpanBytes;
 
   // Null without room. owner is kRuntimes or 0.
@@ -65,7 +75,8 @@ class Heap {
   void release(const Block &block);
 
   // Saves the block that holds the address, once in a transaction. Gives memory around the address
-  // that the transaction needs no more saved: the block, or all of a span that it divided itself.
+  // that the transaction needs no more saved: the block, all of a span that it divided itself, or
+  // all that it has grown the heap by.
   std::span<const std::byte> save_block(const void *address);
   // Saves these bytes; small blocks are saved as a whole.
   void save_range(const void *address, std::size_t length);
@@ -91,7 +102,8 @@ class Heap {
     return reinterpret_cast<Slot *>(span_start(number_of(span)));
   }
   bool is_new(const Span *span) const { return span->made == ground_->stamp(); }
-  bool is_in_new_span(const void *address) const;
+  std::span<const std::byte> new_memory(const void *address) const;
+  void use_fresh(std::uint64_t first, std::uint32_t spans);
   void save_span(Span *span);
   void save_slot(const Span *span, Slot *slot);
   void note_change(const Block &block, bool goes) const {
@@ -112,6 +124,11 @@ class Heap {
   Head *head_ = nullptr;
   std::byte *memory_ = nullptr;
   std::uint64_t most_ = 0;
+  std::uint64_t grown_from_ = 0;  // spans from here on came with the running transaction
+  // Of the run that this process grew the heap by last: what was not given out, nor provided with
+  // pages. A free run is given out from its front.
+  std::uint64_t fresh_ = 0;
+  std::uint64_t fresh_end_ = 0;
 };
 
 }  // namespace kelp::store

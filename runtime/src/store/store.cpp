@@ -3,12 +3,14 @@
 
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cinttypes>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 #include "base/failure.hpp"
@@ -171,6 +173,7 @@ void Store::begin() {
   begun_length_ = journal_.length();
   begun_allocations_ = header_->head.statistics.total_allocations;
   begun_spans_ = header_->head.spans;
+  heap_.begin(header_->head.sequence != committed_);
 }
 
 std::uint32_t Store::number_tree() {
@@ -223,6 +226,7 @@ void Store::refuse(std::int32_t code, const char *reason) {
 
 void Store::rollback() {
   const std::uint64_t grown = header_->head.spans;
+  heap_.forget_fresh();
   if (private_now_) turn_shared();
   undo();
   writing_ = false;
@@ -287,6 +291,27 @@ bool Store::back(std::uint64_t spans) {
   }
   header_->head.spans = spans;
   return true;
+}
+
+// Written once, a page is clean memory to the fault that maps it, which has nothing to read then
+// nor to look for on the disk. It is a saving alone: what fails here fails where the pages are
+// used. A file that was cut meanwhile is not made longer.
+void Store::provide_pages(std::uint64_t first, std::uint64_t spans) {
+  static std::byte zeroes[kSpanBytes];
+  constexpr std::size_t kPieces = 16;
+  if (private_now_) return;
+  struct stat found {};
+  const std::uint64_t end = kHeapOffset + (first + spans) * kSpanBytes;
+  if (fstat(file_.number(), &found) != 0 || static_cast<std::uint64_t>(found.st_size) < end) return;
+  iovec pieces[kPieces];
+  std::fill(std::begin(pieces), std::end(pieces), iovec{zeroes, kSpanBytes});
+  for (std::uint64_t at = first; at < first + spans; at += kPieces) {
+    const auto count = static_cast<int>(std::min<std::uint64_t>(kPieces, first + spans - at));
+    if (pwritev(file_.number(), pieces, count, static_cast<off_t>(kHeapOffset + at * kSpanBytes)) <
+        0) {
+      return;
+    }
+  }
 }
 
 // --- what was changed ---

@@ -173,6 +173,7 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   void commit_changes();
   bool back(std::uint64_t spans) override;
   bool back_again(std::uint64_t first, std::uint64_t spans) override;
+  void provide_pages(std::uint64_t first, std::uint64_t spans) override;
   std::uint32_t stamp() const override { return stamp_; }
 
   std::string path_;
