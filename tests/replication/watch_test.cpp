@@ -1,9 +1,16 @@
 // What a watch tells of a tree is what a walk through all of it would find, whoever changes it and
 // however transactions end; and it looks at the rows that changed, not at the others.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <climits>
+#include <cstdio>
+#include <fstream>
 #include <map>
 #include <tuple>
 
@@ -22,10 +29,32 @@ namespace {
 
 using namespace ospf_replication;
 
+// A word of a file that others change, such as those of docs/store.md.
+class Word {
+ public:
+  Word(const std::string &path, std::size_t offset) : offset_(offset) {
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    mapped_ = mmap(nullptr, offset_ + sizeof(std::uint64_t), PROT_READ, MAP_SHARED, file, 0);
+    close(file);
+    if (mapped_ == MAP_FAILED) std::abort();
+  }
+  ~Word() { munmap(mapped_, offset_ + sizeof(std::uint64_t)); }
+  Word(const Word &) = delete;
+  Word &operator=(const Word &) = delete;
+  std::uint64_t value() const {
+    return *reinterpret_cast<const volatile std::uint64_t *>(static_cast<const char *>(mapped_) +
+                                                             offset_);
+  }
+
+ private:
+  std::size_t offset_;
+  void *mapped_;
+};
+
 // Processes that change the store, each begun by one that was there before this one opened it.
 class Others {
  public:
-  enum Ending : std::uint32_t { dies, gives_up, commits };
+  enum Ending : std::uint32_t { dies, gives_up, commits, is_killed };
 
   explicit Others(const std::string &store) {
     if (pipe(orders_) != 0 || pipe(done_) != 0) std::abort();
@@ -36,9 +65,10 @@ class Others {
     while (read(orders_[0], &order, sizeof order) == ssize_t{sizeof order}) {
       const pid_t other = fork();
       if (other == 0) _exit(work(store, order));
-      int status = -1;
-      waitpid(other, &status, 0);
-      if (write(done_[1], &status, sizeof status) < 0) break;
+      Reply reply{};
+      if (order.ending == is_killed) reply.steps = kill_in_commit(store, other, order.steps);
+      waitpid(other, &reply.status, 0);
+      if (write(done_[1], &reply, sizeof reply) < 0) break;
     }
     _exit(0);
   }
@@ -52,20 +82,75 @@ class Others {
   Others(const Others &) = delete;
   Others &operator=(const Others &) = delete;
 
-  void change(std::uint32_t seed, Ending ending) {
-    const Order order{seed, ending};
-    ASSERT_EQ(write(orders_[1], &order, sizeof order), ssize_t{sizeof order});
-    int status = -1;
-    ASSERT_EQ(read(done_[0], &status, sizeof status), ssize_t{sizeof status});
-    EXPECT_EQ(status, 0);
+  void change(std::uint32_t seed, Ending ending) { EXPECT_EQ(ask({seed, ending, 0}).status, 0); }
+  // Kills a writer in its commit, so many instructions behind the one that counts what it changed,
+  // or as soon as it has committed. Gives how many those were.
+  long kill_in_commit(std::uint32_t seed, long steps) {
+    const Reply reply = ask({seed, is_killed, steps});
+    EXPECT_EQ(reply.status, SIGKILL);
+    return reply.steps;
   }
 
  private:
   struct Order {
     std::uint32_t seed;
     Ending ending;
+    long steps;
+  };
+  struct Reply {
+    int status;
+    long steps;
   };
   struct GivenUp {};
+  static constexpr std::size_t counted_place = 327'744;
+  static constexpr std::size_t page_size = 4096;
+
+  Reply ask(const Order &order) {
+    Reply reply{-1, 0};
+    EXPECT_EQ(write(orders_[1], &order, sizeof order), ssize_t{sizeof order});
+    EXPECT_EQ(read(done_[0], &reply, sizeof reply), ssize_t{sizeof reply});
+    return reply;
+  }
+
+  // What a writer does that is to be killed: it stands still where it is about to count what it
+  // changed, which is the first that it stores in that page again.
+  static void stop_before_counting(const std::string &store) {
+    static void *page = nullptr;
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; page == nullptr && std::getline(maps, line);) {
+      std::uintptr_t start = 0, offset = 0;
+      std::sscanf(line.c_str(), "%lx-%*x %*s %lx", &start, &offset);
+      if (line.ends_with(store + "-lock")) {
+        page = reinterpret_cast<void *>(start + counted_place / page_size * page_size - offset);
+      }
+    }
+    signal(SIGSEGV, [](int) {
+      mprotect(page, page_size, PROT_READ | PROT_WRITE);
+      raise(SIGSTOP);
+    });
+    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    mprotect(page, page_size, PROT_READ);
+  }
+
+  // From where the process stands still on, each instruction is looked at.
+  static long kill_in_commit(const std::string &store, pid_t process, long most) {
+    int status = 0;
+    waitpid(process, &status, 0);
+    ptrace(PTRACE_CONT, process, nullptr, SIGSEGV);
+    waitpid(process, &status, 0);
+    const Word counted(store + "-lock", counted_place);
+    const Word to_be_undone(store + "-log", 40);
+    const std::uint64_t before = counted.value();
+    long steps = -1;
+    for (;;) {
+      if (counted.value() != before) ++steps;
+      if (!WIFSTOPPED(status) || steps == most || to_be_undone.value() == 0) break;
+      if (ptrace(PTRACE_SINGLESTEP, process, nullptr, nullptr) != 0) break;
+      waitpid(process, &status, 0);
+    }
+    kill(process, SIGKILL);
+    return steps;
+  }
 
   static int work(const std::string &store, const Order &order) {
     try {
@@ -75,6 +160,8 @@ class Others {
         for (int change = 0; change < 8; ++change) changes.change();
         if (order.ending == dies) _exit(0);
         if (order.ending == gives_up) throw GivenUp();
+        if (order.ending != is_killed) return;
+        stop_before_counting(store);
       });
     } catch (const GivenUp &) {
       return 0;
@@ -173,6 +260,29 @@ TEST_F(Watched, WhatOthersChangeAndUndoIsFollowed) {
     if (turn % 4 == 0) changes.commit();
     expect_followed();
   }
+}
+
+// A writer counts what it changed before it commits: of one that dies in between more is told than
+// changed.
+TEST_F(Watched, WhatWasCountedAndNotCommittedIsFollowed) {
+  RandomChanges changes(session_, 3);
+  for (int commit = 0; commit < 5; ++commit) changes.commit();
+  look();
+  const long instructions = others_.kill_in_commit(1, LONG_MAX);
+  ASSERT_GT(instructions, 0);
+  expect_followed();
+  constexpr std::uint32_t kills = 24;
+  for (std::uint32_t turn = 0; turn < kills; ++turn) {
+    SCOPED_TRACE(turn);
+    const Picture before = all();
+    const long steps = instructions * turn / kills;
+    EXPECT_EQ(others_.kill_in_commit(turn + 2, steps), steps);
+    look();
+    EXPECT_EQ(picture_, before);
+    EXPECT_EQ(picture_, all());
+    if (turn % 4 == 0) changes.commit();
+  }
+  expect_followed();
 }
 
 class WatchedLsas : public Watched {
