@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # replicate.sh TOOL: two networks of two FRR routers each, with a collector and a sender each, and one
-# store that follows both, one as a tenant and one as a source. An adjacency comes up, an LSA changes and a router goes;
-# each time the store must come to hold what the routers of both networks answer, and `watch --from`
-# must have said it, seen by who chooses a site and by who sees all. Needs root and Debian's frr, iproute2, jq, nats-server and python3.
+# store that follows both, one as a tenant and one as a source. An adjacency comes up, an LSA changes
+# and a router goes; each time the store must come to hold what the routers of both networks answer,
+# and `watch --from` must have said it, seen by who chooses a site and by who sees all. Needs root and
+# Debian's frr, iproute2, jq, nats-server and python3.
 set -euo pipefail
 
 here=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)

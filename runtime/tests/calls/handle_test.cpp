@@ -174,8 +174,10 @@ TEST_F(HandleTest, HooksCountAndShowWrites) {
 TEST_F(HandleTest, ObjectsOutliveTheHandleThatMadeThem) {
   kelp_handle *other = kelp_handle_create(database, nullptr, nullptr);
   void *object = other->obj_alloc(other->obj_pool, 0, 30);
-  kelp_handle_destroy(other);
   std::memset(object, 1, 30);
+  kelp_handle_destroy(other);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, object), 1u);
+  EXPECT_EQ(std::string(30, 1), std::string(static_cast<char *>(object), 30));
   release(object);
 }
 
