@@ -34,6 +34,7 @@ sources themselves are never changed: the work is done in a copy. The status is 
 survives, or was never reached by its tests.
 
     run.py [--build FOLDER] [-j JOBS] [LIST or text in a row ...]
+    run.py --find        says only whether all texts stand where their rows have them
 """
 import argparse
 import concurrent.futures
@@ -313,17 +314,32 @@ def judge(row, failure, reached):
     return ('survived', '') if reached else ('never reached', '')
 
 
+def find_all(rows, mutants):
+    """Ends with the first row whose text is not where it should be, or overlaps another's."""
+    for row in rows:
+        if (PROJECT / row.file).is_file():
+            mutants.texts[row.file] = (PROJECT / row.file).read_bytes()
+    mutants.switched([row for row in rows if not row.alone])
+    for row in rows:
+        if row.alone:
+            mutants.single(row)
+    print(f'{len(rows)} mutations stand where their rows have them')
+
+
 def main():
     options = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     options.add_argument('--build', default=PROJECT / 'build', type=pathlib.Path)
     options.add_argument('-j', '--jobs', default=os.cpu_count(), type=int)
     options.add_argument('-v', '--verbose', action='store_true', help='name each failing test')
+    options.add_argument('--find', action='store_true', help='only find the texts of all rows')
     options.add_argument('wanted', nargs='*')
     options = options.parse_args()
     every = read_lists()
     rows = [row for row in every
             if not options.wanted or any(text in str(row) for text in options.wanted)]
     mutants = Mutants(options.build.resolve() / 'mutate', options.jobs)
+    if options.find:
+        return find_all(every, mutants)
     mutants.copy()
     switched = mutants.switched([row for row in every if not row.alone])
     mutants.write(switched)
