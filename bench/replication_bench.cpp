@@ -181,6 +181,41 @@ struct Site {
   Sender sender{filled.session(), outlet, "bench"};
 };
 
+// A bucket in memory, of letters that all have subjects of their own or are of later transactions.
+class MemoryOutlet : public Outlet {
+ public:
+  BucketState open() override { return state(); }
+  BucketState state() override { return {messages, letters.size()}; }
+  std::optional<Bytes> last_commit() override { return std::nullopt; }
+  std::uint64_t put(std::span<const Letter> some, std::uint64_t) override {
+    letters.insert(letters.end(), some.begin(), some.end());
+    if (messages == 0) messages = some.size();
+    return letters.size();
+  }
+  void drop_before(std::uint64_t) override {}
+  std::optional<std::uint64_t> asked() override { return std::nullopt; }
+
+  std::vector<Letter> letters;
+  std::uint64_t messages = 0;
+};
+
+class MemoryInlet : public Inlet {
+ public:
+  explicit MemoryInlet(const std::vector<Letter> &letters) : letters_(letters) {}
+
+  void begin() override { next_ = 0; }
+  std::optional<Arrival> next(std::chrono::milliseconds) override {
+    if (next_ == letters_.size()) return std::nullopt;
+    const Letter &letter = letters_[next_++];
+    return Arrival{letter.subject, letter.body, next_ == letters_.size()};
+  }
+  void ask(std::uint64_t) override {}
+
+ private:
+  const std::vector<Letter> &letters_;
+  std::size_t next_ = 0;
+};
+
 void require(natsStatus status) {
   if (status == NATS_OK) return;
   std::fprintf(stderr, "the client library: %s\n", natsStatus_GetText(status));
@@ -395,6 +430,42 @@ void snapshot_plainly(benchmark::State &state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(letters.size()));
 }
 BENCHMARK(snapshot_plainly)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// What a follower does itself: with rows that are new to it, and with rows that changed, in 50
+// transactions. No engine, so that instructions can be counted.
+void follow_from_memory(benchmark::State &state, std::uint32_t rows, std::uint32_t transactions) {
+  const TemporaryFolder folder;
+  Filled filled(folder.file("from"), rows);
+  MemoryOutlet outlet;
+  Sender sender(filled.session(), outlet, "bench");
+  sender.turn();
+  const std::size_t snapshot = outlet.letters.size();
+  const std::size_t changed = filled.size() / std::max(transactions, 1u);
+  for (std::uint32_t transaction = 1; transaction <= transactions; ++transaction) {
+    filled.change(changed, transaction);
+    sender.turn();
+  }
+  const auto follow = [](Follower &follower) {
+    while (follower.turn(std::chrono::milliseconds(0))) {
+    }
+  };
+  int followers = 0;
+  for (auto _ : state) {
+    Session session(folder.file("to" + std::to_string(++followers)), Session::Missing::is_made);
+    MemoryInlet inlet(outlet.letters);
+    Follower follower(session, inlet, "bench", [](const std::string &) {});
+    if (transactions != 0) follower.turn(std::chrono::milliseconds(0));
+    const auto start = Clock::now();
+    follow(follower);
+    state.SetIterationTime(seconds_since(start));
+  }
+  const std::size_t taken = transactions == 0 ? snapshot : outlet.letters.size() - snapshot;
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(taken));
+}
+void follow_new_rows(benchmark::State &state) { follow_from_memory(state, row_count(), 0); }
+BENCHMARK(follow_new_rows)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
+void follow_changed_rows(benchmark::State &state) { follow_from_memory(state, row_count(), 50); }
+BENCHMARK(follow_changed_rows)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // What the process has in memory beside files.
 double anonymous_bytes() {

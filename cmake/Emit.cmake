@@ -28,8 +28,8 @@ function(harbor_emit target emitter folder)
   list(TRANSFORM bytes PREPEND ${folder}/)
   add_custom_command(
     OUTPUT ${folder}/stamp
-    BYPRODUCTS ${forwarders} ${sources} ${folder}/type_records.hpp ${folder}/handler_symbols.hpp ${folder}/table_rows.inc
-               ${folder}/exports.map ${folder}/sections.s ${bytes}
+    BYPRODUCTS ${forwarders} ${sources} ${folder}/type_records.hpp ${folder}/handler_symbols.hpp
+               ${folder}/table_rows.inc ${folder}/flat_tables.inc ${folder}/exports.map ${folder}/sections.s ${bytes}
     COMMAND ${emitter} --build ${folder} ${PROJECT_SOURCE_DIR}
     ${ARGN}
     COMMAND ${CMAKE_COMMAND} -E touch ${folder}/stamp

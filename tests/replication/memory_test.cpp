@@ -2,6 +2,7 @@
 // whatever comes between leaves the follower with its last whole state.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <random>
 
 #include "memory_bucket.hpp"
@@ -629,6 +630,84 @@ TEST_F(Forged, RowsWithAnotherKeyThanTheirPathAreRefused) {
     }
   }
   expect_unsound();
+}
+
+// A row that owns nothing but texts is read into the one that is there.
+class ForgedNeighbor : public Forged {
+ protected:
+  void SetUp() override {
+    Forged::SetUp();
+    // One that has an address for a key.
+    const auto found = std::ranges::find_if(rows_, [](const Row &row) {
+      return steps_of(row.path).back().reference == "neighbor" && row.image[family] != 0;
+    });
+    ASSERT_NE(found, rows_.end());
+    place_ = static_cast<std::size_t>(found - rows_.begin());
+    before_ = row();
+    record_ = record_now();
+  }
+  Row &row() { return rows_[place_]; }
+  void *record_now() {
+    void *record = nullptr;
+    to_.reading([&] {
+      for_each_row(to_, [&](const TreeRow &each) {
+        if (each.path == before_.path) record = each.record;
+      });
+    });
+    return record;
+  }
+  // What the follower shows is what one shows that has just come.
+  void expect_as_new() {
+    EXPECT_TRUE(told_.empty()) << told_.front();
+    Session session(folder_.file("new"), Session::Missing::is_made);
+    MemoryInlet inlet(bucket_);
+    Follower follower(session, inlet, "site", [](const std::string &what) { FAIL() << what; });
+    EXPECT_TRUE(follower.turn(at_once));
+    EXPECT_EQ(shown(to_), shown(session));
+    Sums sums;
+    to_.reading([&] { sums = sums_of(to_); });
+    EXPECT_EQ(sums, follower.sums());
+  }
+
+  static constexpr std::size_t length = 12, flags = 44, jump = 45, family = 49, key = 51;
+  std::size_t place_ = 0;
+  Row before_;
+  void *record_ = nullptr;
+};
+
+TEST_F(ForgedNeighbor, ThatChangedStaysWhereItIs) {
+  const std::string before = shown(to_);
+  row().image.back() ^= 1;
+  publish();
+  EXPECT_NE(shown(to_), before);
+  EXPECT_EQ(record_now(), record_);
+  expect_as_new();
+}
+
+TEST_F(ForgedNeighbor, WithAnotherKeyIsRefusedAndTheRowAsItWas) {
+  row().image[key] ^= 1;
+  row().image.back() ^= 1;
+  expect_unsound();
+  row() = before_;
+  row().image.back() ^= 1;
+  publish();
+  EXPECT_EQ(record_now(), record_);
+}
+
+// The reader of an image keeps flags that the row has, so that another row takes its place.
+TEST_F(ForgedNeighbor, LeavesNothingOfWhatItWasBehind) {
+  constexpr std::uint8_t carries_ra_data = 32, ra_data = 9;
+  Bytes &image = row().image;
+  image[flags] |= carries_ra_data;
+  image.insert(image.begin() + jump, ra_data, 0);
+  image[length + 3] = static_cast<std::uint8_t>(image[length + 3] + ra_data);
+  publish();
+  expect_as_new();
+  row() = before_;
+  row().image.back() ^= 1;
+  publish();
+  std::filesystem::remove(folder_.file("new"));
+  expect_as_new();
 }
 
 TEST_F(Forged, ImagesThatTheCheckerRefusesNeverGetThere) {

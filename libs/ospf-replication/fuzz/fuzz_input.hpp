@@ -23,9 +23,8 @@ class FuzzInlet : public Inlet {
   void begin() override {}
   std::optional<Arrival> next(std::chrono::milliseconds) override {
     if (input_.empty() || input_.size() < 3u + input_[0]) return std::nullopt;
-    Arrival arrival;
     const std::size_t subject = input_[0];
-    arrival.subject =
+    latest_.subject =
         "ospf-harbor.s." +
         std::string(input_.begin() + 1, input_.begin() + 1 + static_cast<long>(subject));
     input_ = input_.subspan(1 + subject);
@@ -34,24 +33,22 @@ class FuzzInlet : public Inlet {
     const ByteView body = input_.subspan(2, length);
     input_ = input_.subspan(2 + length);
     if (!body.empty() && body[0] == '+') {
-      arrival.subject = "ospf-harbor.s.commit";
-      arrival.body = marker();
+      latest_ = {"ospf-harbor.s.commit", marker()};
     } else {
-      arrival.body.assign(body.begin(), body.end());
-      note(arrival);
+      latest_.body.assign(body.begin(), body.end());
+      note(latest_);
     }
-    arrival.is_last = input_.empty();
-    return arrival;
+    return Arrival{latest_.subject, latest_.body, input_.empty()};
   }
   void ask(std::uint64_t) override {}
 
  private:
-  void note(const Arrival &arrival) {
+  void note(const Letter &letter) {
     constexpr std::string_view rows = "ospf-harbor.s.row.";
-    if (!arrival.subject.starts_with(rows)) return;
+    if (!letter.subject.starts_with(rows)) return;
     try {
-      const Message message = read_message(arrival.body);
-      const std::string path = arrival.subject.substr(rows.size());
+      const Message message = read_message(letter.body);
+      const std::string path = letter.subject.substr(rows.size());
       if (rows_.empty()) stamp_ = message.stamp;
       if (message.stamp.epoch != stamp_.epoch) return;
       rows_.erase(path);
@@ -69,6 +66,7 @@ class FuzzInlet : public Inlet {
   }
 
   ByteView input_;
+  Letter latest_;
   Stamp stamp_;
   std::map<std::string, std::pair<Luid, Digest>> rows_;
 };

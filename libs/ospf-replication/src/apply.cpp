@@ -13,21 +13,8 @@ using namespace tree_exchange;
 
 namespace {
 
-const std::string &path_of(const std::string *path) { return *path; }
-const std::string &path_of(const Assembly::Entry *entry) { return entry->first; }
-
-// By the level at which they stand; of one level as they were.
-template <typename Row>
-void sort_by_depth(std::vector<Row> &rows, bool deepest_first) {
-  std::vector<std::vector<Row>> levels;
-  for (const Row &row : rows) {
-    const auto depth = static_cast<std::size_t>(std::ranges::count(path_of(row), '.'));
-    if (levels.size() <= depth) levels.resize(depth + 1);
-    levels[depth].push_back(row);
-  }
-  if (deepest_first) std::ranges::reverse(levels);
-  rows.clear();
-  for (const std::vector<Row> &level : levels) rows.insert(rows.end(), level.begin(), level.end());
+std::size_t depth_of(std::string_view path) {
+  return static_cast<std::size_t>(std::ranges::count(path, '.')) / 2;
 }
 
 bool is_empty(Session &session, const TableRule &rule, void *table) {
@@ -55,70 +42,97 @@ class NewRow {
   void *record_;
 };
 
+[[noreturn]] void refuse_key(const std::string &path, const std::string &key) {
+  throw Unsound(path + ": found a row with the key " + key + ", expected that of its path");
+}
+
 }  // namespace
 
 void Application::apply() {
   sort_out();
-  for (const std::string *path : gone_) remove(*path);
-  for (const Entry *entry : come_) put(entry->first, entry->second);
+  for (auto level = gone_.rbegin(); level != gone_.rend(); ++level) {
+    for (const HadRow *row : *level) remove(*row);
+  }
+  above_ = {};
+  for (std::vector<Coming> &level : come_) {
+    for (Coming &row : level) put(row);
+  }
 }
 
 void Application::sort_out() {
-  for (const Entry *entry : assembly_.in_order()) {
-    const auto had = had_.find(entry->first);
-    if (entry->second.is_gone) {
-      if (had != had_.end() && !assembly_.from_nothing()) gone_.push_back(&had->first);
-    } else if (had == had_.end() || had->second.row != entry->second.row) {
-      come_.push_back(entry);
+  const auto goes = [&](HadRow &row, std::size_t depth) {
+    gone_[depth].push_back(&row);
+    ++changed_;
+  };
+  std::size_t stay = 0;
+  assembly_.for_each([&](Held &held) {
+    const auto had = had_.find(HashedPath(held.path, held.hash));
+    HadRow *before = had == had_.end() ? nullptr : &*had;
+    held.coming = nullptr;
+    if (held.is_gone) {
+      if (before != nullptr && !assembly_.from_nothing()) goes(*before, held.place.depth);
+      return;
     }
-  }
-  if (assembly_.from_nothing()) {
-    for (const auto &[path, had] : had_) {
-      const auto held = assembly_.waiting().find(path);
-      if (held == assembly_.waiting().end() || held->second.is_gone) gone_.push_back(&path);
+    if (before != nullptr) ++stay;
+    if (before == nullptr || before->second.row != held.row) {
+      come_[held.place.depth].push_back({&held, before, {}});
+      ++changed_;
     }
+  });
+  for (std::vector<Coming> &level : come_) {
+    for (Coming &row : level) row.held->coming = &row.now;
   }
-  sort_by_depth(come_, false);
-  sort_by_depth(gone_, true);
+  if (!assembly_.from_nothing() || stay == had_.size()) return;
+  for (HadRow &row : had_) {
+    const Held *held = assembly_.waiting(HashedPath(row.first));
+    if (held == nullptr || held->is_gone) goes(row, depth_of(row.first));
+  }
 }
 
+// The row of a path as it is to be; null for one that is not there then.
 const Had *Application::find(std::string_view path) const {
-  if (const auto staged = staged_.find(path); staged != staged_.end()) return &staged->second;
-  if (removed_.contains(path)) return nullptr;
-  const auto had = had_.find(std::string(path));
+  const HashedPath hashed(path);
+  const Held *held = assembly_.waiting(hashed);
+  if (held == nullptr ? assembly_.from_nothing() : held->is_gone) return nullptr;
+  if (held != nullptr && held->coming != nullptr) return held->coming;
+  const auto had = had_.find(hashed);
   return had == had_.end() ? nullptr : &had->second;
 }
 
-// The row above a path's. Rows of one level do not change where those of a higher one lie.
-const Application::Above &Application::above(std::string_view path) {
-  const std::string_view higher = path_above(path);
-  if (higher != above_.path || above_.children == nullptr) {
-    above_ = {higher, higher.empty() ? nullptr : find(higher), &children_[higher]};
+// What is above a path's row. Rows of one level do not change where those of a higher one lie.
+Application::Above &Application::above(std::string_view path) {
+  const std::string_view table = path.substr(0, path.rfind('.'));
+  if (above_.children == nullptr || table != above_.path) {
+    const std::string_view row = path_above(path);
+    above_ = {table, row, row.empty() ? nullptr : find(row), &children_[row]};
   }
   return above_;
 }
 
-void Application::remove(const std::string &path) {
-  const Had &had = had_.at(path);
+void Application::remove(const HadRow &row) {
+  const auto &[path, had] = row;
   const auto counted = children_.find(path);
   const std::int64_t step = counted == children_.end() ? 0 : counted->second;
   if (static_cast<std::int64_t>(had.children) + step != 0) {
     throw Unsound(path + ": found a row that went with rows below it, expected those to go too");
   }
   if (had.record != nullptr) had.rule->end_record(session_, had.record);
-  removed_.insert(path);
   --*above(path).children;
 }
 
 // The table in which the row is to stand.
-void *Application::table_of(const std::string &path, const Had *parent) {
-  if (parent == nullptr) return root_table(session_, true);
-  const ReferenceRule *reference = reference_named(*parent->rule, steps_of(path).back().reference);
-  void *table = reference->below(session_, parent->record);
-  if (table == nullptr) {
-    throw Unsound(path + ": found no table for the row, expected one at the row above it");
+void *Application::table_of(std::string_view path, Above &above) {
+  if (above.had == nullptr) return root_table(session_, true);
+  if (above.table == nullptr) {
+    const std::string_view name = above.path.substr(above.row.size() + 1);
+    const ReferenceRule *reference = reference_named(*above.had->rule, name);
+    above.table = reference->below(session_, above.had->record);
   }
-  return table;
+  if (above.table == nullptr) {
+    throw Unsound(std::string(path) +
+                  ": found no table for the row, expected one at the row above it");
+  }
+  return above.table;
 }
 
 // Has the row's references lead to the tables of the row before it, or to new ones.
@@ -137,59 +151,88 @@ void Application::tie(const TableRule &rule, void *record, void *before, std::ui
   }
 }
 
-void Application::put(const std::string &path, const Held &held) {
-  const Had *before = find(path);
-  const Above &higher = above(path);
-  if (higher.had == nullptr && !higher.path.empty()) {
-    throw Unsound(path + ": found a row without the row above it, expected that too");
+void Application::put(Coming &row) {
+  const Held &held = *row.held;
+  Above &higher = above(held.path);
+  if (higher.had == nullptr && !higher.row.empty()) {
+    throw Unsound(held.path + ": found a row without the row above it, expected that too");
   }
-  Had had;
-  had.row = held.row;
-  had.luid = held.luid;
-  had.rule = places_.of(path).rule;
-  if (before == nullptr) {
+  row.now.row = held.row;
+  row.now.luid = held.luid;
+  row.now.rule = held.place.rule;
+  if (row.before == nullptr) {
     ++*higher.children;
   } else {
-    had.children = before->children;
+    row.now.children = row.before->second.children;
   }
-  if (had.rule != nullptr) {
-    had.record = put_record(path, held, *had.rule, before, higher.had);
-    had.stored = stored_digest(session_, *had.rule, had.record);
+  if (row.now.rule != nullptr) {
+    if (!refill(row)) put_record(row, higher);
+    row.now.is_made_here = true;
+    row.now.stored = digest_of(image_);
   }
-  staged_.insert_or_assign(path, had);
 }
 
-void *Application::put_record(const std::string &path, const Held &held, const TableRule &rule,
-                              const Had *before, const Had *parent) {
-  void *table = table_of(path, parent);
-  NewRow row(session_, rule, rule.from_image(session_, held.image));
-  const std::string_view expected = std::string_view(path).substr(path.rfind('.') + 1);
-  if (const std::string key = token_of(session_, rule, row.get()); key != expected) {
-    throw Unsound(path + ": found a row with the key " + key + ", expected that of its path");
+// Reads the image into the row that is there. False where another has to take its place.
+bool Application::refill(Coming &row) {
+  const TableRule &rule = *row.now.rule;
+  if (row.before == nullptr || !row.before->second.is_made_here || rule.refill == nullptr ||
+      !session_.is_store()) {
+    return false;
   }
-  tie(rule, row.get(), before == nullptr ? nullptr : before->record, held.references);
-  if (before != nullptr) rule.end_record(session_, before->record);
-  if (rule.add(session_, table, nullptr, row.get()) == Added::twice) {
-    throw Unsound(path + ": found a row that the table has under another path, expected none");
+  const Held &held = *row.held;
+  row.now.record = row.before->second.record;
+  switch (rule.refill(session_, row.now.record, held.image, image_)) {
+    case Refilled::is_that:
+      return true;
+    case Refilled::differs:
+      return false;
+    case Refilled::has_another_key:
+      break;
   }
-  void *record = row.get();
-  row.is_in_a_table();
-  return record;
+  refuse_key(held.path, token_of(session_, rule, row.now.record));
 }
 
-void Application::enter(HadRows &had) {
-  // By value: the paths may be those of the rows.
-  const std::vector<std::string> removed(removed_.begin(), removed_.end());
+// Puts a record of the image into the table, and its image as it is there into image_.
+void Application::put_record(Coming &row, Above &higher) {
+  const Held &held = *row.held;
+  const TableRule &rule = *row.now.rule;
+  void *table = table_of(held.path, higher);
+  NewRow made(session_, rule, rule.from_image(session_, held.image));
+  const std::string_view expected = std::string_view(held.path).substr(higher.path.size() + 1);
+  if (const std::string key = token_of(session_, rule, made.get()); key != expected) {
+    refuse_key(held.path, key);
+  }
+  void *before = row.before == nullptr ? nullptr : row.before->second.record;
+  tie(rule, made.get(), before, held.references);
+  if (before != nullptr) rule.end_record(session_, before);
+  if (rule.add(session_, table, nullptr, made.get()) == Added::twice) {
+    throw Unsound(held.path + ": found a row that the table has under another path, expected none");
+  }
+  row.now.record = made.get();
+  made.is_in_a_table();
+  rule.stored_image(session_, row.now.record, image_);
+}
+
+void Application::enter() {
+  // By value: the paths are those of rows that go, or move.
   std::vector<std::pair<std::string, std::int64_t>> children;
   for (const auto &[path, step] : children_) {
     if (step != 0) children.emplace_back(path, step);
   }
-  for (const auto &[path, row] : staged_) had.insert_or_assign(std::string(path), row);
-  for (const std::string &path : removed) {
-    if (!staged_.contains(path)) had.erase(path);
+  for (const auto &level : gone_) {
+    for (const HadRow *row : level) had_.erase(had_.find(row->first));
+  }
+  for (auto &level : come_) {
+    for (Coming &row : level) {
+      if (row.before != nullptr) {
+        row.before->second = row.now;
+      } else {
+        had_.emplace(std::move(row.held->path), row.now);
+      }
+    }
   }
   for (const auto &[path, step] : children) {
-    if (const auto row = had.find(path); row != had.end()) {
+    if (const auto row = had_.find(path); row != had_.end()) {
       row->second.children =
           static_cast<std::uint64_t>(static_cast<std::int64_t>(row->second.children) + step);
     }

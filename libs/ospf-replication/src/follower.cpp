@@ -24,7 +24,7 @@ class StoreMoved : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-std::string in_quotes(const std::string &text) { return '"' + text + '"'; }
+std::string in_quotes(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 }  // namespace
 
@@ -80,6 +80,7 @@ bool Follower::look_at_store() {
     const auto before = had_.find(row.path);
     if (before != had_.end() && before->second.stored == row.stored) {
       had = before->second;
+      had.is_made_here &= had.record == row.record;
     } else {
       const Bytes image = row.rule.image(session_, row.record);
       had.row = digest_of(row.path, row.references, image);
@@ -117,14 +118,14 @@ void Follower::refuse(Refusal kind, const std::string &what) {
 }
 
 bool Follower::take(const Arrival &arrival) {
-  const std::string &subject = arrival.subject;
+  const std::string_view subject = arrival.subject;
   try {
     if (arrival.body.size() > limits_.message) {
       throw Oversized("a message of " + std::to_string(arrival.body.size()) + " bytes",
                       "at most " + std::to_string(limits_.message));
     }
     const bool is_row = subject.starts_with(subjects_.rows);
-    const std::string path = is_row ? subject.substr(subjects_.rows.size()) : "";
+    const std::string_view path = is_row ? subject.substr(subjects_.rows.size()) : "";
     const RowPlaces::Place place = is_row ? places_.of(path) : RowPlaces::Place{};
     if (is_row ? !place.is_one : subject != subjects_.commit) {
       throw Foreign("another subject", "the path of a row or the commit marker");
@@ -134,7 +135,7 @@ bool Follower::take(const Arrival &arrival) {
       throw MessageFault("a message of another kind than its subject", "what the subject names");
     }
     if (!is_row) return take_commit(message.commit, arrival.is_last);
-    take_row(path, place.rule, message);
+    take_row(path, place, message);
   } catch (const Oversized &fault) {
     refuse(Refusal::oversized, in_quotes(subject) + ": " + fault.what());
   } catch (const Replayed &fault) {
@@ -158,8 +159,7 @@ Assembly &Follower::assembly_of(const Epoch &epoch) {
     auto least = assemblies_.end();
     for (auto at = assemblies_.begin(); at != assemblies_.end(); ++at) {
       if (at->first == report_.stamp.epoch) continue;
-      if (least == assemblies_.end() ||
-          at->second.waiting().size() < least->second.waiting().size()) {
+      if (least == assemblies_.end() || at->second.waiting() < least->second.waiting()) {
         least = at;
       }
     }
@@ -180,10 +180,12 @@ void Follower::check_image(const tree_exchange::TableRule &rule, ByteView image)
 }
 
 // Rows of tables that this edition does not know are counted, and are in no table.
-void Follower::take_row(const std::string &path, const tree_exchange::TableRule *rule,
+void Follower::take_row(std::string_view path, const RowPlaces::Place &place,
                         const Message &message) {
-  if (message.kind == MessageKind::row && rule != nullptr) check_image(*rule, message.image);
-  assembly_of(message.stamp.epoch).take(path, message, limits_);
+  if (message.kind == MessageKind::row && place.rule != nullptr) {
+    check_image(*place.rule, message.image);
+  }
+  assembly_of(message.stamp.epoch).take(HashedPath(path), place, message, limits_);
 }
 
 bool Follower::take_commit(const Commit &commit_marker, bool is_last) {
@@ -202,7 +204,7 @@ bool Follower::take_commit(const Commit &commit_marker, bool is_last) {
 }
 
 bool Follower::commit(Assembly &assembly, const Stamp &stamp) {
-  Application application(session_, had_, assembly, places_);
+  Application application(session_, had_, assembly);
   try {
     session_.changing_on([&](bool alone) {
       const bool is_same = (alone || look_at_store()) && site_.claim() == report_.stamp;
@@ -220,7 +222,7 @@ bool Follower::commit(Assembly &assembly, const Stamp &stamp) {
     refuse(Refusal::unsound, unsound.what());
     return false;
   }
-  application.enter(had_);
+  application.enter();
   sums_ = assembly.sums();
   assembly.has_passed(stamp.sequence);
   // Earlier epochs are over.

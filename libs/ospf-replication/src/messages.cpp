@@ -116,6 +116,9 @@ Digest digest_of(std::string_view path, std::uint32_t references, ByteView image
   return {hash.high64, hash.low64};
 }
 
+HashedPath::HashedPath(std::string_view text)
+    : path(text), hash(XXH3_64bits(text.data(), text.size())) {}
+
 Luid luid_of(ByteView image) {
   Luid luid;
   std::copy_n(image.begin() + luid_place, luid.size(), luid.begin());

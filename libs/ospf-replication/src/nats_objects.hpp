@@ -20,7 +20,6 @@ struct EndedBy {
 
 using NatsMessage = std::unique_ptr<natsMsg, EndedBy<natsMsg_Destroy>>;
 using StreamInfo = std::unique_ptr<jsStreamInfo, EndedBy<jsStreamInfo_Destroy>>;
-using MetaData = std::unique_ptr<jsMsgMetaData, EndedBy<jsMsgMetaData_Destroy>>;
 using PublishAck = std::unique_ptr<jsPubAck, EndedBy<jsPubAck_Destroy>>;
 
 struct EndSubscription {

@@ -9,11 +9,30 @@ namespace ospf_replication {
 
 namespace {
 
-bool is_plain(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-';
-}
+constexpr std::string_view digits = "0123456789ABCDEF";
 
-bool is_hexadecimal(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'); }
+// Which characters are what, by their codes: paths are looked at for each message.
+struct Characters {
+  bool plain[256] = {};
+  bool hexadecimal[256] = {};
+};
+constexpr Characters characters = [] {
+  Characters known;
+  for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                       "0123456789-")) {
+    known.plain[static_cast<unsigned char>(c)] = true;
+  }
+  for (const char c : digits) known.hexadecimal[static_cast<unsigned char>(c)] = true;
+  return known;
+}();
+
+bool is_plain(char c) { return characters.plain[static_cast<unsigned char>(c)]; }
+bool is_hexadecimal(char c) { return characters.hexadecimal[static_cast<unsigned char>(c)]; }
+
+void add_digits(std::string &text, std::uint8_t byte) {
+  text += digits[byte >> 4];
+  text += digits[byte & 15];
+}
 
 std::string hexadecimal(std::uint64_t high, std::uint64_t low) {
   char text[33];
@@ -68,9 +87,8 @@ std::string token_of(std::string_view key) {
     if (is_plain(c)) {
       token += c;
     } else {
-      char escaped[4];
-      std::snprintf(escaped, sizeof escaped, "_%02X", static_cast<unsigned char>(c));
-      token += escaped;
+      token += '_';
+      add_digits(token, static_cast<std::uint8_t>(c));
     }
   }
   return token.size() <= longest_token ? token : digest_token(key.data(), key.size());
@@ -79,11 +97,7 @@ std::string token_of(std::string_view key) {
 std::string token_of(std::span<const std::uint8_t> image) {
   if (2 + 2 * image.size() > longest_token) return digest_token(image.data(), image.size());
   std::string token = "_-";
-  for (const std::uint8_t byte : image) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02X", unsigned{byte});
-    token += digits;
-  }
+  for (const std::uint8_t byte : image) add_digits(token, byte);
   return token;
 }
 

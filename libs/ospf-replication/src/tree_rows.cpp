@@ -42,13 +42,13 @@ class Walk {
 
 RowPlaces::Place place_of(const std::vector<Step> &steps) {
   if (steps.empty()) return {};
-  if (steps.front().reference != root_rule().kind) return {true, nullptr};
+  if (steps.front().reference != root_rule().kind) return {true, nullptr, steps.size() - 1};
   const TableRule *rule = &root_rule();
   for (std::size_t level = 1; level < steps.size() && rule != nullptr; ++level) {
     const ReferenceRule *reference = reference_named(*rule, steps[level].reference);
     rule = reference == nullptr ? nullptr : reference->child;
   }
-  return {true, rule};
+  return {true, rule, steps.size() - 1};
 }
 
 }  // namespace
@@ -71,12 +71,6 @@ std::uint32_t references_of(Session &session, const TableRule &rule, void *recor
     if (rule.references[at].below(session, record) != nullptr) references |= 1u << at;
   }
   return references;
-}
-
-Digest stored_digest(Session &session, const TableRule &rule, void *record) {
-  Bytes image;
-  rule.stored_image(session, record, image);
-  return digest_of(image);
 }
 
 Sums sums_of(Session &session) {

@@ -15,6 +15,15 @@ using namespace ospf_tables;
 
 namespace {
 
+// Whether nothing of a table's rows lies in arrays, arms of choices or tables of their own.
+template <typename Ops>
+inline constexpr bool is_flat = false;
+#define FLAT(table_name) \
+  template <>            \
+  inline constexpr bool is_flat<table_name##_ops> = true;
+#include "flat_tables.inc"
+#undef FLAT
+
 template <typename Ops>
 struct RuleOf {
   static const TableRule value;
@@ -61,6 +70,19 @@ void put_image(Session &session, void *record, Bytes &image) {
   image.resize(written);
 }
 
+// Puts the key's image behind what the bytes have.
+template <typename Ops>
+void add_key(Session &session, void *record, Bytes &bytes) {
+  const std::size_t at = bytes.size();
+  const std::uint32_t length = Ops::key_length(session.handle(), space, record_of<Ops>(record));
+  bytes.resize(at + length);
+  const std::uint32_t written =
+      Ops::marshal_key(session.handle(), space, bytes.data() + at, record_of<Ops>(record),
+                       static_cast<std::int32_t>(length), session.err());
+  session.check(Ops::name);
+  bytes.resize(at + written);
+}
+
 template <typename Ops>
 Bytes image_of(Session &session, void *record) {
   Bytes image;
@@ -74,10 +96,8 @@ std::optional<std::string> telling_key_of(Session &session, void *record, Bytes 
   bool is_told = true;
   std::string text = row_key<Ops>(session, record_of<Ops>(record), &is_told);
   if (is_told) return text;
-  image.resize(Ops::key_length(session.handle(), space, record_of<Ops>(record)));
-  image.resize(Ops::marshal_key(session.handle(), space, image.data(), record_of<Ops>(record),
-                                static_cast<std::int32_t>(image.size()), session.err()));
-  session.check(Ops::name);
+  image.clear();
+  add_key<Ops>(session, record, image);
   return std::nullopt;
 }
 
@@ -116,6 +136,24 @@ void *record_from_image(Session &session, ByteView image) {
     Ops::destroy_record(session.handle(), space, record, &err);
   }
   return of_site(session, session.checked(record, Ops::name));
+}
+
+template <typename Ops>
+Refilled refill(Session &session, void *record, ByteView image, Bytes &stored) {
+  stored.clear();
+  add_key<Ops>(session, record, stored);
+  const std::size_t key_length = stored.size();
+  typename Ops::Record *filled = record_of<Ops>(record);
+  Ops::unmarshal(session.handle(), space, &filled, image.data(),
+                 static_cast<std::int32_t>(image.size()), 1, session.err());
+  session.check(Ops::name);
+  add_key<Ops>(session, record, stored);
+  const ByteView keys(stored);
+  if (!std::ranges::equal(keys.first(key_length), keys.subspan(key_length))) {
+    return Refilled::has_another_key;
+  }
+  put_image<Ops>(session, record, stored);
+  return std::ranges::equal(stored, image) ? Refilled::is_that : Refilled::differs;
 }
 
 template <typename Ops>
@@ -205,6 +243,7 @@ const TableRule RuleOf<Ops>::value = {
     .xml = xml_of<Ops>,
     .from_image = record_from_image<Ops>,
     .from_xml = record_from_xml<Ops>,
+    .refill = is_flat<Ops> ? refill<Ops> : nullptr,
 };
 
 template <typename... Ops>

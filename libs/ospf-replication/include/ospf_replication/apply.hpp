@@ -1,13 +1,12 @@
 // Brings a follower's tree to what an assembly says, row by row within one transaction: what went
-// goes from the leaves up, what came comes from the root down, and a row that changed gives its
-// tables to the row that takes its place.
+// goes from the leaves up, what came comes from the root down, and a row that changed is read into
+// the one that is there, or gives its tables to the row that takes its place.
 #pragma once
 
+#include <array>
 #include <stdexcept>
-#include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "ospf_replication/assembly.hpp"
@@ -24,47 +23,54 @@ class Unsound : public std::runtime_error {
 
 class Application {
  public:
-  Application(ospf_tables::Session &session, const HadRows &had, const Assembly &assembly,
-              RowPlaces &places)
-      : session_(session), had_(had), assembly_(assembly), places_(places) {}
+  // had is what the assembly stands on.
+  Application(ospf_tables::Session &session, HadRows &had, Assembly &assembly)
+      : session_(session), had_(had), assembly_(assembly) {}
 
   // Within the write lock. Throws Unsound and LibraryFailure; all of it is to be undone then.
   void apply();
-  // What the follower has when the transaction is committed.
-  void enter(HadRows &had);
-  std::size_t changed() const { return come_.size() + gone_.size(); }
+  // Brings what the follower has to what it is when the transaction is committed.
+  void enter();
+  std::size_t changed() const { return changed_; }
 
  private:
-  using Entry = Assembly::Entry;
-  // A row above others, which come one behind the other.
+  struct Coming {
+    Held *held;
+    HadRow *before;  // null for a row that is new
+    Had now;
+  };
+  // The table in which rows stand that come one behind the other, and the row above them.
   struct Above {
-    std::string_view path;
+    std::string_view path;  // of the rows, without their keys
+    std::string_view row;
     const Had *had = nullptr;
     std::int64_t *children = nullptr;
+    void *table = nullptr;
   };
+  template <typename Row>
+  using ByDepth = std::array<std::vector<Row>, deepest_path>;
 
   void sort_out();
-  void remove(const std::string &path);
-  void put(const std::string &path, const Held &held);
-  void *put_record(const std::string &path, const Held &held, const tree_exchange::TableRule &rule,
-                   const Had *before, const Had *parent);
-  void *table_of(const std::string &path, const Had *parent);
+  void remove(const HadRow &row);
+  void put(Coming &row);
+  void put_record(Coming &row, Above &above);
+  bool refill(Coming &row);
+  void *table_of(std::string_view path, Above &above);
   void tie(const tree_exchange::TableRule &rule, void *record, void *before,
            std::uint32_t references);
   const Had *find(std::string_view path) const;
-  const Above &above(std::string_view path);
+  Above &above(std::string_view path);
 
   ospf_tables::Session &session_;
-  const HadRows &had_;
-  const Assembly &assembly_;
-  RowPlaces &places_;
-  std::vector<const Entry *> come_;
-  std::vector<const std::string *> gone_;
+  HadRows &had_;
+  Assembly &assembly_;
+  ByDepth<Coming> come_;
+  ByDepth<HadRow *> gone_;
+  std::size_t changed_ = 0;
   // By paths that lie in the assembly or in what the follower has.
-  std::unordered_map<std::string_view, Had> staged_;
-  std::unordered_set<std::string_view> removed_;
   std::unordered_map<std::string_view, std::int64_t> children_;
   Above above_;
+  Bytes image_;
 };
 
 }  // namespace ospf_replication

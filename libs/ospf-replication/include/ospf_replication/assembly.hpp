@@ -3,23 +3,29 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <unordered_map>
-#include <utility>
-#include <vector>
 
 #include "ospf_replication/messages.hpp"
+#include "ospf_replication/tree_rows.hpp"
 
 namespace ospf_replication {
 
-// A row as the sender has it.
+struct Had;
+
+// A row as the sender has it, under its path.
 struct Held {
+  std::string path;
+  std::size_t hash = 0;
+  RowPlaces::Place place;
   Digest row;
   Luid luid{};
   std::uint32_t references = 0;
   bool is_gone = false;
-  std::uint64_t sequence = 0;  // of the transaction that brought it, from 1
-  Bytes image;                 // empty when what the follower has is the same
+  std::uint64_t sequence = 0;   // of the transaction that brought it, from 1
+  Bytes image;                  // empty when what the follower has is the same
+  const Had *coming = nullptr;  // what the follower is to have of it, while that is brought about
 };
 
 // What the follower has of a row.
@@ -29,10 +35,12 @@ struct Had {
   // Where it lies in the follower's tree; null for rows that this edition has no table for.
   const tree_exchange::TableRule *rule = nullptr;
   void *record = nullptr;
+  bool is_made_here = false;  // the record is this process's
   Digest stored;
   std::uint64_t children = 0;  // rows right below it
 };
-using HadRows = std::unordered_map<std::string, Had>;
+using HadRows = std::unordered_map<std::string, Had, PathHash, SamePath>;
+using HadRow = HadRows::value_type;
 
 // A message that has been there before.
 class Replayed : public MessageFault {
@@ -58,16 +66,21 @@ class Assembly {
 
   const Epoch &epoch() const { return epoch_; }
   bool from_nothing() const { return from_nothing_; }
-  using Entry = std::pair<const std::string, Held>;
-  const std::unordered_map<std::string, Held> &waiting() const { return waiting_; }
-  // The same in the order in which their paths came first, which is the tree's.
-  const std::vector<const Entry *> &in_order() const { return in_order_; }
+  std::size_t waiting() const { return waiting_.size(); }
+  // Null for a path that did not come.
+  const Held *waiting(const HashedPath &path) const;
+  // Rows that wait, in the order in which their paths came first, which is the tree's.
+  template <typename Act>
+  void for_each(Act act) {
+    for (std::size_t at = 0; at < waiting_.size(); ++at) act(rows_[at]);
+  }
   const Sums &sums() const { return sums_; }
   // The latest transaction that was whole.
   std::uint64_t passed() const { return passed_; }
 
   // Takes a row or a tombstone of this epoch. Throws MessageFault.
-  void take(const std::string &path, const Message &message, const Limits &limits);
+  void take(const HashedPath &path, const RowPlaces::Place &place, const Message &message,
+            const Limits &limits);
   // Whether the rows are those that the commit marker tells of. Throws MessageFault for one that
   // has passed.
   bool is_whole(const Commit &commit) const;
@@ -75,6 +88,7 @@ class Assembly {
   void has_passed(std::uint64_t sequence);
 
  private:
+  Held &held_under(const HashedPath &path);
   void forget(const Held &held, const Had *had);
 
   Epoch epoch_;
@@ -82,8 +96,9 @@ class Assembly {
   Sums sums_;
   bool from_nothing_;
   std::uint64_t passed_;
-  std::unordered_map<std::string, Held> waiting_;
-  std::vector<const Entry *> in_order_;
+  // The first of them wait; those behind keep their memory for the next transaction.
+  std::deque<Held> rows_;
+  std::unordered_map<HashedPath, Held *, PathHash, SamePath> waiting_;
   std::size_t bytes_ = 0;
 };
 

@@ -60,9 +60,10 @@ class Outlet {
   virtual std::optional<std::uint64_t> asked() = 0;
 };
 
+// A message that came; it lies where it does until the next one is asked for.
 struct Arrival {
-  std::string subject;
-  Bytes body;
+  std::string_view subject;
+  ByteView body;
   bool is_last = false;  // nothing else was in the bucket when it was sent on
 };
 

@@ -65,8 +65,7 @@ class Follower {
 
   void begin();
   bool take(const Arrival &arrival);
-  void take_row(const std::string &path, const tree_exchange::TableRule *rule,
-                const Message &message);
+  void take_row(std::string_view path, const RowPlaces::Place &place, const Message &message);
   bool take_commit(const Commit &commit, bool is_last);
   Assembly &assembly_of(const Epoch &epoch);
   static void check_image(const tree_exchange::TableRule &rule, ByteView image);

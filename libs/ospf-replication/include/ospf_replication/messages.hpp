@@ -50,6 +50,29 @@ Digest digest_of(ByteView bytes);
 // Of a row: where it stands, which references lead to a table, what it holds.
 Digest digest_of(std::string_view path, std::uint32_t references, ByteView image);
 
+// A path with its hash, which is made once for all that is looked up by it.
+struct HashedPath {
+  explicit HashedPath(std::string_view text);
+  HashedPath(std::string_view text, std::size_t its_hash) : path(text), hash(its_hash) {}
+  std::string_view path;
+  std::size_t hash;
+};
+// For containers that are searched by hashed paths.
+struct PathHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view path) const { return HashedPath(path).hash; }
+  std::size_t operator()(const HashedPath &path) const { return path.hash; }
+};
+struct SamePath {
+  using is_transparent = void;
+  bool operator()(std::string_view one, std::string_view other) const { return one == other; }
+  bool operator()(const HashedPath &one, std::string_view other) const { return one.path == other; }
+  bool operator()(std::string_view one, const HashedPath &other) const { return one == other.path; }
+  bool operator()(const HashedPath &one, const HashedPath &other) const {
+    return one.hash == other.hash && one.path == other.path;
+  }
+};
+
 using Luid = std::array<std::uint8_t, 16>;
 // Of the table whose row the image is; the image is whole.
 Luid luid_of(ByteView image);

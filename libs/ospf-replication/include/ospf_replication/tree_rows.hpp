@@ -29,8 +29,6 @@ void for_each_row(ospf_tables::Session &session, const std::function<void(const 
 // A bit for each reference of the row that leads to a table.
 std::uint32_t references_of(ospf_tables::Session &session, const tree_exchange::TableRule &rule,
                             void *record);
-Digest stored_digest(ospf_tables::Session &session, const tree_exchange::TableRule &rule,
-                     void *record);
 
 // The digests of the tables of a session's tree, as a commit marker of it would have them.
 Sums sums_of(ospf_tables::Session &session);
@@ -41,6 +39,7 @@ class RowPlaces {
   struct Place {
     bool is_one = false;                             // the path is one that rows have
     const tree_exchange::TableRule *rule = nullptr;  // null when this edition has no such table
+    std::size_t depth = 0;                           // levels above the row's
   };
   Place of(std::string_view path);
 

@@ -36,6 +36,10 @@ struct ReferenceRule {
 
 enum class Added { behind_the_last, out_of_order, twice };
 
+// What a row is behind refill(): that of the image; not quite that, as when the image has what this
+// edition does not know; or one with another key than it had, which its table does not stand.
+enum class Refilled { is_that, differs, has_another_key };
+
 struct TableRule {
   const char *name;  // "tbl_ospf_area"
   const char *kind;  // "area"
@@ -65,6 +69,10 @@ struct TableRule {
   // New records out of forms that were checked before; in no table, and owned by the caller.
   void *(*from_image)(ospf_tables::Session &session, ByteView image);
   void *(*from_xml)(ospf_tables::Session &session, kelp_xml_document *document);
+  // Reads an image that was checked before into a row of a table, whose stored_image() is put into
+  // `stored`. Only in a store, where what becomes another row can be undone, and only into a row
+  // that this process made. Null for tables whose rows own more than texts.
+  Refilled (*refill)(ospf_tables::Session &session, void *record, ByteView image, Bytes &stored);
 };
 
 // The rule of the table that holds the root of a tree.
