@@ -107,11 +107,7 @@ bool Walk::fail(Fault fault, Piece piece, std::size_t offset, std::string_view f
   return false;
 }
 
-bool Walk::peek(Piece piece, std::size_t size, Bytes &bytes) {
-  if (rest() >= size) {
-    bytes = image_.subspan(at_, size);
-    return true;
-  }
+bool Walk::is_cut(Piece piece, std::size_t size) {
   Text found;
   found.number(rest()).put(end_ == image_.size() ? " bytes to the end of the image"
                                                  : " bytes to the end of its object");
@@ -522,7 +518,8 @@ bool Walk::frame_length() {
 bool Walk::luid(const model::Table *&table) {
   Bytes bytes;
   if (!peek(OSPF_HARBOR_SPAN_LUID, luid_size, bytes)) return false;
-  const model::Table *found = table_with(bytes.data());
+  const bool is_asked = table != nullptr && has_luid(*table, bytes.data());
+  const model::Table *found = is_asked ? table : table_with(bytes.data());
   if (found == nullptr || (table != nullptr && table != found)) {
     Text shown;
     put_digits(shown, bytes);

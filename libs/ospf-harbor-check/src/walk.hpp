@@ -84,7 +84,12 @@ class Walk {
 
   std::size_t rest() const { return end_ - at_; }
   // The bytes of the piece that stands here, which must be there.
-  bool peek(Piece piece, std::size_t size, Bytes &bytes);
+  bool peek(Piece piece, std::size_t size, Bytes &bytes) {
+    if (rest() < size) return is_cut(piece, size);
+    bytes = image_.subspan(at_, size);
+    return true;
+  }
+  bool is_cut(Piece piece, std::size_t size);
   // Steps over the piece and shows it.
   template <typename Put>
   void pass(Piece piece, std::size_t size, Put put);
