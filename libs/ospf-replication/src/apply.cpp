@@ -65,7 +65,7 @@ void Application::sort_out() {
     ++changed_;
   };
   std::size_t stay = 0;
-  assembly_.for_each([&](Held &held) {
+  assembly_.waiting().for_each([&](Held &held) {
     const auto had = had_.find(HashedPath(held.path, held.hash));
     HadRow *before = had == had_.end() ? nullptr : &*had;
     held.coming = nullptr;
@@ -84,7 +84,7 @@ void Application::sort_out() {
   }
   if (!assembly_.from_nothing() || stay == had_.size()) return;
   for (HadRow &row : had_) {
-    const Held *held = assembly_.waiting(HashedPath(row.first));
+    const Held *held = assembly_.waiting().find(HashedPath(row.first));
     if (held == nullptr || held->is_gone) goes(row, depth_of(row.first));
   }
 }
@@ -92,7 +92,7 @@ void Application::sort_out() {
 // The row of a path as it is to be; null for one that is not there then.
 const Had *Application::find(std::string_view path) const {
   const HashedPath hashed(path);
-  const Held *held = assembly_.waiting(hashed);
+  const Held *held = assembly_.waiting().find(hashed);
   if (held == nullptr ? assembly_.from_nothing() : held->is_gone) return nullptr;
   if (held != nullptr && held->coming != nullptr) return held->coming;
   const auto had = had_.find(hashed);
@@ -222,6 +222,7 @@ void Application::enter() {
   for (const auto &level : gone_) {
     for (const HadRow *row : level) had_.erase(had_.find(row->first));
   }
+  if (changed_ > had_.size()) had_.reserve(had_.size() + changed_);
   for (auto &level : come_) {
     for (Coming &row : level) {
       if (row.before != nullptr) {

@@ -4,11 +4,54 @@ namespace ospf_replication {
 
 namespace {
 
-// Whose memory is kept for the next transaction.
+// Rows whose memory is kept for the next transaction, and bytes of their images.
 constexpr std::size_t most_kept = 4096;
-constexpr std::size_t largest_kept = 4096;  // bytes of an image
+constexpr std::size_t largest_kept = 4096;
 
 }  // namespace
+
+Held *HeldRows::find(const HashedPath &path) const {
+  if (slots_.empty()) return nullptr;
+  for (std::size_t at = path.hash;; ++at) {
+    const Slot &slot = slots_[at & (slots_.size() - 1)];
+    if (slot.held == nullptr) return nullptr;
+    if (slot.hash == path.hash && slot.held->path == path.path) return slot.held;
+  }
+}
+
+Held &HeldRows::add(const HashedPath &path) {
+  if (2 * (count_ + 1) > slots_.size()) widen(slots_.empty() ? 64 : 2 * slots_.size());
+  if (count_ == rows_.size()) rows_.emplace_back();
+  Held &held = rows_[count_++];
+  held.path = path.path;
+  held.hash = path.hash;
+  enter(held);
+  return held;
+}
+
+void HeldRows::enter(Held &held) {
+  std::size_t at = held.hash;
+  while (slots_[at & (slots_.size() - 1)].held != nullptr) ++at;
+  slots_[at & (slots_.size() - 1)] = {held.hash, &held};
+}
+
+void HeldRows::widen(std::size_t slots) {
+  slots_.assign(slots, {});
+  for_each([&](Held &held) { enter(held); });
+}
+
+void HeldRows::clear() {
+  for_each([](Held &held) {
+    if (held.image.capacity() > largest_kept) Bytes().swap(held.image);
+  });
+  count_ = 0;
+  if (rows_.size() > most_kept) {
+    rows_.resize(most_kept);
+    std::vector<Slot>().swap(slots_);
+  } else {
+    slots_.assign(slots_.size(), {});
+  }
+}
 
 Assembly::Assembly(const Epoch &epoch, const HadRows &had, const Sums &sums, bool from_nothing,
                    std::uint64_t passed)
@@ -16,39 +59,21 @@ Assembly::Assembly(const Epoch &epoch, const HadRows &had, const Sums &sums, boo
   if (!from_nothing) sums_ = sums;
 }
 
-const Held *Assembly::waiting(const HashedPath &path) const {
-  const auto known = waiting_.find(path);
-  return known == waiting_.end() ? nullptr : known->second;
-}
-
 // Takes out of the sums what stood under a path.
-void Assembly::forget(const Held &held, const Had *had) {
-  if (held.sequence != 0) {
-    if (!held.is_gone) sums_.take(held.luid, held.row);
-    bytes_ -= held.image.size();
+void Assembly::forget(const Held *held, const Had *had) {
+  if (held != nullptr) {
+    if (!held->is_gone) sums_.take(held->luid, held->row);
+    bytes_ -= held->image.size();
   } else if (!from_nothing_ && had != nullptr) {
     sums_.take(had->luid, had->row);
   }
 }
 
-// The row under a path that did not come yet.
-Held &Assembly::held_under(const HashedPath &path) {
-  if (waiting_.size() == rows_.size()) rows_.emplace_back();
-  Held &held = rows_[waiting_.size()];
-  held.path = path.path;
-  held.hash = path.hash;
-  held.sequence = 0;
-  waiting_.emplace(HashedPath(held.path, held.hash), &held);
-  return held;
-}
-
 void Assembly::take(const HashedPath &path, const RowPlaces::Place &place, const Message &message,
                     const Limits &limits) {
   const std::uint64_t sequence = message.stamp.sequence;
-  const auto known = waiting_.find(path);
-  const std::uint64_t before = known != waiting_.end() ? known->second->sequence
-                               : from_nothing_         ? 1
-                                                       : passed_ + 1;
+  Held *known = waiting_.find(path);
+  const std::uint64_t before = known != nullptr ? known->sequence : from_nothing_ ? 1 : passed_ + 1;
   if (sequence < before) {
     throw Replayed("transaction " + std::to_string(sequence) + " again",
                    std::to_string(before) + " or a later one");
@@ -60,8 +85,8 @@ void Assembly::take(const HashedPath &path, const RowPlaces::Place &place, const
   }
   const auto there = had_.find(path);
   const Had *had = there == had_.end() ? nullptr : &there->second;
-  Held &held = known != waiting_.end() ? *known->second : held_under(path);
-  forget(held, had);
+  forget(known, had);
+  Held &held = known != nullptr ? *known : waiting_.add(path);
   held.sequence = sequence;
   held.place = place;
   held.references = message.references;
@@ -90,11 +115,7 @@ bool Assembly::is_whole(const Commit &commit) const {
 void Assembly::has_passed(std::uint64_t sequence) {
   passed_ = sequence;
   from_nothing_ = false;
-  for_each([](Held &held) {
-    if (held.image.capacity() > largest_kept) Bytes().swap(held.image);
-  });
   waiting_.clear();
-  if (rows_.size() > most_kept) rows_.resize(most_kept);
   bytes_ = 0;
 }
 

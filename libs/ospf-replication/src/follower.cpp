@@ -159,7 +159,8 @@ Assembly &Follower::assembly_of(const Epoch &epoch) {
     auto least = assemblies_.end();
     for (auto at = assemblies_.begin(); at != assemblies_.end(); ++at) {
       if (at->first == report_.stamp.epoch) continue;
-      if (least == assemblies_.end() || at->second.waiting() < least->second.waiting()) {
+      if (least == assemblies_.end() ||
+          at->second.waiting().size() < least->second.waiting().size()) {
         least = at;
       }
     }

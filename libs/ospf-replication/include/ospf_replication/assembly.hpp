@@ -6,6 +6,7 @@
 #include <deque>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "ospf_replication/messages.hpp"
 #include "ospf_replication/tree_rows.hpp"
@@ -58,6 +59,38 @@ struct Limits {
   std::size_t rows = 20'000'000;
 };
 
+// Rows in the order in which they were added, and by their paths.
+class HeldRows {
+ public:
+  HeldRows() = default;
+  HeldRows(const HeldRows &) = delete;
+  HeldRows &operator=(const HeldRows &) = delete;
+
+  std::size_t size() const { return count_; }
+  // Null for a path without one.
+  Held *find(const HashedPath &path) const;
+  // Under a path that has none. All but the path is left from some other row.
+  Held &add(const HashedPath &path);
+  template <typename Act>
+  void for_each(Act act) {
+    for (std::size_t at = 0; at < count_; ++at) act(rows_[at]);
+  }
+  // Keeps memory for the next ones, though not for as many as a snapshot has.
+  void clear();
+
+ private:
+  struct Slot {
+    std::size_t hash = 0;
+    Held *held = nullptr;
+  };
+  void enter(Held &held);
+  void widen(std::size_t slots);
+
+  std::deque<Held> rows_;  // the first of them are there
+  std::size_t count_ = 0;
+  std::vector<Slot> slots_;  // a power of two of them, at most half of which are taken
+};
+
 class Assembly {
  public:
   // On what the follower has, or from nothing: then what it has only saves keeping images.
@@ -66,14 +99,9 @@ class Assembly {
 
   const Epoch &epoch() const { return epoch_; }
   bool from_nothing() const { return from_nothing_; }
-  std::size_t waiting() const { return waiting_.size(); }
-  // Null for a path that did not come.
-  const Held *waiting(const HashedPath &path) const;
-  // Rows that wait, in the order in which their paths came first, which is the tree's.
-  template <typename Act>
-  void for_each(Act act) {
-    for (std::size_t at = 0; at < waiting_.size(); ++at) act(rows_[at]);
-  }
+  // In the order in which their paths came first, which is the tree's.
+  HeldRows &waiting() { return waiting_; }
+  const HeldRows &waiting() const { return waiting_; }
   const Sums &sums() const { return sums_; }
   // The latest transaction that was whole.
   std::uint64_t passed() const { return passed_; }
@@ -88,17 +116,14 @@ class Assembly {
   void has_passed(std::uint64_t sequence);
 
  private:
-  Held &held_under(const HashedPath &path);
-  void forget(const Held &held, const Had *had);
+  void forget(const Held *held, const Had *had);
 
   Epoch epoch_;
   const HadRows &had_;
   Sums sums_;
   bool from_nothing_;
   std::uint64_t passed_;
-  // The first of them wait; those behind keep their memory for the next transaction.
-  std::deque<Held> rows_;
-  std::unordered_map<HashedPath, Held *, PathHash, SamePath> waiting_;
+  HeldRows waiting_;
   std::size_t bytes_ = 0;
 };
 

@@ -68,9 +68,6 @@ struct SamePath {
   bool operator()(std::string_view one, std::string_view other) const { return one == other; }
   bool operator()(const HashedPath &one, std::string_view other) const { return one.path == other; }
   bool operator()(std::string_view one, const HashedPath &other) const { return one == other.path; }
-  bool operator()(const HashedPath &one, const HashedPath &other) const {
-    return one.hash == other.hash && one.path == other.path;
-  }
 };
 
 using Luid = std::array<std::uint8_t, 16>;
