@@ -325,7 +325,11 @@ std::vector<LoadedInstance> load_network(Session &session, const decode::Network
   for (std::size_t at = 0; at < entries.size(); ++at) {
     // They lie in the order in which they were heard: those that come soon are asked for now.
     constexpr std::size_t ahead = 8;
-    if (at + 2 * ahead < entries.size()) __builtin_prefetch(entries[at + 2 * ahead]);
+    if (at + 2 * ahead < entries.size()) {
+      const char *entry = reinterpret_cast<const char *>(entries[at + 2 * ahead]);
+      __builtin_prefetch(entry);
+      __builtin_prefetch(entry + sizeof *entries[at] - 1);
+    }
     if (at + ahead < entries.size()) __builtin_prefetch(entries[at + ahead]->raw.data());
     if (gathered.holds(*entries[at])) gathered.add(*entries[at], databases);
   }

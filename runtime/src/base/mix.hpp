@@ -29,16 +29,16 @@ inline std::uint64_t hash_of(const void *bytes, std::size_t length, std::uint64_
   return mix(hash ^ rest);
 }
 
-// Things that lie side by side are entered side by side: those of a page fall into sixteen places
-// that follow each other, so that many made or ended in turn touch little memory, and what lies in
-// some memory is found by the addresses from which on the hash is another.
-inline constexpr std::uintptr_t kSameHashBytes = 256;
+// Things that lie side by side are entered side by side: those of 64 KiB, which are given out in
+// turn, fall into places that follow each other, so that many made or ended in turn touch little
+// memory, and what lies in some memory is found by the addresses from which on the hash is another.
+inline constexpr std::uintptr_t kSameHashBytes = 512;
 inline std::uint64_t hash_of_address(std::uintptr_t number) {
-  constexpr unsigned kPageBits = 12;
-  constexpr unsigned kPlaceBits = 4;
-  static_assert(std::uintptr_t{1} << (kPageBits - kPlaceBits) == kSameHashBytes);
-  const std::uint64_t place = number >> (kPageBits - kPlaceBits) & ((1u << kPlaceBits) - 1);
-  return mix(number >> kPageBits) << kPlaceBits | place;
+  constexpr unsigned kSpanBits = 16;
+  constexpr unsigned kPlaceBits = 7;
+  static_assert(std::uintptr_t{1} << (kSpanBits - kPlaceBits) == kSameHashBytes);
+  const std::uint64_t place = number >> (kSpanBits - kPlaceBits) & ((1u << kPlaceBits) - 1);
+  return mix(number >> kSpanBits) << kPlaceBits | place;
 }
 inline std::uint64_t hash_of_address(const void *address) {
   return hash_of_address(reinterpret_cast<std::uintptr_t>(address));

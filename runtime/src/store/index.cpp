@@ -45,6 +45,17 @@ void Index::insert(IndexNode *node, std::uint64_t hash) {
   }
 }
 
+namespace {
+
+// Asks for a bucket behind this one, which a later growth changes.
+void ask_for(const IndexBucket &bucket, std::size_t further) {
+  const char *at = reinterpret_cast<const char *>(&bucket + further);
+  __builtin_prefetch(at, 1);
+  __builtin_prefetch(at + sizeof bucket / 2, 1);
+}
+
+}  // namespace
+
 // The bucket behind the last one takes over its part of the nodes of another: those with one more
 // bit in their hashes.
 void Index::split_next() {
@@ -52,6 +63,8 @@ void Index::split_next() {
   const std::uint64_t bit = std::bit_floor(fresh);
   IndexBucket &from = *bucket_at(fresh - bit);
   IndexBucket &to = *bucket_at(fresh);
+  ask_for(from, 1);
+  ask_for(to, 1);
   memory_.set(root_.buckets, fresh + 1);
   memory_.touch(&from, sizeof from);
   memory_.touch(&to, sizeof to);
