@@ -322,6 +322,7 @@ class Image {
 
 constexpr std::size_t kTypeIndex = 0;
 constexpr std::size_t kOidIndex = 4;
+constexpr std::size_t kIdIndex = 5;
 
 // What is said of a store that was changed so, when it is opened and looked through.
 std::string said_of(const std::function<void(Image &)> &change) {
@@ -464,9 +465,16 @@ TEST(StoreDamage, AnOidThatDoesNotFitItsObjectIsFound) {
   expect_said(found, [](Image &image) { image.table().header.obj_flags &= 0xfe; });
   expect_said(found, [](Image &image) {
     // Its object, behind the two links and the OID.
-    image.entry(kOidIndex)[2 + 3 + 5] += 16;
+    image.entry(kOidIndex)[2 + 2 + 5] += 16;
   });
-  expect_said("index of OIDs", [](Image &image) { image.entry(kOidIndex)[2 + 2] += 16; });
+  expect_said("index of OIDs: bucket", [](Image &image) { ++image.entry(kOidIndex)[2 + 1]; });
+  expect_said("index of OIDs: an entry is damaged", [](Image &image) {
+    // A node that is as the one in the mapping, and lies elsewhere.
+    std::uint64_t &node = image.bucket(kIdIndex)[kFirstNode];
+    std::uint64_t *elsewhere = image.feed_entry(kFirst) + 9;
+    std::copy_n(image.words(node), 2, elsewhere);
+    node = image.feed()[kFirst] + 9 * sizeof *elsewhere;
+  });
 }
 
 }  // namespace

@@ -36,12 +36,11 @@ void Distances::set(const void *object, std::uint32_t distance) {
   auto *entry = static_cast<Entry *>(memory_->take(sizeof(Entry)));
   if (entry == nullptr) throw std::bad_alloc();
   *entry = {};
-  entry->by_page.owner = entry;
   entry->object = key;
   entry->distance = distance;
   try {
     by_object().insert(&entry->by_object, store::mix(key));
-    by_page().insert(&entry->by_page.node, store::mix(key / kPageBytes));
+    by_page().insert(&entry->by_page, store::mix(key / kPageBytes));
   } catch (...) {
     by_object().remove(&entry->by_object);
     memory_->give_back(entry);
@@ -60,7 +59,7 @@ void Distances::drop(const void *object) { drop_range(object, 1); }
 
 void Distances::remove(Entry *entry) {
   by_object().remove(&entry->by_object);
-  by_page().remove(&entry->by_page.node);
+  by_page().remove(&entry->by_page);
   memory_->give_back(entry);
   change_count(UINT64_MAX);
 }
@@ -71,12 +70,13 @@ void Distances::drop_range(const void *start, std::size_t length) {
   const std::uintptr_t end = first + length;
   const std::lock_guard lock(mutex_);
   for (std::uintptr_t page = first / kPageBytes; page <= (end - 1) / kPageBytes; ++page) {
-    using Link = store::IndexLink<Entry>;
-    const auto within = [&](const Link &link) {
-      const std::uintptr_t object = link.owner->object;
-      return object / kPageBytes == page && object >= first && object < end;
+    const auto within = [&](const Entry &entry) {
+      return entry.object / kPageBytes == page && entry.object >= first && entry.object < end;
     };
-    while (const Link *link = by_page().find<Link>(store::mix(page), within)) remove(link->owner);
+    while (Entry *entry =
+               by_page().find<Entry, offsetof(Entry, by_page)>(store::mix(page), within)) {
+      remove(entry);
+    }
   }
 }
 

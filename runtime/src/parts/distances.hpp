@@ -36,7 +36,7 @@ class Distances {
   // Lies in the database's memory.
   struct Entry {
     store::IndexNode by_object;
-    store::IndexLink<Entry> by_page;
+    store::IndexNode by_page;
     std::uintptr_t object;
     std::uint64_t distance;
   };

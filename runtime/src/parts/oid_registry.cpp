@@ -68,11 +68,10 @@ kelp_oid_mapping *OidRegistry::find_object(const void *object) const {
 }
 
 kelp_oid_mapping *OidRegistry::find_id(const std::uint8_t *id) const {
-  const auto *link = by_id().find<store::IndexLink<kelp_oid_mapping>>(
-      hash_of_id(id), [&](const store::IndexLink<kelp_oid_mapping> &each) {
-        return std::memcmp(each.owner->oid.id, id, sizeof each.owner->oid.id) == 0;
+  return by_id().find<kelp_oid_mapping, offsetof(kelp_oid_mapping, by_id)>(
+      hash_of_id(id), [&](const kelp_oid_mapping &mapping) {
+        return std::memcmp(mapping.oid.id, id, sizeof mapping.oid.id) == 0;
       });
-  return link == nullptr ? nullptr : link->owner;
 }
 
 kelp_oid_mapping *OidRegistry::find(const void *object) const {
@@ -98,12 +97,11 @@ kelp_oid_mapping *OidRegistry::add(void *object, const kelp_oid *wanted) {
   auto *mapping = static_cast<kelp_oid_mapping *>(memory_->take(sizeof(kelp_oid_mapping)));
   if (mapping == nullptr) throw std::bad_alloc();
   *mapping = {};
-  mapping->by_id.owner = mapping;
   mapping->oid = oid;
   mapping->object = object;
   try {
     by_object().insert(&mapping->by_object, hash_of_address(object));
-    by_id().insert(&mapping->by_id.node, hash_of_id(oid.id));
+    by_id().insert(&mapping->by_id, hash_of_id(oid.id));
   } catch (...) {
     end(mapping);
     throw;
@@ -121,7 +119,7 @@ void OidRegistry::ask_destroy(kelp_oid_mapping *mapping) {
 
 // What was not entered yet is not found, and stays out.
 void OidRegistry::end(kelp_oid_mapping *mapping) {
-  by_id().remove(&mapping->by_id.node);
+  by_id().remove(&mapping->by_id);
   by_object().remove(&mapping->by_object);
   memory_->give_back(mapping);
 }

@@ -33,12 +33,11 @@ TenantCounts::Entry *TenantCounts::provide(const void *table, std::uint16_t tena
   auto *entry = static_cast<Entry *>(memory_->take(sizeof(Entry)));
   if (entry == nullptr) throw std::bad_alloc();
   *entry = {};
-  entry->by_table.owner = entry;
   entry->table = table;
   entry->tenant = tenant;
   try {
     by_tenant().insert(&entry->by_tenant, hash_of_counted(table, tenant));
-    by_table().insert(&entry->by_table.node, hash_of_counted(table));
+    by_table().insert(&entry->by_table, hash_of_counted(table));
   } catch (...) {
     by_tenant().remove(&entry->by_tenant);
     memory_->give_back(entry);
@@ -78,12 +77,11 @@ std::uint32_t TenantCounts::get(const kelp_table *table, std::uint16_t tenant,
 
 void TenantCounts::forget(const void *table) {
   const std::lock_guard lock(mutex_);
-  using Link = store::IndexLink<Entry>;
-  const auto of_table = [&](const Link &link) { return link.owner->table == table; };
-  while (const Link *link = by_table().find<Link>(hash_of_counted(table), of_table)) {
-    Entry *entry = link->owner;
+  const auto of_table = [&](const Entry &entry) { return entry.table == table; };
+  while (Entry *entry =
+             by_table().find<Entry, offsetof(Entry, by_table)>(hash_of_counted(table), of_table)) {
     by_tenant().remove(&entry->by_tenant);
-    by_table().remove(&entry->by_table.node);
+    by_table().remove(&entry->by_table);
     memory_->give_back(entry);
   }
 }

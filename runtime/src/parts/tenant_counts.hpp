@@ -34,7 +34,7 @@ class TenantCounts {
   // Lies in the database's memory.
   struct Entry {
     store::IndexNode by_tenant;
-    store::IndexLink<Entry> by_table;
+    store::IndexNode by_table;
     const void *table;
     std::uint64_t tenant;
     std::uint32_t counts[256];

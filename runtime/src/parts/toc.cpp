@@ -26,7 +26,7 @@ std::uint64_t hash_of_key(const TableOfContents::Key &key) {
 // there is one, by its key until it is removed.
 struct TableOfContents::Entry {
   store::IndexNode by_key;
-  store::IndexLink<Entry> by_address;
+  store::IndexNode by_address;
   kelp_table *table;
   std::uint64_t id;
   std::uint8_t luid[kLuidBytes];
@@ -52,10 +52,8 @@ TableOfContents::Entry *TableOfContents::find_entry(const Key &key) const {
 }
 
 TableOfContents::Entry *TableOfContents::find_table(const kelp_table *table) const {
-  using Link = store::IndexLink<Entry>;
-  const auto *link = by_address().find<Link>(
-      hash_of_address(table), [&](const Link &each) { return each.owner->table == table; });
-  return link == nullptr ? nullptr : link->owner;
+  return by_address().find<Entry, offsetof(Entry, by_address)>(
+      hash_of_address(table), [&](const Entry &entry) { return entry.table == table; });
 }
 
 kelp_table *TableOfContents::find(const Key &key) const {
@@ -68,11 +66,10 @@ TableOfContents::Entry *TableOfContents::make_entry(kelp_table *table, std::size
   auto *made = static_cast<Entry *>(memory_->take(sizeof(Entry) + path_length));
   if (made == nullptr) throw std::bad_alloc();
   *made = {};
-  made->by_address.owner = made;
   made->table = table;
   made->path_length = path_length;
   try {
-    by_address().insert(&made->by_address.node, hash_of_address(table));
+    by_address().insert(&made->by_address, hash_of_address(table));
   } catch (...) {
     memory_->give_back(made);
     throw;
@@ -82,7 +79,7 @@ TableOfContents::Entry *TableOfContents::make_entry(kelp_table *table, std::size
 
 void TableOfContents::drop_entry(Entry *entry) {
   if (entry->removed == 0) by_key().remove(&entry->by_key);
-  by_address().remove(&entry->by_address.node);
+  by_address().remove(&entry->by_address);
   memory_->give_back(entry);
 }
 

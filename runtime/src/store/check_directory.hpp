@@ -86,7 +86,6 @@ class DirectoryCheck : public HeapCheck {
  private:
   bool is_in_types(const void *address, std::uint64_t bytes) const;
   bool is_mapping(const void *address);
-  bool is_link_of_mapping(const IndexNode *node, std::size_t offset);
   void check_oids();
 };
 

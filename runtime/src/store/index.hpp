@@ -13,7 +13,7 @@
 
 namespace kelp::store {
 
-// The first member of whatever is entered.
+// A member of whatever is entered.
 struct IndexNode {
   IndexNode *next;  // of those for which their bucket has no place
   std::uint64_t hash;
@@ -26,13 +26,6 @@ struct IndexBucket {
   IndexNode *nodes[kPlaces];      // from the front on
 };
 static_assert(sizeof(IndexBucket) == 128);
-
-// A second entering of the same thing.
-template <typename Owner>
-struct IndexLink {
-  IndexNode node;
-  Owner *owner;
-};
 
 inline constexpr std::size_t kIndexSegments = 24;
 inline constexpr std::uint64_t kFirstBuckets = 4;
@@ -57,37 +50,34 @@ class Index {
   void insert(IndexNode *node, std::uint64_t hash);
   void remove(IndexNode *node);
 
-  // The node that match takes for it; match is asked of those that may have the hash.
-  template <typename Node, typename Match>
-  Node *find(std::uint64_t hash, Match &&match) const {
+  // What match takes for it, of those that may have the hash; their nodes lie at this offset.
+  template <typename Thing, std::size_t offset = 0, typename Match>
+  Thing *find(std::uint64_t hash, Match &&match) const {
     if (root_.buckets == 0) return nullptr;
     const IndexBucket &bucket = *bucket_at(place_of(hash));
     for (std::size_t place = 0; place < IndexBucket::kPlaces; ++place) {
       IndexNode *node = bucket.nodes[place];
       if (node == nullptr) return nullptr;
-      if (bucket.hashes[place] == static_cast<std::uint32_t>(hash) &&
-          match(*reinterpret_cast<Node *>(node))) {
-        return reinterpret_cast<Node *>(node);
-      }
+      if (bucket.hashes[place] != static_cast<std::uint32_t>(hash)) continue;
+      if (Thing *thing = thing_of<Thing, offset>(node); match(*thing)) return thing;
     }
     for (IndexNode *node = bucket.further; node != nullptr; node = node->next) {
-      if (node->hash == hash && match(*reinterpret_cast<Node *>(node))) {
-        return reinterpret_cast<Node *>(node);
-      }
+      if (node->hash != hash) continue;
+      if (Thing *thing = thing_of<Thing, offset>(node); match(*thing)) return thing;
     }
     return nullptr;
   }
 
-  // Calls visit with each node; it may not change the table.
-  template <typename Node, typename Visit>
+  // Calls visit with each thing; it may not change the table.
+  template <typename Thing, std::size_t offset = 0, typename Visit>
   void each(Visit &&visit) const {
     for (std::uint64_t number = 0; number < root_.buckets; ++number) {
       const IndexBucket &bucket = *bucket_at(number);
       for (IndexNode *node : bucket.nodes) {
-        if (node != nullptr) visit(*reinterpret_cast<Node *>(node));
+        if (node != nullptr) visit(*thing_of<Thing, offset>(node));
       }
       for (IndexNode *node = bucket.further; node != nullptr; node = node->next) {
-        visit(*reinterpret_cast<Node *>(node));
+        visit(*thing_of<Thing, offset>(node));
       }
     }
   }
@@ -119,6 +109,10 @@ class Index {
   // The first segment of kMostBuckets.
   static constexpr std::size_t kFirstLongest = std::bit_width(kMostBuckets / kFirstBuckets);
 
+  template <typename Thing, std::size_t offset>
+  static Thing *thing_of(IndexNode *node) {
+    return reinterpret_cast<Thing *>(reinterpret_cast<std::byte *>(node) - offset);
+  }
   std::uint64_t place_of(std::uint64_t hash) const { return place_among(hash, root_.buckets); }
   IndexBucket *bucket_at(std::uint64_t number) const {
     const std::size_t segment = segment_of(number);

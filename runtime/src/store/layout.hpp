@@ -19,7 +19,7 @@ struct FeedTable;
 // An entry of the two indexes of OIDs. It stays where it is, so that others may hold it.
 struct kelp_oid_mapping {
   kelp::store::IndexNode by_object;
-  kelp::store::IndexLink<kelp_oid_mapping> by_id;
+  kelp::store::IndexNode by_id;
   kelp_oid oid;
   void *object;
   std::uint64_t references;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <deque>
@@ -56,10 +57,12 @@ class HeardMemory final : public kelp::store::Memory {
 };
 
 struct Thing {
-  IndexNode node{};
   std::uint64_t hash = 0;
+  IndexNode node{};
   int name = 0;
 };
+
+constexpr std::size_t kNode = offsetof(Thing, node);
 
 class IndexTest : public ::testing::Test {
  protected:
@@ -80,10 +83,11 @@ class IndexTest : public ::testing::Test {
   void expect_same() {
     EXPECT_EQ(index_.count(), model_.size());
     std::set<const Thing *> visited;
-    index_.each<Thing>([&](const Thing &thing) { EXPECT_TRUE(visited.insert(&thing).second); });
+    index_.each<Thing, kNode>(
+        [&](const Thing &thing) { EXPECT_TRUE(visited.insert(&thing).second); });
     EXPECT_EQ(visited, std::set<const Thing *>(model_.begin(), model_.end()));
     for (const Thing &thing : things_) {
-      const Thing *found = index_.find<Thing>(
+      const Thing *found = index_.find<Thing, kNode>(
           thing.hash, [&](const Thing &each) { return each.name == thing.name; });
       EXPECT_EQ(found, model_.count(const_cast<Thing *>(&thing)) != 0 ? &thing : nullptr);
     }
