@@ -1,6 +1,7 @@
 #include "tree_exchange/handover.hpp"
 
 #include "answer.hpp"
+#include "ospf_tables/input_error.hpp"
 #include "tree_exchange/tree_writer.hpp"
 
 namespace tree_exchange {
