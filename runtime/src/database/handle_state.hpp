@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "base/pool.hpp"
 #include "database/kept.hpp"
@@ -31,6 +32,21 @@ struct kelp_handle_state {
   std::uint32_t work_space_size = 0;
   kelp::Author author;
   std::uint32_t heard = 0;  // the commits when it had a lock last
+
+  // Memory of a store that the running transaction has put by or made, by its place: what the
+  // inline form knows of was written last, and trees are written node by node.
+  using PutBy = std::span<const std::byte>;
+  static constexpr std::size_t kPutBy = 32;
+  PutBy put_by[kPutBy];
+
+  PutBy &put_by_around(const void *address) {
+    constexpr std::uintptr_t kStep = 256;
+    return put_by[reinterpret_cast<std::uintptr_t>(address) / kStep % kPutBy];
+  }
+  void forget_put_by() {
+    quick.put_by_size = 0;
+    for (PutBy &each : put_by) each = {};
+  }
 };
 
 namespace kelp {

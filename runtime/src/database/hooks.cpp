@@ -59,18 +59,35 @@ void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
   return memory;
 }
 
+// Has the inline form know of memory that needs to be put by no more.
+void know_put_by(kelp_quick &quick, std::span<const std::byte> put_by) {
+  quick.put_by = put_by.data();
+  quick.put_by_size = put_by.size();
+}
+
+void hear_write_in_heap(Pool *pool, const void *address, std::size_t length) {
+  store::Store &store = *pool->database->store;
+  Editions &editions = pool->database->editions;
+  const bool hears = editions.hears_writes();
+  if (hears) editions.hear_write(store, address, length);
+  const std::span<const std::byte> put_by = store.heap().save_block(address);
+  if (hears) return;
+  pool->handle->state->put_by_around(address) = put_by;
+  know_put_by(*pool->quick, put_by);
+}
+
 void hear_write(Pool *pool, const void *address, std::size_t length) {
+  const std::span<const std::byte> known = pool->handle->state->put_by_around(address);
+  if (reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(known.data()) <
+      known.size()) {
+    return know_put_by(*pool->quick, known);
+  }
   store::Store &store = *pool->database->store;
   if (!store.holds(address)) return;
   if (store.in_types(address)) {
     store.touch_types(address, length);
   } else if (pool->handle->db_lock_state == static_cast<std::uint32_t>(LockMode::write)) {
-    Editions &editions = pool->database->editions;
-    editions.hear_write(store, address, length);
-    const std::span<const std::byte> put_by = store.heap().save_block(address);
-    if (editions.hears_writes()) return;
-    pool->quick->put_by = put_by.data();
-    pool->quick->put_by_size = put_by.size();
+    hear_write_in_heap(pool, address, length);
   } else {
     bassert("what lies in a store is changed under the store's write lock", __FILE__, __LINE__);
   }

@@ -109,7 +109,7 @@ std::int32_t take_lock(kelp_handle *handle, LockMode mode, const char *function,
     }
   }
   handle->db_lock_state = static_cast<std::uint32_t>(mode);
-  handle->state->quick.put_by_size = 0;
+  handle->state->forget_put_by();
   handle->state->heard = database->feeds.commits();
   handle->hd_mapped = database->distances.empty() ? 0 : 1;
   set_current_database(database);
@@ -143,7 +143,7 @@ std::int32_t end_lock(kelp_handle *handle, Ending ending, kelp_error *error) {
     handle->state->heard = database.feeds.commits();
   }
   handle->db_lock_state = 0;
-  handle->state->quick.put_by_size = 0;
+  handle->state->forget_put_by();
   database.lock.give_up(handle);
   return code;
 }

@@ -21,11 +21,6 @@ constexpr std::size_t rounded(std::size_t value, std::size_t step) {
 
 }  // namespace
 
-Span *Heap::span(std::uint64_t number) const {
-  std::byte *table = span_start(number / kSegmentSpans * kSegmentSpans);
-  return reinterpret_cast<Span *>(table) + number % kSegmentSpans;
-}
-
 std::uint64_t Heap::number_of(const Span *span) const {
   const auto offset =
       static_cast<std::uint64_t>(reinterpret_cast<const std::byte *>(span) - memory_);
@@ -34,10 +29,9 @@ std::uint64_t Heap::number_of(const Span *span) const {
 }
 
 void Heap::save_span(Span *span) {
-  const std::uint32_t stamp = ground_->stamp();
-  if (span->saved == stamp) return;
+  if (span->saved == stamp_) return;
   ground_->save(span, sizeof *span);
-  span->saved = stamp;
+  span->saved = stamp_;
 }
 
 void Heap::save_slot(const Span *span, Slot *slot) {
@@ -115,8 +109,8 @@ void *Heap::allocate_slot(std::size_t size, std::uint8_t owner) {
     ground_->mark(&slot, sizeof slot);
     ++span->fresh;
   }
-  slot = Slot{ground_->stamp(), static_cast<std::uint16_t>(size),
-              static_cast<std::uint8_t>(kLive | owner), 0};
+  slot =
+      Slot{stamp_, static_cast<std::uint16_t>(size), static_cast<std::uint8_t>(kLive | owner), 0};
   ++span->live;
   if (span->first_free == kNoSlot && span->fresh == span->slot_count) {
     unlink(head_->classes[index], span);
@@ -143,7 +137,7 @@ void *Heap::allocate_large(std::size_t size, std::uint8_t owner) {
   first->run = spans;
   first->asked = size;
   first->state = static_cast<std::uint8_t>(kLive | owner);
-  first->made = first->block_saved = ground_->stamp();
+  first->made = first->block_saved = stamp_;
   count(size, spans * kSpanBytes, owner, true);
   ground_->mark(span_start(number), size);
   return span_start(number);
@@ -164,7 +158,7 @@ Span *Heap::span_with_room(std::size_t index) {
   made->slot_bytes = static_cast<std::uint32_t>(bytes);
   made->slots_offset = static_cast<std::uint32_t>(rounded(slots * sizeof(Slot), kAlignment));
   made->run = 1;
-  made->made = ground_->stamp();
+  made->made = stamp_;
   link(head_->classes[index], made);
   return made;
 }
@@ -264,7 +258,7 @@ bool Heap::grow(std::uint32_t spans) {
     for (std::uint64_t i = at; i < until; ++i) {
       Span *each = span(i);
       *each = Span{};
-      each->saved = ground_->stamp();
+      each->saved = stamp_;
       ground_->mark(each, sizeof *each);
     }
     release_run(at, static_cast<std::uint32_t>(until - at));
@@ -272,37 +266,6 @@ bool Heap::grow(std::uint32_t spans) {
     fresh_end_ = until;
     at = until;
   }
-  return true;
-}
-
-bool Heap::find(const void *address, Block *block) const {
-  const auto offset =
-      reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_);
-  if (offset / kSpanBytes >= head_->spans) return false;
-  std::uint64_t number = offset / kSpanBytes;
-  Span *found = span(number);
-  if (found->kind == SpanKind::large_rest) {
-    if (found->run > number) return false;
-    number -= found->run;
-    found = span(number);
-  }
-  block->span = found;
-  if (found->kind == SpanKind::large) {
-    block->start = span_start(number);
-    block->asked = found->asked;
-    block->used = std::size_t{found->run} * kSpanBytes;
-    block->slot = nullptr;
-    return true;
-  }
-  if (found->kind != SpanKind::slots || found->slot_bytes == 0) return false;
-  const std::uint64_t place = offset % kSpanBytes;
-  if (place < found->slots_offset) return false;
-  const auto slot = static_cast<std::uint32_t>(place - found->slots_offset) / found->slot_bytes;
-  if (slot >= found->fresh) return false;
-  block->start = span_start(number) + found->slots_offset + std::size_t{slot} * found->slot_bytes;
-  block->slot = slots_of(found) + slot;
-  block->asked = block->slot->asked;
-  block->used = found->slot_bytes;
   return true;
 }
 
@@ -341,13 +304,9 @@ void Heap::release(const Block &block) {
   release_run(number_of(span), 1);
 }
 
-// Around the address, what the running transaction has grown the heap by, or a span that it has
-// divided: nothing in it was there before. Empty for memory that was.
-std::span<const std::byte> Heap::new_memory(const void *address) const {
-  const auto offset =
-      reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_);
-  const std::uint64_t number = offset / kSpanBytes;
-  if (number >= head_->spans) return {};
+// What the running transaction has grown the heap by around a span, or the span that it has
+// divided: nothing in it was there before. Empty where something was.
+std::span<const std::byte> Heap::new_memory(std::uint64_t number) const {
   if (number >= grown_from_) {
     return {span_start(grown_from_), (head_->spans - grown_from_) * kSpanBytes};
   }
@@ -357,15 +316,16 @@ std::span<const std::byte> Heap::new_memory(const void *address) const {
 }
 
 std::span<const std::byte> Heap::save_block(const void *address) {
-  const std::span<const std::byte> made = new_memory(address);
+  const std::uint64_t number = span_of(address);
+  if (number >= head_->spans) return {};
+  const std::span<const std::byte> made = new_memory(number);
   if (!made.empty()) return made;
   Block block;
   if (!find(address, &block)) return {};
   std::uint32_t &saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
-  const std::uint32_t stamp = ground_->stamp();
-  if (saved != stamp) {
+  if (saved != stamp_) {
     ground_->save(block.start, block.asked);
-    saved = stamp;
+    saved = stamp_;
     note_change(block, false);
   }
   return {static_cast<const std::byte *>(block.start), block.asked};
@@ -373,7 +333,8 @@ std::span<const std::byte> Heap::save_block(const void *address) {
 
 void Heap::save_range(const void *address, std::size_t length) {
   constexpr std::size_t kSmall = 256;
-  if (!new_memory(address).empty()) return;
+  const std::uint64_t number = span_of(address);
+  if (number < head_->spans && !new_memory(number).empty()) return;
   Block block;
   if (!find(address, &block)) {
     ground_->save(address, length);
@@ -384,7 +345,7 @@ void Heap::save_range(const void *address, std::size_t length) {
     return;
   }
   const std::uint32_t saved = block.slot != nullptr ? block.slot->saved : block.span->block_saved;
-  if (saved == ground_->stamp()) return;
+  if (saved == stamp_) return;
   ground_->save(address, length);
   note_change(block, false);
 }

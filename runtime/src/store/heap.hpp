@@ -30,7 +30,6 @@ class Ground {
   virtual bool back_again(std::uint64_t first, std::uint64_t spans) = 0;
   // Has spans that the file was grown by, and that nobody was given yet, in memory.
   virtual void provide_pages(std::uint64_t first, std::uint64_t spans) = 0;
-  virtual std::uint32_t stamp() const = 0;
 
  protected:
   ~Ground() = default;
@@ -55,8 +54,10 @@ class Heap {
     most_ = most;
   }
 
-  // A transaction begins. others: whether another process may have changed the heap since the last.
-  void begin(bool others) {
+  // A transaction of that stamp begins. others: whether another process may have changed the heap
+  // since the last.
+  void begin(std::uint32_t stamp, bool others) {
+    stamp_ = stamp;
     grown_from_ = head_->spans;
     if (others) forget_fresh();
   }
@@ -96,13 +97,21 @@ class Heap {
 
  private:
   std::byte *span_start(std::uint64_t number) const { return memory_ + number * kSpanBytes; }
-  Span *span(std::uint64_t number) const;
+  Span *span(std::uint64_t number) const {
+    std::byte *table = span_start(number / kSegmentSpans * kSegmentSpans);
+    return reinterpret_cast<Span *>(table) + number % kSegmentSpans;
+  }
+  // Large for what lies before the heap.
+  std::uint64_t span_of(const void *address) const {
+    return (reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(memory_)) /
+           kSpanBytes;
+  }
   std::uint64_t number_of(const Span *span) const;
   Slot *slots_of(const Span *span) const {
     return reinterpret_cast<Slot *>(span_start(number_of(span)));
   }
-  bool is_new(const Span *span) const { return span->made == ground_->stamp(); }
-  std::span<const std::byte> new_memory(const void *address) const;
+  bool is_new(const Span *span) const { return span->made == stamp_; }
+  std::span<const std::byte> new_memory(std::uint64_t number) const;
   void use_fresh(std::uint64_t first, std::uint32_t spans);
   void save_span(Span *span);
   void save_slot(const Span *span, Slot *slot);
@@ -124,11 +133,43 @@ class Heap {
   Head *head_ = nullptr;
   std::byte *memory_ = nullptr;
   std::uint64_t most_ = 0;
+  std::uint32_t stamp_ = 0;       // of the running transaction
   std::uint64_t grown_from_ = 0;  // spans from here on came with the running transaction
   // Of the run that this process grew the heap by last: what was not given out, nor provided with
   // pages. A free run is given out from its front.
   std::uint64_t fresh_ = 0;
   std::uint64_t fresh_end_ = 0;
 };
+
+inline bool Heap::find(const void *address, Block *block) const {
+  std::uint64_t number = span_of(address);
+  if (number >= head_->spans) return false;
+  Span *found = span(number);
+  if (found->kind == SpanKind::slots && found->slot_bytes != 0) [[likely]] {
+    const auto place =
+        static_cast<std::uint32_t>(static_cast<const std::byte *>(address) - span_start(number));
+    if (place < found->slots_offset) return false;
+    const std::uint32_t slot = (place - found->slots_offset) / found->slot_bytes;
+    if (slot >= found->fresh) return false;
+    block->span = found;
+    block->start = span_start(number) + found->slots_offset + std::size_t{slot} * found->slot_bytes;
+    block->slot = reinterpret_cast<Slot *>(span_start(number)) + slot;
+    block->asked = block->slot->asked;
+    block->used = found->slot_bytes;
+    return true;
+  }
+  if (found->kind == SpanKind::large_rest) {
+    if (found->run > number) return false;
+    number -= found->run;
+    found = span(number);
+  }
+  if (found->kind != SpanKind::large) return false;
+  block->span = found;
+  block->start = span_start(number);
+  block->asked = found->asked;
+  block->used = std::size_t{found->run} * kSpanBytes;
+  block->slot = nullptr;
+  return true;
+}
 
 }  // namespace kelp::store

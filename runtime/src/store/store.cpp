@@ -163,17 +163,16 @@ void Store::begin() {
   noted_ = 0;
   const bool stale = types_private_.load() && types_seen_.load() != header_->head.types_version;
   if (stale || types_drifted_.load()) refresh_types();
-  stamp_ = ++header_->stamp;
-  if (stamp_ == 0) {
+  if (++header_->stamp == 0) {
     heap_.forget_stamps();
-    stamp_ = header_->stamp = 1;
+    header_->stamp = 1;
     next_image_ = 0;  // no record tells of that
   }
   save(&header_->head, sizeof header_->head);
   begun_length_ = journal_.length();
   begun_allocations_ = header_->head.statistics.total_allocations;
   begun_spans_ = header_->head.spans;
-  heap_.begin(header_->head.sequence != committed_);
+  heap_.begin(header_->stamp, header_->head.sequence != committed_);
 }
 
 std::uint32_t Store::number_tree() {

@@ -174,7 +174,6 @@ class Store final : public Memory, public CursorPlaces, private Ground {
   bool back(std::uint64_t spans) override;
   bool back_again(std::uint64_t first, std::uint64_t spans) override;
   void provide_pages(std::uint64_t first, std::uint64_t spans) override;
-  std::uint32_t stamp() const override { return stamp_; }
 
   std::string path_;
   Options options_;
@@ -197,7 +196,6 @@ class Store final : public Memory, public CursorPlaces, private Ground {
 
   bool writing_ = false;
   bool private_now_ = false;  // the transaction cannot be saved, and no longer reaches the file
-  std::uint32_t stamp_ = 0;
   // As they were when the transaction began: of the journal, allocations and spans.
   std::uint64_t begun_length_ = 0;
   std::uint64_t begun_allocations_ = 0;
