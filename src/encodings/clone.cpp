@@ -12,7 +12,7 @@ namespace {
 void *read_image(const CloneFacts &facts, kelp_handle *handle, std::uint32_t space_id, void *object,
                  const void *work, std::uint32_t length, std::uint32_t *err) {
   if (object == nullptr) {
-    register_trace();
+    register_trace(handle);
     object = structure_life::create_internal(facts.structure, handle, space_id);
     if (object == nullptr) {
       fail(handle, KELP_ERR_NO_MEMORY, err, About(facts.structure.record->type_name, "clone"));

@@ -292,7 +292,7 @@ std::uint32_t write(kelp_handle *handle, std::uint32_t space_id, void *buffer, c
   if (length > 0 && buffer != nullptr && plain_image::is_plain(handle, err)) [[likely]] {
     std::uint8_t *const start = bytes(buffer);
     if (const auto *end = plain_image::write<T>(start, start + length, object)) [[likely]] {
-      kelp::quick::forget_error(*handle->quick);
+      kelp::quick::forget_error(handle);
       return static_cast<std::uint32_t>(end - start);
     }
   }
@@ -483,7 +483,7 @@ std::uint32_t unmarshal(kelp_handle *handle, std::uint32_t space_id, const void 
                         void *object, std::int32_t length, std::uint32_t reuse,
                         std::uint32_t *err) {
   if constexpr (T.is_choice()) {
-    if (*err == 0) register_trace();
+    if (*err == 0) register_trace(handle);
   }
   Reading image{handle, space_id, bytes(buffer), length, reuse, err};
   if (!open(facts<T>, image, object)) return 0;

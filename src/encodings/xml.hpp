@@ -373,7 +373,7 @@ void read_structure(const Source &source, std::string_view tag, void *object) {
                        source.err, source.message, source.message_size);
   }
   clear_last_error(source);
-  if constexpr (T.is_choice()) register_trace();
+  if constexpr (T.is_choice()) register_trace(source.handle);
   const kelp_xml_row row = children(source, tag);
   if (row.count == 0) return miss(source, Missed::structure, tag);
   Source inside = source.at(path);
@@ -487,7 +487,7 @@ void from_xml(kelp_handle *handle, std::uint32_t space_id, const char *path,
               kelp_xml_document *document, void *object, std::uint32_t *err, char *message,
               std::int32_t message_size) {
   if (!begin(handle, err)) return;
-  if constexpr (T.is_choice()) register_trace();
+  if constexpr (T.is_choice()) register_trace(handle);
   Source source{handle, space_id, path, document, err, message, message_size};
   Progress progress;
   find(source, progress, longest_below<T>);

@@ -28,14 +28,16 @@ constexpr TraceSource source_of(const trace_identity::Identity &identity) {
 // Written by the trace library alone.
 std::uint32_t level_word = 0;
 
+std::uint64_t settled = 0;
+
 }  // namespace
 
 constinit const TraceSource type_source = source_of(trace_identity::types);
 constinit const TraceSource table_source = source_of(trace_identity::tables);
 
-void register_trace() {
-  xlog_module_init_fn("kelp_ospf_harbor_oper", &g_kelp_ospf_harbor_oper_trace_module_id,
-                      &level_word);
+void register_trace(const kelp_handle *handle) {
+  kelp::quick::register_module(handle, "kelp_ospf_harbor_oper",
+                               &g_kelp_ospf_harbor_oper_trace_module_id, &level_word, &settled);
 }
 
 namespace module_frame {

@@ -67,7 +67,7 @@ inline constexpr std::array operations{
         .suffix = "kelp_ospf_harbor_oper_trace_init",
         .result = "void",
         .arguments = "void",
-        .rule = "register_trace()",
+        .rule = "register_trace(nullptr)",
         .brief = "Registers the module with the trace library, which gives it its id. May be "
                  "called again and again; the heavy entry points do so themselves.",
     },

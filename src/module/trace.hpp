@@ -68,7 +68,8 @@ inline void trace(const TraceSource &source, Level level, std::uint32_t index, c
   std::abort();
 }
 
-// Registers the module with the trace library; meant to be repeated.
-void register_trace();
+// Registers the module with the trace library; meant to be repeated, and inline where the handle
+// says so.
+void register_trace(const kelp_handle *handle);
 
 }  // namespace harbor

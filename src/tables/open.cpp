@@ -249,7 +249,7 @@ void *open(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
   if (!begin(handle, err)) return nullptr;
   require_write_lock(facts, handle, request.read_only);
   const bool write_locked = is_write_locked(handle);
-  register_trace();
+  register_trace(handle);
   snap_avl_trace_init();
   snap_gbt_trace_init();
   kelp_table_list *list = kelplib_database_table_toc_create(handle, KELP_SPACE_RUNTIME, err);

@@ -16,7 +16,7 @@ using type_record_access::record_for;
 // that stands in under a _cr create is neither filled nor counted, and the failure stays.
 void *create(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_id,
              std::uint32_t src, std::uint32_t *err) {
-  register_trace();
+  register_trace(handle);
   void *memory = handle->obj_alloc(handle->obj_pool, space_id, facts.record_size);
   if (memory == nullptr) {
     if (handle->cr_create == 0) return nullptr;

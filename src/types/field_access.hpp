@@ -35,11 +35,10 @@ inline bool begin_read(kelp_handle *handle, const void *object, std::uint32_t *e
 // are tested together: branches are what a getter spends.
 template <const Field &F>
 inline bool reads_quickly(kelp_handle *handle, const void *object, const std::uint32_t *err) {
-  kelp_quick *quick = kelp::quick::of(handle);
-  if (quick == nullptr || object == nullptr) return false;
+  if (!kelp::quick::have_both(handle, object)) return false;
   const auto distance = static_cast<std::uint32_t>(header_of(object)->variant - F.since);
   if ((*err | distance >> 31) != 0) return false;
-  kelp::quick::forget_error(*quick);
+  kelp::quick::forget_error(handle);
   return true;
 }
 
@@ -48,7 +47,7 @@ inline bool reads_quickly(kelp_handle *handle, const void *object, const std::ui
 // and the handle does not track.
 template <const Structure &T>
 inline bool opens_quickly(const kelp_handle *handle, const void *object, const std::uint32_t *err) {
-  if (kelp::quick::of(handle) == nullptr || object == nullptr) return false;
+  if (!kelp::quick::have_both(handle, object)) return false;
   const kelp_object_header *header = header_of(object);
   const std::uint32_t unusual = static_cast<std::uint32_t>(header->variant ^ (T.variants - 1)) |
                                 (header->obj_flags & OBJ_TINFO_BLOCK);
@@ -71,7 +70,7 @@ inline bool begin_write(kelp_handle *handle, std::uint32_t space_id, void *objec
                         std::uint32_t *err) {
   if (!opens_quickly<T>(handle, object, err)) [[unlikely]]
     return begin_write_by_steps<T, F>(handle, space_id, object, err);
-  kelp::quick::forget_error(*handle->quick);
+  kelp::quick::forget_error(handle);
   return true;
 }
 

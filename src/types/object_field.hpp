@@ -72,7 +72,7 @@ void set(kelp_handle *handle, std::uint32_t space_id, void *object, void *source
          std::uint32_t *err) {
   if (!field_access::opens_quickly<T>(handle, object, err)) [[unlikely]]
     return set_by_steps<T, F>(handle, space_id, object, source, err);
-  kelp::quick::forget_error(*handle->quick);
+  kelp::quick::forget_error(handle);
   move_in<T, F>(handle, space_id, object, source, err);
 }
 

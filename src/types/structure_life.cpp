@@ -209,12 +209,12 @@ std::size_t size(const StructureFacts &facts, const kelp_handle *handle) {
 }
 
 void *create(const StructureFacts &facts, kelp_handle *handle, std::uint32_t space_id) {
-  register_trace();
+  register_trace(handle);
   return create_internal(facts, handle, space_id);
 }
 
 void *create_cr(const StructureFacts &facts, kelp_handle *handle) {
-  register_trace();
+  register_trace(handle);
   return creation::in_chain(handle, [&](kelp_handle *chain, std::uint32_t space_id) {
     return create_internal(facts, chain, space_id);
   });

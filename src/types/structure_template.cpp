@@ -8,33 +8,46 @@
 #include <kelp/quick_kept.hpp>
 #include <memory>
 #include <new>
+#include <span>
+#include <utility>
 
 #include "types/structure_facts.hpp"
 #include "types/structure_life.hpp"
 
 namespace harbor::structure_template {
 
-// A type whose record decides what an object looks like, how many objects of it are counted with
-// one, and where the first of them lies.
+// A type whose record decides what an object looks like, what that said when the template was made,
+// how many objects of it are counted with one, and where the first of them lies.
 struct Type {
   const kelp_type_record *record;
+  const kelp_variant_info *varinfo;
+  const kelp_variant_entry *entries;
   std::int8_t variants;
   std::uint32_t count;
   std::uint32_t offset;
 
-  kelp_variant_entry &entry(const kelp_type_record &used) const {
-    return used.varinfo->entries[variants - 1];
-  }
   bool is_as_it_was() const {
-    return record->magic == KELP_TYPE_MAGIC && record->varinfo != nullptr &&
-           record->varinfo->n_variants == variants;
+    return record->magic == KELP_TYPE_MAGIC && record->varinfo == varinfo &&
+           varinfo->n_variants == variants && varinfo->entries == entries;
   }
 };
+
+// The bytes of a header behind the type record, up to the first of the value: one word.
+using Marks = std::uint32_t;
+constexpr std::size_t marks_at = offsetof(kelp_object_header, variant);
+Marks marks_of(std::int8_t variant, std::uint8_t flags) {
+  std::uint8_t header[marks_at + sizeof(Marks)] = {};
+  header[offsetof(kelp_object_header, variant)] = static_cast<std::uint8_t>(variant);
+  header[offsetof(kelp_object_header, obj_flags)] = flags;
+  Marks marks;
+  std::memcpy(&marks, header + marks_at, sizeof marks);
+  return marks;
+}
 
 // A structure inside an object, or the object itself.
 struct Part {
   std::uint32_t offset;
-  std::int8_t variant;
+  Marks variant;
   std::uint32_t type;  // which one of the template's
 };
 
@@ -74,6 +87,12 @@ class List {
   std::size_t size_ = 0;
 };
 
+// How many objects of a type are counted with one, and where.
+struct Counted {
+  kelp_variant_entry *entry;
+  std::uint64_t count;
+};
+
 // A new object as it is in private memory, or in one store: its bytes, which hold the addresses of
 // type records, and what was announced when it was made. It lies in one block with its lists.
 struct Pattern {
@@ -82,7 +101,12 @@ struct Pattern {
   kelp_type_record **records;  // of the template's types, in their order
   std::uint64_t **announced;   // in a store: a counter in each page in which one of these counts
   std::size_t pages;
+  Counted *counted;
+  std::size_t counted_types;
+  bool plainly;  // are they counted, whoever else counts
   std::uint8_t *bytes;
+
+  std::span<Counted> counts() const { return {counted, counted_types}; }
 };
 
 struct Template {
@@ -122,7 +146,9 @@ std::uint32_t enter_type(Template &made, const kelp_type_record *record, std::ui
   Type *const known = std::find_if(made.types.begin(), made.types.end(),
                                    [&](const Type &type) { return type.record == record; });
   if (known == made.types.end()) {
-    made.types.put({record, static_cast<std::int8_t>(variants), 0, offset});
+    const kelp_variant_info *varinfo = record->varinfo;
+    made.types.put({record, varinfo, varinfo == nullptr ? nullptr : varinfo->entries,
+                    static_cast<std::int8_t>(variants), 0, offset});
   }
   known->count += count;
   return static_cast<std::uint32_t>(known - made.types.begin());
@@ -158,12 +184,12 @@ void enter_field(Template &made, const FieldFacts &field, std::uint32_t offset) 
 
 void enter(Template &made, const StructureFacts &facts, std::uint32_t offset) {
   const std::uint32_t type = enter_type(made, facts.record, facts.variants, offset, 1);
-  made.parts.put({offset, static_cast<std::int8_t>(facts.variants - 1), type});
+  made.parts.put({offset, marks_of(static_cast<std::int8_t>(facts.variants - 1), 0), type});
   made.flags.put(offset + offsetof(kelp_object_header, obj_flags));
   for (const FieldFacts &field : facts.fields) enter_field(made, field, offset);
 }
 
-// Null without memory.
+// Null without memory, and where a record lacks what a template needs.
 Made make(const StructureFacts &facts) {
   Most most;
   count(facts, most);
@@ -175,7 +201,9 @@ Made make(const StructureFacts &facts) {
     return nullptr;
   }
   enter(*made, facts, 0);
-  return made;
+  const bool complete = std::all_of(made->types.begin(), made->types.end(),
+                                    [](const Type &type) { return type.varinfo != nullptr; });
+  return complete ? std::move(made) : nullptr;
 }
 
 bool are_as_they_were(const Template &known) {
@@ -216,40 +244,39 @@ Usable usable(const StructureFacts &facts, kelp_handle *handle) {
 // Nothing of the parts has another life than that of the object, and no reference holds anything.
 // Nearly all objects are so, and all of it is looked at without a branch.
 bool is_ordinary(const Template &known, const Pattern &pattern, void *object) {
-  constexpr std::uint8_t special =
-      OBJ_OID_MAPPED | OBJ_STATE_TRACKED | OBJ_RA_DATA | OBJ_STTR_RELOCATED | OBJ_TINFO_BLOCK;
-  const auto word_at = [object](std::uint32_t place) {
-    std::uint64_t word;
+  const Marks looked_at = marks_of(
+      -1, OBJ_OID_MAPPED | OBJ_STATE_TRACKED | OBJ_RA_DATA | OBJ_STTR_RELOCATED | OBJ_TINFO_BLOCK);
+  const auto get = [object]<typename Word>(std::size_t place, Word word) {
     std::memcpy(&word, bytes(object) + place, sizeof word);
     return word;
   };
-  bool differs = false;
+  std::uint64_t differs = 0;
   for (const Part &part : known.parts) {
-    const kelp_object_header *header = header_of(bytes(object) + part.offset);
-    differs |= header->tinfo != pattern.records[part.type];
-    differs |= header->variant != part.variant;
-    differs |= (header->obj_flags & special) != 0;
+    differs |= get(part.offset, std::uintptr_t{}) ^
+               reinterpret_cast<std::uintptr_t>(pattern.records[part.type]);
+    differs |= (get(part.offset + marks_at, Marks{}) & looked_at) ^ part.variant;
   }
-  std::uint64_t held = 0;
   for (const Target &target : known.targets) {
-    held |= word_at(target.id()) | word_at(target.id() + sizeof held);
+    differs |= get(target.id(), std::uint64_t{});
+    differs |= get(target.id() + sizeof(std::uint64_t), std::uint64_t{});
   }
-  return !differs && held == 0;
+  return differs == 0;
 }
 
 // Counts the object and all structures in it. A store needs to hear of each page alone.
-void count(const Usable &used, kelp_handle *handle, std::uint32_t space_id,
+void count(const Pattern &pattern, kelp_handle *handle, std::uint32_t space_id,
            std::uint64_t kelp_variant_entry::*counter) {
-  const Pattern &pattern = *used.pattern;
   for (std::size_t page = 0; page < pattern.pages; ++page) {
     handle->counter_notify(handle->obj_pool, pattern.announced[page], 1, space_id);
   }
-  handle->quick->write_counts[kelp::quick::kCounterWrite] += pattern.counters - pattern.pages;
-  kelp_type_record *const *record = pattern.records;
-  for (const Type &type : used.known->types) {
-    kelp_type_record *const counted = *record++;
-    if (type.count == 0) continue;
-    kelp::quick::add_to_counter(counted, &(type.entry(*counted).*counter), type.count);
+  kelp::quick::behind(handle).write_counts[kelp::quick::kCounterWrite] +=
+      pattern.counters - pattern.pages;
+  if (pattern.plainly || __libc_single_threaded != 0) {
+    for (const Counted &each : pattern.counts()) each.entry->*counter += each.count;
+  } else {
+    for (const Counted &each : pattern.counts()) {
+      __atomic_fetch_add(&(each.entry->*counter), each.count, __ATOMIC_RELAXED);
+    }
   }
 }
 
@@ -290,18 +317,25 @@ bool is_the_stores(const Template &known, const Pattern &pattern) {
 MadePattern make_pattern(const Template &known, const StructureFacts &facts, const void *object,
                          const Announced &announced) {
   const auto types = static_cast<std::size_t>(known.types.end() - known.types.begin());
-  constexpr std::size_t lists = 3;  // the records, and the counters that are announced
-  MadePattern made(static_cast<Pattern *>(std::malloc(
-                       sizeof(Pattern) + lists * types * sizeof(void *) + facts.object_size)),
-                   &std::free);
+  // Of each type its record, two counters that may be announced, and what is counted.
+  constexpr std::size_t list_bytes =
+      sizeof(kelp_type_record *) + 2 * sizeof(std::uint64_t *) + sizeof(Counted);
+  MadePattern made(
+      static_cast<Pattern *>(std::malloc(sizeof(Pattern) + types * list_bytes + facts.object_size)),
+      &std::free);
   if (made == nullptr) return made;
   auto **records = reinterpret_cast<kelp_type_record **>(made.get() + 1);
   auto **counters = reinterpret_cast<std::uint64_t **>(records + types);
-  auto *copy = reinterpret_cast<std::uint8_t *>(counters + (lists - 1) * types);
-  *made = {announced.writes, announced.counters, records, counters, 0, copy};
+  auto *counted = reinterpret_cast<Counted *>(counters + 2 * types);
+  auto *copy = reinterpret_cast<std::uint8_t *>(counted + types);
+  *made = {announced.writes, announced.counters, records, counters, 0, counted, 0, false, copy};
   std::memcpy(copy, object, facts.object_size);
   for (const Type &type : known.types) {
-    *records++ = header_of(bytes(const_cast<void *>(object)) + type.offset)->tinfo;
+    kelp_type_record *const record =
+        header_of(bytes(const_cast<void *>(object)) + type.offset)->tinfo;
+    *records++ = record;
+    if (type.count == 0 || record == nullptr || record->varinfo == nullptr) continue;
+    counted[made->counted_types++] = {record->varinfo->entries + type.variants - 1, type.count};
   }
   return made;
 }
@@ -312,13 +346,11 @@ void keep_in_store(const Template &known, const StructureFacts &facts, kelp_hand
   if (place == nullptr || *place != nullptr) return;
   MadePattern made = make_pattern(known, facts, object, announced);
   if (made == nullptr || !is_the_stores(known, *made)) return;
-  kelp_type_record *const *record = made->records;
-  for (const Type &type : known.types) {
-    kelp_variant_entry &entry = type.entry(**record++);
-    if (type.count == 0) continue;
-    announce_page_of(*made, &entry.create_count);
-    announce_page_of(*made, &entry.destroy_count);
+  for (const Counted &each : made->counts()) {
+    announce_page_of(*made, &each.entry->create_count);
+    announce_page_of(*made, &each.entry->destroy_count);
   }
+  made->plainly = true;
   *place = made.release();
 }
 
@@ -346,7 +378,7 @@ const Template *template_of(const StructureFacts &facts) {
 
 // Whether a store is all that hears of what the handle writes.
 bool is_heard_by_store(const kelp_handle *handle) {
-  const kelp_quick *quick = handle->quick;
+  const kelp_quick *quick = kelp::quick::of(handle);
   return quick != nullptr && quick->store_pool != nullptr &&
          handle->write_notify == quick->store_write && handle->obj_pool == quick->store_pool;
 }
@@ -382,8 +414,8 @@ bool create(const StructureFacts &facts, kelp_handle *handle, std::uint32_t spac
   if (*object == nullptr) return true;
   std::memcpy(*object, used.pattern->bytes, facts.object_size);
   kelp::quick::clear_last_error(handle);
-  handle->quick->write_counts[kelp::quick::kModuleWrite] += used.pattern->writes;
-  count(used, handle, space_id, &kelp_variant_entry::create_count);
+  kelp::quick::behind(handle).write_counts[kelp::quick::kModuleWrite] += used.pattern->writes;
+  count(*used.pattern, handle, space_id, &kelp_variant_entry::create_count);
   return true;
 }
 
@@ -402,7 +434,7 @@ bool destroy(const StructureFacts &facts, kelp_handle *handle, std::uint32_t spa
       kelp_vstring_destroy_internal(handle, space_id, text, 0);
     }
   }
-  count(used, handle, space_id, &kelp_variant_entry::destroy_count);
+  count(*used.pattern, handle, space_id, &kelp_variant_entry::destroy_count);
   store<kelp_type_record *>(handle, space_id, &header_of(object)->tinfo, nullptr);
   handle->obj_free(handle->obj_pool, space_id, object);
   return true;
@@ -428,7 +460,7 @@ bool mark_embedded(const StructureFacts &facts, kelp_handle *handle, std::uint32
     while (place != known->flags.end()) mark_one();
     return true;
   }
-  handle->quick->write_counts[kelp::quick::kModuleWrite] +=
+  kelp::quick::behind(handle).write_counts[kelp::quick::kModuleWrite] +=
       static_cast<std::uint64_t>(known->flags.end() - place);
   for (; place != known->flags.end(); ++place) bytes(object)[*place] |= OBJ_EMBEDDED;
   return true;

@@ -191,7 +191,7 @@ template <const Structure &T, const Field &F, typename Value>
 [[gnu::noinline]] void set_value_by_steps(kelp_handle *handle, std::uint32_t space_id, void *object,
                                           Value value, std::uint32_t *err) {
   if (stores_quickly<T, F>(handle, object, value, err)) {  // but somebody hears of it
-    kelp::quick::forget_error(*handle->quick);
+    kelp::quick::forget_error(handle);
     announce(handle, space_id, stored_place<T, F>(object), sizeof *stored_place<T, F>(object));
     return put<T, F>(object, value);
   }
@@ -229,7 +229,7 @@ void set_value(kelp_handle *handle, std::uint32_t space_id, void *object, Value 
       kelp::quick::unheard_writes(handle) == nullptr) [[unlikely]] {
     return set_value_by_steps<T, F>(handle, space_id, object, value, err);
   }
-  kelp::quick::forget_error(*handle->quick);
+  kelp::quick::forget_error(handle);
   ++*kelp::quick::unheard_writes(handle);
   put<T, F>(object, value);
 }

@@ -302,6 +302,30 @@ TEST(InlineHooks, EachHearsThoughTheOtherIsTheRuntimes) {
   }
 }
 
+// Copies of a first object are counted where the type's record says when they are made.
+TEST(InlineHooks, CopiesAreCountedInTheEntriesThatTheRecordHasNow) {
+  const Structure &type = *harbor::model::structures.front();
+  const harness::Store store{{.tracking = KELP_TRACKING_ABSENT}};
+  kelp_handle_set_inline(store.handle(), 1);
+  kelp_type_record &record = [&]() -> kelp_type_record & {
+    const Object first(store.handle(), type);
+    return *kelp_get_manifested_type_info(first.get());
+  }();
+  kelp_variant_info *const own = record.varinfo;
+  std::vector<kelp_variant_entry> others(own->entries, own->entries + own->n_variants);
+  const kelp_variant_entry before = others.back();
+  kelp_variant_entry *const own_entries = std::exchange(own->entries, others.data());
+  { const Object counted(store.handle(), type); }
+  own->entries = own_entries;
+  kelp_variant_info other{own->n_variants, others.data()};
+  record.varinfo = &other;
+  { const Object counted(store.handle(), type); }
+  record.varinfo = own;
+  EXPECT_EQ(others.back().create_count, before.create_count + 2);
+  EXPECT_EQ(others.back().destroy_count, before.destroy_count + 2);
+  EXPECT_EQ(own->entries[own->n_variants - 1].create_count, before.create_count);
+}
+
 // What a hook of a program finds as the last error at each write.
 kelp_handle *asked = nullptr;
 std::vector<std::string> *answers = nullptr;

@@ -47,7 +47,7 @@ struct kelp_handle {
   uint32_t peer_stamp;
   /* The runtime's own. */
   struct kelp_handle_state *state;
-  struct kelp_quick *quick; /* for kelp/quick.hpp; null: every call is made */
+  struct kelp_quick *quick; /* a word for kelp/quick.hpp; null: every call is made */
 };
 
 KELP_EXTERN_C_END

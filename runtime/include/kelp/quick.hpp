@@ -10,6 +10,7 @@
 #include <kelp/core.h>
 #include <kelp/oid.h>
 #include <kelp/primitive_layout.h>
+#include <kelp/trace.h>
 #include <kelp/wire.h>
 #include <sys/single_threaded.h>
 
@@ -34,7 +35,6 @@ struct alignas(8) kelp_quick_error {
 // What the runtime keeps for a handle that these forms work on.
 struct kelp_quick {
   kelp_quick_error last_error;
-  std::uint64_t database;  // serial of the handle's database
   // The handle's own members while nobody hears of writes, null while somebody does.
   void *unheard_pool;
   decltype(kelp_handle::write_notify) unheard_write;
@@ -49,6 +49,15 @@ struct kelp_quick {
   std::uint64_t write_counts[4];  // by kelp_write_origin
 };
 
+// It lies behind the handle.
+struct kelp_quick_handle {
+  kelp_handle handle = {};
+  kelp_quick quick = {};
+};
+
+// Another number whenever a registered module of the trace may get another level.
+extern KELP_API std::uint32_t kelp_trace_edition;
+
 // The serial of the calling thread's current database, 0 for none.
 extern KELP_API __thread std::uint64_t kelp_thread_database
     __attribute__((tls_model("initial-exec")));
@@ -57,20 +66,47 @@ extern KELP_API __thread std::uint64_t kelp_thread_database
 
 namespace kelp::quick {
 
+// Of a handle that the runtime made.
+inline kelp_quick &behind(const kelp_handle *handle) {
+  return reinterpret_cast<kelp_quick_handle *>(const_cast<kelp_handle *>(handle))->quick;
+}
+
+// What the handle's word quick holds, so that one load says whether the forms may be used and what
+// the thread's database then is: the serial of the handle's database.
+inline kelp_quick *word_of(std::uint64_t database) {
+  return reinterpret_cast<kelp_quick *>(static_cast<std::uintptr_t>(database));
+}
+inline std::uint64_t database_of(const kelp_handle *handle) {
+  return reinterpret_cast<std::uintptr_t>(handle->quick);
+}
+
 inline kelp_quick *of(const kelp_handle *handle) {
-  return handle == nullptr ? nullptr : handle->quick;
+  return handle == nullptr || handle->quick == nullptr ? nullptr : &behind(handle);
+}
+
+// Whether there are both, and the forms may be used: two tests for three. Addresses that have no
+// bit in common count as null ones do, so no is only a reason to look again.
+inline bool have_both(const kelp_handle *handle, const void *object) {
+  return (reinterpret_cast<std::uintptr_t>(handle) & reinterpret_cast<std::uintptr_t>(object)) !=
+             0 &&
+         handle->quick != nullptr;
 }
 
 // --- the last error -----------------------------------------------------------------------------
 
-inline void forget_error(kelp_quick &quick) {
+inline void forget_error(kelp_quick &quick, std::uint64_t database) {
   quick.last_error = {};
-  kelp_thread_database = quick.database;
+  kelp_thread_database = database;
+}
+
+// Where the forms may be used.
+inline void forget_error(const kelp_handle *handle) {
+  forget_error(behind(handle), database_of(handle));
 }
 
 inline void clear_last_error(kelp_handle *handle) {
-  if (kelp_quick *quick = of(handle)) [[likely]] {
-    forget_error(*quick);
+  if (of(handle) != nullptr) [[likely]] {
+    forget_error(handle);
   } else {
     kelp_clear_last_error(handle);
   }
@@ -83,20 +119,20 @@ inline constexpr int kCounterWrite = 1;
 
 // Where writes are counted while nobody hears of them; null when somebody does.
 inline std::uint64_t *unheard_writes(const kelp_handle *handle) {
-  kelp_quick *quick = handle->quick;
-  return quick != nullptr && handle->write_notify == quick->unheard_write &&
-                 handle->obj_pool == quick->unheard_pool
-             ? &quick->write_counts[kModuleWrite]
+  kelp_quick &quick = behind(handle);
+  return handle->quick != nullptr && handle->write_notify == quick.unheard_write &&
+                 handle->obj_pool == quick.unheard_pool
+             ? &quick.write_counts[kModuleWrite]
              : nullptr;
 }
 
 inline bool is_put_by(const kelp_handle *handle, const void *address) {
-  const kelp_quick *quick = handle->quick;
-  return quick != nullptr &&
+  const kelp_quick &quick = behind(handle);
+  return handle->quick != nullptr &&
          reinterpret_cast<std::uintptr_t>(address) -
-                 reinterpret_cast<std::uintptr_t>(quick->put_by) <
-             quick->put_by_size &&
-         handle->write_notify == quick->store_write && handle->obj_pool == quick->store_pool;
+                 reinterpret_cast<std::uintptr_t>(quick.put_by) <
+             quick.put_by_size &&
+         handle->write_notify == quick.store_write && handle->obj_pool == quick.store_pool;
 }
 
 inline void write_notify(kelp_handle *handle, const void *address, std::size_t length,
@@ -104,7 +140,7 @@ inline void write_notify(kelp_handle *handle, const void *address, std::size_t l
   if (std::uint64_t *writes = unheard_writes(handle)) [[likely]] {
     ++*writes;
   } else if (is_put_by(handle, address)) {
-    ++handle->quick->write_counts[kModuleWrite];
+    ++behind(handle).write_counts[kModuleWrite];
   } else {
     handle->write_notify(handle->obj_pool, address, length, space_id);
   }
@@ -133,7 +169,7 @@ inline void add_to_counter(const kelp_type_record *record, std::uint64_t *counte
 inline void count(kelp_handle *handle, std::uint32_t space_id, const kelp_type_record *record,
                   std::uint64_t *counter) {
   if (is_unheard(handle)) [[likely]] {
-    ++handle->quick->write_counts[kCounterWrite];
+    ++behind(handle).write_counts[kCounterWrite];
   } else {
     handle->counter_notify(handle->obj_pool, counter, 1, space_id);
   }
@@ -165,6 +201,20 @@ inline void type_stats_destroy_object(kelp_handle *handle, std::uint32_t space_i
   } else {
     kelplib_type_stats_destroy_object(handle, space_id, record, create_count, err);
   }
+}
+
+// --- the trace ----------------------------------------------------------------------------------
+
+// Registers a module of the trace, which is done again and again. settled is the module's own: what
+// its id and the trace's edition were when it registered last.
+inline void register_module(const kelp_handle *handle, const char *name, std::uint32_t *id_word,
+                            std::uint32_t *level_word, std::uint64_t *settled) {
+  const std::uint64_t edition =
+      std::uint64_t{__atomic_load_n(&kelp_trace_edition, __ATOMIC_ACQUIRE)} << 32;
+  const auto state = [&] { return edition | __atomic_load_n(id_word, __ATOMIC_RELAXED); };
+  if (of(handle) != nullptr && __atomic_load_n(settled, __ATOMIC_RELAXED) == state()) return;
+  xlog_module_init_fn(name, id_word, level_word);
+  __atomic_store_n(settled, state(), __ATOMIC_RELAXED);
 }
 
 // --- variants and type records ------------------------------------------------------------------
@@ -550,7 +600,7 @@ inline std::uint32_t oid_unmarshal(kelp_handle *handle, std::uint32_t space_id, 
 #define KELP_QUICK_ELEMENT(each, family)                                                     \
   each(family##_create) each(family##_destroy) each(family##_set)
 #define KELP_QUICK_FUNCTIONS(each)                                                           \
-  each(kelp_clear_last_error)                                                                \
+  each(kelp_clear_last_error) each(xlog_module_init_fn)                                      \
   each(kelp_get_instance_variant) each(kelp_get_instance_obj_flag)                           \
   each(kelp_get_manifested_type_info) each(kelp_get_manifested_type_info_ptr_mem)            \
   each(kelp_domain_lookup_variant) each(kelplib_adjust_variant)                              \

@@ -40,8 +40,7 @@ void fill_in(kelp_handle_state &state, kelp_database *database,
   handle.quiet_insert = options.quiet_insert;
   handle.peer_stamp = options.peer_stamp;
   handle.state = &state;
-  state.quick.database = database->serial;
-  if (are_own_functions()) handle.quick = &state.quick;
+  if (are_own_functions()) handle.quick = quick::word_of(database->serial);
   settle_quick(state);
   std::uint8_t number[16];
   make_identity(number);
@@ -154,7 +153,8 @@ extern "C" void kelp_handle_set_write_observer(kelp_handle *handle, kelp_write_o
 }
 
 extern "C" void kelp_handle_set_inline(kelp_handle *handle, uint32_t on) {
-  if (handle != nullptr) handle->quick = on != 0 ? &handle->state->quick : nullptr;
+  if (handle != nullptr)
+    handle->quick = kelp::quick::word_of(on != 0 ? kelp::database_of(handle).serial : 0);
 }
 
 extern "C" uint64_t kelp_handle_write_count(const kelp_handle *handle, uint32_t origin) {

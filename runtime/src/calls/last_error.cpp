@@ -23,7 +23,8 @@ std::int32_t last_code(const kelp_handle *handle) {
 }  // namespace
 
 extern "C" void kelp_clear_last_error(kelp_handle *handle) {
-  if (handle != nullptr) kelp::quick::forget_error(handle->state->quick);
+  if (handle != nullptr)
+    kelp::quick::forget_error(handle->state->quick, kelp::database_of(handle).serial);
 }
 
 extern "C" void kelp_store_err(kelp_handle *handle, uint32_t code) {

@@ -1,5 +1,5 @@
 // A handle with all that the runtime keeps for it. kelp_handle_create makes it and
-// kelp_handle_destroy ends it; the public handle is its first member and points back at it.
+// kelp_handle_destroy ends it; the public handle is the first of it and points back at it.
 #pragma once
 
 #include <cstddef>
@@ -14,10 +14,8 @@
 #include "parts/domain.hpp"
 #include "parts/feed.hpp"
 
-struct kelp_handle_state {
-  kelp_handle handle = {};
+struct kelp_handle_state : kelp_quick_handle {
   kelp_database *database = nullptr;
-  kelp_quick quick = {};
   kelp::Pool pool;
   kelp::Domain domain;
   kelp::Kept kept;

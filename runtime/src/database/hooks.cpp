@@ -13,36 +13,37 @@ namespace kelp {
 
 namespace {
 
+[[gnu::noinline]] void *refuse(Pool &pool, std::size_t size) {
+  pool.database->objects.note_refusal(size);
+  pool.quick->last_error.refused = true;
+  return nullptr;
+}
+
 // A store's objects are made under its write lock. A reader's lie beside it, for as long as the
 // process wants them; without a lock nobody could say which of the two is meant.
-void *allocate_by_lock(Pool &pool, std::size_t size) {
+[[gnu::noinline]] void *allocate_by_lock(Pool &pool, std::size_t size) {
   kelp_database &database = *pool.database;
   const std::uint32_t lock = pool.handle->db_lock_state;
-  if (lock == 0 || database.faults.strikes(KELP_FAULT_ALLOCATION)) {
-    database.objects.note_refusal(size);
-    return nullptr;
-  }
+  if (lock == 0 || database.faults.strikes(KELP_FAULT_ALLOCATION)) return refuse(pool, size);
   const bool in_store = lock == static_cast<std::uint32_t>(LockMode::write);
   const std::size_t room = in_store ? database.editions.room_for(size) : size;
   void *block = database.objects.allocate(room, in_store);
-  // Whoever asked clears what it knows of.
-  if (block != nullptr) std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
+  if (block == nullptr) {
+    pool.quick->last_error.refused = true;
+  } else {
+    // Whoever asked clears what it knows of.
+    std::memset(static_cast<std::byte *>(block) + size, 0, room - size);
+  }
   return block;
-}
-
-void *allocate(Pool &pool, std::size_t size) {
-  kelp_database &database = *pool.database;
-  if (database.store != nullptr) return allocate_by_lock(pool, size);
-  if (!database.faults.strikes(KELP_FAULT_ALLOCATION)) [[likely]]
-    return database.objects.allocate(size, false);
-  database.objects.note_refusal(size);
-  return nullptr;
 }
 
 void *obj_alloc(void *obj_pool, std::uint32_t, std::size_t size) {
   Pool *pool = pool_of(obj_pool);
   if (pool == nullptr) return nullptr;
-  void *block = allocate(*pool, size);
+  kelp_database &database = *pool->database;
+  if (database.store != nullptr) return allocate_by_lock(*pool, size);
+  if (database.faults.strikes(KELP_FAULT_ALLOCATION)) return refuse(*pool, size);
+  void *block = database.objects.allocate(size, false);
   if (block == nullptr) [[unlikely]]
     pool->quick->last_error.refused = true;
   return block;
@@ -54,9 +55,7 @@ void *type_alloc(void *type_pool, std::uint32_t, std::size_t size) {
   kelp_database &database = *pool->database;
   void *memory =
       database.faults.strikes(KELP_FAULT_ALLOCATION) ? nullptr : take_type_memory(database, size);
-  if (memory == nullptr) database.objects.note_refusal(size);
-  pool->quick->last_error.refused |= memory == nullptr;
-  return memory;
+  return memory == nullptr ? refuse(*pool, size) : memory;
 }
 
 // Has the inline form know of memory that needs to be put by no more.

@@ -20,8 +20,15 @@ namespace kelp {
 
 namespace {
 
-constexpr std::uint8_t kLive = 1;
-constexpr std::uint8_t kWatched = 2;
+// What a block is marked with: whether it is live, whether it is watched, and above these two bits
+// what its slot has beyond what was asked for. 0 is free.
+using Mark = std::uint16_t;
+constexpr Mark kLive = 1;
+constexpr Mark kWatched = 2;
+constexpr unsigned kSpareAt = 2;
+constexpr Mark mark_of(std::size_t spare) { return static_cast<Mark>(spare << kSpareAt | kLive); }
+constexpr bool is_live(Mark mark) { return (mark & kLive) != 0; }
+
 using store::kAlignment;
 using store::kLargestSlot;
 constexpr std::size_t kLargeHeader = 64;
@@ -31,15 +38,23 @@ constexpr std::size_t round_up(std::size_t value, std::size_t step) {
   return (value + step - 1) / step * step;
 }
 
-// Memory of the system at a multiple of step, null when it has none.
+// Null when the system has none.
+std::byte *map_memory(std::size_t bytes) {
+  void *found = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  return found == MAP_FAILED ? nullptr : static_cast<std::byte *>(found);
+}
+
+// Memory at a multiple of step. The system mostly puts it beside what it gave before, and so there.
 std::byte *map_memory(std::size_t bytes, std::size_t step) {
-  const std::size_t asked = step > kPage ? bytes + step : bytes;
-  void *found = mmap(nullptr, asked, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (found == MAP_FAILED) return nullptr;
-  auto *start = static_cast<std::byte *>(found);
-  auto *wanted = reinterpret_cast<std::byte *>(
-      round_up(reinterpret_cast<std::uintptr_t>(start), std::max(step, kPage)));
-  const auto before = static_cast<std::size_t>(wanted - start);
+  std::byte *start = map_memory(bytes);
+  const auto beyond = [&] { return reinterpret_cast<std::uintptr_t>(start) % step; };
+  if (start == nullptr || beyond() == 0) return start;
+  munmap(start, bytes);
+  const std::size_t asked = bytes + step;
+  start = map_memory(asked);
+  if (start == nullptr) return nullptr;
+  const std::size_t before = (step - beyond()) % step;
+  std::byte *wanted = start + before;
   if (before != 0) munmap(start, before);
   if (asked - before > bytes) munmap(wanted + bytes, asked - before - bytes);
   return wanted;
@@ -67,23 +82,21 @@ void retire(std::byte *chunk, std::size_t bytes) {
 
 }  // namespace
 
-// 64 KiB of slots of one size. The state bytes and the asked-for sizes stand in front of the slots.
+// 64 KiB of slots of one size. Their marks stand in front of them.
 struct Arena::Span {
-  std::byte *start = nullptr;  // of the 64 KiB
-  std::size_t length = 0;      // less in the span that holds the chunk's head
-  std::uint8_t *states = nullptr;
-  std::uint16_t *asked = nullptr;
-  std::byte *slots = nullptr;
+  std::byte *first_free = nullptr;  // freed slots, each holding the address of the next
+  std::uint32_t fresh = 0;          // slots from here on were never given out
+  std::uint32_t slot_count = 0;
   std::uint32_t slot_bytes = 0;
   std::uint32_t slots_of_byte = 0;  // 2^32 / slot_bytes, rounded up
-  std::uint32_t class_index = 0;
-  std::uint32_t slot_count = 0;
-  std::uint32_t fresh = 0;  // slots from here on were never given out
+  std::byte *slots = nullptr;
+  Mark *marks = nullptr;
   std::uint32_t live = 0;
-  std::byte *first_free = nullptr;  // freed slots, each holding the address of the next
-  std::byte *last_free = nullptr;
+  std::uint32_t class_index = 0;
   Span *next = nullptr;
   Span *previous = nullptr;
+  std::byte *last_free = nullptr;
+  std::byte *start = nullptr;  // of the 64 KiB
 
   bool has_room() const { return first_free != nullptr || fresh < slot_count; }
 
@@ -96,26 +109,24 @@ struct Arena::Span {
     class_index = static_cast<std::uint32_t>(index);
     slot_bytes = static_cast<std::uint32_t>(bytes);
     slots_of_byte = static_cast<std::uint32_t>(((std::uint64_t{1} << 32) + bytes - 1) / bytes);
-    constexpr std::size_t kBookkeeping = sizeof(std::uint8_t) + sizeof(std::uint16_t);
-    slot_count = static_cast<std::uint32_t>((length - kAlignment) / (bytes + kBookkeeping));
-    asked = reinterpret_cast<std::uint16_t *>(start);
-    states = reinterpret_cast<std::uint8_t *>(asked + slot_count);
-    slots = start + round_up(slot_count * kBookkeeping, kAlignment);
+    slot_count = static_cast<std::uint32_t>((kSpanBytes - kAlignment) / (bytes + sizeof(Mark)));
+    marks = reinterpret_cast<Mark *>(start);
+    slots = start + round_up(slot_count * sizeof(Mark), kAlignment);
     fresh = live = 0;
     first_free = last_free = nullptr;
-    unpoison(start, length);
-    std::memset(states, 0, slot_count);
+    unpoison(start, kSpanBytes);
+    std::memset(marks, 0, slot_count * sizeof(Mark));
     poison(slots, slot_count * bytes);
   }
 
-  std::byte *take() {
+  // The number of a slot, which is free no more. There is one.
+  std::size_t take() {
     const bool rather_fresh = kAddressSanitizer && fresh < slot_count;
-    if (first_free == nullptr || rather_fresh) return slots + std::size_t{fresh++} * slot_bytes;
+    if (first_free == nullptr || rather_fresh) return fresh++;
     std::byte *slot = first_free;
     unpoison(slot, sizeof(std::byte *));
     std::memcpy(&first_free, slot, sizeof first_free);
-    if (first_free == nullptr) last_free = nullptr;
-    return slot;
+    return number_of(slot);
   }
 
   // A freed slot is used again at once, while it is in the cache; under the address sanitizer it
@@ -124,15 +135,14 @@ struct Arena::Span {
     unpoison(slot, slot_bytes);
     std::byte *following = kAddressSanitizer ? nullptr : first_free;
     std::memcpy(slot, &following, sizeof following);
-    if (kAddressSanitizer && last_free != nullptr) {
+    if (kAddressSanitizer && first_free != nullptr) {
       unpoison(last_free, sizeof slot);
       std::memcpy(last_free, &slot, sizeof slot);
       poison(last_free, sizeof slot);
-      last_free = slot;
     } else {
       first_free = slot;
-      if (last_free == nullptr) last_free = slot;
     }
+    last_free = slot;
     poison(slot, slot_bytes);
   }
 };
@@ -144,7 +154,7 @@ struct Arena::Chunk {
   std::size_t bytes = 0;  // from the start of the chunk
   std::byte *memory = nullptr;
   std::size_t asked = 0;  // large only
-  std::uint8_t state = 0;
+  Mark mark = 0;
   Span spans[kSpansPerChunk];
 };
 
@@ -154,7 +164,7 @@ struct Arena::Block {
   std::byte *start = nullptr;
   std::size_t asked = 0;
   std::size_t used = 0;
-  std::uint8_t *state = nullptr;
+  Mark *mark = nullptr;
 };
 
 Arena::~Arena() {
@@ -183,37 +193,39 @@ inline bool Arena::within_limit(std::size_t bytes) const {
   return limit == 0 || (bytes <= limit && statistics_.used_bytes <= limit - bytes);
 }
 
+// Nothing that follows from the rest is kept up here: statistics makes it.
 inline void Arena::count_in(std::size_t asked, std::size_t used) {
   ++statistics_.live_allocations;
-  ++statistics_.total_allocations;
   statistics_.live_bytes += asked;
   statistics_.used_bytes += used;
-  statistics_.peak_used_bytes = std::max(statistics_.peak_used_bytes, statistics_.used_bytes);
 }
 
 inline void Arena::count_out(std::size_t asked, std::size_t used) {
+  note_peak();
+  ++freed_;
   --statistics_.live_allocations;
   statistics_.live_bytes -= asked;
   statistics_.used_bytes -= used;
 }
 
-inline Arena::Span *Arena::span_with_room(std::size_t class_index) {
-  Span *span = available_[class_index];
-  return span != nullptr ? span : begin_span(class_index);
+// What is used only grows until something is freed.
+inline void Arena::note_peak() {
+  statistics_.peak_used_bytes = std::max(statistics_.peak_used_bytes, statistics_.used_bytes);
 }
 
-inline void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
-  const std::size_t bytes = store::class_bytes(class_index);
-  if (!within_limit(bytes)) return nullptr;
-  Span *span = span_with_room(class_index);
-  if (span == nullptr) return nullptr;
-  std::byte *slot = span->take();
-  const std::size_t number = span->number_of(slot);
-  span->states[number] = kLive;
-  span->asked[number] = static_cast<std::uint16_t>(size);
+// The class that a block of so many bytes falls into.
+inline std::size_t class_with_room(std::size_t size) { return store::class_of(size + kRedZone); }
+constexpr std::size_t kLargestInSlot = kLargestSlot - kRedZone;
+
+// The span has room.
+inline void *Arena::take_slot(Span *span, std::size_t size) {
+  const std::size_t number = span->take();
+  const std::size_t bytes = span->slot_bytes;
+  std::byte *slot = span->slots + number * bytes;
+  span->marks[number] = mark_of(bytes - size);
   ++span->live;
-  if (!span->has_room()) {
-    available_[class_index] = span->next;
+  if (!span->has_room()) [[unlikely]] {
+    available_[span->class_index] = span->next;
     if (span->next != nullptr) span->next->previous = nullptr;
     span->next = nullptr;
   }
@@ -223,22 +235,39 @@ inline void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
   return slot;
 }
 
+// Nearly every block is the next of a span, where no limit is to be looked at and nobody to be
+// waited for: without a call.
 void *Arena::allocate(std::size_t size) {
-  const std::lock_guard lock(mutex_);
-  try {
-    if (size > kLargestBlock) {
-      refuse(size);
-      return nullptr;
-    }
-    const std::size_t padded = size + kRedZone;
-    void *block = padded <= kLargestSlot ? allocate_slot(size, store::class_of(padded))
-                                         : allocate_large(size);
-    if (block == nullptr) refuse(size);
-    return block;
-  } catch (const std::bad_alloc &) {
-    refuse(size);
-    return nullptr;
+  if (size <= kLargestInSlot && mutex_.try_lock()) [[likely]] {
+    const std::lock_guard lock(mutex_, std::adopt_lock);
+    Span *span = available_[class_with_room(size)];
+    if (span != nullptr && statistics_.limit_bytes == 0) [[likely]]
+      return take_slot(span, size);
   }
+  return allocate_by_steps(size);
+}
+
+void *Arena::allocate_by_steps(std::size_t size) {
+  const std::lock_guard lock(mutex_);
+  void *block = nullptr;
+  try {
+    if (size <= kLargestInSlot) {
+      block = allocate_slot(size, class_with_room(size));
+    } else if (size <= kLargestBlock) {
+      block = allocate_large(size);
+    }
+  } catch (const std::bad_alloc &) {
+    block = nullptr;
+  }
+  if (block == nullptr) refuse(size);
+  return block;
+}
+
+void *Arena::allocate_slot(std::size_t size, std::size_t class_index) {
+  if (!within_limit(store::class_bytes(class_index))) return nullptr;
+  Span *span = available_[class_index];
+  if (span == nullptr) span = begin_span(class_index);
+  return span == nullptr ? nullptr : take_slot(span, size);
 }
 
 void *Arena::allocate_large(std::size_t size) {
@@ -247,7 +276,7 @@ void *Arena::allocate_large(std::size_t size) {
   Chunk *chunk = add_chunk(kLargeHeader + bytes, true);
   if (chunk == nullptr) return nullptr;
   chunk->asked = size;
-  chunk->state = kLive;
+  chunk->mark = kLive;
   std::byte *block = chunk->memory + kLargeHeader;
   poison(chunk->memory, chunk->bytes);
   unpoison(block, size);
@@ -258,9 +287,9 @@ void *Arena::allocate_large(std::size_t size) {
 Arena::Span *Arena::begin_span(std::size_t class_index) {
   Span *span = take_free_span();
   if (span == nullptr) return nullptr;
-  // Large databases soon fill what they begin.
-  constexpr std::uint64_t kLarge = std::uint64_t{32} << 20;
-  if (statistics_.reserved_bytes >= kLarge) populate(span->start, span->length);
+  // A class that has so many soon fills one more, and can spare what it does not.
+  constexpr std::uint32_t kMany = 16;
+  if (spans_[class_index]++ >= kMany) populate(span->start, kSpanBytes);
   span->divide(class_index, store::class_bytes(class_index));
   span->next = span->previous = nullptr;
   available_[class_index] = span;
@@ -274,7 +303,6 @@ Arena::Span *Arena::take_free_span() {
     for (std::size_t i = kSpansPerChunk; i-- > 0;) {
       Span &span = chunk->spans[i];
       span.start = chunk->memory + i * kSpanBytes;
-      span.length = kSpanBytes;
       span.next = free_spans_;
       free_spans_ = &span;
     }
@@ -297,7 +325,8 @@ void Arena::retire_span(Span *span) {
   span->next = free_spans_;
   span->slots = nullptr;
   free_spans_ = span;
-  poison(span->start, span->length);
+  --spans_[span->class_index];
+  poison(span->start, kSpanBytes);
 }
 
 Arena::Chunk *Arena::add_chunk(std::size_t bytes, bool large) {
@@ -306,7 +335,7 @@ Arena::Chunk *Arena::add_chunk(std::size_t bytes, bool large) {
   if (chunk == nullptr) return nullptr;
   chunk->large = large;
   chunk->bytes = rounded;
-  chunk->memory = map_memory(rounded, large ? kPage : kChunkBytes);
+  chunk->memory = large ? map_memory(rounded) : map_memory(rounded, kChunkBytes);
   if (chunk->memory == nullptr) return nullptr;
   const auto start = reinterpret_cast<std::uintptr_t>(chunk->memory);
   try {
@@ -380,7 +409,7 @@ inline bool Arena::find(const void *address, Block *block) const {
     block->start = chunk->memory + kLargeHeader;
     block->asked = chunk->asked;
     block->used = round_up(chunk->asked + kRedZone, kAlignment);
-    block->state = &chunk->state;
+    block->mark = &chunk->mark;
     return true;
   }
   Span *span = &chunk->spans[offset / kSpanBytes];
@@ -391,20 +420,20 @@ inline bool Arena::find(const void *address, Block *block) const {
   if (number >= span->slot_count) return false;
   block->span = span;
   block->start = span->slots + number * span->slot_bytes;
-  block->asked = span->asked[number];
   block->used = span->slot_bytes;
-  block->state = &span->states[number];
+  block->mark = &span->marks[number];
+  block->asked = block->used - (*block->mark >> kSpareAt);
   return true;
 }
 
 bool Arena::free(void *pointer) {
   const std::lock_guard lock(mutex_);
   Block block;
-  if (!find(pointer, &block) || block.start != pointer || (*block.state & kLive) == 0) return false;
+  if (!find(pointer, &block) || block.start != pointer || !is_live(*block.mark)) return false;
   if (release_hook_ != nullptr) {
-    release_hook_(release_context_, pointer, block.asked, (*block.state & kWatched) != 0);
+    release_hook_(release_context_, pointer, block.asked, (*block.mark & kWatched) != 0);
   }
-  *block.state = 0;
+  *block.mark = 0;
   count_out(block.asked, block.used);
   if (block.span == nullptr) {
     drop_large(block.chunk);
@@ -432,15 +461,15 @@ BlockState Arena::watch(const void *address) {
   if (!find(address, &block)) {
     return chunk_of(address) == nullptr ? BlockState::foreign : BlockState::dead;
   }
-  if ((*block.state & kLive) == 0) return BlockState::dead;
-  *block.state |= kWatched;
+  if (!is_live(*block.mark)) return BlockState::dead;
+  *block.mark |= kWatched;
   return BlockState::live;
 }
 
 bool Arena::holds(const void *address, std::size_t length) const {
   const std::lock_guard lock(mutex_);
   Block block;
-  if (!find(address, &block) || (*block.state & kLive) == 0) return false;
+  if (!find(address, &block) || !is_live(*block.mark)) return false;
   const auto offset =
       static_cast<std::size_t>(static_cast<const std::byte *>(address) - block.start);
   return offset <= block.asked && length <= block.asked - offset;
@@ -449,7 +478,7 @@ bool Arena::holds(const void *address, std::size_t length) const {
 bool Arena::live_size(const void *block, std::size_t *size) const {
   const std::lock_guard lock(mutex_);
   Block found;
-  if (!find(block, &found) || found.start != block || (*found.state & kLive) == 0) return false;
+  if (!find(block, &found) || found.start != block || !is_live(*found.mark)) return false;
   *size = found.asked;
   return true;
 }
@@ -462,7 +491,10 @@ void Arena::withhold(const void *address) {
 
 ArenaStatistics Arena::statistics() const {
   const std::lock_guard lock(mutex_);
-  return statistics_;
+  ArenaStatistics found = statistics_;
+  found.peak_used_bytes = std::max(found.peak_used_bytes, found.used_bytes);
+  found.total_allocations = found.live_allocations + freed_;
+  return found;
 }
 
 bool Arena::set_limit(std::size_t bytes) {

@@ -2,7 +2,7 @@
 // system's allocator for each.
 //
 // Small blocks come from 64 KiB spans of equal slots, one size class to a span; blocks above
-// kLargestSlot are taken from the system directly, each at its size. Each slot has a state byte, so
+// kLargestSlot are taken from the system directly, each at its size. Each slot has a mark, so
 // that a block is never freed twice and the runtime learns when memory goes beside which it keeps
 // something (watch). Freed memory is poisoned for the address sanitizer, and so is the part of a
 // slot beyond what was asked for. It has a lock of its own; under it the release hook runs, which
@@ -94,9 +94,10 @@ class Arena {
   static constexpr std::size_t kSpanBytes = store::kSpanBytes;
   static constexpr std::size_t kSpansPerChunk = kChunkBytes / kSpanBytes;
 
+  void *take_slot(Span *span, std::size_t size);
+  void *allocate_by_steps(std::size_t size);
   void *allocate_slot(std::size_t size, std::size_t class_index);
   void *allocate_large(std::size_t size);
-  Span *span_with_room(std::size_t class_index);
   Span *begin_span(std::size_t class_index);
   Span *take_free_span();
   void retire_span(Span *span);
@@ -110,15 +111,18 @@ class Arena {
   bool within_limit(std::size_t bytes) const;
   void count_in(std::size_t asked, std::size_t used);
   void count_out(std::size_t asked, std::size_t used);
+  void note_peak();
   void refuse(std::size_t asked);
 
   mutable ShortLock mutex_;
   std::vector<Chunk *> chunks_;  // an open table by address / kChunkBytes, at most half full
   std::size_t chunk_count_ = 0;
-  std::map<std::uintptr_t, Chunk *> large_;  // by address
-  Span *available_[store::kClasses] = {};    // spans with a free slot
+  std::map<std::uintptr_t, Chunk *> large_;    // by address
+  Span *available_[store::kClasses] = {};      // spans with a free slot
+  std::uint32_t spans_[store::kClasses] = {};  // how many there are
   Span *free_spans_ = nullptr;
-  ArenaStatistics statistics_;
+  ArenaStatistics statistics_;  // the peak up to what was freed last, without total_allocations
+  std::uint64_t freed_ = 0;
   Refusal refusal_;
   ReleaseHook release_hook_ = nullptr;
   void *release_context_ = nullptr;

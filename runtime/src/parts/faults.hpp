@@ -18,11 +18,14 @@ class Faults {
   // Whether this call is the one to fail.
   bool strikes(std::uint32_t fault) {
     std::atomic<std::int64_t> &left = left_[fault];
-    if (left.load(std::memory_order_relaxed) == kNone) return false;
-    return left.fetch_sub(1) == 0;
+    return left.load(std::memory_order_relaxed) != kNone && counts_down(left);
   }
 
  private:
+  [[gnu::noinline]] static bool counts_down(std::atomic<std::int64_t> &left) {
+    return left.fetch_sub(1) == 0;
+  }
+
   // A fault that has struck leaves -1 behind, which is none outstanding.
   static constexpr std::int64_t kNone = -1;
   std::atomic<std::int64_t> left_[KELP_FAULT_COUNT] = {-1, -1, -1, -1, -1, -1, -1, -1};

@@ -16,8 +16,7 @@ bool ObjectMemory::is_in_store(const void *address) const {
   return store_ != nullptr && store_->holds(address);
 }
 
-void *ObjectMemory::allocate(std::size_t size, bool in_store) {
-  if (store_ == nullptr || !in_store) return arena_.allocate(size);
+void *ObjectMemory::allocate_in_store(std::size_t size) {
   const store::Statistics &counts = store_->head().statistics;
   const bool within = limit_ == 0 || (size <= limit_ && counts.used_bytes <= limit_ - size);
   void *block = within ? store_->heap().allocate(size, 0) : nullptr;

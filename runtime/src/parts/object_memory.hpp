@@ -37,7 +37,9 @@ class ObjectMemory {
 
   // in_store says whether a store's memory is wanted, or memory of the process beside it. Null when
   // it is refused: last_refusal.
-  void *allocate(std::size_t size, bool in_store);
+  void *allocate(std::size_t size, bool in_store) {
+    return store_ != nullptr && in_store ? allocate_in_store(size) : arena_.allocate(size);
+  }
 
   // False when the pointer is not a live block: nothing was done then.
   bool free(void *pointer);
@@ -67,6 +69,7 @@ class ObjectMemory {
   void note_refusal(std::size_t size) { arena_.note_refusal(size); }
 
  private:
+  void *allocate_in_store(std::size_t size);
   bool is_in_store(const void *address) const;
 
   Arena arena_;

@@ -14,8 +14,12 @@ namespace kelp {
 class ShortLock {
  public:
   void lock() {
-    if (__libc_single_threaded != 0) return taken_.store(true, std::memory_order_relaxed);
-    while (taken_.exchange(true, std::memory_order_acquire)) std::this_thread::yield();
+    while (!try_lock()) std::this_thread::yield();
+  }
+  bool try_lock() {
+    if (__libc_single_threaded == 0) return !taken_.exchange(true, std::memory_order_acquire);
+    taken_.store(true, std::memory_order_relaxed);
+    return true;
   }
   void unlock() { taken_.store(false, std::memory_order_release); }
 

@@ -2,8 +2,11 @@
 #include <cstring>
 
 #include "base/failure.hpp"
+#include "kelp/quick.hpp"
 #include "trace/record.hpp"
 #include "trace/trace.hpp"
+
+std::uint32_t kelp_trace_edition = 1;
 
 namespace kelp::trace {
 
@@ -12,6 +15,9 @@ std::uint8_t level_of(std::uint16_t module) {
 }
 
 namespace {
+
+// Whoever sees it sees what was written before.
+void begin_edition() { __atomic_fetch_add(&kelp_trace_edition, 1, __ATOMIC_RELEASE); }
 
 std::uint32_t find_module(const Trace &trace, const char *name) {
   const std::uint32_t count = trace.module_count.load(std::memory_order_acquire);
@@ -46,6 +52,14 @@ void update_word(std::uint32_t *word, std::uint32_t value) {
 
 using kelp::trace::the_trace;
 
+// The id of a module that is new, or whose word says something else.
+[[gnu::noinline]] static std::uint32_t find_or_register(kelp::trace::Trace &trace,
+                                                        const char *name) {
+  std::uint32_t id = 0;
+  kelp::without_exceptions([&] { id = kelp::trace::register_module(trace, name); });
+  return id;
+}
+
 extern "C" void xlog_module_init_fn(const char *name, uint32_t *id_word, uint32_t *level_word) {
   if (name == nullptr || id_word == nullptr) return;
   kelp::trace::Trace &trace = the_trace();
@@ -53,10 +67,8 @@ extern "C" void xlog_module_init_fn(const char *name, uint32_t *id_word, uint32_
   uint32_t id = __atomic_load_n(id_word, __ATOMIC_RELAXED);
   const bool known = id != 0 && id <= trace.module_count.load(std::memory_order_acquire) &&
                      std::strcmp(trace.names[id].c_str(), name) == 0;
-  if (!known) {
-    id = 0;
-    kelp::without_exceptions([&] { id = kelp::trace::register_module(trace, name); });
-  }
+  if (!known) [[unlikely]]
+    id = find_or_register(trace, name);
   kelp::trace::update_word(id_word, id);
   kelp::trace::update_word(level_word, trace.levels[id].load(std::memory_order_relaxed));
 }
@@ -74,11 +86,13 @@ extern "C" int32_t kelp_trace_set_level(const char *module_name, uint32_t level)
     trace.default_level = value;
     trace.wanted_levels.clear();
     for (auto &module_level : trace.levels) module_level = value;
+    kelp::trace::begin_edition();
     return 0;
   }
   const uint32_t id = kelp::trace::find_module(trace, module_name);
   if (id != 0) {
     trace.levels[id] = value;
+    kelp::trace::begin_edition();
     return 0;
   }
   const bool done = kelp::without_exceptions([&] { trace.wanted_levels[module_name] = value; });

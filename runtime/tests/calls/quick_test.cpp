@@ -44,6 +44,36 @@ TEST_F(QuickTest, AWriteIsCountedAndAnObserverHearsOfItWhileItIsSet) {
   EXPECT_EQ(writes(), 3u);
 }
 
+// A module of the trace that registers again and again.
+TEST_F(QuickTest, AModuleRegistersAgainWhereItsIdOrALevelIsAnother) {
+  ASSERT_NE(handle->quick, nullptr);
+  uint32_t id = 0;
+  uint32_t level = 0;
+  uint64_t settled = 0;
+  const auto registered = [&] {
+    quick::register_module(handle, "quick_test", &id, &level, &settled);
+    return id;
+  };
+  const uint32_t given = registered();
+  EXPECT_NE(given, 0u);
+  EXPECT_EQ(level, uint32_t{KELP_TRACE_INFORMATION});
+  level = 77;
+  registered();
+  EXPECT_EQ(level, 77u) << "it was called though nothing moved";
+  kelp_handle_set_inline(handle, 0);
+  registered();
+  EXPECT_EQ(level, uint32_t{KELP_TRACE_INFORMATION});
+  kelp_handle_set_inline(handle, 1);
+  ASSERT_EQ(kelp_trace_set_level("quick_test", KELP_TRACE_ERROR), 0);
+  registered();
+  EXPECT_EQ(level, uint32_t{KELP_TRACE_ERROR});
+  ASSERT_EQ(kelp_trace_set_level(nullptr, KELP_TRACE_INFORMATION), 0);
+  registered();
+  EXPECT_EQ(level, uint32_t{KELP_TRACE_INFORMATION});
+  id = 0;
+  EXPECT_EQ(registered(), given);
+}
+
 TEST_F(QuickTest, WhatIsToBeSaidIsLeftToTheCall) {
   ASSERT_NE(handle->quick, nullptr);
   EXPECT_FALSE(quick::put_value<NumberRule>(handle, 0, nullptr, 7, &err));

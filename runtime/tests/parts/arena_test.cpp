@@ -1,4 +1,6 @@
 // The object memory, through the hooks of a handle.
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <fstream>
 #include <random>
@@ -11,7 +13,21 @@ namespace {
 
 using kelp_test::DatabaseTest;
 
-class ArenaTest : public DatabaseTest {};
+class ArenaTest : public DatabaseTest {
+ protected:
+  // Whether the system gives memory ahead of its use.
+  const bool populates_ = [] {
+#ifdef MADV_POPULATE_WRITE
+    constexpr std::size_t kPage = 4096;
+    void *page = mmap(nullptr, kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    const bool done = madvise(page, kPage, MADV_POPULATE_WRITE) == 0;
+    munmap(page, kPage);
+    return done;
+#else
+    return false;
+#endif
+  }();
+};
 
 TEST_F(ArenaTest, BlockOfNoBytesHasAnAddressOfItsOwn) {
   void *first = allocate(0);
@@ -106,6 +122,55 @@ TEST_F(ArenaTest, BlocksFillTheirSpans) {
     EXPECT_LE(memory().reserved_bytes, count * (size + 16) + (std::size_t{1} << 20)) << size;
     for (void *block : blocks) release(block);
   }
+}
+
+TEST_F(ArenaTest, CountsWhatWasUsedAtMostAndHowOften) {
+  void *first = allocate(100);
+  void *second = allocate(3000);
+  const std::uint64_t both = memory().used_bytes;
+  EXPECT_EQ(memory().peak_used_bytes, both);
+  release(second);
+  EXPECT_EQ(memory().peak_used_bytes, both);
+  second = allocate(200);
+  release(first);
+  release(second);
+  EXPECT_EQ(memory().peak_used_bytes, both);
+  EXPECT_EQ(memory().total_allocations, 3u);
+  EXPECT_EQ(memory().live_allocations, 0u);
+}
+
+// Whether the system has given the page of an address.
+bool is_resident(const void *address) {
+  constexpr std::uintptr_t kPage = 4096;
+  const auto page = reinterpret_cast<std::uintptr_t>(address) / kPage * kPage;
+  unsigned char state = 0;
+  return mincore(reinterpret_cast<void *>(page), 1, &state) == 0 && (state & 1) != 0;
+}
+
+// Pages of which a class has few come as they are touched; older systems give all of them so.
+TEST_F(ArenaTest, MemoryComesAheadOnlyWhereAClassHasMuch) {
+  constexpr std::size_t kSpan = 65536;
+  constexpr std::size_t kSize = 4000;
+  const auto last_page_of = [](const void *block) {
+    return reinterpret_cast<const char *>((reinterpret_cast<std::uintptr_t>(block) | (kSpan - 1)));
+  };
+  std::vector<void *> blocks;
+  std::uintptr_t span = 0;
+  std::uint32_t begun = 0;
+  while (begun < 20) {
+    void *block = allocate(kSize);
+    blocks.push_back(block);
+    const std::uintptr_t now = reinterpret_cast<std::uintptr_t>(block) / kSpan;
+    if (now == span) continue;
+    span = now;
+    ++begun;
+    if (begun <= 16) {
+      EXPECT_FALSE(is_resident(last_page_of(block))) << begun;
+    } else if (populates_) {
+      EXPECT_TRUE(is_resident(last_page_of(block))) << begun;
+    }
+  }
+  for (void *block : blocks) release(block);
 }
 
 TEST_F(ArenaTest, LargeBlocksGoBackToTheSystem) {
