@@ -2,7 +2,7 @@
 // from commit to commit, a snapshot and a resync of many rows, and rows a second to ten followers.
 // Each stands beside plain puts and watches of the same messages through the client library, in the
 // same run and acknowledged in the same way: the engine says that it has them at each thousandth
-// message and at the last.
+// message and at the last. What a follower does itself is measured without an engine too.
 // HARBOR_BENCH_ROWS says of how many rows the large store is.
 #include <benchmark/benchmark.h>
 #include <nats/nats.h>
