@@ -252,6 +252,7 @@ class Programs:
                   for name in sources.split('+')]
         subprocess.run(['c++', '-std=c++20', '-O0', '-w', '-include', source.parent / 'mutation.hpp',
                         f'-I{source}/src', f'-I{source}/include', f'-I{source}/runtime/include',
+                        f'-I{source}/runtime/src',
                         f'-I{PROJECT}/tests', *places, '-o', made, '-lgtest', '-lgtest_main'],
                        check=True)
         self.places[sources] = made
