@@ -187,18 +187,31 @@ class Network {
     }
   }
 
+  // With an older disk now and then, which some time nobody is there to fill anew.
   void restart_server() {
     server_.kill();
     const std::filesystem::path copy = folder_.path() / "older";
     const bool has_copy = std::filesystem::exists(copy);
+    bool is_left_alone = false;
     if (random_() % 2 == 0) {
       std::filesystem::remove_all(copy);
       std::filesystem::copy(server_.disk(), copy, std::filesystem::copy_options::recursive);
     } else if (has_copy) {
       std::filesystem::remove_all(server_.disk());
       std::filesystem::copy(copy, server_.disk(), std::filesystem::copy_options::recursive);
+      is_left_alone = random_() % 3 != 0;
     }
+    if (!is_left_alone) return server_.start();
+    for (const auto &sender : senders_) sender->kill();
     server_.start();
+    Replicating &follower = *followers_[random_() % 3];
+    follower.kill();
+    follower.start();
+    for (int looks = 0; looks < 100; ++looks) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      look();
+    }
+    for (const auto &sender : senders_) sender->start();
   }
 
   std::mt19937 random_;
