@@ -40,7 +40,8 @@ void ReplicationCache::link_newest(Number number) {
   made.sequence = ++last_;
 }
 
-void ReplicationCache::remove(Number number) {
+// Takes a record out of the list at its place and of that by age.
+void ReplicationCache::take_out(Number number) {
   Place &place = owned_places_[place_of(slot(number).record)];
   Number before = place.load(std::memory_order_relaxed);
   if (before == number) {
@@ -50,17 +51,26 @@ void ReplicationCache::remove(Number number) {
     slot(before).next = slot(number).next;
   }
   unlink(number);
-  slot(number) = {};
-  slot(number).next = free_;
-  free_ = number;
   --count_;
 }
 
-// A slot that is in no list: the oldest record's when the cache is full.
+void ReplicationCache::remove(Number number) {
+  take_out(number);
+  slot(number) = {};
+  slot(number).next = free_;
+  free_ = number;
+}
+
+// A slot that is in no list: the oldest record's when the cache is full. Whose place is looked at
+// when the next one is taken is known now.
 ReplicationCache::Number ReplicationCache::take_slot() {
   if (count_ >= capacity_) {
-    remove(slot(kNone).newer);
+    const Number oldest = slot(kNone).newer;
+    __builtin_prefetch(&owned_places_[place_of(slot(slot(oldest).newer).record)]);
+    take_out(oldest);
+    slot(oldest).times = 0;
     ++dropped_;
+    return oldest;
   }
   if (free_ == kNone) {
     slots_.emplace_back();

@@ -67,6 +67,7 @@ class ReplicationCache {
   void forget_record(const void *record);
   void unlink(Number number);
   void link_newest(Number number);
+  void take_out(Number number);
   void remove(Number number);
 
   mutable ShortLock mutex_;
