@@ -89,4 +89,19 @@ TEST_F(LumenTest, FaultsStrike) {
   release(object);
 }
 
+// A module that remembers the block for one of the two would take it for the other's.
+TEST_F(LumenTest, WhatStoodUnderTwoKeysIsNotConfirmedAgain) {
+  void *block = allocate(32);
+  EXPECT_EQ(lumen_set_key(handle->obj_pool, "one", block), 1u);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 1u);
+  EXPECT_EQ(lumen_set_key(handle->obj_pool, "one", nullptr), 1u);
+  EXPECT_EQ(lumen_set_key(handle->obj_pool, "other", block), 1u);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
+  EXPECT_EQ(lumen_set_key(handle->obj_pool, "other", nullptr), 1u);
+  EXPECT_EQ(lumen_set_key(handle->obj_pool, "one", block), 1u);
+  EXPECT_EQ(lumen_in_range(handle->obj_pool, block), 0u);
+  EXPECT_EQ(lumen_set_key(handle->obj_pool, "one", nullptr), 1u);
+  release(block);
+}
+
 }  // namespace
