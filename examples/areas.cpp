@@ -1,4 +1,5 @@
-// The tree of two_areas.c in C++: two areas with an interface each; walked, and ended by their owner.
+// The tree of two_areas.c in C++: two areas with an interface each; walked, and ended by their
+// owner.
 #include <iostream>
 #include <ospf_harbor.hpp>
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "messages/emission.hpp"
-#include "support/stated_forms.hpp"
 #include "messages/stored_messages.hpp"
+#include "support/stated_forms.hpp"
 
 namespace messages {
 

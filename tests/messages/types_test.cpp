@@ -82,7 +82,8 @@ TEST(TypeMessages, TheFirstAndTheLastStandWhereTheyShould) {
   for (const StatedForm &form : stated_type_forms()) rows += form.rows;
   ASSERT_EQ(stored_count(Side::types), rows);
   EXPECT_EQ(stored_text(Side::types, 0), "error in address_family create %s");
-  EXPECT_EQ(stored_text(Side::types, rows - 1), "type variant cached info is NULL during usage dump");
+  EXPECT_EQ(stored_text(Side::types, rows - 1),
+            "type variant cached info is NULL during usage dump");
   const Outcome outcome = in_child([] {
     const Failing failing("kelp_domain_lookup_variant", failure);
     create(fresh(), "address_family");

@@ -63,8 +63,8 @@ class StoreChanges : public testing::Test {
     rows_.lock_read();
     std::uint32_t err = 0;
     auto *table = tbl_ospfv2_unknown_sub_tlv_table_open(rows_.handle, 0, "rows", 1, &err);
-    auto *record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(
-        rows_.handle, 0, table, &err);
+    auto *record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_first(rows_.handle, 0,
+                                                                                    table, &err);
     while (record != nullptr && err == 0) {
       Changes told;
       EXPECT_EQ(kelp_record_blocks(rows_.handle, reinterpret_cast<kelp_record *>(record), hear,
@@ -75,8 +75,8 @@ class StoreChanges : public testing::Test {
           tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_get_field(rows_.handle, 0, record);
       auto &own = found[ospfv2_unknown_sub_tlv_type_get_value(rows_.handle, 0, row, &err)];
       for (const Change &block : told) own.push_back(block.block);
-      record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next(
-          rows_.handle, 0, table, record, &err);
+      record = tbl_ospfv2_unknown_sub_tlv_ospfv2_unknown_sub_tlv_type_get_next(rows_.handle, 0,
+                                                                               table, record, &err);
     }
     rows_.unlock();
     return found;

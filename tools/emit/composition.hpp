@@ -46,7 +46,7 @@ void wrap(std::string &out, std::string_view text, std::string_view first, std::
 
 std::string storage_type(const Field &field);
 std::string_view form_of(const Field &field);  // as the headers name it: "scalar", "arm"
-std::string key_part(const Table &table);  // <record>_<field>, or <key type>_
+std::string key_part(const Table &table);      // <record>_<field>, or <key type>_
 std::string replaced(std::string text, std::string_view from, std::string_view to);
 std::string with_counts(std::string_view text);  // $tables and $records filled in
 

@@ -606,7 +606,8 @@ void RowFiller<Ops>::fill(const LsaV3 &lsa, bool holds_ipv4) {
 }
 
 template <typename Ops, typename Lsa, typename... More>
-typename Ops::Record *add_row(Session &session, typename Ops::Table *table, const Lsa &lsa, More... more) {
+typename Ops::Record *add_row(Session &session, typename Ops::Table *table, const Lsa &lsa,
+                              More... more) {
   RowFiller<Ops> filler(session, lsa.header, lsa.raw);
   filler.fill(lsa, more...);
   return filler.insert_into(table, lsa.complete);
@@ -614,19 +615,23 @@ typename Ops::Record *add_row(Session &session, typename Ops::Table *table, cons
 
 }  // namespace
 
-tbl_area_scope_lsa_record *add_lsa(Session &session, tbl_area_scope_lsa_table *table, const LsaV2 &lsa) {
+tbl_area_scope_lsa_record *add_lsa(Session &session, tbl_area_scope_lsa_table *table,
+                                   const LsaV2 &lsa) {
   return add_row<area_scope_lsa_ops>(session, table, lsa);
 }
 
-tbl_link_scope_lsa_record *add_lsa(Session &session, tbl_link_scope_lsa_table *table, const LsaV2 &lsa) {
+tbl_link_scope_lsa_record *add_lsa(Session &session, tbl_link_scope_lsa_table *table,
+                                   const LsaV2 &lsa) {
   return add_row<link_scope_lsa_ops>(session, table, lsa);
 }
 
-tbl_area_scope_lsa_record *add_lsa(Session &session, tbl_area_scope_lsa_table *table, const LsaV3 &lsa, bool holds_ipv4) {
+tbl_area_scope_lsa_record *add_lsa(Session &session, tbl_area_scope_lsa_table *table,
+                                   const LsaV3 &lsa, bool holds_ipv4) {
   return add_row<area_scope_lsa_ops>(session, table, lsa, holds_ipv4);
 }
 
-tbl_link_scope_lsa_record *add_lsa(Session &session, tbl_link_scope_lsa_table *table, const LsaV3 &lsa, bool holds_ipv4) {
+tbl_link_scope_lsa_record *add_lsa(Session &session, tbl_link_scope_lsa_table *table,
+                                   const LsaV3 &lsa, bool holds_ipv4) {
   return add_row<link_scope_lsa_ops>(session, table, lsa, holds_ipv4);
 }
 

@@ -97,7 +97,8 @@ std::uint32_t Network::add_interface(const Packet &packet) {
 }
 
 // An OSPFv3 virtual link has no address of its own: its packets have one of any of the router's
-// interfaces, now this one and now that. Its interface ID stays. Without an ID: the router's only one.
+// interfaces, now this one and now that. Its interface ID stays. Without an ID: the router's only
+// one.
 std::optional<std::uint32_t> Network::virtual_end(const Packet &packet,
                                                   std::optional<std::uint32_t> id) const {
   const auto there = by_router_.find(packet.router_id);
@@ -158,12 +159,11 @@ std::uint32_t Network::hello_sender(const Packet &packet, const Hello &hello) {
 }
 
 std::uint32_t Network::sender(const Packet &packet) {
-  // What speaks in one area is no interface whose hellos speak in another, though a virtual link and
-  // the interface beneath it share an address.
+  // What speaks in one area is no interface whose hellos speak in another, though a virtual link
+  // and the interface beneath it share an address.
   std::vector<std::uint32_t> known = by_source_[source_of(packet)];
-  std::erase_if(known, [&](std::uint32_t index) {
-    return interfaces_[index].area_id != packet.area_id;
-  });
+  std::erase_if(known,
+                [&](std::uint32_t index) { return interfaces_[index].area_id != packet.area_id; });
   if (known.empty()) {
     const std::optional<std::uint32_t> end = virtual_end(packet, std::nullopt);
     return end ? *end : add_interface(packet);

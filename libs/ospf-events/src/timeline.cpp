@@ -1,7 +1,7 @@
 // Time that passes, and neighbours: how they come and go, what they differ in, whom they elect.
-#include <algorithm>
-
 #include "ospf_events/timeline.hpp"
+
+#include <algorithm>
 
 namespace ospf_events {
 
@@ -200,8 +200,8 @@ void Timeline::review(const Packet &packet, std::uint32_t with, bool only_two,
     unsettled_.insert(with);
   }
   if (state.up) {
-    // Requests that follow do not end an adjacency, nor does a router that restarts and has asked its
-    // neighbours to wait.
+    // Requests that follow do not end an adjacency, nor does a router that restarts and has asked
+    // its neighbours to wait.
     if (!begins_exchange) {
       if (low > NeighborState::init) return;
       if (asks_to_wait(interfaces()[sender]) || asks_to_wait(interfaces()[with])) {

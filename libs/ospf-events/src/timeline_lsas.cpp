@@ -95,7 +95,8 @@ void Timeline::tell_gone(const LsdbEntry &entry, Time when, const char *why) {
 }
 
 void Timeline::see_restart(const Packet &packet, const LsaHeader &own) {
-  if (!is_router_lsa(packet.version, own.type) || own.advertising_router != packet.router_id) return;
+  if (!is_router_lsa(packet.version, own.type) || own.advertising_router != packet.router_id)
+    return;
   LsdbKey key;
   key.version = packet.version;
   key.instance_id = packet.instance_id;
@@ -184,10 +185,11 @@ void Timeline::on_offered(const Packet &packet, const LsdbKey &key, const LsaHea
       return;
     case Lsdb::Outcome::flushed: {
       if (!before_.held) return;
-      // Whoever has it tells the others when its age ends; its router would have flushed it earlier.
+      // Whoever has it tells the others when its age ends; its router would have flushed it
+      // earlier.
       const bool by_age = before_.age + expiry_slack >= max_age;
-      Event flush = event_of(by_age ? EventKind::lsa_aged_out : EventKind::lsa_flushed, packet, key,
-                             header);
+      Event flush =
+          event_of(by_age ? EventKind::lsa_aged_out : EventKind::lsa_flushed, packet, key, header);
       if (by_age) flush.text = not_refreshed;
       tell(flush);
       see_flush(flush);

@@ -194,8 +194,7 @@ void add_instances(Session &session, const std::vector<std::unique_ptr<NewInstan
   for (const std::unique_ptr<NewInstance> &instance : instances) {
     replace_instance(session, table, instance->record_.get());
     if (!session.is_store()) {
-      const std::string key =
-          row_key<ospf_instance_rev1_ops>(session, instance->record_.get());
+      const std::string key = row_key<ospf_instance_rev1_ops>(session, instance->record_.get());
       session.told()[key] = std::move(instance->told_);
     }
     instance->record_.is_in_a_table();

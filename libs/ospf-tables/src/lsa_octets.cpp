@@ -102,7 +102,8 @@ struct FromOctets {
       const std::size_t size = (length + 31) / 32 * 4;
       if (!octets.reach(at + 4 + size)) return;
       for (PrefixView &prefix : body.prefixes) {
-        if (is_prefix(prefix.prefix, at + 4, size, length)) prefix.metric = octets.number(at + 2, 2);
+        if (is_prefix(prefix.prefix, at + 4, size, length))
+          prefix.metric = octets.number(at + 2, 2);
       }
       at += 4 + size;
     }

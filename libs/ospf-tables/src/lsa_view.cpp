@@ -4,9 +4,9 @@
 #include <charconv>
 #include <cstdio>
 
+#include "lsa_octets.hpp"
 #include "ospf_tables/field_reader.hpp"
 #include "ospf_tables/row_keys.hpp"
-#include "lsa_octets.hpp"
 #include "ospf_tables/rows.hpp"
 
 namespace ospf_tables {
@@ -201,8 +201,7 @@ struct LsaReader : FieldReader {
     result.prefix = {text(external, ospfv3_lsa_external_external_prefix_get),
                      text(external, ospfv3_lsa_external_external_prefix_options_get)};
     result.forwarding_address = address(external, ospfv3_lsa_external_forwarding_address_get);
-    if (const std::uint32_t tag =
-            value(external, ospfv3_lsa_external_external_route_tag_get_value);
+    if (const std::uint32_t tag = value(external, ospfv3_lsa_external_external_route_tag_get_value);
         tag != 0) {
       result.route_tag = tag;
     }

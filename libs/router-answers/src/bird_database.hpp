@@ -16,8 +16,8 @@ namespace router_answers {
 // What "state all" says of one router, or one network, in an area.
 struct BirdNode {
   struct Line {
-    std::string word;  // "router", "network", "stubnet", "vlink", "xnetwork", "xrouter",
-                       // "external", "nssa-ext", "address"
+    std::string word;    // "router", "network", "stubnet", "vlink", "xnetwork", "xrouter",
+                         // "external", "nssa-ext", "address"
     std::string target;  // a router ID, a prefix, or [ROUTER-INTERFACE] of an OSPFv3 network
     std::uint32_t metric = 0;
     bool type_2 = false;

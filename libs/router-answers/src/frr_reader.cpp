@@ -198,9 +198,10 @@ void read_interface_v4(Instance &instance, const std::string &name, const JsonVi
                                    : Authentication::key;
   }
   view.pass_over_all_but({"area", "ipAddress", "ipAddressPrefixlen", "mtuBytes", "networkType",
-                          "ospfEnabled", "timerPassiveIface", "cost", "timerMsecs",
-                          "timerDeadSecs", "timerRetransmitSecs", "transmitDelaySecs", "state", "timerHelloInMsecs", "timerWaitSecs",
-                          "drAddress", "bdrAddress", "priority", "authentication"});
+                          "ospfEnabled", "timerPassiveIface", "cost", "timerMsecs", "timerDeadSecs",
+                          "timerRetransmitSecs", "transmitDelaySecs", "state", "timerHelloInMsecs",
+                          "timerWaitSecs", "drAddress", "bdrAddress", "priority",
+                          "authentication"});
   area_of(instance, area, area_view).interfaces.push_back(std::move(interface));
 }
 
@@ -224,8 +225,8 @@ void read_neighbor_v4(Instance &instance, const std::string &id, const JsonView 
       named(state, text.substr(0, text.find('/')), neighbor_states, "a neighbour state");
   neighbor.evidence = "answer";
   if (view.has("nbrPriority")) {
-    neighbor.priority = static_cast<std::uint8_t>(
-        view.member("nbrPriority", "").number(UINT8_MAX, "a priority"));
+    neighbor.priority =
+        static_cast<std::uint8_t>(view.member("nbrPriority", "").number(UINT8_MAX, "a priority"));
   }
   neighbor.dr = optional_address(view, "routerDesignatedId");
   neighbor.bdr = optional_address(view, "routerDesignatedBackupId");
@@ -335,12 +336,11 @@ void read_interface_v6(Instance &instance, const std::string &name, const JsonVi
                                    : Authentication::key;
     authentication.pass_over_all_but({"authType"});
   }
-  view.pass_over_all_but({"attachedToArea", "areaId", "internetAddress", "instanceId",
-                          "interfaceMtu", "type", "operatingAsType", "cost",
-                          "timerIntervalsConfigHello", "timerIntervalsConfigDead",
-                          "timerIntervalsConfigRetransmit", "transmitDelaySec",
-                          "ospf6InterfaceState", "dr", "bdr", "priority", "mtuMismatchDetection",
-                          "authInfo"});
+  view.pass_over_all_but(
+      {"attachedToArea", "areaId", "internetAddress", "instanceId", "interfaceMtu", "type",
+       "operatingAsType", "cost", "timerIntervalsConfigHello", "timerIntervalsConfigDead",
+       "timerIntervalsConfigRetransmit", "transmitDelaySec", "ospf6InterfaceState", "dr", "bdr",
+       "priority", "mtuMismatchDetection", "authInfo"});
   area_of(instance, area, area_view).interfaces.push_back(std::move(interface));
 }
 
@@ -372,8 +372,7 @@ void read_neighbor_v6(Instance &instance, const std::string &key, const JsonView
 // The detailed answer about neighbours leaves their priorities out, the short one has them.
 void read_priorities(const std::string &folder, Instance &instance) {
   PassedOver not_counted;
-  const JsonView answer_view =
-      read_json(answer(folder, "ipv6-ospf6-neighbor.json"), not_counted);
+  const JsonView answer_view = read_json(answer(folder, "ipv6-ospf6-neighbor.json"), not_counted);
   for (const JsonView &view :
        answer_view.member("neighbors", "the neighbours").elements("the neighbours")) {
     const std::string id = view.member("neighborId", "a router ID").text("a router ID");

@@ -1,7 +1,7 @@
-// The list has a row for each LSA: link-state ID, router, age, sequence number, checksum. The detailed
-// forms have a line for each field, "LS age: 34" being the first of an LSA; what an opaque LSA carries
-// they tell in words alone, so that of these there is the header. Headings say type and area of what
-// follows.
+// The list has a row for each LSA: link-state ID, router, age, sequence number, checksum. The
+// detailed forms have a line for each field, "LS age: 34" being the first of an LSA; what an opaque
+// LSA carries they tell in words alone, so that of these there is the header. Headings say type and
+// area of what follows.
 #include "frr_text_v2.hpp"
 
 #include <algorithm>
@@ -24,14 +24,10 @@ struct Heading {
 };
 
 constexpr Heading headings[] = {
-    {"Router Link States", lsa2_router},
-    {"Net Link States", lsa2_network},
-    {"Summary Link States", lsa2_summary},
-    {"ASBR-Summary Link States", lsa2_asbr_summary},
-    {"AS External Link States", lsa2_as_external},
-    {"NSSA-external Link States", lsa2_nssa},
-    {"Link-Local Opaque-LSA", lsa2_opaque_link},
-    {"Area-Local Opaque-LSA", lsa2_opaque_area},
+    {"Router Link States", lsa2_router},           {"Net Link States", lsa2_network},
+    {"Summary Link States", lsa2_summary},         {"ASBR-Summary Link States", lsa2_asbr_summary},
+    {"AS External Link States", lsa2_as_external}, {"NSSA-external Link States", lsa2_nssa},
+    {"Link-Local Opaque-LSA", lsa2_opaque_link},   {"Area-Local Opaque-LSA", lsa2_opaque_area},
     {"AS-external Opaque-LSA", lsa2_opaque_as},
 };
 
@@ -108,8 +104,8 @@ class Reader {
     header.advertising_router = text_.dotted(line, words[1], "a router ID");
     header.age = age(line, words[2]);
     header.sequence = hexadecimal(line, words[3], 10, "a sequence number");
-    header.checksum = static_cast<std::uint16_t>(
-        hexadecimal(line, words[4], checksum_digits, "a checksum"));
+    header.checksum =
+        static_cast<std::uint16_t>(hexadecimal(line, words[4], checksum_digits, "a checksum"));
     database_.add(place_, header_alone(2, header));
   }
 
@@ -145,8 +141,8 @@ class Reader {
     } else if (key == "LS Seq Number") {
       header.sequence = hexadecimal(line, value, 10, "a sequence number");
     } else if (key == "Checksum") {
-      header.checksum = static_cast<std::uint16_t>(
-          hexadecimal(line, value, checksum_digits, "a checksum"));
+      header.checksum =
+          static_cast<std::uint16_t>(hexadecimal(line, value, checksum_digits, "a checksum"));
     } else if (key == "Length" && header.length == 0) {
       header.length =
           static_cast<std::uint16_t>(text_.decimal(line, value, UINT16_MAX, "a length"));
@@ -200,8 +196,9 @@ class Reader {
     if (value == "a Transit Network") return router_link_transit;
     if (value == "Stub Network") return router_link_stub;
     if (value == "a Virtual Link") return router_link_virtual;
-    text_.fail(line, "a type of link (another Router (point-to-point), a Transit Network, Stub "
-                     "Network, a Virtual Link)");
+    text_.fail(line,
+               "a type of link (another Router (point-to-point), a Transit Network, Stub "
+               "Network, a Virtual Link)");
   }
 
   void finish() {

@@ -143,8 +143,8 @@ class Merger {
       lacking.erase(copy.router);
       if (same_instance(*copy.lsa, *best.lsa)) continue;
       add(name_of(key, process_.version) + ": " + *copy.router + " has " +
-                            hex(copy.lsa->header.sequence, 8) + " (checksum " +
-                            hex(copy.lsa->header.checksum, 4) + "), the newest is " + newest);
+          hex(copy.lsa->header.sequence, 8) + " (checksum " + hex(copy.lsa->header.checksum, 4) +
+          "), the newest is " + newest);
     }
     for (const std::string *router : lacking) {
       add(name_of(key, process_.version) + ": " + *router + " lacks it, " + *best.router + " has " +

@@ -130,8 +130,7 @@ TEST_F(FrrV2, TextIsRefusedByLine) {
         "                AS External Link States \n\n  LS age: 38\n  Options: 0x2  : *|-\n"
         "  Link State ID: 192.0.2\n");
   expect_refused({"ip-ospf-database-external.txt", "line 5", "192.0.2", "an address"});
-  write("ip-ospf-database-external.txt",
-        "      Router Link States\n\n  LS age: 38\n");
+  write("ip-ospf-database-external.txt", "      Router Link States\n\n  LS age: 38\n");
   expect_refused({"line 1", "the area"});
 }
 

@@ -24,7 +24,7 @@ Router router_of(const std::string &name, std::uint32_t id) {
   Process process;
   process.version = 2;
   process.instance = {ospf_tables::Family::ipv4, id, {{0, {}}}};
-  ospf_tables::Interface interface{};
+  ospf_tables::Interface interface {};
   interface.name = "lan";
   interface.address = "10.1.0." + std::to_string(id);
   process.instance.areas[0].interfaces.push_back(interface);

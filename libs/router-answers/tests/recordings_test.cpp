@@ -174,15 +174,14 @@ TEST_P(SettledRecording, OneNetworkIsTheDatabaseOfTheCapture) {
             key.name.advertising_router}] = {lsa.header.sequence, lsa.header.checksum};
     }
   }
-  // A router may keep what all others flushed; then it is told that these lack it. What it says of a
-  // link whose other end has died is sent to nobody any more, and nobody else has to have it.
+  // A router may keep what all others flushed; then it is told that these lack it. What it says of
+  // a link whose other end has died is sent to nobody any more, and nobody else has to have it.
   constexpr std::uint16_t link_lsa = 0x0008;
   for (const Key &key : gone) {
     if (!told.contains(key) || std::get<3>(key) == link_lsa) continue;
-    const std::string name =
-        lsa_vocabulary::type_name(std::get<0>(key), std::get<3>(key)) + " " +
-        ospf_decode::ipv4_text(std::get<4>(key)) + " of " +
-        ospf_decode::ipv4_text(std::get<5>(key)) + ": ";
+    const std::string name = lsa_vocabulary::type_name(std::get<0>(key), std::get<3>(key)) + " " +
+                             ospf_decode::ipv4_text(std::get<4>(key)) + " of " +
+                             ospf_decode::ipv4_text(std::get<5>(key)) + ": ";
     EXPECT_TRUE(std::any_of(network.differences.begin(), network.differences.end(),
                             [&](const router_answers::Difference &difference) {
                               return difference.text.find(name) != std::string::npos &&

@@ -21,9 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const char *act, const std::string &path) {
-  throw cannot(act, path, errno);
-}
+[[noreturn]] void fail(const char *act, const std::string &path) { throw cannot(act, path, errno); }
 
 // Gives pieces until `take` says that it has enough.
 void read_until(const std::string &path, const std::function<bool(ByteView)> &take) {

@@ -99,8 +99,8 @@ const TableRule &TreeReader::table_of(const Frame &frame) const {
                     "that of a table of " + std::string(stream_module));
 }
 
-// The check walks the image before the library reads it: the reader trusts what it is given, and can
-// neither say where an image is wrong nor take back what it has made of it.
+// The check walks the image before the library reads it: the reader trusts what it is given, and
+// can neither say where an image is wrong nor take back what it has made of it.
 void TreeReader::take_row(const Frame &frame) {
   const TableRule *rule = builder_.open_rule();
   if (rule == nullptr) throw Misplaced("a row", "the table of the root");

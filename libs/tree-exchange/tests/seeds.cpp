@@ -2,8 +2,8 @@
 #include <fstream>
 #include <iostream>
 
-#include "support/random_tree.hpp"
 #include "stream_maker.hpp"
+#include "support/random_tree.hpp"
 
 namespace {
 

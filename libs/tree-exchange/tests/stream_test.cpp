@@ -8,8 +8,8 @@
 
 #include "ospf_tables/rows.hpp"
 #include "ospf_tables/tree.hpp"
-#include "support/random_tree.hpp"
 #include "stream_maker.hpp"
+#include "support/random_tree.hpp"
 #include "tree_exchange/annotation.hpp"
 #include "tree_exchange/tree_reader.hpp"
 #include "tree_exchange/tree_writer.hpp"

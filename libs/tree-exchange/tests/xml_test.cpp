@@ -8,8 +8,8 @@
 #include <random>
 
 #include "../fuzz/fuzz_input.hpp"
-#include "support/random_tree.hpp"
 #include "support/places.hpp"
+#include "support/random_tree.hpp"
 #include "tree_exchange/tree_xml.hpp"
 #include "xml_scanner.hpp"
 

@@ -38,9 +38,8 @@ extern "C" kelp_type_record *kelp_type_info_ptr_get(kelp_handle *handle, uint32_
   kelp_type_record_copy *copy = nullptr;
   uint32_t code = 0;
   // A table that is refused may be referred to.
-  const char *refusal = kelp::is_structure(*static_record)
-                            ? database.editions.refusal(static_record->md5)
-                            : nullptr;
+  const char *refusal =
+      kelp::is_structure(*static_record) ? database.editions.refusal(static_record->md5) : nullptr;
   const bool done = kelp::without_exceptions([&] {
     const auto look = [&] {
       if (refusal != nullptr) {
@@ -125,8 +124,7 @@ extern "C" void **kelp_quick_kept(kelp_handle *handle, const void *owner) {
   if (state.quick.store_pool == nullptr || !kelp::has_own_hooks(state)) return nullptr;
   const kelp_database &database = *state.database;
   void **place = nullptr;
-  kelp::without_exceptions([&] {
-    place = state.kept.place(owner, database.types.version(), database.editions.seen());
-  });
+  kelp::without_exceptions(
+      [&] { place = state.kept.place(owner, database.types.version(), database.editions.seen()); });
   return place;
 }

@@ -10,8 +10,8 @@ namespace kelp {
 // Twice as many places as there may be records, up to a bound; then the lists at the places get
 // longer.
 void ReplicationCache::make_places() {
-  const std::uint64_t count =
-      std::min(std::bit_ceil(std::max<std::uint64_t>(2 * std::uint64_t{capacity_}, 2)), kMostPlaces);
+  const std::uint64_t count = std::min(
+      std::bit_ceil(std::max<std::uint64_t>(2 * std::uint64_t{capacity_}, 2)), kMostPlaces);
   slots_.resize(1);
   owned_places_.reset(new Place[count]());
   places_shift_ = 64 - static_cast<unsigned>(std::countr_zero(count));

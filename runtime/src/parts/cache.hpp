@@ -1,9 +1,9 @@
 // The replication cache of a database: the records that readers were given last, each once, as many
 // as its capacity. The record entered longest ago gives way.
 //
-// Every step of a reader enters a record, and every freed block is asked for here. So it is flat: an
-// array of slots that hang in one list by the order of their entering, and a table of the slots by
-// their records, made once, which says without a lock that a block was never entered.
+// Every step of a reader enters a record, and every freed block is asked for here. So it is flat:
+// an array of slots that hang in one list by the order of their entering, and a table of the slots
+// by their records, made once, which says without a lock that a block was never entered.
 #pragma once
 
 #include <atomic>

@@ -21,9 +21,8 @@ kelp_object_destroyer find_destroyer(const kelp_type_record *type);
 
 // What prepares an object of this type, as <type>_initialize does; null when there is none.
 using ObjectInitializer = void (*)(kelp_handle *, std::uint32_t space_id, void *object,
-                                         kelp_type_record *, std::int32_t notify,
-                                         std::int32_t skip_stats, std::uint8_t flags,
-                                         void *sttr_base, std::uint32_t *err);
+                                   kelp_type_record *, std::int32_t notify, std::int32_t skip_stats,
+                                   std::uint8_t flags, void *sttr_base, std::uint32_t *err);
 ObjectInitializer find_initializer(const kelp_type_record *type);
 
 }  // namespace kelp

@@ -58,8 +58,8 @@ std::string address_of(const InterfaceLine &line) {
 }
 
 ospf_findings::InterfaceFacts facts_of(const InterfaceLine &line) {
-  const auto family = line.instance.version == 2 ? ospf_routes::Family::ipv4
-                                                 : ospf_routes::Family::ipv6;
+  const auto family =
+      line.instance.version == 2 ? ospf_routes::Family::ipv4 : ospf_routes::Family::ipv6;
   ospf_findings::InterfaceFacts facts;
   facts.version = line.instance.version;
   facts.instance = line.instance.instance_id;

@@ -15,7 +15,8 @@ namespace tool {
 // The status: 0; 1 for wrong data, or output that cannot be written; 2 for wrong words.
 int run_program(const char *const *begin, const char *const *end);
 
-inline constexpr char no_memory_message[] = "ospf-harbor: found no memory for more, expected some\n";
+inline constexpr char no_memory_message[] =
+    "ospf-harbor: found no memory for more, expected some\n";
 
 // One command, with the words of its line, on a database that is there. Throws UsageError for words
 // that are wrong, and what the command throws.

@@ -166,7 +166,8 @@ class DiffListing {
     any_ = true;
     for (const RouteChange &change : changes) {
       if (!options_.json) break;
-      auto line = nlohmann::ordered_json::parse(tool::json_line(before, one, other, change, names_));
+      auto line =
+          nlohmann::ordered_json::parse(tool::json_line(before, one, other, change, names_));
       nlohmann::ordered_json first = {{"diff", "route"}};
       first.update(line);
       std::printf("%s\n", line_of(first).c_str());

@@ -63,12 +63,17 @@ std::string json_of_failure(const Database &database, const Failure &failure,
   return line_of(line);
 }
 
-void print_failures(const Database &database, const std::vector<Failure> &found,
-                    std::size_t count, const RouterNames &names) {
+void print_failures(const Database &database, const std::vector<Failure> &found, std::size_t count,
+                    const RouterNames &names) {
   std::printf("%s: failures, %zu of %zu; pairs of routers that are cut off or farther apart\n",
               instance_name(database).c_str(), count, found.size());
-  Table rows({{"Fails"}, {"What"}, {"Area"}, {"Cut off", true}, {"Longer", true},
-              {"Most added", true}, {"Isolated"}});
+  Table rows({{"Fails"},
+              {"What"},
+              {"Area"},
+              {"Cut off", true},
+              {"Longer", true},
+              {"Most added", true},
+              {"Isolated"}});
   for (std::size_t at = 0; at < count; ++at) {
     const Failure &failure = found[at];
     std::string isolated;

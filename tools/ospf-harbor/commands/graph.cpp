@@ -88,7 +88,8 @@ int tell_nothing(const GraphOptions &options) {
 // Of the instances that were asked for, which are OSPFv2's first, a page has all and a picture the
 // first; 1, with a word on standard error, when there is nothing to draw.
 template <typename MakePicture>
-int draw_instances(const std::set<InstanceName> &instances, const GraphOptions &options, MakePicture make) {
+int draw_instances(const std::set<InstanceName> &instances, const GraphOptions &options,
+                   MakePicture make) {
   if (instances.empty()) return tell_nothing(options);
   std::vector<PagePicture> pictures;
   for (const InstanceName &instance : instances) {
@@ -180,8 +181,7 @@ Run set_up_graph(CLI::App &app) {
   app.add_option("--area", options->area, "Only this area, such as 0.0.0.1 or 1");
   app.add_option("--instance", options->filter.instance, "This instance ID, such as 64");
   app.add_option("--family", options->filter.family, "An instance of ipv4 or of ipv6");
-  CLI::Option *v2 =
-      app.add_flag("--v2", options->filter.v2, "OSPFv2 (the default if it is there)");
+  CLI::Option *v2 = app.add_flag("--v2", options->filter.v2, "OSPFv2 (the default if it is there)");
   app.add_flag("--v3", options->filter.v3, "OSPFv3")->excludes(v2);
   options->what_if.add_to(app);
   return [options](ospf_tables::Session *session) { return draw_graph(*session, *options); };

@@ -23,8 +23,7 @@ constexpr HelpText help_texts[] = {
      "lsdb --v2 --area 2 --from site.pcap\n"
      "lsdb --type external --prefix 100.64.0.0/10+ --from site.pcap\n"
      "lsdb --type opaque --adv-router 10.0.0.1 --detail --from routers"},
-    {"watch",
-     "watch area/0.0.0.0 --json --store net.store\nwatch --from nats://hub --name paris"},
+    {"watch", "watch area/0.0.0.0 --json --store net.store\nwatch --from nats://hub --name paris"},
     {"replicate",
      "replicate --store net.store --to nats://hub --name paris\n"
      "replicate --store paris.store --from nats://hub --name paris\n"
@@ -98,8 +97,8 @@ std::string footer_of(const std::string &command) {
     footer += (footer.empty() ? "Examples:\n" : "") + ("  ospf-harbor " + line) + "\n";
   }
   const Statuses &statuses = text.statuses;
-  return footer + (footer.empty() ? "" : "\n") + "Exit status:\n  0  " + statuses.zero +
-         "\n  1  " + statuses.one + "\n  2  " + statuses.two + "\n";
+  return footer + (footer.empty() ? "" : "\n") + "Exit status:\n  0  " + statuses.zero + "\n  1  " +
+         statuses.one + "\n  2  " + statuses.two + "\n";
 }
 
 std::string wrapped(const std::string &text, std::size_t width) {

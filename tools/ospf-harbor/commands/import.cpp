@@ -20,8 +20,10 @@ Run set_up_import(CLI::App &app) {
   options->show.add_to(app);
   return [options](ospf_tables::Session *session) {
     session->changing([&] {
-      for (const std::string &file : options->images) import_tree(*session, TreeForm::image, file, file);
-      for (const std::string &file : options->documents) import_tree(*session, TreeForm::xml, file, file);
+      for (const std::string &file : options->images)
+        import_tree(*session, TreeForm::image, file, file);
+      for (const std::string &file : options->documents)
+        import_tree(*session, TreeForm::xml, file, file);
     });
     return options->show.run(*session);
   };

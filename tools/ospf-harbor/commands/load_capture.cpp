@@ -24,8 +24,7 @@ Run set_up_load_capture(CLI::App &app) {
                  "How long to listen; until a signal without it")
       ->needs(interface);
   add_ages_option(app, options->heard.as_heard);
-  app.add_flag("--json", options->heard.json,
-               "What was read and loaded as one JSON object a line");
+  app.add_flag("--json", options->heard.json, "What was read and loaded as one JSON object a line");
   options->show.add_to(app);
   return [options](ospf_tables::Session *session) {
     return options->show.run(*session, load_capture(*session, options->heard));

@@ -66,8 +66,14 @@ their TLVs say: type, name, length, unit, says, octets and sub_tlvs.
 }  // namespace
 
 extern const Command lsdb_command;
-const Command lsdb_command{"lsdb",      "List the link-state databases", Needs::tree,
-                           set_up_lsdb, Stands::everywhere,              false,
-                           lsdb_description, nullptr, Sites::each};
+const Command lsdb_command{"lsdb",
+                           "List the link-state databases",
+                           Needs::tree,
+                           set_up_lsdb,
+                           Stands::everywhere,
+                           false,
+                           lsdb_description,
+                           nullptr,
+                           Sites::each};
 
 }  // namespace tool

@@ -29,9 +29,8 @@ Run set_up_list(CLI::App &app) {
   app.add_flag("--json", options->json, "One JSON object a line");
   return [options, name = app.get_name()](ospf_tables::Session *session) {
     const NetworkLists lists = read_network(*session, options->filter);
-    const bool any = options->json
-                         ? print_json(lists, stdout)
-                         : print(lists, screen_of_output(options->colour), stdout);
+    const bool any = options->json ? print_json(lists, stdout)
+                                   : print(lists, screen_of_output(options->colour), stdout);
     if (any) return 0;
     std::fprintf(stderr, "ospf-harbor: %s: %sthere are none that the options ask for\n",
                  name.c_str(), site_part(session->named_site()).c_str());
@@ -77,10 +76,10 @@ has_router_lsa, border, as_boundary, areas (their IDs), interfaces,
 neighbors, full and lsas, which are counts.
 )" SITE_KEYS;
 
-constexpr Command list_command(const char *name, const char *sentence,
-                               Run (*set_up)(CLI::App &app), const char *description) {
-  return {name,  sentence, Needs::tree, set_up, Stands::everywhere,
-          false, description,  nullptr, Sites::each};
+constexpr Command list_command(const char *name, const char *sentence, Run (*set_up)(CLI::App &app),
+                               const char *description) {
+  return {name,  sentence,    Needs::tree, set_up,     Stands::everywhere,
+          false, description, nullptr,     Sites::each};
 }
 
 }  // namespace

@@ -150,8 +150,7 @@ class PathReport {
       area = step.area;
       std::printf("\n");
     }
-    std::printf("  %-*s  %s\n", width, labelled(path.last, names_).c_str(),
-                end_text(path).c_str());
+    std::printf("  %-*s  %s\n", width, labelled(path.last, names_).c_str(), end_text(path).c_str());
     if (symmetric && !*symmetric) print_way_back(from, path.last);
   }
 
@@ -237,8 +236,8 @@ class PathPictures {
     }
     Topology topology = topology_of(database);
     add_lists(topology, lists_);
-    Picture picture = picture_of(
-        topology, {false, options_.picture.shows_addresses(), way_over(topology, all)});
+    Picture picture =
+        picture_of(topology, {false, options_.picture.shows_addresses(), way_over(topology, all)});
     picture.title += "; from " + options_.from + " to " + options_.to;
     pictures_.push_back({std::move(picture), page_lsas(lsas_, topology.instance)});
     return std::ranges::any_of(all, [](const Path &path) {

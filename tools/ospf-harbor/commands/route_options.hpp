@@ -57,8 +57,8 @@ std::vector<ospf_routes::Database> chosen_databases(const std::vector<ospf_table
 ospf_routes::RouterId router_named(const std::string &option, const std::string &text,
                                    const std::vector<ospf_routes::Calculator> &calculators);
 
-// Of all routes the prefixes that share most bits with an address or a prefix, as "10.0.0.0/8, ...";
-// empty when the text is neither, or there are none.
+// Of all routes the prefixes that share most bits with an address or a prefix, as "10.0.0.0/8,
+// ..."; empty when the text is neither, or there are none.
 std::string nearest_prefixes(const std::string &text,
                              const std::vector<ospf_routes::Calculator> &calculators,
                              const std::vector<ospf_routes::Database> &databases);

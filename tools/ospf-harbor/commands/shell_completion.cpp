@@ -23,10 +23,11 @@ enum class Kind { commands, files, routers, areas, paths };
 
 // What the values of options are, where it is not a file.
 const std::map<std::string, Kind> &kinds_of_options() {
-  static const std::map<std::string, Kind> kinds{
-      {"--router", Kind::routers},  {"--adv-router", Kind::routers},
-      {"--without-router", Kind::routers}, {"--area", Kind::areas},
-      {"--path", Kind::paths}};
+  static const std::map<std::string, Kind> kinds{{"--router", Kind::routers},
+                                                 {"--adv-router", Kind::routers},
+                                                 {"--without-router", Kind::routers},
+                                                 {"--area", Kind::areas},
+                                                 {"--path", Kind::paths}};
   return kinds;
 }
 
@@ -100,7 +101,8 @@ void add_words(const Words &words, const std::string &begun, std::vector<Complet
 }
 
 // The command or group that words begin with, and how many of them name it.
-std::pair<CLI::App *, std::size_t> command_of(CLI::App &app, const std::vector<std::string> &words) {
+std::pair<CLI::App *, std::size_t> command_of(CLI::App &app,
+                                              const std::vector<std::string> &words) {
   CLI::App *at = &app;
   std::size_t used = 0;
   for (; used < words.size() && !commands_of(*at).empty(); ++used) {

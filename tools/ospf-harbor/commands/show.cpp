@@ -20,9 +20,10 @@ Run set_up_show(CLI::App &app) {
   const auto options = std::make_shared<Options>();
   // A file stands where a path could: it is a source then.
   app.validate_positionals();
-  app.add_option("PATH", options->path,
-                 "Rows by kind and key, such as area/0.0.0.0/interface/eth0; without it an overview "
-                 "of areas, routers and neighbours")
+  app.add_option(
+         "PATH", options->path,
+         "Rows by kind and key, such as area/0.0.0.0/interface/eth0; without it an overview "
+         "of areas, routers and neighbours")
       ->check([](const std::string &word) {
         return word == "-" || std::filesystem::exists(word) ? "a source" : "";
       });
@@ -39,10 +40,14 @@ Run set_up_show(CLI::App &app) {
 }  // namespace
 
 extern const Command show_command;
-const Command show_command{"show",      "Print an overview, or rows of the tree",
-                           Needs::tree, set_up_show,
-                           Stands::everywhere, false,
-                           nullptr,     nullptr,
+const Command show_command{"show",
+                           "Print an overview, or rows of the tree",
+                           Needs::tree,
+                           set_up_show,
+                           Stands::everywhere,
+                           false,
+                           nullptr,
+                           nullptr,
                            Sites::each};
 
 }  // namespace tool

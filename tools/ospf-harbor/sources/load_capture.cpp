@@ -375,7 +375,8 @@ class Collector {
 
 int collect_capture(Session &session, const CaptureOptions &options) {
   decode::Network network;
-  const auto source = open_source(collect_name, options.interface, options.interface, true, 0, network);
+  const auto source =
+      open_source(collect_name, options.interface, options.interface, true, 0, network);
   if (source == nullptr) return 1;
   std::fprintf(stderr, "listening on %s\n", in_one_line(options.interface).c_str());
   Collector collector(session, network);

@@ -1,4 +1,5 @@
-// While it lives, signals that ask a program to end (SIGINT, SIGTERM) call a function and end nothing.
+// While it lives, signals that ask a program to end (SIGINT, SIGTERM) call a function and end
+// nothing.
 #pragma once
 
 #include <signal.h>

@@ -1,7 +1,7 @@
 // What `--from` names, loaded into the tables of this run: captures, folders of captures, folders
 // with what a routing daemon says, folders of such folders, tree streams and trees' XML, told apart
-// by what is there. Several routers' answers are one network, as a capture of it would be. Files may
-// be packed by gzip, and "-" is standard input.
+// by what is there. Several routers' answers are one network, as a capture of it would be. Files
+// may be packed by gzip, and "-" is standard input.
 #pragma once
 
 #include <string>

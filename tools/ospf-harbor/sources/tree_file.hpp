@@ -15,8 +15,8 @@ enum class TreeForm { image, xml, text };
 void import_tree(ospf_tables::Session &session, TreeForm form, const std::string &file,
                  const std::string &name);
 
-// What to say of a file with so many bytes that an import would refuse for them; empty when it takes
-// them.
+// What to say of a file with so many bytes that an import would refuse for them; empty when it
+// takes them.
 std::string too_many_bytes(TreeForm form, const std::string &file, std::uint64_t size);
 
 }  // namespace tool

@@ -62,8 +62,8 @@ TEST_P(Answers, HaveTheLsasOfTheCapture) {
     ++whole;
     EXPECT_EQ(other.length, lsa.length) << name;
     EXPECT_EQ(other.options, lsa.options) << name;
-    EXPECT_TRUE(std::equal(lsa.raw_data.begin() + 2, lsa.raw_data.end(),
-                           other.raw_data.begin() + 2, other.raw_data.end()))
+    EXPECT_TRUE(std::equal(lsa.raw_data.begin() + 2, lsa.raw_data.end(), other.raw_data.begin() + 2,
+                           other.raw_data.end()))
         << name;
   }
   // Long opaque LSAs and what BIRD leaves out are few beside the rest.
@@ -71,7 +71,8 @@ TEST_P(Answers, HaveTheLsasOfTheCapture) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Networks, Answers,
-                         testing::Values("campus", "nssa", "virtual", "nbma", "bird-frr", "refresh"));
+                         testing::Values("campus", "nssa", "virtual", "nbma", "bird-frr",
+                                         "refresh"));
 
 // Of three instances each is a database of its own, as in a capture.
 TEST(Answers, KeepInstancesApart) {
@@ -86,7 +87,8 @@ TEST(Answers, KeepInstancesApart) {
   // Beside these there are link LSAs of interfaces that lead nowhere, which no capture has.
   for (const auto &[key, lsa] : told) {
     told_instances.insert(std::get<0>(key));
-    EXPECT_TRUE(captured.contains(key) || lsa.type == lsa_vocabulary::lsa3_link) << std::get<0>(key);
+    EXPECT_TRUE(captured.contains(key) || lsa.type == lsa_vocabulary::lsa3_link)
+        << std::get<0>(key);
   }
   EXPECT_EQ(told_instances, captured_instances);
   EXPECT_EQ(told_instances,

@@ -149,7 +149,8 @@ class CapturedNetwork : public testing::TestWithParam<const char *> {
   }
   captured::Tree load() {
     ospf_tables::Session session;
-    EXPECT_EQ(tool::load_capture(session, {{path("all.pcap")}, "", 0, "", nullptr, false, true}), 0);
+    EXPECT_EQ(tool::load_capture(session, {{path("all.pcap")}, "", 0, "", nullptr, false, true}),
+              0);
     return captured::read(session);
   }
 };

@@ -144,8 +144,8 @@ TEST_F(Check, TreesAndStoresAreComparedAsFarAsTheyGo) {
                                             "address2",        "one_way2",       "one_way3"};
   std::set<std::string> of_answers = of_capture;
   // LSAs have masks.
-  of_answers.insert({"hello_interval3", "dead_interval3", "network_mask2", "area3", "area_type2",
-                     "area_type3"});
+  of_answers.insert(
+      {"hello_interval3", "dead_interval3", "network_mask2", "area3", "area_type2", "area_type3"});
   for (const auto &[source, expected] : {std::pair(capture_of("mismatch"), of_capture),
                                          {recording("mismatch") + "/routers", of_answers}}) {
     const std::string name = std::to_string(expected.size());
@@ -198,8 +198,7 @@ TEST_F(Check, ACaptureOfOneLinkShowsWhoFacesWhomInOspfv3) {
 }
 
 TEST_F(Check, EndsOfALinkThatAreAloneEachInItsInstanceAreTold) {
-  for (const std::string &source :
-       {capture_of("strangers"), recording("strangers") + "/routers"}) {
+  for (const std::string &source : {capture_of("strangers"), recording("strangers") + "/routers"}) {
     const auto strangers = found("", source);
     ASSERT_EQ(strangers.size(), 1u) << source;
     expect_all(strangers, {{"warning", "interface_mismatch", "instance_id", 3,
@@ -343,7 +342,8 @@ TEST_F(Check, TheStatusFollowsTheWorst) {
   EXPECT_EQ(ask("check --fail-on error --v3", capture_of("sameid")).status, 1);
   // 1 is an answer: what cannot be read, or only in part, has 2, with what was found all the same.
   EXPECT_EQ(ask("check", "no.pcap").status, 2);
-  const Said cut = ask("check --least error --fail-on notice", recording("dr-change") + "/cut.pcap");
+  const Said cut =
+      ask("check --least error --fail-on notice", recording("dr-change") + "/cut.pcap");
   EXPECT_EQ(cut.status, 2) << cut.err;
   EXPECT_NE(cut.out.find(" notices\n"), std::string::npos) << cut.out;
   const Said wrong = ask("check --fail-on never", capture);
@@ -357,7 +357,8 @@ TEST_F(Check, AFindingIsOneLineOfJson) {
   std::string keys;
   for (const auto &[key, value] : all[0].items()) keys += key + " ";
   EXPECT_EQ(keys,
-            "severity kind version instance area routers router_names where field what lsas packets look_at ");
+            "severity kind version instance area routers router_names where field what lsas "
+            "packets look_at ");
   EXPECT_EQ(all[0]["routers"], ordered_json({"10.243.0.14"}));
   EXPECT_EQ(all[0]["lsas"], ordered_json({"Router 10.243.0.14 of 10.243.0.14 in area 0.0.0.0"}));
 }

@@ -196,7 +196,8 @@ TEST_F(Collecting, EventsAreToldAsTheyHappenAndTimersWhenTheyEnd) {
     for (const std::uint32_t number : {1u, 2u}) network.send_frame(hello_of(number));
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     return says("\"neighbor_up\"");
-  })) << events.out() << events.err();
+  })) << events.out()
+      << events.err();
   const std::string last = events.out();
   EXPECT_EQ(last.find("neighbor_down"), std::string::npos) << last;
   // Now both are silent, and nothing comes that could tell.

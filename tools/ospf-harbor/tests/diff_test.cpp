@@ -39,8 +39,8 @@ TEST_F(Diff, EachDifferenceIsALineOfJson) {
     return ordered_json(ordered_json::object());
   };
   // r1, the designated router of four, dies.
-  const auto dies = lines(ask({capture_of("dr-change"), "--v2", "--at", "05:30:52",
-                               "--at", "05:31:02", "--router", "10.246.0.4", "--json"})
+  const auto dies = lines(ask({capture_of("dr-change"), "--v2", "--at", "05:30:52", "--at",
+                               "05:31:02", "--router", "10.246.0.4", "--json"})
                               .out);
   EXPECT_EQ(one_of(dies, "adjacency", "went", "10.246.0.2").dump(),
             R"({"diff":"adjacency","change":"went","version":2,"instance":0,"area":"0.0.0.0",)"
@@ -49,9 +49,9 @@ TEST_F(Diff, EachDifferenceIsALineOfJson) {
   EXPECT_EQ(one_of(dies, "lsa", "came", "10.246.0.2")["type_name"], "Network");
   EXPECT_EQ(one_of(dies, "route", "lost", "10.246.0.4")["prefix"], "10.246.0.1/32");
   // A cost changes, and two externals are withdrawn.
-  const auto cheap = lines(ask({capture_of("transit"), "--v2", "--at", "1795359763",
-                                "--at", "1795359772", "--json"})
-                               .out);
+  const auto cheap = lines(
+      ask({capture_of("transit"), "--v2", "--at", "1795359763", "--at", "1795359772", "--json"})
+          .out);
   const ordered_json cost = one_of(cheap, "cost", "changed", "10.254.0.5");
   ASSERT_TRUE(cost.contains("before"));
   EXPECT_EQ(cost["before"], "10");

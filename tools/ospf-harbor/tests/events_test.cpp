@@ -112,10 +112,14 @@ TEST_F(Events, WhatNeighboursDifferInIsToldOnce) {
 TEST_F(Events, NeighboursOfOspfv3DifferTooThoughTheyTakeNothingFromEachOther) {
   const auto all = told("--kind mismatch --v3", "mismatch");
   const std::vector<std::pair<const char *, const char *>> expected = {
-      {"hello_interval", "10.245.0.2"}, {"dead_interval", "10.245.0.3"},
-      {"mtu", "10.245.0.5"},            {"area", "10.245.0.6"},
-      {"area_type", "10.245.0.7"},      {"authentication", "10.245.0.8"},
-      {"authentication_key", "10.245.0.9"}, {"network_type", "10.245.0.12"},
+      {"hello_interval", "10.245.0.2"},
+      {"dead_interval", "10.245.0.3"},
+      {"mtu", "10.245.0.5"},
+      {"area", "10.245.0.6"},
+      {"area_type", "10.245.0.7"},
+      {"authentication", "10.245.0.8"},
+      {"authentication_key", "10.245.0.9"},
+      {"network_type", "10.245.0.12"},
       {"one_way", "10.245.0.13"}};
   for (const auto &[field, router] : expected) {
     EXPECT_NE(event_of(all, "mismatch", field, {"10.245.0.1", router}), nullptr) << field;
@@ -130,21 +134,15 @@ TEST_F(Events, NeighboursOfOspfv3DifferTooThoughTheyTakeNothingFromEachOther) {
 }
 
 TEST_F(Events, EachKindIsInARecording) {
-  const std::map<std::string, std::string> shown = {{"neighbor_up", "forged"},
-                                                    {"neighbor_down", "forged"},
-                                                    {"mismatch", "strangers"},
-                                                    {"dr_change", "instances"},
-                                                    {"lsa_new", "forged"},
-                                                    {"lsa_changed", "forged"},
-                                                    {"lsa_refreshed", "refresh"},
-                                                    {"lsa_flushed", "forged"},
-                                                    {"lsa_aged_out", "ageing"},
-                                                    {"max_age_storm", "dr-change"},
-                                                    {"restart", "forged"},
-                                                    {"graceful_restart", "forged"},
-                                                    {"sequence_wrap", "forged"},
-                                                    {"retransmission", "instances"},
-                                                    {"bad_checksum", "forged"}};
+  const std::map<std::string, std::string> shown = {
+      {"neighbor_up", "forged"},    {"neighbor_down", "forged"},
+      {"mismatch", "strangers"},    {"dr_change", "instances"},
+      {"lsa_new", "forged"},        {"lsa_changed", "forged"},
+      {"lsa_refreshed", "refresh"}, {"lsa_flushed", "forged"},
+      {"lsa_aged_out", "ageing"},   {"max_age_storm", "dr-change"},
+      {"restart", "forged"},        {"graceful_restart", "forged"},
+      {"sequence_wrap", "forged"},  {"retransmission", "instances"},
+      {"bad_checksum", "forged"}};
   std::map<std::string, std::set<std::string>> kinds;  // by recording
   for (std::size_t at = 0; at < ospf_events::event_kind_count; ++at) {
     const std::string kind = ospf_events::name_of(static_cast<ospf_events::EventKind>(at));
@@ -253,16 +251,18 @@ TEST_F(Events, OneEventIsOneLine) {
   ASSERT_EQ(all.size(), 1u);
   std::string keys;
   for (const auto &[key, value] : all[0].items()) keys += key + " ";
-  EXPECT_EQ(keys, "time kind file packet version instance area routers router_names where why what lsa ");
+  EXPECT_EQ(keys,
+            "time kind file packet version instance area routers router_names where why what lsa ");
 }
 
 TEST_F(Events, NothingIsToldWithTheNearestRouters) {
   const Said router = ask("events --router 10.242.0.9", "forged");
   EXPECT_EQ(router.status, 1);
   EXPECT_EQ(router.out, "");
-  EXPECT_NE(router.err.find("ospf-harbor: events: nothing of that happened; the nearest routers are "
-                            "10.242.0.3, 10.242.0.2, 10.242.0.1\n"),
-            std::string::npos)
+  EXPECT_NE(
+      router.err.find("ospf-harbor: events: nothing of that happened; the nearest routers are "
+                      "10.242.0.3, 10.242.0.2, 10.242.0.1\n"),
+      std::string::npos)
       << router.err;
   const Said kind = ask("events --kind max_age_storm --router 10.242.0.3", "forged");
   EXPECT_EQ(kind.status, 1);

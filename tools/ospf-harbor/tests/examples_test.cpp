@@ -46,14 +46,12 @@ TEST_P(Examples, ShowWhatIsPrinted) {
   EXPECT_EQ(without_breaks(printed), without_breaks(shown.substr(0, shown.find("\n$ "))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, Examples,
-                         testing::Values(Example{"check", "sameid", 1},
-                                         Example{"diff", "forged", 1},
-                                         Example{"events", "mismatch", 0},
-                                         Example{"failures", "virtual", 0},
-                                         Example{"model", "virtual", 0},
-                                         Example{"path", "virtual", 0},
-                                         Example{"routes", "virtual", 0}),
-                         [](const auto &info) { return std::string(info.param.command); });
+INSTANTIATE_TEST_SUITE_P(
+    Commands, Examples,
+    testing::Values(Example{"check", "sameid", 1}, Example{"diff", "forged", 1},
+                    Example{"events", "mismatch", 0}, Example{"failures", "virtual", 0},
+                    Example{"model", "virtual", 0}, Example{"path", "virtual", 0},
+                    Example{"routes", "virtual", 0}),
+    [](const auto &info) { return std::string(info.param.command); });
 
 }  // namespace

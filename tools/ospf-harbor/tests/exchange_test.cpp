@@ -69,7 +69,8 @@ TEST_F(TreeFiles, AreCommandsOfTheShell) {
                    "\nimport --image " + file("none") + "\nexport\nshow --tree\n");
   const Said said = run({"shell"}, file("lines"));
   EXPECT_EQ(said.status, 2);
-  EXPECT_NE(said.err.find("cannot open " + file("none") + ": No such file"), std::string::npos) << said.err;
+  EXPECT_NE(said.err.find("cannot open " + file("none") + ": No such file"), std::string::npos)
+      << said.err;
   EXPECT_NE(said.err.find("ospf-harbor: export: "), std::string::npos) << said.err;
   EXPECT_EQ(said.out, content_of(file("a.txt")));
   EXPECT_EQ(content_of(file("b.tree")), content_of(file("a.tree")));
@@ -421,7 +422,8 @@ TEST_F(TwoProcesses, SeveralAreServedAtOnceAndSeveralTreesTaken) {
   close(slow);
   close(late);
   EXPECT_EQ(waiting->wait(), 0) << waiting->err();
-  EXPECT_EQ(waiting->out(), run({"show", "--tree", "--from", file("one.tree"), file("two.tree")}).out);
+  EXPECT_EQ(waiting->out(),
+            run({"show", "--tree", "--from", file("one.tree"), file("two.tree")}).out);
 }
 
 TEST_F(TwoProcesses, ATcpPortAsksForTheTokenAndSaysWhy) {

@@ -222,7 +222,8 @@ TEST_F(Faults, ExportSyncsTheFileAndItsFolder) {
 TEST_F(Faults, RecordsThatTheTraceFileDoesNotTakeAreTold) {
   const Words words{"--trace-file", work("trace"), "load", "frr", sample_};
   const Said said = run_failing("write:3", words);
-  expect_refusal(said, {"cannot write " + work("trace") + ": No space left on device; 1 of the trace's "
+  expect_refusal(said, {"cannot write " + work("trace") +
+                        ": No space left on device; 1 of the trace's "
                         "records are lost"});
   const auto lines = [&](const std::string &path) {
     const Said read = run({"trace", path, "--level", "debug"});

@@ -12,13 +12,13 @@
 #include <sstream>
 
 #include "commands/commands.hpp"
+#include "ospf_routes/read_databases.hpp"
 #include "ospf_tables/input_error.hpp"
 #include "ospf_tables/row_keys.hpp"
 #include "sources/sources.hpp"
 #include "support/places.hpp"
 #include "support/temporary_folder.hpp"
 #include "synthetic_network.hpp"
-#include "ospf_routes/read_databases.hpp"
 #include "views/dot_text.hpp"
 #include "views/graphviz.hpp"
 #include "views/picture_page.hpp"
@@ -151,7 +151,8 @@ TEST(Topology, OfInstancesOnOneLinkIsEachItsOwn) {
 TEST(Topology, KnowsTheKindsOfAreasNetworksAndLinks) {
   for (const std::uint8_t version : {2, 3}) {
     SCOPED_TRACE(int{version});
-    const std::map<std::uint32_t, std::string> kinds{{0, "normal"}, {1, "NSSA"}, {2, "totally stubby"}};
+    const std::map<std::uint32_t, std::string> kinds{
+        {0, "normal"}, {1, "NSSA"}, {2, "totally stubby"}};
     EXPECT_EQ(recorded("nssa", version).areas, kinds);
     const tool::Topology nbma = recorded("nbma", version);
     ASSERT_EQ(nbma.networks.size(), 1u);
@@ -332,7 +333,8 @@ TEST(Dot, StubsAreDrawnWhenTheyAreAskedFor) {
 }
 
 TEST(Dot, AddressesAreDrawnWhenTheyAreAskedFor) {
-  for (const auto &[version, own] : {std::pair(2, ">20<BR/>10.0.12.1<"), std::pair(3, "<BR/>fe80::")}) {
+  for (const auto &[version, own] :
+       {std::pair(2, ">20<BR/>10.0.12.1<"), std::pair(3, "<BR/>fe80::")}) {
     const tool::Topology campus = recorded("campus", static_cast<std::uint8_t>(version));
     EXPECT_EQ(dot_of(campus).find(own), std::string::npos);
     const std::string dot = dot_of(campus, {.addresses = true});
@@ -345,8 +347,9 @@ TEST(Dot, KindsAndNamesAndCountsStandInWords) {
   tool::Topology nssa = recorded("nssa", 2);
   nssa.names[address("10.251.0.4")] = "inside";
   const std::string dot = dot_of(nssa);
-  for (const char *text : {">area 0.0.0.1, NSSA<", ">area 0.0.0.2, totally stubby<", "<B>inside</B>",
-                           ">10.251.0.4<", ">DR inside<", ">5 NSSA<", ">3 externals, default into"}) {
+  for (const char *text :
+       {">area 0.0.0.1, NSSA<", ">area 0.0.0.2, totally stubby<", "<B>inside</B>", ">10.251.0.4<",
+        ">DR inside<", ">5 NSSA<", ">3 externals, default into"}) {
     EXPECT_NE(dot.find(text), std::string::npos) << text;
   }
   const std::string nbma = dot_of(recorded("nbma", 2));
@@ -360,16 +363,20 @@ TEST(Dot, KindsAndNamesAndCountsStandInWords) {
 // A change of a cost, of a designated router, a router that goes and one that comes.
 tool::Topology difference() {
   synthetic::Network before;
-  before.router(0, "10.0.0.1", 0, {{1, "10.0.0.2", "192.0.2.1", 5}, {2, "198.51.100.1", "198.51.100.1", 3}});
+  before.router(0, "10.0.0.1", 0,
+                {{1, "10.0.0.2", "192.0.2.1", 5}, {2, "198.51.100.1", "198.51.100.1", 3}});
   before.router(0, "10.0.0.2", 0,
-                {{1, "10.0.0.1", "192.0.2.2", 6}, {1, "10.0.0.3", "192.0.2.5", 7},
+                {{1, "10.0.0.1", "192.0.2.2", 6},
+                 {1, "10.0.0.3", "192.0.2.5", 7},
                  {2, "198.51.100.1", "198.51.100.2", 3}});
   before.router(0, "10.0.0.3", 0, {{1, "10.0.0.2", "192.0.2.6", 7}});
   before.network(0, "198.51.100.1", "255.255.255.0", "10.0.0.1", {"10.0.0.1", "10.0.0.2"});
   synthetic::Network after;
-  after.router(0, "10.0.0.1", 2, {{1, "10.0.0.2", "192.0.2.1", 9}, {2, "198.51.100.2", "198.51.100.1", 3}});
+  after.router(0, "10.0.0.1", 2,
+               {{1, "10.0.0.2", "192.0.2.1", 9}, {2, "198.51.100.2", "198.51.100.1", 3}});
   after.router(0, "10.0.0.2", 0,
-               {{1, "10.0.0.1", "192.0.2.2", 6}, {1, "10.0.0.4", "192.0.2.9", 8},
+               {{1, "10.0.0.1", "192.0.2.2", 6},
+                {1, "10.0.0.4", "192.0.2.9", 8},
                 {2, "198.51.100.2", "198.51.100.2", 3}});
   after.router(0, "10.0.0.4", 0, {{1, "10.0.0.2", "192.0.2.10", 8}});
   after.network(0, "198.51.100.2", "255.255.255.0", "10.0.0.2", {"10.0.0.1", "10.0.0.2"});
@@ -417,11 +424,13 @@ TEST(Difference, OfANetworkAndItselfIsNone) {
 TEST(Difference, IsDrawnInColoursAndInWords) {
   const std::string dot = dot_of(difference());
   read_back(dot);
-  for (const char *text : {">5 &gt; 9<", "<B>10.0.0.3</B> <I>went</I>", "<B>10.0.0.4</B> <I>came</I>",
-                           ">before: DR 10.0.0.1<", ">before: nothing special<", ">went</FONT>"}) {
+  for (const char *text :
+       {">5 &gt; 9<", "<B>10.0.0.3</B> <I>went</I>", "<B>10.0.0.4</B> <I>came</I>",
+        ">before: DR 10.0.0.1<", ">before: nothing special<", ">went</FONT>"}) {
     EXPECT_NE(dot.find(text), std::string::npos) << text;
   }
-  EXPECT_NE(dot.find("color=\"" + tool::colours_of(tool::TopologyChange::went).line), std::string::npos);
+  EXPECT_NE(dot.find("color=\"" + tool::colours_of(tool::TopologyChange::went).line),
+            std::string::npos);
 }
 
 // --- the page ------------------------------------------------------------------------------------
@@ -624,9 +633,8 @@ TEST_F(GraphCommand, DrawsHowTwoSourcesDiffer) {
   // Two times of one capture, and one and the end.
   EXPECT_EQ(run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+0.5"}), 0);
   EXPECT_NE(content_of(folder_ / "a").find("</B> <I>"), std::string::npos);
-  EXPECT_EQ(run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+6", "--at",
-                 "+6"}),
-            0);
+  EXPECT_EQ(
+      run({"--dot", "-o", folder_ / "a", "--diff", before, before, "--at", "+6", "--at", "+6"}), 0);
   EXPECT_EQ(content_of(folder_ / "a").find("</B> <I>"), std::string::npos);
   EXPECT_THROW(run({"--dot", "--diff", before, recording + "all.pcap", "--at", "+1"}),
                tool::UsageError);

@@ -139,8 +139,7 @@ TEST(InspectTest, JsonIsOneObjectALine) {
 }
 
 TEST(InspectTest, ForeignFilesAreNamed) {
-  EXPECT_EQ(refusal("/nonexistent.so"),
-            "cannot open /nonexistent.so: No such file or directory");
+  EXPECT_EQ(refusal("/nonexistent.so"), "cannot open /nonexistent.so: No such file or directory");
   const TemporaryFile file("foreign.so");
   const std::string text = "just text";
   file.write({reinterpret_cast<const std::uint8_t *>(text.data()), text.size()});

@@ -676,7 +676,8 @@ TEST_F(BadCapture, WithPacketsThatTheSnapLengthCut) {
 const Octets fine = make_lsa_v2({.type = 2, .id = 9}, Writer().u32(0xff000000).u32(1));
 
 TEST_F(BadCapture, ThatIsNotThere) {
-  expect_complaint("/nowhere/no.pcap", {"cannot open /nowhere/no.pcap: No such file or directory"}, 1);
+  expect_complaint("/nowhere/no.pcap", {"cannot open /nowhere/no.pcap: No such file or directory"},
+                   1);
 }
 
 TEST_F(BadCapture, ThatIsEmpty) {

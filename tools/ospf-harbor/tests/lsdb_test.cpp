@@ -183,12 +183,12 @@ TEST_P(RecordedListing, JsonHoldsTheSameLsasAndTheSameKeysInEveryLine) {
     std::set<std::string> keys;
     for (const auto &[key, value] : lsa.items()) keys.insert(key);
     EXPECT_EQ(keys,
-              (std::set<std::string>{
-                  "kind",    "path",    "instance", "router_id", "area",    "interface",
-                  "age_as",  "adv_router_name",
-                  "version", "scope",   "type",     "type_name", "lsa_id",  "adv_router",
-                  "age",     "seq_num", "checksum", "length",    "options", "decoded_completed",
-                  "body",    "raw_data"}));
+              (std::set<std::string>{"kind",     "path",       "instance", "router_id",
+                                     "area",     "interface",  "age_as",   "adv_router_name",
+                                     "version",  "scope",      "type",     "type_name",
+                                     "lsa_id",   "adv_router", "age",      "seq_num",
+                                     "checksum", "length",     "options",  "decoded_completed",
+                                     "body",     "raw_data"}));
     const std::string place =
         lsa["scope"] == "area" ? lsa["area"].get<std::string>() : lsa["scope"].get<std::string>();
     std::ostringstream text;
@@ -415,18 +415,19 @@ TEST(LsdbJson, BodiesHaveWhatOctetsSayBeyondTheModel) {
 // Two links of one ID and one address, of which the rows hold one, and a metric of 24 bits.
 TEST(LsdbJson, LinksThatAreEqualAndMetricsOf24BitsAreAllThere) {
   synthetic::Network network;
-  auto &router = network.router(0, "10.0.0.1", 0, {{1, "10.0.0.2", "0.0.0.7", 5},
-                                                   {1, "10.0.0.2", "0.0.0.7", 6}});
-  const std::vector<std::uint8_t> links = {0, 1, 0, 1, 10, 0, 0, 1, 10, 0, 0, 1, 128, 0, 0, 1, 0, 0, 0, 48, 0, 0, 0, 2,
-                                           10, 0, 0, 2, 0, 0, 0, 7, 1, 0, 0, 5,
-                                           10, 0, 0, 2, 0, 0, 0, 7, 1, 0, 0, 6};
+  auto &router = network.router(0, "10.0.0.1", 0,
+                                {{1, "10.0.0.2", "0.0.0.7", 5}, {1, "10.0.0.2", "0.0.0.7", 6}});
+  const std::vector<std::uint8_t> links = {0, 1, 0, 1,  10, 0, 0, 1, 10, 0, 0, 1, 128, 0, 0, 1,
+                                           0, 0, 0, 48, 0,  0, 0, 2, 10, 0, 0, 2, 0,   0, 0, 7,
+                                           1, 0, 0, 5,  10, 0, 0, 2, 0,  0, 0, 7, 1,   0, 0, 6};
   router.raw = links;
   ospf_decode::LsaV2 summary;
   summary.header = {12, 0, 3, synthetic::address("10.9.0.0"), synthetic::address("10.0.0.1")};
   summary.summary.mask = synthetic::address("255.255.0.0");
   summary.summary.metrics = {{0, 0xffffff}};
-  const std::vector<std::uint8_t> infinity = {0, 12, 0, 3, 10, 9, 0, 0, 10, 0, 0, 1, 128, 0, 0, 1,
-                                              0, 0, 0, 28, 255, 255, 0, 0, 0, 255, 255, 255};
+  const std::vector<std::uint8_t> infinity = {0,   12,  0,   3, 10, 9,   0,   0,  10, 0,
+                                              0,   1,   128, 0, 0,  1,   0,   0,  0,  28,
+                                              255, 255, 0,   0, 0,  255, 255, 255};
   summary.raw = infinity;
   network.add(0, summary);
   ospf_tables::Session session;
@@ -530,8 +531,9 @@ TEST(LsdbFilter, EachOptionNarrowsTheListing) {
   EXPECT_EQ(who("172.16.8.0/24"), Found{});
   EXPECT_EQ(who("172.16.8.0/24+"),
             (Found{"External 172.16.8.0 10.255.0.3", "External 172.16.8.128 10.255.0.3"}));
-  EXPECT_EQ(who("172.16.5.1@"), (Found{"External 0.0.0.0 10.255.0.2", "External 172.16.4.0 10.255.0.3",
-                                       "Summary 0.0.0.0 10.255.0.3"}));
+  EXPECT_EQ(who("172.16.5.1@"),
+            (Found{"External 0.0.0.0 10.255.0.2", "External 172.16.4.0 10.255.0.3",
+                   "Summary 0.0.0.0 10.255.0.3"}));
   EXPECT_EQ(who("10.1.45.0/24"), (Found{"Network 10.1.45.4 10.255.0.4"}));
   EXPECT_EQ(who("10.255.0.4/32"),
             (Found{"Router 10.255.0.4 10.255.0.4", "Summary 10.255.0.4 10.255.0.1",

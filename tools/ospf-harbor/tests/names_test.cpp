@@ -1,4 +1,5 @@
-// Lists of a network: their keys, and names of routers beside IDs, a list's or those that routers tell.
+// Lists of a network: their keys, and names of routers beside IDs, a list's or those that routers
+// tell.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -122,7 +123,8 @@ TEST_F(Names, StandBesideTheRouterIdsOfEveryView) {
     const std::string command = view.command + (" --names " + list);
     const Said said = ask(command, view.source);
     for (const std::string &part : view.text) {
-      EXPECT_NE(said.out.find(part), std::string::npos) << command << ": " << part << "\n" << said.out;
+      EXPECT_NE(said.out.find(part), std::string::npos) << command << ": " << part << "\n"
+                                                        << said.out;
     }
     const std::vector<ordered_json> all = lines(ask(command + " --json", view.source).out);
     ASSERT_FALSE(all.empty()) << command;
@@ -135,9 +137,9 @@ TEST_F(Names, StandBesideTheRouterIdsOfEveryView) {
 TEST_F(Names, StandBesideWhatDiffers) {
   const std::string list = (folder_ / "names").string();
   std::ofstream(list) << "10.254.0.4 border4\n10.254.0.5 core5\n";
-  std::vector<std::string> words = {"diff", capture_of("transit"), "--v2", "--at", "1795359763",
-                                    "--at", "1795359772", "--router", "10.254.0.4",
-                                    "--names", list};
+  std::vector<std::string> words = {
+      "diff",     capture_of("transit"), "--v2",    "--at", "1795359763", "--at", "1795359772",
+      "--router", "10.254.0.4",          "--names", list};
   const Said said = run(words);
   EXPECT_EQ(said.status, 1) << said.err;
   for (const char *part :

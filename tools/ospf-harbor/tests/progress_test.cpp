@@ -18,8 +18,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Works in a process that has a terminal for standard error, and gives what was shown there. Parent:
-// what is done here meanwhile.
+// Works in a process that has a terminal for standard error, and gives what was shown there.
+// Parent: what is done here meanwhile.
 std::string shown_by(const std::function<void()> &work, const std::function<void()> &parent = {}) {
   int terminal = -1;
   const pid_t worker = tool_tests::fork_at_terminal(terminal);
@@ -103,8 +103,8 @@ TEST_F(ProgressOfTheTool, IsShownWhereTreesAreReadAndWritten) {
   EXPECT_NE(read_words.find("imported "), std::string::npos) << read_words;
 
   PipedTool export_it(1);
-  const std::string written = export_it.shown(
-      {"export", "--xml", "/dev/stdout", "--from", sample_}, [](int end) {
+  const std::string written =
+      export_it.shown({"export", "--xml", "/dev/stdout", "--from", sample_}, [](int end) {
         char part[1024];
         EXPECT_GT(read(end, part, sizeof part), 0);
         std::this_thread::sleep_for(700ms);

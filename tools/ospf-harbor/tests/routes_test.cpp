@@ -30,10 +30,12 @@ class Routes : public tool_tests::RecordingTest {
 TEST_F(Routes, OneRouteIsOneLineOfJson) {
   const Said said = ask("routes --router 10.251.0.5 --v2 --prefix 100.64.0.0/24 --json", "nssa");
   EXPECT_EQ(said.status, 0);
-  EXPECT_EQ(said.out,
-            "{\"router\":\"10.251.0.5\",\"router_name\":null,\"version\":2,\"instance\":0,"
-            "\"prefix\":\"100.64.0.0/24\",\"kind\":\"nssa-1\",\"cost\":60,\"type2_cost\":null,\"tag\":41,\"area\":\"0.0.0.1\","
-            "\"next_hops\":[{\"address\":\"10.51.45.99\",\"interface\":\"10.51.45.5\"}]}\n");
+  EXPECT_EQ(
+      said.out,
+      "{\"router\":\"10.251.0.5\",\"router_name\":null,\"version\":2,\"instance\":0,"
+      "\"prefix\":\"100.64.0.0/"
+      "24\",\"kind\":\"nssa-1\",\"cost\":60,\"type2_cost\":null,\"tag\":41,\"area\":\"0.0.0.1\","
+      "\"next_hops\":[{\"address\":\"10.51.45.99\",\"interface\":\"10.51.45.5\"}]}\n");
 }
 
 TEST_F(Routes, PrefixesAreExactLongerOrCovering) {
@@ -91,8 +93,8 @@ TEST_F(Routes, WhatIfsThatCannotBeAreRefusedByEveryCommand) {
       {"--without-router 10.252.0.2 --with 10.252.0.1--10.252.0.2=3", 1, "the router is gone"},
       {"--cost 10.252.0.1>10.252.0.2=3 --cost 10.252.0.1>10.252.0.2=4", 1,
        "the cost is given twice"}};
-  for (const char *command : {"routes --router all", "path 10.252.0.1 10.252.0.6", "graph --dot",
-                              "check", "failures"}) {
+  for (const char *command :
+       {"routes --router all", "path 10.252.0.1 10.252.0.6", "graph --dot", "check", "failures"}) {
     for (const Refused &each : all) {
       // Where 1 says that something was found, whatever is refused has 2.
       const int status = std::string(command) == "check" ? 2 : each.status;

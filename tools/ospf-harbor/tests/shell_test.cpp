@@ -155,7 +155,8 @@ TEST(ShellWords, AreReadAsTheyAreQuoted) {
   for (const std::string word :
        {"plain", "a b", "it's", "say \"so\"", "back\\slash", "\tab", "#note", "' \" \\ '"}) {
     for (const char quote : {'\0', '\'', '"'}) {
-      const std::string typed = tool::quoted_word(word, quote) + (quote == 0 ? "" : std::string(1, quote));
+      const std::string typed =
+          tool::quoted_word(word, quote) + (quote == 0 ? "" : std::string(1, quote));
       const tool::ShellWords split = tool::split_words("show " + typed);
       ASSERT_EQ(split.words.size(), 2u) << typed;
       EXPECT_EQ(split.words[1], word) << typed;

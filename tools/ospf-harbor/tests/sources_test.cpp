@@ -49,7 +49,8 @@ TEST_F(KindsOfSource, OfOneNetworkSayTheSame) {
       EXPECT_NE(heard.out, "") << whole << heard.err;
       for (const auto &[form, source] : forms) {
         const Said said = say(whole, source);
-        EXPECT_EQ(without_times_of_ages(said.out), without_times_of_ages(heard.out)) << whole << " of a " << form;
+        EXPECT_EQ(without_times_of_ages(said.out), without_times_of_ages(heard.out))
+            << whole << " of a " << form;
         EXPECT_EQ(said.status, heard.status) << whole << " of a " << form;
       }
     }
@@ -73,7 +74,8 @@ TEST_F(KindsOfSource, AreTakenPackedOrFromStandardInputOrWithoutTheirOption) {
     EXPECT_EQ(lines(named.out).size(), 3u) << named.err;
     const std::string packed = file("packed.gz");
     ASSERT_EQ(in_shell("gzip -c " + source + " > " + packed).status, 0);
-    const std::string piped = "cat " + source + " | " + places::tool() + " areas --json --v2 --from -";
+    const std::string piped =
+        "cat " + source + " | " + places::tool() + " areas --json --v2 --from -";
     const std::pair<const char *, Said> ways[] = {{"without its option", run(with(source))},
                                                   {"standard input", run(with("-"), source)},
                                                   {"a pipe", in_shell(piped)},
@@ -89,9 +91,10 @@ TEST_F(KindsOfSource, AreTakenPackedOrFromStandardInputOrWithoutTheirOption) {
 TEST_F(KindsOfSource, KeepTheirNamesWhereTheyArePacked) {
   const std::string capture = capture_of("refresh");
   const std::string packed = file("site.pcap.gz");
-  ASSERT_EQ(tool_tests::run_program(folder_, {"/bin/sh", "-c", "gzip -c " + capture + " > " + packed})
-                .status,
-            0);
+  ASSERT_EQ(
+      tool_tests::run_program(folder_, {"/bin/sh", "-c", "gzip -c " + capture + " > " + packed})
+          .status,
+      0);
   EXPECT_EQ(lines(run({"events", "--json", packed}).out).at(0)["file"], packed);
   EXPECT_EQ(lines(run({"events", "--json", "-"}, capture).out).at(0)["file"], "-");
   // A folder's captures may be packed.

@@ -284,8 +284,7 @@ TEST_F(TraceCommandTest, CutAndForeignBytesArePassedOverAndCounted) {
                 "found 0x73696854, expected 0x54504c4b");
   trace_.write(good);
   options_.file = "/nonexistent/trace";
-  EXPECT_EQ(print(options_).refusal,
-            "cannot open /nonexistent/trace: No such file or directory");
+  EXPECT_EQ(print(options_).refusal, "cannot open /nonexistent/trace: No such file or directory");
   options_.file = trace_.path();
   options_.shared_object = trace_.path();
   EXPECT_EQ(print(options_).refusal,

@@ -59,8 +59,7 @@ std::string label_text(const std::string &text) {
 
 class DotWriter {
  public:
-  explicit DotWriter(const Picture &picture)
-      : picture_(picture), style_(dot_style(picture)) {}
+  explicit DotWriter(const Picture &picture) : picture_(picture), style_(dot_style(picture)) {}
 
   std::string write() {
     text_ = "graph " + dot_string("OSPFv" + std::to_string(picture_.instance.version)) + " {\n";
@@ -111,8 +110,8 @@ class DotWriter {
     std::size_t column = 0;
     const auto add = [&](const PictureColours &colours, const std::string &title) {
       if (column++ % 8 == 0) cells += cells.empty() ? "<TR>" : "</TR><TR>";
-      cells += "<TD BGCOLOR=\"" + colours.fill + "\" COLOR=\"" + colours.line +
-               "\" BORDER=\"1\">" + label_text(title) + "</TD>";
+      cells += "<TD BGCOLOR=\"" + colours.fill + "\" COLOR=\"" + colours.line + "\" BORDER=\"1\">" +
+               label_text(title) + "</TD>";
     };
     if (!picture_.is_difference) {
       for (const PictureArea &area : picture_.areas) add(area.colours, area.title);
@@ -140,8 +139,9 @@ class DotWriter {
            label_text(picture_.title) +
            "</B></TD></TR>"
            "<TR><TD><TABLE BORDER=\"0\" CELLSPACING=\"4\" CELLPADDING=\"4\">" +
-           swatches() + "</TABLE></TD></TR><TR><TD><FONT POINT-SIZE=" +
-           points(style_.legend_font - 2) + ">" + signs + "</FONT></TD></TR></TABLE>>";
+           swatches() +
+           "</TABLE></TD></TR><TR><TD><FONT POINT-SIZE=" + points(style_.legend_font - 2) + ">" +
+           signs + "</FONT></TD></TR></TABLE>>";
   }
 
   std::string text_of(const PictureNode &node) const {
@@ -174,8 +174,7 @@ class DotWriter {
              ", color=" + dot_string(striped ? "#333333" : colours(node).line) +
              ", fontsize=" + points(style_.router_font) +
              ", margin=" + dot_string(striped ? "0" : "0.09,0.05") +
-             ", height=\"0.2\", width=\"0.4\"" +
-             (node.is_boundary ? ", peripheries=\"2\"" : "") +
+             ", height=\"0.2\", width=\"0.4\"" + (node.is_boundary ? ", peripheries=\"2\"" : "") +
              (node.is_on_way ? ", penwidth=\"4\"" : "") + ", label=<";
     if (!striped) {
       text_ += text_of(node) + ">";
@@ -190,15 +189,13 @@ class DotWriter {
 
   void add_network(const PictureNode &node) {
     const bool is_changed = node.change != TopologyChange::none;
-    text_ += "shape=\"ellipse\", style=" +
-             dot_string(node.is_whole ? "filled" : "filled,dashed") + ", fillcolor=" +
-             dot_string(is_changed ? colours(node).fill : "white") +
-             ", color=" + dot_string(colours(node).line) +
-             ", fontsize=" + points(style_.network_font) +
-             ", margin=\"0.03,0.02\", height=\"0.2\", width=\"0.3\", label=<" +
-             label_text(node.title) +
-             (is_changed ? " <I>" + std::string(name_of(node.change)) + "</I>" : std::string()) +
-             lines_of(node) + ">";
+    text_ +=
+        "shape=\"ellipse\", style=" + dot_string(node.is_whole ? "filled" : "filled,dashed") +
+        ", fillcolor=" + dot_string(is_changed ? colours(node).fill : "white") +
+        ", color=" + dot_string(colours(node).line) + ", fontsize=" + points(style_.network_font) +
+        ", margin=\"0.03,0.02\", height=\"0.2\", width=\"0.3\", label=<" + label_text(node.title) +
+        (is_changed ? " <I>" + std::string(name_of(node.change)) + "</I>" : std::string()) +
+        lines_of(node) + ">";
   }
 
   static const char *style_of(PictureLine line) {
@@ -227,12 +224,12 @@ class DotWriter {
     const std::string &colour = colours(edge.area, edge.change).line;
     char width[16];
     std::snprintf(width, sizeof width, "%.1f", width_of(edge));
-    text_ += "  " + dot_string(from.name) + " -- " + dot_string(to.name) + " [id=\"e" +
-             std::to_string(at) + "\", color=" +
-             dot_string(edge.line == PictureLine::multipoint ? colour + ":white:" + colour
-                                                             : colour) +
-             ", penwidth=" + dot_string(width) + ", style=" + dot_string(style_of(edge.line)) +
-             ", len=" + dot_string(length_of(edge));
+    text_ +=
+        "  " + dot_string(from.name) + " -- " + dot_string(to.name) + " [id=\"e" +
+        std::to_string(at) + "\", color=" +
+        dot_string(edge.line == PictureLine::multipoint ? colour + ":white:" + colour : colour) +
+        ", penwidth=" + dot_string(width) + ", style=" + dot_string(style_of(edge.line)) +
+        ", len=" + dot_string(length_of(edge));
     add_end("taillabel", edge, 0, colour);
     add_end("headlabel", edge, 1, colour);
     if (!edge.label.empty()) {

@@ -77,7 +77,8 @@ void EventPrinter::print(const Event &event) {
   if (!event.why.empty()) text += (text.empty() ? "" : ": ") + event.why;
   if (!event.text.empty()) text += (text.empty() ? "" : ": ") + event.text;
   std::fprintf(out_, "%s %6s v%u %-16s %s\n", time.substr(day.size() + 1, 12).c_str(),
-               packet.c_str(), unsigned{event.version}, name_of(event.kind), labelled(text, event.routers, names_).c_str());
+               packet.c_str(), unsigned{event.version}, name_of(event.kind),
+               labelled(text, event.routers, names_).c_str());
 }
 
 }  // namespace tool

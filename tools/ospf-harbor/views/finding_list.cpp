@@ -86,7 +86,9 @@ std::string json_line(const Finding &finding, const std::vector<std::string> &ca
 
 void print_finding(const Finding &finding, const std::vector<std::string> &captures,
                    const RouterNames &names, std::FILE *out) {
-  const auto named = [&](const std::string &text) { return labelled(text, finding.routers, names); };
+  const auto named = [&](const std::string &text) {
+    return labelled(text, finding.routers, names);
+  };
   constexpr std::size_t lsas_shown = 4;
   std::string place = "OSPFv" + std::to_string(finding.version);
   if (finding.instance != 0) place += ", instance " + std::to_string(finding.instance);

@@ -1,5 +1,5 @@
-// Graphviz as a child process: a graph's text in, a picture or the places of its parts out. No shell
-// is involved.
+// Graphviz as a child process: a graph's text in, a picture or the places of its parts out. No
+// shell is involved.
 #pragma once
 
 #include <string>

@@ -109,7 +109,8 @@ class Detail {
       line(4, std::string(link_type_name(link.type)) + " from interface " +
                   std::to_string(link.interface_id) + " to interface " +
                   std::to_string(link.neighbor_interface_id) + " of router " +
-                  labelled(link.neighbor_router_id, names_) + ", metric " + std::to_string(link.metric));
+                  labelled(link.neighbor_router_id, names_) + ", metric " +
+                  std::to_string(link.metric));
     }
   }
 
@@ -149,7 +150,11 @@ class Detail {
   }
 
   Detail(const LsaView &lsa, const RouterNames &names)
-      : type_(lsa.type), link_state_id_(lsa.link_state_id), head_(head_words(lsa)), tlvs_(tlv_words(lsa)), names_(names) {}
+      : type_(lsa.type),
+        link_state_id_(lsa.link_state_id),
+        head_(head_words(lsa)),
+        tlvs_(tlv_words(lsa)),
+        names_(names) {}
 
   void line(std::size_t margin, const std::string &content) {
     text += std::string(margin, ' ') + content + "\n";
@@ -165,7 +170,8 @@ class Detail {
   }
 
   void add_attached(const std::vector<std::uint32_t> &routers) {
-    for (const std::uint32_t router : routers) line(4, "attached router " + labelled(router, names_));
+    for (const std::uint32_t router : routers)
+      line(4, "attached router " + labelled(router, names_));
   }
 
   void add_prefixes(std::size_t count, const std::vector<PrefixView> &prefixes) {

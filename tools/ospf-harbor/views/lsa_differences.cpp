@@ -113,9 +113,8 @@ std::vector<FieldChange> field_changes(const LsdbEntry &before, const LsdbEntry 
   Json one = Json::parse(json_line(before));
   Json other = Json::parse(json_line(after));
   for (Json *each : {&one, &other}) {
-    for (const char *place :
-         {"kind", "path", "instance", "router_id", "interface", "age_as", "decoded_completed",
-          "raw_data"}) {
+    for (const char *place : {"kind", "path", "instance", "router_id", "interface", "age_as",
+                              "decoded_completed", "raw_data"}) {
       each->erase(place);
     }
     if (every_field) continue;

@@ -61,7 +61,8 @@ void print_counts(const std::vector<LsdbEntry> &entries, std::FILE *out) {
     std::string parts;
     for (const auto &[type, count] : types) {
       total += count;
-      parts += (parts.empty() ? "" : ", ") + std::to_string(count) + " " + type_name(instance.version, type);
+      parts += (parts.empty() ? "" : ", ") + std::to_string(count) + " " +
+               type_name(instance.version, type);
     }
     std::fprintf(out, "%s%s: %zu %s (%s)\n", site_part(entries.front().site).c_str(),
                  title_of(instance).c_str(), total, total == 1 ? "LSA" : "LSAs", parts.c_str());
@@ -81,8 +82,8 @@ void print_lsa_table(const std::vector<LsdbEntry> &entries, const RouterNames &n
   const int column = static_cast<int>(width);
   const int types = static_cast<int>(type_width);
   by_heading(entries, out, [&](auto first, auto last) {
-    std::fprintf(out, "  %-*s  %-15s  %-*s  %8s  %-10s  %-8s  %6s\n", types, "Type", "Link-state ID",
-                 column, "Adv. router", "Age", "Sequence", "Checksum", "Length");
+    std::fprintf(out, "  %-*s  %-15s  %-*s  %8s  %-10s  %-8s  %6s\n", types, "Type",
+                 "Link-state ID", column, "Adv. router", "Age", "Sequence", "Checksum", "Length");
     for (; first != last; ++first) {
       const LsaView &lsa = first->lsa;
       std::fprintf(out, "  %-*s  %-15s  %-*s  %8s  %-10s  %-8s  %6u\n", types,

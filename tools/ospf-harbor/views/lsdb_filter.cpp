@@ -63,7 +63,8 @@ constexpr TypeAlias type_aliases[] = {
 
 std::string list_of_aliases() {
   std::string list;
-  for (const TypeAlias &alias : type_aliases) list.append(list.empty() ? "" : ", ").append(alias.name);
+  for (const TypeAlias &alias : type_aliases)
+    list.append(list.empty() ? "" : ", ").append(alias.name);
   return list;
 }
 
@@ -92,8 +93,9 @@ TypeWanted parse_type(const std::string &text) {
     if (same_name(names.substr(at, end - at), text)) return wanted;
     at = end + 2;
   }
-  throw UsageError("--type", "", "\"" + text + "\"",
-                   "one of " + list_of_aliases() + ", " + names + ", or an LS type of 16 bits such as 0x2001");
+  throw UsageError(
+      "--type", "", "\"" + text + "\"",
+      "one of " + list_of_aliases() + ", " + names + ", or an LS type of 16 bits such as 0x2001");
 }
 
 // The prefixes that an LSA tells of, as texts.

@@ -12,14 +12,14 @@ namespace tool {
 
 // As the command line has it; empty texts mean all.
 struct LsdbFilter {
-  std::string area;        // a dotted quad or a number
+  std::string area;                // a dotted quad or a number
   std::vector<std::string> types;  // names that people type, short names or numbers; any meets
-  std::string adv_router;  // a dotted quad
-  std::string family;      // "ipv4" or "ipv6", of the instance
-  std::string instance;    // a number of 8 bits
-  std::string ls_id;       // a dotted quad or a number
-  std::string newer_than;  // seconds
-  std::string prefix;      // as PrefixChoice has it
+  std::string adv_router;          // a dotted quad
+  std::string family;              // "ipv4" or "ipv6", of the instance
+  std::string instance;            // a number of 8 bits
+  std::string ls_id;               // a dotted quad or a number
+  std::string newer_than;          // seconds
+  std::string prefix;              // as PrefixChoice has it
   bool v2 = false;
   bool v3 = false;
 };

@@ -22,9 +22,10 @@ struct StateName {
 };
 
 constexpr StateName state_names[] = {
-    {NBR_STATE_DOWN, "Down"},         {NBR_STATE_ATTEMPT, "Attempt"}, {NBR_STATE_INIT, "Init"},
-    {NBR_STATE_TWO_WAY, "2-Way"},     {NBR_STATE_EXSTART, "ExStart"},
-    {NBR_STATE_EXCHANGE, "Exchange"}, {NBR_STATE_LOADING, "Loading"}, {NBR_STATE_FULL, "Full"},
+    {NBR_STATE_DOWN, "Down"},       {NBR_STATE_ATTEMPT, "Attempt"},
+    {NBR_STATE_INIT, "Init"},       {NBR_STATE_TWO_WAY, "2-Way"},
+    {NBR_STATE_EXSTART, "ExStart"}, {NBR_STATE_EXCHANGE, "Exchange"},
+    {NBR_STATE_LOADING, "Loading"}, {NBR_STATE_FULL, "Full"},
 };
 
 // What daemons and captures call one state of an interface.
@@ -34,8 +35,11 @@ struct InterfaceWord {
 };
 
 constexpr InterfaceWord interface_words[] = {
-    {"BDR", "Backup"},           {"Other", "DROther"},        {"PtP", "Point-to-point"},
-    {"PointToPoint", "Point-to-point"}, {"Point-To-Point", "Point-to-point"},
+    {"BDR", "Backup"},
+    {"Other", "DROther"},
+    {"PtP", "Point-to-point"},
+    {"PointToPoint", "Point-to-point"},
+    {"Point-To-Point", "Point-to-point"},
     {"unknown", ""},
 };
 
@@ -147,8 +151,7 @@ class TreeReader : public TreeVisitor {
   void enter_instance(const std::string &key_text, const ospf_instance_rev1_key *key) {
     place_ = InterfaceLine{};
     const std::uint32_t id = read_.value(key, ospf_instance_rev1_key_router_id_get_value);
-    const bool ipv4 =
-        read_.value(key, ospf_instance_rev1_key_af_get_value) == ADDR_FAMILY_IPV4;
+    const bool ipv4 = read_.value(key, ospf_instance_rev1_key_af_get_value) == ADDR_FAMILY_IPV4;
     place_.instance = instance_name(id, ipv4);
     place_.is_observed = is_observed(id);
     place_.router = id;
@@ -351,9 +354,9 @@ class Gatherer {
       line.kind = area_lsas_[name].kind(told_kinds_[name]);
       line.border_routers = borders_[name].size();
       line.boundary_routers = boundaries_[name].size();
-      const bool has_router = !wanted_.has_router() ||
-                              std::any_of(line.routers.begin(), line.routers.end(),
-                                          [&](auto id) { return wanted_.meets_router(id); });
+      const bool has_router =
+          !wanted_.has_router() || std::any_of(line.routers.begin(), line.routers.end(),
+                                               [&](auto id) { return wanted_.meets_router(id); });
       if (has_router) lists.areas.push_back(std::move(line));
     }
     for (auto &[name, line] : routers_) {
@@ -417,8 +420,7 @@ const char *NeighborLine::state_text() const {
 bool NeighborLine::is_full() const { return state == NBR_STATE_FULL; }
 
 bool NeighborLine::is_inferred() const {
-  return !evidence.empty() && evidence != "answer" && evidence != "hello" &&
-         evidence != "exchange";
+  return !evidence.empty() && evidence != "answer" && evidence != "hello" && evidence != "exchange";
 }
 
 std::string InterfaceLine::short_name() const {

@@ -65,8 +65,8 @@ void by_area(const Interfaces &interfaces, const std::function<void(Each, Each)>
 
 // The heading of an area's interfaces, with the router when all are one's.
 std::string heading(Each first, Each last, const RouterNames &names, bool &one_router) {
-  one_router = std::all_of(
-      first, last, [&](const InterfaceLine &line) { return line.router == first->router; });
+  one_router = std::all_of(first, last,
+                           [&](const InterfaceLine &line) { return line.router == first->router; });
   return title_of(first->instance) +
          (one_router ? " of router " + labelled(first->router, names) : "") + ", area " +
          dotted(first->area);
@@ -97,9 +97,9 @@ struct NeighborCounts {
     return text;
   }
   void tell(std::size_t down, std::FILE *out) const {
-    std::fprintf(out, "%s%s\n", text().c_str(),
-                 down == 0 ? ""
-                           : ("; " + std::to_string(down) + " more Down, which --all lists").c_str());
+    std::fprintf(
+        out, "%s%s\n", text().c_str(),
+        down == 0 ? "" : ("; " + std::to_string(down) + " more Down, which --all lists").c_str());
     if (inferred != 0) std::fprintf(out, "* inferred: the exchange itself was not heard\n");
   }
 };
@@ -115,8 +115,11 @@ Table neighbor_table() {
 
 void add_row(Table &table, const InterfaceLine &line, const NeighborLine &neighbor,
              const RouterNames &names) {
-  table.add({labelled(line.router, names), line.short_name(), labelled(neighbor.router_id, names),
-             or_dash(neighbor.priority), {state_cell(line, neighbor), tone_of(neighbor)},
+  table.add({labelled(line.router, names),
+             line.short_name(),
+             labelled(neighbor.router_id, names),
+             or_dash(neighbor.priority),
+             {state_cell(line, neighbor), tone_of(neighbor)},
              or_dash(neighbor.address)});
 }
 
@@ -156,9 +159,8 @@ std::string short_state(const InterfaceLine &line) {
 template <typename Line, typename Act>
 void by_instance(const std::vector<Line> &lines, Act act) {
   for (auto first = lines.begin(); first != lines.end();) {
-    const auto last = std::find_if(first, lines.end(), [&](const Line &line) {
-      return line.instance != first->instance;
-    });
+    const auto last = std::find_if(
+        first, lines.end(), [&](const Line &line) { return line.instance != first->instance; });
     act(first, last);
     first = last;
   }
@@ -176,15 +178,18 @@ class ListPrinter {
     std::fprintf(out_, "%s%s%s\n", any_ ? "\n" : "", site_part(lists_.site).c_str(), text.c_str());
     any_ = true;
   }
-  void table(Table &table) {
-    left_out_.add(table.print(out_, screen_));
-  }
+  void table(Table &table) { left_out_.add(table.print(out_, screen_)); }
 
   void areas() {
     by_instance(lists_.areas, [&](auto first, auto last) {
-      Table rows({{"Area", false, 0}, {"Kind", false, 0}, {"Routers", true, 0},
-                  {"Border", true, 2}, {"AS boundary", true, 3}, {"Interfaces", true, 4},
-                  {"Full/Nbrs", true, 1}, {"LSAs", true, 0}});
+      Table rows({{"Area", false, 0},
+                  {"Kind", false, 0},
+                  {"Routers", true, 0},
+                  {"Border", true, 2},
+                  {"AS boundary", true, 3},
+                  {"Interfaces", true, 4},
+                  {"Full/Nbrs", true, 1},
+                  {"LSAs", true, 0}});
       title(title_of(first->instance));
       for (; first != last; ++first) {
         rows.add({dotted(first->area), or_dash(first->kind), std::to_string(first->routers.size()),
@@ -200,8 +205,12 @@ class ListPrinter {
   std::size_t routers(const std::function<bool(const RouterLine &)> &wanted) {
     std::size_t others = 0;
     by_instance(lists_.routers, [&](auto first, auto last) {
-      Table rows({{"Router", false, 0}, {"Name", false, 0}, {"Kind", false, 0},
-                  {"Areas", false, 1}, {"Interfaces", true, 3}, {"Full/Nbrs", true, 2},
+      Table rows({{"Router", false, 0},
+                  {"Name", false, 0},
+                  {"Kind", false, 0},
+                  {"Areas", false, 1},
+                  {"Interfaces", true, 3},
+                  {"Full/Nbrs", true, 2},
                   {"LSAs", true, 2}});
       const InstanceName instance = first->instance;
       for (; first != last; ++first) {
@@ -210,10 +219,13 @@ class ListPrinter {
           continue;
         }
         const auto name = lists_.names.find(first->router);
-        rows.add({dotted(first->router), name == lists_.names.end() ? "-" : name->second,
+        rows.add({dotted(first->router),
+                  name == lists_.names.end() ? "-" : name->second,
                   {router_kind(*first), first->has_lsa ? Tone::plain : Tone::middling},
-                  areas_text(first->areas), std::to_string(first->interfaces),
-                  full_of(first->full, first->neighbors), std::to_string(first->lsas)});
+                  areas_text(first->areas),
+                  std::to_string(first->interfaces),
+                  full_of(first->full, first->neighbors),
+                  std::to_string(first->lsas)});
       }
       if (rows.empty()) return;
       title(title_of(instance));
@@ -272,10 +284,17 @@ bool print_neighbors(const NetworkLists &lists, const Screen &screen, std::FILE 
 bool print_interfaces(const NetworkLists &lists, const Screen &screen, std::FILE *out) {
   ListPrinter printer(lists, screen, out);
   by_area(lists.interfaces, [&](Each first, Each last) {
-    Table rows({{"Router", false, 0}, {"Interface", false, 0}, {"Address", false, 5},
-                {"Type", false, 0}, {"State", false, 0}, {"Cost", true, 0},
-                {"Hello/Dead", true, 2}, {"Pri", true, 6}, {"DR", false, 3},
-                {"Backup", false, 4}, {"Full/Nbrs", true, 1}});
+    Table rows({{"Router", false, 0},
+                {"Interface", false, 0},
+                {"Address", false, 5},
+                {"Type", false, 0},
+                {"State", false, 0},
+                {"Cost", true, 0},
+                {"Hello/Dead", true, 2},
+                {"Pri", true, 6},
+                {"DR", false, 3},
+                {"Backup", false, 4},
+                {"Full/Nbrs", true, 1}});
     bool one_router = false;
     const std::string text = heading(first, last, lists.names, one_router);
     for (; first != last; ++first) {
@@ -330,8 +349,7 @@ bool print_overview(const NetworkLists &lists, const Screen &screen, std::FILE *
     std::size_t all = 0;
     for (const InterfaceLine &line : lists.interfaces) all += line.neighbors.size();
     counts = printer.neighbors([&](const InterfaceLine &, const NeighborLine &neighbor) {
-      return all <= most ||
-             !(neighbor.is_full() || std::string(neighbor.state_text()) == "2-Way");
+      return all <= most || !(neighbor.is_full() || std::string(neighbor.state_text()) == "2-Way");
     });
     if (counts.all > most) {
       std::fprintf(out, "\n%s; \"neighbors\" lists all\n", counts.text().c_str());

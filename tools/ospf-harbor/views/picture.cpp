@@ -196,8 +196,7 @@ class PictureBuilder {
         node.title = stub.prefix;
         node.router = stub.router;
       }
-      PictureEdge &edge =
-          add_edge(routers_.at(stub.router), place->second, stub.area, stub.change);
+      PictureEdge &edge = add_edge(routers_.at(stub.router), place->second, stub.area, stub.change);
       edge.costs[0] = cost_text(stub.change, stub.cost_before, stub.cost);
     }
   }
@@ -213,8 +212,10 @@ class PictureBuilder {
 }  // namespace
 
 const PictureColours &colours_of(TopologyChange change) {
-  static const std::array<PictureColours, 4> colours{
-      {{"#f4f4f4", "#8a8a8a"}, {"#cdf0d5", "#14752f"}, {"#fbd5d1", "#b3261e"}, {"#fdeab5", "#8f6200"}}};
+  static const std::array<PictureColours, 4> colours{{{"#f4f4f4", "#8a8a8a"},
+                                                      {"#cdf0d5", "#14752f"},
+                                                      {"#fbd5d1", "#b3261e"},
+                                                      {"#fdeab5", "#8f6200"}}};
   return colours.at(static_cast<std::size_t>(change));
 }
 
@@ -236,10 +237,10 @@ Picture picture_of(const Topology &topology, const PictureChoice &choice) {
 }
 
 std::vector<std::string> legend_of(const Picture &picture) {
-  std::vector<std::string> signs{picture.is_difference ? "box: router"
-                                                       : "box: router, with the colours of its areas",
-                                 "double border: AS boundary router", "ellipse: network",
-                                 "number: cost, at the router that says it"};
+  std::vector<std::string> signs{
+      picture.is_difference ? "box: router" : "box: router, with the colours of its areas",
+      "double border: AS boundary router", "ellipse: network",
+      "number: cost, at the router that says it"};
   if (picture.has(PictureLine::one_sided)) signs.push_back("dashed: only one end speaks of it");
   if (picture.has(PictureLine::multipoint)) signs.push_back("double line: point-to-multipoint");
   if (picture.has(PictureLine::virtual_link)) signs.push_back("dotted: virtual link");

@@ -36,11 +36,11 @@ enum class PicturePart { router, network, stub };
 
 struct PictureNode {
   PicturePart part = PicturePart::router;
-  std::string name;                  // no other node has it
-  std::vector<std::size_t> areas;    // by their places in the picture
+  std::string name;                // no other node has it
+  std::vector<std::size_t> areas;  // by their places in the picture
   std::string title;
-  std::vector<std::string> lines;    // below it, smaller
-  bool is_whole = true;              // an LSA tells of it
+  std::vector<std::string> lines;  // below it, smaller
+  bool is_whole = true;            // an LSA tells of it
   bool is_boundary = false;
   bool is_on_way = false;
   TopologyChange change = TopologyChange::none;

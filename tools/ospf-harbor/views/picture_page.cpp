@@ -77,11 +77,10 @@ class LsaIndex {
     const std::uint32_t area = picture.areas.at(edge.area).id;
     for (const std::size_t end : edge.nodes) {
       const PictureNode &node = picture.nodes.at(end);
-      const std::vector<std::size_t> more =
-          node.part == PicturePart::network ? of(node)
-          : node.part == PicturePart::stub
-              ? std::vector<std::size_t>()
-              : found(router_lsas_, std::pair(area, node.router));
+      const std::vector<std::size_t> more = node.part == PicturePart::network ? of(node)
+                                            : node.part == PicturePart::stub
+                                                ? std::vector<std::size_t>()
+                                                : found(router_lsas_, std::pair(area, node.router));
       all.insert(all.end(), more.begin(), more.end());
     }
     return all;
@@ -222,8 +221,7 @@ std::vector<PageLsa> page_lsas(const std::vector<LsdbEntry> &entries,
 }
 
 std::vector<PageLsa> page_lsas(const std::vector<LsdbEntry> &before,
-                               const std::vector<LsdbEntry> &after,
-                               const InstanceName &instance) {
+                               const std::vector<LsdbEntry> &after, const InstanceName &instance) {
   std::vector<PageLsa> lsas = page_lsas(after, instance);
   std::map<const LsdbEntry *, LsaChange> changes;
   for (LsaChange &change : lsa_changes(before, after, false)) {
@@ -245,8 +243,9 @@ std::vector<PageLsa> page_lsas(const std::vector<LsdbEntry> &before,
 std::string page_of(const std::vector<PagePicture> &pictures) {
   Json all = Json::array();
   for (const PagePicture &picture : pictures) all.push_back(json_of(picture));
-  const std::pair<std::string, std::string> parts[] = {
-      {"@STYLE@", ospf_harbor_page_style}, {"@DATA@", harmless(all)}, {"@SCRIPT@", ospf_harbor_page_script}};
+  const std::pair<std::string, std::string> parts[] = {{"@STYLE@", ospf_harbor_page_style},
+                                                       {"@DATA@", harmless(all)},
+                                                       {"@SCRIPT@", ospf_harbor_page_script}};
   // In the order of the frame, as nothing that is put in is looked through for another place.
   std::string page;
   std::string rest = ospf_harbor_page_frame;

@@ -58,7 +58,8 @@ Json route_object(const Database &database, const RoutingTable &table, const Rou
 Json route_or_null(const Database &database, const RoutingTable &table, const Route *route) {
   if (route == nullptr) return nullptr;
   Json whole = route_object(database, table, *route, {});
-  for (const char *key : {"router", "router_name", "version", "instance", "prefix"}) whole.erase(key);
+  for (const char *key : {"router", "router_name", "version", "instance", "prefix"})
+    whole.erase(key);
   return whole;
 }
 

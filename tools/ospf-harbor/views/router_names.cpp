@@ -56,7 +56,8 @@ std::string labelled(const std::string &sentence, const std::vector<std::uint32_
     word.resize(word.size() - dots.size());
     const auto router = parse_dotted(word);
     const bool is_other = (start > 0 && std::strchr("@:", sentence[start - 1]) != nullptr) ||
-                          sentence.compare(end, 1, "/") == 0 || sentence.compare(end, 4, " of ") == 0;
+                          sentence.compare(end, 1, "/") == 0 ||
+                          sentence.compare(end, 4, " of ") == 0;
     const bool is_one = router && !is_other && std::ranges::find(routers, *router) != routers.end();
     result += sentence.substr(at, start - at) + (is_one ? labelled(*router, names) : word) + dots;
     at = end;

@@ -1,5 +1,5 @@
-// Names beside router IDs, in every view: what a list of the user's says, else what the routers said
-// in their answers, else the host names that they announce (RFC 5642).
+// Names beside router IDs, in every view: what a list of the user's says, else what the routers
+// said in their answers, else the host names that they announce (RFC 5642).
 #pragma once
 
 #include <cstdint>

@@ -11,8 +11,9 @@ namespace tool {
 
 void add_colour_option(CLI::App &command, std::string &when) {
   command
-      .add_option("--color", when,
-                  "Colours: auto (the default: on a terminal, unless NO_COLOR is set), always, never")
+      .add_option(
+          "--color", when,
+          "Colours: auto (the default: on a terminal, unless NO_COLOR is set), always, never")
       ->check(CLI::IsMember({"auto", "always", "never"}));
 }
 

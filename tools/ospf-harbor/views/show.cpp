@@ -130,7 +130,10 @@ std::optional<std::uint32_t> router_of(const RowView &row) {
 class TextOfChosen : public Chooser {
  public:
   TextOfChosen(Session &session, const std::vector<Step> &steps, std::FILE *out)
-      : Chooser(steps), names_(router_names(session)), site_(site_part(session.named_site())), out_(out) {}
+      : Chooser(steps),
+        names_(router_names(session)),
+        site_(site_part(session.named_site())),
+        out_(out) {}
 
  private:
   bool show(const RowView &row, std::size_t depth) override {

@@ -35,8 +35,9 @@ std::string toned(const std::string &text, Tone tone, const Screen &screen) {
 }
 
 std::size_t width_of(const std::string &text) {
-  return static_cast<std::size_t>(std::count_if(
-      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xc0) != 0x80;
+  }));
 }
 
 void Table::erase(std::size_t column) {

@@ -74,10 +74,8 @@ void read_head_v3(std::uint16_t ls_type, TlvValue &value, TlvSays &says) {
   const std::uint32_t first = value.number(1);
   if (function == lsa3_function_e_link) says.emplace_back("priority", first);
   if (function == lsa3_function_e_router) {
-    static constexpr Named flags[] = {{router_flag_b, "B"},
-                                      {router_flag_e, "E"},
-                                      {router_flag_v, "V"},
-                                      {router_flag_nt, "Nt"}};
+    static constexpr Named flags[] = {
+        {router_flag_b, "B"}, {router_flag_e, "E"}, {router_flag_v, "V"}, {router_flag_nt, "Nt"}};
     says.emplace_back("flags", named_flags(first, flags));
   }
   say_options(value.number(3), says);

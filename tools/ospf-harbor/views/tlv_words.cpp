@@ -110,7 +110,7 @@ void read_reason(TlvValue &value, Says &says) {
 // Bits are counted from the highest one.
 void read_capabilities(TlvValue &value, Says &says) {
   static constexpr const char *names[] = {
-      "graceful restart", "graceful restart helper", "stub router",
+      "graceful restart",    "graceful restart helper", "stub router",
       "traffic engineering", "point-to-point over LAN", "experimental traffic engineering"};
   Json list = Json::array();
   for (std::uint32_t at = 0; value.left() != 0; at += 32) {
@@ -222,8 +222,20 @@ void read_adjacency_sid(TlvValue &value, Says &says) {
 
 // --- the types ---
 
-enum class Within { nothing, te, te_link, grace, information, block, prefix, in_prefix, link, in_link,
-                    extended_v3, in_extended_v3 };
+enum class Within {
+  nothing,
+  te,
+  te_link,
+  grace,
+  information,
+  block,
+  prefix,
+  in_prefix,
+  link,
+  in_link,
+  extended_v3,
+  in_extended_v3
+};
 
 struct KnownTlv {
   Within within;
@@ -243,9 +255,12 @@ constexpr KnownTlv known_tlvs[] = {
     {Within::te_link, te_sub_local_addresses, "local address", read_quads},
     {Within::te_link, te_sub_remote_addresses, "remote address", read_quads},
     {Within::te_link, te_sub_metric, "metric", read_word},
-    {Within::te_link, te_sub_max_bandwidth, "bandwidth", read_bandwidth, Within::nothing, "octets/s"},
-    {Within::te_link, te_sub_max_reservable, "reservable bandwidth", read_bandwidth, Within::nothing, "octets/s"},
-    {Within::te_link, te_sub_unreserved, "unreserved bandwidth by priority", read_bandwidth, Within::nothing, "octets/s"},
+    {Within::te_link, te_sub_max_bandwidth, "bandwidth", read_bandwidth, Within::nothing,
+     "octets/s"},
+    {Within::te_link, te_sub_max_reservable, "reservable bandwidth", read_bandwidth,
+     Within::nothing, "octets/s"},
+    {Within::te_link, te_sub_unreserved, "unreserved bandwidth by priority", read_bandwidth,
+     Within::nothing, "octets/s"},
     {Within::te_link, te_sub_admin_group, "administrative group", read_bits},
     {Within::te_link, 11, "link identifiers", read_identifiers},
     {Within::te_link, 16, "shared risk link groups", read_words},
@@ -312,9 +327,9 @@ TlvWords words_of(std::uint16_t type, Octets octets, Within within) {
   TlvWords words;
   words.type = type;
   words.length = static_cast<std::uint16_t>(octets.size());
-  const auto kind = std::find_if(std::begin(known_tlvs), std::end(known_tlvs), [&](const KnownTlv &each) {
-    return each.within == within && each.type == type;
-  });
+  const auto kind = std::find_if(
+      std::begin(known_tlvs), std::end(known_tlvs),
+      [&](const KnownTlv &each) { return each.within == within && each.type == type; });
   if (kind != std::end(known_tlvs)) {
     TlvValue value(octets);
     kind->read(value, words.says);
@@ -430,9 +445,9 @@ std::string text_of(const TlvSays &says) {
 }
 
 std::string text_of(const TlvWords &tlv) {
-  const std::string octets =
-      tlv.octets.empty() ? "" : counted(tlv.octets.size(), "octet", "octets") + ": " +
-                                    hex_text(tlv.octets);
+  const std::string octets = tlv.octets.empty() ? ""
+                                                : counted(tlv.octets.size(), "octet", "octets") +
+                                                      ": " + hex_text(tlv.octets);
   if (tlv.name.empty()) {
     return "TLV " + std::to_string(tlv.type) + (octets.empty() ? "" : ", ") + octets;
   }

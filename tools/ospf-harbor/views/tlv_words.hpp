@@ -20,7 +20,7 @@ using TlvSays = std::vector<std::pair<const char *, nlohmann::ordered_json>>;
 struct TlvWords {
   std::uint16_t type = 0;
   std::uint16_t length = 0;
-  std::string name;  // empty for one that is not known
+  std::string name;       // empty for one that is not known
   const char *unit = "";  // of its numbers
   TlvSays says;
   std::vector<std::uint8_t> octets;  // what is not in words

@@ -317,10 +317,9 @@ void mark_link(TopologyLink &link, int end, const InterfaceLine &interface) {
   if (link.kind == LinkKind::virtual_link || link.area != interface.area) return;
   const bool is_its_address =
       !link.addresses[end].empty() && link.addresses[end] == interface.address;
-  const bool has_neighbor =
-      std::ranges::any_of(interface.neighbors, [&](const NeighborLine &neighbor) {
-        return neighbor.router_id == link.routers[1 - end];
-      });
+  const bool has_neighbor = std::ranges::any_of(
+      interface.neighbors,
+      [&](const NeighborLine &neighbor) { return neighbor.router_id == link.routers[1 - end]; });
   if (interface.type == "point-to-multipoint" && (is_its_address || has_neighbor)) {
     link.kind = LinkKind::point_to_multipoint;
   } else if (interface.type == "point-to-point" && is_its_address) {

@@ -112,8 +112,8 @@ bool compare_routers(const TopologyRouter &before, TopologyRouter &after) {
 
 bool compare_networks(const TopologyNetwork &before, TopologyNetwork &after) {
   after.designated_before = before.designated_router;
-  return before.designated_router != after.designated_router ||
-         before.has_lsa != after.has_lsa || before.prefixes != after.prefixes;
+  return before.designated_router != after.designated_router || before.has_lsa != after.has_lsa ||
+         before.prefixes != after.prefixes;
 }
 
 // The end of the later link that is the first end of the earlier one.

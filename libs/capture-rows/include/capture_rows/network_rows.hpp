@@ -40,8 +40,8 @@ std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
 // The same as it stands at another time than that of the last packet. LSAs have the ages that they
 // have reached then, or those with which each was heard first.
 std::vector<LoadedInstance> load_network(ospf_tables::Session &session,
-                                         const ospf_decode::Network &network,
-                                         ospf_decode::Time now, bool ages_as_heard = false);
+                                         const ospf_decode::Network &network, ospf_decode::Time now,
+                                         bool ages_as_heard = false);
 
 // What was heard, in a store that is kept up with it. An update touches the LSAs that changed and
 // the few rows of areas, interfaces and neighbours; if anybody else made or ended objects of the

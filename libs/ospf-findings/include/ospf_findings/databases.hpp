@@ -9,8 +9,8 @@
 
 namespace ospf_findings {
 
-// Seconds that routers may take to tell each other of an LSA, and whoever asks them to ask all: what
-// is younger and differs may still be on its way.
+// Seconds that routers may take to tell each other of an LSA, and whoever asks them to ask all:
+// what is younger and differs may still be on its way.
 inline constexpr std::uint16_t on_its_way = 300;
 
 // Of one instance. The LSAs of the tables name what shows a finding; a database that a what-if has

@@ -86,8 +86,8 @@ struct TlvView {
   std::vector<SubTlvView> sub_tlvs;
 };
 
-// What the rows of each type keep, with what the octets say beyond the fields of the model. The last
-// one stands for LS types without typed fields.
+// What the rows of each type keep, with what the octets say beyond the fields of the model. The
+// last one stands for LS types without typed fields.
 struct RouterViewV2 {
   BitNames flags;
   std::uint16_t num_of_links = 0;

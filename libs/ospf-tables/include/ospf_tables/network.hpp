@@ -39,12 +39,12 @@ enum class Authentication {
 
 struct Interface {
   std::string name;
-  std::string address;         // its own, where the source tells it; no table has a field for it
-  std::string prefix = "";     // "192.0.2.1/24" or "192.0.2.0/24", as the source has it
+  std::string address;      // its own, where the source tells it; no table has a field for it
+  std::string prefix = "";  // "192.0.2.1/24" or "192.0.2.0/24", as the source has it
   std::optional<std::uint32_t> mtu = std::nullopt;
-  std::string told_type;       // "virtual" or "loopback", which the model has no values for
+  std::string told_type;  // "virtual" or "loopback", which the model has no values for
   bool cost_known = true;
-  bool silent = false;  // it was heard, but no more
+  bool silent = false;         // it was heard, but no more
   std::uint32_t network_type;  // enum ospf_network_type_value
   bool passive = false;
   bool enabled = true;

@@ -29,7 +29,7 @@ struct ToldOfInterface {
   std::string prefix;
   std::optional<std::uint32_t> mtu;
   bool authentication = false;  // what the table has of it is what the source says
-  std::string type;  // where the model has none like it: "virtual", "loopback"
+  std::string type;             // where the model has none like it: "virtual", "loopback"
   std::optional<std::uint32_t> cost;
   bool silent = false;  // it was heard, but no more
 };

@@ -28,8 +28,8 @@ struct Router {
 // Whether the folder has answers that are read here.
 bool is_router(const std::string &folder);
 
-// The host name that the router tells: of its configuration (frr.conf, running-config.txt, bird.conf)
-// or BIRD's status (status.txt); empty without them. Throws InputError.
+// The host name that the router tells: of its configuration (frr.conf, running-config.txt,
+// bird.conf) or BIRD's status (status.txt); empty without them. Throws InputError.
 std::string host_name(const std::string &folder);
 
 // Throws InputError when an answer is not sound; nothing is kept of such a router.
