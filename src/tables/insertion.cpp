@@ -142,6 +142,10 @@ void destroy(const TableFacts &facts, kelp_handle *handle, std::uint32_t space_i
   const std::uint32_t count = (record->ref_word - 1) & record::reference_mask;
   store(handle, space_id, &record->ref_word, count);
   if (count != 0) return;
+  // The objects are on their way from memory while the tree is mended.
+  for (std::uint32_t at = 0; at < facts.object_count; ++at) {
+    __builtin_prefetch(*object_slot(record, at), 1);
+  }
   leave_table(facts, handle, space_id, record, err);
   for (std::uint32_t at = 0; at < facts.object_count; ++at) {
     facts.objects[at].destroy(handle, space_id, *object_slot(record, at));
