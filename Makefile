@@ -128,9 +128,9 @@ bench-peers: packages
 	@build/bench/bench/peers/peer_bench $(bench_medians)
 
 FUZZ_SECONDS ?= 600
-# Each database that held tables leaves its addresses to no later one, whose shadow under the address
-# sanitizer is 128 KiB: targets that make one for each input need room. No single block is as large.
-FUZZ_LIMITS := -rss_limit_mb=16384 -malloc_limit_mb=2048
+# In processes that end after some seconds: each database that held tables leaves its addresses to no
+# later one, whose shadow under the address sanitizer is 128 KiB.
+fuzz_limits := -fork=1 -rss_limit_mb=8192 -malloc_limit_mb=2048
 FUZZ_TARGETS ?= ospf-decode/decode router-answers/answers tree-exchange/stream ospf-replication/messages \
 	$(addprefix ospf-harbor-check/,object record key document)
 fuzz: packages
@@ -140,8 +140,8 @@ fuzz: packages
 		folder=libs/$${target%/*}/fuzz name=$${target#*/}; \
 		echo "$$name: $(FUZZ_SECONDS) seconds"; \
 		mkdir -p build/fuzz/found/$$name; \
-		build/fuzz/$$folder/$${name}_fuzz -max_total_time=$(FUZZ_SECONDS) $(FUZZ_LIMITS) \
-			-print_final_stats=1 -artifact_prefix=build/fuzz/$$name- build/fuzz/found/$$name $$folder/corpus/$$name; \
+		build/fuzz/$$folder/$${name}_fuzz -max_total_time=$(FUZZ_SECONDS) $(fuzz_limits) \
+			-artifact_prefix=build/fuzz/$$name- build/fuzz/found/$$name $$folder/corpus/$$name; \
 	done
 
 RANDOM_GRAPHS ?= 10000

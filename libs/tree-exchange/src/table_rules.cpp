@@ -56,16 +56,18 @@ template <typename Ops>
 inline constexpr bool has_references =
     std::tuple_size_v<std::remove_cvref_t<decltype(references<Ops>)>> != 0;
 
+// Room for an image whose length is told. That leaves out the nine bytes of ra-data that an object
+// of at least six may carry and, under a tracking handle, the state byte of each array element of
+// an object without state.
+std::uint32_t room_for(std::uint32_t length) { return 64 + 3 * length; }
+
 template <typename Ops>
 void put_image(Session &session, void *record, Bytes &image) {
-  // The length leaves out the nine bytes of ra-data that an object of at least six may carry and,
-  // under a tracking handle, the state byte of each array element of an object without state.
-  const std::uint32_t length =
-      64 + 3 * Ops::length(session.handle(), space, record_of<Ops>(record));
-  image.resize(length + 4);
+  const std::uint32_t room = room_for(Ops::length(session.handle(), space, record_of<Ops>(record)));
+  image.resize(room + 4);
   const std::uint32_t written =
       Ops::marshal(session.handle(), space, image.data(), record_of<Ops>(record),
-                   static_cast<std::int32_t>(length), session.err());
+                   static_cast<std::int32_t>(room), session.err());
   session.check(Ops::name);
   image.resize(written);
 }
@@ -74,11 +76,12 @@ void put_image(Session &session, void *record, Bytes &image) {
 template <typename Ops>
 void add_key(Session &session, void *record, Bytes &bytes) {
   const std::size_t at = bytes.size();
-  const std::uint32_t length = Ops::key_length(session.handle(), space, record_of<Ops>(record));
-  bytes.resize(at + length);
+  const std::uint32_t room =
+      room_for(Ops::key_length(session.handle(), space, record_of<Ops>(record)));
+  bytes.resize(at + room);
   const std::uint32_t written =
       Ops::marshal_key(session.handle(), space, bytes.data() + at, record_of<Ops>(record),
-                       static_cast<std::int32_t>(length), session.err());
+                       static_cast<std::int32_t>(room), session.err());
   session.check(Ops::name);
   bytes.resize(at + written);
 }
